@@ -17,6 +17,12 @@
 #define AVQ1_PANEL_CALL
 #endif
 
+#if defined(_WIN32)
+#define AVQ1_EXPORT __declspec(dllexport)
+#else
+#define AVQ1_EXPORT __attribute__((visibility("default")))
+#endif
+
 namespace avq1 {
 
 struct GaugeHeader;
@@ -234,7 +240,7 @@ struct PanelServices {
     std::int32_t(AVQ1_PANEL_CALL* trigger_key_event)(std::int32_t event,
                                                      std::uint32_t value) = nullptr;  // 30
     void(AVQ1_PANEL_CALL* register_var_by_name)(void* value, std::int32_t type,
-                                                const char* name) = nullptr;  // 31
+                                                const char* name) = nullptr;    // 31
     void(AVQ1_PANEL_CALL* initialize_var)(ModuleVariable* variable) = nullptr;  // 32
     void(AVQ1_PANEL_CALL* initialize_var_by_name)(ModuleVariable* variable,
                                                   const char* name) = nullptr;  // 33

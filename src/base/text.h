@@ -1,0 +1,62 @@
+// base/text.h - reading the system's text files: words, numbers, lines, letter case.
+//
+// Numbers follow the standard text-to-number conversions: the longest leading number counts, a
+// malformed one reads as 0; results are always finite. Letter case means ASCII letters only.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace avq1 {
+
+double ToNumber(std::string_view text);
+std::int32_t ToInteger(std::string_view text);  // leading decimal integer, clamped to 32 bits
+
+std::string ToUpper(std::string_view text);
+bool EqualsIgnoreCase(std::string_view a, std::string_view b);
+
+// Takes the next word (run of non-white-space) off the front of `rest`; empty when there is none.
+std::string_view NextWord(std::string_view& rest);
+
+// Splits at white space into at most `N` words; returns how many were found.
+template <std::size_t N>
+std::size_t SplitWords(std::string_view text, std::array<std::string_view, N>& words) {
+    std::size_t count = 0;
+    while (count < N) {
+        const std::string_view word = NextWord(text);
+        if (word.empty()) {
+            break;
+        }
+        words[count++] = word;
+    }
+    for (std::size_t i = count; i < N; ++i) {
+        words[i] = {};
+    }
+    return count;
+}
+
+// Walks a file's text line by line. A line longer than the limit comes in pieces, each one a line
+// of its own. Line ends are LF or CRLF, and belong to no line; a UTF-8 byte-order mark at the
+// start is skipped.
+class LineReader {
+  public:
+    LineReader(std::string_view text, std::size_t maxLineLength);
+    bool Next(std::string_view& line);  // false at the end
+
+  private:
+    std::string_view rest_;
+    std::size_t maxLineLength_;
+};
+
+// "key=value" as the settings and aircraft files write it: blanks do not separate, the first "="
+// does. `key` keeps a blank before "=" (so such a line matches no key). False for comments (";"
+// first) and lines without a value.
+bool SplitSetting(std::string_view line, std::string_view& key, std::string_view& value);
+
+// printf into a string.
+[[gnu::format(printf, 1, 2)]] std::string Format(const char* format, ...);
+
+}  // namespace avq1

@@ -1,0 +1,96 @@
+// flightplan/flight_plan.h - the flight plan: its entries, its three copies and their bookkeeping.
+//
+// Entry 0 is the departure airport, the last entry the arrival airport; lastIndex is -1 when a
+// plan is empty. Guidance flies the active copy; control units edit the modified copy; the preview
+// copy holds a stored plan being looked at. Entries beyond lastIndex carry stale contents and are
+// never read. Positions are decimal degrees.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace avq1 {
+
+inline constexpr std::int32_t kPlanCapacity = 201;  // entries 0 to 200
+inline constexpr std::int32_t kMaxPlanIndex = kPlanCapacity - 1;
+inline constexpr std::int32_t kNoWaypoint = 999;  // "none" for an index
+inline constexpr double kUnset = -999.0;          // an unset altitude or speed
+inline constexpr std::string_view kDiscontinuity = "DISCO";
+inline constexpr std::string_view kAirwayPlaceholder = "THEN";
+inline constexpr std::string_view kEmptyRow = "******";
+
+struct PlanWaypoint {
+    std::string ident;
+    double latitude = 0;
+    double longitude = 0;
+    std::string type;       // "APT", "VOR", "NDB", "INT", "WPT", "OAWY", empty for a discontinuity
+    std::string via;        // airway of the leg to this entry; empty = direct
+    std::string procedure;  // "SID", "STAR", "SIDSTAR", "APPR", "HOLD PPOS" or empty
+    std::string auxName;
+    std::string auxText;       // approach role of the leg
+    std::string ataText;       // actual time of arrival, "12:34"
+    double altitude = kUnset;  // feet
+    double speed = kUnset;     // knots
+    double auxValue = -1;
+    std::int32_t flyover = 0;
+    std::int32_t altitudeConstraint = 0;
+    std::int32_t hasHold = 0;
+    std::string frequency;  // as written in the database; empty unless a navaid
+};
+
+struct FlightPlan {
+    std::array<PlanWaypoint, kPlanCapacity> entries;
+    std::int32_t lastIndex = -1;
+
+    bool IsFull() const { return lastIndex >= kMaxPlanIndex; }
+    bool Holds(std::int32_t index) const { return index >= 0 && index <= lastIndex; }
+};
+
+// A discontinuity has no position: it is left out of distances, tuning and drawing.
+bool IsDiscontinuity(const PlanWaypoint& entry);
+
+enum class RouteStatus : std::int32_t {
+    None = 0,
+    BeingBuilt = 1,
+    AwaitsExecution = 2,
+    Active = 3,
+    Modified = 4,  // the active route has a modification awaiting execution
+};
+
+struct RoutePair {
+    std::string to;
+    std::string via;
+};
+
+// What is kept beside the plans.
+struct PlanBook {
+    std::string originIdent;
+    std::string destinationIdent;
+    std::int32_t activeIndex = kNoWaypoint;   // in the active plan: the waypoint being flown to
+    std::int32_t editIndex = kNoWaypoint;     // in the modified plan: insertions work after it
+    std::int32_t trackedIndex = kNoWaypoint;  // in the modified plan: follows its entry
+    std::vector<RoutePair> routeView;         // at most 200 pairs, from the modified plan
+    RouteStatus status = RouteStatus::None;
+    std::string airwayText;      // airway being entered
+    double pendingBearing = -1;  // place-bearing-distance entry, degrees magnetic
+    double pendingDistanceNm = -1;
+    std::int32_t cruiseAltitudeFt = 0;  // from the plan file; 0 = none
+    double fuelTotal = 0;               // weight units of the simulator, 0 = none
+    double reserveFuel = 0;
+    double reserveFuelInUse = 0;
+    bool flightLogStartRequested = false;  // served by the per-frame update
+};
+
+extern FlightPlan activePlan;
+extern FlightPlan modifiedPlan;
+extern FlightPlan previewPlan;
+extern PlanBook planBook;
+
+// Great-circle length in nm from entry `from` through the later entries to entry `to`,
+// discontinuities left out.
+double RouteLengthNm(const FlightPlan& plan, std::int32_t from, std::int32_t to);
+
+}  // namespace avq1

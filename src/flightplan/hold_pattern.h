@@ -1,0 +1,55 @@
+// flightplan/hold_pattern.h - the holding patterns attached to plan entries.
+//
+// Holds are numbered from 1 and only the first is flown. They refer to plan entries by index, one
+// into the active and one into the modified plan; every operation that moves entries renumbers
+// them. Guidance lays out and flies the pattern.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace avq1 {
+
+inline constexpr std::int32_t kHoldCapacity = 4;
+
+struct HoldCorner {
+    double latitude = 0;
+    double longitude = 0;
+    std::string name;
+};
+
+struct HoldPattern {
+    std::int32_t fixIndex = 0;         // in the active plan; 0 = none
+    std::int32_t pendingFixIndex = 0;  // in the modified plan; 0 = none
+    std::int32_t turnDirection = 1;    // 1 right turns, else left
+    double legDistanceNm = 0;
+    double legMinutes = 1.0;
+    double inboundCourseMag = 0;
+    std::int32_t legByTime = 1;
+    std::array<HoldCorner, 5> corners;  // 0 is the fix
+};
+
+struct HoldList {
+    std::array<HoldPattern, kHoldCapacity + 1> holds;  // from 1
+    std::int32_t count = 0;
+    std::int32_t holdActive = 0;        // the pattern is being flown
+    std::int32_t holdTargetCorner = 0;  // 0 = not yet in the pattern
+    std::int32_t previousCorner = 0;
+    std::int32_t holdState = 0;  // 0 normal, 1 LNAV off, 2 exit requested, 3 exiting, 4 removed
+    double lastHoldHeading = 0;  // magnetic, last sent
+};
+
+extern HoldList holdList;
+
+// Removes the hold at this entry of the active plan. Nothing happens without one.
+void DeleteHold(std::int32_t fixIndex);
+// Removes the hold at this entry of the modified plan.
+void DeletePendingHold(std::int32_t pendingFixIndex);
+void DeleteAllHolds();
+// A modified-plan entry moved from one index to another.
+void RenumberPendingHolds(std::int32_t from, std::int32_t to);
+void CopyHoldsToPending();
+void ExecutePendingHolds();  // every positive pendingFixIndex becomes the fixIndex and is cleared
+
+}  // namespace avq1

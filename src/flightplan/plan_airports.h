@@ -1,0 +1,45 @@
+// flightplan/plan_airports.h - the plan's departure and destination airports.
+//
+// Values of the airport set last are kept for the displays and units; an identifier that is not
+// in the airport file changes nothing.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "navdb/airport_detail.h"
+
+namespace avq1 {
+
+struct PlanRunway : Runway {
+    std::int32_t rightPattern = 0;
+};
+
+inline constexpr std::int32_t kNoPatternRunway = -999;
+
+struct PlanAirports {
+    std::string destinationIdent;
+    std::string destinationElevationText;
+    double destinationElevation = 0;  // feet
+    std::string lastAirportIdent;
+    std::vector<PlanRunway> runways;  // PlanAirportRunways, from 0
+    std::int32_t selectedRunway = 1;
+    std::int32_t patternRunwayOffset = kNoPatternRunway;
+    std::int32_t destinationAirportState = 0;  // 1 = data still to be loaded, 2 = loaded
+};
+
+extern PlanAirports planAirports;
+
+// Loads an airport into a slot; the departure slot also gives the active plan's first entry the
+// airport's elevation as its altitude.
+bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot);
+
+enum class PlanAirportMode : std::int32_t {
+    ActiveDestination = 1,  // destination texts; the active plan's last entry at its elevation
+    LoadedDestination = 2,  // the same with the elevation as a number, speed cleared
+};
+void SetPlanAirport(std::string_view ident, PlanAirportMode mode);
+
+}  // namespace avq1

@@ -1,0 +1,56 @@
+// flightplan/plan_files.h - stored flight plans: the folder, the .RTE format, listing, previewing,
+// loading and saving.
+//
+// A file that cannot be opened loads nothing and leaves the target plan empty. A save writes beside
+// the target and renames, so a plan that was there is never lost.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "flightplan/flight_plan.h"
+
+namespace avq1 {
+
+inline constexpr std::int32_t kStoredPlanCapacity = 200;
+inline constexpr std::int32_t kStoredPlansPerPage = 8;
+
+struct StoredPlan {
+    std::string fileName;
+    std::string firstIdent;
+    std::string lastIdent;
+};
+
+struct StoredPlanList {
+    std::vector<StoredPlan> plans;  // the last entry is always "NEW FPL"
+    std::int32_t pageCount = 0;     // pages of eight
+    std::int32_t currentPage = 0;
+};
+
+extern StoredPlanList storedPlans;
+
+// The plans folder with its closing back-slash.
+std::string PlansFolder();
+
+void ListStoredPlans();
+void PreviewPlan(std::string_view fileName);
+
+// Reads a stored plan into the modified plan; "NEW FPL" or "NEXT FPL" starts an empty one.
+void LoadPlan(std::string_view fileName);
+
+// Reads a stored plan into the active and the modified plan and sets up destination, fuel totals,
+// cruise altitude and holds; guidance/activation.h completes it. True when an entry was read.
+bool ReadPlanToActive(std::string_view fileName);
+
+// Writes the active plan; types other than the five become "WPT" in the plan itself. False when
+// the file cannot be written or the name climbs out of the folder.
+bool SavePlan(std::string_view fileName);
+
+// Fills `plan` from a plan file's text; key lines go to `book` unless it is null. `anyFuelKey`
+// takes every key that begins with FUEL as the fuel total.
+void ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* book, bool anyFuelKey);
+std::string PlanText(FlightPlan& plan);
+
+}  // namespace avq1

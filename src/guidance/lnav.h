@@ -1,0 +1,41 @@
+// guidance/lnav.h - the lateral guidance: engaging, activating a waypoint, and the steps of the
+// per-frame update in the order they run.
+//
+// The steps work on guidance/guidance_state.h and the active plan; each does nothing it need not.
+// They send heading, altimeter and radio events only when a value changes or a leg begins.
+#pragma once
+
+#include <cstdint>
+
+namespace avq1 {
+
+// Makes entry `index` of the active plan the waypoint flown to: position copy, leg geometry and
+// distance to go are fresh at once. An index outside 1..last leaves no active waypoint.
+void SetActiveWaypoint(std::int32_t index);
+
+// Engages LNAV when there is an active waypoint (tuning the radios when the setting says so);
+// true when engaged.
+bool EngageLnav();
+// Disengages LNAV and ends what belongs to it: leg tracking and a hold being flown.
+void DisengageLnav();
+void ToggleLnav();
+
+// Engages VNAV when there is an active waypoint, else disengages it.
+void ToggleVnav();
+
+// ---- steps of the per-frame update, in order, with an active waypoint ----
+void StampArrivalTime();
+void PrepareFirstLeg();
+void ApplyPassedWaypointRule();
+void SequenceWaypoint();
+void RefreshLegGeometry();
+void PublishGuidance();
+void ApplyDestinationNear();
+void LoadDestinationAirport();
+void Steer();
+void SendHeadingBug();
+
+enum class CrossTrackMode : std::int32_t { Clamp5Nm = 0, Guidance = 7 };
+void ComputeCrossTrack(CrossTrackMode mode);
+
+}  // namespace avq1

@@ -1,0 +1,15 @@
+// guidance/progress.h - route distance and time to go.
+#pragma once
+
+namespace avq1 {
+
+// Route and straight distance from the aircraft to the last entry, and its magnetic bearing.
+void UpdateRouteDistance();
+
+// Times to the active waypoint and the destination; all 0 at 25 kt ground speed or less.
+void UpdateTimeToGo();
+
+// Wind components, airspeed estimate, drift and simulation rate from the snapshot.
+void UpdateDerivedState();
+
+}  // namespace avq1

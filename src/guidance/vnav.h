@@ -1,0 +1,25 @@
+// guidance/vnav.h - the vertical profile and its steps in the per-frame update.
+#pragma once
+
+#include <cstdint>
+
+namespace avq1 {
+
+struct VnavProfile {
+    std::int32_t cruiseAltitude = 0;  // feet; 0 = none
+    std::int32_t topOfClimbReached = 0;
+    std::int32_t descentActive = 0;
+    double tocLatitude = 0;
+    double tocLongitude = 0;
+    double todLatitude = 0;
+    double todLongitude = 0;
+    std::int32_t targetIndex = 0;
+    double targetValue = 0;  // reset by the VNAV selector
+    std::int32_t lastAltitudeSent = -999;
+    std::int32_t lastSpeedSent = -999;
+    std::int32_t restart = 0;  // the VNAV selector asked for the commands to be sent anew
+};
+
+extern VnavProfile vnav;
+
+}  // namespace avq1

@@ -1,0 +1,41 @@
+// navdb/nearby.h - records around the aircraft, for maps and nearest pages.
+//
+// Two stages: a build scans the whole table (600 nm), a narrowing scans the build's list. Order
+// is table order; limits drop the rest with one message. Lists keep their contents until the
+// next call. Distances are great-circle nm from the aircraft's present position.
+#pragma once
+
+#include <cstdint>
+
+#include "geometry/geometry.h"
+#include "navdb/nav_database.h"
+
+namespace avq1 {
+
+struct NearbyList {
+    PointTable points;
+    LatLon reference;  // where the map was centred when the list was made
+};
+
+struct NearbyLists {
+    NearbyList airports600;
+    NearbyList airports180;
+    NearbyList navaids600;
+    NearbyList navaids180;
+    NearbyList fixes600;
+    NearbyList fixes200;
+};
+
+extern NearbyLists nearby;
+extern std::int32_t NearbyFixLimit;  // 5000
+
+// `mapCentre` is the waypoint the map is centred on in its waypoint-centred mode, else the
+// aircraft's present position; it is kept as the list's reference.
+void BuildNearbyAirports(const LatLon& mapCentre);
+void NarrowNearbyAirports();
+void BuildNearbyNavaids(const LatLon& mapCentre);
+void NarrowNearbyNavaids();
+void BuildNearbyFixes(const LatLon& mapCentre);
+void NarrowNearbyFixes();
+
+}  // namespace avq1

@@ -1,0 +1,36 @@
+// platform/services.h - the two doors to the host: the panel service table and, on Linux, the
+// platform table. Both are filled by the host before the first event; a missing table or entry
+// makes the call do nothing and return 0.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/panel_interface.h"
+
+namespace avq1 {
+
+extern "C" {
+AVQ1_EXPORT extern ImportTableRecord ImportTable;
+AVQ1_EXPORT extern PlatformTableRecord PlatformTable;  // exported by the Linux build only
+}
+
+// ---- panel service table ----
+void LookupVariable(ModuleVariable& variable);
+void TriggerKeyEvent(std::int32_t event, std::uint32_t value);
+bool PanelWindowShown(std::uint32_t ident);
+void TogglePanelWindow(std::uint32_t ident);
+void RegisterVariable(void* value, VariableType type, const char* name);
+void UnregisterVariable(const char* name);
+void InitializeVariableByName(ModuleVariable& variable, const char* name);
+
+// ---- what the operating system offers; on Linux through the platform table ----
+void* FindWindowByClass(const char* className);
+std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_t first,
+                               void* second);
+std::int32_t ReadKeyboardState(std::uint8_t state[256]);
+std::int32_t KeyState(std::int32_t virtualKey);
+std::int32_t SetThreadKeyboardHook(KeyboardHook hook);
+void ReportTextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
+                     std::uint32_t argb);
+
+}  // namespace avq1

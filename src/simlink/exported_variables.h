@@ -1,0 +1,33 @@
+// simlink/exported_variables.h - the guidance values other panel code reads as named variables.
+//
+// The SERVER gauge registers them on install and unregisters them on kill; the per-frame update
+// rewrites the block every frame. Courses are magnetic.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+namespace avq1 {
+
+inline constexpr std::size_t kExportedIdentSize = 64;
+
+struct ExportedVariables {
+    std::array<char, kExportedIdentSize> activeIdent{'I', 'N', 'I', 'T'};
+    std::uint32_t activeIndex = 0;  // 0 without an active entry
+    double distanceToGoNm = 0;
+    std::uint32_t lastIndex = 0;
+    std::uint32_t crossTrackSide = 0;  // 1 right of track, 2 left
+    double crossTrackNm = 0;
+    double desiredTrackMag = 0;
+    double bearingToWaypointMag = 0;
+    std::uint32_t lnavEngaged = 0;
+    std::uint32_t vnavEngaged = 0;
+    std::uint32_t active = 1;
+};
+
+extern ExportedVariables exported;
+
+void RegisterExportedVariables();
+void UnregisterExportedVariables();
+
+}  // namespace avq1

@@ -1,0 +1,31 @@
+// simlink/sim_variables.h - values read from the simulator at the moment of use.
+//
+// Draw-time readers and the fuel sums; everything else reads the snapshot in aircraft_state.h.
+#pragma once
+
+#include <cstdint>
+
+namespace avq1 {
+
+// The raw value of a numbered variable; 0 without a host.
+double ReadVariable(std::int32_t number);
+
+double ReadUtcDayOfYear();
+double ReadUtcYear();
+std::uint32_t ReadNavFlagWord();  // bits below
+inline constexpr std::uint32_t kNavFlagLocalizer = 0x80;
+inline constexpr std::uint32_t kNavFlagGlideslope = 0x40;
+bool Nav1HasSignal();
+bool Nav2HasSignal();
+bool HorizontalDeviationValid();
+bool FlightDirectorOn();
+double ReadParkingBrake();
+
+// Fuel on board in pounds, summed over seven tanks.
+double FuelOnBoard();
+
+// The summed engine fuel flow in pounds per hour: the piston family when its first engine flows,
+// else the turbine family.
+double TotalFuelFlow();
+
+}  // namespace avq1
