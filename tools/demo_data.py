@@ -88,7 +88,10 @@ def ReadCsv(path, encoding):
 def ReadCifp(folder):
     """All coded-procedure records, newest survey last, so that later records overwrite."""
     lines = []
-    for path in sorted(folder.glob("*.pc*")):
+    paths = sorted(folder.glob("*.pc*"))
+    if not paths:
+        raise FileNotFoundError("no coded-procedure file (*.pc) in %s" % folder)
+    for path in paths:
         opener = gzip.open if path.suffix == ".gz" else open
         with opener(path, "rt", encoding="latin-1") as file:
             lines += [line.rstrip("\r\n") for line in file if len(line) > 130]
@@ -549,7 +552,10 @@ def CheckAirports(airports, localizers, tables, report):
         place = Point(ident, "APT", float(latitude), float(longitude))
         for token in words[5:]:
             fields = token.split("_")
-            report.Expect(len(fields) == 8 and all(fields), "%s runway token %s" % (ident, token))
+            whole = len(fields) == 8 and all(fields)
+            report.Expect(whole, "%s runway token %s" % (ident, token))
+            if not whole:
+                continue
             threshold = Point("", "", float(fields[2]), float(fields[3]))
             report.Expect(DistanceNm(place, threshold) < 5, "%s %s is far off" % (ident, fields[0]))
             report.Expect(500 <= int(fields[1]) <= 16000, "%s %s length" % (ident, fields[0]))
@@ -652,8 +658,8 @@ def Main():
         if arguments.check:
             return Check(arguments.folders[0])
         WriteAll(*arguments.folders)
-    except OSError as error:
-        print("demo_data: %s" % error, file=sys.stderr)
+    except (OSError, ValueError, IndexError, KeyError) as error:
+        print("demo_data: %s: %s" % (type(error).__name__, error), file=sys.stderr)
         return 1
     return 0
 
