@@ -15,6 +15,9 @@ namespace avq1 {
 double ToNumber(std::string_view text);
 std::int32_t ToInteger(std::string_view text);  // leading decimal integer, clamped to 32 bits
 
+// The whole part of a number that may come from a file: clamped to 32 bits, 0 for a NaN.
+std::int32_t TruncateToInteger(double value);
+
 std::string ToUpper(std::string_view text);
 bool EqualsIgnoreCase(std::string_view a, std::string_view b);
 

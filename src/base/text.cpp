@@ -1,0 +1,195 @@
+#include "base/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+namespace avq1 {
+namespace {
+
+constexpr bool IsSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+constexpr char UpperChar(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+}
+
+// Leading white space and a plus sign are allowed by the standard conversions but not by
+// from_chars. A plus before another sign makes the text malformed.
+std::string_view NumberStart(std::string_view text) {
+    while (!text.empty() && IsSpace(text.front())) {
+        text.remove_prefix(1);
+    }
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') {
+            return {};
+        }
+    }
+    return text;
+}
+
+// A number outside a double's range: the largest double of its sign, or 0 when it is too small.
+double OutOfRangeNumber(std::string_view digits) {
+    const bool negative = digits.front() == '-';
+    if (negative) {
+        digits.remove_prefix(1);
+    }
+    const std::size_t exponent = digits.find_first_of("eE");
+    const std::string_view mantissa = digits.substr(0, exponent);
+    bool tiny =
+        mantissa.substr(0, mantissa.find('.')).find_first_not_of('0') == std::string_view::npos;
+    if (exponent != std::string_view::npos) {
+        tiny = digits.substr(exponent).find('-') != std::string_view::npos;
+    }
+    const double largest = std::numeric_limits<double>::max();
+    return tiny ? 0.0 : (negative ? -largest : largest);
+}
+
+}  // namespace
+
+double ToNumber(std::string_view text) {
+    const std::string_view start = NumberStart(text);
+    double value = 0;
+    const auto [end, error] = std::from_chars(start.data(), start.data() + start.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        return OutOfRangeNumber(start.substr(0, static_cast<std::size_t>(end - start.data())));
+    }
+    return error == std::errc{} && std::isfinite(value) ? value : 0.0;
+}
+
+std::int32_t ToInteger(std::string_view text) {
+    const std::string_view start = NumberStart(text);
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(start.data(), start.data() + start.size(), value);
+    if (error == std::errc::result_out_of_range) {
+        return start.front() == '-' ? std::numeric_limits<std::int32_t>::min()
+                                    : std::numeric_limits<std::int32_t>::max();
+    }
+    return error == std::errc{} ? value : 0;
+}
+
+std::int32_t TruncateToInteger(double value) {
+    if (std::isnan(value)) {
+        return 0;
+    }
+    constexpr double kLowest = std::numeric_limits<std::int32_t>::min();
+    constexpr double kHighest = std::numeric_limits<std::int32_t>::max();
+    return static_cast<std::int32_t>(std::clamp(value, kLowest, kHighest));
+}
+
+std::string ToUpper(std::string_view text) {
+    std::string upper(text);
+    std::transform(upper.begin(), upper.end(), upper.begin(), UpperChar);
+    return upper;
+}
+
+bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return UpperChar(x) == UpperChar(y); });
+}
+
+std::string_view NextWord(std::string_view& rest) {
+    const char* p = rest.data();
+    const char* const end = p + rest.size();
+    while (p != end && IsSpace(*p)) {
+        ++p;
+    }
+    const char* const start = p;
+    while (p != end && !IsSpace(*p)) {
+        ++p;
+    }
+    rest = std::string_view(p, static_cast<std::size_t>(end - p));
+    return {start, static_cast<std::size_t>(p - start)};
+}
+
+LineReader::LineReader(std::string_view text, std::size_t maxLineLength)
+    : rest_(text), maxLineLength_(std::max<std::size_t>(maxLineLength, 1)) {
+    if (rest_.starts_with("\xEF\xBB\xBF")) {
+        rest_.remove_prefix(3);
+    }
+}
+
+bool LineReader::Next(std::string_view& line) {
+    if (rest_.empty()) {
+        return false;
+    }
+    // Only as far as a whole line could reach, so that a huge line is searched once, not once for
+    // each of its pieces.
+    const std::size_t window = std::min(rest_.size(), maxLineLength_ + 2);
+    const void* const lineFeed = std::memchr(rest_.data(), '\n', window);
+    std::size_t length = rest_.size();
+    std::size_t taken = rest_.size();
+    if (lineFeed != nullptr) {
+        length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - rest_.data());
+        taken = length + 1;
+        if (length > 0 && rest_[length - 1] == '\r') {
+            --length;
+        }
+    }
+    if (length > maxLineLength_) {
+        length = maxLineLength_;
+        taken = maxLineLength_;
+    }
+    line = rest_.substr(0, length);
+    rest_.remove_prefix(taken);
+    return true;
+}
+
+bool SplitSetting(std::string_view line, std::string_view& key, std::string_view& value) {
+    if (line.starts_with(';')) {
+        return false;
+    }
+    // Tabs and stray line ends do separate; blanks belong to the words.
+    constexpr std::string_view kSeparators = "\t\n\v\f\r";
+    const std::size_t equals = line.find('=');
+    const auto takeWord = [&](std::size_t& at) {
+        while (at < line.size() &&
+               (at == equals || kSeparators.find(line[at]) != std::string_view::npos)) {
+            ++at;
+        }
+        const std::size_t start = at;
+        while (at < line.size() && at != equals &&
+               kSeparators.find(line[at]) == std::string_view::npos) {
+            ++at;
+        }
+        return line.substr(start, at - start);
+    };
+    std::size_t at = 0;
+    const std::string_view firstWord = takeWord(at);
+    const std::string_view secondWord = takeWord(at);
+    if (secondWord.empty()) {
+        return false;
+    }
+    key = firstWord;
+    value = secondWord;
+    return true;
+}
+
+std::string Format(const char* format, ...) {
+    char shortText[256];
+    va_list arguments;
+    va_list again;
+    va_start(arguments, format);
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(shortText, sizeof shortText, format, arguments);
+    va_end(arguments);
+    std::string text;
+    if (length >= 0 && static_cast<std::size_t>(length) < sizeof shortText) {
+        text.assign(shortText, static_cast<std::size_t>(length));
+    } else if (length >= 0) {
+        text.resize(static_cast<std::size_t>(length) + 1);
+        std::vsnprintf(text.data(), text.size(), format, again);
+        text.pop_back();
+    }
+    va_end(again);
+    return text;
+}
+
+}  // namespace avq1
