@@ -4,8 +4,10 @@
 // A canvas draws on a gauge's device context for one draw event; text, pens and brushes are plain
 // values, and everything costly (fonts, contexts) is cached in the backend. Coordinates pass the
 // world transform; sizes are pixels before it. Colours are ARGB, not premultiplied. Angles are
-// degrees, clockwise, 0 along +x. A text's (x, y) is the top-left corner of its line box. Failed
-// operations draw nothing and set LastStatus(); drawing goes on.
+// degrees, clockwise, 0 along +x. A text's (x, y) is the top-left corner of its line box; texts are
+// Latin-1, at most 256 characters. Failed operations draw nothing and set LastStatus(); drawing goes
+// on. Values that are not finite draw nothing, and a transform made of them hides what is drawn
+// under it until RestoreState or ResetTransform undoes it.
 #pragma once
 
 #include <cstdint>
