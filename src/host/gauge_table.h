@@ -1,7 +1,7 @@
 // host/gauge_table.h - the 33 gauges the module offers, one row each, in Linkage order.
 //
-// Sizes and positions are bitmap pixels. The same rows make the headers, element trees and mouse
-// tables the host clones, and the bitmaps painted at build time.
+// Sizes and positions are bitmap pixels from the gauge's top-left corner. The same rows make the
+// headers, element trees and mouse tables the host clones, and the bitmaps painted at build time.
 #pragma once
 
 #include <array>
@@ -16,45 +16,49 @@ namespace avq1 {
 
 struct SurfaceRow {
     std::int32_t resource = 0;  // 0 = the gauge has no drawing surface
-    PixelBox box;               // position in the background, size
-    std::uint32_t flags = 0;    // besides the ones every surface has
+    PixelBox box;               // place in the background, size
+    bool luminous = false;
 };
 
 struct IconRow {
     std::int32_t resource;
-    PixelPoint position;
-    PixelPoint size;
+    PixelBox box;
     bool (*shown)();  // whether the icon is lit now
+};
+
+// A gauge's clickable areas, as rows and as the host's table made from them.
+struct KeyTable {
+    std::span<const KeyArea> rows = {};
+    const MouseRectangle* rectangles = nullptr;
 };
 
 // What a gauge does on the events it uses.
 struct GaugeBehaviour {
-    bool installs = false;         // event 2: fills the simulator folder
-    bool startsFlightLog = false;  // event 3
-    bool initialises = false;      // event 4: the one-time loads
-    bool loadsDatabase = false;    // navigation database and stored plans are part of its loads
-    bool logsAfterDatabase = false;
-    std::span<const char* const> placementWords = {};  // parameters that are no aircraft name
-    bool drawsFrame = false;                           // event 10: runs the per-frame update
-    bool usesGraphics = false;                         // events 14 and 15
-    void (*draw)(const DrawTarget&) = nullptr;         // the screen on the drawing surface
-    void (*onInstall)() = nullptr;                     // further work on event 2
-    void (*onPanelDraw)() = nullptr;                   // event 10 of a gauge without a surface
-    void (*onKill)() = nullptr;                        // event 12
-    void (*beforeUpdate)() = nullptr;                  // event 10, before the per-frame update
-    bool skipsHiddenCockpit = false;  // "VC" draws nothing while the main panel shows
-    std::uint32_t popupIdent = 0;     // 0 = no pop-up window of its own
-    bool secondCockpit = false;       // "VC2" draws in mode 3 while the pop-up shows
+    bool takesSimFolder = false;   // install: fills the simulator folder
+    bool startsFlightLog = false;  // after install
+    bool initialises = false;      // initialise: the one-time loads
+    bool loadsNavigation = false;  // its loads include the navigation database and stored plans
+    bool logsAfterLoad = false;    // its navigation load is followed by the flight log's start
+    std::span<const std::string_view> placementWords = {};  // parameters that name no aircraft
+    bool updatesFrame = false;          // draw: runs the per-frame update
+    bool startsGraphics = false;        // connect and disconnect
+    bool hiddenWhileMainShows = false;  // a "VC" instance draws nothing then
+    std::uint32_t popupIdent = 0;       // its own pop-up window; 0 = none
+    bool secondCockpit = false;         // a "VC2" instance has a mode of its own
+    void (*drawScreen)(const DrawTarget&) = nullptr;
+    void (*onInstall)() = nullptr;
+    void (*onPanelDraw)() = nullptr;  // draw event of a control panel
+    void (*onKill)() = nullptr;
 };
 
 struct GaugeRow {
     const char* name;
-    std::int32_t backgroundResource;  // 0 = an empty element
+    std::int32_t background;  // bitmap number; 0 = an empty element
     PixelPoint size;
     std::uint32_t backgroundFlags;
     SurfaceRow surface;
     std::span<const IconRow> icons;
-    std::span<const KeyArea> keys;
+    const KeyTable* keys;             // null = none
     const GaugeBehaviour* behaviour;  // null = no callback
 };
 
