@@ -1,0 +1,151 @@
+#include "simlink/aircraft_state.h"
+
+#include <cmath>
+
+#include "base/module_state.h"
+#include "base/whole_number.h"
+#include "platform/services.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+
+AircraftState aircraft;
+DerivedState derived;
+std::int32_t avionicsPower = 0;
+
+namespace {
+
+constexpr std::int32_t kAirspeedVariable = 61;
+constexpr std::int32_t kAvionicsPowerVariable = 773;
+
+constexpr double kSmoothingOld = 0.7;
+constexpr double kSmoothingNew = 0.3;
+
+constexpr double kKnotsPerFootPerSecond = 0.5924837511331251;
+constexpr double kFeetPerMetre = 3.2808399;
+constexpr double kFpmPerRawVerticalSpeed = 0.7689468503937007;
+constexpr double kDegreesPerRawLatitude = 8.998425275459816e-06;
+constexpr double kDegreesPerRawLongitude = 1.278976924368144e-12;
+constexpr double kRawHalfTurn = 140737488355332;  // from here on the longitude is west
+
+// The airspeed reader's own record: it carries the smoothed value from reading to reading.
+ModuleVariable airspeedVariable{kAirspeedVariable};
+
+using Conversion = double (*)(double raw);
+
+double AsRead(double raw) {
+    return raw;
+}
+double FeetPerSecondToKnots(double raw) {
+    return raw * kKnotsPerFootPerSecond;
+}
+double MetresToFeet(double raw) {
+    return raw * kFeetPerMetre;
+}
+double RawToFpm(double raw) {
+    return raw * kFpmPerRawVerticalSpeed;
+}
+double RawToLatitude(double raw) {
+    return raw * kDegreesPerRawLatitude;
+}
+
+double RawToLongitude(double raw) {
+    const double east = raw * kDegreesPerRawLongitude;
+    return raw > kRawHalfTurn ? east - 360.0 : east;
+}
+
+double SmoothAirspeed(double raw) {
+    const double smoothed = kSmoothingOld * airspeedVariable.previousValue + kSmoothingNew * raw;
+    airspeedVariable.value = smoothed;
+    airspeedVariable.previousValue = smoothed;
+    return smoothed;
+}
+
+struct SnapshotRow {
+    std::int32_t variable;
+    double AircraftState::*field;
+    Conversion convert = AsRead;
+};
+
+constexpr SnapshotRow kSnapshot[] = {
+    {1, &AircraftState::tick},
+    {81, &AircraftState::headingMag},
+    {86, &AircraftState::trueHeading},
+    {kAirspeedVariable, &AircraftState::indicatedAirspeedKt, SmoothAirspeed},
+    {551, &AircraftState::groundSpeedKt, FeetPerSecondToKnots},
+    {614, &AircraftState::radioAltitudeFt, MetresToFeet},
+    {5, &AircraftState::clockSecond},
+    {106, &AircraftState::headingHoldOn},
+    {794, &AircraftState::flightDirectorBank},
+    {793, &AircraftState::flightDirectorPitch},
+    {80, &AircraftState::bank},
+    {77, &AircraftState::pitch},
+    {74, &AircraftState::altitudeFt},
+    {65, &AircraftState::verticalSpeedFpm, RawToFpm},
+    {107, &AircraftState::apHeadingBug},
+    {116, &AircraftState::apAirspeedTargetKt},
+    {109, &AircraftState::apAltitudeTargetFt},
+    {71, &AircraftState::latitude, RawToLatitude},
+    {72, &AircraftState::longitude, RawToLongitude},
+    {20, &AircraftState::adfActive},
+    {39, &AircraftState::adfRelativeBearing},
+    {336, &AircraftState::simRateRaw},
+    {82, &AircraftState::magneticVariation},
+    {3, &AircraftState::clockHour},
+    {4, &AircraftState::clockMinute},
+    {5, &AircraftState::clockSecondShown},
+    {6, &AircraftState::zuluHour},
+    {7, &AircraftState::zuluMinute},
+    {800, &AircraftState::value800},
+    {105, &AircraftState::autopilotNav1Lock},
+    {114, &AircraftState::yawDamperOn},
+    {108, &AircraftState::apAltitudeLockOn},
+    {115, &AircraftState::apSpeed115},
+    {103, &AircraftState::autopilotOn},
+    {112, &AircraftState::approachHoldOn},
+    {45, &AircraftState::nav1Course},
+    {40, &AircraftState::nav1CdiNeedle},
+    {41, &AircraftState::nav1GlideslopeNeedle},
+    {550, &AircraftState::nav1RelativeBearing},
+    {59, &AircraftState::nav2RelativeBearing},
+    {31, &AircraftState::nav1DmeNm},
+    {32, &AircraftState::nav1DmeSpeedKt},
+    {35, &AircraftState::nav2DmeNm},
+    {354, &AircraftState::markerBeacon},
+    {343, &AircraftState::windSpeedKt},
+    {344, &AircraftState::windDirection},
+};
+
+void RefreshField(const SnapshotRow& row) {
+    ModuleVariable onStack;
+    ModuleVariable& variable = row.variable == kAirspeedVariable ? airspeedVariable : onStack;
+    variable.number = row.variable;
+    const double previous = variable.previousValue;
+    LookupVariable(variable);
+    variable.previousValue = previous;  // the smoothing's own, whatever the host writes
+    // A reading that is not a number leaves the field as it was: one bad sample must not carry
+    // into the smoothing or the position guidance flies by.
+    if (std::isfinite(variable.value)) {
+        aircraft.*row.field = row.convert(variable.value);
+    } else {
+        variable.value = previous;
+    }
+}
+
+const StateReset resetAircraftState([] {
+    aircraft = {};
+    derived = {};
+    avionicsPower = 0;
+    airspeedVariable = ModuleVariable{kAirspeedVariable};
+});
+
+}  // namespace
+
+void RefreshAircraftState() {
+    for (const SnapshotRow& row : kSnapshot) {
+        RefreshField(row);
+    }
+    avionicsPower = WholePart(ReadVariable(kAvionicsPowerVariable));
+}
+
+}  // namespace avq1

@@ -1,0 +1,39 @@
+#include "simlink/key_events.h"
+
+#include <cmath>
+
+#include "base/whole_number.h"
+#include "platform/services.h"
+
+namespace avq1 {
+namespace {
+
+constexpr std::int32_t kFullTurn = 360;
+
+}  // namespace
+
+void SendKeyEvent(KeyEvent event, std::int32_t parameter) {
+    TriggerKeyEvent(static_cast<std::int32_t>(event), static_cast<std::uint32_t>(parameter));
+}
+
+void SendKeyEvent(KeyEvent event, double value) {
+    if (std::isfinite(value)) {
+        SendKeyEvent(event, WholePart(value));
+    }
+}
+
+std::int32_t WholeHeading(double headingMag) {
+    const std::int32_t whole = WholePart(headingMag);
+    return whole == 0 ? kFullTurn : whole;
+}
+
+std::int32_t ToBcd(std::int32_t value) {
+    std::uint32_t bcd = 0;
+    // Eight digits fill the parameter; further ones have no place in it.
+    for (int shift = 0; shift < 32 && value > 0; shift += 4, value /= 10) {
+        bcd |= static_cast<std::uint32_t>(value % 10) << shift;
+    }
+    return static_cast<std::int32_t>(bcd);
+}
+
+}  // namespace avq1

@@ -1,0 +1,210 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "base/module_state.h"
+#include "base/whole_number.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/exported_variables.h"
+#include "simlink/key_events.h"
+#include "simlink/sim_variables.h"
+#include "support/fake_simulator.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeSimulator;
+
+const double kNan = std::numeric_limits<double>::quiet_NaN();
+
+class SimlinkTest : public ::testing::Test {
+  protected:
+    SimlinkTest() { ResetModuleState(); }
+    ~SimlinkTest() override { ImportTable.panel.services = nullptr; }
+    FakeSimulator& simulator = FakeSimulator::Install();
+};
+
+TEST_F(SimlinkTest, SnapshotConvertsToTheUnitsOfItsFields) {
+    struct Row {
+        std::int32_t variable;
+        double raw;
+        double AircraftState::*field;
+        double expected;
+        double tolerance;
+    };
+    const Row rows[] = {
+        {71, 5000875, &AircraftState::latitude, 45.0, 1e-9},
+        {71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
+        {72, 70368744177664, &AircraftState::longitude, 90.0, 1e-9},
+        {72, 140737488355332, &AircraftState::longitude, 180.0, 1e-9},
+        {72, 211106232532992, &AircraftState::longitude, -90.0, 1e-9},
+        {72, 281474976710655, &AircraftState::longitude, 0.0, 1e-9},
+        {551, 100 * 1.6878098571, &AircraftState::groundSpeedKt, 100.0, 1e-4},
+        {614, 100, &AircraftState::radioAltitudeFt, 328.08399, 1e-9},
+        {65, 5.08 * 256, &AircraftState::verticalSpeedFpm, 1000.0, 1e-3},
+        {109, 35000, &AircraftState::apAltitudeTargetFt, 35000, 0},
+        {344, 271, &AircraftState::windDirection, 271, 0},
+    };
+    for (const Row& row : rows) {
+        simulator.variables[row.variable] = row.raw;
+        RefreshAircraftState();
+        EXPECT_NEAR(aircraft.*row.field, row.expected, row.tolerance) << row.variable;
+    }
+}
+
+TEST_F(SimlinkTest, LongitudeJustBelowAFullTurnIsJustWest) {
+    simulator.variables[72] = 281474976700000;
+    RefreshAircraftState();
+    EXPECT_LT(aircraft.longitude, 0);
+    EXPECT_GT(aircraft.longitude, -1e-4);
+}
+
+TEST_F(SimlinkTest, AirspeedIsSmoothedFromReadingToReading) {
+    simulator.variables[61] = 100;
+    RefreshAircraftState();
+    EXPECT_NEAR(aircraft.indicatedAirspeedKt, 30, 1e-9);
+    RefreshAircraftState();
+    EXPECT_NEAR(aircraft.indicatedAirspeedKt, 51, 1e-9);
+}
+
+TEST_F(SimlinkTest, AReadingThatIsNoNumberChangesNothing) {
+    simulator.SetPosition(40, -70);
+    simulator.variables[61] = 100;
+    simulator.variables[773] = 1.9;
+    RefreshAircraftState();
+    EXPECT_EQ(avionicsPower, 1);
+    for (const double bad : {kNan, std::numeric_limits<double>::infinity(), -HUGE_VAL}) {
+        for (const std::int32_t variable : {61, 71, 72, 773}) {
+            simulator.variables[variable] = bad;
+        }
+        RefreshAircraftState();
+        EXPECT_NEAR(aircraft.latitude, 40, 1e-9);
+        EXPECT_NEAR(aircraft.longitude, -70, 1e-9);
+        EXPECT_NEAR(aircraft.indicatedAirspeedKt, 30, 1e-9);
+        EXPECT_EQ(avionicsPower, 0);
+    }
+    simulator.variables[61] = 100;
+    RefreshAircraftState();
+    EXPECT_NEAR(aircraft.indicatedAirspeedKt, 51, 1e-9);
+}
+
+TEST_F(SimlinkTest, FuelIsSummedOverSevenTanks) {
+    simulator.variables[306] = 6.7;
+    EXPECT_EQ(FuelOnBoard(), 0);
+    for (std::int32_t level = 289; level <= 301; level += 2) {
+        simulator.variables[level] = 8388608 / 2.0;
+        simulator.variables[level + 1] = 100;
+    }
+    EXPECT_NEAR(FuelOnBoard(), 7 * 50 * 6.7, 1e-9);
+}
+
+TEST_F(SimlinkTest, FuelFlowTakesThePistonFamilyWhenItsFirstEngineFlows) {
+    const std::int32_t pistons[] = {421, 460, 499, 538};
+    const std::int32_t turbines[] = {638, 657, 676, 695};
+    for (int i = 0; i < 4; ++i) {
+        simulator.variables[pistons[i]] = i == 0 ? 0 : 10;
+        simulator.variables[turbines[i]] = 1000;
+    }
+    EXPECT_EQ(TotalFuelFlow(), 4000);
+    simulator.variables[421] = 10;
+    EXPECT_EQ(TotalFuelFlow(), 40);
+    for (const std::int32_t variable : {421, 638, 657, 676, 695}) {
+        simulator.variables[variable] = 0;
+    }
+    EXPECT_EQ(TotalFuelFlow(), 0);
+}
+
+TEST_F(SimlinkTest, EventValuesAreTruncatedTowardZero) {
+    SendKeyEvent(KeyEvent::VerticalSpeedSet, -1870.9);
+    SendKeyEvent(KeyEvent::AltitudeSet, 35000.9);
+    SendKeyEvent(KeyEvent::AltitudeSet, kNan);
+    EXPECT_THAT(simulator.events,
+                ::testing::ElementsAre(std::pair{66036, static_cast<std::uint32_t>(-1870)},
+                                       std::pair{66124, 35000U}));
+}
+
+TEST_F(SimlinkTest, NumbersBecomeParameters) {
+    struct Row {
+        std::int32_t value;
+        std::int32_t bcd;
+    };
+    const Row rows[] = {{11390, 0x11390}, {385, 0x385}, {0, 0}, {-5, 0}, {12345678, 0x12345678}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(ToBcd(row.value), row.bcd) << row.value;
+    }
+    EXPECT_EQ(ToBcd(2147483647), 0x47483647);
+    EXPECT_EQ(WholeHeading(0.6), 360);
+    EXPECT_EQ(WholeHeading(360.4), 360);
+    EXPECT_EQ(WholeHeading(123.7), 123);
+    EXPECT_EQ(WholePart(1e300), 2147483647);
+    EXPECT_EQ(WholePart(-1e300), -2147483647 - 1);
+    EXPECT_EQ(WholePart(kNan), 0);
+    EXPECT_EQ(NearestWhole(0.5), 1);
+    EXPECT_EQ(NearestWhole(-0.6), -1);
+}
+
+TEST_F(SimlinkTest, NamedVariablesAreRegisteredInOrderWithTheirStorage) {
+    RegisterExportedVariables();
+    EXPECT_THAT(simulator.registrationOrder,
+                ::testing::ElementsAre("avq_act_wpt_id", "avq_act_wpt_pos", "avq_act_wpt_dist",
+                                       "avq_fpln_wpt_cnt", "avq_xtk_err_dir", "avq_xtk_err_dist",
+                                       "avq_act_wpt_trk", "avq_act_wpt_brg", "avq_lnav_mode",
+                                       "avq_vnav_mode", "avq_active"));
+    EXPECT_STREQ(static_cast<const char*>(simulator.named["avq_act_wpt_id"]), "INIT");
+    EXPECT_EQ(*static_cast<const std::uint32_t*>(simulator.named["avq_active"]), 1U);
+    exported.crossTrackNm = 2.5;
+    EXPECT_EQ(*static_cast<const double*>(simulator.named["avq_xtk_err_dist"]), 2.5);
+    UnregisterExportedVariables();
+    EXPECT_TRUE(simulator.named.empty());
+}
+
+TEST_F(SimlinkTest, WithoutAHostNothingHappens) {
+    PanelServices empty;
+    for (PanelServices* const services : {static_cast<PanelServices*>(nullptr), &empty}) {
+        ImportTable.panel.services = services;
+        RefreshAircraftState();
+        SendKeyEvent(KeyEvent::PauseToggle, 0);
+        RegisterExportedVariables();
+        UnregisterExportedVariables();
+        TogglePanelWindow(4001);
+        EXPECT_FALSE(PanelWindowShown(0));
+        EXPECT_EQ(FuelOnBoard(), 0);
+    }
+}
+
+TEST(PlatformServicesTest, MembersBeyondTheStatedSizeDoNotExist) {
+    static int calls = 0;
+    PlatformServices services;
+    services.find_window = [](const char*) -> void* { return &calls; };
+    services.key_state = [](std::int32_t) -> std::int32_t { return ++calls; };
+    PlatformTable.services = &services;
+    struct Row {
+        std::uint32_t size;
+        bool window;
+        bool key;
+    };
+    const auto keyEnd = static_cast<std::uint32_t>(offsetof(PlatformServices, key_state) +
+                                                   sizeof(services.key_state));
+    const Row rows[] = {{0, false, false},
+                        {offsetof(PlatformServices, send_message), true, false},
+                        {keyEnd - 1, true, false},
+                        {keyEnd, true, true}};
+    for (const Row& row : rows) {
+        services.size = row.size;
+        EXPECT_EQ(FindWindowByClass("UIPCMAIN") != nullptr, row.window) << row.size;
+        EXPECT_EQ(KeyState(0x41) != 0, row.key) << row.size;
+    }
+    std::uint8_t keys[256];
+    keys[30] = 0x80;
+    EXPECT_EQ(ReadKeyboardState(keys), 0);
+    EXPECT_EQ(keys[30], 0);
+    PlatformTable.services = nullptr;
+    EXPECT_EQ(FindWindowByClass("UIPCMAIN"), nullptr);
+    EXPECT_EQ(SetThreadKeyboardHook(nullptr), 0);
+    ReportTextDrawn(nullptr, "", 0, 0, 0, 0);
+}
+
+}  // namespace
+}  // namespace avq1
