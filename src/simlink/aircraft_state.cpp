@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "base/module_state.h"
-#include "base/whole_number.h"
+#include "base/text.h"
 #include "platform/services.h"
 #include "simlink/sim_variables.h"
 
@@ -145,7 +145,7 @@ void RefreshAircraftState() {
     for (const SnapshotRow& row : kSnapshot) {
         RefreshField(row);
     }
-    avionicsPower = WholePart(ReadVariable(kAvionicsPowerVariable));
+    avionicsPower = TruncateToInteger(ReadVariable(kAvionicsPowerVariable));
 }
 
 }  // namespace avq1

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "base/whole_number.h"
+#include "base/text.h"
 #include "platform/services.h"
 
 namespace avq1 {
@@ -18,12 +18,12 @@ void SendKeyEvent(KeyEvent event, std::int32_t parameter) {
 
 void SendKeyEvent(KeyEvent event, double value) {
     if (std::isfinite(value)) {
-        SendKeyEvent(event, WholePart(value));
+        SendKeyEvent(event, TruncateToInteger(value));
     }
 }
 
 std::int32_t WholeHeading(double headingMag) {
-    const std::int32_t whole = WholePart(headingMag);
+    const std::int32_t whole = TruncateToInteger(headingMag);
     return whole == 0 ? kFullTurn : whole;
 }
 

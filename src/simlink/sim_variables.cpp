@@ -3,7 +3,7 @@
 #include <array>
 #include <cmath>
 
-#include "base/whole_number.h"
+#include "base/text.h"
 #include "platform/services.h"
 
 namespace avq1 {
@@ -69,7 +69,7 @@ double ReadUtcYear() {
 }
 
 std::uint32_t ReadNavFlagWord() {
-    return static_cast<std::uint32_t>(WholePart(ReadVariable(kNavFlagWord)));
+    return static_cast<std::uint32_t>(TruncateToInteger(ReadVariable(kNavFlagWord)));
 }
 
 bool Nav1HasSignal() {

@@ -5,7 +5,7 @@
 #include <limits>
 
 #include "base/module_state.h"
-#include "base/whole_number.h"
+#include "base/text.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/exported_variables.h"
 #include "simlink/key_events.h"
@@ -138,11 +138,9 @@ TEST_F(SimlinkTest, NumbersBecomeParameters) {
     EXPECT_EQ(WholeHeading(0.6), 360);
     EXPECT_EQ(WholeHeading(360.4), 360);
     EXPECT_EQ(WholeHeading(123.7), 123);
-    EXPECT_EQ(WholePart(1e300), 2147483647);
-    EXPECT_EQ(WholePart(-1e300), -2147483647 - 1);
-    EXPECT_EQ(WholePart(kNan), 0);
-    EXPECT_EQ(NearestWhole(0.5), 1);
-    EXPECT_EQ(NearestWhole(-0.6), -1);
+    EXPECT_EQ(TruncateToInteger(1e300), 2147483647);
+    EXPECT_EQ(TruncateToInteger(-1e300), -2147483647 - 1);
+    EXPECT_EQ(TruncateToInteger(kNan), 0);
 }
 
 TEST_F(SimlinkTest, NamedVariablesAreRegisteredInOrderWithTheirStorage) {
