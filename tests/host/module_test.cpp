@@ -1,0 +1,423 @@
+// The module's records as the panel system reads them, and its life as the panel system drives it:
+// every gauge placed from outside, through copies of its header and elements.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+
+#include "base/module_state.h"
+#include "base/sim_folder.h"
+#include "displays/nd_panel.h"
+#include "flightlog/flight_log.h"
+#include "flightplan/plan_files.h"
+#include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
+#include "host/lifecycle.h"
+#include "navdb/nav_database.h"
+#include "settings/aircraft_performance.h"
+#include "settings/settings.h"
+#include "support/fake_simulator.h"
+#include "support/placement.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeSimulator;
+using test::Placement;
+
+struct ExpectedGauge {
+    const char* name;
+    int background;
+    int surface;  // 0 = none
+    int surfaceX, surfaceY;
+    int icons;
+    bool callback;
+};
+
+constexpr ExpectedGauge kExpected[] = {
+    {"MCU", 0x2607, 0x2611, 40, 32, 2, true},
+    {"MCU_LM", 0x2607, 0x2611, 40, 32, 2, true},
+    {"P1000_MFD", 0x2600, 0x2601, 28, 33, 0, true},
+    {"P1000_MFD_CNTR", 0x2612, 0, 0, 0, 0, true},
+    {"GNSXLS", 0x2618, 0x2617, 90, 57, 0, true},
+    {"GNSXLS_LM", 0x2618, 0x2617, 90, 57, 0, true},
+    {"EFS50_EADI", 0x2622, 0x2621, 51, 42, 0, true},
+    {"EFS50_EHSI", 0x2624, 0x2621, 51, 42, 0, true},
+    {"EFS50_EADI_NB", 0x2621, 0x2621, 0, 0, 0, true},
+    {"EFS50_EHSI_NB", 0x2621, 0x2621, 0, 0, 0, true},
+    {"EFS50_TCAS", 0x2624, 0x2621, 51, 42, 0, true},
+    {"EFS50_EHSI_CNTR", 0x2632, 0, 0, 0, 0, true},
+    {"EFS50_EHSI_CNTR_LM", 0x2632, 0, 0, 0, 0, true},
+    {"VNAV", 0x2634, 0, 0, 0, 1, true},
+    {"LNAV", 0x2658, 0, 0, 0, 1, true},
+    {"EFIS_CTRL_OPEN", 0x2700, 0, 0, 0, 0, false},
+    {"EHSI_CNTR_OPEN", 0x2640, 0, 0, 0, 0, false},
+    {"EHSI_CNTR_OPEN_LM", 0x2640, 0, 0, 0, 0, false},
+    {"EHSI_TCAS_OPEN", 0x2642, 0, 0, 0, 0, false},
+    {"FMS_OPEN", 0x2644, 0, 0, 0, 0, false},
+    {"FMS_OPEN_LM", 0x2644, 0, 0, 0, 0, false},
+    {"FMS2_OPEN", 0x2698, 0, 0, 0, 0, false},
+    {"MCU_OPEN", 0x2646, 0, 0, 0, 0, false},
+    {"P1000_MFD_OPEN", 0x2654, 0, 0, 0, 0, false},
+    {"P1000_MFD_CNTR_OPEN", 0x2656, 0, 0, 0, 0, false},
+    {"HW_B737_ND", 0x2668, 0x2666, 18, 25, 0, true},
+    {"HW_B737_ND_BR", 0x2669, 0x2666, 18, 25, 0, true},
+    {"HW_B737_ND_NB", 0x2666, 0x2666, 0, 0, 0, true},
+    {"HW_B737_EFIS_CNTR", 0x2670, 0, 0, 0, 11, true},
+    {"HW_B737_EFIS_CNTR_BR", 0x2671, 0, 0, 0, 11, true},
+    {"SMITHS_FMS_BR", 0x2663, 0x2662, 66, 40, 2, true},
+    {"SMITHS_FMS", 0x2664, 0x2662, 66, 40, 2, true},
+    {"SERVER", 0, 0, 0, 0, 0, true},
+};
+static_assert(std::size(kExpected) == kGaugeCount);
+
+class Module : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetModuleState();
+        simulator.variables[773] = 1;  // avionics on
+    }
+    FakeSimulator& simulator = FakeSimulator::Install();
+    test::TempSimFolder folder;
+};
+
+bool EndsWith(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+TEST_F(Module, OffersItsGaugesInOrderWithTheirElementTrees) {
+    EXPECT_EQ(Linkage.moduleId, 0x13);
+    EXPECT_EQ(Linkage.version, 0x800u);
+    EXPECT_EQ(Linkage.gauges[kGaugeCount], nullptr);
+    for (int i = 0; i < kGaugeCount; ++i) {
+        const ExpectedGauge& expected = kExpected[i];
+        SCOPED_TRACE(expected.name);
+        ASSERT_STREQ(Linkage.gauges[i]->name, expected.name);
+        EXPECT_EQ(Linkage.gauges[i]->version, 800u);
+        EXPECT_EQ(Linkage.gauges[i]->widthMm, 312u);
+        EXPECT_EQ(Linkage.gauges[i]->callback != nullptr, expected.callback);
+        Placement gauge(expected.name, nullptr);
+        const ElementHeader& background = gauge.Element(0)->header;
+        EXPECT_EQ(background.resourceNumber, expected.background);
+        EXPECT_EQ((background.imageFlags & image_flag::kLuminous) != 0,
+                  EndsWith(expected.name, "_LM"));
+        EXPECT_EQ((background.imageFlags & image_flag::kTransparent) != 0,
+                  EndsWith(expected.name, "_NB"));
+        int depth = 1;
+        if (expected.surface != 0) {
+            const ElementHeader& surface = gauge.Element(depth++)->header;
+            EXPECT_EQ(surface.resourceNumber, expected.surface);
+            EXPECT_EQ(surface.position.x, expected.surfaceX);
+            EXPECT_EQ(surface.position.y, expected.surfaceY);
+            EXPECT_EQ(surface.imageFlags & 0x24u, 0x24u);
+        }
+        for (int icon = 0; icon < expected.icons; ++icon) {
+            ASSERT_NE(gauge.Element(depth), nullptr);
+            EXPECT_NE(gauge.Element(depth++)->header.imageFlags & image_flag::kHidden, 0u);
+        }
+        EXPECT_EQ(gauge.Element(depth), nullptr);
+    }
+}
+
+TEST_F(Module, MouseTablesAreParentsWithOneChildOfTheirSizeInsideTheGauge) {
+    for (int i = 0; i < kGaugeCount; ++i) {
+        SCOPED_TRACE(Linkage.gauges[i]->name);
+        const MouseRectangle* row = Linkage.gauges[i]->mouseRectangles;
+        const GaugeRow& gauge = GaugeTable()[i];
+        for (; row != nullptr && row->type != MouseRectangleType::End; row += 3) {
+            ASSERT_EQ(row[0].type, MouseRectangleType::Parent);
+            ASSERT_EQ(row[1].type, MouseRectangleType::Child);
+            ASSERT_EQ(row[2].type, MouseRectangleType::EndOfParent);
+            EXPECT_EQ(row[1].box.x, 0);
+            EXPECT_EQ(row[1].box.y, 0);
+            EXPECT_EQ(row[1].box.width, row[0].box.width);
+            EXPECT_EQ(row[1].box.height, row[0].box.height);
+            EXPECT_NE(row[1].function, nullptr);
+            EXPECT_NE(row[1].mouseFlags & mouse_flag::kLeftSingle, 0u);
+            EXPECT_GE(row[0].box.x, 0);
+            EXPECT_LE(row[0].box.x + row[0].box.width, gauge.size.x);
+            EXPECT_LE(row[0].box.y + row[0].box.height, gauge.size.y);
+        }
+    }
+}
+
+TEST_F(Module, SurvivesEveryEventOfEveryGaugeInAnyOrder) {
+    std::mt19937 random(7);
+    std::vector<std::unique_ptr<Placement>> placements;
+    for (int i = 0; i < kGaugeCount; ++i) {
+        for (const char* parameter : {static_cast<const char*>(nullptr), "VC", "WN"}) {
+            const bool withSurface = random() % 3 != 0;
+            placements.push_back(std::make_unique<Placement>(
+                Linkage.gauges[i]->name, parameter, withSurface ? 64 : 0, withSurface ? 48 : 0));
+        }
+    }
+    for (int round = 0; round < 20000; ++round) {
+        Placement& gauge = *placements[random() % placements.size()];
+        gauge.Send(static_cast<std::int32_t>(random() % 20) - 1);
+        if (random() % 4 == 0) {
+            gauge.Click(static_cast<int>(random() % 600), static_cast<int>(random() % 640));
+        }
+        simulator.NextTick();
+        simulator.windows[random() % 2 == 0 ? 0 : 4000 + random() % 14] = random() % 2 == 0;
+    }
+    for (auto& gauge : placements) {
+        gauge->header().elements = nullptr;  // a host that clones nothing
+        for (std::int32_t event = 0; event < 18; ++event) {
+            gauge->Send(event);
+        }
+    }
+}
+
+struct DrawCase {
+    const char* gauge;
+    const char* parameter;
+    std::vector<std::uint32_t> shown;
+    DisplayDrawMode mode;
+};
+
+TEST_F(Module, WorksOutTheDrawModeFromTheParameterAndTheWindowsShown) {
+    using enum DisplayDrawMode;
+    const DrawCase cases[] = {
+        {"EFS50_EADI", nullptr, {}, Normal},
+        {"EFS50_EADI", "VC", {}, Normal},
+        {"EFS50_EADI", "VC", {0}, Skip},
+        {"EFS50_EADI", "B737", {0}, Normal},
+        {"EFS50_EADI", "B737", {0, 4005}, ClearOnly},
+        {"EFS50_EADI", "WN", {0, 4005}, Normal},
+        {"EFS50_EADI", "VC", {0, 4005}, ClearOnly},
+        {"EFS50_EADI", "VC2", {4005}, ClearOnly},
+        {"EFS50_EADI_NB", "", {4005}, ClearOnly},
+        {"EFS50_EHSI", "VC2", {4008}, SecondCockpit},
+        {"EFS50_EHSI", "VC2", {}, Normal},
+        {"EFS50_EHSI", "VC", {4008}, ClearOnly},
+        {"EFS50_EHSI_NB", "", {4008}, Normal},
+        {"EFS50_EHSI_NB", "VC2", {4009}, SecondCockpit},
+        {"EFS50_TCAS", "VC2", {4010}, ClearOnly},
+        {"HW_B737_ND", "VC2", {4011}, SecondCockpit},
+        {"P1000_MFD", "", {4002}, ClearOnly},
+        {"MCU", "VC", {0}, Skip},
+        {"MCU", "", {4001}, Normal},
+        {"GNSXLS", "VC", {0, 4004}, Normal},
+        {"SMITHS_FMS", "VC", {0, 4012}, Normal},
+    };
+    for (const DrawCase& row : cases) {
+        SCOPED_TRACE(std::string(row.gauge) + " " + (row.parameter ? row.parameter : "-"));
+        simulator.windows.clear();
+        for (const std::uint32_t ident : row.shown) {
+            simulator.windows[ident] = true;
+        }
+        const auto& table = GaugeTable();
+        const auto gauge = std::ranges::find_if(table, [&](const GaugeRow& entry) {
+            return std::string_view(entry.name) == row.gauge;
+        });
+        EXPECT_EQ(DrawModeFor(*gauge->behaviour, row.parameter), row.mode);
+    }
+}
+
+TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
+    Placement eadi("EFS50_EADI", "B737", 280, 262);
+    Placement ehsi("EFS50_EHSI", "B737", 280, 262);
+    eadi.Send(PanelEvent::ConnectToWindow);
+    simulator.windows[4008] = true;  // the EHSI's pop-up: the panel instance clears its glass
+    for (Placement* gauge : {&eadi, &ehsi}) {
+        gauge->Element(1)->header.imageFlags |= image_flag::kOnScreen;
+        gauge->Send(PanelEvent::Draw);
+        EXPECT_EQ(gauge->Element(1)->header.imageFlags & image_flag::kOnScreen, 0u);
+        EXPECT_EQ(std::ranges::count(gauge->pixels(), 0u), 280 * 262);
+    }
+    simulator.windows[4008] = false;
+    ehsi.Send(PanelEvent::Draw);
+    EXPECT_LT(std::ranges::count(ehsi.pixels(), 0u), 280 * 262);
+    Placement cockpit("EFS50_EHSI", "VC", 280, 262);
+    simulator.windows[kMainPanelIdent] = true;
+    cockpit.Send(PanelEvent::Draw);
+    EXPECT_EQ(std::ranges::count(cockpit.pixels(), 0xFF123456u), 280 * 262);
+    Placement noContext("EFS50_EHSI", nullptr);
+    noContext.Element(1)->header.imageFlags |= image_flag::kOnScreen;
+    noContext.Send(PanelEvent::Draw);
+    EXPECT_EQ(noContext.Element(1)->header.imageFlags & image_flag::kOnScreen, 0u);
+}
+
+TEST_F(Module, TheFirstUsableParameterNamesTheAircraft) {
+    struct Case {
+        const char* gauge;
+        const char* parameter;
+        const char* aircraftAfter;
+    };
+    const Case cases[] = {
+        {"EFS50_EHSI", "VC", ""},          {"EFS50_EHSI", "VC2", ""}, {"MCU", "WN", ""},
+        {"EFS50_EHSI_CNTR", "VC", ""},     {"LNAV", "WN", ""},        {"EFS50_EHSI", nullptr, ""},
+        {"EFS50_EHSI_CNTR", "VC2", "VC2"},  // no placement word of a control panel
+    };
+    for (const Case& row : cases) {
+        Placement gauge(row.gauge, row.parameter);
+        gauge.Send(PanelEvent::Initialise);
+        EXPECT_EQ(AircraftName, row.aircraftAfter) << row.gauge;
+    }
+    Placement(kExpected[0].name, "B737").Send(PanelEvent::Initialise);
+    EXPECT_EQ(AircraftName, "VC2");  // fixed for as long as the module is loaded
+
+    AircraftName.clear();
+    Placement("EFS50_EADI", "VC").Send(PanelEvent::Initialise);
+    Placement("EFS50_EHSI", "B737").Send(PanelEvent::Initialise);
+    EXPECT_EQ(AircraftName, "B737");
+
+    AircraftName.clear();
+    Placement("P1000_MFD_CNTR", "VC").Send(PanelEvent::Initialise);
+    EXPECT_EQ(AircraftName, "VC");
+}
+
+TEST_F(Module, LoadsTheSharedCoreOnceAndRetriesOnlyAMissingAirportFile) {
+    folder.Write("avq/avq.cfg", "WptChgDist=4.5\n");
+    Placement lnav("LNAV", nullptr);
+    lnav.Send(PanelEvent::Initialise);
+    EXPECT_EQ(SettingsLoaded, 1);
+    EXPECT_DOUBLE_EQ(settings.WptChgDist, 4.5);
+    EXPECT_EQ(FlightLogStarted, 1);
+    EXPECT_TRUE(storedPlans.plans.empty());  // a mode button loads no navigation
+
+    Placement ehsi("EFS50_EHSI", nullptr);
+    ehsi.Send(PanelEvent::Initialise);
+    EXPECT_EQ(navDatabase.airports.count, 0);
+    ASSERT_EQ(storedPlans.plans.size(), 1u);
+    EXPECT_EQ(storedPlans.plans.back().fileName, "NEW FPL");
+
+    folder.Write("avq/Navdata/avq_apts.txt", "KAAA ALPHA 10 40.0 -75.0\n");
+    folder.Write("avq/avq.cfg", "WptChgDist=9\n");
+    ehsi.Send(PanelEvent::Initialise);
+    EXPECT_EQ(navDatabase.airports.count, 1);
+    EXPECT_DOUBLE_EQ(settings.WptChgDist, 4.5);  // read once
+}
+
+TEST_F(Module, ServerPublishesTheGuidanceVariables) {
+    Placement server("SERVER", nullptr);
+    server.Send(PanelEvent::Install);
+    const std::vector<std::string> expected = {
+        "avq_act_wpt_id",  "avq_act_wpt_pos",  "avq_act_wpt_dist", "avq_fpln_wpt_cnt",
+        "avq_xtk_err_dir", "avq_xtk_err_dist", "avq_act_wpt_trk",  "avq_act_wpt_brg",
+        "avq_lnav_mode",   "avq_vnav_mode",    "avq_active"};
+    EXPECT_EQ(simulator.registrationOrder, expected);
+    EXPECT_STREQ(static_cast<const char*>(simulator.named["avq_act_wpt_id"]), "INIT");
+    EXPECT_EQ(*static_cast<const std::uint32_t*>(simulator.named["avq_active"]), 1u);
+    server.Send(PanelEvent::Kill);
+    EXPECT_TRUE(simulator.named.empty());
+}
+
+TEST_F(Module, GraphicsStartOnTheFirstConnectAndStopOnTheFirstDisconnect) {
+    Placement first("EFS50_EHSI", nullptr);
+    Placement second("MCU", nullptr);
+    first.Send(PanelEvent::ConnectToWindow);
+    const std::uintptr_t token = GdiplusToken;
+    EXPECT_NE(token, 0u);
+    second.Send(PanelEvent::ConnectToWindow);
+    EXPECT_EQ(GdiplusToken, token);
+    second.Send(PanelEvent::DisconnectFromWindow);
+    EXPECT_EQ(GdiplusToken, 0u);
+    first.Send(PanelEvent::DisconnectFromWindow);
+    EXPECT_EQ(GdiplusToken, 0u);
+}
+
+void LoadTwoLegPlan() {
+    const char* idents[] = {"KAAA", "BBB", "CCC"};
+    for (int i = 0; i < 3; ++i) {
+        activePlan.entries[i] = PlanWaypoint{};
+        activePlan.entries[i].ident = idents[i];
+        activePlan.entries[i].latitude = 40.0 + i;
+        activePlan.entries[i].longitude = -75.0;
+        activePlan.entries[i].type = i == 0 ? "APT" : "INT";
+    }
+    activePlan.lastIndex = 2;
+    SetActiveWaypoint(1);
+}
+
+bool IconShown(Placement& gauge, int depth) {
+    return (gauge.Element(depth)->header.imageFlags & image_flag::kHidden) == 0;
+}
+
+TEST_F(Module, ModeButtonsToggleTheirModesAndLights) {
+    Placement lnav("LNAV", nullptr);
+    Placement vnav("VNAV", nullptr);
+    Placement mcu("MCU", nullptr);
+    const auto press = [&](Placement& button) {
+        EXPECT_TRUE(button.Click(20, 20));
+        for (Placement* gauge : {&lnav, &vnav, &mcu}) {
+            gauge->Send(PanelEvent::Update);
+        }
+    };
+    press(lnav);  // nothing to fly
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
+    EXPECT_FALSE(IconShown(lnav, 1));
+
+    LoadTwoLegPlan();
+    settings.VnavSetSpd = 2;
+    press(lnav);
+    press(vnav);
+    EXPECT_TRUE(IconShown(lnav, 1));
+    EXPECT_TRUE(IconShown(vnav, 1));
+    EXPECT_TRUE(IconShown(mcu, 2));
+    EXPECT_FALSE(IconShown(mcu, 3));
+    EXPECT_EQ(settings.VnavSetSpd, 1);
+    guidance.trackLeg = 1;
+    press(lnav);
+    press(vnav);
+    EXPECT_FALSE(IconShown(lnav, 1));
+    EXPECT_FALSE(IconShown(vnav, 1));
+    EXPECT_EQ(guidance.trackLeg, 0);
+}
+
+TEST_F(Module, WindowOpenersAndDisplayCentresToggleTheirWindows) {
+    struct Case {
+        const char* gauge;
+        int x, y;
+        std::uint32_t ident;
+    };
+    const Case cases[] = {
+        {"MCU_OPEN", 8, 8, 4001},          {"P1000_MFD_OPEN", 8, 8, 4002},
+        {"P1000_MFD", 150, 200, 4002},     {"P1000_MFD_CNTR_OPEN", 41, 41, 4003},
+        {"FMS_OPEN", 8, 8, 4004},          {"FMS_OPEN_LM", 8, 8, 4004},
+        {"GNSXLS", 200, 120, 4004},        {"EFS50_EADI", 180, 180, 4005},
+        {"EFS50_EADI_NB", 131, 131, 4005}, {"EHSI_CNTR_OPEN", 8, 8, 4007},
+        {"EHSI_CNTR_OPEN_LM", 8, 8, 4007}, {"EFS50_EHSI", 180, 180, 4008},
+        {"EFS50_EHSI_NB", 180, 180, 4009}, {"EHSI_TCAS_OPEN", 8, 8, 4010},
+        {"HW_B737_ND", 140, 168, 4011},    {"HW_B737_ND_NB", 120, 150, 4011},
+        {"FMS2_OPEN", 8, 8, 4012},         {"SMITHS_FMS", 200, 150, 4012},
+        {"EFIS_CTRL_OPEN", 8, 8, 4013},
+    };
+    for (const Case& row : cases) {
+        simulator.windows.clear();
+        Placement gauge(row.gauge, nullptr);
+        ASSERT_TRUE(gauge.Click(row.x, row.y)) << row.gauge;
+        EXPECT_TRUE(simulator.windows[row.ident]) << row.gauge;
+        EXPECT_EQ(simulator.windows.size(), 1u) << row.gauge;
+    }
+    Placement opener("MCU_OPEN", nullptr);
+    EXPECT_FALSE(opener.Click(6, 20));
+    EXPECT_FALSE(opener.Click(42, 20));
+}
+
+TEST_F(Module, SelectorKnobsFollowTheNavigationDisplaysModeAndRange) {
+    Placement panel("HW_B737_EFIS_CNTR", nullptr);
+    const auto shown = [&] {
+        std::vector<int> depths;
+        panel.Send(PanelEvent::Update);
+        for (int depth = 1; depth <= 11; ++depth) {
+            if (IconShown(panel, depth)) {
+                depths.push_back(depth);
+            }
+        }
+        return depths;
+    };
+    EXPECT_EQ(shown(), (std::vector<int>{1, 7}));
+    nd.ndMode = 6;
+    nd.ndRange = 320;
+    EXPECT_EQ(shown(), (std::vector<int>{6, 11}));
+    nd.ndMode = 7;    // no picture for this position
+    nd.ndRange = 20;  // nor for this range
+    EXPECT_EQ(shown(), (std::vector<int>{}));
+}
+
+}  // namespace
+}  // namespace avq1
