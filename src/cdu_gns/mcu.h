@@ -2,7 +2,7 @@
 //
 // One state for all compact-unit gauges. Keys only change it; the page's work is done at the next
 // draw, and the screen is painted only when something shown changed. The last painted picture
-// stays on the surface otherwise.
+// stays on the surface otherwise; every surface is painted once per change.
 #pragma once
 
 #include <array>
@@ -17,6 +17,20 @@ namespace avq1 {
 enum class McuPage : std::int32_t { Fpln = 1, Apt = 2, To = 5, Legs = 6, Dirto = 7, AltFl = 19 };
 enum class McuArrow : std::int32_t { None = 0, Up = 1, Down = 2, Left = 3, Right = 4 };
 
+// A list longer than the screen: the highlighted row and the first one shown, both from 0.
+struct McuCursor {
+    std::int32_t row = 0;
+    std::int32_t first = 0;
+};
+
+// What the computer keyboard asks of a list; the page clears the requests.
+struct McuNavigation {
+    bool up = false;
+    bool down = false;
+    bool pageUp = false;
+    bool pageDown = false;
+};
+
 struct McuState {
     McuPage page = McuPage::To;
     std::int32_t redraw = 1;  // something shown changed
@@ -27,15 +41,19 @@ struct McuState {
     bool prevPressed = false;
     bool nextPressed = false;
     bool fplnPressed = false;
+    McuNavigation navigation;
     std::int32_t altStep = 0;      // 0 not selected, 1 thousands, 2 five hundreds
     std::int32_t newAltitude = 0;  // feet
-    std::int32_t legsScroll = 0;
+    std::int32_t legsScroll = 0;   // LEGS: the first leg shown, an index of the active plan
+    std::int32_t legsCursor = 0;   // LEGS: the highlighted leg
     std::int32_t candidateIndex = 0;
     bool crossingEntry = false;   // LEGS with the crossing altitude entry
     std::int32_t planCursor = 0;  // FPLN: the highlighted stored plan, from 0
     std::int32_t planScroll = 0;  // FPLN: the first plan shown
+    McuCursor runway;             // APT
     std::string entryText;
     std::string secondEntryText;
+    std::string keyboardMessage;  // why typing does not work; empty when it does
 };
 
 extern McuState mcu;
@@ -43,10 +61,15 @@ extern McuState mcu;
 inline constexpr int kMcuKeyCount = 17;
 extern const std::array<KeyArea, kMcuKeyCount> kMcuKeys;
 
+// The annunciator lights of the bezel.
+bool McuLnavLit();
+bool McuHoldLit();
+
 // Draws the unit's screen when something changed since the last painted frame.
 void DrawMcu(const DrawTarget& target);
 
-// Marks the screen for painting (other parts changed something it shows).
+// Marks the screen for painting on every surface (other parts changed something it shows, or a
+// surface was made anew).
 void RequestMcuRedraw();
 
 }  // namespace avq1

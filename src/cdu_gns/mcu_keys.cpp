@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <cmath>
+
+#include "cdu_gns/mcu.h"
+#include "cdu_gns/mcu_pages.h"
+#include "flightplan/flight_plan.h"
+#include "flightplan/hold_pattern.h"
+#include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+void Touch() {
+    mcu.redraw = 1;
+    mcu.force = 1;
+}
+
+void ShowPage(McuPage page) {
+    mcu.page = page;
+    Touch();
+}
+
+void PressTo(const KeyClick&) {
+    EndMcuEditing();
+    ShowPage(McuPage::To);
+}
+
+void PressFpln(const KeyClick&) {
+    EndMcuEditing();
+    mcu.fplnPressed = true;
+    ShowPage(McuPage::Fpln);
+}
+
+void PressLnav(const KeyClick&) {
+    if (guidance.lnavEngaged != 0) {
+        DisengageLnav();
+    } else {
+        EngageLnav();
+    }
+    Touch();
+}
+
+void PressDirto(const KeyClick&) {
+    mcu.entryText.clear();
+    mcu.secondEntryText.clear();
+    mcu.candidateIndex = 0;
+    ShowPage(McuPage::Dirto);
+}
+
+// A hold at the active waypoint on the leg's own course, to be flown on reaching it.
+void HoldAtActiveWaypoint() {
+    const std::int32_t fix = planBook.activeIndex;
+    HoldPattern hold;
+    hold.fixIndex = fix;
+    hold.inboundCourseMag = guidance.desiredTrackMag;
+    hold.corners[0] = {guidance.activeLatitude, guidance.activeLongitude,
+                       activePlan.entries[fix].ident};
+    holdList.holds[1] = hold;
+    holdList.count = 1;
+    holdList.holdActive = 1;
+    holdList.holdTargetCorner = 0;
+    holdList.holdState = 0;
+    activePlan.entries[fix].hasHold = 1;
+}
+
+void PressHold(const KeyClick&) {
+    if (guidance.lnavEngaged != 0 && holdList.holdActive == 0 && holdList.count == 0 &&
+        HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex)) {
+        HoldAtActiveWaypoint();
+    }
+    Touch();
+}
+
+// The leg being flown comes first; the list starts at entry 1 without one.
+void OpenLegs(bool crossingEntry) {
+    mcu.crossingEntry = crossingEntry;
+    const bool flying = HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex);
+    mcu.legsCursor = flying ? planBook.activeIndex : 1;
+    mcu.legsScroll = mcu.legsCursor;
+    ShowPage(McuPage::Legs);
+}
+
+void PressCross(const KeyClick&) {
+    mcu.newAltitude = 0;
+    mcu.altStep = 1;
+    OpenLegs(true);
+}
+
+void PressLegs(const KeyClick&) {
+    EndMcuEditing();
+    OpenLegs(false);
+}
+
+void PressPrev(const KeyClick&) {
+    mcu.prevPressed = true;
+    Touch();
+}
+
+void PressAlt(const KeyClick&) {
+    const double thousands = std::trunc(aircraft.apAltitudeTargetFt / 1000.0);
+    mcu.newAltitude = static_cast<std::int32_t>(std::clamp(thousands, 0.0, 99.0)) * 1000;
+    mcu.altStep = 1;
+    ShowPage(McuPage::AltFl);
+}
+
+void PressApt(const KeyClick&) {
+    EndMcuEditing();
+    mcu.runway = {};
+    ShowPage(McuPage::Apt);
+}
+
+void PressNext(const KeyClick&) {
+    mcu.nextPressed = true;
+    Touch();
+}
+
+void PressEdit(const KeyClick&) {
+    const bool typingPage =
+        mcu.page == McuPage::Apt || mcu.page == McuPage::Dirto || mcu.page == McuPage::Legs;
+    if (mcu.editing != 0) {
+        EndMcuEditing();
+        const bool second = mcu.page == McuPage::Legs && mcu.crossingEntry;
+        (second ? mcu.secondEntryText : mcu.entryText).clear();
+    } else if (typingPage) {
+        mcu.editing = 1;
+        mcu.keyboardMessage = "KEYBOARD NOT AVAILABLE";
+    }
+    Touch();
+}
+
+template <McuArrow arrow>
+void PressArrow(const KeyClick&) {
+    mcu.arrowKey = arrow;
+    Touch();
+}
+
+void PressEnter(const KeyClick&) {
+    mcu.enterPressed = true;
+    EndMcuEditing();
+    Touch();
+}
+
+constexpr bool kRepeats = true;
+
+}  // namespace
+
+const std::array<KeyArea, kMcuKeyCount> kMcuKeys = {{
+    {"TO", {40, 224, 70, 25}, PressTo},
+    {"FPLN", {127, 224, 70, 25}, PressFpln},
+    {"LNAV", {213, 222, 70, 25}, PressLnav},
+    {"DIRTO", {40, 258, 70, 25}, PressDirto},
+    {"HOLD", {127, 258, 70, 25}, PressHold},
+    {"CROSS", {213, 258, 70, 25}, PressCross},
+    {"LEGS", {40, 292, 70, 25}, PressLegs},
+    {"PREV", {127, 292, 70, 25}, PressPrev, KeyArt::Cap, kRepeats},
+    {"ALT", {213, 292, 70, 25}, PressAlt},
+    {"APT", {40, 324, 70, 25}, PressApt},
+    {"NEXT", {127, 324, 70, 25}, PressNext, KeyArt::Cap, kRepeats},
+    {"EDIT", {213, 324, 70, 25}, PressEdit},
+    {"UP", {371, 224, 32, 32}, PressArrow<McuArrow::Up>, KeyArt::Cap, kRepeats},
+    {"DOWN", {371, 290, 32, 32}, PressArrow<McuArrow::Down>, KeyArt::Cap, kRepeats},
+    {"LEFT", {338, 256, 32, 32}, PressArrow<McuArrow::Left>},
+    {"RIGHT", {404, 256, 32, 32}, PressArrow<McuArrow::Right>},
+    {"ENTER", {350, 324, 70, 25}, PressEnter},
+}};
+
+void EndMcuEditing() {
+    mcu.editing = 0;
+    mcu.keyboardMessage.clear();
+}
+
+bool McuLnavLit() {
+    return guidance.lnavEngaged != 0;
+}
+
+bool McuHoldLit() {
+    return holdList.holdActive != 0;
+}
+
+}  // namespace avq1
