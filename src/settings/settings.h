@@ -58,4 +58,11 @@ void DetectSimVersion();
 // Applies one settings text to `target` (what LoadSettings does with the file's contents).
 void ApplySettingsText(std::string_view text, Settings& target);
 
+// Which file a line comes from: the aircraft file may set most of the keys again, not all.
+enum class SettingsFile { User, Aircraft };
+
+// Applies one "key=value" to `target`; a key that is unknown or not of this file does nothing.
+void ApplySetting(std::string_view key, std::string_view value, SettingsFile file,
+                  Settings& target);
+
 }  // namespace avq1

@@ -1,0 +1,218 @@
+#include "navdb/navdata_text.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/messages.h"
+#include "base/text.h"
+
+namespace avq1 {
+namespace {
+
+// Far shorter than a real line, so that one reservation is enough; memory that is reserved but
+// never written costs nothing.
+constexpr std::size_t kShortLineLength = 16;
+
+constexpr char kComment = ';';
+
+// What a table says about its size: its capacity, the count at which it warns, its message.
+struct TableLimit {
+    std::int32_t capacity;
+    std::int32_t warningCount;
+    const char* warningFormat;
+};
+
+constexpr TableLimit kIntersectionLimit{kIntersectionCapacity, kIntersectionCapacity - 2,
+                                        "Ints '%d' approaching struct_limit"};
+constexpr TableLimit kAirwayFixLimit{kAirwayFixCapacity, kAirwayFixCapacity - 2,
+                                     "Ints '%d' approaching struct_limit"};
+constexpr TableLimit kAirportLimit{kAirportCapacity, kAirportCapacity - 2,
+                                   "Apts '%d' approaching struct_limit"};
+// The navaids' warning comes well before their table is full.
+constexpr TableLimit kNavaidLimit{kNavaidCapacity, 9998, "Navs '%d' approaching struct_limit"};
+
+// Walks the lines of `text` and appends what `readLine` makes of each; `readLine` returns false
+// for a line that is no record.
+template <typename ReadLine>
+void ReadRecords(std::string_view text, PointTable& table, const TableLimit& limit,
+                 ReadLine readLine) {
+    const auto capacity = static_cast<std::size_t>(limit.capacity);
+    table.records.reserve(std::min(capacity, text.size() / kShortLineLength) + 2);
+    LineReader lines(text, kNavdataLineLength);
+    std::string_view line;
+    while (table.count < limit.capacity && lines.Next(line)) {
+        PointRecord record;
+        if (!readLine(line, record)) {
+            continue;
+        }
+        table.Append(record);
+        if (table.count == limit.warningCount) {
+            AppendMessage(Format(limit.warningFormat, table.count));
+        }
+    }
+}
+
+// The `count` characters of a word from the one numbered `first`, counted from 1.
+std::string_view Characters(std::string_view word, std::size_t first, std::size_t count) {
+    return first <= word.size() ? word.substr(first - 1, count) : std::string_view{};
+}
+
+// Whether the line's text before its first blank equals `ident` when it is upper-cased.
+bool LineHasIdent(std::string_view line, std::string_view ident) {
+    if (line.size() < ident.size()) {
+        return false;
+    }
+    const bool ends = line.size() == ident.size() || line[ident.size()] == ' ' ||
+                      line[ident.size()] == '\t' || line[ident.size()] == '\r';
+    return ends && std::equal(ident.begin(), ident.end(), line.begin(), [](char want, char have) {
+               return want == (have >= 'a' && have <= 'z' ? static_cast<char>(have - 32) : have);
+           });
+}
+
+void FillAirportDetail(std::string_view line, std::string_view ident, AirportDetail& detail,
+                       std::string& elevationText) {
+    constexpr std::size_t kFirstRunway = 5;
+    constexpr std::size_t kMostRunwayTokens = 20;
+    const std::string upperLine = ToUpper(line);
+    std::array<std::string_view, kFirstRunway + kMostRunwayTokens> words;
+    const std::size_t count = SplitWords(upperLine, words);
+    detail.ident = ident;
+    detail.name = words[1];
+    elevationText = words[2];
+    detail.elevationFt = ToNumber(words[2]);
+    detail.latitude = ToNumber(words[3]);
+    detail.longitude = ToNumber(words[4]);
+    detail.runways.clear();
+    for (std::size_t i = kFirstRunway; i < count; ++i) {
+        detail.runways.push_back(ParseRunwayToken(words[i]));
+    }
+}
+
+}  // namespace
+
+void ReadIntersections(std::string_view text, PointTable& table) {
+    ReadRecords(text, table, kIntersectionLimit, [](std::string_view line, PointRecord& record) {
+        if (line.starts_with(kComment)) {
+            return false;
+        }
+        record.ident = NextWord(line);
+        record.name = NextWord(line);
+        record.latitude = ToNumber(NextWord(line));
+        record.longitude = ToNumber(NextWord(line));
+        record.kind = PointKind::Intersection;
+        return !record.ident.empty();
+    });
+}
+
+void ReadAirwayFixes(std::string_view text, PointTable& table) {
+    // Shorter identifiers are navaids and airports, which have tables of their own.
+    constexpr std::size_t kShortestFixIdent = 4;
+    ReadRecords(text, table, kAirwayFixLimit, [](std::string_view line, PointRecord& record) {
+        if (line.starts_with(kComment)) {
+            return false;
+        }
+        NextWord(line);  // the airway
+        NextWord(line);  // its sequence
+        record.ident = NextWord(line);
+        if (record.ident.size() < kShortestFixIdent) {
+            return false;
+        }
+        record.name = record.ident;
+        record.latitude = ToNumber(NextWord(line));
+        record.longitude = ToNumber(NextWord(line));
+        record.kind = PointKind::Intersection;
+        return true;
+    });
+}
+
+void ReadAirports(std::string_view text, PointTable& table) {
+    // This file has no comments: a leading semicolon belongs to the identifier.
+    ReadRecords(text, table, kAirportLimit, [](std::string_view line, PointRecord& record) {
+        record.ident = NextWord(line);
+        record.name = NextWord(line);
+        record.elevation = NextWord(line);
+        record.latitude = ToNumber(NextWord(line));
+        record.longitude = ToNumber(NextWord(line));
+        record.kind = PointKind::Airport;
+        return !record.ident.empty();
+    });
+}
+
+void ReadNavaids(std::string_view text, PointTable& table) {
+    ReadRecords(text, table, kNavaidLimit, [](std::string_view line, PointRecord& record) {
+        if (line.starts_with(kComment)) {
+            return false;
+        }
+        record.ident = NextWord(line);
+        record.name = NextWord(line);
+        record.latitude = ToNumber(NextWord(line));
+        record.longitude = ToNumber(NextWord(line));
+        record.kind = NextWord(line) == "VOR" ? PointKind::Vor : PointKind::Navaid;
+        record.frequency = NextWord(line);
+        return !record.ident.empty();
+    });
+}
+
+bool ReadCycleText(std::string_view text, std::string& cycle, std::string& validity) {
+    constexpr std::size_t kMaxLineLength = 300;
+    LineReader lines(text, kMaxLineLength);
+    std::string_view line;
+    while (lines.Next(line)) {
+        std::array<std::string_view, 7> words;
+        SplitWords(line, words);
+        if (words[0] != ";AIRAC") {
+            continue;
+        }
+        const std::string_view start = words[4];  // "(17-JAN-2008"
+        const std::string_view end = words[6];    // "14-FEB-2008)"
+        cycle = "AIRAC";
+        cycle += words[3];
+        validity = Characters(start, 5, 3);
+        validity += Characters(start, 2, 2);
+        validity += Characters(end, 4, 3);
+        validity += Characters(end, 1, 2);
+        validity += '/';
+        validity += Characters(end, 10, 2);
+        return true;
+    }
+    return false;
+}
+
+Runway ParseRunwayToken(std::string_view token) {
+    std::string fields(token);
+    std::replace(fields.begin(), fields.end(), '_', ' ');
+    std::array<std::string_view, 8> words;
+    SplitWords(std::string_view(fields), words);
+    Runway runway;
+    runway.ident = words[0];
+    runway.length = ToInteger(words[1]);
+    runway.latitude = ToNumber(words[2]);
+    runway.longitude = ToNumber(words[3]);
+    runway.heading = ToNumber(words[4]);
+    runway.field6 = words[5];
+    runway.field7 = words[6];
+    runway.field8 = ToNumber(words[7]);
+    runway.reciprocalHeading = runway.heading + 180.0;
+    if (runway.reciprocalHeading >= 360.0) {
+        runway.reciprocalHeading -= 360.0;
+    }
+    return runway;
+}
+
+bool ReadAirportDetail(std::string_view text, std::string_view ident, AirportDetail& detail,
+                       std::string& elevationText) {
+    if (ident.empty() || ident.find(' ') != std::string_view::npos) {
+        return false;
+    }
+    LineReader lines(text, kNavdataLineLength);
+    std::string_view line;
+    while (lines.Next(line)) {
+        if (LineHasIdent(line, ident)) {
+            FillAirportDetail(line, ident, detail, elevationText);
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace avq1
