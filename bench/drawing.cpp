@@ -1,0 +1,128 @@
+// Drawing the EHSI against filling and stroking about the same primitives in bare Cairo, at nominal
+// size and twice as large.
+#include <benchmark/benchmark.h>
+#include <cairo.h>
+
+#include <vector>
+
+#include "base/module_state.h"
+#include "bench/allocation_counter.h"
+#include "displays/ehsi.h"
+#include "flightplan/flight_plan.h"
+#include "guidance/lnav.h"
+#include "host/update_frame.h"
+#include "platform/canvas.h"
+#include "simlink/aircraft_state.h"
+#include "tests/support/fake_simulator.h"
+
+namespace avq1 {
+namespace {
+
+constexpr int kNominalWidth = 280;
+constexpr int kNominalHeight = 262;
+
+struct Picture {
+    explicit Picture(int scale)
+        : pixels(static_cast<std::size_t>(kNominalWidth) * kNominalHeight * scale * scale) {
+        context.width = kNominalWidth * scale;
+        context.height = kNominalHeight * scale;
+        context.bytesPerRow = context.width * 4;
+        context.pixels = pixels.data();
+    }
+    DrawTarget Target() { return {&context, context.width, context.height}; }
+
+    std::vector<std::uint32_t> pixels;
+    PixelDeviceContext context;
+};
+
+void SetUpFlight(test::FakeSimulator& simulator) {
+    const double places[][2] = {{42.36, -71.0}, {42.5, -71.3}, {42.7, -71.9}, {42.8, -72.6},
+                                {42.7, -73.8},  {42.7, -75.0}, {42.9, -76.4}, {42.9, -78.7}};
+    std::int32_t index = 0;
+    for (const auto& place : places) {
+        PlanWaypoint& entry = activePlan.entries[index];
+        entry = PlanWaypoint{};
+        entry.ident = "FIX" + std::to_string(index++);
+        entry.latitude = place[0];
+        entry.longitude = place[1];
+    }
+    activePlan.lastIndex = index - 1;
+    simulator.variables[773] = 1;
+    simulator.variables[81] = simulator.variables[86] = 290;
+    simulator.variables[343] = 40;
+    simulator.SetGroundSpeedKt(420);
+    simulator.SetPosition(42.6, -71.6);
+    RefreshAircraftState();
+    SetActiveWaypoint(2);
+    simulator.NextTick();
+    UpdateFrame();
+    ehsi.navSource = NavSource::FlightManagement;
+    ehsi.ehsiRange = 40;
+}
+
+int drawnTexts = 0;
+
+void DrawEhsiMode(benchmark::State& state) {
+    ResetModuleState();
+    SetUpFlight(test::FakeSimulator::Install());
+    ehsi.ehsiMode = static_cast<std::int32_t>(state.range(0));
+    Picture picture(static_cast<int>(state.range(1)));
+    const std::uintptr_t token = StartDrawingLibrary();
+    static PlatformServices services{sizeof(PlatformServices)};
+    services.text_drawn = [](void*, const char*, double, double, double, std::uint32_t) {
+        ++drawnTexts;
+    };
+    PlatformTable.services = &services;
+    drawnTexts = 0;
+    DrawEhsi(picture.Target());
+    state.counters["texts"] = drawnTexts;
+    PlatformTable.services = nullptr;
+    const long before = bench::allocationCount;
+    for (auto _ : state) {
+        DrawEhsi(picture.Target());
+    }
+    state.counters["allocations"] = benchmark::Counter(
+        static_cast<double>(bench::allocationCount - before), benchmark::Counter::kAvgIterations);
+    StopDrawingLibrary(token);
+}
+BENCHMARK(DrawEhsiMode)
+    ->ArgNames({"mode", "scale"})
+    ->ArgsProduct({{1, 2, 4, 5, 8}, {1, 2}})
+    ->Unit(benchmark::kMicrosecond);
+
+// The compass of a full rose in bare Cairo: 72 ticks, twelve labels, twenty data texts, a filled
+// background, a few pointers and ten route legs.
+void BareCairoPrimitives(benchmark::State& state) {
+    const int scale = static_cast<int>(state.range(0));
+    Picture picture(scale);
+    cairo_surface_t* surface = cairo_image_surface_create_for_data(
+        reinterpret_cast<unsigned char*>(picture.pixels.data()), CAIRO_FORMAT_ARGB32,
+        picture.context.width, picture.context.height, picture.context.bytesPerRow);
+    cairo_t* cairo = cairo_create(surface);
+    cairo_scale(cairo, scale, scale);
+    cairo_select_font_face(cairo, "Arial", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cairo, 12);
+    cairo_set_line_width(cairo, 1);
+    for (auto _ : state) {
+        cairo_set_source_rgb(cairo, 0, 0, 0);
+        cairo_paint(cairo);
+        cairo_set_source_rgb(cairo, 1, 1, 1);
+        for (int tick = 0; tick < 82; ++tick) {
+            cairo_move_to(cairo, 140 + tick, 100);
+            cairo_line_to(cairo, 140 + tick * 0.7, 112);
+            cairo_stroke(cairo);
+        }
+        for (int text = 0; text < 32; ++text) {
+            cairo_move_to(cairo, 10 + text * 5, 20 + text * 7);
+            cairo_show_text(cairo, "33");
+        }
+        cairo_arc(cairo, 140, 131, 100, 0, 6.283);
+        cairo_stroke(cairo);
+    }
+    cairo_destroy(cairo);
+    cairo_surface_destroy(surface);
+}
+BENCHMARK(BareCairoPrimitives)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,186 @@
+// Loading and searching the navigation database against the cost of reading the same bytes.
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include "base/module_state.h"
+#include "base/sim_folder.h"
+#include "bench/world_data.h"
+#include "geometry/geometry.h"
+#include "navdb/airport_detail.h"
+#include "navdb/nav_database.h"
+#include "navdb/nearby.h"
+#include "platform/files.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+constexpr const char* kFiles[] = {"\\avq\\navdata\\avq_ints.txt", "\\avq\\navdata\\fsb_awy2.txt",
+                                  "\\avq\\navdata\\avq_apts.txt", "\\avq\\navdata\\avq_navs.txt"};
+
+enum DataSet { kDemo, kWorld };
+
+bool UseDataSet(benchmark::State& state) {
+    ResetModuleState();
+    SimFolder = state.range(0) == kDemo ? AVQ1_SOURCE_DIR "/demo" : bench::WorldSimFolder();
+    if (SimFolder.empty()) {
+        state.SkipWithError("../shared/data/xplane is not there");
+        return false;
+    }
+    return true;
+}
+
+double ResidentMegabytes() {
+    std::ifstream status("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    status >> total >> resident;
+    return static_cast<double>(resident) * 4096 / 1e6;
+}
+
+void LoadDatabase(benchmark::State& state) {
+    malloc_trim(0);
+    const double before = ResidentMegabytes();
+    if (!UseDataSet(state)) {
+        return;
+    }
+    for (auto _ : state) {
+        LoadNavDatabase();
+    }
+    state.counters["records"] = navDatabase.navaids.count + navDatabase.intersections.count +
+                                navDatabase.airwayFixes.count + navDatabase.airports.count;
+    state.counters["resident_mb_grown"] = ResidentMegabytes() - before;
+    state.counters["resident_mb"] = ResidentMegabytes();
+}
+BENCHMARK(LoadDatabase)->ArgName("world")->Arg(kDemo)->Arg(kWorld)->Unit(benchmark::kMillisecond);
+
+// The lower bound of a load: the same files read whole and their line ends found.
+void ReadBytesAndFindLineEnds(benchmark::State& state) {
+    if (!UseDataSet(state)) {
+        return;
+    }
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        std::size_t lines = 0;
+        bytes = 0;
+        for (const char* file : kFiles) {
+            std::string text;
+            ReadWholeFile(SimPath(file), text);
+            bytes += text.size();
+            const char* at = text.data();
+            const char* end = at + text.size();
+            while ((at = static_cast<const char*>(std::memchr(at, '\n', end - at))) != nullptr) {
+                ++at;
+                ++lines;
+            }
+        }
+        benchmark::DoNotOptimize(lines);
+    }
+    state.counters["bytes"] = static_cast<double>(bytes);
+}
+BENCHMARK(ReadBytesAndFindLineEnds)
+    ->ArgName("world")
+    ->Arg(kDemo)
+    ->Arg(kWorld)
+    ->Unit(benchmark::kMillisecond);
+
+bool LoadDataSet(benchmark::State& state) {
+    if (!UseDataSet(state)) {
+        return false;
+    }
+    LoadNavDatabase();
+    aircraft.latitude = 42.36;
+    aircraft.longitude = -71.01;
+    return true;
+}
+
+void BuildNearbyLists(benchmark::State& state) {
+    if (!LoadDataSet(state)) {
+        return;
+    }
+    const LatLon here{aircraft.latitude, aircraft.longitude};
+    for (auto _ : state) {
+        BuildNearbyAirports(here);
+        BuildNearbyNavaids(here);
+        BuildNearbyFixes(here);
+    }
+}
+BENCHMARK(BuildNearbyLists)
+    ->ArgName("world")
+    ->Arg(kDemo)
+    ->Arg(kWorld)
+    ->Unit(benchmark::kMicrosecond);
+
+void NarrowNearbyLists(benchmark::State& state) {
+    if (!LoadDataSet(state)) {
+        return;
+    }
+    const LatLon here{aircraft.latitude, aircraft.longitude};
+    BuildNearbyAirports(here);
+    BuildNearbyNavaids(here);
+    BuildNearbyFixes(here);
+    for (auto _ : state) {
+        NarrowNearbyAirports();
+        NarrowNearbyNavaids();
+        NarrowNearbyFixes();
+    }
+}
+BENCHMARK(NarrowNearbyLists)
+    ->ArgName("world")
+    ->Arg(kDemo)
+    ->Arg(kWorld)
+    ->Unit(benchmark::kMicrosecond);
+
+// The lower bound of the lists: one bare great circle for every record in them.
+void GreatCirclesOverTheTables(benchmark::State& state) {
+    if (!LoadDataSet(state)) {
+        return;
+    }
+    const PointTable* tables[] = {&navDatabase.airports, &navDatabase.navaids,
+                                  &navDatabase.airwayFixes};
+    for (auto _ : state) {
+        double sum = 0;
+        for (const PointTable* table : tables) {
+            for (std::int32_t i = 1; i <= table->count; ++i) {
+                sum += GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
+                                             (*table)[i].latitude, (*table)[i].longitude);
+            }
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+}
+BENCHMARK(GreatCirclesOverTheTables)
+    ->ArgName("world")
+    ->Arg(kDemo)
+    ->Arg(kWorld)
+    ->Unit(benchmark::kMicrosecond);
+
+void SearchOneIdent(benchmark::State& state) {
+    if (!LoadDataSet(state)) {
+        return;
+    }
+    for (auto _ : state) {
+        SearchIdent("BOS", SearchCategory::All);
+        benchmark::DoNotOptimize(NearestResult());
+    }
+    state.counters["results"] = navDatabase.searchResults.count;
+}
+BENCHMARK(SearchOneIdent)->ArgName("world")->Arg(kDemo)->Arg(kWorld)->Unit(benchmark::kMicrosecond);
+
+void LoadOneAirport(benchmark::State& state) {
+    if (!LoadDataSet(state)) {
+        return;
+    }
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(LoadAirportDetail("KBOS", kDepartureSlot));
+    }
+    state.counters["runways"] = static_cast<double>(airportSlots[kDepartureSlot].runways.size());
+}
+BENCHMARK(LoadOneAirport)->ArgName("world")->Arg(kDemo)->Arg(kWorld)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+}  // namespace avq1
