@@ -51,6 +51,7 @@ struct FlightPlan {
 
 // A discontinuity has no position: it is left out of distances, tuning and drawing.
 bool IsDiscontinuity(const PlanWaypoint& entry);
+PlanWaypoint Discontinuity();
 
 enum class RouteStatus : std::int32_t {
     None = 0,
@@ -82,6 +83,7 @@ struct PlanBook {
     double reserveFuel = 0;
     double reserveFuelInUse = 0;
     bool flightLogStartRequested = false;  // served by the per-frame update
+    double fuelLoadRequested = 0;          // weight units for the tanks, 0 = none
 };
 
 extern FlightPlan activePlan;
@@ -89,8 +91,8 @@ extern FlightPlan modifiedPlan;
 extern FlightPlan previewPlan;
 extern PlanBook planBook;
 
-// Great-circle length in nm from entry `from` through the later entries to entry `to`,
-// discontinuities left out.
+// Great-circle length in nm from entry `from` through the later entries to entry `to`; entries
+// without a position are left out, so a gap counts as the straight way across it.
 double RouteLengthNm(const FlightPlan& plan, std::int32_t from, std::int32_t to);
 
 }  // namespace avq1

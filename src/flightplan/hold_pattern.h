@@ -12,6 +12,7 @@
 namespace avq1 {
 
 inline constexpr std::int32_t kHoldCapacity = 4;
+inline constexpr std::int32_t kHoldRemoved = -1;
 
 struct HoldCorner {
     double latitude = 0;
@@ -20,9 +21,11 @@ struct HoldCorner {
 };
 
 struct HoldPattern {
-    std::int32_t fixIndex = 0;         // in the active plan; 0 = none
-    std::int32_t pendingFixIndex = 0;  // in the modified plan; 0 = none
-    std::int32_t turnDirection = 1;    // 1 right turns, else left
+    std::int32_t fixIndex = 0;  // in the active plan; 0 = none
+    // In the modified plan; 0 = none, kHoldRemoved = taken out there, goes when the plan is
+    // executed.
+    std::int32_t pendingFixIndex = 0;
+    std::int32_t turnDirection = 1;  // 1 right turns, else left
     double legDistanceNm = 0;
     double legMinutes = 1.0;
     double inboundCourseMag = 0;
@@ -44,12 +47,17 @@ extern HoldList holdList;
 
 // Removes the hold at this entry of the active plan. Nothing happens without one.
 void DeleteHold(std::int32_t fixIndex);
-// Removes the hold at this entry of the modified plan.
+// Removes the hold at this entry of the modified plan. One that the active plan has stays there,
+// and may be being flown, until the modification is executed.
 void DeletePendingHold(std::int32_t pendingFixIndex);
+// The modified plan is replaced as a whole: none of its entries has a hold any more.
+void DeleteAllPendingHolds();
 void DeleteAllHolds();
 // A modified-plan entry moved from one index to another.
 void RenumberPendingHolds(std::int32_t from, std::int32_t to);
+// A modification starts anew from the active plan; holds that only the old one had are dropped.
 void CopyHoldsToPending();
-void ExecutePendingHolds();  // every positive pendingFixIndex becomes the fixIndex and is cleared
+// Every positive pendingFixIndex becomes the fixIndex and is cleared; removed holds go.
+void ExecutePendingHolds();
 
 }  // namespace avq1

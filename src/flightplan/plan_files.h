@@ -44,8 +44,8 @@ void LoadPlan(std::string_view fileName);
 // cruise altitude and holds; guidance/activation.h completes it. True when an entry was read.
 bool ReadPlanToActive(std::string_view fileName);
 
-// Writes the active plan; types other than the five become "WPT" in the plan itself. False when
-// the file cannot be written or the name climbs out of the folder.
+// Writes the active plan; types other than the five become "WPT" in the plan itself. False, with a
+// message, when the file cannot be written or the name climbs out of the folder.
 bool SavePlan(std::string_view fileName);
 
 // Fills `plan` from a plan file's text; key lines go to `book` unless it is null. `anyFuelKey`

@@ -1,0 +1,29 @@
+#include "flightlog/flight_log.h"
+
+#include "base/module_state.h"
+#include "flightplan/flight_plan.h"
+#include "guidance/guidance_state.h"
+
+namespace avq1 {
+
+FlightLog flightLog;
+std::int32_t FlightLogStarted = 0;
+
+namespace {
+
+const StateReset resetFlightLog([] {
+    flightLog = FlightLog{};
+    FlightLogStarted = 0;
+});
+
+}  // namespace
+
+void StartFlightLog() {
+    FlightLogStarted = 1;
+    if (activePlan.lastIndex >= 0) {
+        flightLog.phase = kFlightLogWanted;
+        guidance.elapsedSeconds = 0;
+    }
+}
+
+}  // namespace avq1

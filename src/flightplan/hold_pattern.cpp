@@ -1,0 +1,125 @@
+#include "flightplan/hold_pattern.h"
+
+#include "base/module_state.h"
+#include "flightplan/flight_plan.h"
+
+namespace avq1 {
+
+HoldList holdList;
+
+namespace {
+
+const StateReset resetHolds([] { holdList = HoldList{}; });
+
+// Takes record `number` out of the list. Only record 1 is ever flown, so only its removal touches
+// the flight state.
+void RemoveRecord(std::int32_t number) {
+    for (std::int32_t i = number; i < holdList.count; ++i) {
+        holdList.holds[i] = holdList.holds[i + 1];
+    }
+    holdList.holds[holdList.count] = HoldPattern{};
+    --holdList.count;
+    if (number == 1) {
+        if (holdList.holdActive == 1 && holdList.holdTargetCorner > 0) {
+            holdList.holdState = 4;
+        }
+        holdList.holdTargetCorner = 0;
+    }
+    if (holdList.count == 0) {
+        holdList.holdActive = 0;
+    }
+}
+
+// Removes every record for which `unwanted` holds, the last first so that numbers stay valid.
+template <typename Predicate>
+void RemoveRecordsIf(Predicate unwanted) {
+    for (std::int32_t i = holdList.count; i >= 1; --i) {
+        if (unwanted(holdList.holds[i])) {
+            RemoveRecord(i);
+        }
+    }
+}
+
+void MarkRemovedInModification(HoldPattern& hold) {
+    hold.pendingFixIndex = hold.fixIndex > 0 ? kHoldRemoved : 0;
+}
+
+bool BelongsToNoPlan(const HoldPattern& hold) {
+    return hold.fixIndex <= 0 && hold.pendingFixIndex <= 0;
+}
+
+}  // namespace
+
+void DeleteHold(std::int32_t fixIndex) {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        if (fixIndex > 0 && holdList.holds[i].fixIndex == fixIndex) {
+            RemoveRecord(i);
+            if (activePlan.Holds(fixIndex)) {
+                activePlan.entries[fixIndex].hasHold = 0;
+            }
+            return;
+        }
+    }
+}
+
+void DeletePendingHold(std::int32_t pendingFixIndex) {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        HoldPattern& hold = holdList.holds[i];
+        if (pendingFixIndex > 0 && hold.pendingFixIndex == pendingFixIndex) {
+            MarkRemovedInModification(hold);
+            if (modifiedPlan.Holds(pendingFixIndex)) {
+                modifiedPlan.entries[pendingFixIndex].hasHold = 0;
+            }
+            RemoveRecordsIf(BelongsToNoPlan);
+            return;
+        }
+    }
+}
+
+void DeleteAllPendingHolds() {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        MarkRemovedInModification(holdList.holds[i]);
+    }
+    RemoveRecordsIf(BelongsToNoPlan);
+}
+
+void DeleteAllHolds() {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        const HoldPattern& hold = holdList.holds[i];
+        if (activePlan.Holds(hold.fixIndex)) {
+            activePlan.entries[hold.fixIndex].hasHold = 0;
+        }
+        if (modifiedPlan.Holds(hold.pendingFixIndex)) {
+            modifiedPlan.entries[hold.pendingFixIndex].hasHold = 0;
+        }
+    }
+    holdList = HoldList{};
+}
+
+void RenumberPendingHolds(std::int32_t from, std::int32_t to) {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        if (from > 0 && holdList.holds[i].pendingFixIndex == from) {
+            holdList.holds[i].pendingFixIndex = to;
+        }
+    }
+}
+
+void CopyHoldsToPending() {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        holdList.holds[i].pendingFixIndex = holdList.holds[i].fixIndex;
+    }
+    RemoveRecordsIf(BelongsToNoPlan);
+}
+
+void ExecutePendingHolds() {
+    RemoveRecordsIf([](const HoldPattern& hold) { return hold.pendingFixIndex == kHoldRemoved; });
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        HoldPattern& hold = holdList.holds[i];
+        if (hold.pendingFixIndex > 0) {
+            hold.fixIndex = hold.pendingFixIndex;
+            hold.pendingFixIndex = 0;
+        }
+    }
+}
+
+}  // namespace avq1

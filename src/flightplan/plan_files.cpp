@@ -1,0 +1,154 @@
+#include "flightplan/plan_files.h"
+
+#include <algorithm>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "base/sim_folder.h"
+#include "base/text.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "platform/files.h"
+#include "settings/settings.h"
+
+namespace avq1 {
+
+StoredPlanList storedPlans;
+
+namespace {
+
+constexpr std::string_view kNewPlan = "NEW FPL";
+constexpr std::string_view kNextPlan = "NEXT FPL";
+constexpr std::size_t kExtensionLength = 4;
+
+const StateReset resetStoredPlans([] { storedPlans = StoredPlanList{}; });
+
+std::string_view Extension(std::string_view name) {
+    return name.size() < kExtensionLength ? std::string_view{}
+                                          : name.substr(name.size() - kExtensionLength);
+}
+
+bool IsSimPlan(std::string_view name) {
+    return EqualsIgnoreCase(Extension(name), ".PLN");
+}
+
+// A plan is a file of the plans folder itself: no name leads out of it.
+bool IsPlainName(std::string_view name) {
+    return !name.empty() && name.find_first_of("/\\:") == std::string_view::npos &&
+           name.find("..") == std::string_view::npos;
+}
+
+bool IsListed(std::string_view name) {
+    const std::string_view extension = Extension(name);
+    return (extension == ".PLN" || extension == ".RTE") && !EqualsIgnoreCase(name, "temp.rte");
+}
+
+// The text of a stored plan in this system's format. False when the file cannot be opened, and
+// for the simulator's own plans, which are not converted.
+bool ReadPlanText(std::string_view fileName, std::string& text) {
+    return IsPlainName(fileName) && !IsSimPlan(fileName) &&
+           ReadWholeFile(PlansFolder() + std::string(fileName), text);
+}
+
+void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
+    std::string text;
+    if (!ReadPlanText(fileName, text) && IsSimPlan(fileName)) {
+        AppendMessage("Unable to load FP");
+    }
+    ParsePlanText(text, plan, book, anyFuelKey);
+}
+
+void StartEmptyPlan() {
+    modifiedPlan.entries.fill(PlanWaypoint{});
+    modifiedPlan.entries[0].ident = kEmptyRow;
+    modifiedPlan.lastIndex = 0;
+}
+
+}  // namespace
+
+std::string PlansFolder() {
+    return settings.FlightPlansFolder.empty() ? SimPath("\\avq\\flightplans\\")
+                                              : settings.FlightPlansFolder + "\\";
+}
+
+void ListStoredPlans() {
+    std::vector<std::string> names;
+    ListFolder(PlansFolder(), names);
+    storedPlans.plans.clear();
+    for (const std::string& name : names) {
+        if (!IsListed(name) || storedPlans.plans.size() >= kStoredPlanCapacity - 1) {
+            continue;
+        }
+        std::string text;
+        ReadPlanText(name, text);
+        ParsePlanText(text, previewPlan, nullptr, false);
+        StoredPlan& plan = storedPlans.plans.emplace_back();
+        plan.fileName = name;
+        if (previewPlan.lastIndex >= 0) {
+            plan.firstIdent = previewPlan.entries[0].ident;
+            plan.lastIdent = previewPlan.entries[previewPlan.lastIndex].ident;
+        }
+    }
+    storedPlans.plans.push_back({std::string(kNewPlan), std::string(kNextPlan), ""});
+    const auto count = static_cast<std::int32_t>(storedPlans.plans.size());
+    storedPlans.pageCount = (count + kStoredPlansPerPage - 1) / kStoredPlansPerPage;
+    storedPlans.currentPage = std::clamp(storedPlans.currentPage, 1, storedPlans.pageCount);
+}
+
+void PreviewPlan(std::string_view fileName) {
+    ReadPlan(fileName, previewPlan, nullptr, false);
+}
+
+void LoadPlan(std::string_view fileName) {
+    planBook.trackedIndex = kNoWaypoint;
+    DeleteAllPendingHolds();
+    if (fileName == kNextPlan || fileName == kNewPlan) {
+        StartEmptyPlan();
+        return;
+    }
+    ReadPlan(fileName, modifiedPlan, &planBook, false);
+    if (modifiedPlan.lastIndex < 0) {
+        planBook.editIndex = kNoWaypoint;
+        return;
+    }
+    planBook.editIndex = modifiedPlan.lastIndex;
+    planBook.originIdent = modifiedPlan.entries[0].ident;
+    planBook.destinationIdent = modifiedPlan.entries[modifiedPlan.lastIndex].ident;
+    LoadPlanAirportDetail(planBook.originIdent, kDepartureSlot);
+    LoadPlanAirportDetail(planBook.destinationIdent, kArrivalSlot);
+}
+
+bool ReadPlanToActive(std::string_view fileName) {
+    ReadPlan(fileName, activePlan, &planBook, true);
+    planBook.reserveFuelInUse = planBook.reserveFuel;
+    planBook.editIndex = kNoWaypoint;
+    planBook.trackedIndex = kNoWaypoint;
+    modifiedPlan.lastIndex = activePlan.lastIndex;
+    const std::int32_t last = activePlan.lastIndex;
+    if (last < 0) {
+        return false;
+    }
+    std::copy_n(activePlan.entries.begin(), last + 1, modifiedPlan.entries.begin());
+    if (last < kMaxPlanIndex) {
+        modifiedPlan.entries[last + 1] = PlanWaypoint{};
+        modifiedPlan.entries[last + 1].ident = kEmptyRow;
+    }
+    planBook.originIdent = activePlan.entries[0].ident;
+    planBook.destinationIdent = activePlan.entries[last].ident;
+    LoadAirportDetail(planBook.originIdent, kDepartureSlot);
+    LoadPlanAirportDetail(planBook.destinationIdent, kArrivalSlot);
+    SetPlanAirport(planBook.destinationIdent, PlanAirportMode::LoadedDestination);
+    DeleteAllHolds();
+    return true;
+}
+
+bool SavePlan(std::string_view fileName) {
+    if (IsPlainName(fileName) &&
+        ReplaceFile(PlansFolder() + std::string(fileName), PlanText(activePlan))) {
+        return true;
+    }
+    AppendMessage(Format("FPL '%s' not saved", std::string(fileName).c_str()));
+    return false;
+}
+
+}  // namespace avq1
