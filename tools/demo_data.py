@@ -37,7 +37,7 @@ Threshold = namedtuple("Threshold", "designator lengthFt latitude longitude head
 Localizer = namedtuple(
     "Localizer",
     "ident frequency latitude longitude courseMag courseTrue glideDeg elevationFt airport runway"
-    " glideLatitude glideLongitude")
+    " antennaLatitude antennaLongitude")
 
 # The plans: file name, key lines, and the waypoints as identifier, type, airway flown to it.
 PLANS = {
@@ -146,24 +146,33 @@ def CifpRunways(cifp):
     return runways
 
 
-def CifpLocalizers(cifp):
-    """Localizers that have a glideslope, by (airport, runway)."""
+def CifpLocalizers(cifp, runways):
+    """Localizers that have a glideslope, by (airport, runway), placed at the runway's threshold.
+
+    The published true course is off by what the station's variation, a whole degree, is off. The
+    course from threshold to antenna is exact, unless the localizer is offset from its runway.
+    """
     found = {}
     for line in cifp:
         if line[4] != "P" or line[12] != "I" or line[21] not in "01 ":
             continue
         glide, variation = line[87:90].strip(), CifpVariation(line[90:95])
         latitude, longitude = CifpAngle(line[32:41]), CifpAngle(line[41:51])
-        glideLatitude, glideLongitude = CifpAngle(line[55:64]), CifpAngle(line[64:74])
-        if None in (latitude, longitude, glideLatitude, glideLongitude, variation) or not glide:
+        airport, runway = line[6:10].strip(), line[29:32].strip()
+        threshold = runways.get((airport, runway))
+        if None in (latitude, longitude, variation, threshold) or not glide or not int(glide):
             continue
-        if not InRegion(latitude, longitude) or not int(glide):
+        if not InRegion(latitude, longitude):
             continue
-        airport, runway, course = line[6:10].strip(), line[29:32].strip(), int(line[51:55]) / 10
+        courseMag = int(line[51:55]) / 10
+        courseTrue = (courseMag + variation) % 360
+        alongRunway = CourseTrue(threshold, Point("", "", latitude, longitude))
+        if abs(TurnDeg(courseTrue, alongRunway)) < 0.5:
+            courseTrue = alongRunway
         found[airport, runway] = Localizer(
-            line[13:17].strip(), "%.2f" % (int(line[22:27]) / 100), latitude, longitude, course,
-            (course + variation) % 360, int(glide) / 100, int(line[97:102]), airport, runway,
-            glideLatitude, glideLongitude)
+            line[13:17].strip(), "%.2f" % (int(line[22:27]) / 100), threshold.latitude,
+            threshold.longitude, courseMag, courseTrue, int(glide) / 100, int(line[97:102]),
+            airport, runway, latitude, longitude)
     return found
 
 
@@ -421,9 +430,10 @@ def WriteAll(sources, demo):
     navaids, dmeFixes, byType = BuildStations(navRows, ReadCsv(our / "navaids.csv.gz", "utf-8"))
     fixes, allFixes = BuildFixes(ReadCsv(nasr / "FIX_BASE.csv.gz", "latin-1"), cifp, dmeFixes)
     airways, dropped = BuildAirways(ReadCsv(nasr / "AWY_SEG.csv.gz", "latin-1"), allFixes, byType)
+    cifpRunways = CifpRunways(cifp)
     airports = BuildAirports(ReadCsv(our / "airports.csv.gz", "utf-8"),
-                             ReadCsv(our / "runways.csv.gz", "utf-8"), CifpRunways(cifp), model)
-    localizers = CifpLocalizers(cifp)
+                             ReadCsv(our / "runways.csv.gz", "utf-8"), cifpRunways, model)
+    localizers = CifpLocalizers(cifp, cifpRunways)
 
     data = demo / "avq" / "Navdata"
     WriteLines(data / "avq_navs.txt", [CycleLine(navRows[0]["EFF_DATE"])] + [
@@ -439,10 +449,10 @@ def WriteAll(sources, demo):
                  + [RunwayToken(ident, end, localizers) for end in ends])
         for ident, name, elevation, latitude, longitude, ends in airports])
     WriteLines(data / "ils.txt", [
-        ";ident freq lat lon course_true glide_deg elevation_ft airport runway glide_lat glide_lon"]
-        + ["%s %s %.6f %.6f %.1f %.2f %d %s %s %.6f %.6f" % (
+        ";ident freq lat lon course_true glide_deg elevation_ft airport runway antenna_lat antenna_lon"]
+        + ["%s %s %.6f %.6f %.2f %.2f %d %s %s %.6f %.6f" % (
             l.ident, l.frequency, l.latitude, l.longitude, l.courseTrue, l.glideDeg, l.elevationFt,
-            l.airport, l.runway, l.glideLatitude, l.glideLongitude)
+            l.airport, l.runway, l.antennaLatitude, l.antennaLongitude)
            for _, l in sorted(localizers.items())])
 
     tables = {"APT": [Point(a[0], "APT", a[3], a[4]) for a in airports], "INT": fixes,
@@ -567,9 +577,11 @@ def CheckAirports(airports, localizers, tables, report):
     for words in localizers:
         threshold = runways.get((words[7], words[8]))
         report.Expect(threshold is not None, "localizer %s has no runway" % words[0])
-        antenna = Point("", "", float(words[2]), float(words[3]))
+        antenna = Point("", "", float(words[9]), float(words[10]))
         if threshold:
-            report.Expect(abs(TurnDeg(CourseTrue(threshold, antenna), float(words[4]))) < 1.5
+            placed = Point("", "", float(words[2]), float(words[3]))
+            report.Expect(DistanceNm(threshold, placed) < 0.01
+                          and abs(TurnDeg(CourseTrue(threshold, antenna), float(words[4]))) < 1.5
                           and DistanceNm(threshold, antenna) < 3.5,
                           "localizer %s does not point along its runway" % words[0])
         report.Expect(2 <= float(words[5]) <= 6, "localizer %s glide path" % words[0])
