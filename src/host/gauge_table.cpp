@@ -8,6 +8,7 @@
 #include "displays/ehsi.h"
 #include "displays/mfd.h"
 #include "displays/nd_panel.h"
+#include "displays/screen_keys.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "guidance/guidance_state.h"
