@@ -47,7 +47,8 @@ struct GuidanceState {
     std::string passedIdent;
     std::string passedTimeZulu;
     double passedAltitude = 0;
-    double passedFuel = 0;  // pounds, or kilograms by the WeightUnit setting
+    double passedFuel = 0;            // as the WeightUnit setting asks
+    std::int32_t waypointPassed = 0;  // a waypoint was passed in this frame
     std::int32_t destinationNearDone = 0;
     std::int32_t blinkCounter = kRestartBlink;  // 0 to 91
     std::int32_t framesSinceStart = 0;
@@ -79,6 +80,8 @@ struct GuidanceRequests {
     std::int32_t radioTuneMode = 0;  // 1 from radioEntry, 2 from the plan
     std::string radioEntry;          // "course frequency"
     std::int32_t unitRedraw = 0;     // the control units have something new to show
+    std::int32_t fullRedraw = 0;     // the keyboard asks for everything to be painted anew
+    std::int32_t towerView = 0;      // the destination's tower view position is to be sent
 };
 
 extern GuidanceState guidance;

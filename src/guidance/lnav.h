@@ -23,6 +23,9 @@ void ToggleLnav();
 // Engages VNAV when there is an active waypoint, else disengages it.
 void ToggleVnav();
 
+// The autopilot's heading hold is engaged: it flies the heading bug.
+bool HeadingHoldEngaged();
+
 // ---- steps of the per-frame update, in order, with an active waypoint ----
 void StampArrivalTime();
 void PrepareFirstLeg();

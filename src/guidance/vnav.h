@@ -22,4 +22,16 @@ struct VnavProfile {
 
 extern VnavProfile vnav;
 
+// ---- steps of the per-frame update ----
+// Simulation rate back to normal and pause, once the descent has begun.
+void ApplyTopOfDescentActions();
+// The next altitude-constrained entry becomes the target as a waypoint is about to be passed.
+void TargetOnPassing();
+// Climb, cruise and descent: phases, distances, altitude, vertical speed and airspeed.
+void RunVerticalGuidance();
+// Declares the climb over when the aircraft is far beyond the predicted climb.
+void ApplyClimbFallback();
+// Forgets what the VNAV selector asked for in this frame.
+void EndVerticalFrame();
+
 }  // namespace avq1

@@ -10,6 +10,7 @@ namespace avq1 {
 namespace {
 
 enum Variable : std::int32_t {
+    kTick = 1,
     kUtcDayOfYear = 8,
     kUtcYear = 9,
     kNavFlagWord = 46,
@@ -58,6 +59,10 @@ double ReadVariable(std::int32_t number) {
     variable.number = number;
     LookupVariable(variable);
     return std::isfinite(variable.value) ? variable.value : 0;
+}
+
+double ReadTick() {
+    return ReadVariable(kTick);
 }
 
 double ReadUtcDayOfYear() {

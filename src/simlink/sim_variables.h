@@ -10,6 +10,7 @@ namespace avq1 {
 // The raw value of a numbered variable; 0 without a host.
 double ReadVariable(std::int32_t number);
 
+double ReadTick();
 double ReadUtcDayOfYear();
 double ReadUtcYear();
 std::uint32_t ReadNavFlagWord();  // bits below

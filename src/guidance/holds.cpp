@@ -1,0 +1,196 @@
+#include "guidance/holds.h"
+
+#include <algorithm>
+
+#include "flightplan/hold_pattern.h"
+#include "geometry/geometry.h"
+#include "guidance/guidance_state.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/key_events.h"
+
+namespace avq1 {
+namespace {
+
+constexpr std::int32_t kFirstHold = 1;
+constexpr std::int32_t kFirstCorner = 1;
+constexpr std::int32_t kLastCorner = 4;
+constexpr double kSlowestTimedSpeedKt = 150;
+constexpr double kMissedCornerSides = 2.5;  // farther off than this many sides: corner passed
+constexpr double kReachedLegFraction = 0.25;
+constexpr double kRightAngle = 90;
+constexpr double kFullTurn = 360;
+constexpr double kNoHoldHeading = -999;  // differs from every heading sent
+
+enum HoldState : std::int32_t {
+    kNormal = 0,
+    kLnavOff = 1,
+    kExitRequested = 2,
+    kExiting = 3,
+};
+
+// How each corner follows from the one before: quarter turns off the inbound course, and the
+// distance as a fraction of the leg length.
+struct CornerRow {
+    const char* name;
+    int quarterTurns;
+    double legFraction;
+};
+
+constexpr CornerRow kCorners[] = {
+    {"Xwind", 0, 0.2},
+    {"Dwind", 1, 0.5},
+    {"Base", 2, 1.0},
+    {"Final", 3, 0.5},
+};
+
+void LayOutPattern(HoldPattern& hold, const PlanWaypoint& fix) {
+    if (hold.legByTime == 1) {
+        const double speedKt = std::max(aircraft.groundSpeedKt, kSlowestTimedSpeedKt);
+        hold.legDistanceNm = speedKt / 60.0 * hold.legMinutes;
+    }
+    const double turn = hold.turnDirection == 1 ? kRightAngle : -kRightAngle;
+    const double inboundTrue =
+        PositiveModulo(hold.inboundCourseMag + aircraft.magneticVariation, kFullTurn);
+    hold.corners[0].latitude = fix.latitude;
+    hold.corners[0].longitude = fix.longitude;
+    for (std::int32_t corner = kFirstCorner; corner <= kLastCorner; ++corner) {
+        const CornerRow& row = kCorners[corner - 1];
+        const HoldCorner& before = hold.corners[corner - 1];
+        HoldCorner& placed = hold.corners[corner];
+        PointAtDistance(before.latitude, before.longitude,
+                        PositiveModulo(inboundTrue + row.quarterTurns * turn, kFullTurn),
+                        row.legFraction * hold.legDistanceNm, placed.latitude, placed.longitude);
+        placed.name = row.name;
+    }
+}
+
+// The way from the aircraft to the corner being flown to (the fix before the pattern is entered).
+struct CornerApproach {
+    double distanceNm = 0;
+    double bearingTrue = 0;
+};
+
+CornerApproach ApproachTo(const HoldCorner& corner) {
+    CornerApproach approach;
+    DistanceAndCourse(aircraft.latitude, aircraft.longitude, corner.latitude, corner.longitude,
+                      approach.distanceNm, approach.bearingTrue);
+    return approach;
+}
+
+// The corner lies behind the aircraft, or so far away that it will not be reached.
+bool CornerMissed(const HoldPattern& hold, const CornerApproach& approach) {
+    if (holdList.holdTargetCorner == 0) {
+        return false;
+    }
+    const HoldCorner& from = hold.corners[holdList.previousCorner];
+    const HoldCorner& to = hold.corners[holdList.holdTargetCorner];
+    double sideNm = 0;
+    double sideCourseTrue = 0;
+    DistanceAndCourse(from.latitude, from.longitude, to.latitude, to.longitude, sideNm,
+                      sideCourseTrue);
+    return approach.distanceNm > kMissedCornerSides * sideNm ||
+           SmallerAngle(approach.bearingTrue, sideCourseTrue) > kRightAngle;
+}
+
+bool ExitsAtThisCorner() {
+    return holdList.holdState == kExiting ||
+           (holdList.holdState == kExitRequested && holdList.holdTargetCorner == kFirstCorner);
+}
+
+void BeginHold() {
+    holdList.holdActive = 1;
+    holdList.holdState = kNormal;
+    holdList.lastHoldHeading = kNoHoldHeading;
+}
+
+void FinishHold(std::int32_t fixIndex) {
+    holdList.holdState = kExiting;
+    holdList.holdActive = 0;
+    DeleteHold(fixIndex);
+    holdList.holdTargetCorner = 0;
+}
+
+void AdvanceCorner() {
+    holdList.holdTargetCorner =
+        holdList.holdTargetCorner >= kLastCorner ? kFirstCorner : holdList.holdTargetCorner + 1;
+    holdList.previousCorner =
+        holdList.holdTargetCorner == kFirstCorner ? kLastCorner : holdList.holdTargetCorner - 1;
+}
+
+void SendHoldHeading(double bearingTrue) {
+    const double headingMag = TrueToMagnetic(bearingTrue, aircraft.magneticVariation);
+    const std::int32_t whole = WholeHeading(headingMag);
+    if (HoldBeingFlown() && whole != WholeHeading(holdList.lastHoldHeading)) {
+        SendKeyEvent(KeyEvent::HeadingBugSet, whole);
+        holdList.lastHoldHeading = headingMag;
+    }
+}
+
+void FlyHold(const HoldPattern& hold) {
+    CornerApproach approach = ApproachTo(hold.corners[holdList.holdTargetCorner]);
+    const bool reached = CornerMissed(hold, approach) ||
+                         approach.distanceNm <= kReachedLegFraction * hold.legDistanceNm;
+    if (holdList.holdTargetCorner == 0) {
+        const bool atFix = reached || approach.distanceNm <= guidance.waypointChangeDistanceNm;
+        if (!atFix || hold.fixIndex != planBook.activeIndex) {
+            return;  // the fix is still ahead, or the route only comes near it
+        }
+        BeginHold();
+        AdvanceCorner();
+    } else if (reached) {
+        if (ExitsAtThisCorner()) {
+            FinishHold(hold.fixIndex);
+            return;
+        }
+        AdvanceCorner();
+    }
+    approach = ApproachTo(hold.corners[holdList.holdTargetCorner]);
+    SendHoldHeading(approach.bearingTrue);
+}
+
+}  // namespace
+
+bool HoldBeingFlown() {
+    return holdList.holdActive == 1 && holdList.holdTargetCorner > 0;
+}
+
+void BuildAndFlyHold() {
+    HoldPattern& hold = holdList.holds[kFirstHold];
+    if (holdList.count < kFirstHold || hold.fixIndex <= 0 || !activePlan.Holds(hold.fixIndex)) {
+        return;
+    }
+    const PlanWaypoint& fix = activePlan.entries[hold.fixIndex];
+    if (IsDiscontinuity(fix)) {
+        return;
+    }
+    LayOutPattern(hold, fix);
+    if (guidance.lnavEngaged == 1) {
+        FlyHold(hold);
+    }
+}
+
+void DeletePassedHolds() {
+    for (std::int32_t number = kFirstHold; number <= holdList.count; ++number) {
+        const std::int32_t fixIndex = holdList.holds[number].fixIndex;
+        if (fixIndex > 0 && fixIndex < planBook.activeIndex) {
+            DeleteHold(fixIndex);
+            number = 0;  // later holds have moved up: search again from the first
+        }
+    }
+}
+
+void EndHoldFlight() {
+    HoldPattern& first = holdList.holds[kFirstHold];
+    if (holdList.count >= kFirstHold && first.fixIndex > 0) {
+        if (first.pendingFixIndex > 0) {
+            first.fixIndex = 0;  // still wanted by the modification being edited
+        } else {
+            DeleteHold(first.fixIndex);
+        }
+    }
+    holdList.holdActive = 0;
+    holdList.holdTargetCorner = 0;
+    holdList.holdState = kLnavOff;
+}
+
+}  // namespace avq1

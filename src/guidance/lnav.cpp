@@ -1,0 +1,302 @@
+#include "guidance/lnav.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <iterator>
+
+#include "base/messages.h"
+#include "base/text.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "geometry/geometry.h"
+#include "guidance/active_leg.h"
+#include "guidance/guidance_state.h"
+#include "guidance/holds.h"
+#include "guidance/progress.h"
+#include "guidance/radio_tuning.h"
+#include "guidance/vnav.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/exported_variables.h"
+#include "simlink/key_events.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kPassedWaypointRangeNm = 10;
+constexpr std::int32_t kPassedWaypointAngle = 90;
+constexpr double kPassedNow = -1;  // a distance to go below every change distance
+constexpr double kArrivalStampSpeedKt = 65;
+constexpr double kDestinationNearNm = 25;
+constexpr double kDepartedNm = 8;
+constexpr std::int32_t kRemovedWhileFlown = 4;
+constexpr std::int32_t kAirportStillToLoad = 1;
+constexpr std::int32_t kAirportLoaded = 2;
+constexpr std::int32_t kSpeedSuspended = 2;
+constexpr std::int32_t kNothingSent = -999;
+
+// Entries of an inserted approach carry another tag and change at the en-route distance.
+constexpr std::string_view kProcedureTags[] = {"SID", "STAR", "SIDSTAR", "APCH"};
+
+void SendAltimeterEvent() {
+    if (settings.SetWptBaro == 1) {
+        SendKeyEvent(KeyEvent::AltimeterSet, 0);
+    }
+}
+
+void TuneEnRoute() {
+    if (settings.LnavSetEnRouteFreqs == 1) {
+        TuneRadios(TuneMode::FlightPlan);
+    }
+}
+
+// A plain entry keeps the present change distance.
+void ChooseChangeDistance(const PlanWaypoint& entry) {
+    if (std::find(std::begin(kProcedureTags), std::end(kProcedureTags), entry.procedure) !=
+        std::end(kProcedureTags)) {
+        guidance.waypointChangeDistanceNm = settings.WptProcChgDist;
+    }
+    if (entry.flyover == 1) {
+        guidance.waypointChangeDistanceNm = settings.FlyoverWptChgDist;
+    }
+}
+
+void ForgetLeg() {
+    guidance.legLengthNm = 0;
+    guidance.distanceToGoNm = 0;
+}
+
+void RecordPassage() {
+    guidance.passedIdent = ActiveWaypoint().ident;
+    guidance.passedTimeZulu = Format("%2.0f%2.0fZ", aircraft.zuluHour, aircraft.zuluMinute);
+    guidance.passedAltitude = aircraft.altitudeFt;
+    guidance.passedFuel = FuelOnBoard();
+    if (settings.WeightUnit == "KGS") {
+        guidance.passedFuel *= kPoundsPerKilogram;
+    }
+    guidance.waypointPassed = 1;
+}
+
+void ApplyLastWaypointSettings() {
+    if (planBook.activeIndex != activePlan.lastIndex) {
+        return;
+    }
+    if (settings.VnavOffAtLastWpt == 1 && vnav.topOfClimbReached == 1) {
+        guidance.vnavEngaged = 0;
+    }
+    if (settings.LnavOffAtLastWpt == 1) {
+        DisengageLnav();
+    }
+}
+
+// There is nothing to fly to at a gap in the route: the pilot closes it.
+void StopAtDiscontinuity() {
+    if (IsDiscontinuity(ActiveWaypoint())) {
+        DisengageLnav();
+        AppendMessage("LNAV OFF - DISCONTINUITY");
+        requests.unitRedraw = 1;
+    }
+}
+
+bool HoldKeepsWaypoint() {
+    return HoldBeingFlown() && holdList.holdState != kRemovedWhileFlown;
+}
+
+// The exported text buffer holds `ident` already.
+bool Publishes(const std::string& ident) {
+    return std::strncmp(exported.activeIdent.data(), ident.c_str(), kExportedIdentSize - 1) == 0;
+}
+
+}  // namespace
+
+bool HeadingHoldEngaged() {
+    return std::round(aircraft.headingHoldOn) == 1.0;
+}
+
+void SetActiveWaypoint(std::int32_t index) {
+    const bool flyable = index >= 1 && activePlan.Holds(index);
+    planBook.activeIndex = flyable ? index : kNoWaypoint;
+    if (!flyable) {
+        if (guidance.lnavEngaged == 1) {
+            DisengageLnav();
+        }
+        ForgetLeg();
+        guidance.crossTrackNm = kNoCrossTrack;
+        UpdateRouteDistance();
+        return;
+    }
+    guidance.activeLatitude = ActiveWaypoint().latitude;
+    guidance.activeLongitude = ActiveWaypoint().longitude;
+    RefreshLegGeometry();
+    UpdateRouteDistance();
+}
+
+bool EngageLnav() {
+    if (!HasActiveWaypoint() || IsDiscontinuity(ActiveWaypoint())) {
+        return false;
+    }
+    guidance.lnavEngaged = 1;
+    TuneEnRoute();
+    return true;
+}
+
+void DisengageLnav() {
+    guidance.lnavEngaged = 0;
+    guidance.trackLeg = 0;
+    EndHoldFlight();
+}
+
+void ToggleLnav() {
+    if (guidance.lnavEngaged == 1) {
+        DisengageLnav();
+    } else {
+        EngageLnav();
+    }
+    requests.unitRedraw = 1;
+    guidance.blinkCounter = kRestartBlink;
+}
+
+void ToggleVnav() {
+    if (guidance.vnavEngaged == 1) {
+        guidance.vnavEngaged = 0;
+    } else if (HasActiveWaypoint()) {
+        vnav.targetValue = 0;
+        vnav.lastAltitudeSent = kNothingSent;
+        vnav.lastSpeedSent = kNothingSent;
+        guidance.vnavEngaged = 1;
+        vnav.restart = 1;
+        if (settings.VnavSetSpd == kSpeedSuspended) {
+            settings.VnavSetSpd = 1;
+        }
+    }
+    requests.unitRedraw = 1;
+}
+
+void StampArrivalTime() {
+    PlanWaypoint& entry = activePlan.entries[planBook.activeIndex];
+    if (guidance.distanceToGoNm < guidance.waypointChangeDistanceNm && entry.ataText.empty() &&
+        aircraft.groundSpeedKt > kArrivalStampSpeedKt && !IsDiscontinuity(entry)) {
+        entry.ataText = Format("%02.0f:%02.0f", aircraft.clockHour, aircraft.clockMinute);
+    }
+}
+
+void PrepareFirstLeg() {
+    if (guidance.firstLegPrepared == 0 && planBook.activeIndex == 1) {
+        ChooseChangeDistance(ActiveWaypoint());
+        guidance.firstLegPrepared = 1;
+    }
+}
+
+void ApplyPassedWaypointRule() {
+    const bool fixOfFirstHold =
+        holdList.count > 0 && holdList.holds[1].fixIndex == planBook.activeIndex;
+    if (guidance.lnavEngaged != 1 || !HeadingHoldEngaged() ||
+        !(guidance.distanceToGoNm < kPassedWaypointRangeNm) ||
+        planBook.activeIndex >= activePlan.lastIndex - 1 || fixOfFirstHold) {
+        return;
+    }
+    const double angle = SmallerAngle(guidance.bearingToWaypointMag, guidance.desiredTrackMag);
+    if (TruncateToInteger(angle) > kPassedWaypointAngle) {
+        guidance.distanceToGoNm = kPassedNow;
+    }
+}
+
+void SequenceWaypoint() {
+    guidance.waypointPassed = 0;
+    if (!(guidance.distanceToGoNm < guidance.waypointChangeDistanceNm) ||
+        guidance.lnavEngaged != 1 || HoldKeepsWaypoint()) {
+        return;
+    }
+    if (holdList.holdState == kRemovedWhileFlown) {
+        holdList.holdState = 0;
+    }
+    if (planBook.activeIndex >= activePlan.lastIndex) {
+        DisengageLnav();
+        requests.unitRedraw = 1;
+        return;
+    }
+    RecordPassage();
+    ++planBook.activeIndex;
+    UpdateRouteDistance();
+    ApplyLastWaypointSettings();
+    StopAtDiscontinuity();
+    if (guidance.lnavEngaged == 1) {
+        TuneEnRoute();
+    }
+    const PlanWaypoint& entry = ActiveWaypoint();
+    guidance.waypointChangeDistanceNm = settings.WptChgDist;
+    ChooseChangeDistance(entry);
+    guidance.trackLeg = 1;
+    guidance.activeLatitude = entry.latitude;
+    guidance.activeLongitude = entry.longitude;
+    SendAltimeterEvent();
+}
+
+void RefreshLegGeometry() {
+    guidance.previousDistanceToGoNm = guidance.distanceToGoNm;
+    guidance.previousDesiredTrackMag = guidance.desiredTrackMag;
+    ActiveLeg leg;
+    if (!FindActiveLeg(leg)) {
+        ForgetLeg();
+        return;
+    }
+    double courseTrue = 0;
+    DistanceAndCourse(leg.from.latitude, leg.from.longitude, leg.to.latitude, leg.to.longitude,
+                      guidance.legLengthNm, courseTrue);
+    guidance.desiredTrackMag = TrueToMagnetic(courseTrue, aircraft.magneticVariation);
+    DistanceAndCourse(aircraft.latitude, aircraft.longitude, guidance.activeLatitude,
+                      guidance.activeLongitude, guidance.distanceToGoNm, courseTrue);
+    guidance.bearingToWaypointMag = TrueToMagnetic(courseTrue, aircraft.magneticVariation);
+}
+
+void PublishGuidance() {
+    const std::string& ident = ActiveWaypoint().ident;
+    if (!Publishes(ident)) {
+        exported.activeIdent.fill('\0');
+        ident.copy(exported.activeIdent.data(), kExportedIdentSize - 1);
+    }
+    exported.activeIndex =
+        HasActiveWaypoint() ? static_cast<std::uint32_t>(planBook.activeIndex) : 0;
+    exported.distanceToGoNm = guidance.distanceToGoNm;
+    exported.lastIndex = static_cast<std::uint32_t>(std::max(activePlan.lastIndex, 0));
+    exported.crossTrackSide = static_cast<std::uint32_t>(guidance.crossTrackSide);
+    exported.crossTrackNm = guidance.crossTrackNm;
+    exported.desiredTrackMag = guidance.desiredTrackMag;
+    exported.bearingToWaypointMag = guidance.bearingToWaypointMag;
+    exported.lnavEngaged = static_cast<std::uint32_t>(guidance.lnavEngaged);
+    exported.vnavEngaged = static_cast<std::uint32_t>(guidance.vnavEngaged);
+    if (exported.active == 0) {
+        exported.active = 1;
+    }
+}
+
+void ApplyDestinationNear() {
+    if (guidance.destinationNearDone == 1 ||
+        progress.routeDistanceToDestination > kDestinationNearNm) {
+        return;
+    }
+    if (settings.SetDestLoadTowerViewDist > 0) {
+        requests.towerView = 1;
+    }
+    guidance.destinationNearDone = 1;
+    SendAltimeterEvent();
+}
+
+void LoadDestinationAirport() {
+    const PlanWaypoint& destination = activePlan.entries[activePlan.lastIndex];
+    if (planAirports.destinationAirportState != kAirportStillToLoad || destination.type != "APT") {
+        return;
+    }
+    const PlanWaypoint& departure = activePlan.entries[0];
+    if (GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, departure.latitude,
+                              departure.longitude) <= kDepartedNm) {
+        return;
+    }
+    SetPlanAirport(destination.ident, PlanAirportMode::ActiveDestination);
+    planAirports.destinationAirportState = kAirportLoaded;
+    planAirports.patternRunwayOffset = kNoPatternRunway;
+}
+
+}  // namespace avq1

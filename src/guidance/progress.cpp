@@ -1,0 +1,126 @@
+#include "guidance/progress.h"
+
+#include <cmath>
+
+#include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
+#include "guidance/guidance_state.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kMovingGroundSpeedKt = 25;  // below it times and airspeed make no sense
+constexpr double kLevelBank = 0.035;
+constexpr double kLaterSimRateUnit = 256;
+constexpr std::int32_t kLaterSimVersion = 10;
+constexpr double kMinutesPerHour = 60;
+
+struct TimeToGo {
+    double hours = 0;
+    double minutes = 0;
+};
+
+TimeToGo SplitHours(double minutes) {
+    TimeToGo time;
+    if (!std::isfinite(minutes) || minutes < 0) {
+        return time;
+    }
+    if (minutes / kMinutesPerHour >= 1) {
+        time.hours = std::floor(minutes / kMinutesPerHour);
+    }
+    time.minutes = minutes - time.hours * kMinutesPerHour;
+    if (time.minutes < 0 || time.minutes == kMinutesPerHour) {
+        time.minutes = 0;
+    }
+    return time;
+}
+
+double FlyingMinutes(double distanceNm) {
+    return distanceNm / aircraft.groundSpeedKt * kMinutesPerHour;
+}
+
+double RealMinutes(double minutes) {
+    return derived.simRate > 0 ? minutes / derived.simRate : 0;
+}
+
+// The nearest entry with a position at or beyond `index`, walking by `step`; the entry at `index`
+// when the plan holds none.
+const PlanWaypoint& PositionedEntry(std::int32_t index, std::int32_t step, std::int32_t& found) {
+    for (found = index; activePlan.Holds(found); found += step) {
+        if (!IsDiscontinuity(activePlan.entries[found])) {
+            return activePlan.entries[found];
+        }
+    }
+    found = index;
+    return activePlan.entries[index];
+}
+
+}  // namespace
+
+void UpdateRouteDistance() {
+    if (!HasActiveWaypoint()) {
+        progress.routeDistanceToDestination = 0;
+        progress.destinationDistanceDirect = 0;
+        progress.destinationBearingMag = 0;
+        return;
+    }
+    std::int32_t first = 0;
+    std::int32_t last = 0;
+    const PlanWaypoint& next = PositionedEntry(planBook.activeIndex, 1, first);
+    const PlanWaypoint& destination = PositionedEntry(activePlan.lastIndex, -1, last);
+    progress.routeDistanceToDestination =
+        GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, next.latitude,
+                              next.longitude) +
+        RouteLengthNm(activePlan, first, last);
+    double bearingTrue = 0;
+    DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
+                      destination.longitude, progress.destinationDistanceDirect, bearingTrue);
+    progress.destinationBearingMag = TrueToMagnetic(bearingTrue, aircraft.magneticVariation);
+}
+
+void UpdateTimeToGo() {
+    TimeToGo waypoint;
+    TimeToGo waypointReal;
+    TimeToGo destination;
+    TimeToGo destinationReal;
+    if (aircraft.groundSpeedKt > kMovingGroundSpeedKt) {
+        const double waypointMinutes = FlyingMinutes(guidance.distanceToGoNm);
+        const double destinationMinutes = FlyingMinutes(progress.routeDistanceToDestination);
+        waypoint = SplitHours(waypointMinutes);
+        waypointReal = SplitHours(RealMinutes(waypointMinutes));
+        destination = SplitHours(destinationMinutes);
+        destinationReal = SplitHours(RealMinutes(destinationMinutes));
+    }
+    progress.eteWaypointHours = waypoint.hours;
+    progress.eteWaypointMinutes = waypoint.minutes;
+    progress.eteWaypointTenths =
+        std::floor((waypoint.minutes - std::floor(waypoint.minutes)) * 10.0);
+    progress.eteWaypointRealHours = waypointReal.hours;
+    progress.eteWaypointRealMinutes = waypointReal.minutes;
+    progress.eteDestinationHours = destination.hours;
+    progress.eteDestinationMinutes = destination.minutes;
+    progress.eteDestinationRealHours = destinationReal.hours;
+    progress.eteDestinationRealMinutes = destinationReal.minutes;
+}
+
+void UpdateDerivedState() {
+    const double windAngle = (aircraft.windDirection - aircraft.trueHeading) * kDegToRad;
+    derived.headwindKt = std::cos(windAngle) * aircraft.windSpeedKt;
+    derived.crosswindKt = std::sin(windAngle) * aircraft.windSpeedKt;
+    derived.trueAirspeedEstimateKt = aircraft.groundSpeedKt <= kMovingGroundSpeedKt
+                                         ? 0
+                                         : aircraft.groundSpeedKt + derived.headwindKt;
+    derived.driftDeg = derived.trueAirspeedEstimateKt != 0
+                           ? derived.crosswindKt / (derived.trueAirspeedEstimateKt / 60.0)
+                           : 0;
+    derived.windDirectionMag = TrueToMagnetic(aircraft.windDirection, aircraft.magneticVariation);
+    derived.simRate = SimVersion == kLaterSimVersion ? aircraft.simRateRaw / kLaterSimRateUnit
+                                                     : aircraft.simRateRaw;
+    if (std::fabs(aircraft.bank) < kLevelBank) {
+        aircraft.bank = 0;  // keeps a level attitude from flickering
+    }
+}
+
+}  // namespace avq1
