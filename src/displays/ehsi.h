@@ -8,12 +8,15 @@
 #include <cstdint>
 
 #include "base/key_area.h"
+#include "displays/screen_keys.h"
 #include "drawing/surface.h"
 
 namespace avq1 {
 
 enum class NavSource : std::int32_t { NavReceiver = 1, FlightManagement = 2 };
 enum class BearingSource : std::int32_t { Off = 0, Vor = 1, Fms = 2, Adf = 3 };
+
+inline constexpr std::int32_t kEhsiTrafficMode = 8;
 
 struct EhsiState {
     std::int32_t ehsiMode = 1;  // 1 to 3 full compass, 4 to 7 arc, 8 traffic

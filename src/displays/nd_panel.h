@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/key_area.h"
+#include "displays/screen_keys.h"
 
 namespace avq1 {
 

@@ -5,9 +5,9 @@
 // values, and everything costly (fonts, contexts) is cached in the backend. Coordinates pass the
 // world transform; sizes are pixels before it. Colours are ARGB, not premultiplied. Angles are
 // degrees, clockwise, 0 along +x. A text's (x, y) is the top-left corner of its line box; texts are
-// Latin-1, at most 256 characters. Failed operations draw nothing and set LastStatus(); drawing goes
-// on. Values that are not finite draw nothing, and a transform made of them hides what is drawn
-// under it until RestoreState or ResetTransform undoes it.
+// Latin-1, at most 256 characters. Failed operations draw nothing and set LastStatus(); drawing
+// goes on. Values that are not finite draw nothing, and a transform made of them hides what is
+// drawn under it until RestoreState or ResetTransform undoes it.
 #pragma once
 
 #include <cstdint>
@@ -65,6 +65,8 @@ class Canvas {
     void DrawRectangle(const CanvasPen& pen, double x, double y, double width, double height);
     void DrawLine(const CanvasPen& pen, double x1, double y1, double x2, double y2);
     void DrawPolyline(const CanvasPen& pen, std::span<const CanvasPoint> points, bool closed);
+    // Many separate lines in one stroke: every two points are one line.
+    void DrawSegments(const CanvasPen& pen, std::span<const CanvasPoint> points);
     void FillPolygon(std::uint32_t argb, std::span<const CanvasPoint> points);
     void DrawEllipse(const CanvasPen& pen, double x, double y, double width, double height);
     void FillEllipse(std::uint32_t argb, double x, double y, double width, double height);

@@ -368,6 +368,27 @@ void Canvas::DrawPolyline(const CanvasPen& pen, std::span<const CanvasPoint> poi
     });
 }
 
+void Canvas::DrawSegments(const CanvasPen& pen, std::span<const CanvasPoint> points) {
+    status_ = Perform(native_, [&](CairoContext& context) {
+        cairo_t* cr = context.cr;
+        if (!SetPen(cr, pen)) {
+            return false;
+        }
+        cairo_new_path(cr);
+        for (std::size_t i = 0; i + 1 < points.size(); i += 2) {
+            Segment segment{ToDevice(cr, points[i]), ToDevice(cr, points[i + 1])};
+            if (Finite(segment.from.x, segment.from.y, segment.to.x, segment.to.y) &&
+                CutToSurroundings(context, segment)) {
+                segment = {ToUser(cr, segment.from), ToUser(cr, segment.to)};
+                cairo_move_to(cr, segment.from.x, segment.from.y);
+                cairo_line_to(cr, segment.to.x, segment.to.y);
+            }
+        }
+        cairo_stroke(cr);
+        return true;
+    });
+}
+
 void Canvas::FillPolygon(std::uint32_t argb, std::span<const CanvasPoint> points) {
     status_ = Perform(native_, [&](CairoContext& context) {
         cairo_t* cr = context.cr;
