@@ -23,14 +23,14 @@ void PutLeg(McuScreen& screen, std::int32_t index, int y) {
     }
     const PlanWaypoint& from = activePlan.entries[index - 1];
     if (IsDiscontinuity(entry) || IsDiscontinuity(from)) {
-        screen.Put(style, kMcuColumnWidth, y, "%-5.8s   ----- ---", entry.ident.c_str());
+        screen.Put(style, kMcuColumnWidth, y, "%-8.8s----- ---", entry.ident.c_str());
     } else {
         double distanceNm = 0;
         double courseTrue = 0;
         DistanceAndCourse(from.latitude, from.longitude, entry.latitude, entry.longitude,
                           distanceNm, courseTrue);
-        screen.Put(style, kMcuColumnWidth, y, "%-5.8s   %5.0f %03.0f", entry.ident.c_str(),
-                   distanceNm, TrueToMagnetic(courseTrue, aircraft.magneticVariation));
+        screen.Put(style, kMcuColumnWidth, y, "%-8.8s%5.0f %03.0f", entry.ident.c_str(), distanceNm,
+                   TrueToMagnetic(courseTrue, aircraft.magneticVariation));
     }
     if (entry.flyover != 0) {
         screen.Put(style, kFlyoverX, y, "FO");

@@ -1,0 +1,514 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "cdu_gns/fake_unit.h"
+#include "flightplan/flight_plan.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "flightplan/plan_files.h"
+#include "guidance/activation.h"
+#include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
+#include "navdb/nav_database.h"
+#include "simlink/aircraft_state.h"
+#include "support/fake_simulator.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+class McuTest : public ::testing::Test {
+  protected:
+    McuTest() {
+        ResetModuleState();
+        avionicsPower = 1;
+        aircraft.latitude = 0;
+        aircraft.longitude = 0.5;
+        aircraft.groundSpeedKt = 240;
+    }
+
+    static void AddEntry(const char* ident, const char* type, const char* via = "") {
+        PlanWaypoint entry;
+        entry.ident = ident;
+        entry.type = type;
+        entry.via = via;
+        entry.longitude = ++activePlan.lastIndex;
+        activePlan.entries[activePlan.lastIndex] = entry;
+    }
+
+    // Five entries along the equator, one degree (60 nm) apart; the aircraft is half way to ABCDE.
+    static void MakePlan() {
+        AddEntry("KAAA", "APT");
+        AddEntry("ABCDE", "VOR", "J521");
+        AddEntry("FLY", "INT");
+        activePlan.entries[2].flyover = 1;
+        activePlan.entries[2].altitude = 8000;
+        AddEntry("OVERLONG", "WPT");
+        AddEntry("KBBB", "APT");
+        SetActiveWaypoint(1);
+    }
+
+    // What the per-frame update does with the unit's requests.
+    static void ServeRequests() {
+        if (requests.planLoadMode != 0) {
+            LoadPlanToActive(requests.planLoadName);
+            requests.planLoadMode = 0;
+        }
+    }
+
+    FakeSimulator& simulator = FakeSimulator::Install();
+    FakeUnit unit;
+};
+
+TEST_F(McuTest, ToPageShowsTheLegBeingFlown) {
+    MakePlan();
+    guidance.lnavEngaged = 1;
+    guidance.trackLeg = 1;
+    guidance.crossTrackNm = 0.34;
+    guidance.crossTrackSide = 1;
+    progress.eteWaypointMinutes = 7.6;
+    progress.eteDestinationHours = 1;
+    progress.eteDestinationMinutes = 59.7;
+    progress.destinationDistanceDirect = 210.2;
+    progress.destinationBearingMag = 0.5;
+    unit.Draw();
+    unit.SavePicture("to");
+    EXPECT_THAT(unit.Rows(), ElementsAre("TO:   ABCDE J521   1/4", "DIST: 30.0 NM", "BRG:  090",
+                                         "ETE:  00:08 (02:00)", "KBBB: 210/001", "LNAV(0.3R) "));
+}
+
+TEST_F(McuTest, ToPageNamesEveryKindOfWaypoint) {
+    struct Case {
+        std::int32_t active;
+        const char* firstRow;
+    };
+    constexpr Case kCases[] = {
+        {1, "TO:   ABCDE J521   1/4"},
+        {2, "TO:   FLY(FO) INT    2/4"},
+        {3, "TO:   OVERLONG WPT   3/4"},
+        {4, "TO:   KBBB  APT    4/4"},
+    };
+    MakePlan();
+    for (const Case& c : kCases) {
+        SetActiveWaypoint(c.active);
+        unit.Draw();
+        EXPECT_EQ(unit.Rows().front(), c.firstRow);
+    }
+}
+
+TEST_F(McuTest, ToPageSaysWhatIsMissing) {
+    unit.Draw();
+    EXPECT_EQ(unit.Rows().front(), "TO:   NO FLIGHT PLAN 0/0");
+    MakePlan();
+    SetActiveWaypoint(kNoWaypoint);
+    unit.Draw();
+    unit.SavePicture("to-none");
+    EXPECT_THAT(unit.Rows(),
+                ElementsAre("TO:   NO ACTIVE WPT  0/4", "DIST: ---- NM", "BRG:  ---",
+                            "ETE:  --:-- (--:--)", "NEXT to fly to the first waypoint"));
+}
+
+TEST_F(McuTest, ToPageStatusLine) {
+    struct Case {
+        int lnav, trackLeg, vnav, holdActive, corner;
+        const char* status;
+    };
+    constexpr Case kCases[] = {
+        {1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
+        {1, 0, 0, 0, 0, "DCTTO ( 87D) "},
+        {0, 0, 1, 0, 0, "VNAV"},
+        {1, 1, 0, 1, 0, "LNAV(2.0L) HOLD(FLY) "},
+        {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
+    };
+    MakePlan();
+    holdList.holds[1].fixIndex = 2;
+    holdList.holds[1].corners[2].name = "Dwind";
+    guidance.crossTrackNm = 2.0;
+    guidance.crossTrackSide = 2;
+    guidance.headingCommandMag = 87.4;
+    for (const Case& c : kCases) {
+        guidance.lnavEngaged = c.lnav;
+        guidance.trackLeg = c.trackLeg;
+        guidance.vnavEngaged = c.vnav;
+        holdList.holdActive = c.holdActive;
+        holdList.holdTargetCorner = c.corner;
+        unit.Draw();
+        EXPECT_EQ(unit.Rows().back(), c.status);
+    }
+}
+
+TEST_F(McuTest, PrevAndNextGoAroundThePlanAndPassGaps) {
+    MakePlan();
+    activePlan.entries[3].ident = std::string(kDiscontinuity);
+    struct Case {
+        const char* key;
+        std::int32_t active;
+    };
+    constexpr Case kCases[] = {{"NEXT", 2}, {"NEXT", 4}, {"NEXT", 1},
+                               {"PREV", 4}, {"PREV", 2}, {"PREV*2", 4}};
+    for (const Case& c : kCases) {
+        unit.Press(c.key);
+        EXPECT_EQ(planBook.activeIndex, c.active) << c.key;
+        EXPECT_EQ(guidance.activeLongitude, c.active);
+    }
+}
+
+TEST_F(McuTest, PrevAndNextWithoutAnActiveWaypoint) {
+    unit.Press("NEXT");
+    EXPECT_FALSE(HasActiveWaypoint()) << "nothing to fly to in an empty plan";
+    MakePlan();
+    SetActiveWaypoint(kNoWaypoint);
+    unit.Press("NEXT");
+    EXPECT_EQ(planBook.activeIndex, 1);
+    SetActiveWaypoint(kNoWaypoint);
+    unit.Press("PREV");
+    EXPECT_EQ(planBook.activeIndex, 4);
+}
+
+TEST_F(McuTest, LnavKeyEngagesOnlyWithAWaypoint) {
+    unit.Press("LNAV");
+    EXPECT_FALSE(McuLnavLit());
+    MakePlan();
+    unit.Press("LNAV");
+    EXPECT_TRUE(McuLnavLit());
+    guidance.trackLeg = 1;
+    holdList.holdActive = 1;
+    unit.Press("LNAV");
+    EXPECT_FALSE(McuLnavLit());
+    EXPECT_FALSE(McuHoldLit());
+    EXPECT_EQ(guidance.trackLeg, 0);
+}
+
+TEST_F(McuTest, HoldKeyHoldsAtTheActiveWaypointOnce) {
+    MakePlan();
+    unit.Press("HOLD");
+    EXPECT_EQ(holdList.count, 0) << "needs LNAV";
+    unit.Press("LNAV");
+    unit.Press("NEXT");
+    unit.Press("HOLD");
+    EXPECT_TRUE(McuHoldLit());
+    EXPECT_EQ(holdList.count, 1);
+    EXPECT_EQ(holdList.holds[1].fixIndex, 2);
+    EXPECT_NEAR(holdList.holds[1].inboundCourseMag, 90, 1e-6);
+    EXPECT_EQ(activePlan.entries[2].hasHold, 1);
+    unit.Press("NEXT");
+    unit.Press("HOLD");
+    EXPECT_EQ(holdList.count, 1) << "one is there already";
+    EXPECT_EQ(holdList.holds[1].fixIndex, 2);
+}
+
+// ---- FPLN ----
+
+class McuPlansTest : public McuTest {
+  protected:
+    static std::string PlanFile(const std::string& from, const std::string& to) {
+        return "[FlightPlan]\n" + from + "  10.0  20.0  APT  ---\n" +
+               "MID  10.0  21.0  WPT  ---\n" + to + "  10.0  22.0  APT  ---\n";
+    }
+    void StorePlans(int count) {
+        for (int i = 1; i <= count; ++i) {
+            const std::string digit = std::to_string(i);
+            folder.Write("avq/flightplans/P" + digit + ".RTE",
+                         PlanFile("KA" + digit + "A", "KB" + digit + "B"));
+        }
+    }
+
+    TempSimFolder folder;
+};
+
+TEST_F(McuPlansTest, CursorMovesAndScrolls) {
+    StorePlans(6);
+    struct Case {
+        const char* key;
+        std::int32_t cursor;
+        std::int32_t first;
+    };
+    constexpr Case kCases[] = {
+        {"FPLN", 0, 0},   {"PREV", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},
+        {"PREV*3", 1, 1}, {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2},
+        {"NEXT*9", 6, 3}, {"LEFT", 2, 2}, {"UP*2", 0, 0},
+    };
+    for (const Case& c : kCases) {
+        unit.Press(c.key);
+        EXPECT_EQ(mcu.planCursor, c.cursor) << c.key;
+        EXPECT_EQ(mcu.planScroll, c.first) << c.key;
+    }
+    unit.Press("NEXT*9");
+    const std::vector<std::string> rows = unit.Rows();
+    ASSERT_EQ(rows.size(), 5U);
+    EXPECT_EQ(rows[0], "FPLN:|    7/7");
+    EXPECT_EQ(rows[4], ">|NEW FPL");
+}
+
+TEST_F(McuPlansTest, KeyboardRequestsMoveTheCursorOnce) {
+    StorePlans(6);
+    unit.Press("FPLN");
+    mcu.navigation.pageDown = true;
+    unit.Draw();
+    unit.Draw();
+    EXPECT_EQ(mcu.planCursor, 4);
+    mcu.navigation.up = true;
+    unit.Draw();
+    unit.Draw();
+    EXPECT_EQ(mcu.planCursor, 3);
+}
+
+TEST_F(McuPlansTest, EnterLoadsTheHighlightedPlan) {
+    StorePlans(3);
+    unit.Press("FPLN");
+    const std::string second = storedPlans.plans[1].fileName;
+    unit.Press("NEXT");
+    EXPECT_THAT(unit.Rows(), Contains(HasSubstr(">|" + second)));
+    unit.Press("ENTER");
+    EXPECT_EQ(requests.planLoadMode, 1);
+    EXPECT_EQ(requests.planLoadName, second);
+    ServeRequests();
+    EXPECT_GT(unit.Draw(), 0) << "the message is new";
+    EXPECT_EQ(unit.Rows().back(), "FPL '" + second + "' loaded");
+    unit.SavePicture("fpln");
+    EXPECT_EQ(activePlan.lastIndex, 2);
+    unit.Press("TO");
+    EXPECT_EQ(unit.Rows().front(), "TO:   MID   WPT    1/2");
+}
+
+TEST_F(McuPlansTest, NewPlanEmptiesTheActiveOne) {
+    MakePlan();
+    unit.Press("FPLN");
+    unit.Press("ENTER");
+    EXPECT_EQ(requests.planLoadName, "NEW FPL");
+    ServeRequests();
+    unit.Press("TO");
+    EXPECT_FALSE(HasActiveWaypoint());
+    EXPECT_THAT(unit.Rows().front(), HasSubstr("NO FLIGHT PLAN"));
+}
+
+TEST_F(McuPlansTest, PlansStoredLaterAppearWithTheNextPress) {
+    unit.Press("FPLN");
+    EXPECT_EQ(storedPlans.plans.size(), 1U);
+    StorePlans(1);
+    unit.Press("FPLN");
+    EXPECT_THAT(unit.Rows(), Contains(HasSubstr("P1.RTE|KA1A-KB1B")));
+}
+
+// ---- ALT/FL and LEGS ----
+
+TEST_F(McuTest, AltitudeStepsStopAtTheirLimits) {
+    struct Case {
+        double autopilotAltitude;
+        std::vector<const char*> keys;
+        std::int32_t altitude;
+    };
+    const Case kCases[] = {
+        {12700, {"ALT"}, 12000},
+        {12700, {"ALT", "UP"}, 13000},
+        {12700, {"ALT", "RIGHT", "UP"}, 12500},
+        {12700, {"ALT", "RIGHT", "DOWN", "LEFT", "DOWN"}, 10500},
+        {97000, {"ALT", "UP*3"}, 99000},
+        {98000, {"ALT", "RIGHT", "UP"}, 98000},
+        {97000, {"ALT", "RIGHT", "UP*3"}, 98000},
+        {900, {"ALT", "RIGHT", "UP", "LEFT", "DOWN"}, 500},
+        {900, {"ALT", "DOWN"}, 0},
+        {-300, {"ALT"}, 0},
+    };
+    for (const Case& c : kCases) {
+        aircraft.apAltitudeTargetFt = c.autopilotAltitude;
+        for (const char* key : c.keys) {
+            unit.Press(key);
+        }
+        EXPECT_EQ(mcu.newAltitude, c.altitude) << c.autopilotAltitude;
+    }
+}
+
+TEST_F(McuTest, AltitudeIsSentByEnter) {
+    aircraft.apAltitudeTargetFt = 5000;
+    unit.Press("ALT");
+    unit.Press("UP*3");
+    EXPECT_THAT(unit.Rows(),
+                ElementsAre("ALT/FL:", "AP ALT:   05000", "NEW ALT:  08000", "< 1000|500 >"));
+    unit.SavePicture("alt");
+    EXPECT_TRUE(simulator.events.empty());
+    unit.Press("ENTER");
+    EXPECT_THAT(simulator.events, ElementsAre(std::pair<std::int32_t, std::uint32_t>{66124, 8000}));
+    EXPECT_EQ(mcu.page, McuPage::To);
+}
+
+TEST_F(McuTest, LegsListStartsAtTheActiveLegAndScrolls) {
+    MakePlan();
+    SetActiveWaypoint(2);
+    unit.Press("LEGS");
+    EXPECT_THAT(unit.Rows(), ElementsAre("LEGS:|    2/4", ">|FLY        60 090|FO| 8000",
+                                         "OVERLONG   60 090", "KBBB       60 090"));
+    unit.SavePicture("legs");
+    unit.Press("PREV*3");
+    EXPECT_EQ(unit.Rows()[1], ">|ABCDE      60 090");
+    unit.Press("NEXT*9");
+    EXPECT_EQ(unit.Rows()[4], ">|KBBB       60 090");
+}
+
+TEST_F(McuTest, CrossingAltitudeGoesToTheLegAtTheCursor) {
+    MakePlan();
+    unit.Press("CROSS");
+    unit.Press("UP*5");
+    unit.Press("RIGHT");
+    unit.Press("UP");
+    unit.Press("NEXT*2");
+    EXPECT_EQ(unit.Rows().front(), "LEGS:|05500|    3/4");
+    EXPECT_EQ(unit.Rows().back(), "> Cross OVERLONG At 5500");
+    unit.SavePicture("cross");
+    unit.Press("ENTER");
+    EXPECT_EQ(activePlan.entries[3].altitude, 5500);
+    EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 1);
+    EXPECT_EQ(activePlan.entries[2].altitude, 8000);
+    unit.Press("CROSS");
+    unit.Press("NEXT*2");
+    unit.Press("ENTER");
+    EXPECT_EQ(activePlan.entries[3].altitude, kUnset);
+    EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 0);
+}
+
+// ---- APT and DIRTO ----
+
+TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
+    unit.Press("APT");
+    EXPECT_THAT(unit.Rows(), Contains("NO AIRPORT SET"));
+    planAirports.lastAirportIdent = "KAAA";
+    for (int i = 0; i < 6; ++i) {
+        PlanRunway runway;
+        runway.ident = "0" + std::to_string(i + 1);
+        runway.field6 = "ILS";
+        runway.field7 = "110.30";
+        runway.heading = 10 * (i + 1);
+        runway.length = 9000 + i;
+        planAirports.runways.push_back(runway);
+    }
+    unit.Press("APT");
+    unit.Press("NEXT*5");
+    EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060   9005"));
+    unit.SavePicture("apt");
+    unit.Press("ENTER");
+    EXPECT_EQ(planAirports.patternRunwayOffset + planAirports.selectedRunway, 5);
+    unit.Press("ENTER");
+    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
+}
+
+TEST_F(McuTest, DirectToTheNearestCandidateKeepsTheDestination) {
+    navDatabase.navaids.Append({"XYZ", "FAR", 40, 60, PointKind::Vor, "113.90", ""});
+    navDatabase.intersections.Append({"XYZ", "NEAR", 0, 2.5, PointKind::Intersection, "", ""});
+    MakePlan();
+    unit.Press("DIRTO");
+    EXPECT_THAT(unit.Rows(), Contains("EDIT TO TYPE"));
+    mcu.entryText = "XYZ";
+    unit.Draw();
+    EXPECT_THAT(unit.Rows(), Contains("> XYZ     I 090"));
+    unit.SavePicture("dirto");
+    unit.Press("ENTER");
+    ASSERT_EQ(activePlan.lastIndex, 2);
+    EXPECT_EQ(activePlan.entries[0].ident, "DIRECT");
+    EXPECT_EQ(activePlan.entries[0].longitude, 0.5);
+    EXPECT_EQ(activePlan.entries[1].type, "INT");
+    EXPECT_EQ(activePlan.entries[2].ident, "KBBB");
+    EXPECT_EQ(unit.Rows()[1], "DIST: 120.0 NM");
+    unit.Press("DIRTO");
+    mcu.entryText = "KBBB";
+    unit.Draw();
+    EXPECT_THAT(unit.Rows(), Contains("NOT IN DATABASE"));
+    unit.Press("ENTER");
+    EXPECT_EQ(activePlan.lastIndex, 2) << "nothing to fly to";
+}
+
+TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
+    struct Case {
+        const char* page;
+        int editing;
+    };
+    constexpr Case kCases[] = {{"TO", 0},  {"FPLN", 0}, {"ALT", 0},
+                               {"APT", 1}, {"LEGS", 1}, {"DIRTO", 1}};
+    constexpr std::uint32_t kPurple = 0xFF800080;
+    for (const Case& c : kCases) {
+        unit.Press(c.page);
+        unit.Press("EDIT");
+        EXPECT_EQ(mcu.editing, c.editing) << c.page;
+        EXPECT_EQ(unit.CountPixels(kPurple) > 0, c.editing == 1) << c.page;
+        unit.SavePicture(std::string("edit-") + c.page);
+        unit.Press("TO");
+        EXPECT_EQ(mcu.editing, 0) << c.page;
+    }
+    unit.Press("DIRTO");
+    unit.Press("EDIT");
+    mcu.entryText = "ABC";
+    unit.Press("EDIT");
+    EXPECT_EQ(mcu.editing, 0);
+    EXPECT_EQ(mcu.entryText, "");
+}
+
+// ---- painting ----
+
+TEST_F(McuTest, PaintsOnlyWhatChanged) {
+    MakePlan();
+    EXPECT_GT(unit.Draw(), 0);
+    EXPECT_EQ(unit.Draw(), 0);
+    guidance.distanceToGoNm -= 0.01;
+    EXPECT_EQ(unit.Draw(), 0) << "not a tenth of a mile";
+    guidance.distanceToGoNm -= 0.1;
+    EXPECT_GT(unit.Draw(), 0);
+    RequestMcuRedraw();
+    EXPECT_GT(unit.Draw(), 0);
+    unit.Press("UP");
+    EXPECT_EQ(unit.Draw(), 0) << "the press itself was painted";
+}
+
+TEST_F(McuTest, EverySurfaceIsPaintedOncePerChange) {
+    MakePlan();
+    FakeUnit popup(2);
+    for (int change = 0; change < 3; ++change) {
+        EXPECT_GT(unit.Draw(), 0);
+        EXPECT_GT(popup.Draw(), 0);
+        EXPECT_EQ(unit.Draw(), 0);
+        EXPECT_EQ(popup.Draw(), 0);
+        guidance.distanceToGoNm -= 1;
+    }
+    popup.SavePicture("to-double");
+    unit.Press("NEXT");
+    EXPECT_GT(popup.Draw(), 0) << "a key changes both";
+    EXPECT_EQ(planBook.activeIndex, 2) << "and acts once";
+}
+
+TEST_F(McuTest, PowerOffClearsEachSurfaceOnceAndPowerOnPaints) {
+    MakePlan();
+    unit.Draw();
+    EXPECT_EQ(unit.Pixel(5, 100), 0xFF000000U);
+    avionicsPower = 0;
+    unit.Draw();
+    EXPECT_EQ(unit.Pixel(5, 100), 0U);
+    unit.Press("NEXT");
+    EXPECT_EQ(planBook.activeIndex, 1) << "keys wait for the power";
+    avionicsPower = 1;
+    EXPECT_GT(unit.Draw(), 0);
+    EXPECT_EQ(planBook.activeIndex, 2);
+    EXPECT_EQ(unit.Draw(DisplayDrawMode::Skip), 0);
+}
+
+TEST(McuKeys, FitTheBezelAndNeverOverlap) {
+    for (std::size_t i = 0; i < kMcuKeys.size(); ++i) {
+        const PixelBox& a = kMcuKeys[i].box;
+        ASSERT_NE(kMcuKeys[i].action, nullptr) << kMcuKeys[i].label;
+        EXPECT_LE(a.x + a.width, 501);
+        EXPECT_LE(a.y + a.height, 386);
+        EXPECT_GE(a.y, 32 + 159) << "below the screen";
+        for (std::size_t j = 0; j < i; ++j) {
+            const PixelBox& b = kMcuKeys[j].box;
+            EXPECT_FALSE(a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
+                         b.y < a.y + a.height)
+                << kMcuKeys[i].label << " and " << kMcuKeys[j].label;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace avq1::test
