@@ -1,0 +1,128 @@
+#include "displays/ehsi.h"
+
+#include "base/module_state.h"
+#include "displays/ehsi_picture.h"
+#include "drawing/palette.h"
+#include "guidance/guidance_state.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+
+EhsiState ehsi;
+
+namespace {
+
+const StateReset resetEhsi{[] { ehsi = EhsiState{}; }};
+
+bool IsFullCompass() {
+    return ehsi.ehsiMode >= 1 && ehsi.ehsiMode <= 3;
+}
+bool IsMapMode() {
+    return ehsi.ehsiMode == 2 || ehsi.ehsiMode == 3 || ehsi.ehsiMode == 5 || ehsi.ehsiMode == 6;
+}
+
+// The layers of the compass modes, back to front. Map layers are clipped to the compass.
+enum class Shows { Always, OnMap, WithRoute };
+
+struct Layer {
+    Shows shows;
+    bool clipped;
+    void (*draw)(EhsiPicture& picture);
+};
+
+constexpr Layer kLayers[] = {
+    {Shows::Always, false, ClaimRoseLabels},    {Shows::OnMap, true, DrawRangeMark},
+    {Shows::WithRoute, true, DrawRouteLayer},   {Shows::Always, true, DrawCompassRose},
+    {Shows::Always, true, DrawBearingPointers}, {Shows::Always, true, DrawCoursePointer},
+    {Shows::Always, true, DrawHeadingBug},      {Shows::Always, false, DrawOwnAircraft},
+    {Shows::Always, false, DrawEhsiTexts},
+};
+
+bool IsShown(const Layer& layer, const EhsiPicture& picture) {
+    switch (layer.shows) {
+        case Shows::Always:
+            return true;
+        case Shows::OnMap:
+            return picture.mapMode;
+        case Shows::WithRoute:
+            return picture.mapMode && FromFlightManagement() && picture.hasWaypoint;
+    }
+    return false;
+}
+
+void DrawLayers(EhsiPicture& picture) {
+    for (const Layer& layer : kLayers) {
+        if (!IsShown(layer, picture)) {
+            continue;
+        }
+        if (layer.clipped) {
+            picture.canvas.SaveState();
+            ClipToCompass(picture);
+        }
+        layer.draw(picture);
+        if (layer.clipped) {
+            picture.canvas.RestoreState();
+        }
+    }
+}
+
+}  // namespace
+
+bool FromFlightManagement() {
+    return ehsi.navSource == NavSource::FlightManagement;
+}
+
+void ClipToCompass(EhsiPicture& picture) {
+    const EhsiCompass& compass = picture.compass;
+    picture.canvas.BeginClip();
+    picture.canvas.ClipEllipse(compass.centre.x - compass.radius, compass.centre.y - compass.radius,
+                               2 * compass.radius, 2 * compass.radius);
+    picture.canvas.EndClip();
+    if (!picture.fullCompass) {
+        picture.canvas.BeginClip();
+        picture.canvas.ClipRectangle(0, 0, kEhsiDesignWidth, kArcBottom);
+        picture.canvas.EndClip();
+    }
+}
+
+bool InsideCompass(const EhsiPicture& picture, const TextBox& box) {
+    const EhsiCompass& compass = picture.compass;
+    for (const double x : {box.x, box.x + box.width}) {
+        for (const double y : {box.y, box.y + box.height}) {
+            const double dx = x - compass.centre.x;
+            const double dy = y - compass.centre.y;
+            if (dx * dx + dy * dy > compass.radius * compass.radius) {
+                return false;
+            }
+        }
+    }
+    return box.x >= 0 && box.x + box.width <= kEhsiDesignWidth &&
+           (picture.fullCompass || box.y + box.height <= kArcBottom);
+}
+
+void DrawEhsi(const DrawTarget& target) {
+    Surface surface(target, kEhsiDesignWidth, kEhsiDesignHeight);
+    if (!surface.ShouldDraw() || avionicsPower == 0) {
+        return;
+    }
+    surface.canvas().FillRectangle(colour::Black, 0, 0, kEhsiDesignWidth, kEhsiDesignHeight);
+    const bool fullCompass = IsFullCompass();
+    EhsiPicture picture{
+        surface, surface.canvas(), target.mode,
+        fullCompass || ehsi.ehsiMode == kEhsiTrafficMode ? kFullCompass : kArcCompass};
+    picture.fullCompass = fullCompass;
+    picture.mapMode = IsMapMode();
+    if (ehsi.ehsiMode == kEhsiTrafficMode) {
+        DrawTrafficPresentation(picture);
+        return;
+    }
+    picture.nav1Signal = Nav1HasSignal();
+    picture.nav2Signal = Nav2HasSignal();
+    picture.localizer = (ReadNavFlagWord() & kNavFlagLocalizer) != 0;
+    picture.deviationValid = HorizontalDeviationValid();
+    picture.hasWaypoint = HasActiveWaypoint();
+    DrawLayers(picture);
+}
+
+}  // namespace avq1

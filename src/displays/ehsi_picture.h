@@ -1,0 +1,68 @@
+// displays/ehsi_picture.h - one draw of the EHSI: what its layers share.
+//
+// The picture is drawn in design pixels, 266 x 230. Receiver states are read once a draw. Layers
+// only read; texts that stand in the map area claim their places first.
+#pragma once
+
+#include <cstdint>
+
+#include "displays/ehsi.h"
+#include "displays/text_boxes.h"
+#include "drawing/surface.h"
+
+namespace avq1 {
+
+inline constexpr double kEhsiDesignWidth = 266;
+inline constexpr double kEhsiDesignHeight = 230;
+
+struct EhsiCompass {
+    CanvasPoint centre;
+    double radius;        // of the rose
+    double mapRadius;     // stands for ehsiRange in the map modes
+    double halfAngleDeg;  // the rose shows this much either side of the heading
+    double readoutY;      // top of the heading readout
+    double labelFontPx;   // of the rose's numbers
+};
+
+inline constexpr EhsiCompass kFullCompass{{129, 114}, 100, 40, 180, 0, 11};
+inline constexpr EhsiCompass kArcCompass{{129, 190}, 160, 95, 48, 12, 12};
+
+// The arc compass and its map end above the texts at the bottom.
+inline constexpr double kArcBottom = 203;
+
+struct EhsiPicture {
+    Surface& surface;
+    Canvas& canvas;
+    DisplayDrawMode drawMode;
+    EhsiCompass compass;
+    bool fullCompass = true;
+    bool mapMode = false;
+    bool nav1Signal = false;
+    bool nav2Signal = false;
+    bool localizer = false;
+    bool deviationValid = false;
+    bool hasWaypoint = false;
+    TextBoxes mapTexts{};
+};
+
+bool FromFlightManagement();
+
+// Clips to the compass and, for the arc, what lies below it; undone by RestoreState.
+void ClipToCompass(EhsiPicture& picture);
+
+// Whether a text box stands wholly inside the compass.
+bool InsideCompass(const EhsiPicture& picture, const TextBox& box);
+
+// ---- layers ----
+void ClaimRoseLabels(EhsiPicture& picture);  // before anything of the map
+void DrawRangeMark(EhsiPicture& picture);
+void DrawRouteLayer(EhsiPicture& picture);
+void DrawCompassRose(EhsiPicture& picture);
+void DrawHeadingBug(EhsiPicture& picture);
+void DrawBearingPointers(EhsiPicture& picture);
+void DrawCoursePointer(EhsiPicture& picture);
+void DrawOwnAircraft(EhsiPicture& picture);
+void DrawEhsiTexts(EhsiPicture& picture);
+void DrawTrafficPresentation(EhsiPicture& picture);
+
+}  // namespace avq1
