@@ -1,0 +1,377 @@
+#include "flightplan/plan_files.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
+#include "flightplan/plan_notation.h"
+#include "settings/settings.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::SetPlan;
+using test::Show;
+using testing::ElementsAre;
+
+constexpr const char* kFolder = "avq/flightplans/";
+constexpr const char* kBostonPlan =
+    "CruiseAlt=32000\nTripFuel=4000\nResvFuel=1500\n[FlightPlan]\n"
+    "KJFK             40.63945  -73.77932  APT ---            \n"
+    "; over the sound\n"
+    "GDM              42.54592  -72.05819  VOR 110.60 T608    STAR\n"
+    "KBOS             42.36197  -71.00790  APT ---            \n";
+constexpr const char* kAirports =
+    "KJFK John_F_Kennedy 13 40.63945 -73.77932 04L_12079_40.6_-73.7_31.2_x_y_0 "
+    "22R_12079_40.7_-73.7_211.2_x_y_224\n"
+    "KBOS Logan 20 42.36197 -71.00790 04R_10006_42.3_-71.0_35_x_y_35 9_7001_42.3_-71.0_92_x_y_92\n";
+
+class PlanFiles : public testing::Test {
+  protected:
+    void Store(const std::string& name, const std::string& text) const {
+        folder_.Write(kFolder + name, text);
+    }
+    std::string Stored(const std::string& name) const { return folder_.Read(kFolder + name); }
+
+  private:
+    struct FreshState {
+        FreshState() { ResetModuleState(); }
+    } freshState_;  // before the folder, whose path is module state
+
+  protected:
+    test::TempSimFolder folder_;
+};
+
+TEST_F(PlanFiles, LinesHaveFixedColumns) {
+    SetPlan(activePlan, "KJFK AAA(J1) BBB DISCO THEN KBOS");
+    activePlan.entries[0].latitude = -0.5;
+    activePlan.entries[1].type = "VOR";
+    activePlan.entries[1].frequency = "113.10";
+    activePlan.entries[1].procedure = "SID";
+    activePlan.entries[2].procedure = "STAR";  // has no column without an airway
+    activePlan.entries[4].type = "OAWY";
+    EXPECT_EQ(PlanText(activePlan),
+              "[FlightPlan]\n"
+              "KJFK             -0.50000  -70.00000  APT ---            \n"
+              "AAA              40.50000  -70.00000  VOR 113.10 J1      SID\n"
+              "BBB              41.00000  -70.00000  INT ---            \n"
+              "DISCO            0.00000  0.00000  WPT ---            \n"
+              "THEN             42.00000  -70.00000  WPT ---            \n"
+              "KBOS             42.50000  -70.00000  APT ---            \n");
+    EXPECT_EQ(activePlan.entries[4].type, "WPT");
+    EXPECT_EQ(activePlan.entries[3].type, "");
+}
+
+TEST_F(PlanFiles, SavedPlanReadsBack) {
+    SetPlan(activePlan, "KJFK AAA(J1) DISCO BBB KBOS");
+    activePlan.entries[1].frequency = "113.10";
+    activePlan.entries[1].procedure = "SID";
+    activePlan.entries[1].altitude = 9000;
+    ASSERT_TRUE(SavePlan("OUT.RTE"));
+    LoadPlan("OUT.RTE");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK AAA(J1) DISCO BBB KBOS");
+    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
+        const PlanWaypoint& entry = modifiedPlan.entries[i];
+        EXPECT_EQ(entry.type, activePlan.entries[i].type);
+        EXPECT_EQ(entry.frequency, activePlan.entries[i].frequency);
+        EXPECT_EQ(entry.procedure, activePlan.entries[i].procedure);
+        EXPECT_NEAR(entry.latitude, activePlan.entries[i].latitude, 5e-6);
+        EXPECT_EQ(entry.altitude, kUnset);
+    }
+}
+
+TEST_F(PlanFiles, KeyLines) {
+    const struct {
+        const char* keys;
+        bool anyFuelKey;
+        std::int32_t cruise;
+        double total;
+        double reserve;
+    } cases[] = {
+        {"", false, 0, 0, 0},
+        {"CruiseAlt=32000\n", false, 32000, 0, 0},
+        {"cruisealt 32000\n", false, 32000, 0, 0},
+        {"TripFuel=4000\nResvFuel=1500\n", false, 0, 5500, 1500},
+        {"TripFuel=4000\nResvFuel=1500\nFuel=6000\n", false, 0, 6000, 1500},
+        {"Fuel = 6000\n", false, 0, 6000, 0},
+        {"FuelWeight=6000\n", false, 0, 0, 0},
+        {"FuelWeight=6000\n", true, 0, 6000, 0},
+        {"CruiseAlt=many\nTripFuel\n=\nOther=5\n", true, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.keys);
+        planBook.cruiseAltitudeFt = 9;  // of the plan before
+        planBook.fuelTotal = 9;
+        planBook.reserveFuel = 9;
+        ParsePlanText(std::string(c.keys) + "[FlightPlan]\nCruiseAlt=1\n", modifiedPlan, &planBook,
+                      c.anyFuelKey);
+        EXPECT_EQ(planBook.cruiseAltitudeFt, c.cruise);
+        EXPECT_EQ(planBook.fuelTotal, c.total);
+        EXPECT_EQ(planBook.reserveFuel, c.reserve);
+        EXPECT_EQ(Show(modifiedPlan), "CruiseAlt=1");
+    }
+}
+
+TEST_F(PlanFiles, LinesThatAreUnusual) {
+    const struct {
+        const char* what;
+        std::string text;
+        const char* plan;
+        double firstLatitude;
+    } cases[] = {
+        {"both line ends and a mark", "\xEF\xBB\xBF[FlightPlan]\r\nA 1 2 INT ---\r\nB 3 4 INT ---",
+         "A B", 1},
+        {"no section line", "A 1 2 INT ---\n", "", 0},
+        {"another section line", "[flightplan]\nA 1 2 INT ---\n", "", 0},
+        {"blank after it", "[FlightPlan] \nA 1 2 INT ---\n", "", 0},
+        {"blank and comment lines", "[FlightPlan]\n\n  \n;A 1 2\n  ;B\nC 5 6 INT\n", "C", 5},
+        {"numbers that are none", "[FlightPlan]\nA north 2 INT ---\n", "A", 0},
+        {"numbers out of range", "[FlightPlan]\nA 91 181 INT ---\n", "A", 0},
+        {"missing columns", "[FlightPlan]\nA\n", "A", 0},
+        {"more columns", "[FlightPlan]\nA 1 2 INT --- J1 SID more of it\n", "A(J1)", 1},
+        {"a gap", "[FlightPlan]\nDISCO 5 5 WPT --- J1 SID\nB 1 2 INT ---", "DISCO B", 0},
+        {"a long line comes in pieces",
+         "[FlightPlan]\nA 1 2 INT --- J1" + std::string(132, ' ') + "B 3 4 INT ---\n", "A(J1) B",
+         1},
+        {"a long identifier", "[FlightPlan]\nABCDEFGHIJKLMNOPQRSTU 1 2 INT ---\n",
+         "ABCDEFGHIJKLMNOP", 1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ParsePlanText(c.text, previewPlan, nullptr, false);
+        EXPECT_EQ(Show(previewPlan), c.plan);
+        if (previewPlan.lastIndex >= 0) {
+            EXPECT_EQ(previewPlan.entries[0].latitude, c.firstLatitude);
+            EXPECT_EQ(previewPlan.entries[0].type, IsDiscontinuity(previewPlan.entries[0]) ? ""
+                                                   : c.text.find("INT") < 99               ? "INT"
+                                                                                           : "WPT");
+        }
+    }
+}
+
+TEST_F(PlanFiles, WaypointsBeyondTheLastEntryAreIgnored) {
+    std::string text = "[FlightPlan]\n";
+    for (int i = 0; i < 230; ++i) {
+        text += "P" + std::to_string(i) + " 1 2 INT ---\n";
+    }
+    Store("LONG.RTE", text);
+    EXPECT_TRUE(ReadPlanToActive("LONG.RTE"));
+    EXPECT_EQ(activePlan.lastIndex, 200);
+    EXPECT_EQ(activePlan.entries[200].ident, "P200");
+    EXPECT_EQ(modifiedPlan.entries[200].ident, "P200");  // no empty row: there is no room for it
+}
+
+TEST_F(PlanFiles, ListHoldsPlansByTheirExtension) {
+    for (const char* name : {"B.RTE", "A.RTE", "LOWER.rte", "SIM.PLN", "sim.pln", "TEMP.RTE",
+                             "temp.rte", "NOTES.TXT", "RTE", "EMPTY.RTE"}) {
+        Store(name, std::string(name) == "EMPTY.RTE" ? "" : kBostonPlan);
+    }
+    storedPlans.currentPage = 7;
+    ListStoredPlans();
+    std::vector<std::string> rows;
+    for (const StoredPlan& plan : storedPlans.plans) {
+        rows.push_back(plan.fileName + "|" + plan.firstIdent + "|" + plan.lastIdent);
+    }
+    EXPECT_THAT(rows, ElementsAre("A.RTE|KJFK|KBOS", "B.RTE|KJFK|KBOS", "EMPTY.RTE||", "SIM.PLN||",
+                                  "NEW FPL|NEXT FPL|"));
+    EXPECT_EQ(storedPlans.pageCount, 1);
+    EXPECT_EQ(storedPlans.currentPage, 1);
+    EXPECT_EQ(messages.count, 0);
+}
+
+TEST_F(PlanFiles, ListIsBoundedAndPaged) {
+    const struct {
+        int files;
+        std::size_t listed;
+        int pages;
+    } cases[] = {{0, 1, 1}, {7, 8, 1}, {8, 9, 2}, {210, 200, 25}};
+    int stored = 0;
+    for (const auto& c : cases) {
+        for (; stored < c.files; ++stored) {
+            Store("P" + std::to_string(1000 + stored) + ".RTE", kBostonPlan);
+        }
+        ListStoredPlans();
+        EXPECT_EQ(storedPlans.plans.size(), c.listed);
+        EXPECT_EQ(storedPlans.pageCount, c.pages);
+        EXPECT_EQ(storedPlans.plans.back().fileName, "NEW FPL");
+    }
+}
+
+TEST_F(PlanFiles, FolderSettingReplacesTheDefaultFolder) {
+    EXPECT_EQ(PlansFolder(), SimFolder + "\\avq\\flightplans\\");
+    folder_.Write("elsewhere/X.RTE", kBostonPlan);
+    settings.FlightPlansFolder = folder_.root().string() + "\\elsewhere";
+    ListStoredPlans();
+    EXPECT_EQ(storedPlans.plans.front().fileName, "X.RTE");
+    ASSERT_TRUE(SavePlan("Y.RTE"));
+    EXPECT_TRUE(folder_.Exists("elsewhere/Y.RTE"));
+}
+
+TEST_F(PlanFiles, PreviewTouchesNothingElse) {
+    Store("A.RTE", kBostonPlan);
+    SetPlan(activePlan, "KPIT KBUF");
+    planBook.fuelTotal = 77;
+    PreviewPlan("A.RTE");
+    EXPECT_EQ(Show(previewPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(activePlan), "KPIT KBUF");
+    EXPECT_EQ(modifiedPlan.lastIndex, -1);
+    EXPECT_EQ(planBook.fuelTotal, 77);
+    PreviewPlan("MISSING.RTE");
+    EXPECT_EQ(previewPlan.lastIndex, -1);
+}
+
+TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
+    Store("A.RTE", kBostonPlan);
+    folder_.Write("avq/navdata/avq_apts.txt", kAirports);
+    SetPlan(activePlan, "KPIT >AAA@ KBUF");
+    CopyActiveToModified();
+    LoadPlan("A.RTE");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(activePlan), "KPIT >AAA@ KBUF");
+    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
+    EXPECT_EQ(planBook.editIndex, 2);
+    EXPECT_EQ(planBook.originIdent, "KJFK");
+    EXPECT_EQ(planBook.destinationIdent, "KBOS");
+    EXPECT_EQ(airportSlots[kDepartureSlot].ident, "KJFK");
+    EXPECT_EQ(airportSlots[kArrivalSlot].ident, "KBOS");
+    EXPECT_EQ(planBook.cruiseAltitudeFt, 32000);
+    EXPECT_EQ(planBook.fuelTotal, 5500);
+    EXPECT_EQ(planBook.reserveFuelInUse, 0);
+}
+
+TEST_F(PlanFiles, NewPlanStartsEmpty) {
+    for (const char* name : {"NEW FPL", "NEXT FPL"}) {
+        SetPlan(modifiedPlan, "KJFK >AAA@ KBOS");
+        LoadPlan(name);
+        EXPECT_EQ(Show(modifiedPlan), "******");
+        EXPECT_EQ(modifiedPlan.entries[1].ident, "");
+    }
+}
+
+TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
+    Store("A.RTE", kBostonPlan);
+    folder_.Write("avq/navdata/avq_apts.txt", kAirports);
+    SetPlan(activePlan, "KPIT >AAA@ KBUF");
+    planBook.activeIndex = kNoWaypoint;
+    EXPECT_TRUE(ReadPlanToActive("A.RTE"));
+    EXPECT_EQ(Show(activePlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(modifiedPlan.entries[3].ident, "******");
+    EXPECT_EQ(planBook.reserveFuelInUse, 1500);
+    EXPECT_EQ(planBook.destinationIdent, "KBOS");
+    EXPECT_EQ(planAirports.destinationIdent, "KBOS");
+    EXPECT_EQ(planAirports.destinationElevation, 20);
+    EXPECT_EQ(activePlan.entries[2].altitude, 20);
+    EXPECT_EQ(airportSlots[kArrivalSlot].runways.size(), 2U);
+    EXPECT_EQ(holdList.count, 0);
+
+    EXPECT_FALSE(ReadPlanToActive("MISSING.RTE"));
+    EXPECT_EQ(activePlan.lastIndex, -1);
+    EXPECT_EQ(modifiedPlan.lastIndex, -1);
+    EXPECT_EQ(planBook.fuelTotal, 0);
+}
+
+TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefused) {
+    folder_.Write("avq/A.RTE", kBostonPlan);
+    Store("B.RTE", kBostonPlan);
+    SetPlan(activePlan, "KPIT KBUF");
+    for (const char* name :
+         {"", "..\\A.RTE", "../A.RTE", "sub\\A.RTE", "C:A.RTE", "..", "/A.RTE"}) {
+        messages = {};
+        EXPECT_FALSE(SavePlan(name)) << name;
+        EXPECT_EQ(messages.count, 1) << name;
+        PreviewPlan(name);
+        EXPECT_EQ(previewPlan.lastIndex, -1) << name;
+    }
+    EXPECT_EQ(folder_.Read("avq/A.RTE"), kBostonPlan);
+}
+
+TEST_F(PlanFiles, FailedSaveKeepsTheOldPlan) {
+    Store("A.RTE", kBostonPlan);
+    SetPlan(activePlan, "KPIT KBUF");
+    // A folder of the name makes the rename fail.
+    std::filesystem::create_directories(folder_.root() / kFolder / "BLOCKED.RTE" / "x");
+    EXPECT_FALSE(SavePlan("BLOCKED.RTE"));
+    EXPECT_EQ(messages.lines[1], "FPL 'BLOCKED.RTE' not saved");
+    EXPECT_TRUE(folder_.Exists(std::string(kFolder) + "BLOCKED.RTE/x"));
+    std::size_t left = 0;
+    for ([[maybe_unused]] const auto& entry :
+         std::filesystem::directory_iterator(folder_.root() / kFolder)) {
+        ++left;
+    }
+    EXPECT_EQ(left, 2U);  // nothing half-written beside them
+    EXPECT_EQ(Stored("A.RTE"), kBostonPlan);
+}
+
+class PlanAirportSetup : public PlanFiles {
+  protected:
+    void SetUp() override {
+        folder_.Write("avq/navdata/avq_apts.txt", kAirports);
+        SetPlan(activePlan, "KJFK AAA KBOS");
+        activePlan.entries[2].altitudeConstraint = 1;
+        activePlan.entries[2].speed = 140;
+    }
+};
+
+TEST_F(PlanAirportSetup, ModesDifferInTheLastEntryAndTheElevation) {
+    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
+    EXPECT_EQ(planAirports.destinationIdent, "KBOS");
+    EXPECT_EQ(planAirports.destinationElevationText, "20");
+    EXPECT_EQ(planAirports.destinationElevation, 0);
+    EXPECT_EQ(activePlan.entries[2].altitude, 20);
+    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, 0);
+    EXPECT_EQ(activePlan.entries[2].speed, 140);
+    EXPECT_EQ(messages.lines[1], "APT 'KBOS' Set");
+
+    SetPlanAirport("KBOS", PlanAirportMode::LoadedDestination);
+    EXPECT_EQ(planAirports.destinationElevation, 20);
+    EXPECT_EQ(activePlan.entries[2].speed, kUnset);
+
+    planAirports.selectedRunway = 5;
+    SetPlanAirport("KJFK", PlanAirportMode::LoadedDestination);  // not the plan's last entry
+    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
+    EXPECT_EQ(activePlan.entries[2].altitude, 20);
+    EXPECT_EQ(planAirports.lastAirportIdent, "KJFK");
+    EXPECT_EQ(lastAirportElevationText, "13");
+    EXPECT_EQ(planAirports.selectedRunway, 1);
+
+    SetPlanAirport("XXXX", PlanAirportMode::LoadedDestination);
+    EXPECT_EQ(planAirports.destinationIdent, "KJFK");
+    EXPECT_EQ(messages.count, 3);
+}
+
+TEST_F(PlanAirportSetup, RunwaysAndTheirPatternSides) {
+    folder_.Write("avq/navdata/apt_additional_info.txt",
+                  "RWY04L=RIGHTPATTERN\r\n[KBOS]\r\nTOWER=1\r\nrwy4r=rightpattern\r\n"
+                  "RWY9=LEFTPATTERN\r\n[KJFK]\r\nRWY9=RIGHTPATTERN\r\nRWY22R=RIGHTPATTERN x\r\n");
+    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
+    ASSERT_EQ(planAirports.runways.size(), 2U);
+    EXPECT_EQ(planAirports.runways[0].ident, "04R");
+    EXPECT_EQ(planAirports.runways[0].rightPattern, 1);
+    EXPECT_EQ(planAirports.runways[1].rightPattern, 0);
+
+    SetPlanAirport("KJFK", PlanAirportMode::ActiveDestination);
+    ASSERT_EQ(planAirports.runways.size(), 2U);
+    EXPECT_EQ(planAirports.runways[0].rightPattern, 0);
+    EXPECT_EQ(planAirports.runways[0].field8, 31.2);  // its heading, for want of a course
+    EXPECT_EQ(planAirports.runways[1].rightPattern, 1);
+    EXPECT_EQ(planAirports.runways[1].field8, 224);
+}
+
+TEST_F(PlanAirportSetup, DepartureAltitudeGoesToThePlanItBelongsTo) {
+    EXPECT_TRUE(LoadPlanAirportDetail("KBOS", kDepartureSlot));
+    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
+    EXPECT_TRUE(LoadPlanAirportDetail("KJFK", kArrivalSlot));
+    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
+    EXPECT_TRUE(LoadPlanAirportDetail("KJFK", kDepartureSlot));
+    EXPECT_EQ(activePlan.entries[0].altitude, 13);
+    EXPECT_FALSE(LoadPlanAirportDetail("XXXX", kDepartureSlot));
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include "base/module_state.h"
+#include "flightplan/pilot_points.h"
+#include "flightplan/plan_edit.h"
+#include "flightplan/plan_notation.h"
+#include "geometry/geometry.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+using test::SetPlan;
+using test::Show;
+
+void AddNavaid(const char* ident, double latitude, double longitude) {
+    PointRecord record;
+    record.ident = ident;
+    record.latitude = latitude;
+    record.longitude = longitude;
+    record.kind = PointKind::Vor;
+    record.frequency = "112.70";
+    navDatabase.navaids.Append(record);
+}
+
+class ResolveEntryForms : public testing::Test {
+  protected:
+    void SetUp() override {
+        ResetModuleState();
+        aircraft.latitude = 42;
+        aircraft.longitude = -71;
+        aircraft.magneticVariation = -15;
+        AddNavaid("BOS", 10, 10);  // far away
+        AddNavaid("BOS", 42, -71);
+        AddNavaid("JFK", 40.6, -73.8);
+        AddNavaid("2Q", 46, -75);
+        SetPlan(modifiedPlan, "KJFK AAA KBOS");
+    }
+    static std::int32_t Count() { return navDatabase.searchResults.count; }
+    static const PointRecord& First() { return navDatabase.searchResults[1]; }
+};
+
+TEST_F(ResolveEntryForms, Positions) {
+    const struct {
+        const char* text;
+        double latitude;
+        double longitude;
+    } valid[] = {
+        {"N3345.5W11154.3", 33 + 45.5 / 60, -(111 + 54.3 / 60)},
+        {"S0000.0E00959.9", 0, 9 + 59.9 / 60},
+        {"S9000.0W18000.0", -90, -180},
+        {"N3345.5W11154.3X", 33 + 45.5 / 60, -(111 + 54.3 / 60)},
+        {"N3345.5W11154.", 33 + 45.5 / 60, -(111 + 54.0 / 60)},
+    };
+    for (const auto& c : valid) {
+        ResolveEntry(c.text, SearchCategory::All);
+        ASSERT_EQ(Count(), 1) << c.text;
+        EXPECT_NEAR(First().latitude, c.latitude, 1e-12) << c.text;
+        EXPECT_NEAR(First().longitude, c.longitude, 1e-12) << c.text;
+        EXPECT_EQ(First().ident, "WPT01");
+        EXPECT_EQ(First().kind, PointKind::Intersection);
+    }
+    for (const char* text :
+         {"", "N", "N3345.5", "N3345.5W1115", "N3345.5W1115.43", "X3345.5W11154.3",
+          "N33455.W11154.3", "N3345.5X11154.3", "N3A45.5W11154.3", "N3360.0W11154.3",
+          "N9000.1W11154.3", "N3345.5W18000.1", "N3345.5W11154.3XXXXXXXXXXXXXXXXX"}) {
+        ResolveEntry(text, SearchCategory::All);
+        EXPECT_EQ(Count(), 0) << text;
+    }
+}
+
+TEST_F(ResolveEntryForms, PilotPointsAreNumberedOnFromThePlan) {
+    const struct {
+        const char* plan;
+        const char* next;
+    } cases[] = {
+        {"KJFK WPT01 WPT04 KBOS", "WPT05"},
+        {"KJFK WPT09 KBOS", "WPT10"},
+        {"KJFK WPT99 KBOS", "WPT100"},
+        {"KJFK WPTXX WPT0A KBOS", "WPT01"},
+        {"", "WPT01"},
+    };
+    for (const auto& c : cases) {
+        SetPlan(modifiedPlan, c.plan);
+        ResolveEntry("N3345.5W11154.3", SearchCategory::All);
+        EXPECT_EQ(First().ident, c.next);
+    }
+    SetPlan(modifiedPlan, "KJFK WPT04 KBOS");
+    ResolveEntry("N3345.5W11154.3", SearchCategory::All);
+    ASSERT_TRUE(InsertNamedPoint(2, 1));
+    EXPECT_EQ(Show(modifiedPlan), "KJFK WPT04 WPT05 KBOS");
+    EXPECT_EQ(modifiedPlan.entries[2].type, "WPT");
+}
+
+TEST_F(ResolveEntryForms, PlaceBearingDistanceBecomesAPoint) {
+    ResolveEntry("BOS105/25.9", SearchCategory::All);
+    ASSERT_EQ(Count(), 1);
+    EXPECT_EQ(First().latitude, 42);  // the nearer of the two
+    EXPECT_EQ(planBook.pendingBearing, 105);
+    EXPECT_EQ(planBook.pendingDistanceNm, 25);
+    ASSERT_TRUE(InsertNamedPoint(kNoWaypoint, 1));
+    EXPECT_EQ(Show(modifiedPlan), "KJFK BOS01 AAA KBOS");
+    const PlanWaypoint& point = modifiedPlan.entries[1];
+    double distanceNm = 0;
+    double courseTrue = 0;
+    DistanceAndCourse(42, -71, point.latitude, point.longitude, distanceNm, courseTrue);
+    EXPECT_NEAR(distanceNm, 25, 1e-6);
+    EXPECT_NEAR(courseTrue, 90, 1e-6);
+    EXPECT_EQ(point.type, "WPT");
+    EXPECT_EQ(point.frequency, "");  // nobody tunes the reference for a point 25 nm off
+    EXPECT_EQ(planBook.pendingBearing, -1);
+
+    ResolveEntry("BOS180/5", SearchCategory::All);
+    InsertNamedPoint(2, 1);
+    EXPECT_EQ(Show(modifiedPlan), "KJFK BOS01 BOS02 AAA KBOS");
+
+    ResolveEntry("BOS180/5", SearchCategory::All);
+    ResolveEntry("JFK", SearchCategory::All);  // the first entry was given up
+    InsertNamedPoint(1, 1);
+    EXPECT_EQ(modifiedPlan.entries[1].ident, "JFK");
+    EXPECT_EQ(modifiedPlan.entries[1].type, "VOR");
+}
+
+TEST_F(ResolveEntryForms, PlaceBearingEntriesThatAreNone) {
+    for (const char* text : {"090/25", "/25", "BOS-10/25", "BOS361/25", "BOS09X/25", "BOS090/0",
+                             "BOS090/-5", "BOS090/", "XYZ090/25", "BOS090/99999", "BOS090/JFK09",
+                             "BOS090/XYZ180", "XYZ090/JFK180", "BOS090/JFK400"}) {
+        ResolveEntry(text, SearchCategory::All);
+        EXPECT_EQ(Count(), 0) << text;
+        EXPECT_EQ(planBook.pendingDistanceNm, -1) << text;
+    }
+    ResolveEntry("BOS090/25", SearchCategory::Airports);
+    EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(ResolveEntryForms, BearingsThatCrossGiveOnePoint) {
+    ResolveEntry("BOS265/JFK030", SearchCategory::All);  // true 250 and 015
+    ASSERT_EQ(Count(), 1);
+    EXPECT_EQ(First().ident, "BOS01");
+    double distanceNm = 0;
+    double courseTrue = 0;
+    DistanceAndCourse(42, -71, First().latitude, First().longitude, distanceNm, courseTrue);
+    EXPECT_NEAR(courseTrue, 250, 1e-6);
+    DistanceAndCourse(40.6, -73.8, First().latitude, First().longitude, distanceNm, courseTrue);
+    EXPECT_NEAR(courseTrue, 15, 1e-6);
+    ASSERT_TRUE(InsertWaypoint(1));
+    EXPECT_EQ(modifiedPlan.entries[1].ident, "BOS01");
+    EXPECT_EQ(planBook.pendingBearing, -1);
+
+    ResolveEntry("BOS090/2Q180X", SearchCategory::All);
+    EXPECT_EQ(Count(), 0);
+    ResolveEntry("BOS325/0002Q150", SearchCategory::All);  // "0002Q" is no place
+    EXPECT_EQ(Count(), 0);
+    ResolveEntry("BOS030/JFK250", SearchCategory::All);  // each away from the other
+    EXPECT_EQ(Count(), 0);
+}
+
+TEST_F(ResolveEntryForms, CrossingsOnTheSphere) {
+    const struct {
+        const char* what;
+        LatLon place1;
+        double course1;
+        LatLon place2;
+        double course2;
+        bool crosses;
+        LatLon point;
+    } cases[] = {
+        {"meridian and equator", {10, 5}, 180, {0, -5}, 90, true, {0, 5}},
+        {"across the date line", {10, 179}, 180, {0, -175}, 270, true, {0, 179}},
+        {"place on the other's bearing", {0, 5}, 45, {0, -5}, 90, true, {0, 5}},
+        {"behind the first", {10, 5}, 0, {0, -5}, 90, false, {}},
+        {"back to back", {40, -75}, 270, {40, -74}, 90, false, {}},
+        {"meet only at the pole", {40, -75}, 0, {40, -70}, 0, false, {}},
+        {"one line", {0, 0}, 90, {0, 5}, 90, false, {}},
+        {"one place", {20, 20}, 45, {20, 20}, 45, false, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        LatLon point{-1, -1};
+        EXPECT_EQ(CrossingOfCourses(c.place1, c.course1, c.place2, c.course2, point), c.crosses);
+        EXPECT_NEAR(point.latitude, c.crosses ? c.point.latitude : -1, 1e-9);
+        EXPECT_NEAR(point.longitude, c.crosses ? c.point.longitude : -1, 1e-9);
+    }
+}
+
+TEST_F(ResolveEntryForms, HoldAtPresentPositionIsANumberedPoint) {
+    test::Offer("HOLD PPOS", PointKind::None, 41, -72);
+    SetPlan(modifiedPlan, "KJFK >WPT01 KBOS");
+    ASSERT_TRUE(InsertNamedPoint(1, 1));
+    EXPECT_EQ(Show(modifiedPlan), "KJFK WPT02 >WPT01 KBOS");
+    EXPECT_EQ(modifiedPlan.entries[1].procedure, "HOLD PPOS");
+    EXPECT_EQ(modifiedPlan.entries[1].type, "WPT");
+}
+
+}  // namespace
+}  // namespace avq1
