@@ -12,10 +12,6 @@
 namespace avq1 {
 namespace {
 
-constexpr bool IsSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 constexpr char UpperChar(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
 }
@@ -52,16 +48,66 @@ double OutOfRangeNumber(std::string_view digits) {
     return tiny ? 0.0 : (negative ? -largest : largest);
 }
 
+// The common case, digits with or without a point, at most 15 characters in all: digits and power
+// of ten are then exact in a double, so one division rounds correctly. Returns where the number
+// ends, or null for anything else, a number followed by more than white space included.
+const char* ReadPlainDecimal(const char* p, const char* const end, double& value) {
+    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    constexpr std::ptrdiff_t kExactDigits = 15;
+    const bool negative = p != end && *p == '-';
+    p += negative ? 1 : 0;
+    const char* const farthest = end - p > kExactDigits ? p + kExactDigits : end;
+    std::int64_t digits = 0;
+    const auto takeDigits = [&] {
+        const char* const first = p;
+        for (; p != farthest && *p >= '0' && *p <= '9'; ++p) {
+            digits = digits * 10 + (*p - '0');
+        }
+        return p - first;
+    };
+    std::ptrdiff_t count = takeDigits();
+    std::ptrdiff_t decimals = 0;
+    if (p != farthest && *p == '.') {
+        ++p;
+        decimals = takeDigits();
+        count += decimals;
+    }
+    if (count == 0 || (p != end && !IsSpace(*p))) {
+        return nullptr;
+    }
+    const double magnitude = static_cast<double>(digits) / kPowersOfTen[decimals];
+    value = negative ? -magnitude : magnitude;
+    return p;
+}
+
 }  // namespace
 
 double ToNumber(std::string_view text) {
-    const std::string_view start = NumberStart(text);
     double value = 0;
+    if (ReadPlainDecimal(text.data(), text.data() + text.size(), value) != nullptr) {
+        return value;
+    }
+    const std::string_view start = NumberStart(text);
     const auto [end, error] = std::from_chars(start.data(), start.data() + start.size(), value);
     if (error == std::errc::result_out_of_range) {
         return OutOfRangeNumber(start.substr(0, static_cast<std::size_t>(end - start.data())));
     }
     return error == std::errc{} && std::isfinite(value) ? value : 0.0;
+}
+
+double NextNumber(std::string_view& rest) {
+    while (!rest.empty() && IsSpace(rest.front())) {
+        rest.remove_prefix(1);
+    }
+    const char* const end = rest.data() + rest.size();
+    double value = 0;
+    const char* const numberEnd = ReadPlainDecimal(rest.data(), end, value);
+    if (numberEnd == nullptr) {
+        return ToNumber(NextWord(rest));
+    }
+    rest = std::string_view(numberEnd, static_cast<std::size_t>(end - numberEnd));
+    return value;
 }
 
 std::int32_t ToInteger(std::string_view text) {
@@ -93,20 +139,6 @@ std::string ToUpper(std::string_view text) {
 bool EqualsIgnoreCase(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](char x, char y) { return UpperChar(x) == UpperChar(y); });
-}
-
-std::string_view NextWord(std::string_view& rest) {
-    const char* p = rest.data();
-    const char* const end = p + rest.size();
-    while (p != end && IsSpace(*p)) {
-        ++p;
-    }
-    const char* const start = p;
-    while (p != end && !IsSpace(*p)) {
-        ++p;
-    }
-    rest = std::string_view(p, static_cast<std::size_t>(end - p));
-    return {start, static_cast<std::size_t>(p - start)};
 }
 
 LineReader::LineReader(std::string_view text, std::size_t maxLineLength)

@@ -41,11 +41,12 @@ void ReadRecords(std::string_view text, PointTable& table, const TableLimit& lim
     LineReader lines(text, kNavdataLineLength);
     std::string_view line;
     while (table.count < limit.capacity && lines.Next(line)) {
-        PointRecord record;
-        if (!readLine(line, record)) {
+        // Written in place: a world's records are tens of megabytes to copy.
+        if (!readLine(line, table.records.emplace_back())) {
+            table.records.pop_back();
             continue;
         }
-        table.Append(record);
+        ++table.count;
         if (table.count == limit.warningCount) {
             AppendMessage(Format(limit.warningFormat, table.count));
         }
@@ -97,8 +98,8 @@ void ReadIntersections(std::string_view text, PointTable& table) {
         }
         record.ident = NextWord(line);
         record.name = NextWord(line);
-        record.latitude = ToNumber(NextWord(line));
-        record.longitude = ToNumber(NextWord(line));
+        record.latitude = NextNumber(line);
+        record.longitude = NextNumber(line);
         record.kind = PointKind::Intersection;
         return !record.ident.empty();
     });
@@ -118,8 +119,8 @@ void ReadAirwayFixes(std::string_view text, PointTable& table) {
             return false;
         }
         record.name = record.ident;
-        record.latitude = ToNumber(NextWord(line));
-        record.longitude = ToNumber(NextWord(line));
+        record.latitude = NextNumber(line);
+        record.longitude = NextNumber(line);
         record.kind = PointKind::Intersection;
         return true;
     });
@@ -131,8 +132,8 @@ void ReadAirports(std::string_view text, PointTable& table) {
         record.ident = NextWord(line);
         record.name = NextWord(line);
         record.elevation = NextWord(line);
-        record.latitude = ToNumber(NextWord(line));
-        record.longitude = ToNumber(NextWord(line));
+        record.latitude = NextNumber(line);
+        record.longitude = NextNumber(line);
         record.kind = PointKind::Airport;
         return !record.ident.empty();
     });
@@ -145,8 +146,8 @@ void ReadNavaids(std::string_view text, PointTable& table) {
         }
         record.ident = NextWord(line);
         record.name = NextWord(line);
-        record.latitude = ToNumber(NextWord(line));
-        record.longitude = ToNumber(NextWord(line));
+        record.latitude = NextNumber(line);
+        record.longitude = NextNumber(line);
         record.kind = NextWord(line) == "VOR" ? PointKind::Vor : PointKind::Navaid;
         record.frequency = NextWord(line);
         return !record.ident.empty();
