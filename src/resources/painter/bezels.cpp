@@ -141,49 +141,120 @@ bool IsInSelector(const BitmapPlan& background, const KeyArea& key) {
     });
 }
 
+constexpr int kWidestLineKeyPx = 30;
+constexpr int kHighestLineKeyPx = 22;
+
 // The part of a key that lies on the bitmap, with a little air around line keys whose areas touch.
 PixelBox PaintedBox(const BitmapPlan& background, const KeyArea& key) {
     PixelBox box = key.box;
     box.width = std::min(box.width, background.size.x - 3 - box.x);
     if (key.art == KeyArt::LineKey) {
-        const int airY = box.height > 30 ? 5 : 0;
-        const int airX = box.width > 30 ? 3 : 0;
-        box = {box.x + airX, box.y + airY, box.width - 2 * airX, box.height - 2 * airY};
+        const int width = std::min(box.width, kWidestLineKeyPx);
+        const int height = std::min(box.height, kHighestLineKeyPx);
+        return {box.x + (box.width - width) / 2, box.y + (box.height - height) / 2, width, height};
     }
     return box;
 }
 
-// Arrow keys show an arrow instead of a word.
-int ArrowDegrees(std::string_view label) {
+// Keys that show a symbol instead of their name.
+enum class KeySymbol : std::uint8_t { None, Up, Right, Down, Left, DirectTo };
+
+KeySymbol SymbolOf(const KeyArea& key) {
     constexpr struct {
         std::string_view label;
-        int degrees;
-    } kArrows[] = {{"UP", 0},     {"Up", 0},     {"RIGHT", 90}, {"Right", 90},
-                   {"DOWN", 180}, {"Down", 180}, {"LEFT", 270}, {"Left", 270}};
-    for (const auto& arrow : kArrows) {
-        if (arrow.label == label) {
-            return arrow.degrees;
+        KeySymbol symbol;
+    } kSymbols[] = {{"UP", KeySymbol::Up},
+                    {"RIGHT", KeySymbol::Right},
+                    {"DOWN", KeySymbol::Down},
+                    {"LEFT", KeySymbol::Left},
+                    {"DIRECT", KeySymbol::DirectTo}};
+    for (const auto& row : kSymbols) {
+        if (key.art == KeyArt::Cap && row.label == key.label) {
+            return row.symbol;
         }
     }
-    return -1;
+    return KeySymbol::None;
 }
 
-void PaintArrow(cairo_t* cairo, const PixelBox& box, int degrees) {
-    const double size = std::min(box.width, box.height) * 0.24;
-    cairo_save(cairo);
-    cairo_translate(cairo, box.x + box.width / 2.0, box.y + box.height / 2.0 - 0.5);
-    cairo_rotate(cairo, degrees * std::numbers::pi / 180.0);
-    SetColour(cairo, kKeyText);
-    cairo_move_to(cairo, 0, -size);
-    cairo_line_to(cairo, size, size * 0.8);
-    cairo_line_to(cairo, -size, size * 0.8);
-    cairo_close_path(cairo);
+// A letter D with an arrow through it.
+void PaintDirectTo(cairo_t* cairo, const PixelBox& box) {
+    DrawLabel(cairo, LayOutLabel(cairo, "D", box, 19), kKeyText);
+    const double y = box.y + box.height / 2.0;
+    const double reach = box.width * 0.36;
+    const double x = box.x + box.width / 2.0;
+    cairo_rectangle(cairo, x - reach, y - 0.75, 2 * reach - 3, 1.5);
     cairo_fill(cairo);
-    cairo_restore(cairo);
+    PaintArrow(cairo, x + reach - 3, y, 3.5, 90);
 }
 
-void PaintKey(cairo_t* cairo, const BitmapPlan& background, const KeyArea& key) {
+void PaintSymbol(cairo_t* cairo, const PixelBox& box, KeySymbol symbol) {
+    if (symbol == KeySymbol::DirectTo) {
+        PaintDirectTo(cairo, box);
+        return;
+    }
+    const int quarters = static_cast<int>(symbol) - static_cast<int>(KeySymbol::Up);
+    SetColour(cairo, kKeyText);
+    PaintArrow(cairo, box.x + box.width / 2.0, box.y + box.height / 2.0 - 0.5,
+               std::min(box.width, box.height) * 0.24, 90.0 * quarters);
+}
+
+bool IsUpright(const PixelBox& box) {
+    return box.height > box.width * 3 / 2;
+}
+
+struct LabelPlace {
+    PixelBox room;
+    double largestPx = 0;  // 0 = no label
+};
+
+LabelPlace PlaceOf(const BitmapPlan& background, const KeyArea& key) {
+    if (key.art == KeyArt::None || key.art == KeyArt::LineKey || key.label[0] == '\0' ||
+        SymbolOf(key) != KeySymbol::None) {
+        return {};
+    }
+    const PixelBox box = PaintedBox(background, key);
+    if (key.art == KeyArt::Knob && IsUpright(box)) {
+        return {{box.x + 2, box.y + box.height / 2 - 7, box.width - 4, 14}, 9};
+    }
+    if (key.art == KeyArt::Knob) {
+        // Only the flat middle of the knob carries the caption.
+        const int side = std::min(box.width, box.height);
+        const int middle = side * 2 / 3;
+        return {
+            {box.x + (box.width - middle) / 2, box.y + (box.height - middle) / 2, middle, middle},
+            std::min(12.0, std::round(side * 0.26))};
+    }
+    if (key.art == KeyArt::Position || box.width < 20) {
+        return {box, 9};
+    }
+    std::vector<PixelBox> lamps;
+    for (const IconPlace& icon : background.icons) {
+        if (KindOf(icon.number) == IconKind::Lamp) {
+            lamps.push_back(icon.box);
+        }
+    }
+    const PixelBox room = LabelRoom(box, lamps);
+    return {room, LargestLabelPx(room, key.label)};
+}
+
+// Key caps of about one size with words (not single letters) of as many lines look alike.
+bool ShareFont(const KeyArea& a, const KeyArea& b) {
+    const auto lines = [](const KeyArea& key) {
+        return std::count(key.label, key.label + std::strlen(key.label), '\n');
+    };
+    return a.art == KeyArt::Cap && b.art == KeyArt::Cap &&
+           std::abs(a.box.width - b.box.width) <= 2 && std::abs(a.box.height - b.box.height) <= 2 &&
+           std::strlen(a.label) > 1 && std::strlen(b.label) > 1 && lines(a) == lines(b);
+}
+
+bool Smaller(const LabelFont& a, const LabelFont& b) {
+    return a.sizePx < b.sizePx;
+}
+
+void PaintKey(cairo_t* cairo, const BitmapPlan& background, std::size_t index,
+              const std::vector<LabelLayout>& labels) {
     const Finish& finish = FinishOf(background.number);
+    const KeyArea& key = background.keys[index];
     const PixelBox box = PaintedBox(background, key);
     switch (key.art) {
         case KeyArt::None:
@@ -195,26 +266,30 @@ void PaintKey(cairo_t* cairo, const BitmapPlan& background, const KeyArea& key) 
             PaintKeyCap(cairo, box, finish);
             break;
         case KeyArt::Knob:
-            PaintKnob(cairo, box, finish);
+            (IsUpright(box) ? PaintThumbwheel : PaintKnob)(cairo, box, finish);
             break;
         case KeyArt::Position:
             break;
     }
-    const int arrow = ArrowDegrees(key.label);
-    if (key.art == KeyArt::Cap && arrow >= 0) {
-        PaintArrow(cairo, box, arrow);
+    if (SymbolOf(key) != KeySymbol::None) {
+        PaintSymbol(cairo, box, SymbolOf(key));
         return;
     }
-    DrawLabel(cairo, KeyLabel(cairo, background, key),
-              key.art == KeyArt::Position ? finish.legend : kKeyText);
+    DrawLabel(cairo, labels[index], key.art == KeyArt::Position ? finish.legend : kKeyText);
 }
 
 void PaintSelectorAt(cairo_t* cairo, const BitmapPlan& background, const PixelBox& box,
                      IconKind kind, std::string_view position) {
-    PaintSelector(cairo, box, PointerDegrees(background, box, kind, position));
-    for (const KeyArea& key : background.keys) {
-        if (IsInSelector(background, key) && Contains(box, Centre(key.box))) {
-            PaintKey(cairo, background, key);
+    const double degrees = PointerDegrees(background, box, kind, position);
+    if (kind == IconKind::ModeSelector) {
+        PaintSelector(cairo, box, degrees);
+        return;
+    }
+    PaintRingSelector(cairo, box, degrees);
+    const std::vector<LabelLayout> labels = KeyLabels(cairo, background);
+    for (std::size_t i = 0; i < background.keys.size(); ++i) {
+        if (IsInSelector(background, background.keys[i])) {
+            PaintKey(cairo, background, i, labels);
         }
     }
 }
@@ -296,9 +371,10 @@ void PaintBackground(const Painting& painting, const BitmapPlan& plan) {
             PaintLamp(cairo, icon.box, kWhiteLamp, false);
         }
     }
-    for (const KeyArea& key : plan.keys) {
-        if (!IsInSelector(plan, key)) {
-            PaintKey(cairo, plan, key);
+    const std::vector<LabelLayout> labels = KeyLabels(cairo, plan);
+    for (std::size_t i = 0; i < plan.keys.size(); ++i) {
+        if (!IsInSelector(plan, plan.keys[i])) {
+            PaintKey(cairo, plan, i, labels);
         }
     }
     for (const IconPlace& icon : plan.icons) {
@@ -318,28 +394,31 @@ void PaintBackground(const Painting& painting, const BitmapPlan& plan) {
     }
 }
 
-// The key an icon lights.
-const KeyArea* KeyUnder(const BitmapPlan& background, const PixelBox& icon) {
+// The index of the key an icon lights; the number of keys when there is none.
+std::size_t KeyUnder(const BitmapPlan& background, const PixelBox& icon) {
     const auto found =
         std::find_if(background.keys.begin(), background.keys.end(),
                      [&](const KeyArea& key) { return Contains(key.box, Centre(icon)); });
-    return found == background.keys.end() ? nullptr : &*found;
+    return static_cast<std::size_t>(found - background.keys.begin());
 }
 
-void PaintLitKey(cairo_t* cairo, const BitmapPlan& background, const KeyArea& key,
-                 const PixelBox& icon, const IconArt& art) {
-    const Finish& finish = FinishOf(background.number);
-    Finish lit = finish;
-    lit.keyTop = Shade(art.colour, -0.62);
-    lit.keyBase = Shade(art.colour, -0.80);
+void PaintLitKey(cairo_t* cairo, const BitmapPlan& background, const PixelBox& icon,
+                 const IconArt& art) {
+    const std::size_t index = KeyUnder(background, icon);
+    if (index == background.keys.size()) {
+        return;
+    }
+    const std::vector<LabelLayout> labels = KeyLabels(cairo, background);
     if (art.kind == IconKind::LitFrame) {
         PaintLamp(cairo, icon, art.colour, true);
-        PaintKeyCap(cairo, PaintedBox(background, key), finish);
-    } else {
-        PaintKeyCap(cairo, icon, lit);
+        PaintKey(cairo, background, index, labels);
+        return;
     }
-    DrawLabel(cairo, KeyLabel(cairo, background, key),
-              art.kind == IconKind::LitFrame ? kKeyText : Shade(art.colour, 0.45));
+    Finish lit = FinishOf(background.number);
+    lit.keyTop = Shade(art.colour, -0.62);
+    lit.keyBase = Shade(art.colour, -0.80);
+    PaintKeyCap(cairo, icon, lit);
+    DrawLabel(cairo, labels[index], Shade(art.colour, 0.45));
 }
 
 std::string Stacked(std::string_view text) {
@@ -358,16 +437,13 @@ void PaintIcon(cairo_t* cairo, const BitmapPlan& background, const IconPlace& ic
         PaintLamp(cairo, icon.box, kGreenLamp, true);
         return;
     }
-    const KeyArea* key = KeyUnder(background, icon.box);
     switch (art->kind) {
         case IconKind::Lamp:
             PaintLamp(cairo, icon.box, art->colour, true);
             break;
         case IconKind::LitKey:
         case IconKind::LitFrame:
-            if (key != nullptr) {
-                PaintLitKey(cairo, background, *key, icon.box, *art);
-            }
+            PaintLitKey(cairo, background, icon.box, *art);
             break;
         case IconKind::Sign: {
             PaintLamp(cairo, icon.box, art->colour, true);
@@ -404,29 +480,26 @@ bool HasBezelArt(std::int32_t background) {
     return FindBezelArt(background) != nullptr;
 }
 
-LabelLayout KeyLabel(cairo_t* cairo, const BitmapPlan& background, const KeyArea& key) {
-    if (key.art == KeyArt::None || key.art == KeyArt::LineKey || key.label[0] == '\0' ||
-        (key.art == KeyArt::Cap && ArrowDegrees(key.label) >= 0)) {
-        return {};
+std::vector<LabelLayout> KeyLabels(cairo_t* cairo, const BitmapPlan& background) {
+    std::vector<LabelLayout> labels;
+    for (const KeyArea& key : background.keys) {
+        const LabelPlace place = PlaceOf(background, key);
+        labels.push_back(place.largestPx == 0
+                             ? LabelLayout{}
+                             : LayOutLabel(cairo, key.label, place.room, place.largestPx));
     }
-    PixelBox box = PaintedBox(background, key);
-    if (key.art == KeyArt::Knob) {
-        // Only the knob's flat middle carries the caption.
-        const int side = static_cast<int>(std::min(box.width, box.height) * 0.62);
-        box = {box.x + (box.width - side) / 2, box.y + (box.height - side) / 2, side, side};
-        return LayOutLabel(cairo, key.label, box, 11);
-    }
-    if (key.art == KeyArt::Position || box.width < 20) {
-        return LayOutLabel(cairo, key.label, box, 11);
-    }
-    std::vector<PixelBox> lamps;
-    for (const IconPlace& icon : background.icons) {
-        if (KindOf(icon.number) == IconKind::Lamp) {
-            lamps.push_back(icon.box);
+    std::vector<LabelLayout> shared = labels;
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        for (std::size_t j = 0; j < labels.size(); ++j) {
+            if (ShareFont(background.keys[i], background.keys[j]) && !labels[j].lines.empty() &&
+                Smaller(labels[j].font, shared[i].font)) {
+                shared[i] =
+                    LayOutLabelAt(cairo, background.keys[i].label,
+                                  PlaceOf(background, background.keys[i]).room, labels[j].font);
+            }
         }
     }
-    const PixelBox room = LabelRoom(box, lamps);
-    return LayOutLabel(cairo, key.label, room, LargestLabelPx(room, key.label));
+    return shared;
 }
 
 std::unique_ptr<Painting> PaintBitmap(std::span<const BitmapPlan> plans, const BitmapPlan& plan) {

@@ -44,8 +44,9 @@ const IconArt* FindIconArt(std::int32_t number);
 
 bool HasBezelArt(std::int32_t background);
 
-// Where a key's label stands on its background; no lines for keys that show none.
-LabelLayout KeyLabel(cairo_t* cairo, const BitmapPlan& background, const KeyArea& key);
+// Where each key's label stands on its background, in the order of the plan's keys; no lines for
+// keys that show a symbol or nothing. Keys of one size share one font.
+std::vector<LabelLayout> KeyLabels(cairo_t* cairo, const BitmapPlan& background);
 
 std::unique_ptr<Painting> PaintBitmap(std::span<const BitmapPlan> plans, const BitmapPlan& plan);
 

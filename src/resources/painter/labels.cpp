@@ -8,11 +8,12 @@ namespace {
 
 constexpr const char* kWideFamily = "Liberation Sans";
 constexpr const char* kNarrowFamily = "Liberation Sans Narrow";
-constexpr double kSmallestWidePx = 9;
+constexpr double kSmallestWidePx = 10;
 constexpr double kSmallestPx = 6;
 constexpr double kStepPx = 0.5;
 constexpr double kLinePitch = 1.0;  // of the font size
 constexpr int kMarginPx = 3;        // between a cap's edge and its label
+constexpr int kWideKeyPx = 60;      // from here on twice that at the sides
 
 std::vector<std::string> SplitLines(std::string_view label) {
     std::vector<std::string> lines;
@@ -26,9 +27,9 @@ std::vector<std::string> SplitLines(std::string_view label) {
     }
 }
 
-void UseFont(cairo_t* cairo, const char* family, double sizePx) {
-    cairo_select_font_face(cairo, family, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
-    cairo_set_font_size(cairo, sizePx);
+void UseFont(cairo_t* cairo, const LabelFont& font) {
+    cairo_select_font_face(cairo, font.family, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+    cairo_set_font_size(cairo, font.sizePx);
     cairo_font_options_t* options = cairo_font_options_create();
     cairo_font_options_set_antialias(options, CAIRO_ANTIALIAS_GRAY);
     cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_SLIGHT);
@@ -36,59 +37,69 @@ void UseFont(cairo_t* cairo, const char* family, double sizePx) {
     cairo_font_options_destroy(options);
 }
 
-// Lays the lines out at one size; false when they do not fit the room.
-bool TryLayout(cairo_t* cairo, const std::vector<std::string>& texts, const PixelBox& room,
-               LabelLayout& layout) {
-    UseFont(cairo, layout.family, layout.sizePx);
-    layout.lines.clear();
-    const double pitch = std::round(layout.sizePx * kLinePitch);
-    double top = 0;
-    double bottom = 0;
-    double widest = 0;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        cairo_text_extents_t ink;
-        cairo_text_extents(cairo, texts[i].c_str(), &ink);
-        const double baseline = pitch * static_cast<double>(i);
-        top = i == 0 ? baseline + ink.y_bearing : std::min(top, baseline + ink.y_bearing);
-        bottom = std::max(bottom, baseline + ink.y_bearing + ink.height);
-        widest = std::max(widest, ink.width);
-        const double x = room.x + (room.width - ink.width) / 2 - ink.x_bearing;
-        layout.lines.push_back({texts[i], std::floor(x), baseline});
-    }
-    const double shift = std::floor(room.y + (room.height - (bottom - top)) / 2 - top);
-    for (LabelLine& line : layout.lines) {
-        line.baseline += shift;
-    }
-    // One pixel is left for rounding and anti-aliasing.
-    return widest + 1 <= room.width && bottom - top + 1 <= room.height;
+// The label with its blanks turned into line breaks.
+std::string BrokenAtBlanks(std::string_view label) {
+    std::string broken{label};
+    std::replace(broken.begin(), broken.end(), ' ', '\n');
+    return broken;
 }
 
 }  // namespace
 
+LabelLayout LayOutLabelAt(cairo_t* cairo, std::string_view label, const PixelBox& room,
+                          const LabelFont& font) {
+    LabelLayout layout;
+    layout.font = font;
+    UseFont(cairo, font);
+    cairo_text_extents_t capital;
+    cairo_text_extents(cairo, "H", &capital);
+    const std::vector<std::string> texts = SplitLines(label);
+    const double pitch = std::round(font.sizePx * kLinePitch);
+    const double blockHeight = capital.height + pitch * static_cast<double>(texts.size() - 1);
+    double baseline = std::round(room.y + (room.height + blockHeight) / 2) -
+                      pitch * static_cast<double>(texts.size() - 1);
+    layout.fits = true;
+    for (const std::string& text : texts) {
+        cairo_text_extents_t ink;
+        cairo_text_extents(cairo, text.c_str(), &ink);
+        const double x = std::floor(room.x + (room.width - ink.width) / 2 - ink.x_bearing);
+        layout.lines.push_back({text, x, baseline});
+        // A pixel is left for rounding and anti-aliasing.
+        layout.fits = layout.fits && ink.width + 1 <= room.width &&
+                      baseline + ink.y_bearing >= room.y &&
+                      baseline + ink.y_bearing + ink.height <= room.y + room.height;
+        baseline += pitch;
+    }
+    return layout;
+}
+
 LabelLayout LayOutLabel(cairo_t* cairo, std::string_view label, const PixelBox& room,
                         double largestPx) {
-    const std::vector<std::string> texts = SplitLines(label);
     LabelLayout layout;
-    layout.family = kWideFamily;
-    for (layout.sizePx = largestPx; layout.sizePx >= kSmallestWidePx; layout.sizePx -= kStepPx) {
-        if (TryLayout(cairo, texts, room, layout)) {
+    for (double sizePx = largestPx; sizePx >= kSmallestWidePx; sizePx -= kStepPx) {
+        layout = LayOutLabelAt(cairo, label, room, {kWideFamily, sizePx});
+        if (layout.fits) {
             return layout;
         }
     }
-    layout.family = kNarrowFamily;
-    for (layout.sizePx = std::min(largestPx, kSmallestWidePx + 2); layout.sizePx > kSmallestPx;
-         layout.sizePx -= kStepPx) {
-        if (TryLayout(cairo, texts, room, layout)) {
-            return layout;
+    const std::string broken = BrokenAtBlanks(label);
+    for (double sizePx = std::min(largestPx, kSmallestWidePx + 2); sizePx >= kSmallestPx;
+         sizePx -= kStepPx) {
+        for (const std::string_view text : {label, std::string_view{broken}}) {
+            layout = LayOutLabelAt(cairo, text, room, {kNarrowFamily, sizePx});
+            if (layout.fits) {
+                return layout;
+            }
         }
     }
-    layout.sizePx = kSmallestPx;
-    layout.fits = TryLayout(cairo, texts, room, layout);
     return layout;
 }
 
 void DrawLabel(cairo_t* cairo, const LabelLayout& layout, Rgb colour) {
-    UseFont(cairo, layout.family, layout.sizePx);
+    if (layout.lines.empty()) {
+        return;
+    }
+    UseFont(cairo, layout.font);
     SetColour(cairo, colour);
     for (const LabelLine& line : layout.lines) {
         cairo_move_to(cairo, line.x, line.baseline);
@@ -97,7 +108,8 @@ void DrawLabel(cairo_t* cairo, const LabelLayout& layout, Rgb colour) {
 }
 
 PixelBox LabelRoom(const PixelBox& key, const std::vector<PixelBox>& lamps) {
-    PixelBox room{key.x + kMarginPx, key.y + kMarginPx, key.width - 2 * kMarginPx,
+    const int side = key.width >= kWideKeyPx ? 2 * kMarginPx : kMarginPx;
+    PixelBox room{key.x + side, key.y + kMarginPx, key.width - 2 * side,
                   key.height - 2 * kMarginPx};
     for (const PixelBox& lamp : lamps) {
         const int right = room.x + room.width;

@@ -21,16 +21,23 @@ struct LabelLine {
     double baseline = 0;
 };
 
-struct LabelLayout {
+struct LabelFont {
     const char* family = "";
     double sizePx = 0;
+};
+
+struct LabelLayout {
+    LabelFont font;
     std::vector<LabelLine> lines;
     bool fits = true;
 };
 
-// Lays out `label` ('\n' breaks lines), centred in `room`, at most `largestPx` high letters.
+// Lays out `label` ('\n' breaks lines), centred in `room`, in the largest font that fits, at most
+// `largestPx`. Where only a small narrow font fits, blanks break lines too.
 LabelLayout LayOutLabel(cairo_t* cairo, std::string_view label, const PixelBox& room,
                         double largestPx);
+LabelLayout LayOutLabelAt(cairo_t* cairo, std::string_view label, const PixelBox& room,
+                          const LabelFont& font);
 void DrawLabel(cairo_t* cairo, const LabelLayout& layout, Rgb colour);
 
 // The part of a key's box its label may use: inside the cap, beside the lamps that cover it.

@@ -34,18 +34,6 @@ int BrushedOffset(int row) {
     return static_cast<int>(mixed % 5U) - 2;
 }
 
-void Triangle(cairo_t* cairo, double x, double y, double size, double degrees) {
-    cairo_save(cairo);
-    cairo_translate(cairo, x, y);
-    cairo_rotate(cairo, degrees * kPi / 180.0);
-    cairo_move_to(cairo, 0, -size);
-    cairo_line_to(cairo, size, size * 0.7);
-    cairo_line_to(cairo, -size, size * 0.7);
-    cairo_close_path(cairo);
-    cairo_restore(cairo);
-    cairo_fill(cairo);
-}
-
 void FillDisc(cairo_t* cairo, double x, double y, double radius) {
     cairo_arc(cairo, x, y, radius, 0, 2 * kPi);
     cairo_fill(cairo);
@@ -232,13 +220,22 @@ void PaintLineKey(cairo_t* cairo, const PixelBox& box, const Finish& finish) {
     cairo_fill(cairo);
 }
 
+void PaintArrow(cairo_t* cairo, double x, double y, double size, double degrees) {
+    cairo_save(cairo);
+    cairo_translate(cairo, x, y);
+    cairo_rotate(cairo, degrees * kPi / 180.0);
+    cairo_move_to(cairo, 0, -size);
+    cairo_line_to(cairo, size, size * 0.7);
+    cairo_line_to(cairo, -size, size * 0.7);
+    cairo_close_path(cairo);
+    cairo_restore(cairo);
+    cairo_fill(cairo);
+}
+
 void PaintKnob(cairo_t* cairo, const PixelBox& box, const Finish& finish) {
-    const bool upright = box.height > box.width * 3 / 2;
     const double x = box.x + box.width / 2.0;
     const double y = box.y + box.height / 2.0;
-    const double radius =
-        (upright ? std::min<double>(box.width, box.height - 14) : std::min(box.width, box.height)) /
-        2.0;
+    const double radius = std::min(box.width, box.height) / 2.0;
     SetColour(cairo, 0x000000, 0.40);
     FillDisc(cairo, x + 0.5, y + 1, radius - 0.5);
     ShadedDisc(cairo, x, y, radius - 1, Shade(finish.keyTop, 0.30), Shade(finish.keyBase, -0.35));
@@ -249,14 +246,33 @@ void PaintKnob(cairo_t* cairo, const PixelBox& box, const Finish& finish) {
     cairo_arc(cairo, x, y, radius * 0.66 - 0.5, kPi, 1.6 * kPi);
     cairo_stroke(cairo);
     SetColour(cairo, 0xF2F2EC);
-    const double arrow = std::max(2.2, radius * 0.12);
-    if (upright) {
-        Triangle(cairo, x, box.y + 4, 3, 0);
-        Triangle(cairo, x, box.y + box.height - 4, 3, 180);
-    } else {
-        Triangle(cairo, x - radius * 0.82, y, arrow, -90);
-        Triangle(cairo, x + radius * 0.82, y, arrow, 90);
+    const double arrow = std::max(2.4, radius * 0.12);
+    PaintArrow(cairo, x - radius * 0.80, y, arrow, -90);
+    PaintArrow(cairo, x + radius * 0.80, y, arrow, 90);
+}
+
+void PaintThumbwheel(cairo_t* cairo, const PixelBox& box, const Finish& finish) {
+    SetColour(cairo, 0x060606);
+    RoundedBox(cairo, box.x, box.y, box.width, box.height, 4);
+    cairo_fill(cairo);
+    const Gradient wheel(box.x, box.y, box.x, box.y + box.height);
+    wheel.Stop(0, Shade(finish.keyBase, -0.5));
+    wheel.Stop(0.5, Shade(finish.keyTop, 0.30));
+    wheel.Stop(1, Shade(finish.keyBase, -0.5));
+    cairo_set_source(cairo, wheel.pattern);
+    RoundedBox(cairo, box.x + 1.5, box.y + 1.5, box.width - 3, box.height - 3, 3);
+    cairo_fill(cairo);
+    SetColour(cairo, 0x000000, 0.45);
+    const int middle = box.y + box.height / 2;
+    for (int y = box.y + 11; y < box.y + box.height - 11; y += 3) {
+        if (std::abs(y - middle) > 7) {
+            cairo_rectangle(cairo, box.x + 2, y, box.width - 4, 1);
+        }
     }
+    cairo_fill(cairo);
+    SetColour(cairo, 0xF2F2EC);
+    PaintArrow(cairo, box.x + box.width / 2.0, box.y + 6.5, 3, 0);
+    PaintArrow(cairo, box.x + box.width / 2.0, box.y + box.height - 6.5, 3, 180);
 }
 
 void PaintSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
@@ -278,6 +294,22 @@ void PaintSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
     cairo_stroke(cairo);
     SetColour(cairo, 0xF6F6F0);
     cairo_rectangle(cairo, -1, -radius * 0.92, 2, radius * 0.62);
+    cairo_fill(cairo);
+    cairo_restore(cairo);
+}
+
+void PaintRingSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
+    const double x = box.x + box.width / 2.0;
+    const double y = box.y + box.height / 2.0;
+    const double radius = std::min(box.width, box.height) / 2.0 - 1;
+    ShadedDisc(cairo, x, y, radius, 0x6A6E71, 0x1B1C1E);
+    PaintKnurls(cairo, x, y, radius, 0x0A0A0A);
+    ShadedDisc(cairo, x, y, radius * 0.50, 0x202224, 0x0C0D0E);
+    cairo_save(cairo);
+    cairo_translate(cairo, x, y);
+    cairo_rotate(cairo, degrees * kPi / 180.0);
+    SetColour(cairo, 0xF6F6F0);
+    cairo_rectangle(cairo, -1.25, -radius * 0.96, 2.5, radius * 0.42);
     cairo_fill(cairo);
     cairo_restore(cairo);
 }

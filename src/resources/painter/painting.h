@@ -59,10 +59,16 @@ void PaintRecess(cairo_t* cairo, const PixelBox& box, double frame);
 void PaintKeyCap(cairo_t* cairo, const PixelBox& box, const Finish& finish);
 // A line key: a small cap with a white dash.
 void PaintLineKey(cairo_t* cairo, const PixelBox& box, const Finish& finish);
-// A knob with an arrow at either end: left and right, or up and down on a tall box.
+// A round knob with an arrow on either side.
 void PaintKnob(cairo_t* cairo, const PixelBox& box, const Finish& finish);
+// A ribbed wheel in a tall box, turned up and down.
+void PaintThumbwheel(cairo_t* cairo, const PixelBox& box, const Finish& finish);
 // A selector knob whose pointer shows `degrees`, clockwise from straight up.
 void PaintSelector(cairo_t* cairo, const PixelBox& box, double degrees);
+// The same around a button: only its rim carries the pointer.
+void PaintRingSelector(cairo_t* cairo, const PixelBox& box, double degrees);
+// A filled triangle pointing to `degrees`, clockwise from straight up.
+void PaintArrow(cairo_t* cairo, double x, double y, double size, double degrees);
 void PaintLamp(cairo_t* cairo, const PixelBox& box, Rgb colour, bool lit);
 
 }  // namespace avq1
