@@ -1,0 +1,68 @@
+// Any bytes as any of the navigation files: no crash, no table beyond its capacity, no position
+// that is not a number, and every record found again by its own identifier.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "base/module_state.h"
+#include "navdb/nav_database.h"
+#include "navdb/navdata_text.h"
+#include "navdb/nearby.h"
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+void CheckTable(const avq1::PointTable& table, std::int32_t capacity) {
+    Require(table.count >= 0 && table.count <= capacity);
+    Require(table.records.size() > static_cast<std::size_t>(table.count));
+    for (std::int32_t i = 1; i <= table.count; ++i) {
+        Require(!table[i].ident.empty());
+        Require(std::isfinite(table[i].latitude) && std::isfinite(table[i].longitude));
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace avq1;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    ResetModuleState();
+    ReadIntersections(text, navDatabase.intersections);
+    ReadAirwayFixes(text, navDatabase.airwayFixes);
+    ReadAirports(text, navDatabase.airports);
+    ReadNavaids(text, navDatabase.navaids);
+    BuildNavaidLetterIndex();
+    CheckTable(navDatabase.intersections, kIntersectionCapacity);
+    CheckTable(navDatabase.airwayFixes, kAirwayFixCapacity);
+    CheckTable(navDatabase.airports, kAirportCapacity);
+    CheckTable(navDatabase.navaids, kNavaidCapacity);
+    BuildNearbyAirports({});
+    NarrowNearbyAirports();
+    BuildNearbyNavaids({});
+    BuildNearbyFixes({});
+    std::string cycle;
+    std::string validity;
+    ReadCycleText(text, cycle, validity);
+    if (navDatabase.airports.count > 0) {
+        AirportDetail detail;
+        std::string elevation;
+        const std::string ident(navDatabase.airports[navDatabase.airports.count].ident);
+        ReadAirportDetail(text, ident, detail, elevation);
+        Require(detail.runways.size() <= 20);
+        SearchIdent(ident, SearchCategory::Airports);
+        Require(NearestResult() >= 1);
+    }
+    if (navDatabase.navaids.count > 0) {
+        const Navaid& first = navDatabase.navaids[1];
+        Require(FindNavaid(first.ident, KindText(first.kind), first.latitude) == 1);
+    }
+    return 0;
+}
