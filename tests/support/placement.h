@@ -79,16 +79,19 @@ class Placement {
         while (source != nullptr && source[count] != nullptr) {
             ++count;
         }
-        auto& list = lists_.emplace_back(std::make_unique<ElementHeader*[]>(count + 1));
+        ElementHeader** list =
+            lists_.emplace_back(std::make_unique<ElementHeader*[]>(count + 1)).get();
         for (std::size_t i = 0; i < count; ++i) {
             list[i] = CloneElement(*source[i], previous);
         }
-        return list.get();
+        return list;
     }
 
     ElementHeader* CloneElement(const ElementHeader& source, ElementHeader* previous) {
-        auto& copy = elements_.emplace_back(std::make_unique<StaticImageElement>(
-            reinterpret_cast<const StaticImageElement&>(source)));
+        StaticImageElement* copy = elements_
+                                       .emplace_back(std::make_unique<StaticImageElement>(
+                                           reinterpret_cast<const StaticImageElement&>(source)))
+                                       .get();
         copy->header.gauge = &header_;
         copy->header.previous = previous;
         if ((source.imageFlags & image_flag::kMakeDeviceContext) != 0 && width_ > 0) {
