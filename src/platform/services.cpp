@@ -1,7 +1,7 @@
 #include "platform/services.h"
 
 extern "C" {
-avq1::ImportTableRecord ImportTable;
+AVQ1_EXPORT avq1::ImportTableRecord ImportTable;
 }
 
 namespace avq1 {

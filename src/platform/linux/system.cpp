@@ -6,7 +6,7 @@
 #include "platform/services.h"
 
 extern "C" {
-avq1::PlatformTableRecord PlatformTable;
+AVQ1_EXPORT avq1::PlatformTableRecord PlatformTable;
 }
 
 namespace avq1 {
