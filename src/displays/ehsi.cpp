@@ -22,21 +22,27 @@ bool IsMapMode() {
     return ehsi.ehsiMode == 2 || ehsi.ehsiMode == 3 || ehsi.ehsiMode == 5 || ehsi.ehsiMode == 6;
 }
 
-// The layers of the compass modes, back to front. Map layers are clipped to the compass.
+// The layers of the compass modes, back to front. Map content ends at the compass circle; the
+// instruments lie inside it by their own measures and end with the arc's picture at the bottom.
 enum class Shows { Always, OnMap, WithRoute };
+enum class Clip { None, Compass, Bottom };
 
 struct Layer {
     Shows shows;
-    bool clipped;
+    Clip clip;
     void (*draw)(EhsiPicture& picture);
 };
 
 constexpr Layer kLayers[] = {
-    {Shows::Always, false, ClaimRoseLabels},    {Shows::OnMap, true, DrawRangeMark},
-    {Shows::WithRoute, true, DrawRouteLayer},   {Shows::Always, true, DrawCompassRose},
-    {Shows::Always, true, DrawBearingPointers}, {Shows::Always, true, DrawCoursePointer},
-    {Shows::Always, true, DrawHeadingBug},      {Shows::Always, false, DrawOwnAircraft},
-    {Shows::Always, false, DrawEhsiTexts},
+    {Shows::Always, Clip::None, ClaimRoseLabels},
+    {Shows::OnMap, Clip::None, DrawRangeMark},
+    {Shows::WithRoute, Clip::Compass, DrawRouteLayer},
+    {Shows::Always, Clip::None, DrawCompassRose},
+    {Shows::Always, Clip::Bottom, DrawBearingPointers},
+    {Shows::Always, Clip::Bottom, DrawCoursePointer},
+    {Shows::Always, Clip::None, DrawHeadingBug},
+    {Shows::Always, Clip::None, DrawOwnAircraft},
+    {Shows::Always, Clip::None, DrawEhsiTexts},
 };
 
 bool IsShown(const Layer& layer, const EhsiPicture& picture) {
@@ -51,19 +57,34 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
     return false;
 }
 
+void ClipToCompass(EhsiPicture& picture) {
+    const EhsiCompass& compass = picture.compass;
+    picture.canvas.BeginClip();
+    picture.canvas.ClipEllipse(compass.centre.x - compass.radius, compass.centre.y - compass.radius,
+                               2 * compass.radius, 2 * compass.radius);
+    picture.canvas.EndClip();
+}
+
+void ClipToArcBottom(EhsiPicture& picture) {
+    picture.canvas.BeginClip();
+    picture.canvas.ClipRectangle(0, 0, kEhsiDesignWidth, kArcBottom);
+    picture.canvas.EndClip();
+}
+
 void DrawLayers(EhsiPicture& picture) {
     for (const Layer& layer : kLayers) {
         if (!IsShown(layer, picture)) {
             continue;
         }
-        if (layer.clipped) {
-            picture.canvas.SaveState();
+        picture.canvas.SaveState();
+        if (layer.clip == Clip::Compass) {
             ClipToCompass(picture);
         }
-        layer.draw(picture);
-        if (layer.clipped) {
-            picture.canvas.RestoreState();
+        if (layer.clip != Clip::None && !picture.fullCompass) {
+            ClipToArcBottom(picture);
         }
+        layer.draw(picture);
+        picture.canvas.RestoreState();
     }
 }
 
@@ -71,19 +92,6 @@ void DrawLayers(EhsiPicture& picture) {
 
 bool FromFlightManagement() {
     return ehsi.navSource == NavSource::FlightManagement;
-}
-
-void ClipToCompass(EhsiPicture& picture) {
-    const EhsiCompass& compass = picture.compass;
-    picture.canvas.BeginClip();
-    picture.canvas.ClipEllipse(compass.centre.x - compass.radius, compass.centre.y - compass.radius,
-                               2 * compass.radius, 2 * compass.radius);
-    picture.canvas.EndClip();
-    if (!picture.fullCompass) {
-        picture.canvas.BeginClip();
-        picture.canvas.ClipRectangle(0, 0, kEhsiDesignWidth, kArcBottom);
-        picture.canvas.EndClip();
-    }
 }
 
 bool InsideCompass(const EhsiPicture& picture, const TextBox& box) {

@@ -33,6 +33,7 @@ constexpr double kFullScalePx = 2 * kDotSpacingPx;
 constexpr double kFullScaleNeedle = 127;
 constexpr double kFullScaleCrossTrackNm = 5.0;
 constexpr double kPointerInnerPx = 50;  // pointers leave the middle free
+constexpr double kRosePointerPx = 22;   // a course pointer that only marks the rose
 
 // Degrees from the heading, -180 to 180.
 double RelativeToHeading(double directionMag) {
@@ -199,9 +200,10 @@ void DrawDeviation(Canvas& canvas, const CourseNeedle& needle) {
     }
 }
 
-void DrawCourseLine(Canvas& canvas, double tip, std::uint32_t argb) {
-    canvas.DrawLine({argb, 3.0}, 0, -kPointerInnerPx, 0, -tip + 10);
-    canvas.DrawLine({argb, 3.0}, 0, kPointerInnerPx, 0, tip);
+// The course pointer from `inner` to the rose, on both sides.
+void DrawCourseLine(Canvas& canvas, double inner, double tip, std::uint32_t argb) {
+    canvas.DrawLine({argb, 3.0}, 0, -inner, 0, -tip + 10);
+    canvas.DrawLine({argb, 3.0}, 0, inner, 0, tip);
     const std::array<CanvasPoint, 3> head{{{0, -tip}, {-6, -tip + 12}, {6, -tip + 12}}};
     canvas.FillPolygon(argb, head);
 }
@@ -245,13 +247,8 @@ void DrawHeadingBug(EhsiPicture& picture) {
         return;
     }
     const double r = compass.radius;
-    const std::array<CanvasPoint, 7> bug{{{-7, -r - 1},
-                                          {-7, -r + 6},
-                                          {-3, -r + 6},
-                                          {0, -r + 1},
-                                          {3, -r + 6},
-                                          {7, -r + 6},
-                                          {7, -r - 1}}};
+    const std::array<CanvasPoint, 7> bug{
+        {{-7, -r}, {-7, -r + 6}, {-3, -r + 6}, {0, -r + 1}, {3, -r + 6}, {7, -r + 6}, {7, -r}}};
     picture.surface.Turned(compass.centre.x, compass.centre.y, relative,
                            [&] { picture.canvas.FillPolygon(colour::Cyan, bug); });
 }
@@ -280,9 +277,12 @@ void DrawCoursePointer(EhsiPicture& picture) {
     }
     const double turn = RelativeToHeading(needle.courseMag);
     picture.surface.Turned(compass.centre.x, compass.centre.y, turn, [&] {
-        DrawCourseLine(picture.canvas, compass.radius - 2, needle.argb);
-        // on the map the drawn route itself shows the deviation
-        if (!(picture.mapMode && FromFlightManagement())) {
+        const double tip = compass.radius - 2;
+        if (picture.mapMode && FromFlightManagement()) {
+            // the drawn route shows course and deviation: the pointer keeps to the rose
+            DrawCourseLine(picture.canvas, tip - kRosePointerPx, tip, needle.argb);
+        } else {
+            DrawCourseLine(picture.canvas, kPointerInnerPx, tip, needle.argb);
             DrawDeviation(picture.canvas, needle);
         }
     });

@@ -47,9 +47,6 @@ struct EhsiPicture {
 
 bool FromFlightManagement();
 
-// Clips to the compass and, for the arc, what lies below it; undone by RestoreState.
-void ClipToCompass(EhsiPicture& picture);
-
 // Whether a text box stands wholly inside the compass.
 bool InsideCompass(const EhsiPicture& picture, const TextBox& box);
 

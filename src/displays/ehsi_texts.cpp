@@ -46,7 +46,7 @@ void DrawCourseBox(EhsiPicture& picture) {
     const FixedText text("%s %.*s", fms ? "DTK" : "CRS", static_cast<int>(digits.size()),
                          digits.data());
     const std::uint32_t argb = fms ? colour::Magenta : colour::Green;
-    const CanvasSize size = picture.canvas.MeasureText("DTK 888", kMain);
+    const CanvasSize size = picture.canvas.MeasureText("CRS 888", kMain);
     picture.canvas.DrawRectangle({argb, 1.0}, 1, 1, size.width + 4, 14);
     picture.surface.Text(text, kMain, argb, kLeft, 1.5);
 }
