@@ -43,19 +43,29 @@ bool IsListed(std::string_view name) {
     return (extension == ".PLN" || extension == ".RTE") && !EqualsIgnoreCase(name, "temp.rte");
 }
 
-// The text of a stored plan in this system's format. False when the file cannot be opened, and
-// for the simulator's own plans, which are not converted.
-bool ReadPlanText(std::string_view fileName, std::string& text) {
-    return IsPlainName(fileName) && !IsSimPlan(fileName) &&
-           ReadWholeFile(PlansFolder() + std::string(fileName), text);
+// Turns one of the simulator's own plans into this system's format. They are not read so far: the
+// pilot is told so.
+void ConvertSimPlan(std::string& text) {
+    text.clear();
+    AppendMessage("Unable to load FP");
+}
+
+// The text of a stored plan in this system's format; empty when there is none to be had.
+std::string ReadPlanText(std::string_view fileName) {
+    std::string text;
+    if (!IsPlainName(fileName)) {
+        return text;
+    }
+    if (IsSimPlan(fileName)) {
+        ConvertSimPlan(text);
+    } else {
+        ReadWholeFile(PlansFolder() + std::string(fileName), text);
+    }
+    return text;
 }
 
 void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
-    std::string text;
-    if (!ReadPlanText(fileName, text) && IsSimPlan(fileName)) {
-        AppendMessage("Unable to load FP");
-    }
-    ParsePlanText(text, plan, book, anyFuelKey);
+    ParsePlanText(ReadPlanText(fileName), plan, book, anyFuelKey);
 }
 
 void StartEmptyPlan() {
@@ -79,9 +89,9 @@ void ListStoredPlans() {
         if (!IsListed(name) || storedPlans.plans.size() >= kStoredPlanCapacity - 1) {
             continue;
         }
-        std::string text;
-        ReadPlanText(name, text);
-        ParsePlanText(text, previewPlan, nullptr, false);
+        // A plan of the simulator's is listed by its name alone: a list has no room for messages.
+        ParsePlanText(IsSimPlan(name) ? std::string() : ReadPlanText(name), previewPlan, nullptr,
+                      false);
         StoredPlan& plan = storedPlans.plans.emplace_back();
         plan.fileName = name;
         if (previewPlan.lastIndex >= 0) {

@@ -166,7 +166,7 @@ TEST_F(PlanEdit, PlaceholdersComeAndGoUnderTheirHolds) {
         const char* after;
     } cases[] = {
         {"KJFK THEN AAA THEN THEN >BBB@ KBOS THEN", "KJFK AAA >BBB@ KBOS"},
-        {"KJFK >THEN AAA KBOS", "KJFK >AAA KBOS"},
+        {"KJFK THEN AAA >THEN BBB KBOS", "KJFK AAA >BBB KBOS"},
         {"KJFK AAA KBOS >THEN", "KJFK AAA >KBOS"},
         {"THEN", ""},
     };

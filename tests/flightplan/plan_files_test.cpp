@@ -225,6 +225,16 @@ TEST_F(PlanFiles, PreviewTouchesNothingElse) {
     EXPECT_EQ(previewPlan.lastIndex, -1);
 }
 
+TEST_F(PlanFiles, SimulatorPlansAreRefusedInWords) {
+    Store("SIM.PLN", "[flightplan]\ndeparture_id=KJFK\n");
+    SetPlan(modifiedPlan, "KPIT KBUF");
+    LoadPlan("SIM.PLN");
+    EXPECT_EQ(modifiedPlan.lastIndex, -1);
+    EXPECT_EQ(messages.count, 1);
+    EXPECT_EQ(messages.lines[1], "Unable to load FP");
+    EXPECT_FALSE(ReadPlanToActive("sim.pln"));
+}
+
 TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
     Store("A.RTE", kBostonPlan);
     folder_.Write("avq/navdata/avq_apts.txt", kAirports);
