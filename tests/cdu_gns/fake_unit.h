@@ -33,7 +33,10 @@ class FakeUnit {
         };
         PlatformTable.services = &services;
     }
-    ~FakeUnit() { PlatformTable.services = nullptr; }
+    ~FakeUnit() {
+        StopDrawingLibrary(drawingLibrary_);
+        PlatformTable.services = nullptr;
+    }
     FakeUnit(const FakeUnit&) = delete;
     FakeUnit& operator=(const FakeUnit&) = delete;
 
@@ -117,6 +120,7 @@ class FakeUnit {
         return captured;
     }
 
+    std::uintptr_t drawingLibrary_ = StartDrawingLibrary();
     PixelDeviceContext context_;
     std::vector<std::uint32_t> pixels_;
     std::vector<DrawnText> screen_;

@@ -16,6 +16,11 @@
 #include "support/fake_simulator.h"
 #include "support/temp_sim_folder.h"
 
+// The font configuration library keeps what it has read until the process ends.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig";
+}
+
 namespace avq1::test {
 namespace {
 
