@@ -19,7 +19,7 @@ constexpr double kMissedCornerSides = 2.5;  // farther off than this many sides:
 constexpr double kReachedLegFraction = 0.25;
 constexpr double kRightAngle = 90;
 constexpr double kFullTurn = 360;
-constexpr double kNoHoldHeading = -999;  // differs from every heading sent
+constexpr double kNoHoldHeading = -999;
 
 enum HoldState : std::int32_t {
     kNormal = 0,
@@ -120,7 +120,9 @@ void AdvanceCorner() {
 void SendHoldHeading(double bearingTrue) {
     const double headingMag = TrueToMagnetic(bearingTrue, aircraft.magneticVariation);
     const std::int32_t whole = WholeHeading(headingMag);
-    if (HoldBeingFlown() && whole != WholeHeading(holdList.lastHoldHeading)) {
+    const bool sent = holdList.lastHoldHeading != kNoHoldHeading &&
+                      whole == WholeHeading(holdList.lastHoldHeading);
+    if (HoldBeingFlown() && !sent) {
         SendKeyEvent(KeyEvent::HeadingBugSet, whole);
         holdList.lastHoldHeading = headingMag;
     }

@@ -125,10 +125,13 @@ void RefreshField(const SnapshotRow& row) {
     variable.previousValue = previous;  // the smoothing's own, whatever the host writes
     // A reading that is not a number leaves the field as it was: one bad sample must not carry
     // into the smoothing or the position guidance flies by.
-    if (std::isfinite(variable.value)) {
-        aircraft.*row.field = row.convert(variable.value);
-    } else {
+    if (!std::isfinite(variable.value)) {
         variable.value = previous;
+        return;
+    }
+    const double converted = row.convert(variable.value);
+    if (std::isfinite(converted)) {
+        aircraft.*row.field = converted;
     }
 }
 

@@ -23,8 +23,9 @@ void SendKeyEvent(KeyEvent event, double value) {
 }
 
 std::int32_t WholeHeading(double headingMag) {
-    const std::int32_t whole = TruncateToInteger(headingMag);
-    return whole == 0 ? kFullTurn : whole;
+    // In 64 bits, so that folding cannot overflow whatever the heading was computed from.
+    const std::int64_t fromNorth = std::int64_t{TruncateToInteger(headingMag)} - 1;
+    return static_cast<std::int32_t>((fromNorth % kFullTurn + kFullTurn) % kFullTurn) + 1;
 }
 
 std::int32_t ToBcd(std::int32_t value) {

@@ -30,8 +30,8 @@ enum class KeyEvent : std::int32_t {
 void SendKeyEvent(KeyEvent event, std::int32_t parameter);
 void SendKeyEvent(KeyEvent event, double value);
 
-// A heading sent to the autopilot is 1 to 360: one that truncates to 0 is sent as 360. Returns
-// the whole degrees of `headingMag` as they are sent.
+// The whole degrees of `headingMag` as they are sent to the autopilot, 1 to 360: a heading that
+// truncates to 0 is sent as 360, one outside the circle is folded into it.
 std::int32_t WholeHeading(double headingMag);
 
 // Rewrites the decimal digits of a non-negative integer as hexadecimal digits: 11390 -> 0x11390.

@@ -138,6 +138,9 @@ TEST_F(SimlinkTest, NumbersBecomeParameters) {
     EXPECT_EQ(WholeHeading(0.6), 360);
     EXPECT_EQ(WholeHeading(360.4), 360);
     EXPECT_EQ(WholeHeading(123.7), 123);
+    EXPECT_EQ(WholeHeading(361), 1);
+    EXPECT_EQ(WholeHeading(-10), 350);
+    EXPECT_EQ(WholeHeading(-1e300), 232);
     EXPECT_EQ(TruncateToInteger(1e300), 2147483647);
     EXPECT_EQ(TruncateToInteger(-1e300), -2147483647 - 1);
     EXPECT_EQ(TruncateToInteger(kNan), 0);

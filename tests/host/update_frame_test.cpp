@@ -1,0 +1,528 @@
+// Flights through the per-frame update: a point mass follows the heading events and nothing else.
+#include "host/update_frame.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "displays/mfd.h"
+#include "flightlog/flight_log.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "guidance/guidance_state.h"
+#include "guidance/vnav.h"
+#include "settings/settings.h"
+#include "simlink/exported_variables.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::EventList;
+using test::FakeSimulator;
+using test::SetActivePlan;
+using test::StartAt;
+using test::TestAircraft;
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+constexpr double kStepSeconds = 0.25;
+
+class UpdateFrameTest : public ::testing::Test {
+  protected:
+    UpdateFrameTest() { ResetModuleState(); }
+    ~UpdateFrameTest() override { ImportTable.panel.services = nullptr; }
+
+    void Step() {
+        pilot.Fly(kStepSeconds);
+        UpdateFrame();
+    }
+    void FlySeconds(double seconds) {
+        for (double flown = 0; flown < seconds; flown += kStepSeconds) {
+            Step();
+        }
+    }
+    // Flies until entry `index` is active; false when it takes longer than two hours.
+    bool FlyUntilActive(std::int32_t index) {
+        for (double flown = 0; flown < 7200; flown += kStepSeconds) {
+            Step();
+            if (planBook.activeIndex == index) {
+                return true;
+            }
+        }
+        return false;
+    }
+    // One tick with the aircraft put somewhere.
+    void TickAt(double latitude, double longitude) {
+        pilot.latitude = latitude;
+        pilot.longitude = longitude;
+        pilot.Report();
+        simulator.NextTick();
+        UpdateFrame();
+    }
+
+    FakeSimulator& simulator = FakeSimulator::Install();
+    TestAircraft pilot;
+};
+
+TEST_F(UpdateFrameTest, CapturesTheLegFromEitherSide) {
+    for (const double offsetNm : {2.0, -2.0}) {
+        ResetModuleState();
+        simulator.events.clear();
+        pilot = TestAircraft{};
+        pilot.variation = 12;
+        pilot.longitude = 0.1;
+        pilot.latitude = -offsetNm / 60.0;
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
+        StartAt(pilot, 1);
+        guidance.trackLeg = 1;
+        Step();
+        EXPECT_EQ(guidance.crossTrackSide, offsetNm > 0 ? 1 : 2);
+        EXPECT_NEAR(guidance.crossTrackNm, 2.0, 0.02);
+        FlySeconds(300);
+        for (int i = 0; i < 1200; ++i) {
+            Step();
+            ASSERT_LT(guidance.crossTrackNm, 0.06) << offsetNm << " after " << i;
+        }
+        EXPECT_EQ(planBook.activeIndex, 1);
+        EXPECT_NEAR(guidance.desiredTrackMag, 78, 1e-6);
+    }
+}
+
+TEST_F(UpdateFrameTest, TurnsSixtyDegreesOntoTheNextLeg) {
+    LatLon end;
+    PointAtDistance(0, 0.5, 150, 60, end.latitude, end.longitude);
+    SetActivePlan(
+        {{"AAA", 0, 0}, {"BBB", 0, 0.5}, {"CCC", end.latitude, end.longitude}, {"DDD", -2, 2}});
+    StartAt(pilot, 1);
+    guidance.trackLeg = 1;
+    ASSERT_TRUE(FlyUntilActive(2));
+    EXPECT_NEAR(GreatCircleDistanceNm(pilot.latitude, pilot.longitude, 0, 0.5), 3.0, 0.045);
+    double worstNm = 0;
+    for (int i = 0; i < 480; ++i) {
+        Step();
+        worstNm = std::max(worstNm, guidance.crossTrackNm);
+    }
+    EXPECT_LT(worstNm, 3.0);
+    EXPECT_LT(guidance.crossTrackNm, 0.2);
+    EXPECT_NEAR(pilot.headingTrue, 150, 4);
+    EXPECT_EQ(guidance.passedIdent, "BBB");
+}
+
+TEST_F(UpdateFrameTest, AFlightFliesToItsEndAndTheSameTwice) {
+    EventList firstFlight;
+    for (int flight = 0; flight < 2; ++flight) {
+        ResetModuleState();
+        FakeSimulator::Install();
+        pilot = TestAircraft{};
+        pilot.variation = -7;
+        SetActivePlan({{"AAA", 0, 0, "APT"},
+                       {"BBB", 0.2, 0.5, "VOR", "SID", "113.90"},
+                       {"CCC", -0.1, 1, "INT", "", "", 1},
+                       {"DDD", 0, 1.5, "INT", "STAR"},
+                       {"EEE", 0.1, 2, "APT"}});
+        settings.SetWptBaro = 1;
+        settings.LnavSetEnRouteFreqs = 1;
+        StartAt(pilot, 1);
+        FlySeconds(1800);
+        EXPECT_EQ(planBook.activeIndex, 4);
+        EXPECT_EQ(guidance.lnavEngaged, 0);
+        EXPECT_EQ(simulator.CountEvents(test::kAltimeterEvent), 4);  // three passages, destination
+        EXPECT_EQ(guidance.passedIdent, "DDD");
+        EXPECT_EQ(activePlan.entries[4].ataText, "00:00");
+        if (flight == 0) {
+            firstFlight = simulator.events;
+        } else {
+            EXPECT_EQ(simulator.events, firstFlight);
+        }
+    }
+}
+
+TEST_F(UpdateFrameTest, TenGaugesInATickMakeOnePass) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 1.04}, {"DDD", 0, 1.08}});
+    pilot.longitude = 0.96;
+    StartAt(pilot, 1);
+    simulator.NextTick();
+    simulator.events.clear();
+    for (int gauge = 0; gauge < 10; ++gauge) {
+        UpdateFrame();
+    }
+    EXPECT_EQ(planBook.activeIndex, 2);
+    EXPECT_EQ(simulator.CountEvents(test::kHeadingBugEvent), 1);
+    EXPECT_EQ(guidance.framesSinceStart, 1);
+}
+
+TEST_F(UpdateFrameTest, WaypointsArePassedAtTheirChangeDistance) {
+    struct Row {
+        const char* procedure;
+        int flyover;
+        double keepsAtNm;
+        double passesAtNm;
+    };
+    const Row rows[] = {{"", 0, 3.01, 2.99},     {"STAR", 0, 2.51, 2.49},
+                        {"SID", 0, 2.51, 2.49},  {"SIDSTAR", 0, 2.51, 2.49},
+                        {"APCH", 0, 2.51, 2.49}, {"APPR", 0, 3.01, 2.99},
+                        {"APCH", 1, 1.51, 1.49}, {"", 1, 1.51, 1.49}};
+    for (const Row& row : rows) {
+        ResetModuleState();
+        SetActivePlan({{"AAA", 0, 0},
+                       {"BBB", 0, 1},
+                       {"CCC", 0, 2, "INT", row.procedure, "", row.flyover},
+                       {"DDD", 0, 3}});
+        pilot.longitude = 0.96;
+        pilot.latitude = 0;
+        StartAt(pilot, 1);
+        TickAt(0, 0.96);  // 2.4 nm before BBB
+        ASSERT_EQ(planBook.activeIndex, 2) << row.procedure;
+        // A distance refreshed in one frame is acted on in the next.
+        TickAt(0, 2 - row.keepsAtNm / 60);
+        TickAt(0, 2 - row.keepsAtNm / 60);
+        EXPECT_EQ(planBook.activeIndex, 2) << row.procedure << row.flyover;
+        TickAt(0, 2 - row.passesAtNm / 60);
+        TickAt(0, 2 - row.passesAtNm / 60);
+        EXPECT_EQ(planBook.activeIndex, 3) << row.procedure << row.flyover;
+    }
+}
+
+TEST_F(UpdateFrameTest, TheFirstEntryIsPassedAtItsOwnDistance) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "INT", "SID"}, {"CCC", 0, 2}});
+    pilot.longitude = 1 - 2.6 / 60;
+    StartAt(pilot, 1);
+    TickAt(0, 1 - 2.6 / 60);
+    EXPECT_EQ(planBook.activeIndex, 1);
+    TickAt(0, 1 - 2.4 / 60);
+    TickAt(0, 1 - 2.4 / 60);
+    EXPECT_EQ(planBook.activeIndex, 2);
+}
+
+TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
+    struct Row {
+        double distanceNm;
+        double headingHold;
+        int lastIndex;
+        bool holdAtFix;
+        bool passed;
+    };
+    const Row rows[] = {
+        {8, 1, 3, false, true},  {11, 1, 3, false, false},
+        {8, 0, 3, false, false}, {8, 1, 2, false, false},  // the last but one must be reached
+        {8, 1, 3, true, false},  {8, 0.6, 3, false, true},
+    };
+    for (const Row& row : rows) {
+        ResetModuleState();
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}, {"DDD", 0, 3}});
+        activePlan.lastIndex = row.lastIndex;
+        pilot.longitude = 1 + row.distanceNm / 60 * std::sin(5 * kDegToRad);
+        pilot.latitude = row.distanceNm / 60 * std::cos(5 * kDegToRad);
+        StartAt(pilot, 1);
+        if (row.holdAtFix) {
+            holdList.count = 1;
+            holdList.holds[1].fixIndex = 1;
+        }
+        simulator.variables[106] = row.headingHold;
+        simulator.NextTick();
+        UpdateFrame();
+        EXPECT_EQ(planBook.activeIndex, row.passed ? 2 : 1)
+            << row.distanceNm << ' ' << row.headingHold << ' ' << row.lastIndex;
+    }
+}
+
+TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
+    pilot.latitude = 9.0 / 60;
+    pilot.longitude = 1;
+    StartAt(pilot, 1);
+    guidance.trackLeg = 1;
+    TickAt(9.0 / 60, 1);
+    EXPECT_EQ(guidance.trackLeg, 1);
+    EXPECT_NE(guidance.headingCommandMag, guidance.bearingToWaypointMag);
+    TickAt(10.5 / 60, 1);
+    EXPECT_EQ(guidance.trackLeg, 0);
+    EXPECT_EQ(guidance.headingCommandMag, guidance.bearingToWaypointMag);
+    TickAt(1.0 / 60, 1);
+    EXPECT_EQ(guidance.trackLeg, 0);
+    EXPECT_EQ(guidance.headingCommandMag, guidance.bearingToWaypointMag);
+    TickAt(0, 1.97);
+    TickAt(0, 1.97);
+    EXPECT_EQ(planBook.activeIndex, 2);
+    EXPECT_EQ(guidance.trackLeg, 1);
+}
+
+TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
+    StartAt(pilot, 1);
+    simulator.variables[82] = -33.7;  // course 90 true is 123.7 magnetic
+    simulator.NextTick();
+    UpdateFrame();
+    simulator.variables[82] = -33.2;
+    simulator.NextTick();
+    UpdateFrame();
+    EXPECT_THAT(simulator.events, ElementsAre(Pair(66042, 123U)));
+    simulator.variables[106] = 0;  // hold off, and on again: sent at once
+    simulator.NextTick();
+    UpdateFrame();
+    EXPECT_EQ(simulator.events.size(), 1U);
+    simulator.variables[106] = 1;
+    simulator.NextTick();
+    UpdateFrame();
+    EXPECT_THAT(simulator.events, ElementsAre(Pair(66042, 123U), Pair(66042, 123U)));
+    simulator.variables[82] = 89.3;  // 0.7 degrees magnetic
+    simulator.NextTick();
+    UpdateFrame();
+    EXPECT_EQ(simulator.events.back(), std::pair(66042, 360U));
+}
+
+TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
+    pilot.headingTrue = 100;  // the waypoint lies left: heading is clockwise of the bearing
+    StartAt(pilot, 1);
+    guidance.pendingTurnSide = 2;
+    guidance.directToTurn = "RIGHT";
+    TickAt(0, 0);
+    EXPECT_EQ(simulator.CountEvents(66042), 0);
+    EXPECT_EQ(guidance.pendingTurnSide, 2);
+    pilot.headingTrue = 280;
+    TickAt(0, 0);
+    EXPECT_EQ(guidance.pendingTurnSide, 0);
+    EXPECT_EQ(guidance.directToTurn, "DEFAULT");
+    TickAt(0, 0);
+    EXPECT_EQ(simulator.CountEvents(66042), 1);
+}
+
+TEST_F(UpdateFrameTest, TheLastEntryEndsTheFlight) {
+    struct Row {
+        int lnavOff;
+        int vnavOff;
+        int topOfClimbReached;
+        std::uint32_t lnavOnFinalLeg;
+        std::uint32_t vnavOnFinalLeg;
+    };
+    const Row rows[] = {{0, 0, 1, 1, 1}, {1, 0, 1, 0, 1}, {0, 1, 1, 1, 0}, {0, 1, 0, 1, 1}};
+    for (const Row& row : rows) {
+        ResetModuleState();
+        settings.LnavOffAtLastWpt = row.lnavOff;
+        settings.VnavOffAtLastWpt = row.vnavOff;
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+        pilot.longitude = 0.97;
+        StartAt(pilot, 1);
+        guidance.vnavEngaged = 1;
+        vnav.topOfClimbReached = row.topOfClimbReached;
+        TickAt(0, 0.97);
+        ASSERT_EQ(planBook.activeIndex, 2);
+        EXPECT_EQ(exported.lnavEngaged, row.lnavOnFinalLeg);
+        EXPECT_EQ(exported.vnavEngaged, row.vnavOnFinalLeg);
+        TickAt(0, 1.97);
+        TickAt(0, 1.97);
+        EXPECT_EQ(exported.lnavEngaged, 0U);
+        EXPECT_EQ(planBook.activeIndex, 2);
+    }
+}
+
+TEST_F(UpdateFrameTest, ArrivalTimesAreStampedOnceAndOnlyInFlight) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+    simulator.variables[3] = 9;
+    simulator.variables[4] = 5;
+    simulator.variables[6] = 7;
+    simulator.variables[7] = 35;
+    simulator.variables[74] = 12000;
+    pilot.longitude = 0.97;
+    pilot.speedKt = 64;
+    StartAt(pilot, 1);
+    DisengageLnav();
+    TickAt(0, 0.97);
+    EXPECT_EQ(activePlan.entries[1].ataText, "");
+    pilot.speedKt = 66;
+    TickAt(0, 0.97);
+    EXPECT_EQ(activePlan.entries[1].ataText, "09:05");
+    simulator.variables[4] = 6;
+    EngageLnav();
+    TickAt(0, 0.97);
+    EXPECT_EQ(activePlan.entries[1].ataText, "09:05");
+    EXPECT_EQ(guidance.passedIdent, "BBB");
+    EXPECT_EQ(guidance.passedTimeZulu, " 735Z");
+    EXPECT_EQ(guidance.passedAltitude, 12000);
+}
+
+TEST_F(UpdateFrameTest, AGapInTheRouteEndsLnavWithAMessage) {
+    SetActivePlan(
+        {{"AAA", 0, 0}, {"BBB", 0, 1}, {"DISCO", 0, 0, ""}, {"CCC", 0, 2}, {"DDD", 0, 3}});
+    pilot.longitude = 0.97;
+    StartAt(pilot, 1);
+    TickAt(0, 0.97);
+    EXPECT_EQ(planBook.activeIndex, 2);
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(messages.count, 1);
+    EXPECT_FALSE(EngageLnav());
+    const EventList before = simulator.events;
+    TickAt(0, 0.98);
+    EXPECT_EQ(simulator.events, before);
+    EXPECT_EQ(guidance.crossTrackNm, kNoCrossTrack);
+    EXPECT_EQ(activePlan.entries[2].ataText, "");
+    EXPECT_NEAR(progress.routeDistanceToDestination, (3 - 0.98) * 60, 0.01);
+
+    SetActiveWaypoint(3);  // the pilot flies on beyond the gap
+    EXPECT_TRUE(EngageLnav());
+    TickAt(0, 0.98);
+    EXPECT_NEAR(guidance.legLengthNm, guidance.distanceToGoNm, 1e-9);
+    EXPECT_NEAR(guidance.headingCommandMag, 90, 0.1);
+}
+
+TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
+    TickAt(0, 0);
+    EXPECT_STREQ(exported.activeIdent.data(), "");
+    EXPECT_EQ(exported.activeIndex, 0U);
+    EXPECT_EQ(exported.crossTrackNm, -99.0);
+    EXPECT_EQ(exported.lastIndex, 0U);
+    EXPECT_EQ(exported.active, 1U);
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+    StartAt(pilot, 1);
+    TickAt(0, 0.5);
+    TickAt(0, 0.5);
+    EXPECT_STREQ(exported.activeIdent.data(), "BBB");
+    EXPECT_EQ(exported.activeIndex, 1U);
+    EXPECT_EQ(exported.lastIndex, 2U);
+    EXPECT_NEAR(exported.distanceToGoNm, 30, 1e-6);
+    EXPECT_NEAR(exported.bearingToWaypointMag, 90, 1e-6);
+    EXPECT_EQ(exported.lnavEngaged, 1U);
+    SetActiveWaypoint(kNoWaypoint);
+    TickAt(0, 0.5);
+    EXPECT_STREQ(exported.activeIdent.data(), "");
+    EXPECT_EQ(exported.activeIndex, 0U);
+    EXPECT_EQ(exported.lnavEngaged, 0U);
+    EXPECT_EQ(exported.crossTrackNm, -99.0);
+}
+
+TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {
+    settings.SetWptBaro = 1;
+    settings.SetDestLoadTowerViewDist = 1;
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+    pilot.longitude = 1.2;
+    StartAt(pilot, 2);
+    TickAt(0, 2 - 25.1 / 60);
+    EXPECT_EQ(simulator.CountEvents(65584), 0);
+    TickAt(0, 2 - 24.9 / 60);
+    TickAt(0, 2 - 24.8 / 60);
+    EXPECT_EQ(simulator.CountEvents(65584), 1);
+    EXPECT_EQ(requests.towerView, 1);
+}
+
+TEST_F(UpdateFrameTest, SecondsAreCountedWhileTheLogIsOpen) {
+    for (const std::int32_t second : {1, 1, 2, 59, 0}) {
+        flightLog.phase = 3;
+        simulator.variables[5] = second;
+        simulator.NextTick();
+        UpdateFrame();
+    }
+    EXPECT_EQ(guidance.elapsedSeconds, 4);
+    flightLog.phase = kFlightLogDone;
+    simulator.variables[5] = 10;
+    simulator.NextTick();
+    UpdateFrame();
+    EXPECT_EQ(guidance.elapsedSeconds, 4);
+    EXPECT_TRUE(flightLog.secondChanged);
+}
+
+TEST_F(UpdateFrameTest, TheBlinkCycleRestsSixFramesAndWraps) {
+    std::vector<std::int32_t> counts;
+    for (int frame = 1; frame <= 8; ++frame) {
+        TickAt(0, 0);
+        counts.push_back(guidance.blinkCounter);
+    }
+    EXPECT_THAT(counts, ElementsAre(0, 0, 0, 0, 0, 0, 1, 2));
+    guidance.blinkCounter = 90;
+    TickAt(0, 0);
+    EXPECT_EQ(guidance.blinkCounter, 91);
+    TickAt(0, 0);
+    EXPECT_EQ(guidance.blinkCounter, 0);
+    guidance.blinkCounter = kRestartBlink;
+    TickAt(0, 0);
+    EXPECT_EQ(guidance.blinkCounter, 0);
+    for (int frame = 0; frame < 10; ++frame) {
+        TickAt(0, 0);
+    }
+    EXPECT_EQ(guidance.framesSinceStart, 10);
+}
+
+TEST_F(UpdateFrameTest, TheMfdPanelIsMissedAfterElevenStillFrames) {
+    mfd.mfdPanelPresent = 1;
+    for (int frame = 0; frame < 30; ++frame) {
+        mfd.panelFrameCounter = frame;
+        TickAt(0, 0);
+    }
+    EXPECT_EQ(mfd.mfdPanelPresent, 1);
+    for (int frame = 0; frame < 10; ++frame) {
+        TickAt(0, 0);
+    }
+    EXPECT_EQ(mfd.mfdPanelPresent, 1);
+    TickAt(0, 0);
+    EXPECT_EQ(mfd.mfdPanelPresent, 0);
+    EXPECT_EQ(guidance.blinkCounter, 0);
+}
+
+TEST_F(UpdateFrameTest, TheAutopilotGoingOffReleasesTheAirspeedHold) {
+    struct Row {
+        int setting;
+        double speedHold;
+        int events;
+    };
+    for (const Row& row : {Row{1, 1, 1}, Row{0, 1, 0}, Row{1, 0, 0}}) {
+        ResetModuleState();
+        simulator.events.clear();
+        settings.SetSpdOffwhenAPMasterSetOff = row.setting;
+        simulator.variables[115] = row.speedHold;
+        for (const double autopilot : {0.0, 1.0, 0.0, 0.0}) {
+            simulator.variables[103] = autopilot;
+            TickAt(0, 0);
+        }
+        EXPECT_EQ(simulator.CountEvents(65859), row.events) << row.setting << row.speedHold;
+    }
+}
+
+TEST_F(UpdateFrameTest, QueuedRequestsAreServedOnce) {
+    requests.radioTuneMode = 1;
+    requests.radioEntry = "270 385";
+    requests.fullRedraw = 1;
+    requests.unitRedraw = 0;
+    TickAt(0, 0);
+    EXPECT_EQ(simulator.CountEvents(test::kCourseEvent), 1);
+    EXPECT_EQ(requests.unitRedraw, 1);
+    TickAt(0, 0);
+    EXPECT_EQ(simulator.CountEvents(test::kCourseEvent), 1);
+    EXPECT_EQ(requests.fullRedraw, 0);
+}
+
+TEST_F(UpdateFrameTest, NothingTheSimulatorSaysBreaksTheUpdate) {
+    const double bad[] = {std::numeric_limits<double>::quiet_NaN(),
+                          std::numeric_limits<double>::infinity(),
+                          -std::numeric_limits<double>::infinity(),
+                          1e300,
+                          -1e300,
+                          0};
+    settings.LnavSetEnRouteFreqs = 1;
+    for (const double value : bad) {
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}, {"CCC", 0, 2, "APT"}});
+        pilot = TestAircraft{};
+        StartAt(pilot, 1);
+        for (int variable = 2; variable < 860; ++variable) {
+            simulator.variables[variable] = value;
+        }
+        simulator.variables[106] = 1;
+        for (int frame = 0; frame < 5; ++frame) {
+            simulator.NextTick();
+            UpdateFrame();
+        }
+        for (const auto& [event, parameter] : simulator.events) {
+            if (event == test::kHeadingBugEvent) {
+                EXPECT_GE(parameter, 1U) << value;
+                EXPECT_LE(parameter, 360U) << value;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,103 @@
+// tests/support/test_flight.h - a point mass that flies the heading bug, and plans on the equator
+// where a degree is 60 nm.
+#pragma once
+
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
+#include "guidance/lnav.h"
+#include "simlink/aircraft_state.h"
+#include "support/fake_simulator.h"
+
+namespace avq1::test {
+
+inline constexpr std::int32_t kHeadingBugEvent = 66042;
+inline constexpr std::int32_t kAltimeterEvent = 65584;
+inline constexpr std::int32_t kCourseEvent = 65716;
+inline constexpr std::int32_t kNavFrequencyEvent = 65708;
+inline constexpr std::int32_t kAdfFrequencyEvent = 65714;
+
+using EventList = std::vector<std::pair<std::int32_t, std::uint32_t>>;
+
+struct PlanEntry {
+    const char* ident;
+    double latitude;
+    double longitude;
+    const char* type = "INT";
+    const char* procedure = "";
+    const char* frequency = "";
+    int flyover = 0;
+};
+
+inline void SetActivePlan(std::initializer_list<PlanEntry> entries) {
+    activePlan.lastIndex = -1;
+    for (const PlanEntry& row : entries) {
+        PlanWaypoint& entry = activePlan.entries[++activePlan.lastIndex];
+        entry = {};
+        entry.ident = row.ident;
+        entry.latitude = row.latitude;
+        entry.longitude = row.longitude;
+        entry.type = row.type;
+        entry.procedure = row.procedure;
+        entry.frequency = row.frequency;
+        entry.flyover = row.flyover;
+    }
+}
+
+struct TestAircraft {
+    double latitude = 0;
+    double longitude = 0;
+    double headingTrue = 90;
+    double speedKt = 300;
+    double variation = 0;
+    double turnRateDegPerSecond = 1.5;
+    double elapsedSeconds = 0;
+
+    // Tells the simulator where the aircraft is, with the heading hold engaged.
+    void Report() const {
+        FakeSimulator& simulator = FakeSimulator::Get();
+        simulator.SetPosition(latitude, longitude);
+        simulator.SetGroundSpeedKt(speedKt);
+        simulator.variables[86] = headingTrue;
+        simulator.variables[81] = PositiveModulo(headingTrue - variation, 360.0);
+        simulator.variables[82] = variation;
+        simulator.variables[106] = 1;
+        simulator.variables[5] = static_cast<int>(elapsedSeconds) % 60;
+        simulator.variables[336] = 1;
+    }
+
+    // Turns toward the heading bug, moves on for `seconds` and reports under a new tick.
+    void Fly(double seconds) {
+        const double turn = PositiveModulo(BugTrue() - headingTrue + 180.0, 360.0) - 180.0;
+        const double most = turnRateDegPerSecond * seconds;
+        headingTrue = PositiveModulo(headingTrue + std::clamp(turn, -most, most), 360.0);
+        PointAtDistance(latitude, longitude, headingTrue, speedKt * seconds / 3600.0, latitude,
+                        longitude);
+        elapsedSeconds += seconds;
+        Report();
+        FakeSimulator::Get().NextTick();
+    }
+
+    double BugTrue() const {
+        const EventList& events = FakeSimulator::Get().events;
+        const auto bug = std::find_if(events.rbegin(), events.rend(), [](const auto& event) {
+            return event.first == kHeadingBugEvent;
+        });
+        return bug == events.rend() ? headingTrue : bug->second + variation;
+    }
+};
+
+// The aircraft at a position, known to the guidance, with entry `index` active and LNAV engaged.
+inline void StartAt(const TestAircraft& testAircraft, std::int32_t index) {
+    testAircraft.Report();
+    RefreshAircraftState();
+    SetActiveWaypoint(index);
+    EngageLnav();
+}
+
+}  // namespace avq1::test
