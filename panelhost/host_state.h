@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -65,6 +66,7 @@ struct HostState {
     std::vector<RegisteredVariable> variables;
     std::deque<KeyEventRecord> events;
     std::uint64_t eventSerial = 0;
+    std::map<std::int32_t, std::uint64_t> moduleEventCounts;
     Keyboard keyboard;
     HeldMouse mouse;
     double tickRemainderS = 0;

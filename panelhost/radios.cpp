@@ -214,10 +214,12 @@ void ParseLocalizers(std::string_view text, Ground& ground, std::vector<std::str
             continue;
         }
         const double courseTrue = Normalise360(*course);
+        const std::optional<GeoPoint> antenna =
+            words.size() >= 11 ? Position(words[9], words[10]) : std::nullopt;
         ground.localizers[frequency].push_back(
             {std::string(words[0]), *position,
-             Destination(*position, courseTrue, kAntennaBehindThresholdNm), courseTrue, *glide,
-             *elevation});
+             antenna.value_or(Destination(*position, courseTrue, kAntennaBehindThresholdNm)),
+             courseTrue, *glide, *elevation});
     }
 }
 

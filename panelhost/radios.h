@@ -3,7 +3,8 @@
 // Stations come from the simulator folder: avq/navdata/avq_navs.txt (ident name lat lon VOR|other
 // frequency), avq/navdata/avq_apts.txt (ident name elevation lat lon ...) for the ground's height,
 // and this host's own avq/navdata/ils.txt: "ident frequency lat lon course_true glide_deg
-// elevation_ft airport runway", position of the runway's threshold, glide 0 for none; ";" comments.
+// elevation_ft airport runway [antenna_lat antenna_lon]", position of the runway's threshold, glide
+// 0 for none, the antenna taken 1.65 nm along the course when not given; ";" comments.
 // A missing file leaves its list empty. VORs all carry a DME. Frequencies are whole numbers:
 // hundredths of a MHz, or kHz below 2000.
 #pragma once

@@ -265,6 +265,7 @@ void ApplyKeyEvent(HostState& host, std::int32_t number, std::uint32_t value, bo
     if (row != nullptr) {
         row->apply(host.world, value);
     }
+    host.moduleEventCounts[number] += fromModule ? 1 : 0;
     KeyEventRecord record;
     record.serial = ++host.eventSerial;
     record.timeS = host.world.clock.flightTimeS;

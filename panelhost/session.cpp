@@ -84,10 +84,11 @@ SessionOptions Resolved(const SessionOptions& given) {
         options.modulePath = Absolute(given.modulePath);
     }
     if (given.panelPath.empty()) {
-        options.panelPath = FindFileNoCase(options.simFolder, "panel.cfg");
-        if (options.panelPath.empty()) {
-            options.panelPath = options.simFolder + "/panel.cfg";
-        }
+        const std::string own = FindFileNoCase(options.simFolder, "panel.cfg");
+        const std::string inFolder = FindFileNoCase(options.simFolder, "panel/panel.cfg");
+        options.panelPath = !own.empty()        ? own
+                            : !inFolder.empty() ? inFolder
+                                                : options.simFolder + "/panel.cfg";
     } else {
         options.panelPath = Absolute(given.panelPath);
     }
@@ -110,7 +111,7 @@ double VariationAt(const World&, const GeoPoint& at) {
     if (host != nullptr && host->options.magneticVariationDeg) {
         return *host->options.magneticVariationDeg;
     }
-    return DipoleVariation(at);
+    return WorldVariation(at);
 }
 
 void RefreshSurroundings(HostState& host) {
@@ -531,6 +532,20 @@ std::vector<DrawnText> Session::Texts(int index) const {
     return texts;
 }
 
+std::vector<GaugeBox> Session::Gauges(int index) const {
+    const HostWindow* const window = WindowAt(state_->host, index);
+    std::vector<GaugeBox> boxes;
+    for (const Placement* placement :
+         window != nullptr ? window->placements : std::vector<Placement*>{}) {
+        const int scale = window->picture.scale;
+        boxes.push_back({1.0 * placement->x * scale, 1.0 * placement->y * scale,
+                         1.0 * placement->width * scale, 1.0 * placement->height * scale,
+                         placement->bitmapWidth, placement->bitmapHeight, placement->name,
+                         placement->index});
+    }
+    return boxes;
+}
+
 bool Session::MouseDown(int window, double x, double y, MouseButton button) {
     MouseUp();
     return PressAt(state_->host, window, x, y, PressFlag(button));
@@ -583,6 +598,11 @@ void Session::SendKeyEvent(std::int32_t number, std::uint32_t value) {
     if (state_->host.open) {
         ApplyKeyEvent(state_->host, number, value, false);
     }
+}
+
+std::uint64_t Session::ModuleEventCount(std::int32_t number) const {
+    const auto found = state_->host.moduleEventCounts.find(number);
+    return found == state_->host.moduleEventCounts.end() ? 0 : found->second;
 }
 
 void Session::SetPaused(bool paused) {

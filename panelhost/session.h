@@ -35,7 +35,7 @@ struct StartState {
 struct SessionOptions {
     std::string simFolder = ".";  // the process changes to it before the module is loaded
     std::string modulePath;       // empty: gauges/avq1.gau of the simulator folder
-    std::string panelPath;        // empty: panel.cfg of the simulator folder
+    std::string panelPath;        // empty: panel.cfg or panel/panel.cfg of the simulator folder
     int surfaceScale = 1;         // 1 to 3: pixels of a composed picture per design pixel
     std::uint32_t seed = 1;       // of the turbulence
     StartState start;
@@ -78,6 +78,18 @@ struct ClickArea {
     std::string label;  // empty when the module names no key here
     std::string gauge;  // the gauge's name
     int placement = 0;  // which placed gauge, counted over the whole panel
+};
+
+// A placed gauge: its box in window pixels, and its own size in the pixels of its background.
+struct GaugeBox {
+    double x = 0;
+    double y = 0;
+    double width = 0;
+    double height = 0;
+    int ownWidth = 0;
+    int ownHeight = 0;
+    std::string gauge;
+    int placement = 0;
 };
 
 struct DrawnText {
@@ -200,6 +212,7 @@ class Session {
     WindowPicture Picture(int window);  // composes what changed since the last call
     std::vector<ClickArea> ClickAreas(int window) const;
     std::vector<DrawnText> Texts(int window) const;
+    std::vector<GaugeBox> Gauges(int window) const;
 
     // Mouse, in window pixels. A press holds the pointer until MouseUp; the module's repeating
     // areas fire while it is held. True when a rectangle of a gauge took it.
@@ -217,6 +230,7 @@ class Session {
     void ReleaseAllKeys();
 
     void SendKeyEvent(std::int32_t number, std::uint32_t value);
+    std::uint64_t ModuleEventCount(std::int32_t number) const;  // sent by the module so far
     void SetPaused(bool paused);
     void SetSimulationRate(double rate);  // 0.25 to 64
     void SetPosition(double latitude, double longitude);

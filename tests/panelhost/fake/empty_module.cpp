@@ -1,0 +1,2 @@
+// A shared object that is no gauge module.
+extern "C" __attribute__((visibility("default"))) int SomethingElse = 1;

@@ -1,0 +1,230 @@
+// A gauge module in one file: writes every event and click down, draws its draw count as a grey
+// level and as a text, and carries the bitmaps a real module would.
+#include "tests/panelhost/fake/probe_module.h"
+
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/panel_interface.h"
+
+#ifndef PROBE_LINKAGE_VERSION
+#define PROBE_LINKAGE_VERSION 0x800
+#endif
+#define PROBE_EXPORT __attribute__((visibility("default"), used))
+
+using avq1::ElementHeader;
+using avq1::GaugeHeader;
+using avq1::MouseRectangle;
+using avq1::MouseRectangleType;
+using avq1::StaticImageElement;
+
+extern "C" {
+PROBE_EXPORT avq1::ImportTableRecord ImportTable;
+PROBE_EXPORT avq1::PlatformTableRecord PlatformTable;
+PROBE_EXPORT ProbeLog probeLog;
+}
+
+namespace {
+
+// ---- resources: the section a host reads from the file ----
+struct __attribute__((packed)) BmpHeader {
+    char magic[2] = {'B', 'M'};
+    std::uint32_t fileSize = 0;
+    std::uint32_t reserved = 0;
+    std::uint32_t dataAt = 54;
+    std::uint32_t headerSize = 40;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::uint16_t planes = 1;
+    std::uint16_t bits = 24;
+    std::uint32_t rest[6] = {};
+};
+
+template <int width, int height>
+struct __attribute__((packed)) Bmp {
+    BmpHeader header;
+    std::uint8_t rows[height][(width * 3 + 3) / 4 * 4] = {};
+};
+
+struct __attribute__((packed)) Row {
+    std::uint32_t number, kind, offset, size;
+};
+
+struct __attribute__((packed)) Resources {
+    char magic[4] = {'A', 'V', 'Q', 'R'};
+    std::uint32_t version = 1;
+    std::uint32_t count = 4;
+    Row rows[4] = {};
+    Bmp<kProbeWidth, kProbeHeight> panel;
+    Bmp<kProbeSurfaceWidth, kProbeSurfaceHeight> surface;
+    Bmp<4, 4> icon;
+    char names[28] = "2 3 6 6 LINE KEY 1\n20 22 9";
+};
+
+template <int width, int height>
+constexpr Bmp<width, height> MakeBmp(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+    Bmp<width, height> bmp;
+    bmp.header.width = width;
+    bmp.header.height = height;
+    for (auto& row : bmp.rows) {
+        for (int x = 0; x < width; ++x) {
+            row[3 * x] = blue;
+            row[3 * x + 1] = green;
+            row[3 * x + 2] = red;
+        }
+    }
+    return bmp;
+}
+
+constexpr Resources MakeResources() {
+    Resources all;
+    all.panel = MakeBmp<kProbeWidth, kProbeHeight>(10, 20, 200);
+    all.surface = MakeBmp<kProbeSurfaceWidth, kProbeSurfaceHeight>(0, 0, 0);
+    all.icon = MakeBmp<4, 4>(0, 255, 0);
+    // The icon's top row in the file's bottom-up order is its last one: black, so see-through.
+    for (std::uint8_t& byte : all.icon.rows[3]) {
+        byte = 0;
+    }
+    all.rows[0] = {0x100, 2, offsetof(Resources, panel), sizeof all.panel};
+    all.rows[1] = {0x101, 2, offsetof(Resources, surface), sizeof all.surface};
+    all.rows[2] = {0x102, 2, offsetof(Resources, icon), sizeof all.icon};
+    all.rows[3] = {0x100, 256, offsetof(Resources, names), 18};
+    return all;
+}
+
+__attribute__((section(".avq_res"), used)) const Resources kResources = MakeResources();
+
+// ---- gauges ----
+void Write(const ProbeRecord& record) {
+    if (probeLog.count < static_cast<int>(std::size(probeLog.records))) {
+        probeLog.records[probeLog.count++] = record;
+    }
+}
+
+const avq1::PanelServices* Panel() {
+    return ImportTable.panel.services;
+}
+
+void DrawSurface(GaugeHeader* gauge) {
+    ElementHeader* const surface = gauge->elements[0]->children[0];
+    auto* const image = reinterpret_cast<StaticImageElement*>(surface);
+    auto* const context = static_cast<avq1::PixelDeviceContext*>(image->deviceContext);
+    if (context == nullptr) {
+        return;
+    }
+    gauge->userArea[0] += 1;
+    const auto level = static_cast<std::uint32_t>(gauge->userArea[0]) & 0xFFU;
+    for (int i = 0; i < context->width * context->height; ++i) {
+        context->pixels[i] = 0xFF000000U | level << 16U | level << 8U | level;
+    }
+    char text[32];
+    std::snprintf(text, sizeof text, "drawn %d", static_cast<int>(gauge->userArea[0]));
+    if (PlatformTable.services != nullptr) {
+        PlatformTable.services->text_drawn(context, text, 2, 1, 8, 0xFFFFFFFF);
+    }
+    surface->imageFlags &= ~avq1::image_flag::kOnScreen;
+}
+
+void OnEvent(GaugeHeader* gauge, std::int32_t event, std::uintptr_t extra) {
+    Write({ProbeRecord::Event, gauge, event, extra, 0, 0, 0});
+    if (event == static_cast<std::int32_t>(avq1::PanelEvent::Draw)) {
+        DrawSurface(gauge);
+    }
+}
+
+std::uint32_t serverNumber = 42;
+double serverDistance = 12.5;
+char serverText[16] = "INIT";
+
+void OnServerEvent(GaugeHeader* gauge, std::int32_t event, std::uintptr_t extra) {
+    Write({ProbeRecord::Event, gauge, event, extra, 0, 0, 0});
+    if (event == 2) {
+        Panel()->register_var_by_name(serverText, 38, "probe_text");
+        Panel()->register_var_by_name(&serverNumber, 39, "probe_number");
+        Panel()->register_var_by_name(&serverDistance, 41, "probe_distance");
+    } else if (event == 12) {
+        Panel()->unregister_var_by_name("probe_text");
+    }
+}
+
+std::int32_t OnClick(avq1::MouseCallbackData* data, std::uint32_t flags) {
+    Write({ProbeRecord::Mouse, data->gauge, 0, 0, flags, data->relativePoint.x,
+           data->relativePoint.y});
+    if (flags == avq1::mouse_flag::kRightSingle) {
+        Panel()->panel_window_toggle(4001);
+    }
+    // The icon stands two levels below the background and is shown by a click.
+    data->gauge->elements[0]->children[0]->children[0]->imageFlags &= ~avq1::image_flag::kHidden;
+    return 0;
+}
+
+constexpr MouseRectangle Rectangle(MouseRectangleType type, avq1::PixelBox box, std::uint32_t flags,
+                                   avq1::MouseFunction function, std::int32_t keyEvent) {
+    MouseRectangle rectangle;
+    rectangle.type = type;
+    rectangle.box = box;
+    rectangle.mouseFlags = flags;
+    rectangle.function = function;
+    rectangle.keyEvent = keyEvent;
+    return rectangle;
+}
+
+namespace flag = avq1::mouse_flag;
+
+const MouseRectangle kRectangles[] = {
+    Rectangle(MouseRectangleType::Parent, {2, 3, 6, 6}, 0, nullptr, 0),
+    Rectangle(MouseRectangleType::Child, {0, 0, 6, 6},
+              flag::kLeftSingle | flag::kRightSingle | flag::kDownRepeat | flag::kLeftRelease |
+                  flag::kWheelUp,
+              OnClick, 0),
+    Rectangle(MouseRectangleType::EndOfParent, {}, 0, nullptr, 0),
+    Rectangle(MouseRectangleType::Parent, {20, 20, 10, 10}, 0, nullptr, 0),
+    Rectangle(MouseRectangleType::Child, {2, 2, 4, 4}, flag::kLeftSingle, nullptr, 65879),
+    Rectangle(MouseRectangleType::EndOfParent, {}, 0, nullptr, 0),
+    Rectangle(MouseRectangleType::End, {}, 0, nullptr, 0),
+};
+
+StaticImageElement MakeElement(std::int32_t resource, avq1::PixelPoint place, std::uint32_t flags,
+                               ElementHeader** children) {
+    StaticImageElement element;
+    element.header.resourceNumber = resource;
+    element.header.position = place;
+    element.header.imageFlags = flags;
+    element.header.children = children;
+    return element;
+}
+
+StaticImageElement icon = MakeElement(
+    0x102, {1, 24}, avq1::image_flag::kTransparent | avq1::image_flag::kHidden, nullptr);
+ElementHeader* surfaceChildren[] = {&icon.header, nullptr};
+StaticImageElement surface = MakeElement(0x101, {kProbeSurfaceX, kProbeSurfaceY},
+                                         avq1::image_flag::kMakeDeviceContext, surfaceChildren);
+ElementHeader* panelChildren[] = {&surface.header, nullptr};
+StaticImageElement panel = MakeElement(0x100, {0, 0}, 0, panelChildren);
+ElementHeader* probeElements[] = {&panel.header, nullptr};
+StaticImageElement nothing;
+ElementHeader* serverElements[] = {&nothing.header, nullptr};
+
+GaugeHeader MakeGauge(const char* name, ElementHeader** elements, avq1::GaugeCallback callback) {
+    GaugeHeader gauge;
+    gauge.name = name;
+    gauge.elements = elements;
+    gauge.callback = callback;
+    return gauge;
+}
+
+GaugeHeader probeGauge = [] {
+    GaugeHeader gauge = MakeGauge("PROBE", probeElements, OnEvent);
+    gauge.mouseRectangles = kRectangles;
+    return gauge;
+}();
+GaugeHeader serverGauge = MakeGauge("SERVER", serverElements, OnServerEvent);
+
+}  // namespace
+
+extern "C" {
+PROBE_EXPORT avq1::LinkageRecord Linkage{
+    avq1::kLinkageModuleId, [] { ++probeLog.initCalls; }, [] { ++probeLog.deinitCalls; }, 0, 0,
+    PROBE_LINKAGE_VERSION,  {&probeGauge, &serverGauge}};
+}

@@ -1,0 +1,264 @@
+#include "panelhost/session.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <set>
+
+#include "panelhost/script.h"
+#include "tests/panelhost/host_fixture.h"
+
+namespace panelhost {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr const char* kTwoWindows =
+    "[Window Titles]\nWindow00=Main\n"
+    "[Window00]\nsize_mm=200,100\nident=0\n"
+    "gauge00=probe!SERVER, 0,0\n"
+    "gauge01=probe!PROBE, 10,20,,,first\n"
+    "gauge02=probe!PROBE, 100,20,80,60,second\n"
+    "[Window01]\nsize_mm=40,30\nident=4001\nvisible=0\n"
+    "gauge00=probe!PROBE, 0,0\n";
+
+std::uint32_t PixelAt(Session& session, int window, int x, int y) {
+    const WindowPicture picture = session.Picture(window);
+    return picture.pixels[y * picture.width + x];
+}
+
+std::vector<const void*> Gauges(const ProbeLog& log) {
+    std::vector<const void*> gauges;
+    for (int i = 0; i < log.count; ++i) {
+        if (std::find(gauges.begin(), gauges.end(), log.records[i].gauge) == gauges.end()) {
+            gauges.push_back(log.records[i].gauge);
+        }
+    }
+    return gauges;
+}
+
+class SessionTest : public HostTest {};
+
+TEST_F(SessionTest, SendsEventsInTheSimulatorsOrderAndRates) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    ProbeLog* const log = Log();
+    EXPECT_EQ(log->initCalls, 1);
+    const std::vector<const void*> gauges = Gauges(*log);
+    ASSERT_EQ(gauges.size(), 4U);  // one header each, although three share a gauge
+    for (const void* gauge : gauges) {
+        EXPECT_THAT(EventsOf(gauge), ElementsAre(2, 3, 4, 5, 14));
+    }
+    EXPECT_NE(log->records[0].extra, 0U) << "the module's handle";
+    EXPECT_NE(log->records[4].extra, 0U) << "the window";
+
+    log->count = 0;
+    for (int frame = 0; frame < 60; ++frame) {
+        session_.Step(1.0 / 60);
+    }
+    const std::vector<int> shown = EventsOf(gauges[1]);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), 6), 18);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), 7), 18);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), 10), 60);
+    EXPECT_EQ(std::count(shown.begin(), shown.end(), 11), 60);
+    const std::vector<int> hidden = EventsOf(gauges[3]);
+    EXPECT_EQ(std::count(hidden.begin(), hidden.end(), 6), 18);
+    EXPECT_EQ(std::count(hidden.begin(), hidden.end(), 10), 0) << "its window is closed";
+    EXPECT_EQ(session_.NumberedVariable(1), 18);
+
+    log->count = 0;
+    void* const keep = dlopen(ProbePath().c_str(), RTLD_NOW);
+    session_.Close();
+    EXPECT_THAT(EventsOf(gauges[3]), ElementsAre(15, 12, 13));
+    EXPECT_EQ(log->deinitCalls, 1);
+    dlclose(keep);
+}
+
+TEST_F(SessionTest, PlacementsOfOneGaugeAreIndependent) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    session_.Step(0.01);
+    session_.SetWindowVisible(4001, true);
+    session_.Step(0.01);
+    std::multiset<std::string> main;
+    for (const DrawnText& text : session_.Texts(0)) {
+        main.insert(text.text);
+    }
+    EXPECT_EQ(main, (std::multiset<std::string>{"drawn 2", "drawn 2"}));
+    ASSERT_EQ(session_.Texts(1).size(), 1U);
+    EXPECT_EQ(session_.Texts(1)[0].text, "drawn 1") << "drew its own surface only once";
+    EXPECT_EQ(PixelAt(session_, 1, kProbeSurfaceX, kProbeSurfaceY), 0xFF010101U);
+    EXPECT_EQ(PixelAt(session_, 0, 10 + kProbeSurfaceX, 20 + kProbeSurfaceY), 0xFF020202U);
+}
+
+TEST_F(SessionTest, ComposesBitmapsSurfacesAndIconsAtScale) {
+    options_.surfaceScale = 2;
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    session_.Step(0.01);
+    const WindowInfo window = session_.Windows()[0];
+    EXPECT_EQ(window.width, 400);
+    EXPECT_EQ(window.height, 200);
+    constexpr std::uint32_t kPanel = 0xFF0A14C8;
+    struct Row {
+        int x, y;  // gauge pixels of the unscaled first placement at 10,20
+        std::uint32_t argb;
+        const char* what;
+    };
+    const auto check = [this](const std::vector<Row>& rows) {
+        for (const Row& row : rows) {
+            EXPECT_EQ(PixelAt(session_, 0, (10 + row.x) * 2, (20 + row.y) * 2), row.argb)
+                << row.what;
+        }
+    };
+    check({{0, 0, kPanel, "background"},
+           {kProbeSurfaceX, kProbeSurfaceY, 0xFF010101, "surface"},
+           {kProbeSurfaceX + kProbeSurfaceWidth - 1, kProbeSurfaceY, 0xFF010101, "surface's end"},
+           {kProbeSurfaceX + kProbeSurfaceWidth, kProbeSurfaceY, kPanel, "beside the surface"},
+           {2, 26, kPanel, "hidden icon"}});
+    const std::uint64_t before = session_.Windows()[0].revision;
+    ASSERT_TRUE(session_.Click(0, (10 + 3) * 2, (20 + 4) * 2));
+    session_.Step(0.01, false);
+    EXPECT_GT(session_.Windows()[0].revision, before) << "the icon appeared";
+    check({{2, 26, 0xFF00FF00, "shown icon"}, {2, 24, kPanel, "black of a transparent icon"}});
+    EXPECT_EQ(PixelAt(session_, 0, (100 + 4) * 2, (20 + 52) * 2), kPanel)
+        << "the other placement's icon stays hidden";
+}
+
+TEST_F(SessionTest, KeepsTheRevisionWhileNothingChanges) {
+    ASSERT_TRUE(Open("[Window00]\nsize_mm=40,30\ngauge00=probe!PROBE, 0,0\n"));
+    session_.Step(0.05);
+    const std::uint64_t revision = session_.Windows()[0].revision;
+    session_.Step(0.05, false);
+    EXPECT_EQ(session_.Windows()[0].revision, revision);
+    session_.Step(0.05, true);
+    EXPECT_GT(session_.Windows()[0].revision, revision);
+}
+
+TEST_F(SessionTest, RoutesClicksInTheGaugesOwnPixels) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    // The second placement is twice its own size: key 2,3..8,9 lies at 104,26..116,38.
+    ASSERT_TRUE(session_.MouseDown(0, 109, 33));
+    for (int tick = 0; tick < 13; ++tick) {
+        session_.Step(1.0 / 18, false);
+    }
+    session_.MouseUp();
+    const std::vector<ProbeRecord> clicks = Clicks();
+    std::vector<std::uint32_t> flags;
+    for (const ProbeRecord& click : clicks) {
+        flags.push_back(click.flags);
+        EXPECT_EQ(click.x, 2);
+        EXPECT_EQ(click.y, 3);
+        EXPECT_EQ(click.gauge, Gauges(*Log())[2]);
+    }
+    namespace flag = avq1::mouse_flag;
+    EXPECT_THAT(flags, ElementsAre(flag::kLeftSingle, flag::kDownRepeat, flag::kDownRepeat,
+                                   flag::kDownRepeat, flag::kLeftRelease));
+    EXPECT_FALSE(session_.Click(0, 5, 5)) << "no gauge there";
+    EXPECT_FALSE(session_.Click(1, 4, 5)) << "a closed window takes no clicks";
+    EXPECT_FALSE(session_.Wheel(0, 109, 33, false)) << "only wheel up is asked for";
+    EXPECT_TRUE(session_.Wheel(0, 109, 33, true));
+    EXPECT_EQ(Clicks().back().flags, flag::kWheelUp);
+}
+
+TEST_F(SessionTest, SendsARectanglesKeyEventAndOpensWindows) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    const double bug = session_.Status().autopilot.headingBugMag;
+    ASSERT_TRUE(session_.Click(0, 10 + 23, 20 + 23));
+    EXPECT_EQ(session_.Status().autopilot.headingBugMag, std::fmod(bug, 360) + 1);
+    EXPECT_EQ(session_.ModuleEventCount(65879), 1U);
+    EXPECT_EQ(session_.Status().lastEvents.back().name, "HEADING_BUG_INC");
+    EXPECT_FALSE(session_.Windows()[1].visible);
+    ASSERT_TRUE(session_.Click(0, 10 + 3, 20 + 4, MouseButton::Right));
+    EXPECT_TRUE(session_.Windows()[1].visible);
+}
+
+TEST_F(SessionTest, NamesKeysAndReadsExportedVariables) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    std::vector<std::string> labels;
+    for (const ClickArea& area : session_.ClickAreas(0)) {
+        labels.push_back(area.label);
+    }
+    EXPECT_THAT(labels, ElementsAre("LINE KEY 1", "", "LINE KEY 1", ""));
+    const std::vector<NamedVariable> variables = session_.Status().variables;
+    ASSERT_EQ(variables.size(), 3U);
+    EXPECT_EQ(variables[0].text, "INIT");
+    EXPECT_EQ(variables[1].number, 42);
+    EXPECT_EQ(variables[2].number, 12.5);
+    EXPECT_FALSE(session_.FindVariable("probe_other").has_value());
+}
+
+TEST_F(SessionTest, NamesWhatThePanelFileAsksInVain) {
+    ASSERT_TRUE(
+        Open("[Window00]\nsize_mm=100,100\ngauge00=probe!NOSUCH, 0,0\n"
+             "gauge01=other!PROBE, 0,0\ngauge02=PROBE.GAU!probe, 0,0\nfile=absent.bmp\n"));
+    const auto& warnings = session_.warnings();
+    EXPECT_THAT(warnings, testing::Contains(HasSubstr("no gauge \"NOSUCH\"")));
+    EXPECT_THAT(warnings, testing::Contains(HasSubstr("module \"other\" is not loaded")));
+    EXPECT_THAT(warnings, testing::Contains(HasSubstr("\"absent.bmp\"")));
+    EXPECT_EQ(session_.Gauges(0).size(), 1U) << "the rest is shown";
+}
+
+struct BadModule {
+    const char* what;
+    std::string path;
+    const char* message;
+};
+
+TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
+    WriteFile("text.gau", "this is a text\n");
+    WriteFile("cut.gau", std::string("\x7F"
+                                     "ELF\x02\x01\x01",
+                                     7));
+    const std::string fake = AVQ1_BINARY_DIR "/fake/";
+    const BadModule rows[] = {
+        {"missing", (folder_ / "none.gau").string(), "no such file"},
+        {"text", (folder_ / "text.gau").string(), "not a 64-bit Linux shared object"},
+        {"cut short", (folder_ / "cut.gau").string(), "cut.gau"},
+        {"without records", fake + "empty.gau", "no Linkage"},
+        {"of another version", fake + "stranger.gau", "version 0x700"},
+    };
+    WriteFile("panel.cfg", "[Window00]\nsize_mm=10,10\n");
+    options_.simFolder = folder_.string();
+    for (const BadModule& row : rows) {
+        options_.modulePath = row.path;
+        EXPECT_FALSE(session_.Open(options_)) << row.what;
+        EXPECT_THAT(session_.error(), HasSubstr(row.message)) << row.what;
+
+        const std::string command = std::string(AVQ1_BINARY_DIR "/avqpanel --sim ") +
+                                    folder_.string() + " --module " + row.path +
+                                    " --script /dev/null 2>&1";
+        std::FILE* const program = popen(command.c_str(), "r");
+        std::string output;
+        for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
+            output += static_cast<char>(c);
+        }
+        const int status = pclose(program);
+        EXPECT_EQ(WEXITSTATUS(status), 1) << row.what;
+        EXPECT_EQ(std::count(output.begin(), output.end(), '\n'), 1) << output;
+        EXPECT_THAT(output, HasSubstr(row.message)) << row.what;
+    }
+}
+
+TEST_F(SessionTest, SameSeedAndStepsGiveTheSameTrace) {
+    const auto fly = [this](std::uint32_t seed, const char* file) {
+        options_.seed = seed;
+        ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+        const Script script = ParseScript(std::string("set turbulence 8\ntrace ") + file +
+                                          " every 2s bank\nevent HEADING_BUG_SET 300\nrun 120\n");
+        EXPECT_EQ(RunScript(session_, script, folder_.string(), stdout).error, "");
+        session_.Close();
+    };
+    const auto read = [this](const char* file) {
+        std::ifstream stream(folder_ / file);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    fly(1, "a");
+    fly(1, "b");
+    fly(2, "c");
+    EXPECT_GT(read("a").size(), 60U * 20);
+    EXPECT_EQ(read("a"), read("b"));
+    EXPECT_NE(read("a"), read("c")) << "another seed is another turbulence";
+}
+
+}  // namespace
+}  // namespace panelhost
