@@ -1,0 +1,383 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "flightplan/plan_airports.h"
+#include "guidance/activation.h"
+#include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
+#include "guidance/progress.h"
+#include "guidance/radio_tuning.h"
+#include "guidance/vnav.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "support/temp_sim_folder.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::EventList;
+using test::FakeSimulator;
+using test::SetActivePlan;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+class GuidanceTest : public ::testing::Test {
+  protected:
+    GuidanceTest() {
+        ResetModuleState();
+        PlaceAt(0, 0);
+    }
+    ~GuidanceTest() override { ImportTable.panel.services = nullptr; }
+
+    static void PlaceAt(double latitude, double longitude) {
+        aircraft.latitude = latitude;
+        aircraft.longitude = longitude;
+    }
+
+    FakeSimulator& simulator = FakeSimulator::Install();
+};
+
+TEST_F(GuidanceTest, TimesToGo) {
+    struct Row {
+        double distanceNm;
+        double speedKt;
+        double simRate;
+        double hours;
+        double minutes;
+        double tenths;
+        double realHours;
+        double realMinutes;
+    };
+    const Row rows[] = {
+        {30, 240, 1, 0, 7.5, 5, 0, 7.5}, {30, 240, 4, 0, 7.5, 5, 0, 1.875},
+        {600, 400, 1, 1, 30, 0, 1, 30},  {600, 400, 2, 1, 30, 0, 0, 45},
+        {240, 240, 1, 1, 0, 0, 1, 0},    {30, 25, 1, 0, 0, 0, 0, 0},
+        {30, 240, 0, 0, 7.5, 5, 0, 0},   {0, 240, 1, 0, 0, 0, 0, 0},
+        {-1, 240, 1, 0, 0, 0, 0, 0},
+    };
+    for (const Row& row : rows) {
+        guidance.distanceToGoNm = row.distanceNm;
+        progress.routeDistanceToDestination = row.distanceNm;
+        aircraft.groundSpeedKt = row.speedKt;
+        derived.simRate = row.simRate;
+        UpdateTimeToGo();
+        const std::string name = ::testing::PrintToString(row.distanceNm) + " nm at " +
+                                 ::testing::PrintToString(row.speedKt);
+        EXPECT_NEAR(progress.eteWaypointHours, row.hours, 1e-9) << name;
+        EXPECT_NEAR(progress.eteWaypointMinutes, row.minutes, 1e-9) << name;
+        EXPECT_NEAR(progress.eteWaypointTenths, row.tenths, 1e-9) << name;
+        EXPECT_NEAR(progress.eteWaypointRealHours, row.realHours, 1e-9) << name;
+        EXPECT_NEAR(progress.eteWaypointRealMinutes, row.realMinutes, 1e-9) << name;
+        EXPECT_NEAR(progress.eteDestinationHours, row.hours, 1e-9) << name;
+        EXPECT_NEAR(progress.eteDestinationRealMinutes, row.realMinutes, 1e-9) << name;
+    }
+}
+
+TEST_F(GuidanceTest, WindAndAirspeedAreDerived) {
+    aircraft.windDirection = 30;
+    aircraft.windSpeedKt = 40;
+    aircraft.trueHeading = 330;
+    aircraft.groundSpeedKt = 400;
+    aircraft.magneticVariation = 30;
+    aircraft.simRateRaw = 512;
+    aircraft.bank = -0.034;
+    SimVersion = 10;
+    UpdateDerivedState();
+    EXPECT_NEAR(derived.headwindKt, 20, 1e-9);
+    EXPECT_NEAR(derived.crosswindKt, 34.64101615, 1e-6);
+    EXPECT_NEAR(derived.trueAirspeedEstimateKt, 420, 1e-9);
+    EXPECT_NEAR(derived.driftDeg, 34.64101615 / 7, 1e-6);
+    EXPECT_NEAR(derived.windDirectionMag, 360, 1e-9);
+    EXPECT_EQ(derived.simRate, 2);
+    EXPECT_EQ(aircraft.bank, 0);
+    aircraft.groundSpeedKt = 25;
+    aircraft.bank = 0.035;
+    SimVersion = 9;
+    UpdateDerivedState();
+    EXPECT_EQ(derived.trueAirspeedEstimateKt, 0);
+    EXPECT_EQ(derived.driftDeg, 0);
+    EXPECT_EQ(derived.simRate, 512);
+    EXPECT_EQ(aircraft.bank, 0.035);
+}
+
+TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
+    struct Row {
+        double latitude;
+        CrossTrackMode mode;
+        double crossTrackNm;
+        std::int32_t side;
+    };
+    const Row rows[] = {
+        {-2.0 / 60, CrossTrackMode::Guidance, 2, 1}, {2.0 / 60, CrossTrackMode::Guidance, 2, 2},
+        {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, 1}, {-8.0 / 60, CrossTrackMode::Guidance, 8, 1},
+        {4, CrossTrackMode::Guidance, 125, 2},
+    };
+    for (const Row& row : rows) {
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 10}});
+        PlaceAt(row.latitude, 2);
+        SetActiveWaypoint(1);
+        ComputeCrossTrack(row.mode);
+        EXPECT_NEAR(guidance.crossTrackNm, row.crossTrackNm, 0.02) << row.latitude;
+        EXPECT_EQ(guidance.crossTrackSide, row.side) << row.latitude;
+    }
+}
+
+TEST_F(GuidanceTest, SidesAndAnglesAreRawDifferences) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 1, 0}});  // course 360
+    PlaceAt(0.5, -0.1);                             // left of it: bearing about 11
+    SetActiveWaypoint(1);
+    aircraft.headingMag = 10;
+    ComputeCrossTrack(CrossTrackMode::Guidance);
+    EXPECT_EQ(guidance.trackSideOfHeading, 1);
+    EXPECT_NEAR(guidance.trackHeadingAngle, 350, 1e-9);
+    EXPECT_EQ(guidance.waypointSideOfTrack, 1);
+    EXPECT_NEAR(guidance.waypointTrackAngle, 360 - 11.3, 0.1);
+    EXPECT_EQ(guidance.crossTrackSide, 2);
+    aircraft.headingMag = 350;
+    ComputeCrossTrack(CrossTrackMode::Guidance);
+    EXPECT_EQ(guidance.trackSideOfHeading, 2);
+    SetActiveWaypoint(7);
+    EXPECT_FALSE(HasActiveWaypoint());
+    EXPECT_EQ(guidance.crossTrackNm, kNoCrossTrack);
+}
+
+TEST_F(GuidanceTest, LooksAheadByCrossTrack) {
+    struct Row {
+        double offsetNm;
+        double lookAheadNm;
+    };
+    for (const Row& row : {Row{2, 3}, Row{3.4, 3}, Row{4, 5}, Row{0, 5}}) {
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}});
+        PlaceAt(-row.offsetNm / 60, 1);
+        SetActiveWaypoint(1);
+        if (row.offsetNm == 0) {
+            PlaceAt(0, 0);  // at the leg's start the abeam point is the aircraft's own
+            SetActiveWaypoint(1);
+        }
+        Steer();
+        const double alongNm = guidance.legLengthNm - guidance.distanceToGoNm;
+        EXPECT_NEAR(guidance.lookAheadLongitude * 60, alongNm + row.lookAheadNm, 1e-6)
+            << row.offsetNm;
+    }
+}
+
+TEST_F(GuidanceTest, AFreshPlanHasFreshDistances) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+    PlaceAt(0, 0.99);
+    SetActiveWaypoint(1);
+    SetActivePlan({{"DDD", 0, 1}, {"EEE", 0, 2}, {"FFF", 0, 3}});
+    SetActiveWaypoint(1);
+    EXPECT_NEAR(guidance.distanceToGoNm, 1.01 * 60, 1e-6);
+    EXPECT_NEAR(guidance.legLengthNm, 60, 1e-6);
+    EXPECT_NEAR(progress.routeDistanceToDestination, 2.01 * 60, 1e-6);
+    EXPECT_NEAR(progress.destinationBearingMag, 90, 1e-6);
+    guidance.lnavEngaged = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.activeIndex, 1);
+}
+
+TEST_F(GuidanceTest, LnavNeedsSomethingToFlyTo) {
+    ToggleLnav();
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(requests.unitRedraw, 1);
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}});
+    SetActiveWaypoint(1);
+    settings.LnavSetEnRouteFreqs = 1;
+    guidance.trackLeg = 1;
+    ToggleLnav();
+    EXPECT_EQ(guidance.lnavEngaged, 1);
+    EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
+    ToggleLnav();
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(guidance.trackLeg, 0);
+    ToggleLnav();
+    SetActiveWaypoint(0);
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+}
+
+TEST_F(GuidanceTest, VnavStartsAfreshEachTime) {
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 0);
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}});
+    SetActiveWaypoint(1);
+    settings.VnavSetSpd = 2;
+    vnav.lastAltitudeSent = 5000;
+    vnav.lastSpeedSent = 250;
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 1);
+    EXPECT_EQ(settings.VnavSetSpd, 1);
+    EXPECT_EQ(vnav.lastAltitudeSent, -999);
+    EXPECT_EQ(vnav.lastSpeedSent, -999);
+    EXPECT_EQ(vnav.restart, 1);
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 0);
+}
+
+TEST_F(GuidanceTest, PassageKeepsFuelInTheUnitAskedFor) {
+    simulator.variables[289] = 8388608;
+    simulator.variables[290] = 100;
+    simulator.variables[306] = 10;
+    for (const bool kilograms : {false, true}) {
+        settings.WeightUnit = kilograms ? "KGS" : "LBS";
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 0.01}, {"CCC", 0, 1}});
+        SetActiveWaypoint(1);
+        guidance.lnavEngaged = 1;
+        SequenceWaypoint();
+        EXPECT_NEAR(guidance.passedFuel, kilograms ? 2204.62262 : 1000, 1e-6);
+        EXPECT_EQ(guidance.waypointPassed, 1);
+        SequenceWaypoint();
+    }
+}
+
+TEST_F(GuidanceTest, RadiosFollowThePlan) {
+    struct Row {
+        const char* name;
+        std::initializer_list<test::PlanEntry> plan;
+        std::int32_t active;
+        double variation;
+        EventList events;
+    };
+    const Row rows[] = {
+        {"a VOR ahead",
+         {{"AAA", 0, 0}, {"BBB", 0, 1}, {"VVV", 0, 2, "VOR", "", "113.90"}},
+         1,
+         10,
+         {{65716, 80}, {65708, 0x11390}}},
+        {"an NDB",
+         {{"AAA", 0, 0}, {"NNN", 0, 1, "NDB", "", "385"}},
+         1,
+         0,
+         {{65716, 90}, {65714, 0x385}}},
+        {"only the first entry with a frequency counts",
+         {{"AAA", 0, 0}, {"FAR", 0, 4.2, "VOR", "", "113.90"}, {"NEAR", 0, 1, "VOR", "", "110.10"}},
+         1,
+         0,
+         {}},
+        {"a discontinuity before the station",
+         {{"AAA", 0, 0}, {"BBB", 0, 1}, {"DISCO", 0, 0, ""}, {"VVV", 0, 2, "VOR", "", "113.90"}},
+         1,
+         0,
+         {{65716, 90}, {65708, 0x11390}}},
+        {"a frequency that reads as 0",
+         {{"AAA", 0, 0}, {"VVV", 0, 1, "VOR", "", "x"}},
+         1,
+         0,
+         {{65716, 90}}},
+        {"a short frequency",
+         {{"AAA", 0, 0}, {"VVV", 0, 1, "VOR", "", "113"}},
+         1,
+         0,
+         {{65716, 90}, {65708, 0x113}}},
+        {"a course of half a degree to one has no whole part",
+         {{"AAA", 0, 0}, {"VVV", 0, 1, "VOR", "", "113.90"}},
+         1,
+         89.4,
+         {{65708, 0x11390}}},
+        {"a course below half a degree",
+         {{"AAA", 0, 0}, {"VVV", 0, 1, "VOR", "", "113.90"}},
+         1,
+         89.7,
+         {{65716, 360}, {65708, 0x11390}}},
+        {"the station just passed gives the course",
+         {{"VVV", 0, 0, "VOR", "", "113.90"}, {"BBB", 0, 1}},
+         1,
+         0,
+         {{65716, 90}}},
+        {"no stations", {{"AAA", 0, 0}, {"BBB", 0, 1}}, 1, 0, {}},
+        {"no active waypoint", {{"VVV", 0, 0, "VOR", "", "113.90"}}, kNoWaypoint, 0, {}},
+    };
+    for (const Row& row : rows) {
+        SetActivePlan(row.plan);
+        aircraft.magneticVariation = row.variation;
+        planBook.activeIndex = row.active;
+        simulator.events.clear();
+        TuneRadios(TuneMode::FlightPlan);
+        EXPECT_EQ(simulator.events, row.events) << row.name;
+    }
+}
+
+TEST_F(GuidanceTest, RadiosFollowThePilotsEntry) {
+    struct Row {
+        const char* entry;
+        EventList events;
+    };
+    const Row rows[] = {
+        {"90 385", {{65716, 90}, {65708, 0x385}}},
+        {"0 1139", {{65708, 0x1139}}},
+        {"270", {{65716, 270}}},
+        {"270 38577", {{65716, 270}, {65708, 0x38}}},  // six characters count
+        {"", {}},
+    };
+    for (const Row& row : rows) {
+        requests.radioEntry = row.entry;
+        simulator.events.clear();
+        TuneRadios(TuneMode::PilotEntry);
+        EXPECT_EQ(simulator.events, row.events) << row.entry;
+    }
+}
+
+class ActivationTest : public GuidanceTest {
+  protected:
+    ActivationTest() {
+        folder.Write("avq/flightplans/ABCD.RTE",
+                     "CruiseAlt=31000\nFuel=6000\n[FlightPlan]\n"
+                     "AAA 0 0 APT ---\nBBB 0 1 VOR 113.90\nCCC 0 2 APT ---\n");
+        folder.Write("avq/flightplans/ONE.RTE", "[FlightPlan]\nAAA 0 0 APT ---\n");
+    }
+    test::TempSimFolder folder;
+};
+
+TEST_F(ActivationTest, ALoadedPlanIsFlownFromItsFirstWaypoint) {
+    guidance.firstLegPrepared = 1;
+    guidance.destinationNearDone = 1;
+    guidance.trackLeg = 1;
+    planAirports.patternRunwayOffset = 3;
+    planAirports.destinationAirportState = 2;
+    AppendMessage("kept");
+    AppendMessage("dropped");
+    LoadPlanToActive("ABCD.RTE");
+    EXPECT_EQ(planBook.activeIndex, 1);
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(vnav.cruiseAltitude, 31000);
+    EXPECT_NEAR(guidance.distanceToGoNm, 60, 1e-6);
+    EXPECT_EQ(guidance.firstLegPrepared, 0);
+    EXPECT_EQ(guidance.destinationNearDone, 0);
+    EXPECT_EQ(guidance.trackLeg, 0);
+    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
+    EXPECT_EQ(planAirports.destinationAirportState, 1);
+    ASSERT_EQ(messages.count, 2);
+    EXPECT_EQ(messages.lines[1], "kept");
+    EXPECT_EQ(messages.lines[2], "FPL 'ABCD.RTE' loaded");
+    EXPECT_THAT(simulator.events, IsEmpty());
+    EXPECT_TRUE(planBook.flightLogStartRequested);
+}
+
+TEST_F(ActivationTest, SwitchesSendWhatTheyAskFor) {
+    settings.LnavSetEnRouteFreqs = 1;
+    settings.SetWptBaro = 1;
+    aircraft.groundSpeedKt = 5;
+    LoadPlanToActive("ABCD.RTE");
+    EXPECT_THAT(simulator.events,
+                ElementsAre(Pair(65716, 90U), Pair(65708, 0x11390U), Pair(65584, 0U)));
+    EXPECT_FALSE(planBook.flightLogStartRequested);
+}
+
+TEST_F(ActivationTest, APlanWithoutALegLeavesNothingToFly) {
+    for (const char* const name : {"ONE.RTE", "MISSING.RTE"}) {
+        LoadPlanToActive("ABCD.RTE");
+        ASSERT_TRUE(EngageLnav());
+        LoadPlanToActive(name);
+        EXPECT_FALSE(HasActiveWaypoint()) << name;
+        EXPECT_EQ(guidance.lnavEngaged, 0) << name;
+        EXPECT_EQ(messages.lines[2], "FPL '" + std::string(name) + "' loaded");
+    }
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,164 @@
+#include "guidance/holds.h"
+
+#include <gtest/gtest.h>
+
+#include "base/module_state.h"
+#include "flightplan/hold_pattern.h"
+#include "guidance/guidance_state.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeSimulator;
+using test::SetActivePlan;
+using test::StartAt;
+using test::TestAircraft;
+
+class HoldsTest : public ::testing::Test {
+  protected:
+    HoldsTest() {
+        ResetModuleState();
+        SetActivePlan({{"AAA", -0.5, 0}, {"FIX", 0, 0}, {"BBB", 0.5, 0}, {"CCC", 1, 0}});
+        HoldPattern& hold = holdList.holds[1];
+        holdList.count = 1;
+        hold.fixIndex = 1;
+        hold.inboundCourseMag = 360;
+        hold.legByTime = 0;
+        hold.legDistanceNm = 5;
+        pilot.latitude = -0.2;
+        pilot.headingTrue = 360;
+        pilot.speedKt = 200;
+        pilot.turnRateDegPerSecond = 3;
+    }
+    ~HoldsTest() override { ImportTable.panel.services = nullptr; }
+
+    // The steps of a frame that move the hold and the route on.
+    void Step() {
+        pilot.Fly(0.5);
+        RefreshAircraftState();
+        BuildAndFlyHold();
+        DeletePassedHolds();
+        SequenceWaypoint();
+        RefreshLegGeometry();
+        Steer();
+        SendHeadingBug();
+    }
+    // Flies until the corner is the target; false when that takes more than twenty minutes.
+    bool FlyToCorner(std::int32_t corner) {
+        for (int i = 0; i < 2400 && holdList.holdTargetCorner != corner; ++i) {
+            Step();
+        }
+        return holdList.holdTargetCorner == corner;
+    }
+
+    FakeSimulator& simulator = FakeSimulator::Install();
+    TestAircraft pilot;
+};
+
+TEST_F(HoldsTest, ThePatternLiesAroundItsFix) {
+    struct Row {
+        std::int32_t turnDirection;
+        double east[5];  // of the corners, in leg lengths
+    };
+    const double north[] = {0, 0.2, 0.2, -0.8, -0.8};
+    const Row rows[] = {{1, {0, 0, 0.5, 0.5, 0}}, {2, {0, 0, -0.5, -0.5, 0}}};
+    for (const Row& row : rows) {
+        holdList.holds[1].turnDirection = row.turnDirection;
+        BuildAndFlyHold();
+        for (int corner = 0; corner < 5; ++corner) {
+            const HoldCorner& placed = holdList.holds[1].corners[corner];
+            EXPECT_NEAR(placed.latitude * 60 / 5, north[corner], 1e-3) << corner;
+            EXPECT_NEAR(placed.longitude * 60 / 5, row.east[corner], 1e-3) << corner;
+        }
+    }
+    EXPECT_EQ(holdList.holds[1].corners[3].name, "Base");
+}
+
+TEST_F(HoldsTest, TimedLegsFollowTheGroundSpeed) {
+    holdList.holds[1].legByTime = 1;
+    for (const auto& [speedKt, legNm] : {std::pair{120.0, 2.5}, std::pair{300.0, 5.0}}) {
+        aircraft.groundSpeedKt = speedKt;
+        BuildAndFlyHold();
+        EXPECT_NEAR(holdList.holds[1].legDistanceNm, legNm, 1e-9);
+    }
+}
+
+TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
+    StartAt(pilot, 1);
+    int laps = 0;
+    for (; laps < 3; ++laps) {
+        for (const std::int32_t corner : {1, 2, 3, 4}) {
+            ASSERT_TRUE(FlyToCorner(corner)) << laps << ' ' << corner;
+            EXPECT_TRUE(HoldBeingFlown());
+            EXPECT_EQ(planBook.activeIndex, 1);
+            EXPECT_EQ(guidance.lastHeadingSent, kNoHeadingSent);
+            EXPECT_LT(GreatCircleDistanceNm(pilot.latitude, pilot.longitude, 0, 0), 7);
+        }
+    }
+    ASSERT_TRUE(FlyToCorner(3));
+    holdList.holdState = 2;  // the pilot asks to leave
+    for (const std::int32_t corner : {4, 1}) {
+        ASSERT_TRUE(FlyToCorner(corner));
+        EXPECT_EQ(holdList.holdActive, 1);
+    }
+    for (int i = 0; i < 600 && planBook.activeIndex == 1; ++i) {
+        Step();
+    }
+    EXPECT_EQ(holdList.count, 0);
+    EXPECT_EQ(holdList.holdActive, 0);
+    EXPECT_EQ(planBook.activeIndex, 2);
+    Step();
+    EXPECT_NE(guidance.lastHeadingSent, kNoHeadingSent);
+}
+
+TEST_F(HoldsTest, DeletingItLetsTheFixBePassed) {
+    StartAt(pilot, 1);
+    ASSERT_TRUE(FlyToCorner(1));
+    guidance.distanceToGoNm = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.activeIndex, 1);
+    DeleteHold(1);
+    EXPECT_EQ(holdList.holdState, 4);
+    guidance.distanceToGoNm = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.activeIndex, 2);
+    EXPECT_EQ(holdList.holdState, 0);
+}
+
+TEST_F(HoldsTest, HoldsBehindTheRouteAreDeletedAndPendingOnesKept) {
+    holdList.count = 3;
+    holdList.holds[1].fixIndex = 0;
+    holdList.holds[1].pendingFixIndex = 3;
+    holdList.holds[2].fixIndex = 1;
+    holdList.holds[3].fixIndex = 2;
+    planBook.activeIndex = 2;
+    DeletePassedHolds();
+    ASSERT_EQ(holdList.count, 2);
+    EXPECT_EQ(holdList.holds[1].pendingFixIndex, 3);
+    EXPECT_EQ(holdList.holds[2].fixIndex, 2);
+}
+
+TEST_F(HoldsTest, DisengagingLnavGivesTheHoldUp) {
+    StartAt(pilot, 1);
+    ASSERT_TRUE(FlyToCorner(2));
+    DisengageLnav();
+    EXPECT_FALSE(HoldBeingFlown());
+    EXPECT_EQ(holdList.holdState, 1);
+    EXPECT_EQ(holdList.holds[1].fixIndex, 0);
+    const std::size_t sent = simulator.events.size();
+    Step();
+    EXPECT_EQ(simulator.events.size(), sent);
+}
+
+TEST_F(HoldsTest, AFixTheRouteOnlyComesNearIsNotHeldAt) {
+    holdList.holds[1].fixIndex = 2;
+    SetActivePlan({{"AAA", -0.5, 0}, {"BBB", 0, 0}, {"FIX", 0, 0.02}, {"CCC", 1, 0}});
+    pilot.latitude = -0.06;
+    StartAt(pilot, 1);
+    BuildAndFlyHold();
+    EXPECT_FALSE(HoldBeingFlown());
+}
+
+}  // namespace
+}  // namespace avq1
