@@ -226,7 +226,7 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
 
         const std::string command = std::string(AVQ1_BINARY_DIR "/avqpanel --sim ") +
                                     folder_.string() + " --module " + row.path +
-                                    " --script /dev/null 2>&1";
+                                    " --script - 2>&1 </dev/null";
         std::FILE* const program = popen(command.c_str(), "r");
         std::string output;
         for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {

@@ -1,2 +1,2 @@
 // A shared object that is no gauge module.
-extern "C" __attribute__((visibility("default"))) int SomethingElse = 1;
+__attribute__((visibility("default"))) int somethingElse = 1;
