@@ -62,10 +62,10 @@ LabelLayout LayOutLabelAt(cairo_t* cairo, std::string_view label, const PixelBox
     for (const std::string& text : texts) {
         cairo_text_extents_t ink;
         cairo_text_extents(cairo, text.c_str(), &ink);
-        const double x = std::floor(room.x + (room.width - ink.width) / 2 - ink.x_bearing);
+        const double centred = std::floor(room.x + (room.width - ink.width) / 2 - ink.x_bearing);
+        const double x = std::max(centred, room.x - ink.x_bearing);
         layout.lines.push_back({text, x, baseline});
-        // A pixel is left for rounding and anti-aliasing.
-        layout.fits = layout.fits && ink.width + 1 <= room.width &&
+        layout.fits = layout.fits && x + ink.x_bearing + ink.width <= room.x + room.width &&
                       baseline + ink.y_bearing >= room.y &&
                       baseline + ink.y_bearing + ink.height <= room.y + room.height;
         baseline += pitch;
