@@ -18,8 +18,10 @@ const StateReset resetFlightLog([] {
 
 }  // namespace
 
+void RunFlightLogStartPass() { FlightLogStarted = 1; }
+
 void StartFlightLog() {
-    FlightLogStarted = 1;
+    RunFlightLogStartPass();
     if (activePlan.lastIndex >= 0) {
         flightLog.phase = kFlightLogWanted;
         guidance.elapsedSeconds = 0;

@@ -20,8 +20,11 @@ struct FlightLog {
 extern FlightLog flightLog;
 extern std::int32_t FlightLogStarted;  // 1 once the start pass has run
 
-// Sets FlightLogStarted. With a plan to fly a new log is asked for and the flight's elapsed time
-// begins at 0; without one there is no flight to log yet.
+// The start pass, once the module is loaded: sets FlightLogStarted and leaves a running log alone.
+void RunFlightLogStartPass();
+
+// A plan became active on the ground: the start pass, and with a plan to fly a new log is asked
+// for and the flight's elapsed time begins at 0. Without a plan there is no flight to log yet.
 void StartFlightLog();
 
 }  // namespace avq1
