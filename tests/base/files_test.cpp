@@ -1,0 +1,96 @@
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "base/sim_folder.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::TempSimFolder;
+
+TEST(Files, AreFoundUnderTheSimulatorsSpelling) {
+    const TempSimFolder folder;
+    folder.Write("AVQ/NavData/Avq_Navs.TXT", "navaids");
+    folder.Write("avq/other.txt", "elsewhere");
+    struct Case {
+        const char* path;
+        const char* contents;  // null: not found
+    };
+    // The folder exists in two spellings: the exact one wins, and holds only its own file.
+    const Case cases[] = {
+        {"\\AVQ\\NavData\\Avq_Navs.TXT", "navaids"},  {"\\AVQ\\navdata\\avq_navs.txt", "navaids"},
+        {"\\Avq/NAVDATA\\\\avq_navs.txt", "navaids"}, {"\\avq\\OTHER.txt", "elsewhere"},
+        {"\\avq\\navdata\\avq_navs.txt", nullptr},    {"\\AVQ\\NavData", nullptr},
+        {"\\AVQ\\NavData\\Avq_Navs.TXT\\x", nullptr}};
+    for (const Case& c : cases) {
+        std::string contents = "stale";
+        EXPECT_EQ(ReadWholeFile(SimPath(c.path), contents), c.contents != nullptr) << c.path;
+        EXPECT_EQ(contents, c.contents == nullptr ? "" : c.contents) << c.path;
+    }
+    std::string contents;
+    EXPECT_FALSE(ReadWholeFile("", contents));
+    EXPECT_FALSE(ReadWholeFile(std::string_view("a\0b", 3), contents));
+}
+
+TEST(Files, APipeIsNoFileAndDoesNotHang) {
+    const TempSimFolder folder;
+    ASSERT_EQ(mkfifo((folder.root() / "pipe.txt").c_str(), 0600), 0);
+    std::string contents;
+    EXPECT_FALSE(ReadWholeFile(SimPath("\\pipe.txt"), contents));
+}
+
+TEST(Files, AreReplacedWhole) {
+    const TempSimFolder folder;
+    folder.Write("Plans/Old.rte", "old and longer");
+    EXPECT_TRUE(ReplaceFile(SimPath("\\plans\\OLD.RTE"), "new"));
+    EXPECT_EQ(folder.Read("Plans/Old.rte"), "new");
+    EXPECT_TRUE(ReplaceFile(SimPath("\\avq\\FlightLog\\fpl.log"), std::string_view("a\0b", 3)));
+    EXPECT_EQ(folder.Read("avq/FlightLog/fpl.log"), std::string("a\0b", 3));
+    // A folder in the target's place: refused, and nothing is left beside it.
+    EXPECT_FALSE(ReplaceFile(SimPath("\\Plans"), "x"));
+    EXPECT_FALSE(ReplaceFile(SimPath("\\Plans\\Old.rte\\below.rte"), "x"));
+    std::vector<std::string> names;
+    EXPECT_TRUE(ListFolder(SimPath("\\"), names));
+    EXPECT_EQ(names, (std::vector<std::string>{"Plans", "avq"}));
+    EXPECT_TRUE(ListFolder(SimPath("\\PLANS\\"), names));
+    EXPECT_EQ(names, (std::vector<std::string>{"Old.rte"}));
+    EXPECT_FALSE(ListFolder(SimPath("\\nowhere"), names));
+    EXPECT_TRUE(names.empty());
+}
+
+TEST(SimFolder, IsTheCurrentDirectoryWhenNothingElseIsKnown) {
+    ResetModuleState();
+    EnsureSimFolder();
+    const std::string current = std::filesystem::current_path().string();
+    EXPECT_EQ(SimFolder, current);
+    EXPECT_EQ(CurrentDirectory(4), current.substr(0, 4));
+    SimFolder = "/elsewhere";
+    EnsureSimFolder();
+    EXPECT_EQ(SimPath("\\avq\\avq.cfg"), "/elsewhere\\avq\\avq.cfg");
+    SimFolder.clear();
+}
+
+TEST(Messages, DropLinesWhenFullAndCanBeCut) {
+    ResetModuleState();
+    for (int i = 1; i <= 500; ++i) {
+        AppendMessage("line " + std::to_string(i));
+    }
+    EXPECT_EQ(messages.count, 400);
+    EXPECT_EQ(messages.lines[1], "line 1");
+    EXPECT_EQ(messages.lines[400], "line 400");
+    CutMessages(10);
+    AppendMessage("again");
+    EXPECT_EQ(messages.count, 11);
+    EXPECT_EQ(messages.lines[11], "again");
+    CutMessages(100);
+    EXPECT_EQ(messages.count, 11);
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,175 @@
+#include "base/text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <vector>
+
+namespace avq1 {
+namespace {
+
+TEST(Numbers, FollowTheStandardConversions) {
+    constexpr double kLargest = std::numeric_limits<double>::max();
+    struct Case {
+        const char* text;
+        double value;
+    };
+    const Case cases[] = {
+        {"47.449", 47.449},
+        {"-122.309000", -122.309},
+        {" \t+5.5", 5.5},
+        {"5.", 5.0},
+        {".5", 0.5},
+        {"-.25", -0.25},
+        {"1.2.3", 1.2},
+        {"12abc", 12.0},
+        {"1e3", 1000.0},
+        {"1e", 1.0},
+        {"2e-2x", 0.02},
+        {"", 0.0},
+        {"-", 0.0},
+        {".", 0.0},
+        {"abc", 0.0},
+        {"+-5", 0.0},
+        {"inf", 0.0},
+        {"-nan", 0.0},
+        {"1e999", kLargest},
+        {"-1e999", -kLargest},
+        {"1e-999", 0.0},
+        {"1 2", 1.0},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0},
+        {"0.1234567890123456", 0.1234567890123456},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(ToNumber(c.text), c.value) << c.text;
+        std::string_view rest = c.text;
+        std::string_view words = c.text;
+        EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << c.text;
+        EXPECT_EQ(rest, words) << c.text;
+    }
+}
+
+TEST(Numbers, ShortDecimalsAreRoundedAsTheRuntimeRoundsThem) {
+    // The quick way for plain decimals must not differ in the last bit.
+    std::uint64_t random = 88172645463325252U;
+    for (int i = 0; i < 200000; ++i) {
+        random ^= random << 13;
+        random ^= random >> 7;
+        random ^= random << 17;
+        const std::string text = Format(
+            "%s%d.%0*d", random & 1 ? "-" : "", static_cast<int>(random >> 8 & 255),
+            static_cast<int>(1 + (random >> 20) % 9), static_cast<int>((random >> 33) % 100000000));
+        ASSERT_EQ(ToNumber(text), std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
+TEST(Numbers, WholeNumbersAreClamped) {
+    struct Case {
+        const char* text;
+        std::int32_t value;
+    };
+    const Case cases[] = {{"42", 42},
+                          {" +7", 7},
+                          {"-8x", -8},
+                          {"3.9", 3},
+                          {"0.9", 0},
+                          {"", 0},
+                          {"x1", 0},
+                          {"+-1", 0},
+                          {"99999999999", std::numeric_limits<std::int32_t>::max()},
+                          {"-99999999999", std::numeric_limits<std::int32_t>::min()}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(ToInteger(c.text), c.value) << c.text;
+    }
+    EXPECT_EQ(TruncateToInteger(-3.99), -3);
+    EXPECT_EQ(TruncateToInteger(1e300), std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(TruncateToInteger(std::nan("")), 0);
+}
+
+TEST(Words, SplitAtAnyWhiteSpaceIntoAFixedCount) {
+    std::array<std::string_view, 3> words;
+    EXPECT_EQ(SplitWords("  a\tbb \r\n", words), 2U);
+    EXPECT_EQ(words[0], "a");
+    EXPECT_EQ(words[1], "bb");
+    EXPECT_EQ(words[2], "");
+    EXPECT_EQ(SplitWords("1 2 3 4", words), 3U);
+    EXPECT_EQ(words[2], "3");
+    EXPECT_TRUE(EqualsIgnoreCase("WptChgDist", "WPTCHGDIST"));
+    EXPECT_FALSE(EqualsIgnoreCase("Wpt", "WptC"));
+    EXPECT_EQ(ToUpper("k\xe9ks-1"), "K\xe9KS-1");
+}
+
+// A long word crosses the eight-character steps of the word walk at every offset.
+TEST(Words, EndWhereTheyEndAtEveryLengthAndOffset) {
+    for (std::size_t length = 1; length < 40; ++length) {
+        for (const char* after : {"", " ", "\tx", "\r\n", " yyyyyyyyyyyy"}) {
+            const std::string word = std::string(length - 1, '\x01') + '\xff';
+            const std::string text = word + after;
+            std::string_view rest = text;
+            EXPECT_EQ(NextWord(rest), word);
+            EXPECT_EQ(rest, after);
+        }
+    }
+}
+
+std::vector<std::string> Lines(std::string_view text, std::size_t limit) {
+    LineReader reader(text, limit);
+    std::vector<std::string> lines;
+    std::string_view line;
+    while (reader.Next(line)) {
+        lines.emplace_back(line);
+    }
+    return lines;
+}
+
+TEST(LineReader, TakesLineEndsAndLimitsAsToldByItsHeader) {
+    using Expected = std::vector<std::string>;
+    EXPECT_EQ(Lines("", 10), Expected{});
+    EXPECT_EQ(Lines("a\nb", 10), (Expected{"a", "b"}));
+    EXPECT_EQ(Lines("a\r\n\r\nb\r\n", 10), (Expected{"a", "", "b"}));
+    EXPECT_EQ(Lines("\xEF\xBB\xBF;x\n\xEF\xBB\xBFy", 10), (Expected{";x", "\xEF\xBB\xBFy"}));
+    EXPECT_EQ(Lines("12345\n678", 5), (Expected{"12345", "678"}));
+    EXPECT_EQ(Lines("12345\r\n678", 5), (Expected{"12345", "678"}));
+    EXPECT_EQ(Lines("123456\n78", 5), (Expected{"12345", "6", "78"}));
+    EXPECT_EQ(Lines("12345678901", 5), (Expected{"12345", "67890", "1"}));
+    EXPECT_EQ(Lines(std::string_view("a\0b\nc", 5), 10), (Expected{std::string("a\0b", 3), "c"}));
+}
+
+TEST(SplitSetting, ReadsTheKeyValueForm) {
+    struct Case {
+        const char* line;
+        bool taken;
+        const char* key;
+        const char* value;
+    };
+    const Case cases[] = {
+        {"WptChgDist=4.5", true, "WptChgDist", "4.5"},
+        {"Folder=C:\\My Plans\\", true, "Folder", "C:\\My Plans\\"},
+        {"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
+        {"a=b=c", true, "a", "b=c"},
+        {"a=b\r", true, "a", "b"},
+        {";a=b", false, "", ""},
+        {"a=", false, "", ""},
+        {"=b", false, "", ""},
+        {"alone", false, "", ""},
+        {"", false, "", ""},
+    };
+    for (const Case& c : cases) {
+        std::string_view key;
+        std::string_view value;
+        EXPECT_EQ(SplitSetting(c.line, key, value), c.taken) << c.line;
+        EXPECT_EQ(key, c.key) << c.line;
+        EXPECT_EQ(value, c.value) << c.line;
+    }
+}
+
+TEST(Format, HoldsAnyLength) {
+    const std::string longText(1000, 'x');
+    EXPECT_EQ(Format("%s-%03d", longText.c_str(), 7), longText + "-007");
+    EXPECT_EQ(Format("%s", ""), "");
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,239 @@
+// Reference figures come from other formulas than the code's: haversine for distances, vectors in
+// space for courses and reached points.
+#include "geometry/geometry.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+namespace avq1 {
+namespace {
+
+TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
+    struct Case {
+        double latitude1, longitude1, latitude2, longitude2, distanceNm, courseTrue;
+    };
+    const Case cases[] = {
+        {40.6398, -73.7789, 51.4706, -0.4619, 2989.154449, 51.352492},
+        {47.449, -122.309, 35.5523, 139.780, 4161.168089, 300.553511},
+        {-33.9461, 151.1772, -12.0219, -77.1143, 6903.451804, 126.290415},
+        {10, 179.5, 10, -179.5, 59.088443, 89.913174},
+        {10, -179.5, -20, 179.25, 1801.513572, 182.347913},
+        {0, 0, 0, 1, 60, 90},
+        {60, 10, 60.5, 9.99, 30.001477, 359.435736},
+        {-45, 20, -46, 20, 60, 180},
+        {89, 0, 89, 180, 120, 360},
+    };
+    for (const Case& c : cases) {
+        double distanceNm = 0;
+        double courseTrue = 0;
+        DistanceAndCourse(c.latitude1, c.longitude1, c.latitude2, c.longitude2, distanceNm,
+                          courseTrue);
+        EXPECT_NEAR(distanceNm, c.distanceNm, 2e-6) << c.latitude1 << ' ' << c.longitude1;
+        EXPECT_NEAR(courseTrue, c.courseTrue, 2e-6) << c.latitude1 << ' ' << c.longitude1;
+        EXPECT_EQ(GreatCircleDistanceNm(c.latitude1, c.longitude1, c.latitude2, c.longitude2),
+                  distanceNm);
+    }
+}
+
+TEST(DistanceAndCourse, ReportsCoursesBelowOneDegreeAs360) {
+    struct Case {
+        double courseLeft, courseReported;
+    };
+    const Case cases[] = {{0.0, 360.0}, {0.4, 360.0},   {0.99, 360.0},
+                          {1.01, 1.01}, {359.9, 359.9}, {180.0, 180.0}};
+    for (const Case& c : cases) {
+        double latitude = 0;
+        double longitude = 0;
+        PointAtDistance(20.0, 30.0, c.courseLeft, 300.0, latitude, longitude);
+        double distanceNm = 0;
+        double courseTrue = 0;
+        DistanceAndCourse(20.0, 30.0, latitude, longitude, distanceNm, courseTrue);
+        EXPECT_NEAR(courseTrue, c.courseReported, 1e-9) << c.courseLeft;
+    }
+}
+
+TEST(DistanceAndCourse, StaysFiniteForIdenticalAndAntipodalPoints) {
+    // Among so many points the rounded cosine leaves [-1, 1] for some.
+    for (int i = 0; i < 1000; ++i) {
+        const double latitude = -89.95 + 0.1799 * i;
+        const double longitude = -180.0 + 0.3601 * i;
+        double distanceNm = 0;
+        double courseTrue = 0;
+        DistanceAndCourse(latitude, longitude, latitude, longitude, distanceNm, courseTrue);
+        ASSERT_NEAR(distanceNm, 0.0, 1e-3);
+        ASSERT_TRUE(courseTrue >= 1.0 && courseTrue <= 360.0) << courseTrue;
+        DistanceAndCourse(latitude, longitude, -latitude, longitude + 180.0, distanceNm,
+                          courseTrue);
+        ASSERT_NEAR(distanceNm, 10800.0, 1e-3);
+        ASSERT_TRUE(courseTrue >= 1.0 && courseTrue <= 360.0) << courseTrue;
+    }
+}
+
+TEST(PointAtDistance, AgreesWithIndependentFigures) {
+    struct Case {
+        double latitude1, longitude1, courseTrue, distanceNm, latitude2, longitude2;
+    };
+    const Case cases[] = {
+        {40.6398, -73.7789, 51.0, 1000, 49.54361257, -53.68850618},
+        {10, 179.5, 90, 120, 9.99384571, -178.46917241},
+        {10, -179.5, 270, 120, 9.99384571, 178.46917241},
+        {85, 30, 0, 600, 85, -150},
+        {-30, 100, 225, 5400, -37.76124391, -16.56505118},
+        {0, 0, 360, 60, 1, 0},
+        {0, 179, 90, 60, 0, -180},
+    };
+    for (const Case& c : cases) {
+        double latitude = 0;
+        double longitude = 0;
+        PointAtDistance(c.latitude1, c.longitude1, c.courseTrue, c.distanceNm, latitude, longitude);
+        EXPECT_NEAR(latitude, c.latitude2, 1e-7) << c.latitude1 << ' ' << c.courseTrue;
+        EXPECT_NEAR(std::remainder(longitude - c.longitude2, 360.0), 0.0, 1e-7)
+            << c.latitude1 << ' ' << c.courseTrue;
+    }
+}
+
+TEST(PointAtDistance, KeepsLongitudeBelow180) {
+    for (double start = 178.0; start <= 182.0; start += 0.125) {
+        for (double distanceNm = 0.0; distanceNm <= 240.0; distanceNm += 7.5) {
+            double latitude = 0;
+            double longitude = 0;
+            PointAtDistance(0.0, start, 90.0, distanceNm, latitude, longitude);
+            ASSERT_TRUE(longitude >= -180.0 && longitude < 180.0) << start << ' ' << distanceNm;
+        }
+    }
+}
+
+TEST(PositiveModulo, StaysBelowTheModulus) {
+    EXPECT_DOUBLE_EQ(PositiveModulo(-30.0, 360.0), 330.0);
+    EXPECT_DOUBLE_EQ(PositiveModulo(725.0, 360.0), 5.0);
+    EXPECT_DOUBLE_EQ(PositiveModulo(360.0, 360.0), 0.0);
+    // Rounding would give the modulus itself.
+    EXPECT_EQ(PositiveModulo(-1e-20, 360.0), 0.0);
+}
+
+TEST(TrueToMagnetic, LiesBetweenHalfADegreeAndFullCirclePlusHalf) {
+    struct Case {
+        double courseTrue, variation, magnetic;
+    };
+    const Case cases[] = {{10.0, 10.3, 359.7},  {10.0, 9.7, 360.3},    {10.0, 9.5, 0.5},
+                          {360.0, -0.4, 360.4}, {360.0, -0.5, 0.5},    {350.0, -20.0, 10.0},
+                          {1.0, 15.0, 346.0},   {180.0, -14.0, 194.0}, {360.0, 0.0, 360.0}};
+    for (const Case& c : cases) {
+        EXPECT_NEAR(TrueToMagnetic(c.courseTrue, c.variation), c.magnetic, 1e-12)
+            << c.courseTrue << ' ' << c.variation;
+    }
+}
+
+struct DirectionCase {
+    double a, b, smallerAngle;
+    int side;  // TurnSide
+};
+constexpr DirectionCase kDirections[] = {
+    {10, 20, 10, 1},  {20, 10, 10, 2},  {350, 10, 20, 1},  {10, 350, 20, 2},
+    {0, 180, 180, 1}, {180, 0, 180, 2}, {90, 271, 179, 2}, {271, 90, 179, 1},
+    {45, 45, 0, 2},   {360, 1, 1, 1},   {359, 360, 1, 1},  {180.5, 0, 179.5, 1}};
+
+TEST(Directions, SmallerAngleAndTurnSide) {
+    for (const DirectionCase& c : kDirections) {
+        EXPECT_DOUBLE_EQ(SmallerAngle(c.a, c.b), c.smallerAngle) << c.a << ' ' << c.b;
+        EXPECT_EQ(TurnSide(c.a, c.b), c.side) << c.a << ' ' << c.b;
+    }
+}
+
+TEST(PolarToScreen, PlacesEveryQuadrant) {
+    struct Case {
+        double reference, bearing, rangePx;
+        int x, y;
+    };
+    // Centre 200, 300. Offsets are cut, not rounded: 100 sin 50 is 76.6.
+    const Case cases[] = {
+        {0, 0, 100, 200, 200},     {0, 90, 100, 300, 300},    {0, 180, 100, 200, 400},
+        {0, 270, 100, 100, 300},   {90, 90, 100, 200, 200},   {350, 40, 100, 276, 236},
+        {10, 320, 100, 124, 236},  {300, 70, 100, 276, 364},  {70, 300, 100, 124, 364},
+        {180, 0, 50, 200, 350},    {0, 60, 100.9, 287, 250},  {270, 270, 0, 200, 300},
+        {359, 1, 1000, 234, -699}, {1, 359, 1000, 166, -699},
+    };
+    for (const Case& c : cases) {
+        int x = 0;
+        int y = 0;
+        PolarToScreen(c.reference, c.bearing, 200, 300, c.rangePx, x, y);
+        EXPECT_EQ(x, c.x) << c.reference << ' ' << c.bearing;
+        EXPECT_EQ(y, c.y) << c.reference << ' ' << c.bearing;
+        double realX = 0;
+        double realY = 0;
+        PolarToScreen(c.reference, c.bearing, 200.0, 300.0, c.rangePx, realX, realY);
+        const double relative = (c.bearing - c.reference) * kDegToRad;
+        EXPECT_NEAR(realX, 200.0 + c.rangePx * std::sin(relative), 1e-9);
+        EXPECT_NEAR(realY, 300.0 - c.rangePx * std::cos(relative), 1e-9);
+    }
+}
+
+std::string Texts(double latitude, double longitude) {
+    PositionText latitudeText;
+    PositionText longitudeText;
+    FormatLatLon(latitude, longitude, latitudeText, longitudeText);
+    return std::string(latitudeText.data()) + " " + longitudeText.data();
+}
+
+TEST(FormatLatLon, WritesTheFixedForm) {
+    struct Case {
+        double latitude, longitude;
+        const char* texts;
+    };
+    const Case cases[] = {
+        {47.5, -122.25, "N47:30:00 W122:15:00"},
+        {-8.5, 8.5, "S08:30:00 E08:30:00"},
+        {0, 0, "N00:00:00 W00:00:00"},
+        {-0.25, 0.25, "S00:15:00 E00:15:00"},
+        {5 + 3 / 60.0 + 7 / 3600.0, 99.999999, "N05:03:07 E99:59:59"},
+        {89.9999, -179.99999, "N89:59:59 W179:59:59"},
+        {1 / 3600.0 - 1e-6, 2.9 / 3600.0, "N00:00:00 E00:00:02"},
+        {1e300, -1e300, "N999:00:00 W999:00:00"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(Texts(c.latitude, c.longitude), c.texts);
+    }
+}
+
+TEST(ParseLatLon, ReadsFixedColumns) {
+    struct Case {
+        const char* latitudeText;
+        const char* longitudeText;
+        double latitude, longitude;
+    };
+    const Case cases[] = {
+        {"N47:30:00", "W122:15:00", 47.5, 122.25},
+        {"S47:30:00", "W22:15:00", 47.5, 22.25},
+        {"N05:03:36", "E08:30:36", 5.06, 8.51},
+        {"", "", 0, 0},
+        {"N4", "E1", 4, 1},
+        {"garbage!!", "more garbage", 0, 0},
+    };
+    for (const Case& c : cases) {
+        double latitude = -1;
+        double longitude = -1;
+        ParseLatLon(c.latitudeText, c.longitudeText, latitude, longitude);
+        EXPECT_NEAR(latitude, c.latitude, 1e-12) << c.latitudeText;
+        EXPECT_NEAR(longitude, c.longitude, 1e-12) << c.longitudeText;
+    }
+}
+
+TEST(FormatLatLon, AWrittenPositionSurvivesReadingAndWritingAgain) {
+    for (int degrees = 0; degrees < 180; degrees += 13) {
+        for (int second = 0; second < 3600; ++second) {
+            const double written = degrees + second / 3600.0;
+            const std::string texts = Texts(degrees < 90 ? written : 0.0, -written);
+            const std::size_t blank = texts.find(' ');
+            double latitude = 0;
+            double longitude = 0;
+            ParseLatLon(texts.substr(0, blank), texts.substr(blank + 1), latitude, longitude);
+            ASSERT_EQ(Texts(latitude, -longitude), texts);
+            ASSERT_NEAR(longitude, written, 1e-9);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,193 @@
+#include "settings/settings.h"
+
+#include <gtest/gtest.h>
+
+#include "base/module_state.h"
+#include "settings/aircraft_performance.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::TempSimFolder;
+
+Settings Read(std::string_view text) {
+    Settings read;
+    ApplySettingsText(text, read);
+    return read;
+}
+
+TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
+    struct Case {
+        const char* text;
+        double (*value)(const Settings&);
+        double expected;
+    };
+    const auto wptChgDist = [](const Settings& s) { return s.WptChgDist; };
+    const auto procDist = [](const Settings& s) { return s.WptProcChgDist; };
+    const auto flyoverDist = [](const Settings& s) { return s.FlyoverWptChgDist; };
+    const auto tcasRange = [](const Settings& s) -> double { return s.TcasVertRange; };
+    const auto vnavSpeed = [](const Settings& s) -> double { return s.VnavSetSpd; };
+    const auto vnavAlts = [](const Settings& s) -> double { return s.VnavSetAlts; };
+    const auto towerView = [](const Settings& s) -> double { return s.SetDestLoadTowerViewDist; };
+    const auto lnavOff = [](const Settings& s) -> double { return s.LnavOffAtLastWpt; };
+    const auto latLon = [](const Settings& s) -> double { return s.DecLatLonDisp; };
+    const auto tod = [](const Settings& s) -> double { return s.ShowTodBodIndicators; };
+    const Case cases[] = {
+        {"", wptChgDist, 3.0},
+        {"WptChgDist=4.5", wptChgDist, 4.5},
+        {"WptChgDist=0.8", wptChgDist, 3.0},
+        {"WptChgDist=1.2", wptChgDist, 1.2},
+        {"WptChgDist=-2", wptChgDist, 3.0},
+        {"WptChgDist=far", wptChgDist, 3.0},
+        {"wptchgdist=4.5", wptChgDist, 4.5},
+        {"WptChgDist=4.5\nWptChgDist=0.5\n", wptChgDist, 4.5},
+        {"WptChgDist=4.5\nWptChgDist=5\n", wptChgDist, 5.0},
+        {"WptChgDist= 4.5", wptChgDist, 4.5},
+        {"WptChgDist =4.5", wptChgDist, 3.0},
+        {" WptChgDist=4.5", wptChgDist, 3.0},
+        {";WptChgDist=4.5", wptChgDist, 3.0},
+        {"\xEF\xBB\xBFWptChgDist=4.5\r\n", wptChgDist, 4.5},
+        {"WptProcChgDist=3.5", procDist, 3.5},
+        {"WptProcChgDist=0.5", procDist, 2.5},
+        {"FlyoverWptChgDist=2.25", flyoverDist, 2.25},
+        {"FlyoverWptChgDist=0.25", flyoverDist, 1.5},
+        {"TcasVertRange=2700", tcasRange, 27},
+        {"TcasVertRange=1099", tcasRange, 10},
+        {"TcasVertRange=900", tcasRange, 140},
+        {"VnavSetSpd=2", vnavSpeed, 2},
+        {"VnavSetSpd=0", vnavSpeed, 1},
+        {"VnavSetSpd = 2", vnavSpeed, 1},
+        {"VnavSetAlts=0", vnavAlts, 0},
+        {"VnavSetAlts=no", vnavAlts, 0},
+        {"SetDestLoadTowerViewDist=25", towerView, 1},
+        {"SetDestLoadTowerViewDist=-1", towerView, 0},
+        {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0", lnavOff, 1},
+        {"DecLatLonDisp=1\nDecLatLonDisp=-1", latLon, 1},
+        {"ShowTodBodIndicators=0", tod, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.value(Read(c.text)), c.expected) << c.text;
+    }
+}
+
+TEST(Settings, EachPlainSwitchReachesItsOwnMember) {
+    struct Case {
+        const char* key;
+        std::int32_t Settings::*member;
+    };
+    const Case cases[] = {
+        {"ArmPauseAtTod", &Settings::ArmPauseAtTod},
+        {"DispAppPtrnAlts", &Settings::DispAppPtrnAlts},
+        {"DispETALocalTime", &Settings::DispETALocalTime},
+        {"DispPrevWpt", &Settings::DispPrevWpt},
+        {"EadiDualCue", &Settings::EadiDualCue},
+        {"EADIHdgTape", &Settings::EADIHdgTape},
+        {"EhsiStaticHdgPointer", &Settings::EhsiStaticHdgPointer},
+        {"ExpandEADI", &Settings::ExpandEADI},
+        {"ExpandEADILnav", &Settings::ExpandEADILnav},
+        {"LoadFuelonFlightPlanLoad", &Settings::LoadFuelonFlightPlanLoad},
+        {"Lnav1xAtTod", &Settings::Lnav1xAtTod},
+        {"LnavSetEnRouteFreqs", &Settings::LnavSetEnRouteFreqs},
+        {"SetSpdOffwhenAPMasterSetOff", &Settings::SetSpdOffwhenAPMasterSetOff},
+        {"SetWptBaro", &Settings::SetWptBaro},
+        {"ShowTodBodIndicators", &Settings::ShowTodBodIndicators},
+        {"VnavOffAtLastWpt", &Settings::VnavOffAtLastWpt},
+        {"VnavOffOnManAltChg", &Settings::VnavOffOnManAltChg},
+        {"VnavSetAlts", &Settings::VnavSetAlts},
+        {"VnavSetSpdOffOnManSpdChg", &Settings::VnavSetSpdOffOnManSpdChg},
+    };
+    for (const Case& c : cases) {
+        const Settings read = Read(std::string(c.key) + "=7\n");
+        for (const Case& other : cases) {
+            const std::int32_t expected = &c == &other ? 7 : Settings{}.*(other.member);
+            EXPECT_EQ(read.*(other.member), expected) << c.key << " and " << other.key;
+        }
+    }
+}
+
+TEST(Settings, TextsKeepTheirBlanks) {
+    const Settings read = Read(
+        "flightplansfolder=D:\\Flight Plans 2\\\nParkingFile=my gates.txt\n"
+        "weightunit=kgs\n");
+    EXPECT_EQ(read.FlightPlansFolder, "D:\\Flight Plans 2\\");
+    EXPECT_EQ(read.ParkingFile, "my gates.txt");
+    EXPECT_EQ(read.WeightUnit, "KGS");
+}
+
+TEST(Settings, ALongLineIsReadInPieces) {
+    // The piece after character 298 is a line of its own.
+    EXPECT_EQ(Read(std::string(298, 'x') + "WptChgDist=5\n").WptChgDist, 5.0);
+    EXPECT_EQ(Read(std::string(297, 'x') + "WptChgDist=5\n").WptChgDist, 3.0);
+    std::string rubbish;
+    for (int i = 0; i < 10'000'000; ++i) {
+        rubbish += static_cast<char>(i * 7919 >> 5);
+    }
+    Read(rubbish);
+    EXPECT_EQ(Read(std::string(10'000'000, '=') + "\nWptChgDist=5").WptChgDist, 5.0);
+}
+
+TEST(Settings, ComeFromTheFileOnce) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    LoadSettings();
+    EXPECT_EQ(SettingsLoaded, 1);
+    EXPECT_EQ(settings.WptChgDist, 3.0);
+    ResetModuleState();
+    SimFolder = folder.root().string();
+    folder.Write("AVQ/Avq.CFG", "WptChgDist=4.5\r\nTcasVertRange=2700");
+    LoadSettings();
+    EXPECT_EQ(settings.WptChgDist, 4.5);
+    EXPECT_EQ(settings.TcasVertRange, 27);
+}
+
+TEST(SimVersion, NeedsThreeEntriesOfTheLaterGeneration) {
+    struct Case {
+        std::vector<const char*> entries;
+        std::int32_t version;
+    };
+    const Case cases[] = {{{}, 9},
+                          {{"FSX.EXE", "SimObjects/x"}, 9},
+                          {{"fs9.exe", "SimObjects/x", "Missions/x"}, 9},
+                          {{"FSX.EXE", "SimObjects/x", "MISSIONS/x"}, 10},
+                          {{"Ace.exe", "fsx.exe", "missions/x"}, 10},
+                          {{"fsx.exe.bak", "xfsx.exe", "simobjects2/x", "missions/x"}, 9}};
+    for (const Case& c : cases) {
+        ResetModuleState();
+        const TempSimFolder folder;
+        for (const char* entry : c.entries) {
+            folder.Write(entry, "");
+        }
+        LoadSettings();
+        EXPECT_EQ(SimVersion, c.version);
+    }
+    ResetModuleState();
+    SimFolder = "/nonexistent folder";
+    SimVersion = 10;
+    DetectSimVersion();
+    EXPECT_EQ(SimVersion, 10);
+    ResetModuleState();
+}
+
+TEST(AircraftFile, OverridesTheSharedSettingsOnly) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    folder.Write("avq/avq.cfg", "WptChgDist=4.5\nVnavSetSpd=2\nWptProcChgDist=2.75\n");
+    folder.Write("avq/aircraft/Demo Jet.cfg",
+                 ";climb\r\nClimbIas=250\r\nwptchgdist=2.2\r\nVnavSetSpd=0\r\nWeightUnit=kgs\r\n"
+                 "FlightPlansFolder=\\elsewhere\\\r\nLnavSetEnRouteFreqs=1\r\nLnav1xAtTod=1\r\n");
+    LoadSettings();
+    AircraftName = "demo jet";
+    LoadAircraftFile();
+    EXPECT_EQ(settings.WptChgDist, 2.2);
+    EXPECT_EQ(settings.WptProcChgDist, 2.75);
+    EXPECT_EQ(settings.VnavSetSpd, 2);
+    EXPECT_EQ(settings.WeightUnit, "KGS");
+    EXPECT_EQ(settings.LnavSetEnRouteFreqs, 1);
+    EXPECT_EQ(settings.FlightPlansFolder, "");
+    EXPECT_EQ(settings.Lnav1xAtTod, 0);
+    ResetModuleState();
+}
+
+}  // namespace
+}  // namespace avq1
