@@ -1,25 +1,10 @@
-// bench/allocation_counter.h - counts heap allocations of this program, so a benchmark can say how
-// many one pass makes. Include it in exactly one source of a program.
+// bench/allocation_counter.h - counts this program's heap allocations, so a benchmark can say how
+// many one pass makes, the libraries' included. Link bench/allocation_counter.cpp, which stands in
+// front of malloc.
 #pragma once
 
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 namespace avq1::bench {
-inline std::atomic<long> allocationCount{0};
-}
 
-void* operator new(std::size_t size) {
-    ++avq1::bench::allocationCount;
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
-    }
-    std::abort();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+long AllocationCount();
+
+}  // namespace avq1::bench

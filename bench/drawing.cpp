@@ -77,12 +77,12 @@ void DrawEhsiMode(benchmark::State& state) {
     DrawEhsi(picture.Target());
     state.counters["texts"] = drawnTexts;
     PlatformTable.services = nullptr;
-    const long before = bench::allocationCount;
+    const long before = bench::AllocationCount();
     for (auto _ : state) {
         DrawEhsi(picture.Target());
     }
     state.counters["allocations"] = benchmark::Counter(
-        static_cast<double>(bench::allocationCount - before), benchmark::Counter::kAvgIterations);
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
     StopDrawingLibrary(token);
 }
 BENCHMARK(DrawEhsiMode)

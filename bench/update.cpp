@@ -52,13 +52,13 @@ void UpdateFrameWithLegs(benchmark::State& state) {
     FlyPlanOf(legs, simulator);
     simulator.NextTick();
     UpdateFrame();
-    const long before = bench::allocationCount;
+    const long before = bench::AllocationCount();
     for (auto _ : state) {
         simulator.NextTick();
         UpdateFrame();
     }
     state.counters["allocations"] = benchmark::Counter(
-        static_cast<double>(bench::allocationCount - before), benchmark::Counter::kAvgIterations);
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
     state.counters["great_circles"] = GreatCirclesOf(legs);
 }
 BENCHMARK(UpdateFrameWithLegs)->Arg(10)->Arg(100);

@@ -92,8 +92,11 @@ void WriteAirways(const fs::path& folder) {
             return;
         }
         for (const int at : {0, 3}) {
-            const std::string row =
-                word[9] + " 0010 " + word[at] + ' ' + word[at + 1] + ' ' + word[at + 2];
+            std::string row = word[9];
+            for (const std::string& part : {word[at], word[at + 1], word[at + 2]}) {
+                row += row.size() == word[9].size() ? " 0010 " : " ";
+                row += part;
+            }
             if (written.insert(row).second) {
                 out << row << '\n';
             }

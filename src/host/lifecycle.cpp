@@ -41,7 +41,7 @@ void Install(const GaugeBehaviour& behaviour) {
 
 void EnsureFlightLogStarted() {
     if (FlightLogStarted == 0) {
-        StartFlightLog();
+        RunFlightLogStartPass();
     }
 }
 
@@ -65,14 +65,14 @@ void LoadSharedCore(const GaugeBehaviour& behaviour, std::string_view parameters
     EnsureSimFolder();
     if (SettingsLoaded == 0) {
         LoadSettings();
-        StartFlightLog();
+        RunFlightLogStartPass();
     }
     if (behaviour.loadsNavigation) {
         if (navDatabase.airports.count == 0) {
             LoadNavDatabase();
         }
         if (behaviour.logsAfterLoad) {
-            StartFlightLog();
+            RunFlightLogStartPass();
         }
     }
     TakeAircraft(behaviour, parameters);
