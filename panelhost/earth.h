@@ -22,7 +22,7 @@ GeoPoint Destination(const GeoPoint& from, double courseTrue, double distanceNm)
 double CrossTrackNm(const GeoPoint& from, double courseTrue, const GeoPoint& point);
 
 // Magnetic variation, degrees, east positive: the main field of 2020 to the fourth degree, within
-// some two degrees of the charts outside the polar regions; the same in every run.
+// some three degrees of the charts outside the polar regions; the same in every run.
 double WorldVariation(const GeoPoint& at);
 
 }  // namespace panelhost

@@ -121,6 +121,22 @@ void RefreshSurroundings(HostState& host) {
     UpdateReceivers(host.ground, VariationAt, world);
 }
 
+// The autopilot's targets become what the aircraft does now.
+void HoldPresentState(World& world) {
+    Autopilot& autopilot = world.autopilot;
+    const int heading = static_cast<int>(std::lround(HeadingMag(world)));
+    autopilot.headingBugMag = heading == 0 ? 360 : heading;
+    autopilot.altitudeTargetFt = static_cast<int>(std::lround(world.aircraft.altitudeFt));
+    autopilot.airspeedTargetKt = static_cast<int>(std::lround(world.aircraft.indicatedAirspeedKt));
+}
+
+// Until the flight begins, placing the aircraft also places what its autopilot holds.
+void AfterPlacing(World& world) {
+    if (world.clock.flightTimeS == 0) {
+        HoldPresentState(world);
+    }
+}
+
 void StartWorld(HostState& host) {
     const StartState& start = host.options.start;
     World& world = host.world;
@@ -145,11 +161,8 @@ void StartWorld(HostState& host) {
     aircraft.indicatedAirspeedKt =
         start.onGround ? 0 : std::clamp(start.indicatedAirspeedKt, 115.0, 340.0);
     aircraft.heldAirspeedKt = aircraft.indicatedAirspeedKt;
+    HoldPresentState(world);
     Autopilot& autopilot = world.autopilot;
-    autopilot.headingBugMag = static_cast<int>(std::lround(HeadingMag(world)));
-    autopilot.headingBugMag += autopilot.headingBugMag == 0 ? 360 : 0;
-    autopilot.altitudeTargetFt = static_cast<int>(std::lround(aircraft.altitudeFt));
-    autopilot.airspeedTargetKt = static_cast<int>(std::lround(aircraft.indicatedAirspeedKt));
     const bool engage = start.autopilotOn && !start.onGround;
     autopilot.master = engage;
     autopilot.headingHold = engage;
@@ -620,6 +633,7 @@ void Session::SetPosition(double latitude, double longitude) {
         state_->host.world.aircraft.position = {std::clamp(latitude, -89.9, 89.9),
                                                 AngleDifference(0, longitude)};
         RefreshSurroundings(state_->host);
+        AfterPlacing(state_->host.world);
     }
 }
 
@@ -633,6 +647,7 @@ void Session::SetAltitude(double altitudeFt) {
             world.aircraft.indicatedAirspeedKt = 160;
             world.aircraft.heldAirspeedKt = 160;
         }
+        AfterPlacing(world);
     }
 }
 
@@ -640,6 +655,7 @@ void Session::SetHeading(double headingTrue) {
     if (std::isfinite(headingTrue)) {
         state_->host.world.aircraft.headingTrue = Normalise360(headingTrue);
         state_->host.world.aircraft.bankRightDeg = 0;
+        AfterPlacing(state_->host.world);
     }
 }
 
@@ -649,6 +665,7 @@ void Session::SetIndicatedAirspeed(double airspeedKt) {
         aircraft.indicatedAirspeedKt =
             std::clamp(airspeedKt, aircraft.onGround ? 0.0 : 115.0, 340.0);
         aircraft.heldAirspeedKt = aircraft.indicatedAirspeedKt;
+        AfterPlacing(state_->host.world);
     }
 }
 

@@ -1,0 +1,60 @@
+// panelhost/web/client_message.h - what a page may say on its socket, read strictly.
+//
+// A message is one JSON object whose "t" names its kind. Every field has a type and a range; a
+// missing, unknown, mistyped or out-of-range one makes the whole message bad. Window coordinates
+// are pixels of the composed picture. Nothing throws.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace panelhost {
+
+inline constexpr std::size_t kMaxClientMessageBytes = 4096;
+inline constexpr int kMaxWatchedWindows = 256;
+
+enum class ClientAction {
+    Bad,
+    Down,          // press at (x, y) of a window with a button
+    Up,            // let go
+    Wheel,         // turn the wheel over (x, y)
+    Key,           // keyboard key pressed or let go
+    ReleaseKeys,   // let go of every key
+    ToggleWindow,  // show or hide by ident
+    Pause,
+    Rate,
+    Set,       // place the aircraft, change the wind
+    Watch,     // which windows' pictures and texts this page wants
+    SendEvent,  // a pilot's key event
+    Painted,   // the last picture of a window is on the screen
+};
+
+struct ClientMessage {
+    ClientAction action = ClientAction::Bad;
+    std::string problem;  // why it is bad
+    int window = 0;
+    double x = 0;
+    double y = 0;
+    int button = 0;  // 0 left, 1 middle, 2 right
+    bool on = false;  // wheel up, key down, paused
+    int scanCode = 0;
+    int virtualKey = 0;
+    double number = 0;  // window ident, simulation rate or event number
+    double value = 0;   // of an event
+    std::optional<double> latitude;
+    std::optional<double> longitude;
+    std::optional<double> altitudeFt;
+    std::optional<double> headingTrue;
+    std::optional<double> airspeedKt;
+    std::optional<double> windDirectionTrue;
+    std::optional<double> windSpeedKt;
+    std::vector<int> windows;
+};
+
+ClientMessage ParseClientMessage(std::string_view text);
+
+}  // namespace panelhost

@@ -1,0 +1,152 @@
+#include "panelhost/web/http_rules.h"
+
+#include <optional>
+
+#include "panelhost/text.h"
+
+namespace panelhost {
+namespace {
+
+PageReply Plain(unsigned status, std::string text) {
+    PageReply reply;
+    reply.status = status;
+    reply.body = std::move(text) + "\n";
+    return reply;
+}
+
+void AddSecurityHeaders(std::string_view host, PageReply& reply) {
+    // The socket's address is spelled out: older browsers do not count it as 'self'.
+    reply.headers.push_back(
+        {"Content-Security-Policy", "default-src 'none'; script-src 'self'; style-src 'self'; "
+                                    "img-src 'self' blob: data:; connect-src 'self' ws://" +
+                                        std::string(host) +
+                                        "; base-uri 'none'; form-action 'self'; "
+                                        "frame-ancestors 'none'"});
+    reply.headers.push_back({"X-Content-Type-Options", "nosniff"});
+    reply.headers.push_back({"Referrer-Policy", "no-referrer"});
+    reply.headers.push_back({"Cross-Origin-Resource-Policy", "same-origin"});
+    reply.headers.push_back({"Cache-Control", "no-store"});
+}
+
+std::optional<PageReply> Asset(std::string_view path, unsigned status = 200) {
+    for (const PageAsset& asset : PageAssets()) {
+        if (path == asset.path) {
+            PageReply reply;
+            reply.status = status;
+            reply.contentType = asset.contentType;
+            reply.body = std::string(asset.bytes);
+            return reply;
+        }
+    }
+    return {};
+}
+
+PageReply PairingPage(unsigned status, std::string_view remark) {
+    PageReply reply = Asset("/pair.html", status).value_or(Plain(status, "pairing needed"));
+    constexpr std::string_view kMark = "<!--remark-->";
+    const std::size_t at = reply.body.find(kMark);
+    if (at != std::string::npos) {
+        reply.body.replace(at, kMark.size(), remark);
+    }
+    return reply;
+}
+
+PageReply Pair(const PageRequest& request, Pairing& pairing, double nowS) {
+    constexpr std::string_view kField = "code=";
+    if (!IsOwnOrigin(request.origin, request.host)) {
+        return Plain(403, "not this server's own page");
+    }
+    const bool hasField = request.body.substr(0, kField.size()) == kField;
+    const std::string_view typed = hasField ? request.body.substr(kField.size()) : "";
+    switch (TryPairing(pairing, typed, nowS)) {
+        case PairingAnswer::Paired: {
+            PageReply reply = Plain(303, "paired");
+            reply.headers.push_back({"Location", "/"});
+            reply.headers.push_back(
+                {"Set-Cookie", std::string(kPairingCookie) + "=" + pairing.cookies.back() +
+                                   "; HttpOnly; SameSite=Strict; Path=/; Max-Age=86400"});
+            return reply;
+        }
+        case PairingAnswer::WrongCode:
+            return PairingPage(403, "That is not the code on the console.");
+        case PairingAnswer::TooManyAttempts:
+            return PairingPage(429, "Too many attempts. Wait a little and try again.");
+    }
+    return Plain(500, "no answer");
+}
+
+// "/window/12.png" gives 12, anything else -1.
+int PictureWindow(std::string_view path) {
+    constexpr std::string_view kStart = "/window/";
+    constexpr std::string_view kEnd = ".png";
+    if (path.size() <= kStart.size() + kEnd.size() || path.substr(0, kStart.size()) != kStart ||
+        path.substr(path.size() - kEnd.size()) != kEnd) {
+        return -1;
+    }
+    const std::string_view digits =
+        path.substr(kStart.size(), path.size() - kStart.size() - kEnd.size());
+    int number = 0;
+    for (const char c : digits) {
+        if (c < '0' || c > '9' || digits.size() > 4) {
+            return -1;
+        }
+        number = number * 10 + (c - '0');
+    }
+    return number;
+}
+
+PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
+    const std::string_view path = request.target.substr(0, request.target.find('?'));
+    if (pairing.required && request.method == "POST" && path == "/pair") {
+        return Pair(request, pairing, nowS);
+    }
+    if (request.method != "GET" && request.method != "HEAD") {
+        PageReply reply = Plain(405, "only GET and HEAD");
+        reply.headers.push_back({"Allow", "GET, HEAD"});
+        return reply;
+    }
+    if (path == "/healthz") {
+        return Plain(200, "ok");
+    }
+    const bool isPairingStyle = path == "/app.css" || path == "/icon.svg";
+    if (!isPairingStyle && !IsPaired(pairing, request.cookie)) {
+        return path == "/" ? PairingPage(401, "") : Plain(401, "pairing needed");
+    }
+    if (path == "/socket") {
+        if (!request.isUpgrade) {
+            return Plain(426, "a WebSocket is served here");
+        }
+        if (!request.origin.empty() && !IsOwnOrigin(request.origin, request.host)) {
+            return Plain(403, "not this server's own page");
+        }
+        PageReply reply;
+        reply.acceptsSocket = true;
+        return reply;
+    }
+    const int window = PictureWindow(path);
+    if (window >= 0) {
+        PageReply reply;
+        reply.contentType = "image/png";
+        reply.pictureWindow = window;
+        return reply;
+    }
+    return Asset(path == "/" ? "/index.html" : path).value_or(Plain(404, "no such page"));
+}
+
+}  // namespace
+
+PageReply AnswerRequest(const PageRequest& request, int port, Pairing& pairing, double nowS) {
+    if (request.target.size() > kMaxTargetCharacters) {
+        return Plain(414, "address too long");
+    }
+    const bool knownHost =
+        pairing.required ? IsPlainHost(request.host) : IsLoopbackHost(request.host, port);
+    if (!knownHost) {
+        return Plain(421, "not a name of this server");
+    }
+    PageReply reply = Route(request, pairing, nowS);
+    AddSecurityHeaders(request.host, reply);
+    return reply;
+}
+
+}  // namespace panelhost
