@@ -12,8 +12,7 @@ constexpr double kSmallestWidePx = 10;
 constexpr double kSmallestPx = 6;
 constexpr double kStepPx = 0.5;
 constexpr double kLinePitch = 1.0;  // of the font size
-constexpr int kMarginPx = 3;        // between a cap's edge and its label
-constexpr int kWideKeyPx = 60;      // from here on twice that at the sides
+constexpr int kMarginPx = 3;        // between a cap's edge and its label, at least
 
 std::vector<std::string> SplitLines(std::string_view label) {
     std::vector<std::string> lines;
@@ -108,7 +107,7 @@ void DrawLabel(cairo_t* cairo, const LabelLayout& layout, Rgb colour) {
 }
 
 PixelBox LabelRoom(const PixelBox& key, const std::vector<PixelBox>& lamps) {
-    const int side = key.width >= kWideKeyPx ? 2 * kMarginPx : kMarginPx;
+    const int side = std::max(kMarginPx, key.width / 10 + 1);
     PixelBox room{key.x + side, key.y + kMarginPx, key.width - 2 * side,
                   key.height - 2 * kMarginPx};
     for (const PixelBox& lamp : lamps) {
