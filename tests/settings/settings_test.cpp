@@ -120,8 +120,8 @@ TEST(Settings, ALongLineIsReadInPieces) {
     EXPECT_EQ(Read(std::string(298, 'x') + "WptChgDist=5\n").WptChgDist, 5.0);
     EXPECT_EQ(Read(std::string(297, 'x') + "WptChgDist=5\n").WptChgDist, 3.0);
     std::string rubbish;
-    for (int i = 0; i < 10'000'000; ++i) {
-        rubbish += static_cast<char>(i * 7919 >> 5);
+    for (std::uint32_t i = 0; i < 10'000'000; ++i) {
+        rubbish += static_cast<char>(i * 7919U >> 5);
     }
     Read(rubbish);
     EXPECT_EQ(Read(std::string(10'000'000, '=') + "\nWptChgDist=5").WptChgDist, 5.0);

@@ -1,0 +1,344 @@
+#include "navdb/nav_database.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "base/text.h"
+#include "navdb/airport_detail.h"
+#include "simlink/aircraft_state.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class NavDatabaseTest : public testing::Test {
+  protected:
+    NavDatabaseTest() {
+        ResetModuleState();
+        SimFolder = folder_.root().string();
+    }
+    ~NavDatabaseTest() override { ResetModuleState(); }
+
+    void WriteNavdata(const std::string& name, const std::string& contents) const {
+        folder_.Write("avq/Navdata/" + name, contents);
+    }
+    static std::vector<std::string> Messages() {
+        return {messages.lines.begin() + 1, messages.lines.begin() + 1 + messages.count};
+    }
+    static std::vector<std::string> SearchKinds(std::string_view ident, SearchCategory category) {
+        SearchIdent(ident, category);
+        std::vector<std::string> kinds;
+        for (std::int32_t i = 1; i <= navDatabase.searchResults.count; ++i) {
+            kinds.emplace_back(KindText(navDatabase.searchResults[i].kind));
+        }
+        return kinds;
+    }
+
+    test::TempSimFolder folder_;
+};
+
+TEST_F(NavDatabaseTest, ReadsEveryFieldOfEveryFile) {
+    WriteNavdata("avq_ints.txt", "\xEF\xBB\xBF;fixes\r\nAALAN SECOND 47.5 -122.25\r\n\r\n");
+    WriteNavdata("FSB_AWY2.TXT", ";J0 1 NOTME 1 2\nJ1 0010 SEA 47.4 -122.3\nJ1 0020 FIXX 10 -20\n");
+    WriteNavdata("avq_apts.txt",
+                 ";KXX Odd_One 5 1 2\nKBOS Logan_Intl 20 42.36 -71.01 04L_1\nKSHORT\n");
+    WriteNavdata("avq_navs.txt",
+                 ";AIRAC x\nABC ALPHA 1.5 2.5 VOR 113.40\nABD B 1 2 VORTAC 110\nXY C x 2 NDB");
+    LoadNavDatabase();
+
+    ASSERT_EQ(navDatabase.intersections.count, 1);
+    const Intersection& fix = navDatabase.intersections[1];
+    EXPECT_EQ(fix.ident, "AALAN");
+    EXPECT_EQ(fix.name, "SECOND");
+    EXPECT_EQ(fix.latitude, 47.5);
+    EXPECT_EQ(fix.longitude, -122.25);
+    EXPECT_EQ(fix.kind, PointKind::Intersection);
+    EXPECT_EQ(fix.frequency, "");
+
+    ASSERT_EQ(navDatabase.airwayFixes.count, 1);  // identifiers below four characters are left out
+    EXPECT_EQ(navDatabase.airwayFixes[1].ident, "FIXX");
+    EXPECT_EQ(navDatabase.airwayFixes[1].name, "FIXX");
+    EXPECT_EQ(navDatabase.airwayFixes[1].longitude, -20.0);
+
+    ASSERT_EQ(navDatabase.airports.count, 3);  // no comments in this file
+    EXPECT_EQ(navDatabase.airports[1].ident, ";KXX");
+    EXPECT_EQ(navDatabase.airports[2].name, "Logan_Intl");
+    EXPECT_EQ(navDatabase.airports[2].elevation, "20");
+    EXPECT_EQ(navDatabase.airports[2].latitude, 42.36);
+    EXPECT_EQ(navDatabase.airports[2].longitude, -71.01);
+    EXPECT_EQ(navDatabase.airports[3].elevation, "");
+
+    ASSERT_EQ(navDatabase.navaids.count, 3);
+    EXPECT_EQ(KindText(navDatabase.navaids[1].kind), "V");
+    EXPECT_EQ(navDatabase.navaids[1].frequency, "113.40");
+    EXPECT_EQ(KindText(navDatabase.navaids[2].kind), "N");  // only the exact word is a VOR
+    EXPECT_EQ(navDatabase.navaids[3].latitude, 0.0);
+    EXPECT_EQ(navDatabase.navaids[3].frequency, "");
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(NavDatabaseTest, MissingFilesLeaveTheirTablesEmpty) {
+    WriteNavdata("avq_ints.txt", "AALAN X 1 2\n");
+    LoadNavDatabase();
+    EXPECT_EQ(navDatabase.intersections.count, 1);
+    EXPECT_EQ(navDatabase.airports.count, 0);
+    EXPECT_EQ(FindNavaid("AALAN", "", 1), 0);
+
+    // A second load starts again, and nothing points into the first one's texts.
+    SearchIdent("AALAN", SearchCategory::All);
+    WriteNavdata("avq_ints.txt", "BBBBB X 3 4\nCCCCC Y 5 6\n");
+    LoadNavDatabase();
+    EXPECT_EQ(navDatabase.intersections.count, 2);
+    EXPECT_EQ(navDatabase.intersections[1].ident, "BBBBB");
+    EXPECT_EQ(navDatabase.searchResults.count, 0);
+}
+
+TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {
+    struct Case {
+        const char* file;
+        const char* line;
+        const PointTable& table;
+        std::int32_t limit;
+        std::int32_t warnedAt;
+        const char* message;
+    };
+    const Case cases[] = {
+        {"avq_apts.txt", "K%d N 1 2 3\n", navDatabase.airports, 10000, 9998,
+         "Apts '9998' approaching struct_limit"},
+        {"avq_navs.txt", "N%d N 1 2 VOR 113\n", navDatabase.navaids, 17000, 9998,
+         "Navs '9998' approaching struct_limit"},
+        {"avq_ints.txt", "I%d N 1 2\n", navDatabase.intersections, 180000, 179998,
+         "Ints '179998' approaching struct_limit"},
+        {"fsb_awy2.txt", "J1 0010 FIX%d 1 2\n", navDatabase.airwayFixes, 100000, 99998,
+         "Ints '99998' approaching struct_limit"},
+    };
+    for (const Case& c : cases) {
+        std::string contents;
+        for (std::int32_t i = 1; i < c.warnedAt; ++i) {
+            contents += Format(c.line, i);
+        }
+        ResetModuleState();
+        SimFolder = folder_.root().string();
+        WriteNavdata(c.file, contents);
+        LoadNavDatabase();
+        EXPECT_EQ(c.table.count, c.warnedAt - 1) << c.file;
+        EXPECT_THAT(Messages(), IsEmpty()) << c.file;
+
+        for (std::int32_t i = c.warnedAt; i <= c.limit + 1; ++i) {
+            contents += Format(c.line, i);
+        }
+        WriteNavdata(c.file, contents);
+        LoadNavDatabase();
+        EXPECT_EQ(c.table.count, c.limit) << c.file;
+        EXPECT_THAT(Messages(), ElementsAre(c.message)) << c.file;
+        std::filesystem::remove(folder_.root() / "avq/Navdata" / c.file);
+    }
+}
+
+TEST_F(NavDatabaseTest, SurvivesRubbishAndHugeLines) {
+    std::string rubbish;
+    std::uint32_t random = 12345;
+    for (int i = 0; i < 4'000'000; ++i) {
+        random = random * 1664525U + 1013904223U;
+        rubbish += static_cast<char>(random >> 24);
+    }
+    std::string millionLines;
+    for (int i = 0; i < 1'000'000; ++i) {
+        millionLines += "A\n";
+    }
+    const std::string tenMegabyteLine = std::string(10'000'000, 'x') + "\nKBOS N 1 2 3\n";
+    for (const std::string& contents : {rubbish, millionLines, tenMegabyteLine}) {
+        for (const char* file : {"avq_ints.txt", "avq_navs.txt", "avq_apts.txt", "fsb_awy2.txt"}) {
+            WriteNavdata(file, contents);
+        }
+        LoadNavDatabase();
+        ReadDatabaseCycle();
+        EXPECT_LE(navDatabase.airports.count, kAirportCapacity);
+        EXPECT_FALSE(LoadAirportDetail("NONE", kDepartureSlot));
+    }
+    // A line of ten million characters is 5886 lines of 1699 at most.
+    EXPECT_EQ(navDatabase.airports.count, 5886 + 1);
+    EXPECT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
+}
+
+TEST_F(NavDatabaseTest, ALineMayHave1699Characters) {
+    const std::string head = "KAAA N ";
+    const std::string fits = head + std::string(1699 - head.size() - 4, '1') + " 2 3";
+    WriteNavdata("avq_apts.txt", fits + "\r\n" + fits + "4\r\n");
+    LoadNavDatabase();
+    ASSERT_EQ(navDatabase.airports.count, 3);
+    EXPECT_EQ(navDatabase.airports[1].longitude, 3);
+    EXPECT_EQ(navDatabase.airports[2].longitude, 3);  // its last character is the next line
+    EXPECT_EQ(navDatabase.airports[3].ident, "4");
+}
+
+TEST_F(NavDatabaseTest, CycleTextsComeFromTheirColumns) {
+    struct Case {
+        const char* file;
+        const char* cycle;
+        const char* validity;
+    };
+    const Case cases[] = {
+        {"ABC N 1 2 VOR 113\n;AIRAC Cycle : 0801 (17-JAN-2008 to 14-FEB-2008)\n;AIRAC 1 2 3 4 5 6",
+         "AIRAC0801", "JAN17FEB14/08"},
+        {"\xEF\xBB\xBF;AIRAC cycle : 2309 (07/SEP/23 to 05/OCT/23\r\n", "AIRAC2309", "SEP07OCT05/"},
+        {";AIRAC a b c d e f", "AIRACc", "f/"},
+        {";AIRAC", "AIRAC", "/"},
+        {";AIRACX a b c d e f\n; AIRAC", "", ""},
+    };
+    for (const Case& c : cases) {
+        DatabaseCycle.clear();
+        DatabaseValidity.clear();
+        WriteNavdata("avq_navs.txt", c.file);
+        ReadDatabaseCycle();
+        EXPECT_EQ(DatabaseCycle, c.cycle) << c.file;
+        EXPECT_EQ(DatabaseValidity, c.validity) << c.file;
+    }
+}
+
+TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
+    WriteNavdata("avq_navs.txt",
+                 "ABC A 10.9 1 NDB 300\nABC B 10.1 2 VOR 113\nABD C -0.5 3 VOR 114\n"
+                 "BBC D 20.5 4 NDB 301\nBBC E -20.5 5 VOR 115\nZZZ F 0.5 6 VOR 116\n"
+                 "ABC G 50 7 VOR 117\n");
+    LoadNavDatabase();
+    struct Case {
+        const char* ident;
+        const char* kind;
+        double latitude;
+        std::int32_t index;
+    };
+    const Case cases[] = {
+        {"ABC", "", 10.5, 2},     {"ABC", "INT", 10.5, 2}, {"ABC", "VOR", 10.5, 2},
+        {"ABC", "NDB", 10.99, 1}, {"ABC", "N", 10.0, 1},   {"ABC", "I", 10.5, 0},
+        {"ABC", "VOR", 11.0, 0},  {"ABD", "V", 0.4, 3},    {"BBC", "", 20.5, 0},
+        {"BBC", "NDB", 20.5, 4},  {"BBC", "", -20.9, 5},   {"ZZZ", "VOR", 0.0, 6},
+        {"ABC", "VOR", 50.0, 0},  // outside its letter's first group
+        {"AB", "", 10.5, 0},      {"CCC", "", 10.5, 0},    {"", "", 10.5, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(FindNavaid(c.ident, c.kind, c.latitude), c.index)
+            << c.ident << ' ' << c.kind << ' ' << c.latitude;
+    }
+}
+
+TEST_F(NavDatabaseTest, TheLetterIndexStopsAt74Groups) {
+    const auto ident = [](int group) {
+        return std::string(1, static_cast<char>('<' + group - 1)) + "A";
+    };
+    std::string contents;
+    for (int group = 1; group <= 80; ++group) {
+        contents += ident(group) + " N 1 2 VOR 113\n";
+    }
+    WriteNavdata("avq_navs.txt", contents);
+    LoadNavDatabase();
+    EXPECT_EQ(navDatabase.letterGroupCount, 74);
+    EXPECT_EQ(FindNavaid(ident(74), "", 1), 74);
+    EXPECT_EQ(FindNavaid(ident(75), "", 1), 0);
+}
+
+TEST_F(NavDatabaseTest, SearchFindsEqualIdentifiersOfTheAskedCategory) {
+    WriteNavdata("avq_navs.txt", "ABC A 10 1 VOR 113\nABC B 40 1 NDB 300\nABCD C 1 1 VOR 114\n");
+    WriteNavdata("avq_ints.txt", "ABC X 20 1\nabc Y 1 1\nAB Z 1 1\n");
+    WriteNavdata("avq_apts.txt", "ABC Town 123 30 1\n");
+    WriteNavdata("fsb_awy2.txt", "J1 1 ABCD 1 1\n");
+    LoadNavDatabase();
+    EXPECT_THAT(SearchKinds("ABC", SearchCategory::All), ElementsAre("V", "N", "I", "APT"));
+    EXPECT_EQ(navDatabase.searchResults[1].frequency, "113");
+    EXPECT_EQ(navDatabase.searchResults[4].elevation, "123");
+    EXPECT_THAT(SearchKinds("ABC", SearchCategory::Navaids), ElementsAre("V", "N"));
+    EXPECT_THAT(SearchKinds("ABC", SearchCategory::Intersections), ElementsAre("I"));
+    EXPECT_THAT(SearchKinds("ABC", SearchCategory::Airports), ElementsAre("APT"));
+    EXPECT_THAT(SearchKinds("ABC", SearchCategory{-1}), ElementsAre("V", "N", "I", "APT"));
+    EXPECT_THAT(SearchKinds("ABCD", SearchCategory::All), ElementsAre("V"));
+    EXPECT_THAT(SearchKinds("", SearchCategory::All), IsEmpty());
+    EXPECT_EQ(NearestResult(), 0);
+
+    SearchIdent("ABC", SearchCategory::All);
+    aircraft.longitude = 1;
+    for (const auto& [latitude, nearest] : {std::pair{11.0, 1}, {22.0, 3}, {39.0, 2}}) {
+        aircraft.latitude = latitude;
+        EXPECT_EQ(NearestResult(), nearest) << latitude;
+    }
+}
+
+TEST_F(NavDatabaseTest, NearestOfEqualsIsTheEarlierAndResultsStopAt250) {
+    std::string contents;
+    for (int i = 0; i < 300; ++i) {
+        contents += "SAME N 5 5\n";
+    }
+    WriteNavdata("avq_ints.txt", contents);
+    LoadNavDatabase();
+    SearchIdent("SAME", SearchCategory::All);
+    EXPECT_EQ(navDatabase.searchResults.count, 250);
+    EXPECT_EQ(NearestResult(), 1);
+}
+
+TEST(RunwayToken, MissingSubFieldsAreEmptyOrZero) {
+    const Runway whole = ParseRunwayToken("09L_9000_40.1_-73.9_88_x_y_90.5");
+    EXPECT_EQ(whole.ident, "09L");
+    EXPECT_EQ(whole.length, 9000);
+    EXPECT_EQ(whole.latitude, 40.1);
+    EXPECT_EQ(whole.longitude, -73.9);
+    EXPECT_EQ(whole.heading, 88.0);
+    EXPECT_EQ(whole.field6, "x");
+    EXPECT_EQ(whole.field7, "y");
+    EXPECT_EQ(whole.field8, 90.5);
+    EXPECT_EQ(whole.reciprocalHeading, 268.0);
+    const Runway partial = ParseRunwayToken("27_9000_40.1_-73.9_270");
+    EXPECT_EQ(partial.reciprocalHeading, 90.0);
+    EXPECT_EQ(partial.field6, "");
+    EXPECT_EQ(partial.field8, 0.0);
+    EXPECT_EQ(ParseRunwayToken("18_1_2_3_180").reciprocalHeading, 0.0);
+    EXPECT_EQ(ParseRunwayToken("_").ident, "");
+}
+
+TEST_F(NavDatabaseTest, AirportDetailFillsItsSlot) {
+    std::string manyRunways = "KDEN Big 5434 39.8 -104.6";
+    for (int i = 1; i <= 25; ++i) {
+        manyRunways += " R" + std::to_string(i) + "_1000";
+    }
+    WriteNavdata("avq_apts.txt",
+                 "KBOSX Wrong 1 1 1 01_1\r\nkbos logan 20 42.36 -71.01 "
+                 "04l_7864_42.3_-71.1_35_x_y_35 22R_7864\r\nKBOS Second 9 9 9\r\n" +
+                     manyRunways);
+    EXPECT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
+    const AirportDetail& departure = airportSlots[kDepartureSlot];
+    EXPECT_EQ(departure.ident, "KBOS");
+    EXPECT_EQ(departure.name, "LOGAN");
+    EXPECT_EQ(departure.elevationFt, 20.0);
+    EXPECT_EQ(departure.latitude, 42.36);
+    EXPECT_EQ(departure.longitude, -71.01);
+    ASSERT_EQ(departure.runways.size(), 2U);
+    EXPECT_EQ(departure.runways[0].ident, "04L");
+    EXPECT_EQ(departure.runways[0].field6, "X");
+    EXPECT_EQ(departure.runways[1].ident, "22R");
+    EXPECT_EQ(lastAirportElevationText, "20");
+    EXPECT_EQ(navDatabase.searchResults.count, 0);
+    EXPECT_EQ(navDatabase.searchResults.records[1].ident, "KBOS");
+    EXPECT_EQ(navDatabase.searchResults.records[1].latitude, 42.36);
+    EXPECT_EQ(KindText(navDatabase.searchResults.records[1].kind), "APT");
+
+    EXPECT_TRUE(LoadAirportDetail("KDEN", kArrivalSlot));
+    EXPECT_EQ(airportSlots[kArrivalSlot].runways.size(), 20U);
+    EXPECT_EQ(airportSlots[kArrivalSlot].runways[19].ident, "R20");
+    EXPECT_EQ(departure.runways.size(), 2U);
+
+    // Not found: no runways, the previous identity.
+    for (const char* ident : {"NONE", "", "kbos", "KBOS "}) {
+        ASSERT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
+        EXPECT_FALSE(LoadAirportDetail(ident, kDepartureSlot)) << ident;
+        EXPECT_EQ(departure.ident, "KBOS");
+        EXPECT_TRUE(departure.runways.empty());
+    }
+    EXPECT_FALSE(LoadAirportDetail("KBOS", 4));
+    EXPECT_FALSE(LoadAirportDetail("KBOS", -1));
+}
+
+}  // namespace
+}  // namespace avq1

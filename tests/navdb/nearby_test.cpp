@@ -1,0 +1,159 @@
+#include "navdb/nearby.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class NearbyTest : public testing::Test {
+  protected:
+    NearbyTest() { ResetModuleState(); }
+    ~NearbyTest() override { ResetModuleState(); }
+
+    static void Add(PointTable& table, double latitude, double longitude) {
+        PointRecord record;
+        record.ident = "FIX";
+        record.name = "NAME";
+        record.latitude = latitude;
+        record.longitude = longitude;
+        record.kind = PointKind::Navaid;
+        record.frequency = "113.40";
+        table.Append(record);
+    }
+    static std::vector<std::string> Messages() {
+        return {messages.lines.begin() + 1, messages.lines.begin() + 1 + messages.count};
+    }
+};
+
+// Wherever the aircraft is, the list is what comparing every record's distance gives.
+TEST_F(NearbyTest, HoldsExactlyTheRecordsWithinTheRadius) {
+    PointTable& fixes = navDatabase.airwayFixes;
+    for (double latitude = -90; latitude <= 90; latitude += 5) {
+        for (double longitude = -180; longitude <= 180; longitude += 7.5) {
+            Add(fixes, latitude, longitude);
+        }
+    }
+    Add(fixes, 95, 20);   // out of range in a rubbish file: the far side of the pole
+    Add(fixes, 40, 371);  // more than once around
+    Add(fixes, 1e300, 0);
+    const LatLon places[] = {{0, 0},    {45, 10},  {45, 179.9}, {-30, -179.9}, {85, 30},
+                             {90, 0},   {-90, 50}, {79.9, 100}, {80.1, -100},  {-80, 180},
+                             {88, -10}, {40, 11},  {45, 350}};
+    for (const LatLon& place : places) {
+        aircraft.latitude = place.latitude;
+        aircraft.longitude = place.longitude;
+        std::vector<double> expected;
+        for (std::int32_t i = 1; i <= fixes.count; ++i) {
+            if (GreatCircleDistanceNm(place.latitude, place.longitude, fixes[i].latitude,
+                                      fixes[i].longitude) <= 600.0) {
+                expected.push_back(fixes[i].latitude * 1000 + fixes[i].longitude);
+            }
+        }
+        BuildNearbyFixes({1, 2});
+        std::vector<double> listed;
+        for (std::int32_t i = 1; i <= nearby.fixes600.points.count; ++i) {
+            const PointRecord& point = nearby.fixes600.points[i];
+            listed.push_back(point.latitude * 1000 + point.longitude);
+        }
+        EXPECT_FALSE(expected.empty());
+        EXPECT_EQ(listed, expected) << place.latitude << ' ' << place.longitude;
+    }
+}
+
+TEST_F(NearbyTest, NarrowsTheBuiltListFromWhereTheAircraftIsNow) {
+    aircraft.latitude = 0;
+    aircraft.longitude = 0;
+    for (double latitude : {2.9, 3.1, 3.3, 3.4, 9.9, 10.1}) {
+        Add(navDatabase.navaids, latitude, 0);
+        Add(navDatabase.airports, latitude, 0);
+        Add(navDatabase.airwayFixes, latitude, 0);
+    }
+    const LatLon mapCentre{1, 2};
+    BuildNearbyNavaids(mapCentre);
+    BuildNearbyAirports(mapCentre);
+    BuildNearbyFixes(mapCentre);
+    EXPECT_EQ(nearby.navaids600.points.count, 5);
+    EXPECT_EQ(nearby.airports600.reference.longitude, 2);
+    NarrowNearbyNavaids();
+    NarrowNearbyAirports();
+    NarrowNearbyFixes();
+    EXPECT_EQ(nearby.navaids180.points.count, 1);  // 180 nm
+    EXPECT_EQ(nearby.airports180.points.count, 1);
+    EXPECT_EQ(nearby.fixes200.points.count, 3);  // 200 nm
+    const PointRecord& entry = nearby.navaids180.points[1];
+    EXPECT_EQ(entry.ident, "FIX");
+    EXPECT_EQ(entry.frequency, "113.40");
+    EXPECT_EQ(entry.kind, PointKind::Navaid);
+
+    aircraft.latitude = 12;  // the record at 10.1 is near now but not in the built list
+    NarrowNearbyNavaids();
+    NarrowNearbyFixes();
+    EXPECT_EQ(nearby.navaids180.points.count, 1);
+    EXPECT_EQ(nearby.navaids180.points[1].latitude, 9.9);
+    EXPECT_EQ(nearby.fixes200.reference.latitude, 12);
+    EXPECT_EQ(nearby.fixes600.reference.latitude, 1);
+}
+
+TEST_F(NearbyTest, LimitsDropTheRestWithOneMessage) {
+    aircraft.latitude = 10;
+    aircraft.longitude = 10;
+    struct Case {
+        PointTable& source;
+        void (*build)(const LatLon&);
+        void (*narrow)();
+        const PointTable& built;
+        const PointTable& narrowed;
+        std::int32_t narrowLimit;
+        std::vector<std::string> messages;
+    };
+    const Case cases[] = {
+        {navDatabase.airports,
+         BuildNearbyAirports,
+         NarrowNearbyAirports,
+         nearby.airports600.points,
+         nearby.airports180.points,
+         1000,
+         {"Apts May exceed 2998", "Apts May exceed 998"}},
+        {navDatabase.navaids,
+         BuildNearbyNavaids,
+         NarrowNearbyNavaids,
+         nearby.navaids600.points,
+         nearby.navaids180.points,
+         1000,
+         {"Navs May exceed 2998", "Navs May exceed 998"}},
+        {navDatabase.airwayFixes,
+         BuildNearbyFixes,
+         NarrowNearbyFixes,
+         nearby.fixes600.points,
+         nearby.fixes200.points,
+         3000,
+         {}},
+    };
+    for (const Case& c : cases) {
+        for (int i = 0; i < 3100; ++i) {
+            Add(c.source, 10, 10);
+        }
+        CutMessages(0);
+        c.build({});
+        c.narrow();
+        EXPECT_EQ(c.built.count, 3000);
+        EXPECT_EQ(c.narrowed.count, c.narrowLimit);
+        EXPECT_EQ(Messages(), c.messages);
+    }
+    CutMessages(0);
+    NearbyFixLimit = 50;
+    NarrowNearbyFixes();
+    EXPECT_EQ(nearby.fixes200.points.count, 50);
+    EXPECT_THAT(Messages(), ElementsAre("Ints May exceed 48"));
+}
+
+}  // namespace
+}  // namespace avq1
