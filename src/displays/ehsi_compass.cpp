@@ -185,9 +185,17 @@ void DrawToFrom(Canvas& canvas, const CourseNeedle& needle) {
     canvas.FillPolygon(colour::White, mark);
 }
 
-void DrawDeviation(Canvas& canvas, const CourseNeedle& needle) {
+// `turn` is the course from straight up. Dots below the arc's picture are left out.
+void DrawDeviation(EhsiPicture& picture, const CourseNeedle& needle, double turn) {
+    constexpr double kDotRadius = 2.5;
+    Canvas& canvas = picture.canvas;
     for (const double dot : {-2.0, -1.0, 1.0, 2.0}) {
-        canvas.DrawEllipse({colour::White, 1.2}, dot * kDotSpacingPx - 2.5, -2.5, 5, 5);
+        const double x = dot * kDotSpacingPx;
+        const double below = x * std::sin(turn * kDegToRad) + kDotRadius;
+        if (picture.fullCompass || picture.compass.centre.y + below < kArcBottom) {
+            canvas.DrawEllipse({colour::White, 1.2}, x - kDotRadius, -kDotRadius, 2 * kDotRadius,
+                               2 * kDotRadius);
+        }
     }
     if (!needle.deviationShown || !std::isfinite(needle.deviation)) {
         return;
@@ -283,7 +291,7 @@ void DrawCoursePointer(EhsiPicture& picture) {
             DrawCourseLine(picture.canvas, tip - kRosePointerPx, tip, needle.argb);
         } else {
             DrawCourseLine(picture.canvas, kPointerInnerPx, tip, needle.argb);
-            DrawDeviation(picture.canvas, needle);
+            DrawDeviation(picture, needle, turn);
         }
     });
 }

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "displays/ehsi_picture.h"
+#include "displays/map_view.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
 #include "geometry/geometry.h"
@@ -23,13 +24,18 @@ constexpr double kLeft = 3;
 constexpr double kRight = 263;
 constexpr double kMovingKt = 25;  // no times to go at or below this ground speed
 
+// Beyond what any instrument shows, and never a number that is none.
+bool CanShow(double value) {
+    return std::isfinite(value) && std::abs(value) < 100000;
+}
+
 FixedText Value(const char* dashes, bool shown, double value, int decimals, int width) {
-    return shown && std::isfinite(value) ? FixedText("%*.*f", width, decimals, value)
-                                         : FixedText("%s", dashes);
+    return shown && CanShow(value) ? FixedText("%*.*f", width, decimals, value)
+                                   : FixedText("%s", dashes);
 }
 
 FixedText Degrees(bool shown, double value) {
-    return shown && std::isfinite(value) ? FixedText("%03.0f", value) : FixedText("---");
+    return shown && CanShow(value) ? FixedText("%03.0f", value) : FixedText("---");
 }
 
 // A compass direction is never shown as 000.
@@ -68,7 +74,7 @@ void DrawFlightManagementSource(EhsiPicture& picture) {
     picture.surface.Text("FMS", kData, colour::Magenta, kLeft, 16);
     if (!picture.hasWaypoint) {
         picture.surface.Text("NO ROUTE", kSmall, colour::Amber, kLeft, 28);
-    } else if (guidance.crossTrackNm != kNoCrossTrack && std::isfinite(guidance.crossTrackNm)) {
+    } else if (guidance.crossTrackNm != kNoCrossTrack && CanShow(guidance.crossTrackNm)) {
         picture.surface.Text(FixedText("XTK%4.1f%c", guidance.crossTrackNm,
                                        guidance.crossTrackSide == kRightOfTrack ? 'R' : 'L'),
                              kSmall, colour::White, kLeft, 28);
@@ -88,8 +94,7 @@ void DrawWind(EhsiPicture& picture) {
     constexpr CanvasPoint kArrowCentre{11, 50};
     constexpr double kArrowHalfPx = 8;
     const double turn = derived.windDirectionMag - aircraft.headingMag + 180.0;
-    if (!(aircraft.windSpeedKt >= 1) || !std::isfinite(aircraft.windSpeedKt) ||
-        !std::isfinite(turn)) {
+    if (!(aircraft.windSpeedKt >= 1) || !CanShow(aircraft.windSpeedKt) || !std::isfinite(turn)) {
         return;
     }
     CanvasPen pen{colour::White, 1.2};
@@ -110,7 +115,7 @@ void DrawNextWaypoint(EhsiPicture& picture) {
     picture.surface.TextRight(FixedText("%.*s NM", static_cast<int>(digits.size()), digits.data()),
                               kData, colour::White, kRight, 16);
     const bool timed = aircraft.groundSpeedKt > kMovingKt &&
-                       std::isfinite(progress.eteWaypointHours + progress.eteWaypointMinutes);
+                       CanShow(progress.eteWaypointHours + progress.eteWaypointMinutes);
     picture.surface.TextRight(timed ? FixedText("%2.0f:%02.0f", progress.eteWaypointHours,
                                                 std::floor(progress.eteWaypointMinutes))
                                     : FixedText("--:--"),
@@ -139,6 +144,9 @@ void DrawSpeeds(EhsiPicture& picture) {
 }
 
 bool NothingToMap(const EhsiPicture& picture) {
+    if (!IsUsable(ViewFromAircraft(0, 0, 1, ehsi.ehsiRange))) {
+        return true;
+    }
     return FromFlightManagement() ? !picture.hasWaypoint : !picture.nav1Signal;
 }
 

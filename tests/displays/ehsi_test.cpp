@@ -1,0 +1,589 @@
+// The EHSI, read back from its picture and from the texts it draws.
+#include "displays/ehsi.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <set>
+
+#include "base/module_state.h"
+#include "drawing/palette.h"
+#include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
+#include "guidance/guidance_state.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "support/fake_simulator.h"
+#include "support/picture.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeSimulator;
+using test::IsColour;
+using test::Picture;
+
+constexpr int kDesignWidth = 266;
+constexpr int kDesignHeight = 230;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr CanvasPoint kFullCentre{129, 114};
+constexpr CanvasPoint kArcCentre{129, 190};
+
+class Ehsi : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetModuleState();
+        simulator_ = &FakeSimulator::Install();
+        avionicsPower = 1;
+        settings = Settings{};
+        aircraft.latitude = 40;
+        aircraft.longitude = -75;
+        SetNav1(true);
+        simulator_->variables[58] = 1;
+    }
+
+    void SetNav1(bool signal) {
+        simulator_->variables[49] = signal ? 1 : 0;
+        simulator_->variables[852] = signal ? 1 : 0;
+    }
+
+    // A plan through points given in nm north and east of the aircraft; entry 1 is flown to.
+    void FlyPlan(std::initializer_list<CanvasPoint> northEastNm) {
+        activePlan.lastIndex = -1;
+        for (const CanvasPoint& place : northEastNm) {
+            PlanWaypoint& entry =
+                activePlan.entries[static_cast<std::size_t>(++activePlan.lastIndex)];
+            entry = PlanWaypoint{};
+            entry.ident = "WP" + std::to_string(activePlan.lastIndex);
+            entry.type = "WPT";
+            entry.latitude = aircraft.latitude + place.x / 60;
+            entry.longitude =
+                aircraft.longitude + place.y / 60 / std::cos(aircraft.latitude * kDegToRad);
+        }
+        planBook.activeIndex = 1;
+        ehsi.navSource = NavSource::FlightManagement;
+        guidance.crossTrackNm = 0;
+        guidance.desiredTrackMag = 90;
+    }
+
+    // Draws `mode` at a whole multiple of the design size.
+    static std::unique_ptr<Picture> Draw(int mode, int scale = 1) {
+        ehsi.ehsiMode = mode;
+        auto picture = std::make_unique<Picture>(kDesignWidth * scale, kDesignHeight * scale);
+        DrawEhsi(picture->Target());
+        return picture;
+    }
+
+    FakeSimulator* simulator_ = nullptr;
+};
+
+int Count(std::string_view text) {
+    int count = 0;
+    for (const test::DrawnText& drawn : Picture::Texts()) {
+        count += drawn.text == text;
+    }
+    return count;
+}
+
+// Mean direction, clockwise from straight up, of the pixels for which `counts` holds at a radius
+// between `inner` and `outer` design pixels of the centre; NaN without such pixels.
+double MeanDirection(const Picture& picture, const CanvasPoint& centre, double inner, double outer,
+                     int scale, const std::function<bool(std::uint32_t)>& counts) {
+    double sines = 0;
+    double cosines = 0;
+    for (int y = 0; y < kDesignHeight * scale; ++y) {
+        for (int x = 0; x < kDesignWidth * scale; ++x) {
+            const double dx = (x + 0.5) / scale - centre.x;
+            const double dy = (y + 0.5) / scale - centre.y;
+            const double radius = std::hypot(dx, dy);
+            if (radius >= inner && radius <= outer && counts(picture.At(x, y))) {
+                sines += dx / radius;
+                cosines -= dy / radius;
+            }
+        }
+    }
+    return sines == 0 && cosines == 0 ? kNan : std::atan2(sines, cosines) * kRadToDeg;
+}
+
+double AngleBetween(double a, double b) {
+    return std::abs(PositiveModulo(a - b + 180, 360) - 180);
+}
+
+TEST_F(Ehsi, StaysTransparentWhenCoveredOrWithoutPower) {
+    for (int mode = 1; mode <= 8; ++mode) {
+        ehsi.ehsiMode = mode;
+        Picture picture(280, 262, 0xFF123456);
+        DrawEhsi(picture.Target(DisplayDrawMode::ClearOnly));
+        EXPECT_TRUE(picture.IsClear());
+        DrawEhsi(picture.Target(DisplayDrawMode::SecondCockpit));
+        EXPECT_EQ(picture.At(2, 131), colour::Black);
+        avionicsPower = 0;
+        Picture::Forget();
+        DrawEhsi(picture.Target());
+        EXPECT_TRUE(picture.IsClear());
+        EXPECT_TRUE(Picture::Texts().empty());
+        avionicsPower = 1;
+    }
+    DrawEhsi({nullptr, 280, 262, DisplayDrawMode::Normal});
+    DrawEhsi({nullptr, 0, 0, DisplayDrawMode::Normal});
+}
+
+TEST_F(Ehsi, CourseBoxShowsTheSourcesCourse) {
+    aircraft.nav1Course = 7.4;
+    Draw(1);
+    EXPECT_TRUE(Picture::Shows("CRS 007"));
+    ehsi.navSource = NavSource::FlightManagement;
+    for (int mode = 1; mode <= 7; ++mode) {
+        Picture::Forget();
+        Draw(mode);
+        EXPECT_TRUE(Picture::Shows("DTK ---")) << mode;
+    }
+    FlyPlan({{0, -10}, {0, 10}});
+    guidance.desiredTrackMag = 93.6;
+    Draw(4);
+    EXPECT_TRUE(Picture::Shows("DTK 094"));
+}
+
+TEST_F(Ehsi, SaysNoMapWhenTheSourceHasNothingToShow) {
+    for (const NavSource source : {NavSource::NavReceiver, NavSource::FlightManagement}) {
+        for (const bool hasData : {false, true}) {
+            for (int mode = 1; mode <= 8; ++mode) {
+                SetNav1(hasData);
+                FlyPlan({{0, -10}, {0, 10}});
+                planBook.activeIndex = hasData ? 1 : kNoWaypoint;
+                ehsi.navSource = source;
+                Picture::Forget();
+                Draw(mode);
+                const bool mapMode = mode == 2 || mode == 3 || mode == 5 || mode == 6;
+                EXPECT_EQ(Picture::Shows("NO MAP"), mapMode && !hasData) << mode;
+                EXPECT_EQ(Picture::Shows("WX OFF"), mode == 2 || mode == 6 || mode == 7) << mode;
+                // beside the next waypoint's data it stands on the map
+                const bool route = mapMode && hasData && source == NavSource::FlightManagement;
+                EXPECT_EQ(Count("WP1"), mode == 8 || !hasData ? 0 : route ? 2 : 1) << mode;
+            }
+        }
+    }
+}
+
+TEST_F(Ehsi, PointerLabelsNameTheirSourceAndDistance) {
+    aircraft.nav1DmeNm = 42.66;
+    aircraft.nav2DmeNm = 8.04;
+    ehsi.bearingPointer1 = BearingSource::Vor;
+    ehsi.bearingPointer2 = BearingSource::Vor;
+    Draw(1);
+    for (const char* text : {"VOR 1", "42.7", "VOR 2", "8.0"}) {
+        EXPECT_TRUE(Picture::Shows(text)) << text;
+    }
+    SetNav1(false);
+    simulator_->variables[58] = 0;
+    Draw(5);
+    EXPECT_TRUE(Picture::Shows("VOR 1"));
+    EXPECT_TRUE(Picture::Shows("---"));
+    EXPECT_FALSE(Picture::Shows("42.7"));
+    EXPECT_FALSE(Picture::Shows("8.0"));
+    ehsi.bearingPointer1 = BearingSource::Fms;
+    ehsi.bearingPointer2 = BearingSource::Adf;
+    Draw(1);
+    EXPECT_TRUE(Picture::Shows("FMS"));
+    EXPECT_TRUE(Picture::Shows("ADF"));
+    EXPECT_FALSE(Picture::Shows("VOR 1"));
+}
+
+TEST_F(Ehsi, DataTextsFollowTheFlight) {
+    FlyPlan({{0, -10}, {0, 10}});
+    aircraft.headingMag = 359.7;
+    aircraft.groundSpeedKt = 451.6;
+    aircraft.windSpeedKt = 33.6;
+    derived.trueAirspeedEstimateKt = 420.4;
+    guidance.distanceToGoNm = 9.46;
+    guidance.crossTrackNm = 1.26;
+    guidance.crossTrackSide = 2;
+    progress.eteWaypointHours = 1;
+    progress.eteWaypointMinutes = 4.99;
+    Draw(1);
+    for (const char* text : {" 452", " 420", "34", "360", "WP1", " 9.5 NM", " 1:04", "XTK 1.3L"}) {
+        EXPECT_TRUE(Picture::Shows(text)) << text;
+    }
+    aircraft.groundSpeedKt = 20;
+    aircraft.windSpeedKt = 0;
+    aircraft.headingMag = 0.3;
+    Draw(4);
+    EXPECT_TRUE(Picture::Shows("--:--"));
+    EXPECT_TRUE(Picture::Shows("360"));
+    EXPECT_FALSE(Picture::Shows("34"));
+}
+
+TEST_F(Ehsi, TheRoseTurnsUnderTheLubberLine) {
+    constexpr int kScale = 3;
+    for (const int mode : {1, 4}) {
+        const CanvasPoint centre = mode == 1 ? kFullCentre : kArcCentre;
+        const double radius = mode == 1 ? 100 : 160;
+        for (const double heading : {3.0, 67.0, 181.5, 354.0}) {
+            aircraft.headingMag = heading;
+            aircraft.apHeadingBug = heading + 90;
+            aircraft.nav1Course = heading + 90;
+            const auto picture = Draw(mode, kScale);
+            // only the ticks of each ten degrees reach this far in; fold their directions to ten
+            double sines = 0;
+            double cosines = 0;
+            for (double angle = -44; angle <= 44; angle += 0.05) {
+                const double x = centre.x + (radius - 7) * std::sin(angle * kDegToRad);
+                const double y = centre.y - (radius - 7) * std::cos(angle * kDegToRad);
+                if (std::abs(angle) > 2 && IsColour(picture->At(static_cast<int>(x * kScale),
+                                                                static_cast<int>(y * kScale)),
+                                                    colour::White)) {
+                    sines += std::sin(36 * angle * kDegToRad);
+                    cosines += std::cos(36 * angle * kDegToRad);
+                }
+            }
+            ASSERT_NE(cosines, 0) << mode << " " << heading;
+            const double measured = std::atan2(sines, cosines) * kRadToDeg / 36;
+            const double folded = PositiveModulo(measured + heading + 5, 10) - 5;
+            EXPECT_NEAR(folded, 0, 0.3) << mode << " " << heading;
+        }
+    }
+    // and the number in the middle is the heading's own
+    aircraft.headingMag = 90;
+    Draw(1, kScale);
+    const test::DrawnText* east = Picture::Find("E");
+    ASSERT_NE(east, nullptr);
+    EXPECT_NEAR(east->x, kFullCentre.x * kScale, 15);
+    EXPECT_LT(east->y, kFullCentre.y * kScale);
+}
+
+TEST_F(Ehsi, TheRouteIsDrawnWhereItIsFlown) {
+    constexpr int kScale = 3;
+    struct Case {
+        double headingMag;
+        double variation;
+        CanvasPoint waypointNm;
+        double direction;  // from straight up
+    };
+    const Case cases[] = {
+        {40, -10, {30, 0}, -30},
+        {350, 15, {0, 40}, 85},
+        {270, 0, {-30, 0}, -90},
+        {100, 0, {40, 40}, -55},
+    };
+    for (const Case& each : cases) {
+        aircraft.headingMag = each.headingMag;
+        aircraft.magneticVariation = each.variation;
+        FlyPlan({{0, 0}, each.waypointNm});
+        ehsi.ehsiRange = 12.5;
+        const auto picture = Draw(2, kScale);
+        const double measured =
+            MeanDirection(*picture, kFullCentre, 20, 60, kScale,
+                          [](std::uint32_t pixel) { return IsColour(pixel, colour::Magenta); });
+        EXPECT_LT(AngleBetween(measured, each.direction), 0.6)
+            << each.headingMag << ": " << measured;
+    }
+}
+
+TEST_F(Ehsi, TheRangeScalesTheMap) {
+    constexpr int kScale = 2;
+    struct Case {
+        int mode;
+        double rangeNm;
+        double waypointNm;
+        double distancePx;
+    };
+    for (const Case& each : {Case{3, 12.5, 12.5, 40}, Case{2, 40, 60, 60}, Case{5, 25, 25, 95},
+                             Case{6, 160, 80, 47.5}}) {
+        FlyPlan({{-each.waypointNm, 0}, {each.waypointNm, 0}});
+        ehsi.ehsiRange = each.rangeNm;
+        Draw(each.mode, kScale);
+        const test::DrawnText* ident = Picture::Find("WP1");
+        ASSERT_NE(ident, nullptr) << each.mode;
+        const double centreY = each.mode <= 3 ? kFullCentre.y : kArcCentre.y;
+        // the identifier ends at its symbol's height
+        EXPECT_NEAR(ident->y / kScale + 1.15 * 9, centreY - each.distancePx, 1.5) << each.mode;
+        EXPECT_NEAR(ident->x / kScale, kFullCentre.x + 6, 1.5) << each.mode;
+    }
+}
+
+TEST_F(Ehsi, ADiscontinuityLeavesAGap) {
+    FlyPlan({{-5, 0}, {5, 0}, {0, 0}, {5, 10}, {-5, 10}});
+    activePlan.entries[2] = PlanWaypoint{};
+    activePlan.entries[2].ident = "DISCO";
+    const auto withGap = Draw(2, 2);
+    EXPECT_FALSE(Picture::Shows("DISCO"));
+    EXPECT_TRUE(Picture::Shows("WP4"));
+    // 40 px are 12.5 nm: halfway between entries 1 and 3, and halfway between 3 and 4
+    const auto lit = [](const Picture& picture, double northNm, double eastNm) {
+        return picture.At(static_cast<int>(2 * (kFullCentre.x + eastNm * 3.2)),
+                          static_cast<int>(2 * (kFullCentre.y - northNm * 3.2))) != colour::Black;
+    };
+    EXPECT_FALSE(lit(*withGap, 5, 5));
+    EXPECT_TRUE(lit(*withGap, 1, 10));
+    FlyPlan({{-5, 0}, {5, 0}, {5, 10}, {-5, 10}});
+    EXPECT_TRUE(lit(*Draw(2, 2), 5, 5));
+}
+
+TEST_F(Ehsi, NothingOfTheRouteLeavesItsClip) {
+    constexpr int kScale = 2;
+    for (const int mode : {2, 3, 5, 6}) {
+        FlyPlan({{-20, 3}, {8, 3}});
+        const auto without = Draw(mode, kScale);
+        FlyPlan({{-20, 3}, {8, 3}, {30, 200}, {-40, 20}, {-15, -60}, {20, -20}, {60, 0}});
+        const auto with = Draw(mode, kScale);
+        const CanvasPoint centre = mode <= 3 ? kFullCentre : kArcCentre;
+        const double radius = mode <= 3 ? 100 : 160;
+        int changed = 0;
+        for (int y = 0; y < kDesignHeight * kScale; ++y) {
+            for (int x = 0; x < kDesignWidth * kScale; ++x) {
+                if (with->At(x, y) != without->At(x, y)) {
+                    ++changed;
+                    ASSERT_LE(
+                        std::hypot((x + 0.5) / kScale - centre.x, (y + 0.5) / kScale - centre.y),
+                        radius + 0.5)
+                        << mode << " at " << x << "," << y;
+                    ASSERT_TRUE(mode <= 3 || y < 204 * kScale) << mode << " at " << x << "," << y;
+                }
+            }
+        }
+        EXPECT_GT(changed, 100) << mode;
+    }
+}
+
+TEST_F(Ehsi, TheCourseBarStandsOnTheTracksSide) {
+    constexpr int kScale = 2;
+    const auto barOffset = [](const Picture& picture, std::uint32_t argb) {
+        double sum = 0;
+        int count = 0;
+        for (int y = 106 * kScale; y < 122 * kScale; ++y) {
+            for (int x = 60 * kScale; x < 200 * kScale; ++x) {
+                if (IsColour(picture.At(x, y), argb)) {
+                    sum += (x + 0.5) / kScale - kFullCentre.x;
+                    ++count;
+                }
+            }
+        }
+        return count > 0 ? sum / count : kNan;
+    };
+    aircraft.headingMag = aircraft.nav1Course = 50;
+    struct Needle {
+        double needle;
+        double offsetPx;
+    };
+    for (const Needle& each : {Needle{127, 40}, Needle{-63.5, -20}, Needle{400, 40}}) {
+        aircraft.nav1CdiNeedle = each.needle;
+        EXPECT_NEAR(barOffset(*Draw(1, kScale), colour::Green), each.offsetPx, 1) << each.needle;
+    }
+    SetNav1(false);
+    EXPECT_TRUE(std::isnan(barOffset(*Draw(1, kScale), colour::Green)));
+    EXPECT_TRUE(Picture::Shows("NO SIGNAL"));
+
+    FlyPlan({{0, -10}, {0, 10}});
+    guidance.desiredTrackMag = 50;
+    guidance.crossTrackNm = 2.5;
+    guidance.crossTrackSide = 1;  // the aircraft is right of the track
+    EXPECT_NEAR(barOffset(*Draw(1, kScale), colour::Magenta), -20, 1);
+    guidance.crossTrackNm = 60;
+    guidance.crossTrackSide = 2;
+    EXPECT_NEAR(barOffset(*Draw(1, kScale), colour::Magenta), 40, 1);
+}
+
+TEST_F(Ehsi, PointersTurnWithTheirBearings) {
+    constexpr int kScale = 2;
+    const auto tip = [](const Picture& picture, std::uint32_t argb, double lastPx) {
+        return MeanDirection(picture, kFullCentre, lastPx, lastPx + 2, kScale,
+                             [argb](std::uint32_t pixel) { return IsColour(pixel, argb, 90); });
+    };
+    aircraft.headingMag = 350;
+    aircraft.nav1Course = 350;
+    // the single pointer's arrow head
+    aircraft.adfActive = 1;
+    aircraft.adfRelativeBearing = 250;
+    ehsi.bearingPointer1 = BearingSource::Adf;
+    const auto adf = Draw(1, kScale);
+    const double both = MeanDirection(*adf, kFullCentre, 86, 91, kScale, [](std::uint32_t pixel) {
+        return IsColour(pixel, colour::Blue, 90);
+    });
+    EXPECT_LT(AngleBetween(both, 250), 1.5);  // three lines at the head outweigh one at the tail
+    aircraft.adfActive = 0;
+    EXPECT_TRUE(std::isnan(tip(*Draw(1, kScale), colour::Blue, 86)));
+    // the heading bug
+    aircraft.apHeadingBug = 20;
+    EXPECT_LT(AngleBetween(tip(*Draw(1, kScale), colour::Cyan, 95), 30), 1);
+    // a localizer has no bearing
+    ehsi.bearingPointer1 = BearingSource::Vor;
+    simulator_->variables[46] = 0x80;
+    EXPECT_TRUE(std::isnan(tip(*Draw(1, kScale), colour::Blue, 86)));
+    EXPECT_TRUE(Picture::Shows("LOC 1"));
+}
+
+TEST_F(Ehsi, AHeadingBeyondTheArcKeepsItsPointerOnlyWhenAsked) {
+    const auto bugDirection = [] {
+        return MeanDirection(*Draw(4, 2), kArcCentre, 154, 160, 2,
+                             [](std::uint32_t pixel) { return IsColour(pixel, colour::Cyan); });
+    };
+    aircraft.headingMag = 100;
+    aircraft.apHeadingBug = 270;
+    EXPECT_TRUE(std::isnan(bugDirection()));
+    settings.EhsiStaticHdgPointer = 1;
+    EXPECT_NEAR(bugDirection(), 48, 2);
+    aircraft.apHeadingBug = 80;
+    EXPECT_NEAR(bugDirection(), -20, 1);
+}
+
+TEST_F(Ehsi, TrafficModeMarksRangesAroundTheAircraft) {
+    struct Case {
+        double rangeNm;
+        double ringPx;  // 0: no ring
+        const char* text;
+    };
+    for (const Case& each : {Case{2, 0, " 2"}, Case{5, 40, " 5"}, Case{10, 20, "10"},
+                             Case{20, 10, "20"}, Case{40, 0, "40"}}) {
+        ehsi.ehsiMode8Range = each.rangeNm;
+        const auto picture = Draw(8);
+        const test::DrawnText* range = Picture::Find(each.text);
+        ASSERT_NE(range, nullptr) << each.rangeNm;
+        EXPECT_NEAR(range->x, 129 + 80, 1e-6);
+        EXPECT_NEAR(range->y, 114 + 94, 1e-6);
+        for (const double radius : {40.0, 20.0}) {
+            const bool dot =
+                IsColour(picture->At(static_cast<int>(kFullCentre.x + radius * 0.5),
+                                     static_cast<int>(kFullCentre.y - radius * std::sqrt(3) / 2)),
+                         colour::White, 120);
+            EXPECT_EQ(dot, each.ringPx == radius) << each.rangeNm << " at " << radius;
+        }
+        // a tick at 90 degrees, a dot at 80
+        EXPECT_TRUE(IsColour(picture->At(129 + 92, 114), colour::White, 120));
+        EXPECT_EQ(picture->At(static_cast<int>(129 + 92 * 0.985), 114 - 16), colour::Black);
+        EXPECT_FALSE(Picture::Shows("CRS 000"));
+    }
+}
+
+TEST_F(Ehsi, ALargerSurfaceShowsTheSameTextsInTheSamePlaces) {
+    FlyPlan({{-5, -3}, {5, -3}, {20, 0}, {10, 12}, {4, 20}});
+    ehsi.bearingPointer1 = BearingSource::Vor;
+    aircraft.windSpeedKt = 20;
+    for (int mode = 1; mode <= 8; ++mode) {
+        ehsi.ehsiMode = mode;
+        Picture nominal(280, 262);
+        DrawEhsi(nominal.Target());
+        const std::vector<test::DrawnText> small = Picture::Texts();
+        Picture twice(560, 524);
+        DrawEhsi(twice.Target());
+        const std::vector<test::DrawnText>& large = Picture::Texts();
+        ASSERT_EQ(small.size(), large.size()) << mode;
+        for (std::size_t i = 0; i < small.size(); ++i) {
+            EXPECT_EQ(large[i].text, small[i].text);
+            EXPECT_NEAR(large[i].x, 2 * small[i].x, 1e-6) << small[i].text;
+            EXPECT_NEAR(large[i].y, 2 * small[i].y, 1e-6) << small[i].text;
+            EXPECT_NEAR(large[i].pixelSize, 2 * small[i].pixelSize, 1e-6) << small[i].text;
+        }
+    }
+}
+
+TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
+    static const std::set<std::string> kRose = {"N", "3",  "6",  "E", "12", "15",
+                                                "S", "21", "24", "W", "30", "33"};
+    ehsi.bearingPointer1 = BearingSource::Vor;
+    ehsi.bearingPointer2 = BearingSource::Vor;
+    aircraft.nav1DmeNm = aircraft.nav2DmeNm = 188.8;
+    aircraft.windSpeedKt = 134;
+    aircraft.groundSpeedKt = 1204;
+    derived.trueAirspeedEstimateKt = 1150;
+    guidance.distanceToGoNm = 4321.2;
+    for (int variant = 0; variant < 3; ++variant) {
+        // crowded: waypoints within a few pixels of each other
+        FlyPlan({{-2, -3}, {5, -3}, {5.5, -2.6}, {6, -3.2}, {5, -1}, {7, -2}, {9, 0}, {9.4, .3}});
+        activePlan.entries[1].ident = "LONGIDENT";
+        guidance.crossTrackNm = 125;
+        guidance.crossTrackSide = 1;
+        SetNav1(variant != 1);
+        planBook.activeIndex = variant == 2 ? kNoWaypoint : 1;
+        ehsi.navSource = variant == 0 ? NavSource::FlightManagement : NavSource::NavReceiver;
+        for (int mode = 1; mode <= 8; ++mode) {
+            const auto picture = Draw(mode);
+            Canvas measure(nullptr, 0, 0);
+            std::vector<test::DrawnText> texts;
+            for (const test::DrawnText& text : Picture::Texts()) {
+                if (!kRose.contains(text.text)) {
+                    texts.push_back(text);
+                }
+            }
+            for (std::size_t i = 0; i < texts.size(); ++i) {
+                const CanvasSize a =
+                    measure.MeasureText(texts[i].text, {"Arial", texts[i].pixelSize});
+                EXPECT_GE(texts[i].x, 0) << texts[i].text;
+                EXPECT_LE(texts[i].x + a.width, kDesignWidth) << texts[i].text;
+                EXPECT_GE(texts[i].y, 0) << texts[i].text;
+                EXPECT_LE(texts[i].y + a.height, kDesignHeight) << texts[i].text;
+                for (std::size_t j = 0; j < i; ++j) {
+                    const CanvasSize b =
+                        measure.MeasureText(texts[j].text, {"Arial", texts[j].pixelSize});
+                    const bool apart = texts[i].x >= texts[j].x + b.width ||
+                                       texts[j].x >= texts[i].x + a.width ||
+                                       texts[i].y >= texts[j].y + b.height - 1.5 ||
+                                       texts[j].y >= texts[i].y + a.height - 1.5;
+                    EXPECT_TRUE(apart) << texts[i].text << " over " << texts[j].text << " in mode "
+                                       << mode << " variant " << variant;
+                }
+            }
+        }
+    }
+}
+
+TEST_F(Ehsi, ValuesThatAreNoNumbersNeverSpoilThePicture) {
+    FlyPlan({{-5, 0}, {5, 0}, {20, 20}});
+    const auto before = Draw(2);
+    const AircraftState good = aircraft;
+    const GuidanceState goodGuidance = guidance;
+    for (const double bad : {kNan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
+        for (int mode = 1; mode <= 8; ++mode) {
+            aircraft.headingMag = aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
+            aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
+            aircraft.groundSpeedKt = aircraft.nav1DmeNm = bad;
+            aircraft.latitude = aircraft.longitude = bad;
+            guidance.desiredTrackMag = guidance.crossTrackNm = guidance.distanceToGoNm = bad;
+            guidance.bearingToWaypointMag = bad;
+            ehsi.bearingPointer1 = BearingSource::Fms;
+            ehsi.bearingPointer2 = BearingSource::Vor;
+            Picture::Forget();
+            Draw(mode);
+            for (const test::DrawnText& text : Picture::Texts()) {
+                EXPECT_EQ(text.text.find("nan"), std::string::npos) << text.text;
+                EXPECT_EQ(text.text.find("inf"), std::string::npos) << text.text;
+                EXPECT_LT(text.text.size(), 12u) << text.text;
+            }
+            if (!std::isfinite(bad) && mode != 8) {
+                EXPECT_TRUE(Picture::Shows("HDG")) << mode;
+                const bool mapMode = mode == 2 || mode == 3 || mode == 5 || mode == 6;
+                EXPECT_EQ(Picture::Shows("NO MAP"), mapMode) << mode;
+            }
+        }
+    }
+    aircraft = good;
+    guidance = goodGuidance;
+    ehsi.bearingPointer1 = ehsi.bearingPointer2 = BearingSource::Off;
+    EXPECT_EQ(Draw(2)->pixels(), before->pixels());
+}
+
+TEST_F(Ehsi, DrawsThePolesAndTheDateLine) {
+    for (const double latitude : {90.0, -90.0, 0.0}) {
+        for (const double longitude : {179.99, -180.0, 0.0}) {
+            aircraft.latitude = latitude * 0.9999;
+            aircraft.longitude = longitude;
+            FlyPlan({{-5, 0}, {5, 0}, {5, 20}});
+            Draw(2);
+            EXPECT_TRUE(Picture::Shows("DTK 090"));
+        }
+    }
+    // the nearer way across the date line
+    aircraft.latitude = 0;
+    aircraft.longitude = 179.95;
+    FlyPlan({{-5, 0}, {0, 6}});
+    activePlan.entries[1].longitude = -179.95;
+    Draw(2);
+    const test::DrawnText* ident = Picture::Find("WP1");
+    ASSERT_NE(ident, nullptr);
+    EXPECT_NEAR(ident->x, kFullCentre.x + 6 * 3.2 + 6, 1.5);
+}
+
+}  // namespace
+}  // namespace avq1

@@ -1,0 +1,340 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <memory>
+
+#include "drawing/fixed_text.h"
+#include "drawing/palette.h"
+#include "drawing/surface.h"
+#include "support/picture.h"
+
+namespace avq1 {
+namespace {
+
+using test::Picture;
+
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr std::uint32_t kRed = 0xFFFF0000;
+
+TEST(Canvas, ContextsThatCannotBeUsedDrawNothing) {
+    struct Case {
+        const char* fault;
+        void (*spoil)(PixelDeviceContext&);
+    };
+    const Case cases[] = {
+        {"record too small", [](PixelDeviceContext& c) { c.size = 8; }},
+        {"no width", [](PixelDeviceContext& c) { c.width = 0; }},
+        {"negative height", [](PixelDeviceContext& c) { c.height = -40; }},
+        {"rows too short", [](PixelDeviceContext& c) { c.bytesPerRow -= 4; }},
+        {"rows of half pixels", [](PixelDeviceContext& c) { c.bytesPerRow += 2; }},
+        {"huge width", [](PixelDeviceContext& c) { c.width = 0x7FFFFFFF; }},
+        {"no pixels", [](PixelDeviceContext& c) { c.pixels = nullptr; }},
+    };
+    for (const Case& each : cases) {
+        Picture picture(40, 40);
+        each.spoil(picture.context());
+        Canvas canvas(&picture.context(), 40, 40);
+        EXPECT_FALSE(canvas.IsOpen()) << each.fault;
+        canvas.Clear(kRed);
+        canvas.FillRectangle(kRed, 0, 0, 40, 40);
+        canvas.DrawText("X", {}, kRed, 5, 5);
+        canvas.RestoreState();
+        EXPECT_NE(canvas.LastStatus(), 0) << each.fault;
+        EXPECT_TRUE(picture.IsClear()) << each.fault;
+        EXPECT_TRUE(Picture::Texts().empty()) << each.fault;
+    }
+    Canvas none(nullptr, 40, 40);
+    EXPECT_FALSE(none.IsOpen());
+    EXPECT_GT(none.MeasureText("A", {}).width, 0);
+}
+
+TEST(Canvas, ClearReplacesAlphaPremultipliedWhateverClipAndTransformSay) {
+    Picture picture(10, 4, kRed);
+    Canvas canvas(&picture.context(), 10, 4);
+    canvas.Scale(0.1, 0.1);
+    canvas.BeginClip();
+    canvas.ClipRectangle(0, 0, 1, 1);
+    canvas.EndClip();
+    canvas.Clear(0x80FF0000);
+    for (const std::uint32_t pixel : picture.pixels()) {
+        EXPECT_EQ(pixel, 0x80800000u);
+    }
+}
+
+TEST(Canvas, OneUnusableValueDrawsNothingAndSpoilsNothing) {
+    struct Case {
+        const char* name;
+        void (*draw)(Canvas&, double bad);
+    };
+    constexpr CanvasPen kPen{kRed, 2};
+    static constexpr double kBadDashes[] = {0, 0};
+    const Case cases[] = {
+        {"line",
+         [](Canvas& c, double bad) {
+             c.DrawLine({kRed, 2}, 0, 0, bad, 20);
+         }},
+        {"pen",
+         [](Canvas& c, double bad) {
+             c.DrawLine({kRed, bad}, 0, 0, 20, 20);
+         }},
+        {"dashes",
+         [](Canvas& c, double) {
+             c.DrawLine({kRed, 1, kBadDashes}, 0, 0, 20, 20);
+         }},
+        {"polyline",
+         [](Canvas& c, double bad) {
+             const CanvasPoint points[] = {{1, 1}, {bad, 5}, {9, 9}};
+             c.DrawPolyline({kRed, 2}, points, true);
+         }},
+        {"polygon",
+         [](Canvas& c, double bad) {
+             const CanvasPoint points[] = {{1, 1}, {bad, 5}, {9, 19}};
+             c.FillPolygon(kRed, points);
+         }},
+        {"rectangle", [](Canvas& c, double bad) { c.FillRectangle(kRed, 1, 1, bad, 5); }},
+        {"outline",
+         [](Canvas& c, double bad) {
+             c.DrawRectangle({kRed, 2}, 1, bad, 9, 5);
+         }},
+        {"ellipse", [](Canvas& c, double bad) { c.FillEllipse(kRed, 1, 1, 9, bad); }},
+        {"flat ellipse", [](Canvas& c, double) { c.FillEllipse(kRed, 1, 1, 9, 0); }},
+        {"arc",
+         [](Canvas& c, double bad) {
+             c.DrawArc({kRed, 2}, {1, 1}, {9, 9}, bad, 90);
+         }},
+        {"text", [](Canvas& c, double bad) { c.DrawText("AB", {}, kRed, bad, 3); }},
+        {"font",
+         [](Canvas& c, double bad) {
+             c.DrawText("AB", {"Arial", bad}, kRed, 3, 3);
+         }},
+        {"turned",
+         [](Canvas& c, double bad) {
+             c.SaveState();
+             c.Rotate(bad);
+             c.FillRectangle(kRed, 0, 0, 20, 20);
+             c.SaveState();
+             c.DrawText("AB", {}, kRed, 3, 3);
+             c.RestoreState();
+             c.RestoreState();
+         }},
+        {"no scale",
+         [](Canvas& c, double) {
+             c.SaveState();
+             c.Scale(0, 1);
+             c.FillRectangle(kRed, 0, 0, 20, 20);
+             c.RestoreState();
+         }},
+    };
+    for (const Case& each : cases) {
+        for (const double bad : {kNan, kInfinity, -kInfinity}) {
+            Picture picture(24, 24);
+            Canvas canvas(&picture.context(), 24, 24);
+            each.draw(canvas, bad);
+            EXPECT_TRUE(picture.IsClear()) << each.name << " " << bad;
+            EXPECT_TRUE(Picture::Texts().empty()) << each.name << " " << bad;
+            canvas.DrawLine(kPen, 0, 12, 24, 12);
+            EXPECT_EQ(picture.At(12, 12), kRed) << "after " << each.name << " " << bad;
+        }
+    }
+}
+
+TEST(Canvas, LevelAndUprightHairlinesFillOneRowOfPixels) {
+    for (const double y : {5.0, 5.3, 5.9}) {
+        Picture picture(20, 20);
+        Canvas canvas(&picture.context(), 20, 20);
+        canvas.DrawLine({kRed, 1}, 0, y, 20, y);
+        EXPECT_EQ(picture.At(10, 5), kRed) << y;
+        EXPECT_EQ(picture.At(10, 4), 0u) << y;
+        EXPECT_EQ(picture.At(10, 6), 0u) << y;
+    }
+}
+
+TEST(Canvas, ALineToAFarPlaceKeepsItsDirection) {
+    for (const double far : {1.0e4, 3.0e6, 1.0e12}) {
+        Picture picture(64, 64);
+        Canvas canvas(&picture.context(), 64, 64);
+        canvas.DrawLine({kRed, 1.5}, 0, 0, far, far / 2);
+        const CanvasPoint bent[] = {{-far, 60}, {64, 60}};
+        canvas.DrawPolyline({kRed, 2}, bent, false);
+        EXPECT_TRUE(test::IsColour(picture.At(40, 20), kRed)) << far;
+        EXPECT_EQ(picture.At(40, 30), 0u) << far;
+        EXPECT_TRUE(test::IsColour(picture.At(30, 60), kRed)) << far;
+    }
+}
+
+TEST(Canvas, StateIsNestedAndMissingSavesAreHarmless) {
+    Picture picture(20, 20);
+    {
+        Canvas canvas(&picture.context(), 20, 20);
+        canvas.RestoreState();
+        canvas.SaveState();
+        canvas.Translate(100, 0);
+        canvas.SaveState();
+        canvas.BeginClip();
+        canvas.ClipEllipse(0, 0, 4, 4);
+        canvas.EndClip();
+    }
+    Canvas next(&picture.context(), 20, 20);  // starts clean whatever the last one left
+    next.FillRectangle(kRed, 0, 0, 20, 20);
+    EXPECT_EQ(picture.At(0, 0), kRed);
+    EXPECT_EQ(picture.At(19, 19), kRed);
+}
+
+TEST(Canvas, ClipsOfSeveralShapesIntersect) {
+    Picture picture(40, 40);
+    Canvas canvas(&picture.context(), 40, 40);
+    canvas.BeginClip();
+    canvas.ClipEllipse(0, 0, 40, 40);
+    canvas.EndClip();
+    canvas.BeginClip();
+    canvas.ClipRectangle(0, 0, 40, 20);
+    canvas.EndClip();
+    canvas.FillRectangle(kRed, 0, 0, 40, 40);
+    EXPECT_EQ(picture.At(20, 5), kRed);
+    EXPECT_EQ(picture.At(1, 1), 0u);
+    EXPECT_EQ(picture.At(20, 25), 0u);
+    canvas.ResetClip();
+    canvas.FillRectangle(kRed, 0, 30, 40, 10);
+    EXPECT_EQ(picture.At(1, 35), kRed);
+}
+
+TEST(CanvasText, IsReportedAtItsPlaceAndSizeOnThePicture) {
+    Picture picture(200, 100);
+    Canvas canvas(&picture.context(), 200, 100);
+    canvas.Scale(2, 2);
+    canvas.Translate(10, 5);
+    canvas.DrawText("FMS", {"Arial", 12, true}, colour::Magenta, 3, 4);
+    ASSERT_EQ(Picture::Texts().size(), 1u);
+    const test::DrawnText& drawn = Picture::Texts()[0];
+    EXPECT_EQ(drawn.text, "FMS");
+    EXPECT_NEAR(drawn.x, 26, 1e-9);
+    EXPECT_NEAR(drawn.y, 18, 1e-9);
+    EXPECT_NEAR(drawn.pixelSize, 24, 1e-9);
+    EXPECT_EQ(drawn.argb, colour::Magenta);
+}
+
+TEST(CanvasText, IsLatin1AndReportedAsUtf8) {
+    struct Case {
+        std::string text;
+        std::string reported;
+    };
+    const Case cases[] = {
+        {"45\xB0", "45\xC2\xB0"},
+        {"\xE9\xFF", "\xC3\xA9\xC3\xBF"},
+        {std::string("A\0B\n\x85", 5), "A B  "},
+        {std::string(1000, '\xC0'), ""},
+    };
+    for (const Case& each : cases) {
+        Picture picture(100, 30);
+        Canvas canvas(&picture.context(), 100, 30);
+        canvas.DrawText(each.text, {}, colour::White, 2, 2);
+        EXPECT_EQ(canvas.LastStatus(), 0);
+        EXPECT_FALSE(picture.IsClear());
+        ASSERT_EQ(Picture::Texts().size(), 1u);
+        if (!each.reported.empty()) {
+            EXPECT_EQ(Picture::Texts()[0].text, each.reported);
+        }
+    }
+}
+
+TEST(CanvasText, OffThePictureOrClippedAwayIsNotReported) {
+    Picture picture(100, 100);
+    Canvas canvas(&picture.context(), 100, 100);
+    canvas.DrawText("OUTSIDE", {}, colour::White, 150, 10);
+    canvas.DrawText("", {}, colour::White, 10, 10);
+    canvas.BeginClip();
+    canvas.ClipRectangle(0, 50, 100, 50);
+    canvas.EndClip();
+    canvas.DrawText("CLIPPED", {}, colour::White, 10, 10);
+    EXPECT_TRUE(Picture::Texts().empty());
+    canvas.DrawText("SHOWN", {}, colour::White, 10, 60);
+    EXPECT_TRUE(Picture::Shows("SHOWN"));
+}
+
+TEST(CanvasText, MeasuresScaleWithTheFontAndIgnoreTheTransform) {
+    Picture picture(100, 100);
+    Canvas canvas(&picture.context(), 100, 100);
+    const CanvasSize small = canvas.MeasureText("CRS 123", {"Arial", 10});
+    canvas.Scale(3, 3);
+    const CanvasSize large = canvas.MeasureText("CRS 123", {"Arial", 20});
+    EXPECT_NEAR(large.width, 2 * small.width, 1e-9);
+    EXPECT_NEAR(large.height, 2 * small.height, 1e-9);
+    EXPECT_NEAR(small.height, 11.5, 0.5);  // Arial's line box is 1.15 times its size
+    const CanvasSize variant = canvas.MeasureText("CRS 123", {"HW Arial", 10});
+    EXPECT_EQ(variant.width, small.width);
+    // a typewriter face: every letter 0.6 of the size
+    EXPECT_NEAR(canvas.MeasureText("iiiiiiiiii", {"Courier New", 10}).width, 60, 0.2);
+}
+
+TEST(CanvasText, StandsBelowItsTopLeftCorner) {
+    Picture picture(60, 60);
+    Canvas canvas(&picture.context(), 60, 60);
+    canvas.DrawText("H", {"Arial", 40}, kRed, 10, 8);
+    int top = 60;
+    int bottom = 0;
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 60; ++x) {
+            if (picture.At(x, y) != 0) {
+                top = std::min(top, y);
+                bottom = std::max(bottom, y);
+            }
+        }
+    }
+    // capitals rise 0.72 of the size above the baseline, which lies 0.905 of it below the top
+    EXPECT_NEAR(top, 8 + 40 * (0.905 - 0.72), 2);
+    EXPECT_NEAR(bottom, 8 + 40 * 0.905, 2);
+}
+
+TEST(DrawingLibrary, ScreensGoOnAfterAStopAndWithMorePicturesThanTheCacheHolds) {
+    const std::uintptr_t token = StartDrawingLibrary();
+    EXPECT_NE(token, 0u);
+    std::vector<std::unique_ptr<Picture>> pictures;
+    for (int i = 0; i < 150; ++i) {
+        pictures.push_back(std::make_unique<Picture>(12, 12));
+    }
+    for (int round = 0; round < 2; ++round) {
+        for (const auto& picture : pictures) {
+            Canvas canvas(&picture->context(), 12, 12);
+            canvas.Clear(colour::Clear);
+            canvas.FillRectangle(kRed, 2, 2, 4, 4);
+            canvas.DrawText("A", {}, kRed, 0, 0);
+            EXPECT_EQ(picture->At(3, 3), kRed);
+        }
+        StopDrawingLibrary(token);
+    }
+}
+
+TEST(SurfaceTest, ClearsAndScalesTheDesignByDrawMode) {
+    struct Case {
+        DisplayDrawMode mode;
+        bool draws;
+        bool clears;
+    };
+    for (const Case& each :
+         {Case{DisplayDrawMode::Skip, false, false}, Case{DisplayDrawMode::Normal, true, true},
+          Case{DisplayDrawMode::ClearOnly, false, true},
+          Case{DisplayDrawMode::SecondCockpit, true, true}}) {
+        Picture picture(200, 100, kRed);
+        Surface surface(picture.Target(each.mode), 100, 50);
+        EXPECT_EQ(surface.ShouldDraw(), each.draws);
+        EXPECT_EQ(picture.IsClear(), each.clears);
+    }
+    Picture picture(200, 100);
+    Surface surface(picture.Target(), 100, 50);
+    const CanvasFont font{"Arial", 10};
+    const double width = surface.canvas().MeasureText("WIDE", font).width;
+    surface.TextCentred("WIDE", font, colour::White, 50, 1);
+    surface.TextRight("WIDE", font, colour::White, 99, 30);
+    EXPECT_NEAR(Picture::Texts()[0].x, 2 * (50 - width / 2), 1e-9);
+    EXPECT_NEAR(Picture::Texts()[1].x, 2 * (99 - width), 1e-9);
+}
+
+TEST(FixedTextTest, CutsWhatDoesNotFit) {
+    EXPECT_EQ(std::string_view(FixedText("%03.0f", 7.4)), "007");
+    EXPECT_EQ(std::string_view(FixedText("%.1f", 1e60)).size(), 31u);
+}
+
+}  // namespace
+}  // namespace avq1
