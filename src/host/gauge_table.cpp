@@ -10,7 +10,6 @@
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
 #include "flightplan/flight_plan.h"
-#include "flightplan/hold_pattern.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "host/mouse_table.h"
@@ -58,9 +57,7 @@ constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleWindow<4012>);
 constexpr ButtonKeys kEfisOpenKeys = Button("EFIS\nCTRL", ToggleWindow<4013>);
 
 // ---- icons ----
-bool LnavLit() { return guidance.lnavEngaged == 1; }
 bool VnavLit() { return guidance.vnavEngaged == 1; }
-bool HoldLit() { return holdList.holdActive == 1; }
 bool ExecLit() {
     return planBook.status == RouteStatus::AwaitsExecution ||
            planBook.status == RouteStatus::Modified;
@@ -77,11 +74,11 @@ bool NdRangeIs() {
 }
 
 constexpr IconRow kMcuIcons[] = {
-    {0x2636, {220, 228, 8, 16}, LnavLit},
-    {0x2636, {134, 264, 8, 16}, HoldLit},
+    {0x2636, {220, 228, 8, 16}, McuLnavLit},
+    {0x2636, {134, 264, 8, 16}, McuHoldLit},
 };
 constexpr IconRow kVnavIcons[] = {{0x2638, {9, 10, 31, 29}, VnavLit}};
-constexpr IconRow kLnavIcons[] = {{0x2660, {9, 10, 31, 29}, LnavLit}};
+constexpr IconRow kLnavIcons[] = {{0x2660, {9, 10, 31, 29}, McuLnavLit}};
 constexpr IconRow kSmithsIcons[] = {
     {0x2665, {314, 336, 52, 34}, ExecLit},
     {0x2672, {376, 434, 26, 26}, NeverLit},
