@@ -318,6 +318,10 @@ TEST_F(Ehsi, ADiscontinuityLeavesAGap) {
     };
     EXPECT_FALSE(lit(*withGap, 5, 5));
     EXPECT_TRUE(lit(*withGap, 1, 10));
+    // nor does a leg lead to where the discontinuity has no position, far to the east
+    for (double northNm = -6; northNm < 6; northNm += 0.1) {
+        ASSERT_FALSE(lit(*withGap, northNm, 20)) << northNm;
+    }
     FlyPlan({{-5, 0}, {5, 0}, {5, 10}, {-5, 10}});
     EXPECT_TRUE(lit(*Draw(2, 2), 5, 5));
 }
@@ -327,7 +331,15 @@ TEST_F(Ehsi, NothingOfTheRouteLeavesItsClip) {
     for (const int mode : {2, 3, 5, 6}) {
         FlyPlan({{-20, 3}, {8, 3}});
         const auto without = Draw(mode, kScale);
-        FlyPlan({{-20, 3}, {8, 3}, {30, 200}, {-40, 20}, {-15, -60}, {20, -20}, {60, 0}});
+        FlyPlan({{-20, 3},
+                 {8, 3},
+                 {30, 200},
+                 {-40, 20},
+                 {-15, -60},
+                 {20, -20},
+                 {60, 0},
+                 {-3, 6},
+                 {-3, -6}});
         const auto with = Draw(mode, kScale);
         const CanvasPoint centre = mode <= 3 ? kFullCentre : kArcCentre;
         const double radius = mode <= 3 ? 100 : 160;
