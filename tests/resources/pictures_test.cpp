@@ -264,6 +264,49 @@ TEST_F(Pictures, SelectorIconsAllDiffer) {
     }
 }
 
+TEST_F(Pictures, SelectorPointersAimAtTheirPositions) {
+    constexpr struct {
+        std::int32_t icon;
+        const char* position;
+    } kAims[] = {{0x2673, "VOR"}, {0x2674, "NAV"}, {0x2675, "EXP VOR"}, {0x2676, "EXP NAV"},
+                 {0x2677, "MAP"}, {0x2678, "CTR"}, {0x2679, "10"},      {0x267A, "40"},
+                 {0x267B, "80"},  {0x267C, "160"}, {0x267D, "320"}};
+    const BitmapPlan* panel = FindPlan(plans, 0x2670);
+    ASSERT_NE(panel, nullptr);
+    for (const auto& aim : kAims) {
+        SCOPED_TRACE(aim.position);
+        const BitmapPlan* icon = FindPlan(plans, aim.icon);
+        const auto key =
+            std::find_if(panel->keys.begin(), panel->keys.end(), [&](const KeyArea& candidate) {
+                return std::strcmp(candidate.label, aim.position) == 0;
+            });
+        const auto place =
+            std::find_if(panel->icons.begin(), panel->icons.end(),
+                         [&](const IconPlace& candidate) { return candidate.number == aim.icon; });
+        ASSERT_TRUE(icon != nullptr && key != panel->keys.end() && place != panel->icons.end());
+        // The white of the pointer, away from the button in the middle.
+        const double centre = icon->size.x / 2.0;
+        const std::string art = BmpOf(plans, *icon);
+        double sumX = 0;
+        double sumY = 0;
+        for (int y = 0; y < icon->size.y; ++y) {
+            for (int x = 0; x < icon->size.x; ++x) {
+                const double dx = x + 0.5 - centre;
+                const double dy = y + 0.5 - centre;
+                if (std::hypot(dx, dy) > centre * 0.6 && (BmpPixel(art, x, y) & 0xFF) > 0xC0) {
+                    sumX += dx;
+                    sumY += dy;
+                }
+            }
+        }
+        ASSERT_GT(std::hypot(sumX, sumY), 0);
+        const double toX = key->box.x + key->box.width / 2.0 - place->box.x - centre;
+        const double toY = key->box.y + key->box.height / 2.0 - place->box.y - centre;
+        const double offBy = std::atan2(sumX * toY - sumY * toX, sumX * toX + sumY * toY);
+        EXPECT_LT(std::abs(offBy), 0.12) << "radians";
+    }
+}
+
 TEST(UnitKeys, LieOnTheUnitApartFromOneAnother) {
     struct Unit {
         std::span<const KeyArea> keys;
