@@ -154,7 +154,10 @@ ModuleResources ParseResources(std::string_view section) {
             break;
         }
         const std::string_view bytes = Slice(section, *offset, *size);
-        if (*kind == kKindKeyNames) {
+        if (bytes.size() != *size) {
+            resources.problems.push_back(
+                Format("resource 0x%X lies outside the module's section", *number));
+        } else if (*kind == kKindKeyNames) {
             resources.keyNames[*number] = ParseKeyNames(bytes);
         } else if (*kind == kKindBitmap) {
             Picture picture = ParseBmp(bytes);

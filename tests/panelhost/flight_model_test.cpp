@@ -1,0 +1,245 @@
+#include "panelhost/flight_model.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "panelhost/key_events.h"
+
+namespace panelhost {
+namespace {
+
+World Cruising(double headingTrue, double altitudeFt, double airspeedKt) {
+    World world;
+    world.aircraft.position = {45, 10};
+    world.aircraft.headingTrue = headingTrue;
+    world.aircraft.altitudeFt = altitudeFt;
+    world.aircraft.indicatedAirspeedKt = airspeedKt;
+    world.aircraft.heldAirspeedKt = airspeedKt;
+    FillTanks(world.aircraft, 30000);
+    world.autopilot.master = true;
+    StepFlight(world, 0.05);
+    return world;
+}
+
+void Send(World& world, int event, int value = 0) {
+    ASSERT_NE(FindKeyEvent(event), nullptr) << event;
+    FindKeyEvent(event)->apply(world, static_cast<std::uint32_t>(value));
+}
+
+void Fly(World& world, double seconds) {
+    for (double t = 0; t < seconds; t += 0.05) {
+        StepFlight(world, 0.05);
+    }
+}
+
+struct HeadingCase {
+    double from;
+    int bug;
+    double variation;
+    double airspeedKt;
+    bool toTheRight;
+};
+
+TEST(FlightModel, TurnsTheShortWayAndCapturesTheHeading) {
+    const HeadingCase rows[] = {
+        {90, 120, 0, 250, true},  {90, 60, 0, 250, false}, {350, 20, 0, 250, true},
+        {10, 340, 0, 250, false}, {90, 250, 5, 200, true}, {200, 40, -12, 300, false},
+        {181, 360, 0, 130, true},
+    };
+    for (const HeadingCase& row : rows) {
+        World world = Cruising(row.from, 10000, row.airspeedKt);
+        world.magneticVariation = row.variation;
+        Send(world, 66042, row.bug);
+        Send(world, 65803);
+        double steepest = 0;
+        double overshoot = 0;
+        for (int i = 0; i < 20 * 150; ++i) {
+            StepFlight(world, 0.05);
+            steepest = std::max(steepest, std::fabs(world.aircraft.bankRightDeg));
+            const double past =
+                AngleDifference(row.bug, HeadingMag(world)) * (row.toTheRight ? 1 : -1);
+            overshoot = std::max(overshoot, past < 90 ? past : 0);
+            if (i == 40) {
+                EXPECT_EQ(world.aircraft.bankRightDeg > 0, row.toTheRight) << row.from;
+            }
+        }
+        EXPECT_LE(steepest, kMaxBankDeg + 0.01);
+        EXPECT_LT(overshoot, 1.0) << row.from << " to " << row.bug;
+        EXPECT_NEAR(AngleDifference(row.bug, HeadingMag(world)), 0, 0.1);
+    }
+}
+
+TEST(FlightModel, TurnsOnTheRadiusOfItsBank) {
+    World world = Cruising(0, 10000, 250);
+    Send(world, 66042, 180);
+    Send(world, 65803);
+    Fly(world, 10);
+    const double speed = world.aircraft.trueAirspeedKt * 1852 / 3600;
+    const double bank = world.aircraft.bankRightDeg / kDegreesPerRadian;
+    EXPECT_NEAR(world.aircraft.bankRightDeg, kMaxBankDeg, 0.05);
+    const GeoPoint start = world.aircraft.position;
+    const double startHeading = world.aircraft.headingTrue;
+    Fly(world, 20);
+    const double turned = AngleDifference(startHeading, world.aircraft.headingTrue);
+    const double chordM = DistanceNm(start, world.aircraft.position) * 1852;
+    const double radius = chordM / 2 / std::sin(turned / 2 / kDegreesPerRadian);
+    EXPECT_NEAR(radius, speed * speed / (9.80665 * std::tan(bank)), radius * 0.01);
+
+    World slow = Cruising(0, 50, 120);
+    Send(slow, 66042, 180);
+    Send(slow, 65803);
+    Fly(slow, 10);
+    const double before = slow.aircraft.headingTrue;
+    Fly(slow, 10);
+    EXPECT_NEAR(AngleDifference(before, slow.aircraft.headingTrue), 30, 0.5) << "standard rate";
+}
+
+struct ClimbCase {
+    double fromFt;
+    int targetFt;
+    int verticalSpeedFpm;
+    bool verticalSpeedHold;
+    double expectedFpm;
+};
+
+TEST(FlightModel, ClimbsAtItsRateAndCapturesTheAltitude) {
+    const ClimbCase rows[] = {
+        {10000, 14000, 0, false, 1800},    {10000, 7000, 0, false, -1800},
+        {10000, 13000, 1200, true, 1200},  {10000, 6000, -2400, true, -2400},
+        {10000, 7000, 1500, false, -1500}, {20000, 20300, 2000, false, 0},
+    };
+    for (const ClimbCase& row : rows) {
+        World world = Cruising(90, row.fromFt, 250);
+        Send(world, 66124, row.targetFt);
+        Send(world, 66036, row.verticalSpeedFpm);
+        Send(world, row.verticalSpeedHold ? 66102 : 65804);
+        Fly(world, 40);
+        if (row.expectedFpm != 0) {
+            EXPECT_NEAR(world.aircraft.verticalSpeedFpm, row.expectedFpm, 1) << row.targetFt;
+        }
+        double worst = 0;
+        for (int i = 0; i < 20 * 300; ++i) {
+            StepFlight(world, 0.05);
+            worst = std::max(worst, (world.aircraft.altitudeFt - row.targetFt) *
+                                        (row.targetFt > row.fromFt ? 1 : -1));
+        }
+        EXPECT_NEAR(world.aircraft.altitudeFt, row.targetFt, 5);
+        EXPECT_LT(worst, 25) << "overshoot";
+        EXPECT_TRUE(world.autopilot.altitudeHold);
+    }
+}
+
+TEST(FlightModel, AVerticalSpeedAwayFromTheTargetFliesOn) {
+    World world = Cruising(90, 10000, 250);
+    Send(world, 66124, 12000);
+    Send(world, 66036, -1000);
+    Send(world, 66102);
+    Fly(world, 120);
+    EXPECT_NEAR(world.aircraft.altitudeFt, 10000 - 1000 * 2, 150);
+    EXPECT_TRUE(world.autopilot.verticalSpeedHold);
+}
+
+TEST(FlightModel, HoldsAirspeedAndStopsAtMach) {
+    World world = Cruising(90, 10000, 250);
+    Send(world, 66037, 300);
+    Fly(world, 60);
+    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 250, 0.1) << "not engaged";
+    Send(world, 65858);
+    Fly(world, 90);
+    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1);
+    Send(world, 65859);
+    Fly(world, 60);
+    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1) << "what it had when let go";
+    World high = Cruising(90, 36000, 250);
+    Send(high, 66037, 330);
+    Send(high, 65858);
+    Fly(high, 200);
+    EXPECT_NEAR(high.aircraft.trueAirspeedKt, 0.82 * 573.6, 2);
+}
+
+TEST(FlightModel, FollowsAGreatCircleWithoutAHeading) {
+    World world = Cruising(60, 35000, 260);
+    world.aircraft.position = {50, -10};
+    const GeoPoint start = world.aircraft.position;
+    for (int i = 0; i < 4; ++i) {
+        Fly(world, 1800);
+        const double flown = DistanceNm(start, world.aircraft.position);
+        EXPECT_LT(std::fabs(CrossTrackNm(start, 60, world.aircraft.position)), 0.05)
+            << flown << " nm";
+    }
+    EXPECT_GT(DistanceNm(start, world.aircraft.position), 800);
+}
+
+TEST(FlightModel, DriftsWithTheWind) {
+    World world = Cruising(0, 50, 200);
+    world.air.windDirectionTrue = 270;
+    world.air.windSpeedKt = 50;
+    Fly(world, 1);
+    EXPECT_NEAR(world.aircraft.trackTrue, std::atan2(50, 200) * kDegreesPerRadian, 0.05);
+    EXPECT_NEAR(world.aircraft.groundSpeedKt, std::hypot(50, 200), 0.1);
+    world.air.windDirectionTrue = 0;
+    Fly(world, 1);
+    EXPECT_NEAR(world.aircraft.groundSpeedKt, 150, 0.5);
+}
+
+TEST(FlightModel, TakesOffAndLands) {
+    World world;
+    world.aircraft.position = {45, 10};
+    world.aircraft.headingTrue = 90;
+    world.aircraft.onGround = true;
+    world.aircraft.parkingBrake = true;
+    world.groundElevationFt = 1500;
+    FillTanks(world.aircraft, 20000);
+    Send(world, 66037, 200);
+    Send(world, 65858);
+    Send(world, 66124, 5000);
+    Fly(world, 60);
+    EXPECT_EQ(world.aircraft.indicatedAirspeedKt, 0) << "the brake is set";
+    EXPECT_EQ(world.aircraft.altitudeFt, 1500);
+    Send(world, 65752);
+    Fly(world, 240);
+    EXPECT_FALSE(world.aircraft.onGround);
+    EXPECT_NEAR(world.aircraft.altitudeFt, 5000, 10);
+    Send(world, 66124, 0);
+    Fly(world, 400);
+    EXPECT_TRUE(world.aircraft.onGround);
+    EXPECT_EQ(world.aircraft.altitudeFt, 1500);
+    EXPECT_EQ(world.aircraft.groundSpeedKt, 0);
+}
+
+TEST(FlightModel, BurnsTheFuelItsFlowSaysCentreTankFirst) {
+    World world = Cruising(90, 30000, 270);
+    const double before = FuelPounds(world.aircraft);
+    const double wing = world.aircraft.fuelGallons[1];
+    Fly(world, 600);
+    const double burnt = before - FuelPounds(world.aircraft);
+    EXPECT_NEAR(burnt, world.aircraft.fuelFlowPph / 6, burnt * 0.02);
+    EXPECT_EQ(world.aircraft.fuelGallons[1], wing);
+    FillTanks(world.aircraft, 100);
+    Fly(world, 300);
+    EXPECT_EQ(FuelPounds(world.aircraft), 0);
+    EXPECT_EQ(world.aircraft.fuelFlowPph, 0);
+    EXPECT_LT(world.aircraft.verticalSpeedFpm, -1400) << "gliding";
+}
+
+struct VariationCase {
+    const char* place;
+    GeoPoint at;
+    double chartDeg;  // 2020 charts
+};
+
+TEST(Earth, VariationIsCloseToTheCharts) {
+    const VariationCase rows[] = {
+        {"Boston", {42.4, -71.0}, -14.3}, {"Seattle", {47.4, -122.3}, 15.4},
+        {"Munich", {48.4, 11.8}, 3.9},    {"Sydney", {-33.9, 151.2}, 12.6},
+        {"Tokyo", {35.7, 139.8}, -7.6},   {"Cape Town", {-33.9, 18.4}, -25.2},
+    };
+    for (const VariationCase& row : rows) {
+        EXPECT_NEAR(WorldVariation(row.at), row.chartDeg, 3) << row.place;
+    }
+}
+
+}  // namespace
+}  // namespace panelhost

@@ -1,0 +1,187 @@
+#include "panelhost/radios.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "panelhost/flight_model.h"
+#include "panelhost/key_events.h"
+#include "panelhost/variables.h"
+
+namespace panelhost {
+namespace {
+
+constexpr double kVariation = 4;
+
+double Variation(const World&, const GeoPoint&) {
+    return kVariation;
+}
+
+Ground MakeGround() {
+    Ground ground;
+    std::vector<std::string> warnings;
+    ParseStations(
+        ";AIRAC cycle\nALF ALFA 45.0 10.0 VOR 113.90\nFAR FARAWAY 49.0 10.0 VOR 113.90\n"
+        "NB BEACON 45.5 10.0 NDB 385\nbad line\nBAD BAD north 1 VOR 110.00\n",
+        ground);
+    ParseAirports("LXXX FIELD 1500 45.0 11.0\nLYYY OTHER 300 45.0 12.5\nshort line\n", ground);
+    ParseLocalizers("; header\nIXX 110.30 45.0 11.0 90 3.00 1500 LXXX 09\nIYY 99 0 0 0 0 0 X Y\n",
+                    ground, warnings);
+    EXPECT_EQ(warnings.size(), 1U);
+    return ground;
+}
+
+void Send(World& world, int event, std::uint32_t value) {
+    FindKeyEvent(event)->apply(world, value);
+}
+
+double Read(const World& world, int number) {
+    return ReadVariable(world, number).value_or(-1);
+}
+
+struct VorCase {
+    double radialTrue;  // where the aircraft is, from the station
+    int courseMag;
+    int toFrom;
+    double needle;  // 127 is 10 degrees; positive: the course lies to the right
+};
+
+TEST(Radios, VorNeedleAndToFromFollowTheRadial) {
+    Ground ground = MakeGround();
+    // Radial magnetic = radial true - 4. Inbound from the west (radial 270 true) is course 086.
+    const VorCase rows[] = {
+        {270, 86, 1, 0},  {270, 81, 1, 63.5},  {270, 91, 1, -63.5},  {270, 60, 1, 127},
+        {270, 266, 2, 0}, {270, 271, 2, 63.5}, {270, 261, 2, -63.5}, {0, 356, 2, 0},
+        {0, 176, 1, 0},   {2, 360, 2, 25.4},
+    };
+    for (const VorCase& row : rows) {
+        World world;
+        world.aircraft.position = Destination({45, 10}, row.radialTrue, 30);
+        world.aircraft.altitudeFt = 10000;
+        world.aircraft.headingTrue = 40;
+        Send(world, 65708, 0x11390);
+        Send(world, 65716, static_cast<std::uint32_t>(row.courseMag));
+        UpdateReceivers(ground, Variation, world);
+        ASSERT_EQ(world.nav1.ident, "ALF") << "the nearer of two on one frequency";
+        EXPECT_EQ(world.nav1.toFrom, row.toFrom) << row.radialTrue << " " << row.courseMag;
+        EXPECT_NEAR(Read(world, 40), row.needle, 0.01) << row.radialTrue << " " << row.courseMag;
+        EXPECT_NEAR(AngleDifference(Read(world, 550), row.radialTrue + 180 - 40), 0, 0.6);
+        EXPECT_NEAR(Read(world, 31), std::hypot(30, 10000 / kFeetPerNm), 0.01);
+        EXPECT_EQ(Read(world, 46), 1);
+        EXPECT_GT(Read(world, 49), 0);
+    }
+}
+
+TEST(Radios, FrequenciesComeInBinaryCodedDecimal) {
+    World world;
+    Send(world, 65708, 0x11390);
+    EXPECT_EQ(world.nav1.frequency, 11390);
+    Send(world, 65708, 0x1030);
+    EXPECT_EQ(world.nav1.frequency, 11030) << "four digits, as the simulator sends them";
+    Send(world, 65708, 0x1A30);
+    Send(world, 65708, 0x15000);
+    EXPECT_EQ(world.nav1.frequency, 11030) << "no digits, out of the band";
+    Send(world, 65714, 0x385);
+    EXPECT_EQ(world.adf.frequency, 385);
+}
+
+TEST(Radios, OutOfReachThereIsNoSignal) {
+    Ground ground = MakeGround();
+    World world;
+    world.aircraft.position = Destination({45, 10}, 90, 150);
+    world.aircraft.altitudeFt = 5000;
+    world.nav1.frequency = 11390;
+    UpdateReceivers(ground, Variation, world);
+    EXPECT_EQ(Read(world, 49), 0);
+    EXPECT_EQ(Read(world, 852), 0);
+    EXPECT_EQ(Read(world, 31), 0);
+    world.aircraft.altitudeFt = 35000;
+    UpdateReceivers(ground, Variation, world);
+    EXPECT_GT(Read(world, 49), 0) << "line of sight grows with height";
+}
+
+TEST(Radios, AdfPointsToTheBeacon) {
+    Ground ground = MakeGround();
+    World world;
+    world.aircraft.position = {45.0, 10.0};
+    world.aircraft.headingTrue = 90;
+    Send(world, 65714, 0x385);
+    UpdateReceivers(ground, Variation, world);
+    EXPECT_GT(Read(world, 20), 0);
+    EXPECT_NEAR(Read(world, 39), 270, 0.01);
+}
+
+TEST(Radios, LocalizerAndGlideslopeGiveTheSidesOfThePath) {
+    Ground ground = MakeGround();
+    const GeoPoint touchdown = Destination({45, 11}, 90, 1000 / kFeetPerNm);
+    World world;
+    Send(world, 65708, 0x11030);
+    const auto place = [&](double alongNm, double rightNm, double aboveFt) {
+        const GeoPoint abeam = Destination(touchdown, 270, alongNm);
+        world.aircraft.position = Destination(abeam, 180, rightNm);
+        world.aircraft.altitudeFt =
+            1500 + std::tan(3 / kDegreesPerRadian) * alongNm * kFeetPerNm + aboveFt;
+        UpdateReceivers(ground, Variation, world);
+    };
+    place(8, 0, 0);
+    EXPECT_EQ(static_cast<int>(Read(world, 46)) & 0xC0, 0xC0);
+    EXPECT_NEAR(Read(world, 40), 0, 2);
+    EXPECT_NEAR(Read(world, 41), 0, 1);
+    place(8, 0.2, 0);
+    EXPECT_LT(Read(world, 40), -20) << "right of the centre line: fly left";
+    place(8, 0, 300);
+    EXPECT_GT(Read(world, 41), 20) << "above the path: the pointer is low, counted positive";
+    place(8, 0, -300);
+    EXPECT_LT(Read(world, 41), -20);
+    place(40, 0, 0);
+    EXPECT_EQ(Read(world, 46), 0) << "too far";
+    place(4.66, 0, 0);
+    EXPECT_EQ(Read(world, 354), 1) << "outer marker";
+}
+
+TEST(Radios, FliesAnApproachToTheRunway) {
+    Ground ground = MakeGround();
+    World world;
+    world.magneticVariation = kVariation;
+    world.aircraft.position = Destination(Destination({45, 11}, 270, 15), 180, 2);
+    world.aircraft.headingTrue = 60;
+    world.aircraft.altitudeFt = 4000;
+    world.aircraft.indicatedAirspeedKt = 160;
+    world.aircraft.heldAirspeedKt = 160;
+    FillTanks(world.aircraft, 10000);
+    for (const int event : {65580, 65724, 65804}) {
+        Send(world, event, 0);
+    }
+    world.autopilot.altitudeTargetFt = 4000;
+    Send(world, 65708, 0x11030);
+    double worstFt = 0;
+    for (int i = 0; i < 20 * 900 && !world.aircraft.onGround; ++i) {
+        world.groundElevationFt = GroundElevationFt(ground, world.aircraft.position);
+        UpdateReceivers(ground, Variation, world);
+        StepFlight(world, 0.05);
+        const double toGo = DistanceNm(world.aircraft.position, {45, 11});
+        if (world.autopilot.glideslopeCaptured && toGo < 6 && toGo > 1) {
+            worstFt =
+                std::max(worstFt, std::fabs(CrossTrackNm({45, 11}, 270, world.aircraft.position)) *
+                                      kFeetPerNm);
+        }
+    }
+    EXPECT_TRUE(world.aircraft.onGround);
+    EXPECT_LT(worstFt, 200) << "beside the centre line";
+    EXPECT_LT(DistanceNm(world.aircraft.position, {45, 11}), 1.0);
+}
+
+TEST(Radios, GroundRisesSmoothlyAtAirports) {
+    Ground ground = MakeGround();
+    EXPECT_NEAR(GroundElevationFt(ground, {45, 11}), 1500, 1);
+    EXPECT_EQ(GroundElevationFt(ground, {0, 0}), 0);
+    double last = GroundElevationFt(ground, Destination({45, 11}, 270, 60));
+    for (double nm = 59.9; nm > -150; nm -= 0.1) {
+        const double here = GroundElevationFt(ground, Destination({45, 11}, 270, nm));
+        EXPECT_LT(std::fabs(here - last), 50) << nm;
+        last = here;
+    }
+}
+
+}  // namespace
+}  // namespace panelhost

@@ -1,0 +1,76 @@
+#include "panelhost/resources.h"
+
+#include <gtest/gtest.h>
+
+#include "panelhost/compose.h"
+#include "panelhost/text.h"
+#include "tests/panelhost/host_fixture.h"
+
+namespace panelhost {
+namespace {
+
+std::string ProbeFile() {
+    return ReadWholeFile(ProbePath(), 64U << 20U).value_or("");
+}
+
+TEST(Resources, ReadsAModuleFilesSection) {
+    const std::string file = ProbeFile();
+    const ModuleResources resources = ParseResources(FindElfSection(file, ".avq_res"));
+    EXPECT_TRUE(resources.problems.empty());
+    ASSERT_EQ(resources.bitmaps.size(), 3U);
+    const Picture& icon = resources.bitmaps.at(0x102);
+    EXPECT_EQ(icon.pixels[0], 0xFF000000U) << "the last row of the file is the top";
+    EXPECT_EQ(icon.pixels[4], 0xFF00FF00U);
+    EXPECT_EQ(KeyOutBlack(icon).pixels[0], 0U);
+    ASSERT_EQ(resources.keyNames.at(0x100).size(), 1U);
+    EXPECT_EQ(resources.keyNames.at(0x100)[0].label, "LINE KEY 1");
+    EXPECT_TRUE(FindElfSection(file, ".no_such").empty());
+}
+
+TEST(Resources, SurvivesFilesCutAnywhereAndBytesTurned) {
+    const std::string file = ProbeFile();
+    const std::string section(FindElfSection(file, ".avq_res"));
+    for (std::size_t length = 0; length < section.size(); length += 7) {
+        const ModuleResources resources =
+            ParseResources(std::string_view(section).substr(0, length));
+        EXPECT_FALSE(resources.problems.empty()) << length;
+    }
+    for (std::size_t at = 0; at < 200 && at < section.size(); ++at) {
+        std::string turned = section;
+        turned[at] = static_cast<char>(0xFF);
+        ParseResources(turned);
+    }
+    for (std::size_t at = 0; at < 64; ++at) {
+        std::string turned = file;
+        turned[at] = static_cast<char>(0xFF);
+        FindElfSection(turned, ".avq_res");
+        FindElfSection(std::string_view(file).substr(0, at), ".avq_res");
+    }
+}
+
+TEST(Resources, ReadsKeyNamesAndSkipsWhatIsNone) {
+    const std::vector<KeyName> names =
+        ParseKeyNames("1 2 30 40 PREV PAGE\r\n\nx 2 3 4 BAD\n1 2 3\n-1 0 9 9 Ä\n1 2 3 99999 FAR\n");
+    ASSERT_EQ(names.size(), 2U);
+    EXPECT_EQ(names[0].label, "PREV PAGE");
+    EXPECT_EQ(names[0].height, 40);
+    EXPECT_EQ(names[1].label, "Ä");
+}
+
+TEST(Compose, ResamplingKeepsFlatColoursAndMeans) {
+    const Picture flat{3, 2, std::vector<std::uint32_t>(6, 0xFF204060)};
+    for (const int size : {1, 2, 5, 9}) {
+        for (const std::uint32_t pixel : Resample(flat, size, size).pixels) {
+            EXPECT_EQ(pixel, 0xFF204060U);
+        }
+    }
+    Picture board{8, 8, {}};
+    for (int i = 0; i < 64; ++i) {
+        board.pixels.push_back((i + i / 8) % 2 == 0 ? 0xFFFFFFFFU : 0xFF000000U);
+    }
+    const Picture half = Resample(board, 4, 4);
+    EXPECT_NEAR(half.pixels[5] & 0xFFU, 128, 4);
+}
+
+}  // namespace
+}  // namespace panelhost

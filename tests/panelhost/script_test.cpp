@@ -1,0 +1,133 @@
+#include "panelhost/script.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/panelhost/host_fixture.h"
+
+namespace panelhost {
+namespace {
+
+using testing::HasSubstr;
+
+struct ParseCase {
+    const char* text;
+    const char* error;
+};
+
+TEST(Script, NamesTheLineOfEveryMistake) {
+    const ParseCase rows[] = {
+        {"run 5\nfly 5\n", "line 2: unknown command \"fly\""},
+        {"run\n", "line 1: usage: run"},
+        {"run 1 2\n", "line 1: usage: run"},
+        {"\n\nsay \"open\n", "line 3: a quotation mark is not closed"},
+        {"release now\n", "line 1: usage: release"},
+    };
+    for (const ParseCase& row : rows) {
+        const Script script = ParseScript(row.text);
+        ASSERT_EQ(script.errors.size(), 1U) << row.text;
+        EXPECT_THAT(script.errors[0], HasSubstr(row.error));
+    }
+}
+
+TEST(Script, ReadsWordsQuotesAndComments) {
+    const Script script =
+        ParseScript("# all of it\r\n  click MCU \"LINE KEY 1\"  # here\r\nprint #65 time\n");
+    EXPECT_THAT(script.errors, testing::IsEmpty());
+    ASSERT_EQ(script.lines.size(), 2U);
+    EXPECT_EQ(script.lines[0].line, 2);
+    EXPECT_THAT(script.lines[0].words, testing::ElementsAre("MCU", "LINE KEY 1"));
+    EXPECT_THAT(script.lines[1].words, testing::ElementsAre("#65", "time"));
+}
+
+class ScriptRun : public HostTest {
+  protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        ASSERT_TRUE(
+            Open("[Window Titles]\nWindow01=Unit\n"
+                 "[Window00]\nsize_mm=100,50\ngauge00=probe!SERVER,0,0\n"
+                 "gauge01=probe!PROBE,20,10\n"
+                 "[Window01]\nsize_mm=40,30\nident=4001\nvisible=0\n"
+                 "gauge00=probe!PROBE,0,0\n"));
+    }
+    std::string Run(const std::string& text) {
+        return RunScript(session_, ParseScript(text), folder_.string(), stdout).error;
+    }
+};
+
+struct RunCase {
+    const char* text;
+    const char* error;  // empty: it runs
+};
+
+TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
+    const RunCase rows[] = {
+        {"expect var probe_number = 42", ""},
+        {"expect var probe_number > 42", "line 1: expect: expectation failed: it is 42"},
+        {"expect var probe_text = INIT", ""},
+        {"expect var probe_text < INIT", "with = or != only"},
+        {"expect var nothing = 1", "no value \"nothing\""},
+        {"expect colour = 1", "a condition begins with"},
+        {"set heading 200\nset altitude 9000\nexpect var altitude = 9000", ""},
+        {"set altitude high", "line 1: set: not a number: high"},
+        {"set colour 1", "cannot set"},
+        {"set position 10", "position needs 2"},
+        {"run 1s\nexpect texts contains drawn", ""},
+        {"expect texts Unit contains drawn", "expectation failed"},
+        {"expect texts 77 contains drawn", "no window \"77\""},
+        {"expect window 4001 hidden\nwindow unit open\nexpect window 4001 shown\n"
+         "window 4001 close",
+         ""},
+        {"click PROBE line key 1", ""},
+        {"click PROBE \"LINE KEY 1\"\nexpect var heading-bug >= 1", ""},
+        {"click PROBE nokey", "no key \"nokey\""},
+        {"click NOSUCH X", "no gauge \"NOSUCH\""},
+        {"click PROBE@4001 4 5", "nothing to click there"},
+        {"click PROBE 35 25", "nothing to click there"},
+        {"set heading-true 90\nevent HEADING_BUG_SET 123\nexpect var heading-bug = 123", ""},
+        {"event 66042 77\nexpect var heading-bug = 77", ""},
+        {"event NO_SUCH_EVENT 1", "needs an event number"},
+        {"event 66042 99999999999", "32-bit"},
+        {"run-until var time > 100000 timeout 2s", "not within 2 s"},
+        {"run-until var time > 3 timeout 1m", ""},
+        {"run soon", "not a duration"},
+        {"run -5", "not a duration"},
+        {"frame-rate 0", "frame rate"},
+        {"screenshot main picture.png", ""},
+        {"screenshot 9 picture.png", "no window"},
+        {"screenshot main no/such/folder.png", "cannot write"},
+        {"key nokey", "no key"},
+        {"type AB9\nkey enter", ""},
+        {"quit\nexpect var nothing = 1", ""},
+    };
+    for (const RunCase& row : rows) {
+        const std::string error = Run(row.text);
+        if (*row.error == '\0') {
+            EXPECT_EQ(error, "") << row.text;
+        } else {
+            EXPECT_THAT(error, HasSubstr(row.error)) << row.text;
+        }
+    }
+    EXPECT_GT(std::filesystem::file_size(folder_ / "picture.png"), 100U);
+}
+
+TEST_F(ScriptRun, TracesFlightTimeAtAnyRate) {
+    EXPECT_EQ(Run("set rate 16\ntrace t every 10s probe_number #1\nrun 10s\ntrace off\n"), "");
+    std::ifstream file(folder_ / "t");
+    std::string line;
+    std::getline(file, line);
+    EXPECT_EQ(line, "# time lat lon altitude heading gs probe_number #1");
+    int lines = 0;
+    double last = -10;
+    while (std::getline(file, line)) {
+        const double time = std::stod(line);
+        EXPECT_NEAR(time - last, 10, 0.81) << line;
+        EXPECT_THAT(line, HasSubstr(" 42 "));
+        last = time;
+        ++lines;
+    }
+    EXPECT_EQ(lines, 17);
+}
+
+}  // namespace
+}  // namespace panelhost
