@@ -7,6 +7,7 @@
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
 #include "drawing/surface.h"
+#include "support/leak_suppressions.h"
 #include "support/picture.h"
 
 namespace avq1 {
