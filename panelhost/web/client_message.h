@@ -27,10 +27,10 @@ enum class ClientAction {
     ToggleWindow,  // show or hide by ident
     Pause,
     Rate,
-    Set,       // place the aircraft, change the wind
-    Watch,     // which windows' pictures and texts this page wants
+    Set,        // place the aircraft, change the wind
+    Watch,      // which windows' pictures and texts this page wants
     SendEvent,  // a pilot's key event
-    Painted,   // the last picture of a window is on the screen
+    Painted,    // the last picture of a window is on the screen
 };
 
 struct ClientMessage {
@@ -39,7 +39,7 @@ struct ClientMessage {
     int window = 0;
     double x = 0;
     double y = 0;
-    int button = 0;  // 0 left, 1 middle, 2 right
+    int button = 0;   // 0 left, 1 middle, 2 right
     bool on = false;  // wheel up, key down, paused
     int scanCode = 0;
     int virtualKey = 0;

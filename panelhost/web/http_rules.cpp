@@ -16,12 +16,12 @@ PageReply Plain(unsigned status, std::string text) {
 
 void AddSecurityHeaders(std::string_view host, PageReply& reply) {
     // The socket's address is spelled out: older browsers do not count it as 'self'.
-    reply.headers.push_back(
-        {"Content-Security-Policy", "default-src 'none'; script-src 'self'; style-src 'self'; "
-                                    "img-src 'self' blob: data:; connect-src 'self' ws://" +
-                                        std::string(host) +
-                                        "; base-uri 'none'; form-action 'self'; "
-                                        "frame-ancestors 'none'"});
+    reply.headers.push_back({"Content-Security-Policy",
+                             "default-src 'none'; script-src 'self'; style-src 'self'; "
+                             "img-src 'self' blob: data:; connect-src 'self' ws://" +
+                                 std::string(host) +
+                                 "; base-uri 'none'; form-action 'self'; "
+                                 "frame-ancestors 'none'"});
     reply.headers.push_back({"X-Content-Type-Options", "nosniff"});
     reply.headers.push_back({"Referrer-Policy", "no-referrer"});
     reply.headers.push_back({"Cross-Origin-Resource-Policy", "same-origin"});

@@ -1,0 +1,186 @@
+#include "panelhost/web/http_connection.h"
+
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/http/parser.hpp>
+#include <boost/beast/http/read.hpp>
+#include <boost/beast/http/write.hpp>
+#include <boost/beast/websocket/rfc6455.hpp>
+#include <optional>
+
+#include "panelhost/png.h"
+#include "panelhost/web/http_rules.h"
+
+namespace panelhost {
+namespace {
+
+namespace beast = boost::beast;
+namespace http = beast::http;
+
+constexpr std::uint32_t kMaxHeaderBytes = 8192;
+constexpr std::uint64_t kMaxBodyBytes = 1024;
+constexpr std::size_t kMaxBufferBytes = 16384;
+constexpr auto kIdleTime = std::chrono::seconds(20);
+constexpr auto kLingerTime = std::chrono::seconds(2);
+constexpr double kRequestBurst = 60;
+constexpr double kRequestsPerSecond = 20;
+
+struct HttpConnection {
+    HttpConnection(Server& owner, net::ip::tcp::socket socket)
+        : server(owner),
+          count(std::make_unique<ConnectionCount>(owner.connections)),
+          stream(std::move(socket)),
+          bucket(MakeBucket(kRequestBurst, kRequestsPerSecond, SteadyNowS())) {}
+
+    Server& server;
+    std::unique_ptr<ConnectionCount> count;
+    beast::tcp_stream stream;
+    beast::flat_buffer buffer{kMaxBufferBytes};
+    std::optional<http::request_parser<http::string_body>> parser;
+    http::response<http::string_body> response;
+    http::response<http::empty_body> headResponse;
+    TokenBucket bucket;
+};
+
+using Connection = std::shared_ptr<HttpConnection>;
+
+void ReadRequest(const Connection& connection);
+
+std::string_view View(beast::string_view text) {
+    return {text.data(), text.size()};
+}
+
+void Linger(const Connection& connection) {
+    // What the browser still sends is read and dropped, so that it gets to see the answer.
+    connection->stream.expires_after(kLingerTime);
+    connection->buffer.clear();
+    connection->stream.async_read_some(connection->buffer.prepare(4096),
+                                       [connection](ErrorCode, std::size_t) {});
+}
+
+void AfterWrite(const Connection& connection, ErrorCode error, bool keeps) {
+    if (error) {
+        return;
+    }
+    if (keeps) {
+        ReadRequest(connection);
+        return;
+    }
+    ErrorCode ignored;
+    connection->stream.socket().shutdown(net::ip::tcp::socket::shutdown_send, ignored);
+    Linger(connection);
+}
+
+template <typename Response>
+void Write(const Connection& connection, Response& response, bool keeps) {
+    connection->stream.expires_after(kIdleTime);
+    http::async_write(connection->stream, response,
+                      [connection, keeps](ErrorCode error, std::size_t) {
+                          AfterWrite(connection, error, keeps);
+                      });
+}
+
+template <typename Response>
+void FillHeaders(const PageReply& reply, bool keeps, Response& response) {
+    response.version(11);
+    response.result(reply.status);
+    response.set(http::field::server, "avqpanel");
+    response.set(http::field::content_type, reply.contentType);
+    for (const PageHeader& header : reply.headers) {
+        response.set(header.name, header.value);
+    }
+    response.keep_alive(keeps);
+    response.content_length(reply.body.size());
+}
+
+void Reply(const Connection& connection, PageReply reply, bool isHead, bool keeps) {
+    if (isHead) {
+        connection->headResponse = {};
+        FillHeaders(reply, keeps, connection->headResponse);
+        Write(connection, connection->headResponse, keeps);
+        return;
+    }
+    connection->response = {};
+    FillHeaders(reply, keeps, connection->response);
+    connection->response.body() = std::move(reply.body);
+    Write(connection, connection->response, keeps);
+}
+
+void FillPicture(Server& server, PageReply& reply) {
+    const WindowPicture picture = server.session->Picture(reply.pictureWindow);
+    if (picture.pixels == nullptr) {
+        reply.status = 404;
+        reply.contentType = "text/plain; charset=utf-8";
+        reply.body = "no such window\n";
+        return;
+    }
+    const auto png = EncodePng(picture.width, picture.height, picture.pixels, true);
+    reply.body.assign(png.begin(), png.end());
+}
+
+void Refuse(const Connection& connection, ErrorCode error) {
+    if (error == http::error::end_of_stream || error == beast::error::timeout ||
+        error.category() != make_error_code(http::error::bad_method).category()) {
+        return;  // gone, silent or broken off: nobody to answer
+    }
+    PageReply reply;
+    reply.status = error == http::error::header_limit ? 431
+                   : error == http::error::body_limit ? 413
+                                                      : 400;
+    reply.body = "not a request this server reads\n";
+    Reply(connection, std::move(reply), false, false);
+}
+
+void AnswerParsed(const Connection& connection) {
+    const auto& request = connection->parser->get();
+    const std::string method(View(request.method_string()));
+    PageRequest page;
+    page.method = method;
+    page.target = View(request.target());
+    page.host = View(request[http::field::host]);
+    page.origin = View(request[http::field::origin]);
+    page.cookie = View(request[http::field::cookie]);
+    page.body = request.body();
+    page.isUpgrade = beast::websocket::is_upgrade(request);
+    Server& server = connection->server;
+    const double nowS = SteadyNowS();
+    if (!TakeToken(connection->bucket, nowS)) {
+        PageReply reply;
+        reply.status = 429;
+        reply.body = "too many requests\n";
+        Reply(connection, std::move(reply), method == "HEAD", false);
+        return;
+    }
+    PageReply reply = AnswerRequest(page, server.port, server.pairing, nowS);
+    if (reply.acceptsSocket) {
+        StartSocket(server, std::move(connection->stream), request, std::move(connection->count));
+        return;
+    }
+    if (reply.pictureWindow >= 0) {
+        FillPicture(server, reply);
+    }
+    const bool keeps = request.keep_alive() && reply.status < 400;
+    Reply(connection, std::move(reply), method == "HEAD", keeps);
+}
+
+void ReadRequest(const Connection& connection) {
+    connection->parser.emplace();
+    connection->parser->header_limit(kMaxHeaderBytes);
+    connection->parser->body_limit(kMaxBodyBytes);
+    connection->stream.expires_after(kIdleTime);
+    http::async_read(connection->stream, connection->buffer, *connection->parser,
+                     [connection](ErrorCode error, std::size_t) {
+                         if (error) {
+                             Refuse(connection, error);
+                         } else {
+                             AnswerParsed(connection);
+                         }
+                     });
+}
+
+}  // namespace
+
+void StartHttp(Server& server, net::ip::tcp::socket socket) {
+    ReadRequest(std::make_shared<HttpConnection>(server, std::move(socket)));
+}
+
+}  // namespace panelhost

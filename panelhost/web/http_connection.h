@@ -1,0 +1,18 @@
+// panelhost/web/http_connection.h - hands an upgraded connection to its WebSocket.
+#pragma once
+
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/string_body.hpp>
+
+#include "panelhost/web/server_state.h"
+
+namespace panelhost {
+
+using UpgradeRequest = boost::beast::http::request<boost::beast::http::string_body>;
+
+// socket_client.cpp
+void StartSocket(Server& server, boost::beast::tcp_stream stream, const UpgradeRequest& request,
+                 std::unique_ptr<ConnectionCount> count);
+
+}  // namespace panelhost

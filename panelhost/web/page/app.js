@@ -1,0 +1,96 @@
+import { makeDesk } from '/desk.js';
+import { makeKeyboard } from '/keyboard.js';
+import { openLink } from '/link.js';
+import { makeStatus } from '/status.js';
+
+const kRates = [1, 2, 4, 8, 16];
+const find = (selector) => document.querySelector(selector);
+let link = { send: () => false };
+const send = (message) => link.send(message);
+
+const desk = makeDesk(find('#desk'), find('#windowList'), send);
+const showStatus = makeStatus(find);
+makeKeyboard(find('#keyboard'), send);
+
+let paused = false;
+find('#pause').addEventListener('click', () => send({ t: 'pause', on: !paused }));
+const rates = kRates.map((rate) => {
+  const button = document.createElement('button');
+  button.type = 'button';
+  button.textContent = `×${rate}`;
+  button.setAttribute('aria-label', `Rate times ${rate}`);
+  button.addEventListener('click', () => send({ t: 'rate', v: rate }));
+  find('#rates').append(button);
+  return button;
+});
+
+function showControls(status) {
+  paused = status.paused;
+  find('#pause').textContent = paused ? 'Resume' : 'Pause';
+  find('#pause').setAttribute('aria-pressed', String(paused));
+  document.body.classList.toggle('paused', paused);
+  kRates.forEach((rate, i) =>
+    rates[i].setAttribute('aria-pressed', String(Math.abs(status.rate - rate) < 0.01)));
+}
+
+function showHello(hello) {
+  desk.start(hello);
+  const names = find('#eventNames');
+  names.replaceChildren(...hello.keyEvents.map((event) => {
+    const option = document.createElement('option');
+    option.value = String(event.number);
+    option.textContent = event.meaning ? `${event.name} – ${event.meaning}` : event.name;
+    return option;
+  }));
+  const warnings = find('#warnings');
+  warnings.hidden = hello.warnings.length === 0;
+  warnings.replaceChildren(...hello.warnings.map((warning) => {
+    const line = document.createElement('p');
+    line.textContent = warning;
+    return line;
+  }));
+}
+
+find('#sendEvent').addEventListener('submit', (event) => {
+  event.preventDefault();
+  const form = new FormData(event.target);
+  send({ t: 'event', number: Number(form.get('number')), value: Number(form.get('value')) });
+});
+find('#place').addEventListener('submit', (event) => {
+  event.preventDefault();
+  const message = { t: 'set' };
+  for (const [name, value] of new FormData(event.target)) {
+    if (value !== '') message[name] = Number(value);
+  }
+  const half = ('latitude' in message) !== ('longitude' in message);
+  const longitude = event.target.elements.longitude;
+  longitude.setCustomValidity(half ? 'Latitude and longitude go together' : '');
+  if (half) longitude.reportValidity();
+  else send(message);
+});
+find('#place').addEventListener('input', (event) =>
+  event.currentTarget.elements.longitude.setCustomValidity(''));
+
+const kHandlers = {
+  hello: showHello,
+  status(status) {
+    showStatus(status);
+    showControls(status);
+  },
+  window: (message) => desk.update(message),
+  areas: (message) => desk.showAreas(message),
+  texts: (message) => desk.showTexts(message),
+  key() {},
+  error: (message) => console.warn(`panel host: ${message.problem}`),
+};
+
+link = openLink({
+  onMessage: (message) => kHandlers[message.t]?.(message),
+  onPicture: (buffer) => desk.showPicture(buffer),
+  onState(state, text) {
+    const line = find('#link');
+    line.dataset.state = state;
+    if (line.textContent !== text) line.textContent = text;
+    document.body.classList.toggle('lost', state !== 'open');
+  },
+});

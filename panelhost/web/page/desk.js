@@ -1,0 +1,407 @@
+// The windows of the panel: their pictures, their keys as real buttons, their texts for readers.
+
+const kPhoneWidth = 760;
+const kHoldPointerMs = 30;
+
+export function makeDesk(root, list, send) {
+  const windows = new Map(); // by index
+  let size = { width: 1600, height: 1000 };
+  let watchTimer = 0;
+  const seen = new IntersectionObserver((entries) => {
+    for (const entry of entries) {
+      const own = windows.get(Number(entry.target.dataset.window));
+      if (own) own.onScreen = entry.isIntersecting;
+    }
+    watchSoon();
+  }, { rootMargin: '100px' });
+
+  function watchSoon() {
+    clearTimeout(watchTimer);
+    watchTimer = setTimeout(() => {
+      const wanted = document.hidden ? []
+        : [...windows.values()].filter((own) => own.info.visible && own.onScreen)
+          .map((own) => own.info.w);
+      send({ t: 'watch', windows: wanted });
+    }, 30);
+  }
+  document.addEventListener('visibilitychange', watchSoon);
+
+  function layout() {
+    const visible = [...windows.values()].filter((own) => own.info.visible);
+    const wide = root.clientWidth;
+    const column = wide < kPhoneWidth;
+    root.classList.toggle('column', column);
+    let right = 1;
+    let bottom = 1;
+    let left = size.width;
+    let top = size.height;
+    for (const { info } of visible) {
+      left = Math.min(left, info.x);
+      top = Math.min(top, info.y);
+      right = Math.max(right, info.x + info.shownWidth);
+      bottom = Math.max(bottom, info.y + info.shownHeight);
+    }
+    if (visible.length === 0) left = top = 0;
+    const scale = Math.min(1.5, wide / (right - left));
+    visible.forEach((own, order) => {
+      const { info, frame } = own;
+      if (column) {
+        const width = Math.min(wide, info.width * 1.4);
+        place(own, 0, 0, width, width * info.height / info.width);
+      } else {
+        place(own, (info.x - left) * scale + (wide - (right - left) * scale) / 2,
+          (info.y - top) * scale, info.shownWidth * scale, info.shownHeight * scale);
+      }
+      frame.style.zIndex = String(own.raised || order + 1);
+    });
+    root.style.height = column ? '' : `${(bottom - top) * scale}px`;
+  }
+
+  function place(own, x, y, width, height) {
+    own.frame.style.left = `${x + own.dragX}px`;
+    own.frame.style.top = `${y + own.dragY}px`;
+    own.frame.style.width = `${width}px`;
+    own.screen.style.height = `${height}px`;
+    own.frame.style.setProperty('--unit', `${width / own.info.width}px`);
+  }
+
+  function update(info) {
+    let own = windows.get(info.w);
+    if (!own) {
+      own = makeWindow(info);
+      windows.set(info.w, own);
+      list.append(own.entry);
+      seen.observe(own.frame);
+    }
+    const appears = info.visible && !own.info.visible;
+    own.info = info;
+    own.title.textContent = info.title || `Window ${info.w}`;
+    own.frame.setAttribute('aria-label', own.title.textContent);
+    own.toggle.textContent = own.title.textContent;
+    own.toggle.setAttribute('aria-pressed', String(info.visible));
+    if (own.canvas.width !== info.width || own.canvas.height !== info.height) {
+      own.canvas.width = info.width;
+      own.canvas.height = info.height;
+    }
+    own.frame.hidden = !info.visible;
+    if (info.visible && !own.frame.isConnected) attach(own);
+    if (appears && own.wanted) {
+      own.frame.scrollIntoView({ block: 'nearest', behavior: 'smooth' });
+    }
+    own.wanted = false;
+    layout();
+    watchSoon();
+  }
+
+  // Document order is window order, so reading and tab order start with the main panel.
+  function attach(own) {
+    const after = [...windows.values()].filter((other) => other.frame.isConnected &&
+      other.info.w > own.info.w).sort((a, b) => a.info.w - b.info.w)[0];
+    root.insertBefore(own.frame, after ? after.frame : null);
+  }
+
+  function makeWindow(info) {
+    const frame = element('section', 'window');
+    frame.dataset.window = String(info.w);
+    frame.dataset.ident = String(info.ident);
+    const bar = element('div', 'bar');
+    const title = element('h2', '');
+    const close = element('button', 'close', '×');
+    close.type = 'button';
+    const screen = element('div', 'screen');
+    const canvas = document.createElement('canvas');
+    canvas.setAttribute('aria-hidden', 'true');
+    const texts = element('div', 'hidden texts');
+    const keys = element('div', 'keys');
+    screen.append(canvas, texts, keys);
+    bar.append(title, close);
+    frame.append(bar, screen);
+    const entry = document.createElement('li');
+    const toggle = document.createElement('button');
+    toggle.type = 'button';
+    entry.append(toggle);
+    const own = { info: { ...info, visible: false }, frame, title, screen, canvas, texts, keys,
+      entry, toggle, onScreen: false, wanted: false, raised: 0, dragX: 0, dragY: 0,
+      regions: new Map(), areas: '' };
+    const flip = () => {
+      own.wanted = !own.info.visible;
+      send({ t: 'toggle', ident: own.info.ident });
+    };
+    toggle.addEventListener('click', flip);
+    close.addEventListener('click', flip);
+    close.setAttribute('aria-label', `Close ${info.title}`);
+    if (info.ident === 0) {
+      frame.classList.add('main');
+      close.remove();
+    }
+    frame.addEventListener('pointerdown', () => raise(own), true);
+    dragBy(bar, own);
+    bindPointer(own);
+    return own;
+  }
+
+  let raises = 1000;
+  function raise(own) {
+    if (own.info.ident === 0) return; // the main panel stays behind its pop-ups
+    own.raised = ++raises;
+    own.frame.style.zIndex = String(own.raised);
+  }
+
+  function dragBy(bar, own) {
+    let from = null;
+    bar.addEventListener('pointerdown', (event) => {
+      if (event.target.closest('button') || own.info.ident === 0 ||
+          root.classList.contains('column')) return;
+      from = { x: event.clientX - own.dragX, y: event.clientY - own.dragY };
+      bar.setPointerCapture(event.pointerId);
+    });
+    bar.addEventListener('pointermove', (event) => {
+      if (!from) return;
+      own.dragX = event.clientX - from.x;
+      own.dragY = event.clientY - from.y;
+      layout();
+    });
+    for (const end of ['pointerup', 'pointercancel']) {
+      bar.addEventListener(end, () => { from = null; });
+    }
+  }
+
+  // Every press goes to the host as a point; the host finds the key below it.
+  function bindPointer(own) {
+    const { screen } = own;
+    let held = null;
+    const point = (event) => {
+      const box = own.canvas.getBoundingClientRect();
+      const limit = (value, most) => Math.max(0, Math.min(most - 0.01, value));
+      return {
+        x: limit((event.clientX - box.left) / box.width * own.info.width, own.info.width),
+        y: limit((event.clientY - box.top) / box.height * own.info.height, own.info.height),
+      };
+    };
+    const release = (event) => {
+      if (held !== event.pointerId) return;
+      held = null;
+      setTimeout(() => send({ t: 'up' }), kHoldPointerMs);
+      for (const key of own.keys.querySelectorAll('.held')) key.classList.remove('held');
+    };
+    screen.addEventListener('pointerdown', (event) => {
+      const key = event.target.closest('.key');
+      if (!key || held !== null || event.button > 2) return;
+      held = event.pointerId;
+      screen.setPointerCapture(event.pointerId);
+      key.focus({ preventScroll: true });
+      key.classList.add('held');
+      send({ t: 'down', w: own.info.w, ...point(event), b: event.button });
+      event.preventDefault();
+    });
+    screen.addEventListener('pointerup', release);
+    screen.addEventListener('pointercancel', release);
+    screen.addEventListener('lostpointercapture', release);
+    screen.addEventListener('contextmenu', (event) => {
+      if (event.target.closest('.key')) event.preventDefault();
+    });
+    let turned = 0;
+    screen.addEventListener('wheel', (event) => {
+      const key = event.target.closest('.key');
+      if (!key || !key.dataset.wheel) return;
+      event.preventDefault();
+      turned += event.deltaY;
+      if (Math.abs(turned) < 20) return;
+      send({ t: 'wheel', w: own.info.w, ...point(event), up: turned < 0 });
+      turned = 0;
+    }, { passive: false });
+  }
+
+  // The centre of a key, or of one half of a knob.
+  function press(own, area, part) {
+    send({ t: 'down', w: own.info.w, b: 0, x: area.x + area.width * part,
+      y: area.y + area.height / 2 });
+  }
+
+  function bindKeyboard(own, key, area) {
+    let pressed = '';
+    const knob = isKnob(area);
+    const parts = { Enter: knob ? 0.75 : 0.5, ' ': knob ? 0.75 : 0.5 };
+    if (knob) Object.assign(parts, { ArrowLeft: 0.25, ArrowDown: 0.25, ArrowRight: 0.75, ArrowUp: 0.75 });
+    key.addEventListener('keydown', (event) => {
+      const part = parts[event.key];
+      if (part === undefined || event.ctrlKey || event.altKey || event.metaKey) return;
+      event.preventDefault();
+      event.stopPropagation();
+      if (event.repeat && area.repeats) return; // the host repeats while the key is held
+      if (event.repeat && !knob) return;
+      pressed = event.key;
+      key.classList.add('held');
+      press(own, area, part);
+    });
+    const up = () => {
+      if (!pressed) return;
+      pressed = '';
+      key.classList.remove('held');
+      send({ t: 'up' });
+    };
+    key.addEventListener('keyup', (event) => { if (event.key === pressed) up(); });
+    key.addEventListener('blur', up);
+    // A screen reader or a switch device clicks without pointer or key events of its own.
+    key.addEventListener('click', (event) => {
+      if (event.detail !== 0) return;
+      press(own, area, knob ? 0.75 : 0.5);
+      setTimeout(() => send({ t: 'up' }), kHoldPointerMs);
+    });
+  }
+
+  function showAreas(message) {
+    const own = windows.get(message.w);
+    const asText = JSON.stringify(message.areas);
+    if (!own || own.areas === asText) return;
+    own.areas = asText;
+    const focused = own.keys.contains(document.activeElement)
+      ? [...own.keys.children].indexOf(document.activeElement) : -1;
+    const counts = new Map();
+    own.keys.replaceChildren(...message.areas.map((area) => {
+      const count = (counts.get(area.gauge) || 0) + 1;
+      counts.set(area.gauge, count);
+      const key = element('button', 'key');
+      key.type = 'button';
+      key.setAttribute('aria-label', area.label
+        ? `${area.label}, ${area.gauge}` : `${area.gauge} key ${count}`);
+      key.title = area.label || '';
+      key.dataset.gauge = area.gauge;
+      if (area.label) key.dataset.label = area.label;
+      if (area.wheel) key.dataset.wheel = '1';
+      if (isKnob(area)) key.setAttribute('aria-roledescription', 'knob, arrow keys turn it');
+      key.style.left = percent(area.x, own.info.width);
+      key.style.top = percent(area.y, own.info.height);
+      key.style.width = percent(area.width, own.info.width);
+      key.style.height = percent(area.height, own.info.height);
+      // Small keys inside large ones stay on top.
+      key.style.zIndex = String(Math.max(1, 100000 - Math.round(area.width * area.height / 10)));
+      bindKeyboard(own, key, area);
+      return key;
+    }));
+    if (focused >= 0 && own.keys.children[focused]) own.keys.children[focused].focus();
+  }
+
+  function showTexts(message) {
+    const own = windows.get(message.w);
+    if (!own) return;
+    const gauges = new Map();
+    for (const [text, x, y, height, placement, gauge] of message.texts) {
+      if (!text.trim()) continue;
+      if (!gauges.has(placement)) gauges.set(placement, { gauge, texts: [] });
+      gauges.get(placement).texts.push({ text: text.trim(), x, y, height });
+    }
+    for (const [placement, region] of own.regions) {
+      if (!gauges.has(placement)) {
+        region.remove();
+        own.regions.delete(placement);
+      }
+    }
+    for (const [placement, { gauge, texts }] of gauges) {
+      let region = own.regions.get(placement);
+      if (!region) {
+        region = element('div', '');
+        // A log of one screen: read on demand; live speech of ever-changing figures would never end.
+        region.setAttribute('role', 'group');
+        region.setAttribute('aria-label', `${gauge} screen`);
+        region.dataset.gauge = gauge;
+        own.regions.set(placement, region);
+        own.texts.append(region);
+      }
+      showLines(region, linesOf(texts));
+    }
+  }
+
+  function showLines(region, lines) {
+    while (region.children.length > lines.length) region.lastChild.remove();
+    lines.forEach((line, i) => {
+      let row = region.children[i];
+      if (!row) {
+        row = document.createElement('p');
+        region.append(row);
+      }
+      if (row.textContent !== line) row.textContent = line;
+    });
+  }
+
+  async function showPicture(buffer) {
+    const view = new DataView(buffer);
+    if (view.getUint8(0) !== 1) return;
+    const count = view.getUint8(1);
+    const own = windows.get(view.getUint16(2, true));
+    let at = 4 + count * 12;
+    const parts = [];
+    for (let i = 0; i < count; ++i) {
+      const head = 4 + i * 12;
+      const bytes = view.getUint32(head + 8, true);
+      parts.push({ x: view.getUint16(head, true), y: view.getUint16(head + 2, true),
+        data: new Uint8Array(buffer, at, bytes) });
+      at += bytes;
+    }
+    if (!own) return;
+    try {
+      const images = await Promise.all(parts.map(({ data }) =>
+        createImageBitmap(new Blob([data], { type: 'image/png' }))));
+      const context = own.canvas.getContext('2d', { alpha: false });
+      images.forEach((image, i) => {
+        context.drawImage(image, parts[i].x, parts[i].y);
+        image.close();
+      });
+      own.frame.dataset.pictures = String(Number(own.frame.dataset.pictures || 0) + 1);
+    } finally {
+      send({ t: 'painted', w: own.info.w });
+    }
+  }
+
+  new ResizeObserver(layout).observe(root);
+
+  return {
+    start(hello) {
+      size = hello.desk;
+      for (const [index, own] of windows) {
+        const same = hello.windows.find((info) => info.w === index &&
+          info.ident === own.info.ident);
+        if (!same) {
+          own.frame.remove();
+          own.entry.remove();
+          windows.delete(index);
+        }
+      }
+      for (const info of hello.windows) update(info);
+      watchSoon();
+    },
+    update, showAreas, showTexts, showPicture,
+  };
+}
+
+// A wide area without a word of its own turns one way on its left and the other on its right half.
+function isKnob(area) {
+  return /knob/i.test(area.label) || area.wheel || (area.width >= area.height * 1.6 && !area.label);
+}
+
+// Texts in reading order: those at about the same height form a line, left to right.
+function linesOf(texts) {
+  const sorted = [...texts].sort((a, b) => a.y - b.y || a.x - b.x);
+  const lines = [];
+  for (const text of sorted) {
+    const last = lines[lines.length - 1];
+    if (last && Math.abs(last.y - text.y) < Math.max(3, text.height * 0.5)) {
+      last.texts.push(text);
+    } else {
+      lines.push({ y: text.y, texts: [text] });
+    }
+  }
+  return lines.map((line) => line.texts.sort((a, b) => a.x - b.x)
+    .map((text) => text.text).join('  '));
+}
+
+function element(name, className, text = '') {
+  const made = document.createElement(name);
+  made.className = className;
+  made.textContent = text;
+  return made;
+}
+
+function percent(part, whole) {
+  return `${part / whole * 100}%`;
+}

@@ -1,0 +1,22 @@
+// panelhost/web/server_messages.h - what the server says on the socket: JSON texts, made whole.
+//
+// Units as in session.h. Text that is not UTF-8 is shown with replacement marks.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "panelhost/session.h"
+
+namespace panelhost {
+
+std::string HelloMessage(const Session& session);
+std::string StatusMessage(const SessionStatus& status);
+std::string WindowMessage(const WindowInfo& window);
+std::string TextsMessage(int window, const std::vector<DrawnText>& texts);
+std::string AreasMessage(int window, const std::vector<ClickArea>& areas);
+std::string KeyMessage(int scanCode, int virtualKey, bool swallowed);
+std::string ProblemMessage(std::string_view problem);
+
+}  // namespace panelhost

@@ -1,0 +1,114 @@
+#include "panelhost/web/web_server.h"
+
+#include <cstdio>
+
+#include "panelhost/web/server_state.h"
+
+namespace panelhost {
+namespace {
+
+using net::ip::tcp;
+
+constexpr auto kAcceptPause = std::chrono::milliseconds(200);
+
+int Refuse(const WebOptions& options, const std::string& reason) {
+    std::fprintf(stderr, "avqpanel: cannot listen on %s port %d: %s\n",
+                 options.listenAddress.c_str(), options.port, reason.c_str());
+    return 1;
+}
+
+std::string Url(const net::ip::address& address, int port) {
+    const std::string name =
+        address.is_v6() ? "[" + address.to_string() + "]" : address.to_string();
+    return "http://" + name + ":" + std::to_string(port) + "/";
+}
+
+ErrorCode Listen(Server& server, const tcp::endpoint& endpoint) {
+    ErrorCode error;
+    server.acceptor.open(endpoint.protocol(), error);
+    if (!error) {
+        server.acceptor.set_option(net::socket_base::reuse_address(true), error);
+    }
+    if (!error) {
+        server.acceptor.bind(endpoint, error);
+    }
+    if (!error) {
+        server.acceptor.listen(net::socket_base::max_listen_connections, error);
+    }
+    if (!error) {
+        server.port = server.acceptor.local_endpoint(error).port();
+    }
+    return error;
+}
+
+void AcceptNext(Server& server);
+
+// Without file handles to spare an immediate retry would spin.
+void AcceptLater(Server& server) {
+    server.acceptTimer.expires_after(kAcceptPause);
+    server.acceptTimer.async_wait([&server](ErrorCode error) {
+        if (!error) {
+            AcceptNext(server);
+        }
+    });
+}
+
+void AcceptNext(Server& server) {
+    server.acceptor.async_accept([&server](ErrorCode error, tcp::socket socket) {
+        if (error == net::error::operation_aborted) {
+            return;
+        }
+        if (error) {
+            AcceptLater(server);
+            return;
+        }
+        if (server.connections < kMaxConnections) {
+            ErrorCode ignored;
+            socket.set_option(tcp::no_delay(true), ignored);
+            StartHttp(server, std::move(socket));
+        }  // else: closed unheard
+        AcceptNext(server);
+    });
+}
+
+void Announce(const Server& server, const net::ip::address& address) {
+    std::printf("AVQ1 panel: %s\n", Url(address, server.port).c_str());
+    if (server.pairing.required) {
+        const std::string& code = server.pairing.code;
+        std::printf("Pairing code: %s-%s\n", code.substr(0, code.size() / 2).c_str(),
+                    code.substr(code.size() / 2).c_str());
+    }
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+int ServeWeb(Session& session, const WebOptions& options) {
+    ErrorCode error;
+    const net::ip::address address = net::ip::make_address(options.listenAddress, error);
+    if (error) {
+        return Refuse(options, "not a numeric address");
+    }
+    Server server;
+    server.session = &session;
+    server.pairing = MakePairing(!address.is_loopback(), SteadyNowS());
+    error = Listen(server, {address, static_cast<unsigned short>(options.port)});
+    if (error) {
+        return Refuse(options, error.message());
+    }
+    server.signals.add(SIGINT, error);
+    server.signals.add(SIGTERM, error);
+    server.signals.async_wait([&server](ErrorCode ended, int) {
+        if (!ended) {
+            server.io.stop();
+        }
+    });
+    StartFrames(server);
+    AcceptNext(server);
+    Announce(server, address);
+    server.io.run();
+    session.Close();
+    return 0;
+}
+
+}  // namespace panelhost
