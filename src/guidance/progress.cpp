@@ -1,7 +1,10 @@
 #include "guidance/progress.h"
 
+#include <array>
 #include <cmath>
+#include <cstdint>
 
+#include "base/module_state.h"
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
@@ -45,16 +48,75 @@ double RealMinutes(double minutes) {
     return derived.simRate > 0 ? minutes / derived.simRate : 0;
 }
 
-// The nearest entry with a position at or beyond `index`, walking by `step`; the entry at `index`
-// when the plan holds none.
-const PlanWaypoint& PositionedEntry(std::int32_t index, std::int32_t step, std::int32_t& found) {
-    for (found = index; activePlan.Holds(found); found += step) {
-        if (!IsDiscontinuity(activePlan.entries[found])) {
-            return activePlan.entries[found];
+bool HasPosition(const PlanWaypoint& entry) {
+    return entry.ident != kDiscontinuity && entry.ident != kAirwayPlaceholder;
+}
+
+// What one entry of the active plan was when the route was last summed, and the route from there.
+struct RouteEntry {
+    double latitude = 0;
+    double longitude = 0;
+    bool hasPosition = false;
+    double remainingNm = 0;  // from the next entry with a position, this one included, to the end
+
+    bool Describes(const PlanWaypoint& entry) const {
+        return entry.latitude == latitude && entry.longitude == longitude &&
+               HasPosition(entry) == hasPosition;
+    }
+};
+
+// The route as summed last: comparing it with the plan costs a frame far less than the great
+// circles of a long route.
+struct RouteSums {
+    std::array<RouteEntry, kPlanCapacity> entries;
+    std::int32_t first = 0;
+    std::int32_t last = -1;
+};
+
+RouteSums routeSums;
+const StateReset resetRouteSums([] { routeSums = {}; });
+
+bool RouteUnchanged() {
+    if (planBook.activeIndex < routeSums.first || activePlan.lastIndex != routeSums.last) {
+        return false;
+    }
+    for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex; ++i) {
+        if (!routeSums.entries[i].Describes(activePlan.entries[i])) {
+            return false;
         }
     }
-    found = index;
-    return activePlan.entries[index];
+    return true;
+}
+
+void SumRoute() {
+    routeSums.first = planBook.activeIndex;
+    routeSums.last = activePlan.lastIndex;
+    const RouteEntry* next = nullptr;
+    for (std::int32_t i = routeSums.last; i >= routeSums.first; --i) {
+        const PlanWaypoint& entry = activePlan.entries[i];
+        RouteEntry& sum = routeSums.entries[i];
+        sum = {entry.latitude, entry.longitude, HasPosition(entry), 0};
+        if (next != nullptr) {
+            sum.remainingNm = next->remainingNm;
+            if (sum.hasPosition) {
+                sum.remainingNm += GreatCircleDistanceNm(entry.latitude, entry.longitude,
+                                                         next->latitude, next->longitude);
+            }
+        }
+        if (sum.hasPosition) {
+            next = &sum;
+        }
+    }
+}
+
+// The nearest entry with a position, walking from `index` by `step`; `index` when there is none.
+std::int32_t PositionedEntry(std::int32_t index, std::int32_t step) {
+    for (std::int32_t i = index; activePlan.Holds(i); i += step) {
+        if (HasPosition(activePlan.entries[i])) {
+            return i;
+        }
+    }
+    return index;
 }
 
 }  // namespace
@@ -66,14 +128,16 @@ void UpdateRouteDistance() {
         progress.destinationBearingMag = 0;
         return;
     }
-    std::int32_t first = 0;
-    std::int32_t last = 0;
-    const PlanWaypoint& next = PositionedEntry(planBook.activeIndex, 1, first);
-    const PlanWaypoint& destination = PositionedEntry(activePlan.lastIndex, -1, last);
+    if (!RouteUnchanged()) {
+        SumRoute();
+    }
+    const std::int32_t first = PositionedEntry(planBook.activeIndex, 1);
+    const PlanWaypoint& next = activePlan.entries[first];
+    const PlanWaypoint& destination = activePlan.entries[PositionedEntry(activePlan.lastIndex, -1)];
     progress.routeDistanceToDestination =
         GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, next.latitude,
                               next.longitude) +
-        RouteLengthNm(activePlan, first, last);
+        routeSums.entries[first].remainingNm;
     double bearingTrue = 0;
     DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
                       destination.longitude, progress.destinationDistanceDirect, bearingTrue);

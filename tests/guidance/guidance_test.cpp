@@ -182,6 +182,42 @@ TEST_F(GuidanceTest, AFreshPlanHasFreshDistances) {
     EXPECT_EQ(planBook.activeIndex, 1);
 }
 
+PlanWaypoint Named(const char* ident) {
+    PlanWaypoint entry;
+    entry.ident = ident;
+    return entry;
+}
+
+TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 1, 2}, {"DDD", 0, 3}, {"EEE", 2, 4}});
+    SetActiveWaypoint(1);
+    using Change = void (*)();
+    const Change changes[] = {
+        [] {},
+        [] { activePlan.entries[2].latitude = -1; },
+        [] { activePlan.entries[4].longitude = 5; },
+        [] { activePlan.entries[2] = Named("DISCO"); },
+        [] { activePlan.entries[2] = Named("FFF"); },
+        [] { planBook.activeIndex = 3; },
+        [] { activePlan.entries[1].latitude = 2; },
+        [] { planBook.activeIndex = 1; },
+        [] { activePlan.lastIndex = 3; },
+        [] { activePlan.entries[3] = Named("DISCO"); },
+    };
+    int number = 0;
+    for (const Change change : changes) {
+        change();
+        UpdateRouteDistance();
+        const PlanWaypoint& next = activePlan.entries[planBook.activeIndex];
+        EXPECT_NEAR(progress.routeDistanceToDestination,
+                    GreatCircleDistanceNm(0, 0, next.latitude, next.longitude) +
+                        RouteLengthNm(activePlan, planBook.activeIndex, activePlan.lastIndex),
+                    1e-9)
+            << number;
+        ++number;
+    }
+}
+
 TEST_F(GuidanceTest, LnavNeedsSomethingToFlyTo) {
     ToggleLnav();
     EXPECT_EQ(guidance.lnavEngaged, 0);
@@ -260,10 +296,10 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
          0,
          {}},
         {"a discontinuity before the station",
-         {{"AAA", 0, 0}, {"BBB", 0, 1}, {"DISCO", 0, 0, ""}, {"VVV", 0, 2, "VOR", "", "113.90"}},
+         {{"AAA", 0, 0}, {"BBB", 1, 1}, {"DISCO", 0, 0, ""}, {"VVV", 1, 2, "VOR", "", "113.90"}},
          1,
          0,
-         {{65716, 90}, {65708, 0x11390}}},
+         {{65716, 89}, {65708, 0x11390}}},
         {"a frequency that reads as 0",
          {{"AAA", 0, 0}, {"VVV", 0, 1, "VOR", "", "x"}},
          1,
@@ -376,6 +412,29 @@ TEST_F(ActivationTest, APlanWithoutALegLeavesNothingToFly) {
         EXPECT_FALSE(HasActiveWaypoint()) << name;
         EXPECT_EQ(guidance.lnavEngaged, 0) << name;
         EXPECT_EQ(messages.lines[2], "FPL '" + std::string(name) + "' loaded");
+    }
+}
+
+TEST_F(ActivationTest, TheDestinationIsLoadedOnceUnderWay) {
+    folder.Write("avq/Navdata/avq_apts.txt", "CCC CHARLIE 1234 0.0 2.0\n");
+    struct Row {
+        double longitude;
+        const char* type;
+        std::int32_t state;
+        const char* elevation;
+    };
+    const Row rows[] = {
+        {7.9 / 60, "APT", 1, ""}, {8.1 / 60, "WPT", 1, ""}, {8.1 / 60, "APT", 2, "1234"}};
+    for (const Row& row : rows) {
+        planAirports = {};
+        planAirports.destinationAirportState = 1;
+        planAirports.patternRunwayOffset = 4;
+        SetActivePlan({{"AAA", 0, 0, "APT"}, {"BBB", 0, 1}, {"CCC", 0, 2, row.type}});
+        PlaceAt(0, row.longitude);
+        LoadDestinationAirport();
+        EXPECT_EQ(planAirports.destinationAirportState, row.state) << row.type;
+        EXPECT_EQ(planAirports.destinationElevationText, row.elevation) << row.type;
+        EXPECT_EQ(planAirports.patternRunwayOffset, row.state == 2 ? kNoPatternRunway : 4);
     }
 }
 

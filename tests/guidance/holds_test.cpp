@@ -154,7 +154,7 @@ TEST_F(HoldsTest, DisengagingLnavGivesTheHoldUp) {
 TEST_F(HoldsTest, AFixTheRouteOnlyComesNearIsNotHeldAt) {
     holdList.holds[1].fixIndex = 2;
     SetActivePlan({{"AAA", -0.5, 0}, {"BBB", 0, 0}, {"FIX", 0, 0.02}, {"CCC", 1, 0}});
-    pilot.latitude = -0.06;
+    pilot.latitude = -0.03;
     StartAt(pilot, 1);
     BuildAndFlyHold();
     EXPECT_FALSE(HoldBeingFlown());

@@ -170,13 +170,13 @@ TEST_F(UpdateFrameTest, WaypointsArePassedAtTheirChangeDistance) {
     for (const Row& row : rows) {
         ResetModuleState();
         SetActivePlan({{"AAA", 0, 0},
-                       {"BBB", 0, 1},
+                       {"BBB", 0, 1, "INT", "", "", 1},
                        {"CCC", 0, 2, "INT", row.procedure, "", row.flyover},
                        {"DDD", 0, 3}});
-        pilot.longitude = 0.96;
+        pilot.longitude = 0.98;
         pilot.latitude = 0;
         StartAt(pilot, 1);
-        TickAt(0, 0.96);  // 2.4 nm before BBB
+        TickAt(0, 0.98);  // 1.2 nm before BBB, which is overflown
         ASSERT_EQ(planBook.activeIndex, 2) << row.procedure;
         // A distance refreshed in one frame is acted on in the next.
         TickAt(0, 2 - row.keepsAtNm / 60);
@@ -229,6 +229,21 @@ TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
         EXPECT_EQ(planBook.activeIndex, row.passed ? 2 : 1)
             << row.distanceNm << ' ' << row.headingHold << ' ' << row.lastIndex;
     }
+}
+
+TEST_F(UpdateFrameTest, AHoldTheRouteHasPassedIsDropped) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}, {"DDD", 0, 3}});
+    holdList.count = 2;
+    holdList.holds[1].fixIndex = 1;
+    holdList.holds[2].fixIndex = 3;
+    pilot.longitude = 1.5;
+    StartAt(pilot, 2);
+    TickAt(0, 1.5);
+    EXPECT_EQ(holdList.count, 1);
+    EXPECT_EQ(holdList.holds[1].fixIndex, 3);
+    EXPECT_EQ(holdList.holds[1].corners[4].name, "");
+    TickAt(0, 1.5);
+    EXPECT_EQ(holdList.holds[1].corners[4].name, "Final");
 }
 
 TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
