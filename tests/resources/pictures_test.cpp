@@ -15,6 +15,7 @@
 #include "resources/painter/bezels.h"
 #include "resources/painter/inventory.h"
 #include "resources/painter/pack.h"
+#include "support/leak_suppressions.h"
 
 namespace avq1 {
 namespace {
