@@ -36,7 +36,7 @@ enum class ValueKind {
 
 using Member = std::variant<std::int32_t Settings::*, double Settings::*, std::string Settings::*>;
 
-enum class Files { UserOnly, Both };
+enum class Files { UserOnly, AircraftOnly, Both };
 
 struct SettingRow {
     std::string_view key;
@@ -61,7 +61,9 @@ const SettingRow kRows[] = {
     {"LoadFuelonFlightPlanLoad", ValueKind::Whole, &Settings::LoadFuelonFlightPlanLoad,
      Files::UserOnly},
     {"Lnav1xAtTod", ValueKind::Whole, &Settings::Lnav1xAtTod, Files::UserOnly},
-    {"LnavOffAtLastWpt", ValueKind::WholeAboveZero, &Settings::LnavOffAtLastWpt, Files::Both},
+    // Only an aircraft can switch it off again.
+    {"LnavOffAtLastWpt", ValueKind::WholeAboveZero, &Settings::LnavOffAtLastWpt, Files::UserOnly},
+    {"LnavOffAtLastWpt", ValueKind::Whole, &Settings::LnavOffAtLastWpt, Files::AircraftOnly},
     {"LnavSetEnRouteFreqs", ValueKind::Whole, &Settings::LnavSetEnRouteFreqs, Files::Both},
     {"ParkingFile", ValueKind::Text, &Settings::ParkingFile, Files::Both},
     {"SetDestLoadTowerViewDist", ValueKind::OnWhenAboveZero, &Settings::SetDestLoadTowerViewDist,
@@ -82,12 +84,8 @@ const SettingRow kRows[] = {
     {"WptProcChgDist", ValueKind::DistanceAboveZero, &Settings::WptProcChgDist, Files::Both},
 };
 
-// Blanks travel through the file's two-word form as asterisks, so neither character can be told
-// from the other in a text.
-std::string TextValue(std::string_view value) {
-    std::string text(value);
-    std::replace(text.begin(), text.end(), '*', ' ');
-    return text;
+bool Accepts(Files files, SettingsFile file) {
+    return files == Files::Both || (files == Files::UserOnly) == (file == SettingsFile::User);
 }
 
 void StoreValue(const SettingRow& row, std::string_view value, Settings& target) {
@@ -118,10 +116,10 @@ void StoreValue(const SettingRow& row, std::string_view value, Settings& target)
             }
             break;
         case ValueKind::Text:
-            target.*std::get<std::string Settings::*>(row.member) = TextValue(value);
+            target.*std::get<std::string Settings::*>(row.member) = SettingText(value);
             break;
         case ValueKind::UpperText:
-            target.*std::get<std::string Settings::*>(row.member) = ToUpper(TextValue(value));
+            target.*std::get<std::string Settings::*>(row.member) = ToUpper(SettingText(value));
             break;
     }
 }
@@ -132,13 +130,20 @@ Settings settings;
 std::int32_t SettingsLoaded = 0;
 std::int32_t SimVersion = kFirstGeneration;
 
+// Blanks travel through the file's two-word form as asterisks, so neither character can be told
+// from the other in a text.
+std::string SettingText(std::string_view value) {
+    std::string text(value);
+    std::replace(text.begin(), text.end(), '*', ' ');
+    return text;
+}
+
 void ApplySetting(std::string_view key, std::string_view value, SettingsFile file,
                   Settings& target) {
-    const auto* const row = std::find_if(std::begin(kRows), std::end(kRows), [&](const auto& r) {
-        return EqualsIgnoreCase(r.key, key);
-    });
-    if (row != std::end(kRows) && (file == SettingsFile::User || row->files == Files::Both)) {
-        StoreValue(*row, value, target);
+    for (const SettingRow& row : kRows) {
+        if (Accepts(row.files, file) && EqualsIgnoreCase(row.key, key)) {
+            StoreValue(row, value, target);
+        }
     }
 }
 

@@ -58,6 +58,9 @@ void DetectSimVersion();
 // Applies one settings text to `target` (what LoadSettings does with the file's contents).
 void ApplySettingsText(std::string_view text, Settings& target);
 
+// A text value of either file, its blanks restored.
+std::string SettingText(std::string_view value);
+
 // Which file a line comes from: the aircraft file may set most of the keys again, not all.
 enum class SettingsFile { User, Aircraft };
 
