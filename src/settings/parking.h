@@ -1,0 +1,21 @@
+// settings/parking.h - where the aircraft is parked at an airport, from the user's parking file in
+// \avq\Aircraft\.
+//
+// Degrees; without a matching line, or without the file, all three values are 0.
+#pragma once
+
+#include <string_view>
+
+namespace avq1 {
+
+struct ParkingPosition {
+    double latitude = 0;
+    double longitude = 0;
+    double headingDeg = 0;  // below 360
+};
+
+extern ParkingPosition parkingPosition;  // at the airport looked up last
+
+void LoadParkingPosition(std::string_view airportIdent);
+
+}  // namespace avq1
