@@ -31,6 +31,15 @@ void PutFirstInSearchResults(const AirportDetail& detail) {
     records[1].kind = PointKind::Airport;
 }
 
+void LoadProcedures(std::string_view ident, std::int32_t slot, AirportProcedures& procedures) {
+    if (slot == kDepartureSlot) {
+        LoadSids(ident, procedures);
+    } else {
+        LoadStars(ident, procedures);
+        LoadApproaches(ident, procedures);
+    }
+}
+
 }  // namespace
 
 std::array<AirportDetail, kAirportSlotCount> airportSlots;
@@ -42,12 +51,14 @@ bool LoadAirportDetail(std::string_view ident, std::int32_t slot) {
     }
     AirportDetail& detail = airportSlots[static_cast<std::size_t>(slot)];
     detail.runways.clear();
+    detail.procedures = {};
     std::string text;
     if (!ReadWholeFile(SimPath("\\avq\\navdata\\avq_apts.txt"), text) ||
         !ReadAirportDetail(text, ident, detail, lastAirportElevationText)) {
         return false;
     }
     PutFirstInSearchResults(detail);
+    LoadProcedures(ident, slot, detail.procedures);
     return true;
 }
 

@@ -1,8 +1,9 @@
-// navdb/airport_detail.h - one airport's runways, read on demand into one of four slots.
+// navdb/airport_detail.h - one airport's runways and procedures, read on demand into one of four
+// slots.
 //
 // Slot 1 holds the plan's departure airport, slot 2 its arrival airport; slots 0 and 3 are spare.
 // A slot is overwritten by the next load into it. An airport that is not in the file leaves the
-// slot with no runways and its previous identity.
+// slot with no runways and procedures and its previous identity.
 #pragma once
 
 #include <array>
@@ -10,6 +11,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "navdb/procedures.h"
 
 namespace avq1 {
 
@@ -37,6 +40,7 @@ struct AirportDetail {
     double longitude = 0;
     double elevationFt = 0;
     std::vector<Runway> runways;  // at most kRunwayCapacity
+    AirportProcedures procedures;
 };
 
 extern std::array<AirportDetail, kAirportSlotCount> airportSlots;
@@ -46,7 +50,8 @@ extern std::string lastAirportElevationText;  // of the airport loaded or set la
 // sub-fields read as empty or 0.
 Runway ParseRunwayToken(std::string_view token);
 
-// Loads one airport into the slot. True when it was found.
+// Loads one airport into the slot: departures with slot 1, arrivals and approaches with any other.
+// True when it was found.
 bool LoadAirportDetail(std::string_view ident, std::int32_t slot);
 
 }  // namespace avq1

@@ -4,8 +4,10 @@
 #include "base/sim_folder.h"
 #include "base/text.h"
 #include "geometry/geometry.h"
+#include "navdb/airways.h"
 #include "navdb/navdata_text.h"
 #include "navdb/nearby.h"
+#include "navdb/procedures.h"
 #include "platform/files.h"
 #include "simlink/aircraft_state.h"
 
@@ -103,9 +105,12 @@ void LoadNavDatabase() {
     if (ReadWholeFile(SimPath("\\avq\\navdata\\avq_ints.txt"), files.intersections)) {
         ReadIntersections(files.intersections, navDatabase.intersections);
     }
-    if (ReadWholeFile(SimPath("\\avq\\navdata\\fsb_awy2.txt"), files.airwayFixes)) {
+    const bool hasAirways =
+        ReadWholeFile(SimPath("\\avq\\navdata\\fsb_awy2.txt"), files.airwayFixes);
+    if (hasAirways) {
         ReadAirwayFixes(files.airwayFixes, navDatabase.airwayFixes);
     }
+    SetAirwayText(files.airwayFixes, hasAirways);
     if (ReadWholeFile(SimPath("\\avq\\navdata\\avq_apts.txt"), files.airports)) {
         ReadAirports(files.airports, navDatabase.airports);
     }
@@ -113,6 +118,7 @@ void LoadNavDatabase() {
         ReadNavaids(files.navaids, navDatabase.navaids);
         BuildNavaidLetterIndex();
     }
+    IndexProcedureFiles();
 }
 
 void BuildNavaidLetterIndex() {

@@ -5,6 +5,7 @@
 // written is looked up without regard to case. Nothing here throws; a failure is the return value.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,11 @@ namespace avq1 {
 
 // Reads a file whole. False when it cannot be opened or read; `contents` is then empty.
 bool ReadWholeFile(std::string_view path, std::string& contents);
+
+// Reads `size` bytes from `offset` on, fewer when the file ends before. False when it cannot be
+// opened or read; `contents` is then empty.
+bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
+                  std::string& contents);
 
 // Writes `contents` beside the target and renames it into place, so an existing file is either
 // kept or replaced whole. Missing folders are created. False leaves the old file untouched.

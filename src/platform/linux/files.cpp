@@ -139,6 +139,24 @@ bool WriteAll(int descriptor, std::string_view contents) {
     return true;
 }
 
+// A descriptor of the regular file at `path`, or -1.
+int OpenRegularFile(std::string_view path, off_t& fileSize) {
+    const std::string resolved = ResolvePath(path);
+    // Non-blocking, so that a pipe of this name cannot hang the panel.
+    const int descriptor =
+        resolved.empty() ? -1 : open(resolved.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat status = {};
+    if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        status.st_size < kLargestFileBytes) {
+        fileSize = status.st_size;
+        return descriptor;
+    }
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    return -1;
+}
+
 void CreateParentFolders(const std::string& path) {
     for (std::size_t slash = path.find('/', 1); slash != std::string::npos;
          slash = path.find('/', slash + 1)) {
@@ -150,21 +168,50 @@ void CreateParentFolders(const std::string& path) {
 
 bool ReadWholeFile(std::string_view path, std::string& contents) {
     contents.clear();
-    const std::string resolved = ResolvePath(path);
-    // Non-blocking, so that a pipe of this name cannot hang the panel.
-    const Descriptor file(
-        resolved.empty() ? -1 : open(resolved.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat status = {};
-    if (!file.valid() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size >= kLargestFileBytes) {
+    off_t fileSize = 0;
+    const Descriptor file(OpenRegularFile(path, fileSize));
+    if (!file.valid()) {
         return false;
     }
     // One byte more than the file holds: the read that finds the end then needs no growth.
-    contents.resize(static_cast<std::size_t>(status.st_size) + 1);
+    contents.resize(static_cast<std::size_t>(fileSize) + 1);
     if (!ReadToEnd(file.number(), contents)) {
         contents.clear();
         return false;
     }
+    return true;
+}
+
+bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
+                  std::string& contents) {
+    contents.clear();
+    off_t fileSize = 0;
+    const Descriptor file(OpenRegularFile(path, fileSize));
+    if (!file.valid()) {
+        return false;
+    }
+    const auto available = static_cast<std::size_t>(fileSize);
+    if (offset >= available) {
+        return true;
+    }
+    contents.resize(std::min(size, available - offset));
+    std::size_t filled = 0;
+    while (filled < contents.size()) {
+        const ssize_t count = pread(file.number(), contents.data() + filled,
+                                    contents.size() - filled, static_cast<off_t>(offset + filled));
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count < 0) {
+            contents.clear();
+            return false;
+        }
+        if (count == 0) {
+            break;
+        }
+        filled += static_cast<std::size_t>(count);
+    }
+    contents.resize(filled);
     return true;
 }
 

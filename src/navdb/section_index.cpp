@@ -1,0 +1,80 @@
+#include "navdb/section_index.h"
+
+#include <algorithm>
+
+#include "base/text.h"
+#include "navdb/navdata_text.h"
+#include "platform/files.h"
+
+namespace avq1 {
+namespace {
+
+const FileSection* FindSection(const SectionIndex& index, std::string_view ident) {
+    const auto found = std::lower_bound(
+        index.sections.begin(), index.sections.end(), ident,
+        [](const FileSection& section, std::string_view wanted) { return section.ident < wanted; });
+    return found != index.sections.end() && found->ident == ident ? &*found : nullptr;
+}
+
+bool BeginsSection(std::string_view text, std::string_view ident) {
+    return text.size() > ident.size() && text.front() == '[' && text.substr(1).starts_with(ident) &&
+           SectionIdent(text.substr(0, text.find_first_of("\r\n"))) == ident;
+}
+
+}  // namespace
+
+std::string_view SectionIdent(std::string_view line) {
+    return line.substr(1, std::min(line.find(']'), line.size()) - 1);
+}
+
+std::vector<FileSection> FindSections(std::string_view text) {
+    std::vector<FileSection> sections;
+    LineReader lines(text, kNavdataLineLength);
+    std::string_view line;
+    while (lines.Next(line)) {
+        if (!line.starts_with('[')) {
+            continue;
+        }
+        const auto offset = static_cast<std::size_t>(line.data() - text.data());
+        if (!sections.empty()) {
+            sections.back().size = offset - sections.back().offset;
+        }
+        sections.push_back({std::string(SectionIdent(line)), offset, text.size() - offset});
+    }
+    return sections;
+}
+
+void BuildSectionIndex(std::string_view path, SectionIndex& index) {
+    std::string text;
+    ReadWholeFile(path, text);
+    index.path = path;
+    index.sections = FindSections(text);
+    std::stable_sort(index.sections.begin(), index.sections.end(),
+                     [](const FileSection& a, const FileSection& b) { return a.ident < b.ident; });
+}
+
+bool ReadSection(std::string_view path, std::string_view ident, SectionIndex& index,
+                 std::string& text) {
+    text.clear();
+    const bool fresh = index.path != path;
+    if (fresh) {
+        BuildSectionIndex(path, index);
+    }
+    for (bool mayRebuild = !fresh;; mayRebuild = false) {
+        const FileSection* section = FindSection(index, ident);
+        if (section == nullptr) {
+            return false;
+        }
+        if (ReadFilePart(path, section->offset, section->size, text) &&
+            BeginsSection(text, ident)) {
+            return true;
+        }
+        text.clear();
+        if (!mayRebuild) {
+            return false;
+        }
+        BuildSectionIndex(path, index);
+    }
+}
+
+}  // namespace avq1
