@@ -188,6 +188,7 @@ void StartSocket(Server& server, beast::tcp_stream stream, const UpgradeRequest&
     times.keep_alive_pings = true;
     channel->stream.set_option(times);
     channel->stream.read_message_max(kMaxClientMessageBytes);
+    channel->stream.auto_fragment(false);
     channel->stream.async_accept(request, [channel](ErrorCode error) { Join(channel, error); });
 }
 

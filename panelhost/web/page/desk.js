@@ -2,6 +2,7 @@
 
 const kPhoneWidth = 760;
 const kHoldPointerMs = 30;
+const kBarHeight = 28;
 
 export function makeDesk(root, list, send) {
   const windows = new Map(); // by index
@@ -54,7 +55,8 @@ export function makeDesk(root, list, send) {
       }
       frame.style.zIndex = String(own.raised || order + 1);
     });
-    root.style.height = column ? '' : `${(bottom - top) * scale}px`;
+    const barHeight = visible.some(({ info }) => info.ident !== 0) ? kBarHeight : 0;
+    root.style.height = column ? '' : `${(bottom - top) * scale + barHeight}px`;
   }
 
   function place(own, x, y, width, height) {
@@ -269,7 +271,7 @@ export function makeDesk(root, list, send) {
       key.dataset.gauge = area.gauge;
       if (area.label) key.dataset.label = area.label;
       if (area.wheel) key.dataset.wheel = '1';
-      if (isKnob(area)) key.setAttribute('aria-roledescription', 'knob, arrow keys turn it');
+      if (isKnob(area)) key.setAttribute('aria-roledescription', 'knob, arrow keys turn it left and right');
       key.style.left = percent(area.x, own.info.width);
       key.style.top = percent(area.y, own.info.height);
       key.style.width = percent(area.width, own.info.width);
@@ -374,9 +376,12 @@ export function makeDesk(root, list, send) {
   };
 }
 
-// A wide area without a word of its own turns one way on its left and the other on its right half.
+// A knob turns one way on its left half and the other way on its right: a round area that repeats
+// or takes the wheel, or a wide one without a word of its own.
 function isKnob(area) {
-  return /knob/i.test(area.label) || area.wheel || (area.width >= area.height * 1.6 && !area.label);
+  const shape = area.width / area.height;
+  return area.wheel || (area.repeats && shape > 0.7 && shape < 1.4) ||
+    (shape >= 1.6 && !area.label);
 }
 
 // Texts in reading order: those at about the same height form a line, left to right.

@@ -1,0 +1,178 @@
+// The page in a real browser: keys, screens, several browsers at once, phone, keyboard, restarts.
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+
+import { launchBrowser, startHost, until } from './support.mjs';
+
+const kMain = '.window[data-ident="0"]';
+const unitKey = (label) => `${kMain} .key[data-gauge="MCU"][data-label="${label}"]`;
+let host;
+let browser;
+
+before(async () => {
+  host = await startHost();
+  browser = await launchBrowser();
+});
+after(async () => {
+  await browser?.close();
+  const end = await host?.stop();
+  assert.deepEqual(end, { code: 0, signal: null }, 'a terminated host ends cleanly');
+});
+
+async function openPage(options = {}) {
+  const context = await browser.newContext({ viewport: { width: 1400, height: 900 }, ...options });
+  const page = await context.newPage();
+  const problems = [];
+  page.on('pageerror', (error) => problems.push(String(error)));
+  page.on('console', (line) => { if (line.type() === 'error') problems.push(line.text()); });
+  await page.goto(host.url);
+  await page.waitForSelector(unitKey('FPLN'));
+  return { page, problems, close: () => context.close() };
+}
+
+const unitText = (page) => page.locator(`${kMain} .texts [data-gauge="MCU"]`).innerText();
+
+async function clickUntilChanged(page, act) {
+  const before = await until(() => unitText(page), (text) => text.length > 0, 'the unit shows text');
+  await act();
+  return until(() => unitText(page), (text) => text !== before, 'the unit changes its screen');
+}
+
+test('a key clicked in one browser changes the screen in every browser', async () => {
+  const [one, two] = [await openPage(), await openPage()];
+  await clickUntilChanged(one.page, () => one.page.click(unitKey('FPLN')));
+  const shown = await clickUntilChanged(one.page, () => one.page.click(unitKey('TO')));
+  await until(() => unitText(two.page), (text) => text === shown, 'the second browser shows it too');
+  assert.deepEqual([...one.problems, ...two.problems], []);
+  await one.close();
+  await two.close();
+});
+
+test('pictures arrive, differ within and go on coming', async () => {
+  const { page, close } = await openPage();
+  const pictures = () => page.locator(kMain).getAttribute('data-pictures').then(Number);
+  const first = await until(pictures, (count) => count > 0, 'a first picture');
+  await until(pictures, (count) => count > first + 3, 'more pictures while flying');
+  const colours = await page.locator(`${kMain} canvas`).evaluate((canvas) => {
+    const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
+    return new Set(new Uint32Array(data.buffer)).size;
+  });
+  assert.ok(colours > 50, `${colours} colours`);
+  await close();
+});
+
+test('a key works from the keyboard alone and has a name', async () => {
+  const { page, close } = await openPage();
+  await page.keyboard.press('Tab');
+  assert.equal(await page.evaluate(() => document.activeElement.textContent), 'Skip to the panel');
+  await page.keyboard.press('Enter');
+  for (let i = 0; i < 200; ++i) {
+    await page.keyboard.press('Tab');
+    if (await page.evaluate(() => document.activeElement.dataset.label === 'FPLN')) break;
+  }
+  const name = await page.evaluate(() => document.activeElement.getAttribute('aria-label'));
+  assert.equal(name, 'FPLN, MCU');
+  await clickUntilChanged(page, () => page.keyboard.press('Enter'));
+  await page.focus(unitKey('TO'));
+  await clickUntilChanged(page, () => page.keyboard.press(' '));
+  const unnamed = await page.$$eval('button', (buttons) =>
+    buttons.filter((b) => !(b.getAttribute('aria-label') || b.textContent).trim()).length);
+  assert.equal(unnamed, 0);
+  await close();
+});
+
+test('pop-ups open from the list and from the panel and close', async () => {
+  const { page, close } = await openPage();
+  const entry = page.locator('#windowList button', { hasText: 'Compact Unit' });
+  const popUp = page.locator('.window[data-ident="4001"]');
+  for (const openIt of [() => entry.click(),
+    () => page.locator(`${kMain} .key[data-gauge="MCU_OPEN"]`).first().click()]) {
+    await openIt();
+    await popUp.waitFor({ state: 'visible' });
+    assert.equal(await entry.getAttribute('aria-pressed'), 'true');
+    await until(() => popUp.getAttribute('data-pictures').then(Number), (n) => n > 0, 'its picture');
+    await popUp.locator('.close').click();
+    await popUp.waitFor({ state: 'hidden' });
+  }
+  await close();
+});
+
+test('a phone gets one column without sideways scrolling, and taps work', async () => {
+  const { page, close } = await openPage({ viewport: { width: 390, height: 844 }, hasTouch: true,
+    isMobile: true });
+  assert.ok(await page.evaluate(() =>
+    document.documentElement.scrollWidth <= document.documentElement.clientWidth));
+  await page.locator(unitKey('FPLN')).scrollIntoViewIfNeeded();
+  await clickUntilChanged(page, () => page.tap(unitKey('FPLN')));
+  await clickUntilChanged(page, () => page.tap(unitKey('TO')));
+  await close();
+});
+
+test('pause, rate, events and placing act on the flight', async () => {
+  const { page, close } = await openPage();
+  const reading = (name) => page.locator(`[data-reading="${name}"]`).innerText();
+  await page.click('text=×4');
+  await page.waitForSelector('#rates button:nth-child(3)[aria-pressed="true"]');
+  await page.click('#pause');
+  await page.waitForSelector('#pause[aria-pressed="true"]');
+  await new Promise((resolve) => setTimeout(resolve, 600));
+  const still = await reading('Flight time');
+  await new Promise((resolve) => setTimeout(resolve, 1500));
+  assert.equal(await reading('Flight time'), still);
+  await page.click('#pause');
+  await until(() => reading('Flight time'), (text) => text !== still, 'time goes on');
+  await page.click('#rates button:first-child');
+
+  const bug = await page.$eval('#eventNames', (select) =>
+    [...select.options].find((option) => option.textContent.startsWith('HEADING_BUG_SET')).value);
+  await page.selectOption('#eventNames', bug);
+  await page.fill('#sendEvent [name=value]', '123');
+  await page.click('#sendEvent button');
+  await until(() => page.locator('#events tbody tr').first().innerText(),
+    (text) => /HEADING_BUG_SET\s+123/.test(text), 'the event is listed');
+  await until(() => page.locator('[data-lamp="HDG"]').innerText(), (text) => text.includes('123'),
+    'the bug moves');
+
+  await page.click('text=Place the aircraft');
+  await page.fill('#place [name=latitude]', '43.5');
+  await page.fill('#place [name=longitude]', '-72.25');
+  await page.click('#place button');
+  await until(() => reading('Position'), (text) => /N43°(29|30).*W072°1[456]/.test(text), 'moved');
+  await close();
+});
+
+test('the keyboard reaches the panel only when asked for', async () => {
+  const { page, close } = await openPage();
+  const sent = [];
+  await page.evaluate(() => { document.body.tabIndex = -1; document.body.focus(); });
+  page.context().newCDPSession(page).then(async (session) => {
+    await session.send('Network.enable');
+    session.on('Network.webSocketFrameSent', ({ response }) => sent.push(response.payloadData));
+  });
+  await new Promise((resolve) => setTimeout(resolve, 300));
+  const keys = () => sent.filter((text) => text.includes('"key"'));
+  await page.keyboard.press('a');
+  assert.equal(keys().length, 0);
+  await page.click('#keyboard');
+  await page.keyboard.press('a');
+  await until(keys, (list) => list.length === 2, 'press and release are sent');
+  assert.deepEqual(JSON.parse(keys()[0]), { t: 'key', scan: 30, vk: 65, down: true });
+  await page.keyboard.press('Shift+Escape');
+  await page.waitForSelector('#keyboard[aria-pressed="false"]');
+  await close();
+});
+
+test('the page says when the link is lost and comes back by itself', async () => {
+  const { page, close } = await openPage();
+  const { port } = host;
+  await host.stop('SIGKILL');
+  await page.waitForSelector('#link[data-state="lost"]');
+  assert.match(await page.locator('#link').innerText(), /lost/i);
+  host = await startHost({ port });
+  await page.waitForSelector('#link[data-state="open"]', { timeout: 30000 });
+  const first = Number(await page.locator(kMain).getAttribute('data-pictures'));
+  await until(() => page.locator(kMain).getAttribute('data-pictures').then(Number),
+    (count) => count > first, 'pictures again');
+  await clickUntilChanged(page, () => page.click(unitKey('FPLN')));
+  await close();
+});

@@ -1,0 +1,60 @@
+// Any text from a page is refused with a reason or gives a message whose every value is in range.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "panelhost/web/client_message.h"
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+void RequireWithin(double value, double low, double high) {
+    Require(std::isfinite(value) && value >= low && value <= high);
+}
+
+void RequireWithin(const std::optional<double>& value, double low, double high) {
+    if (value) {
+        RequireWithin(*value, low, high);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace panelhost;
+    const ClientMessage message =
+        ParseClientMessage(std::string_view(reinterpret_cast<const char*>(data), size));
+    const bool bad = message.action == ClientAction::Bad;
+    Require(bad != message.problem.empty());
+    if (bad) {
+        return 0;
+    }
+    Require(size <= kMaxClientMessageBytes);
+    RequireWithin(message.window, 0, 1023);
+    RequireWithin(message.x, 0, 16384);
+    RequireWithin(message.y, 0, 16384);
+    RequireWithin(message.button, 0, 2);
+    RequireWithin(message.scanCode, 0, 255);
+    RequireWithin(message.virtualKey, 0, 255);
+    RequireWithin(message.number, 0, 4294967295.0);
+    RequireWithin(message.value, 0, 4294967295.0);
+    RequireWithin(message.latitude, -90, 90);
+    RequireWithin(message.longitude, -180, 180);
+    RequireWithin(message.altitudeFt, -2000, 45000);
+    RequireWithin(message.headingTrue, 0, 360);
+    RequireWithin(message.airspeedKt, 0, 400);
+    RequireWithin(message.windDirectionTrue, 0, 360);
+    RequireWithin(message.windSpeedKt, 0, 200);
+    Require(message.windows.size() <= static_cast<std::size_t>(kMaxWatchedWindows));
+    for (const int window : message.windows) {
+        RequireWithin(window, 0, 1023);
+    }
+    return 0;
+}
