@@ -92,7 +92,15 @@ class LineReader {
     LineReader(std::string_view text, std::size_t maxLineLength);
     bool Next(std::string_view& line);  // false at the end
 
+    // For readers that find the line's end themselves: what lies ahead, the next line and beyond,
+    // cut to a line's greatest length (empty at the end), and the step over that line, whose end
+    // is not among its first `read` characters.
+    std::string_view Ahead() const { return rest_.substr(0, maxLineLength_); }
+    void Skip(std::size_t read) { EndLine(read); }
+
   private:
+    std::size_t EndLine(std::size_t read);  // steps over a line and returns its length
+
     std::string_view rest_;
     std::size_t maxLineLength_;
 };

@@ -31,18 +31,44 @@ constexpr TableLimit kAirportLimit{kAirportCapacity, kAirportCapacity - 2,
 // The navaids' warning comes well before their table is full.
 constexpr TableLimit kNavaidLimit{kNavaidCapacity, 9998, "Navs '%d' approaching struct_limit"};
 
-// Walks the lines of `text` and appends what `readLine` makes of each; `readLine` returns false
-// for a line that is no record.
+// The next field of the line at the front of `rest`, which reaches beyond the line: empty or 0
+// when the line has no more. Walking on from field to field finds most line ends for nothing.
+void SkipToField(std::string_view& rest) {
+    std::size_t blanks = 0;
+    while (blanks < rest.size() && IsSpace(rest[blanks]) && rest[blanks] != '\n') {
+        ++blanks;
+    }
+    rest.remove_prefix(blanks);
+}
+
+std::string_view NextField(std::string_view& rest) {
+    SkipToField(rest);
+    return rest.starts_with('\n') ? std::string_view{} : NextWord(rest);
+}
+
+double NextNumberField(std::string_view& rest) {
+    SkipToField(rest);
+    return rest.starts_with('\n') ? 0.0 : NextNumber(rest);
+}
+
+// Walks the lines of `text` and appends what `readLine` makes of each; `readLine` takes its
+// fields off the front of what it is given and returns false for a line that is no record.
 template <typename ReadLine>
 void ReadRecords(std::string_view text, PointTable& table, const TableLimit& limit,
                  ReadLine readLine) {
     const auto capacity = static_cast<std::size_t>(limit.capacity);
     table.records.reserve(std::min(capacity, text.size() / kShortLineLength) + 2);
     LineReader lines(text, kNavdataLineLength);
-    std::string_view line;
-    while (table.count < limit.capacity && lines.Next(line)) {
+    while (table.count < limit.capacity) {
+        const std::string_view ahead = lines.Ahead();
+        if (ahead.empty()) {
+            break;
+        }
+        std::string_view rest = ahead;
         // Written in place: a world's records are tens of megabytes to copy.
-        if (!readLine(line, table.records.emplace_back())) {
+        const bool isRecord = readLine(rest, table.records.emplace_back());
+        lines.Skip(ahead.size() - rest.size());
+        if (!isRecord) {
             table.records.pop_back();
             continue;
         }
@@ -92,14 +118,14 @@ void FillAirportDetail(std::string_view line, std::string_view ident, AirportDet
 }  // namespace
 
 void ReadIntersections(std::string_view text, PointTable& table) {
-    ReadRecords(text, table, kIntersectionLimit, [](std::string_view line, PointRecord& record) {
-        if (line.starts_with(kComment)) {
+    ReadRecords(text, table, kIntersectionLimit, [](std::string_view& rest, PointRecord& record) {
+        if (rest.starts_with(kComment)) {
             return false;
         }
-        record.ident = NextWord(line);
-        record.name = NextWord(line);
-        record.latitude = NextNumber(line);
-        record.longitude = NextNumber(line);
+        record.ident = NextField(rest);
+        record.name = NextField(rest);
+        record.latitude = NextNumberField(rest);
+        record.longitude = NextNumberField(rest);
         record.kind = PointKind::Intersection;
         return !record.ident.empty();
     });
@@ -108,19 +134,19 @@ void ReadIntersections(std::string_view text, PointTable& table) {
 void ReadAirwayFixes(std::string_view text, PointTable& table) {
     // Shorter identifiers are navaids and airports, which have tables of their own.
     constexpr std::size_t kShortestFixIdent = 4;
-    ReadRecords(text, table, kAirwayFixLimit, [](std::string_view line, PointRecord& record) {
-        if (line.starts_with(kComment)) {
+    ReadRecords(text, table, kAirwayFixLimit, [](std::string_view& rest, PointRecord& record) {
+        if (rest.starts_with(kComment)) {
             return false;
         }
-        NextWord(line);  // the airway
-        NextWord(line);  // its sequence
-        record.ident = NextWord(line);
+        NextField(rest);  // the airway
+        NextField(rest);  // its sequence
+        record.ident = NextField(rest);
         if (record.ident.size() < kShortestFixIdent) {
             return false;
         }
         record.name = record.ident;
-        record.latitude = NextNumber(line);
-        record.longitude = NextNumber(line);
+        record.latitude = NextNumberField(rest);
+        record.longitude = NextNumberField(rest);
         record.kind = PointKind::Intersection;
         return true;
     });
@@ -128,28 +154,28 @@ void ReadAirwayFixes(std::string_view text, PointTable& table) {
 
 void ReadAirports(std::string_view text, PointTable& table) {
     // This file has no comments: a leading semicolon belongs to the identifier.
-    ReadRecords(text, table, kAirportLimit, [](std::string_view line, PointRecord& record) {
-        record.ident = NextWord(line);
-        record.name = NextWord(line);
-        record.elevation = NextWord(line);
-        record.latitude = NextNumber(line);
-        record.longitude = NextNumber(line);
+    ReadRecords(text, table, kAirportLimit, [](std::string_view& rest, PointRecord& record) {
+        record.ident = NextField(rest);
+        record.name = NextField(rest);
+        record.elevation = NextField(rest);
+        record.latitude = NextNumberField(rest);
+        record.longitude = NextNumberField(rest);
         record.kind = PointKind::Airport;
         return !record.ident.empty();
     });
 }
 
 void ReadNavaids(std::string_view text, PointTable& table) {
-    ReadRecords(text, table, kNavaidLimit, [](std::string_view line, PointRecord& record) {
-        if (line.starts_with(kComment)) {
+    ReadRecords(text, table, kNavaidLimit, [](std::string_view& rest, PointRecord& record) {
+        if (rest.starts_with(kComment)) {
             return false;
         }
-        record.ident = NextWord(line);
-        record.name = NextWord(line);
-        record.latitude = NextNumber(line);
-        record.longitude = NextNumber(line);
-        record.kind = NextWord(line) == "VOR" ? PointKind::Vor : PointKind::Navaid;
-        record.frequency = NextWord(line);
+        record.ident = NextField(rest);
+        record.name = NextField(rest);
+        record.latitude = NextNumberField(rest);
+        record.longitude = NextNumberField(rest);
+        record.kind = NextField(rest) == "VOR" ? PointKind::Vor : PointKind::Navaid;
+        record.frequency = NextField(rest);
         return !record.ident.empty();
     });
 }
