@@ -9,6 +9,7 @@
 #include "cdu_gns/mcu_pages.h"
 #include "drawing/palette.h"
 #include "simlink/aircraft_state.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 
@@ -100,6 +101,7 @@ void HandleKeys() {
     mcu.prevPressed = false;
     mcu.nextPressed = false;
     mcu.fplnPressed = false;
+    mcu.entryComplete = false;
     mcu.navigation = {};
 }
 
@@ -208,8 +210,8 @@ void PutMcuPosition(McuScreen& screen, std::int32_t row, std::int32_t count) {
 
 void PutMcuMessage(McuScreen& screen) {
     const char* text = "";
-    if (!mcu.keyboardMessage.empty()) {
-        text = mcu.keyboardMessage.c_str();
+    if (!KeyboardMessage.empty()) {
+        text = KeyboardMessage.c_str();
     } else if (messages.count > 0) {
         text = messages.lines[static_cast<std::size_t>(messages.count)].c_str();
     }

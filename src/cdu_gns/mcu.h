@@ -41,6 +41,7 @@ struct McuState {
     bool prevPressed = false;
     bool nextPressed = false;
     bool fplnPressed = false;
+    bool entryComplete = false;  // Enter on the computer keyboard, or ENTER while typing
     McuNavigation navigation;
     std::int32_t altStep = 0;      // 0 not selected, 1 thousands, 2 five hundreds
     std::int32_t newAltitude = 0;  // feet
@@ -52,8 +53,8 @@ struct McuState {
     std::int32_t planScroll = 0;  // FPLN: the first plan shown
     McuCursor runway;             // APT
     std::string entryText;
-    std::string secondEntryText;
-    std::string keyboardMessage;  // why typing does not work; empty when it does
+    std::string secondEntryText;  // LEGS
+    std::string takenText;        // LEGS: as much of it as has taken effect
 };
 
 extern McuState mcu;
@@ -67,6 +68,9 @@ bool McuHoldLit();
 
 // Draws the unit's screen when something changed since the last painted frame.
 void DrawMcu(const DrawTarget& target);
+
+// Takes what was typed on the computer keyboard into the page's text; before each draw.
+void PollMcuKeyboard();
 
 // Marks the screen for painting on every surface (other parts changed something it shows, or a
 // surface was made anew).

@@ -1,9 +1,28 @@
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/plan_airports.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 
+namespace {
+
+// The typed airport becomes the one shown. One that is not known keeps its text on the screen.
+void TakeTypedAirport() {
+    SetPlanAirport(mcu.entryText, PlanAirportMode::RunwaysOnly);
+    if (planAirports.lastAirportIdent == mcu.entryText) {
+        mcu.entryText.clear();
+        mcu.runway = {};
+        planAirports.patternRunwayOffset = kNoPatternRunway;
+    }
+}
+
+}  // namespace
+
 void HandleAptKeys() {
+    if (mcu.entryComplete && !mcu.entryText.empty()) {
+        TakeTypedAirport();
+        return;
+    }
     const std::int32_t count = static_cast<std::int32_t>(planAirports.runways.size());
     MoveMcuCursor(mcu.runway.row, mcu.runway.first, McuRowsToMove(true), count);
     if (mcu.enterPressed && count > 0) {
@@ -14,6 +33,17 @@ void HandleAptKeys() {
 }
 
 void ComposeApt(McuScreen& screen) {
+    if (mcu.editing != 0 || !mcu.entryText.empty()) {
+        screen.Put(McuStyle::Title, 0, kMcuRowY[0], "APT:");
+        screen.Put(McuStyle::Active, 67, kMcuRowY[0], "%.8s", mcu.entryText.c_str());
+        screen.Put(McuStyle::Data, 67, kMcuListY[0], "%s",
+                   mcu.editing == 0           ? "NOT IN DATABASE"
+                   : !KeyboardMessage.empty() ? ""
+                   : mcu.entryText.empty()    ? "TYPE IDENTIFIER"
+                                              : "ENTER TO SHOW");
+        PutMcuMessage(screen);
+        return;
+    }
     if (planAirports.lastAirportIdent.empty()) {
         screen.Put(McuStyle::Title, 0, kMcuRowY[0], "APT:");
         screen.Put(McuStyle::Data, kMcuColumnWidth, kMcuListY[0], "NO AIRPORT SET");

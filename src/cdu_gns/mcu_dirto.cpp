@@ -10,6 +10,7 @@
 #include "guidance/lnav.h"
 #include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 namespace {
@@ -101,9 +102,9 @@ void ComposeDirto(McuScreen& screen) {
     screen.Put(McuStyle::Active, 67, kMcuRowY[0], "%.8s", mcu.entryText.c_str());
     if (mcu.entryText.empty()) {
         screen.Put(McuStyle::Data, 67, kMcuListY[0], "%s",
-                   mcu.editing == 0              ? "EDIT TO TYPE"
-                   : mcu.keyboardMessage.empty() ? "TYPE IDENTIFIER"
-                                                 : "");
+                   mcu.editing == 0          ? "EDIT TO TYPE"
+                   : KeyboardMessage.empty() ? "TYPE IDENTIFIER"
+                                             : "");
     } else if (candidates.found.count == 0) {
         screen.Put(McuStyle::Data, 67, kMcuListY[0], "NOT IN DATABASE");
     }

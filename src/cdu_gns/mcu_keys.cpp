@@ -8,6 +8,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "simlink/aircraft_state.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 namespace {
@@ -76,6 +77,8 @@ void PressHold(const KeyClick&) {
 // The leg being flown comes first; the list starts at entry 1 without one.
 void OpenLegs(bool crossingEntry) {
     mcu.crossingEntry = crossingEntry;
+    mcu.secondEntryText.clear();
+    mcu.takenText.clear();
     const bool flying = HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex);
     mcu.legsCursor = flying ? planBook.activeIndex : 1;
     mcu.legsScroll = mcu.legsCursor;
@@ -102,12 +105,14 @@ void PressAlt(const KeyClick&) {
     const double thousands = std::trunc(aircraft.apAltitudeTargetFt / 1000.0);
     mcu.newAltitude = static_cast<std::int32_t>(std::clamp(thousands, 0.0, 99.0)) * 1000;
     mcu.altStep = 1;
+    EndMcuEditing();
     ShowPage(McuPage::AltFl);
 }
 
 void PressApt(const KeyClick&) {
     EndMcuEditing();
     mcu.runway = {};
+    mcu.entryText.clear();
     ShowPage(McuPage::Apt);
 }
 
@@ -117,15 +122,13 @@ void PressNext(const KeyClick&) {
 }
 
 void PressEdit(const KeyClick&) {
-    const bool typingPage =
-        mcu.page == McuPage::Apt || mcu.page == McuPage::Dirto || mcu.page == McuPage::Legs;
     if (mcu.editing != 0) {
         EndMcuEditing();
-        const bool second = mcu.page == McuPage::Legs && mcu.crossingEntry;
-        (second ? mcu.secondEntryText : mcu.entryText).clear();
-    } else if (typingPage) {
+        McuTypedText().clear();
+    } else if (McuPageTakesText()) {
         mcu.editing = 1;
-        mcu.keyboardMessage = "KEYBOARD NOT AVAILABLE";
+        StartKeyboardEntry();
+        guidance.blinkCounter = kRestartBlink;
     }
     Touch();
 }
@@ -138,6 +141,7 @@ void PressArrow(const KeyClick&) {
 
 void PressEnter(const KeyClick&) {
     mcu.enterPressed = true;
+    mcu.entryComplete = mcu.editing != 0;
     EndMcuEditing();
     Touch();
 }
@@ -167,8 +171,10 @@ const std::array<KeyArea, kMcuKeyCount> kMcuKeys = {{
 }};
 
 void EndMcuEditing() {
-    mcu.editing = 0;
-    mcu.keyboardMessage.clear();
+    if (mcu.editing != 0) {
+        mcu.editing = 0;
+        StopKeyboardEntry();
+    }
 }
 
 bool McuLnavLit() {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "cdu_gns/mcu.h"
 #include "cdu_gns/mcu_screen.h"
@@ -49,6 +50,10 @@ void PutMcuPosition(McuScreen& screen, std::int32_t row, std::int32_t count);
 
 // The message line at the bottom: the keyboard's failure, else the last line of the message list.
 void PutMcuMessage(McuScreen& screen);
+
+// Whether the page shown takes text from the computer keyboard, and the text it goes to.
+bool McuPageTakesText();
+std::string& McuTypedText();
 
 void EndMcuEditing();
 

@@ -39,6 +39,7 @@ bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot);
 enum class PlanAirportMode : std::int32_t {
     ActiveDestination = 1,  // destination texts; the active plan's last entry at its elevation
     LoadedDestination = 2,  // the same with the elevation as a number, speed cleared
+    RunwaysOnly = 7,        // an airport that is looked at: no plan is touched
 };
 void SetPlanAirport(std::string_view ident, PlanAirportMode mode);
 

@@ -127,6 +127,12 @@ constexpr GaugeBehaviour MapDisplay(void (*drawScreen)(const DrawTarget&), std::
     return behaviour;
 }
 
+constexpr GaugeBehaviour CompactUnit() {
+    GaugeBehaviour behaviour = Display(DrawMcu, 0);
+    behaviour.beforeUpdate = PollMcuKeyboard;
+    return behaviour;
+}
+
 // The large units draw whatever windows are open.
 constexpr GaugeBehaviour Unit(void (*drawScreen)(const DrawTarget&), bool logsAfterLoad) {
     GaugeBehaviour behaviour = Display(drawScreen, 0);
@@ -167,7 +173,7 @@ constexpr GaugeBehaviour Server() {
     return behaviour;
 }
 
-constexpr GaugeBehaviour kMcu = Display(DrawMcu, 0);
+constexpr GaugeBehaviour kMcu = CompactUnit();
 constexpr GaugeBehaviour kMfd = Display(DrawBlank, 4002);
 constexpr GaugeBehaviour kMfdPanel = MfdPanel();
 constexpr GaugeBehaviour kGns = Unit(DrawBlank, false);

@@ -40,6 +40,7 @@ struct GaugeBehaviour {
     bool loadsNavigation = false;  // its loads include the navigation database and stored plans
     bool logsAfterLoad = false;    // its navigation load is followed by the flight log's start
     std::span<const std::string_view> placementWords = {};  // parameters that name no aircraft
+    void (*beforeUpdate)() = nullptr;   // draw: comes before the per-frame update
     bool updatesFrame = false;          // draw: runs the per-frame update
     bool startsGraphics = false;        // connect and disconnect
     bool hiddenWhileMainShows = false;  // a "VC" instance draws nothing then

@@ -124,6 +124,9 @@ void DrawSurface(const GaugeRow& row, GaugeHeader* gauge) {
 
 void Draw(const GaugeRow& row, GaugeHeader* gauge) {
     const GaugeBehaviour& behaviour = *row.behaviour;
+    if (behaviour.beforeUpdate != nullptr) {
+        behaviour.beforeUpdate();
+    }
     if (behaviour.updatesFrame) {
         UpdateFrame();
     }

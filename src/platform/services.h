@@ -27,6 +27,14 @@ void InitializeVariableByName(ModuleVariable& variable, const char* name);
 void* FindWindowByClass(const char* className);
 std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_t first,
                                void* second);
+
+// The system keyboard's state by scan code, 0x80 = down. Opening names the step that failed, null
+// when none did; `moduleFile` is the file this module was loaded from. The results of acquiring and
+// reading are 0, kKeyboardInputLost while another window has the keyboard, or another failure.
+inline constexpr auto kKeyboardInputLost = static_cast<std::int32_t>(0x8007001E);
+const char* OpenKeyboard(const char* moduleFile);
+void CloseKeyboard();
+std::int32_t AcquireKeyboard();
 std::int32_t ReadKeyboardState(std::uint8_t state[256]);
 std::int32_t KeyState(std::int32_t virtualKey);
 std::int32_t SetThreadKeyboardHook(KeyboardHook hook);

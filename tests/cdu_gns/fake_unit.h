@@ -25,7 +25,7 @@ class FakeUnit {
         context_.height = 159 * scale;
         context_.bytesPerRow = context_.width * 4;
         context_.pixels = pixels_.data();
-        static PlatformServices services;
+        PlatformServices& services = Services();
         services.size = sizeof services;
         services.text_drawn = [](void* context, const char* text, double x, double y, double,
                                  std::uint32_t argb) {
@@ -39,6 +39,11 @@ class FakeUnit {
     }
     FakeUnit(const FakeUnit&) = delete;
     FakeUnit& operator=(const FakeUnit&) = delete;
+
+    static PlatformServices& Services() {
+        static PlatformServices services;
+        return services;
+    }
 
     // Presses one key; "NEXT*3" presses it three times with a draw after each, as a held key does.
     void Press(std::string_view key) {

@@ -13,6 +13,8 @@
 #include "guidance/lnav.h"
 #include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
+#include "simlink/keyboard.h"
+#include "support/fake_keyboard.h"
 #include "support/fake_simulator.h"
 #include "support/temp_sim_folder.h"
 
@@ -450,6 +452,111 @@ TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
     unit.Press("EDIT");
     EXPECT_EQ(mcu.editing, 0);
     EXPECT_EQ(mcu.entryText, "");
+}
+
+// ---- typing ----
+
+class McuTypingTest : public McuTest {
+  protected:
+    // Presses and lets go the keys one after the other, a draw of the gauge for each.
+    void Type(std::initializer_list<std::uint8_t> scanCodes) {
+        for (const std::uint8_t key : scanCodes) {
+            keyboard.Down(key);
+            PollMcuKeyboard();
+            unit.Draw();
+            keyboard.Up(key);
+            PollMcuKeyboard();
+            unit.Draw();
+        }
+    }
+
+    FakeKeyboard keyboard{FakeUnit::Services()};
+    TempSimFolder folder;
+};
+
+TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
+    MakePlan();
+    navDatabase.navaids.Append({"KX", "FAR", 40, 60, PointKind::Vor, "113.90", ""});
+    navDatabase.intersections.Append({"KX", "NEAR", 0, 2.5, PointKind::Intersection, "", ""});
+    unit.Press("DIRTO");
+    Type({scan::kB});
+    EXPECT_EQ(mcu.entryText, "") << "typing is off";
+    guidance.blinkCounter = 5;
+    unit.Press("EDIT");
+    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
+    EXPECT_THAT(unit.Rows(), Contains("TYPE IDENTIFIER"));
+    Type({scan::kK, scan::kA, scan::kBackspace, scan::kX});
+    EXPECT_EQ(unit.Rows().front(), "DIRTO:|KX");
+    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090"));
+    Type({scan::kUp});
+    EXPECT_THAT(unit.Rows(), Contains(HasSubstr("> KX      V")));
+    unit.SavePicture("dirto-typed");
+    Type({scan::kEnter});
+    EXPECT_EQ(mcu.editing, 0);
+    EXPECT_EQ(mcu.page, McuPage::Dirto) << "the unit's own ENTER flies there";
+    unit.Press("ENTER");
+    EXPECT_EQ(activePlan.entries[1].longitude, 60);
+}
+
+TEST_F(McuTypingTest, TypedAirportIsShownWithItsRunways) {
+    folder.Write("avq/Navdata/avq_apts.txt",
+                 "KXZ NAME 1234 40.0 -73.0 09L_9000_40.1_-73.9_ILS_110.30_88_90\n");
+    planAirports.patternRunwayOffset = 2;
+    unit.Press("APT");
+    unit.Press("EDIT");
+    Type({scan::kK, scan::kX, scan::kA, scan::kEnter});
+    EXPECT_THAT(unit.Rows(), ElementsAre("APT:|KXA", "NOT IN DATABASE"));
+    EXPECT_EQ(planAirports.patternRunwayOffset, 2);
+    unit.Press("EDIT");
+    Type({scan::kBackspace, scan::kZ});
+    unit.Press("ENTER");
+    EXPECT_EQ(planAirports.lastAirportIdent, "KXZ");
+    EXPECT_EQ(unit.Rows().front(), "APT: KXZ  - Elev:1234");
+    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
+    unit.SavePicture("apt-typed");
+    EXPECT_EQ(planAirports.destinationIdent, "") << "looking at an airport changes no plan";
+}
+
+TEST_F(McuTypingTest, LegsFindTheTypedWaypointAndCrossTakesTheTypedAltitude) {
+    MakePlan();
+    unit.Press("LEGS");
+    unit.Press("EDIT");
+    Type({scan::kK, scan::kB});
+    EXPECT_EQ(mcu.legsCursor, 4);
+    Type({scan::kPageUp, scan::kX});
+    EXPECT_EQ(mcu.legsCursor, 1) << "no waypoint begins like this";
+    unit.Press("CROSS");
+    Type({scan::kDown, scan::k1, scan::kA, scan::k1, scan::k0, scan::k0, scan::k0, scan::k9});
+    EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4");
+    Type({scan::kEnter});
+    unit.Press("UP");
+    unit.Press("ENTER");
+    EXPECT_EQ(activePlan.entries[2].altitude, 12000);
+}
+
+TEST_F(McuTypingTest, EveryPageWithoutTextEndsTyping) {
+    for (const char* const key : {"TO", "FPLN", "LEGS", "ALT", "APT", "ENTER", "EDIT"}) {
+        unit.Press("DIRTO");
+        unit.Press("EDIT");
+        ASSERT_EQ(KeyboardEntryOn, 1) << key;
+        unit.Press(key);
+        EXPECT_EQ(KeyboardEntryOn, 0) << key;
+        EXPECT_EQ(mcu.editing, 0) << key;
+        EXPECT_EQ(keyboard.hook, nullptr) << key;
+    }
+}
+
+TEST_F(McuTypingTest, AKeyboardThatCannotBeOpenedIsSaidOnEveryTypingPage) {
+    MakePlan();
+    keyboard.window = nullptr;
+    for (const char* const page : {"APT", "DIRTO", "LEGS", "CROSS"}) {
+        unit.Press(page);
+        unit.Press("EDIT");
+        EXPECT_EQ(unit.Rows().back(), "SetCooperativeLevel failed") << page;
+        EXPECT_EQ(mcu.editing, 1) << page;
+        unit.Press("EDIT");
+        EXPECT_THAT(unit.Rows(), ::testing::Not(Contains(HasSubstr("failed")))) << page;
+    }
 }
 
 // ---- painting ----

@@ -39,6 +39,20 @@ std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_
     return send != nullptr ? send(window, message, first, second) : 0;
 }
 
+// The host's keyboard needs no opening; it is there, and belongs to a main window, or it is not.
+const char* OpenKeyboard(const char*) {
+    if (PlatformMember(&PlatformServices::read_keyboard) == nullptr) {
+        return "CreateDevice failed";
+    }
+    return FindWindowByClass("FS98MAIN") != nullptr ? nullptr : "SetCooperativeLevel failed";
+}
+
+void CloseKeyboard() {}
+
+std::int32_t AcquireKeyboard() {
+    return 0;
+}
+
 std::int32_t ReadKeyboardState(std::uint8_t state[256]) {
     const auto read = PlatformMember(&PlatformServices::read_keyboard);
     if (read == nullptr) {

@@ -1,0 +1,38 @@
+// Typing into the compact unit: the computer keyboard's letters go to the text of the page shown,
+// its arrow and page keys move the page's list, its Enter ends the entry.
+#include "cdu_gns/mcu.h"
+#include "cdu_gns/mcu_pages.h"
+#include "simlink/keyboard.h"
+
+namespace avq1 {
+
+bool McuPageTakesText() {
+    return mcu.page == McuPage::Apt || mcu.page == McuPage::Dirto || mcu.page == McuPage::Legs;
+}
+
+std::string& McuTypedText() {
+    return mcu.page == McuPage::Legs ? mcu.secondEntryText : mcu.entryText;
+}
+
+void PollMcuKeyboard() {
+    if (KeyboardEntryOn == 0) {
+        return;
+    }
+    std::string text = McuTypedText();
+    const KeyboardPoll poll = PollKeyboard(text);
+    if (poll.read && McuPageTakesText() && text != McuTypedText()) {
+        McuTypedText() = text;
+        mcu.redraw = 1;
+    }
+    mcu.navigation.up |= poll.up;
+    mcu.navigation.down |= poll.down;
+    mcu.navigation.pageUp |= poll.pageUp;
+    mcu.navigation.pageDown |= poll.pageDown;
+    if (poll.enter) {
+        mcu.entryComplete = true;
+        mcu.editing = 0;
+        mcu.redraw = 1;
+    }
+}
+
+}  // namespace avq1
