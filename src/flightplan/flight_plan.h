@@ -21,6 +21,8 @@ inline constexpr double kUnset = -999.0;          // an unset altitude or speed
 inline constexpr std::string_view kDiscontinuity = "DISCO";
 inline constexpr std::string_view kAirwayPlaceholder = "THEN";
 inline constexpr std::string_view kEmptyRow = "******";
+inline constexpr std::string_view kAirportType = "APT";
+inline constexpr std::string_view kPlanFullMessage = "FLIGHT PLAN FULL";
 
 struct PlanWaypoint {
     std::string ident;
@@ -71,6 +73,7 @@ struct PlanBook {
     std::string originIdent;
     std::string destinationIdent;
     std::int32_t activeIndex = kNoWaypoint;   // in the active plan: the waypoint being flown to
+    std::int32_t verticalTargetIndex = 0;     // in the active plan: what the descent aims at
     std::int32_t editIndex = kNoWaypoint;     // in the modified plan: insertions work after it
     std::int32_t trackedIndex = kNoWaypoint;  // in the modified plan: follows its entry
     std::vector<RoutePair> routeView;         // at most 200 pairs, from the modified plan

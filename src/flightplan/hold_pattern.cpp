@@ -2,6 +2,7 @@
 
 #include "base/module_state.h"
 #include "flightplan/flight_plan.h"
+#include "settings/aircraft_performance.h"
 
 namespace avq1 {
 
@@ -50,6 +51,12 @@ bool BelongsToNoPlan(const HoldPattern& hold) {
 
 }  // namespace
 
+HoldPattern NewHold() {
+    HoldPattern hold;
+    hold.legMinutes = performance.holdLegMinutes;
+    return hold;
+}
+
 void DeleteHold(std::int32_t fixIndex) {
     for (std::int32_t i = 1; i <= holdList.count; ++i) {
         if (fixIndex > 0 && holdList.holds[i].fixIndex == fixIndex) {
@@ -94,6 +101,14 @@ void DeleteAllHolds() {
         }
     }
     holdList = HoldList{};
+}
+
+void RenumberHolds(std::int32_t from, std::int32_t to) {
+    for (std::int32_t i = 1; i <= holdList.count; ++i) {
+        if (from > 0 && holdList.holds[i].fixIndex == from) {
+            holdList.holds[i].fixIndex = to;
+        }
+    }
 }
 
 void RenumberPendingHolds(std::int32_t from, std::int32_t to) {

@@ -45,6 +45,9 @@ struct HoldList {
 
 extern HoldList holdList;
 
+// A new hold with the aircraft's own leg time.
+HoldPattern NewHold();
+
 // Removes the hold at this entry of the active plan. Nothing happens without one.
 void DeleteHold(std::int32_t fixIndex);
 // Removes the hold at this entry of the modified plan. One that the active plan has stays there,
@@ -53,6 +56,8 @@ void DeletePendingHold(std::int32_t pendingFixIndex);
 // The modified plan is replaced as a whole: none of its entries has a hold any more.
 void DeleteAllPendingHolds();
 void DeleteAllHolds();
+// An active-plan entry moved from one index to another.
+void RenumberHolds(std::int32_t from, std::int32_t to);
 // A modified-plan entry moved from one index to another.
 void RenumberPendingHolds(std::int32_t from, std::int32_t to);
 // A modification starts anew from the active plan; holds that only the old one had are dropped.

@@ -1,13 +1,17 @@
 #include "flightplan/plan_airports.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "base/sim_folder.h"
 #include "base/text.h"
 #include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
 #include "platform/files.h"
+#include "settings/parking.h"
 
 namespace avq1 {
 
@@ -26,6 +30,7 @@ struct AirportLine {
     std::size_t count = 0;
 
     std::string_view Elevation() const { return words[1]; }
+    LatLon Position() const { return {ToNumber(words[2]), ToNumber(words[3])}; }
 };
 
 // The first line of the airport file that begins with the identifier.
@@ -100,26 +105,114 @@ PlanWaypoint* ArrivalEntry(std::string_view ident) {
         return nullptr;
     }
     PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
-    return last.type == "APT" && last.ident == ident ? &last : nullptr;
+    return last.type == kAirportType && last.ident == ident ? &last : nullptr;
 }
 
-void ApplyActiveDestination(std::string_view ident, std::string_view elevation) {
+void SetDestinationTexts(std::string_view ident, const AirportLine& airport) {
     planAirports.destinationIdent = ident;
-    planAirports.destinationElevationText = elevation;
+    planAirports.destinationElevationText = airport.Elevation();
+}
+
+void ApplyDepartureElevation(std::string_view, const AirportLine& airport) {
+    if (activePlan.lastIndex >= 0) {
+        activePlan.entries[0].altitude = ToNumber(airport.Elevation());
+    }
+}
+
+void ApplyActiveDestination(std::string_view ident, const AirportLine& airport) {
+    SetDestinationTexts(ident, airport);
     if (PlanWaypoint* arrival = ArrivalEntry(ident)) {
-        arrival->altitude = ToNumber(elevation);
+        arrival->altitude = ToNumber(airport.Elevation());
         arrival->altitudeConstraint = 0;
     }
 }
 
-void ApplyLoadedDestination(std::string_view ident, std::string_view elevation) {
-    planAirports.destinationIdent = ident;
-    planAirports.destinationElevationText = elevation;
-    planAirports.destinationElevation = ToNumber(elevation);
+void ApplyLoadedDestination(std::string_view ident, const AirportLine& airport) {
+    SetDestinationTexts(ident, airport);
+    planAirports.destinationElevation = ToNumber(airport.Elevation());
     if (PlanWaypoint* arrival = ArrivalEntry(ident)) {
         arrival->altitude = planAirports.destinationElevation;
         arrival->speed = kUnset;
     }
+}
+
+void PlaceAirport(PlanWaypoint& entry, std::string_view ident, const AirportLine& airport) {
+    entry.ident = ident;
+    entry.latitude = airport.Position().latitude;
+    entry.longitude = airport.Position().longitude;
+    entry.type = kAirportType;
+    entry.frequency.clear();
+}
+
+void PlaceOrigin(FlightPlan& plan, std::string_view ident, const AirportLine& airport) {
+    if (plan.lastIndex < 0) {
+        plan.entries[0] = PlanWaypoint{};
+        plan.lastIndex = 0;
+    }
+    PlaceAirport(plan.entries[0], ident, airport);
+}
+
+// Null when the plan is full.
+PlanWaypoint* AppendAirport(FlightPlan& plan, std::string_view ident, const AirportLine& airport) {
+    if (plan.IsFull()) {
+        AppendMessage(kPlanFullMessage);
+        return nullptr;
+    }
+    PlanWaypoint& entry = plan.entries[++plan.lastIndex];
+    entry = PlanWaypoint{};
+    PlaceAirport(entry, ident, airport);
+    return &entry;
+}
+
+void PlaceActiveOrigin(std::string_view ident, const AirportLine& airport) {
+    PlaceOrigin(activePlan, ident, airport);
+}
+
+void PlaceModifiedOrigin(std::string_view ident, const AirportLine& airport) {
+    PlaceOrigin(modifiedPlan, ident, airport);
+}
+
+void AppendToActive(std::string_view ident, const AirportLine& airport) {
+    PlanWaypoint* const entry = AppendAirport(activePlan, ident, airport);
+    if (entry == nullptr) {
+        return;
+    }
+    SetDestinationTexts(ident, airport);
+    entry->altitude = ToNumber(airport.Elevation());
+    planAirports.destinationElevation = entry->altitude;
+    planAirports.destinationLatitude = entry->latitude;
+    planAirports.destinationLongitude = entry->longitude;
+    planBook.verticalTargetIndex = activePlan.lastIndex;
+}
+
+void AppendToModified(std::string_view ident, const AirportLine& airport) {
+    AppendAirport(modifiedPlan, ident, airport);
+}
+
+using ApplyMode = void (*)(std::string_view ident, const AirportLine& airport);
+
+struct ModeRow {
+    PlanAirportMode mode;
+    bool looksUpParking;
+    ApplyMode atOnce;  // before the runways are read; needs a whole airport line
+    ApplyMode afterLookup;
+};
+
+const ModeRow kModes[] = {
+    {PlanAirportMode::DepartureElevation, true, nullptr, ApplyDepartureElevation},
+    {PlanAirportMode::ActiveDestination, true, nullptr, ApplyActiveDestination},
+    {PlanAirportMode::LoadedDestination, false, ApplyLoadedDestination, nullptr},
+    {PlanAirportMode::ActiveOrigin, true, PlaceActiveOrigin, nullptr},
+    {PlanAirportMode::AppendToActive, true, AppendToActive, nullptr},
+    {PlanAirportMode::ModifiedOrigin, true, PlaceModifiedOrigin, nullptr},
+    {PlanAirportMode::AppendToModified, true, AppendToModified, nullptr},
+    {PlanAirportMode::RunwaysOnly, true, nullptr, nullptr},
+};
+
+const ModeRow& RowOf(PlanAirportMode mode) {
+    const auto* const row = std::find_if(std::begin(kModes), std::end(kModes),
+                                         [&](const ModeRow& r) { return r.mode == mode; });
+    return row != std::end(kModes) ? *row : *std::prev(std::end(kModes));
 }
 
 }  // namespace
@@ -144,15 +237,19 @@ void SetPlanAirport(std::string_view ident, PlanAirportMode mode) {
         !FindAirportLine(file, ident, airport)) {
         return;
     }
-    if (mode == PlanAirportMode::LoadedDestination && airport.count >= kWordsForImmediateEffect) {
-        ApplyLoadedDestination(ident, airport.Elevation());
+    const ModeRow& row = RowOf(mode);
+    if (row.looksUpParking) {
+        LoadParkingPosition(ident);
+    }
+    if (row.atOnce != nullptr && airport.count >= kWordsForImmediateEffect) {
+        row.atOnce(ident, airport);
     }
     ReadRunways(airport);
     ReadPatternSides(ident);
     planAirports.lastAirportIdent = ident;
     lastAirportElevationText = airport.Elevation();
-    if (mode == PlanAirportMode::ActiveDestination) {
-        ApplyActiveDestination(ident, airport.Elevation());
+    if (row.afterLookup != nullptr) {
+        row.afterLookup(ident, airport);
     }
     planAirports.selectedRunway = 1;
     AppendMessage(Format("APT '%s' Set", std::string(ident).c_str()));

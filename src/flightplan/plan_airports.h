@@ -23,6 +23,8 @@ struct PlanAirports {
     std::string destinationIdent;
     std::string destinationElevationText;
     double destinationElevation = 0;  // feet
+    double destinationLatitude = 0;
+    double destinationLongitude = 0;
     std::string lastAirportIdent;
     std::vector<PlanRunway> runways;  // PlanAirportRunways, from 0
     std::int32_t selectedRunway = 1;
@@ -37,10 +39,18 @@ extern PlanAirports planAirports;
 bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot);
 
 enum class PlanAirportMode : std::int32_t {
-    ActiveDestination = 1,  // destination texts; the active plan's last entry at its elevation
-    LoadedDestination = 2,  // the same with the elevation as a number, speed cleared
-    RunwaysOnly = 7,        // an airport that is looked at: no plan is touched
+    DepartureElevation = 0,  // the active plan's first entry gets the airport's elevation
+    ActiveDestination = 1,   // destination texts; the active plan's last entry at its elevation
+    LoadedDestination = 2,   // the same with the elevation as a number, speed cleared
+    ActiveOrigin = 3,        // the active plan's first entry becomes the airport
+    AppendToActive = 4,      // the airport ends the active plan and becomes the vertical target
+    ModifiedOrigin = 5,      // as ActiveOrigin, in the modified plan
+    AppendToModified = 6,    // the airport ends the modified plan
+    RunwaysOnly = 7,         // an airport that is looked at: no plan is touched
 };
+
+// Looks the airport up and applies the mode. All modes but LoadedDestination look up the parking
+// position; every mode sets the runways. A full plan refuses an append with a message.
 void SetPlanAirport(std::string_view ident, PlanAirportMode mode);
 
 }  // namespace avq1

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/pilot_points.h"
+#include "flightplan/plan_moves.h"
 #include "geometry/geometry.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
@@ -19,33 +20,14 @@ constexpr double kLeastFuelLoad = 5;
 constexpr std::size_t kRouteViewCapacity = 200;
 constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
 
-// The one way an entry of the modified plan changes its place.
-void MoveEntry(std::int32_t from, std::int32_t to) {
-    modifiedPlan.entries[to] = std::move(modifiedPlan.entries[from]);
-    if (planBook.trackedIndex == from) {
-        planBook.trackedIndex = to;
-    }
-    RenumberPendingHolds(from, to);
-}
-
-// Makes room at `position` and counts the entry that goes there.
 void OpenEntry(std::int32_t position) {
-    for (std::int32_t i = modifiedPlan.lastIndex; i >= position; --i) {
-        MoveEntry(i, i + 1);
-    }
-    ++modifiedPlan.lastIndex;
+    OpenPlanEntry(modifiedPlan, position);
 }
 
 // The tracked entry may have been the last one and gone.
 void KeepTrackedIndexInPlan() {
     if (planBook.trackedIndex != kNoWaypoint && planBook.trackedIndex > modifiedPlan.lastIndex) {
         planBook.trackedIndex = modifiedPlan.lastIndex >= 0 ? modifiedPlan.lastIndex : kNoWaypoint;
-    }
-}
-
-void NoteEdit() {
-    if (planBook.status == RouteStatus::None || planBook.status == RouteStatus::Active) {
-        AdvanceRouteStatus();
     }
 }
 
@@ -166,7 +148,7 @@ void RemovePlaceholders() {
     for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
         if (modifiedPlan.entries[i].ident != kAirwayPlaceholder) {
             if (kept != i) {
-                MoveEntry(i, kept);
+                MovePlanEntry(modifiedPlan, i, kept);
             }
             ++kept;
         } else if (planBook.trackedIndex == i) {
@@ -184,7 +166,7 @@ void DeleteWaypoint(std::int32_t position, bool force) {
     DeletePendingHold(position);
     if (position < 2 || position >= modifiedPlan.lastIndex - 1 || force) {
         for (std::int32_t i = position + 1; i <= modifiedPlan.lastIndex; ++i) {
-            MoveEntry(i, i - 1);
+            MovePlanEntry(modifiedPlan, i, i - 1);
         }
         --modifiedPlan.lastIndex;
         KeepTrackedIndexInPlan();
@@ -220,6 +202,12 @@ void BuildRouteView() {
         if (planBook.routeView.size() < kRouteViewCapacity) {
             planBook.routeView.push_back({entry.ident, std::string(currentVia)});
         }
+    }
+}
+
+void NoteEdit() {
+    if (planBook.status == RouteStatus::None || planBook.status == RouteStatus::Active) {
+        AdvanceRouteStatus();
     }
 }
 

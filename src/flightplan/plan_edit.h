@@ -48,6 +48,9 @@ void ResolveEntry(std::string_view text, SearchCategory category);
 // use and asks for the flight log's start.
 void AdvanceRouteStatus();
 
+// The modified plan was edited: a route begins, or the active one has a modification.
+void NoteEdit();
+
 // Asks for the plan's fuel to be put into the tanks when the setting says so and the plan has any.
 void RequestPlanFuel();
 

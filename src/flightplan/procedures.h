@@ -1,0 +1,76 @@
+// flightplan/procedures.h - departures, arrivals and approaches in the plan.
+//
+// A chosen procedure is first built into a list of waypoints, which the pages show, and then
+// spliced into the active or the modified plan in place of an earlier one of its kind. Entries that
+// move take the active waypoint, the vertical target, the tracked entry and the holds with them. A
+// plan without room refuses the splice: it returns false, says so in the message list and changes
+// nothing. A splice into the active plan may change the active waypoint's index: the caller then
+// makes it active anew.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "flightplan/flight_plan.h"
+#include "navdb/procedures.h"
+
+namespace avq1 {
+
+// What the pages set before a build. A number is the procedure's place in its airport's table,
+// from 1; 0 = none.
+struct ProcedureChoice {
+    std::string airport;  // whose procedures are being chosen
+    std::int32_t sidNumber = 0;
+    std::string sidName;
+    std::string sidTransition{kNoChoice};
+    std::string departureRunway{kNoChoice};
+    std::int32_t starNumber = 0;
+    std::string starName;
+    std::string starTransition{kNoChoice};
+    std::string arrivalRunway{kNoChoice};
+    std::string approachType;
+    std::string approachTransition;
+};
+
+extern ProcedureChoice procedureChoice;
+
+struct ProcedureWaypoint {
+    std::string ident;
+    std::string roleText;  // approaches: "IAF", "FAF", "MAF" ... or empty
+    std::string legText;   // restriction, for the pages only
+    std::string viaLabel;  // departures and arrivals: the procedure, from the second waypoint on
+    double latitude = 0;
+    double longitude = 0;
+    std::int32_t flyover = 0;
+};
+
+inline constexpr std::size_t kProcedureWaypointCapacity = 40;  // later legs are left out
+
+struct ProcedureLists {
+    std::vector<ProcedureWaypoint> sid;
+    std::vector<ProcedureWaypoint> star;
+    std::vector<ProcedureWaypoint> approach;
+    bool approachReady = false;  // built and not yet spliced
+};
+
+extern ProcedureLists procedureLists;
+
+void BuildSidWaypoints();
+void BuildStarWaypoints();
+void BuildApproachWaypoints();
+
+// Splices the list after the departure airport. A plan without a current waypoint (the active
+// waypoint, or the edit index of the modified plan) keeps nothing but its first entry. In the
+// active plan the first waypoint of the departure becomes the active one.
+bool InsertSid(FlightPlan& plan);
+
+// Splices the list before the arrival airport, or before an approach that no arrival precedes.
+bool InsertStar(FlightPlan& plan);
+
+// Splices the list before the arrival airport; `withDiscontinuity` puts a gap in front of it in the
+// modified plan.
+bool InsertApproach(FlightPlan& plan, bool withDiscontinuity);
+
+}  // namespace avq1
