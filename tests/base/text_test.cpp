@@ -44,10 +44,14 @@ TEST(Numbers, FollowTheStandardConversions) {
     };
     for (const Case& c : cases) {
         EXPECT_EQ(ToNumber(c.text), c.value) << c.text;
-        std::string_view rest = c.text;
-        std::string_view words = c.text;
-        EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << c.text;
-        EXPECT_EQ(rest, words) << c.text;
+        // The way for numbers inside a file, with text after them, takes the same characters.
+        for (const char* after : {"", " ", "\n", " 12345678 next words", "x more than a number"}) {
+            const std::string text = std::string(c.text) + after;
+            std::string_view rest = text;
+            std::string_view words = text;
+            EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << text;
+            EXPECT_EQ(rest, words) << text;
+        }
     }
 }
 
@@ -59,8 +63,12 @@ TEST(Numbers, ShortDecimalsAreRoundedAsTheRuntimeRoundsThem) {
         random ^= random >> 7;
         random ^= random << 17;
         const std::string text = Format(
-            "%s%d.%0*d", random & 1 ? "-" : "", static_cast<int>(random >> 8 & 255),
+            "%s%d.%0*d", random & 1 ? "-" : "",
+            static_cast<int>(random >> 8 & 255) * (random & 2 ? 1 : 40000),
             static_cast<int>(1 + (random >> 20) % 9), static_cast<int>((random >> 33) % 100000000));
+        const std::string inFile = text + "\tand the rest of the line";
+        std::string_view rest = inFile;
+        ASSERT_EQ(NextNumber(rest), std::strtod(text.c_str(), nullptr)) << text;
         ASSERT_EQ(ToNumber(text), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
