@@ -24,7 +24,7 @@ bool IsMapMode() {
 
 // The layers of the compass modes, back to front. Map content ends at the compass circle; the
 // instruments lie inside it by their own measures and end with the arc's picture at the bottom.
-enum class Shows { Always, OnMap, WithRoute };
+enum class Shows { Always, OnMap, WithBoundaries, WithRoute };
 enum class Clip { None, Compass, Bottom };
 
 struct Layer {
@@ -36,6 +36,7 @@ struct Layer {
 constexpr Layer kLayers[] = {
     {Shows::Always, Clip::None, ClaimRoseLabels},
     {Shows::OnMap, Clip::None, DrawRangeMark},
+    {Shows::WithBoundaries, Clip::Compass, DrawBoundaryLayer},
     {Shows::WithRoute, Clip::Compass, DrawRouteLayer},
     {Shows::Always, Clip::None, DrawCompassRose},
     {Shows::Always, Clip::Bottom, DrawBearingPointers},
@@ -51,6 +52,9 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
             return true;
         case Shows::OnMap:
             return picture.mapMode;
+        case Shows::WithBoundaries:
+            return picture.mapMode && ehsi.mapOverlayOn == 1 &&
+                   picture.drawMode != DisplayDrawMode::SecondCockpit;
         case Shows::WithRoute:
             return picture.mapMode && FromFlightManagement() && picture.hasWaypoint;
     }

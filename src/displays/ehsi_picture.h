@@ -53,6 +53,7 @@ bool InsideCompass(const EhsiPicture& picture, const TextBox& box);
 // ---- layers ----
 void ClaimRoseLabels(EhsiPicture& picture);  // before anything of the map
 void DrawRangeMark(EhsiPicture& picture);
+void DrawBoundaryLayer(EhsiPicture& picture);
 void DrawRouteLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);

@@ -1,6 +1,7 @@
 // The EHSI's map: the range mark and the active route.
 #include <cmath>
 
+#include "displays/boundaries.h"
 #include "displays/ehsi_picture.h"
 #include "displays/map_view.h"
 #include "drawing/fixed_text.h"
@@ -101,6 +102,10 @@ void DrawRangeMark(EhsiPicture& picture) {
     picture.mapTexts.Claim(box);
     picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
     picture.surface.Text(text, kRangeFont, colour::Grey, box.x, box.y);
+}
+
+void DrawBoundaryLayer(EhsiPicture& picture) {
+    DrawAtcBoundaries(picture.surface, ViewOf(picture));
 }
 
 void DrawRouteLayer(EhsiPicture& picture) {

@@ -91,7 +91,7 @@ AirwayLookup ReadAirway(std::string_view text, const std::vector<AirwayRun>& ind
         AirwayLine line;
         while (results.count < kSearchResultCapacity && NextAirwayLine(lines, line)) {
             AppendFix(line, results);
-            if (results[results.count].ident == entryFix) {
+            if (!entryFix.empty() && results[results.count].ident == entryFix) {
                 lookup.entryIndex = results.count;
             }
         }
