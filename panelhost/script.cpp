@@ -503,7 +503,7 @@ constexpr CommandRow kCommands[] = {
     {"expect", 2, kAny, DoExpect, "CONDITION", "fail unless it holds now"},
     {"click", 2, kAny, DoClick, "GAUGE[@WINDOW] KEY | GAUGE[@WINDOW] X Y",
      "press and release a key by its label, or a point in the gauge's pixels"},
-    {"press", 2, kAny, DoPress, "as click", "press and hold"},
+    {"press", 2, kAny, DoPress, "GAUGE ...", "as click, but hold"},
     {"release", 0, 0, DoRelease, "", "let go"},
     {"wheel", 3, kAny, DoWheel, "GAUGE KEY|X Y up|down", "turn the mouse wheel there"},
     {"key", 1, 2, DoKey, "NAME [down|up]",

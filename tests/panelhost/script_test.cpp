@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "panelhost/text.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {
@@ -37,6 +38,21 @@ TEST(Script, ReadsWordsQuotesAndComments) {
     EXPECT_EQ(script.lines[0].line, 2);
     EXPECT_THAT(script.lines[0].words, testing::ElementsAre("MCU", "LINE KEY 1"));
     EXPECT_THAT(script.lines[1].words, testing::ElementsAre("#65", "time"));
+}
+
+TEST(Script, TheDocumentListsEveryCommandValueAndEvent) {
+    const std::string document =
+        ReadWholeFile(AVQ1_SOURCE_DIR "/docs/panel-host.md", 1U << 20U).value_or("");
+    for (const ScriptCommandName& command : ScriptCommands()) {
+        EXPECT_THAT(document, HasSubstr(std::string("| `") + command.name));
+    }
+    for (const char* name : StatusValueNames()) {
+        EXPECT_THAT(document, HasSubstr(std::string("`") + name + "`"));
+    }
+    for (const KeyEventName& event : KeyEventNames()) {
+        EXPECT_THAT(document, HasSubstr(Format("| %d | `%s` | %s |", event.number, event.name,
+                                               event.meaning)));
+    }
 }
 
 class ScriptRun : public HostTest {
