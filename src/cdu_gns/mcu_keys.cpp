@@ -53,7 +53,7 @@ void PressDirto(const KeyClick&) {
 // A hold at the active waypoint on the leg's own course, to be flown on reaching it.
 void HoldAtActiveWaypoint() {
     const std::int32_t fix = planBook.activeIndex;
-    HoldPattern hold;
+    HoldPattern hold = NewHold();
     hold.fixIndex = fix;
     hold.inboundCourseMag = guidance.desiredTrackMag;
     hold.corners[0] = {guidance.activeLatitude, guidance.activeLongitude,

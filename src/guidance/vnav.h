@@ -5,6 +5,8 @@
 
 namespace avq1 {
 
+// The plan entry that is the vertical target is planBook.verticalTargetIndex: it moves with its
+// entry when the plan is edited.
 struct VnavProfile {
     std::int32_t cruiseAltitude = 0;  // feet; 0 = none
     std::int32_t topOfClimbReached = 0;
@@ -13,7 +15,6 @@ struct VnavProfile {
     double tocLongitude = 0;
     double todLatitude = 0;
     double todLongitude = 0;
-    std::int32_t targetIndex = 0;
     double targetValue = 0;  // reset by the VNAV selector
     std::int32_t lastAltitudeSent = -999;
     std::int32_t lastSpeedSent = -999;
