@@ -203,9 +203,9 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     guidance.crossTrackNm = 1.26;
     guidance.crossTrackSide = 2;
     progress.eteWaypointHours = 1;
-    progress.eteWaypointMinutes = 4.99;
+    progress.eteWaypointMinutes = 59.7;
     Draw(1);
-    for (const char* text : {" 452", " 420", "34", "360", "WP1", " 9.5 NM", " 1:04", "XTK 1.3L"}) {
+    for (const char* text : {" 452", " 420", "34", "360", "WP1", " 9.5 NM", " 2:00", "XTK 1.3L"}) {
         EXPECT_TRUE(Picture::Shows(text)) << text;
     }
     aircraft.groundSpeedKt = 20;
