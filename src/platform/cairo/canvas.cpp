@@ -9,6 +9,7 @@
 
 #include "platform/cairo/context_cache.h"
 #include "platform/cairo/font_cache.h"
+#include "platform/canvas_geometry.h"
 #include "platform/services.h"
 
 namespace avq1 {
@@ -16,18 +17,6 @@ namespace avq1 {
 using cairo::CairoContext;
 
 namespace {
-
-constexpr int kStatusOk = 0;
-constexpr int kStatusBadArgument = -1;
-constexpr double kFarOutsidePx = 4096.0;  // beyond the picture's edges
-constexpr double kCoordinateLimitPx = 4.0e6;
-constexpr std::size_t kTextLimit = 256;
-constexpr double kDegreesToRadians = 3.141592653589793 / 180.0;
-
-template <class... Values>
-bool Finite(Values... values) {
-    return (std::isfinite(values) && ...);
-}
 
 CairoContext* Native(void* native) {
     return static_cast<CairoContext*>(native);
@@ -51,14 +40,7 @@ std::uint32_t Premultiplied(std::uint32_t argb) {
 }
 
 bool SetPen(cairo_t* cr, const CanvasPen& pen) {
-    constexpr std::size_t kDashLimit = 8;
-    double dashSum = 0;
-    bool usable = std::isfinite(pen.widthPx) && pen.dashPx.size() <= kDashLimit;
-    for (const double dash : pen.dashPx) {
-        usable = usable && std::isfinite(dash) && dash >= 0;
-        dashSum += dash;
-    }
-    if (!usable || (!pen.dashPx.empty() && dashSum <= 0)) {
+    if (!UsablePen(pen)) {
         return false;
     }
     cairo_set_dash(cr, pen.dashPx.data(), static_cast<int>(pen.dashPx.size()), 0);
@@ -66,11 +48,6 @@ bool SetPen(cairo_t* cr, const CanvasPen& pen) {
     SetSource(cr, pen.argb);
     return true;
 }
-
-struct Segment {
-    CanvasPoint from;
-    CanvasPoint to;
-};
 
 CanvasPoint ToDevice(cairo_t* cr, CanvasPoint point) {
     cairo_user_to_device(cr, &point.x, &point.y);
@@ -82,50 +59,8 @@ CanvasPoint ToUser(cairo_t* cr, CanvasPoint point) {
     return point;
 }
 
-bool Near(const CairoContext& context, const CanvasPoint& device) {
-    return device.x >= -kFarOutsidePx && device.x <= context.width + kFarOutsidePx &&
-           device.y >= -kFarOutsidePx && device.y <= context.height + kFarOutsidePx;
-}
-
-// Narrows [first, last], the part of a segment that is kept, by one edge: delta * t <= room.
-bool CutAtEdge(double delta, double room, double& first, double& last) {
-    if (delta == 0) {
-        return room >= 0;
-    }
-    const double t = room / delta;
-    if (delta < 0) {
-        first = std::max(first, t);
-    } else {
-        last = std::min(last, t);
-    }
-    return first <= last;
-}
-
-// Cuts a segment in device pixels to the picture's surroundings; false when nothing is left.
-bool CutToSurroundings(const CairoContext& context, Segment& segment) {
-    if (Near(context, segment.from) && Near(context, segment.to)) {
-        return true;
-    }
-    const CanvasPoint from = segment.from;
-    const double dx = segment.to.x - from.x;
-    const double dy = segment.to.y - from.y;
-    double first = 0;
-    double last = 1;
-    if (!Finite(dx, dy) || !CutAtEdge(-dx, from.x + kFarOutsidePx, first, last) ||
-        !CutAtEdge(dx, context.width + kFarOutsidePx - from.x, first, last) ||
-        !CutAtEdge(-dy, from.y + kFarOutsidePx, first, last) ||
-        !CutAtEdge(dy, context.height + kFarOutsidePx - from.y, first, last)) {
-        return false;
-    }
-    segment.from = {from.x + dx * first, from.y + dy * first};
-    segment.to = {from.x + dx * last, from.y + dy * last};
-    return true;
-}
-
-// Rows and columns of pixels a level or upright stroke fills without blur.
-double SnapStroke(double device, double widthPx) {
-    const bool odd = static_cast<long>(std::lround(widthPx)) % 2 != 0 || widthPx < 1;
-    return odd ? std::floor(device) + 0.5 : std::round(device);
+CanvasSize PictureOf(const CairoContext& context) {
+    return {static_cast<double>(context.width), static_cast<double>(context.height)};
 }
 
 double DeviceScale(cairo_t* cr) {
@@ -134,34 +69,17 @@ double DeviceScale(cairo_t* cr) {
     return std::sqrt(std::abs(matrix.xx * matrix.yy - matrix.xy * matrix.yx));
 }
 
-void SnapLevelAndUpright(cairo_t* cr, double widthPx, Segment& segment) {
-    const double deviceWidth = widthPx * DeviceScale(cr);
-    if (segment.from.x == segment.to.x) {
-        segment.from.x = segment.to.x = SnapStroke(segment.from.x, deviceWidth);
-    } else if (segment.from.y == segment.to.y) {
-        segment.from.y = segment.to.y = SnapStroke(segment.from.y, deviceWidth);
-    }
-}
-
-// A filled arrow head at the end of a line; the line itself is shortened to its base.
 void DrawArrowHead(cairo_t* cr, const CanvasPen& pen, Segment& segment) {
-    const double dx = segment.to.x - segment.from.x;
-    const double dy = segment.to.y - segment.from.y;
-    const double length = std::hypot(dx, dy);
-    if (length <= 0) {
+    std::array<CanvasPoint, 3> head;
+    if (!CutArrowHead(pen.widthPx, segment, head)) {
         return;
     }
-    const double headPx = std::min(4.0 + 3.0 * pen.widthPx, length);
-    const double halfPx = headPx * 0.45;
-    const CanvasPoint base{segment.to.x - dx / length * headPx,
-                           segment.to.y - dy / length * headPx};
     cairo_new_path(cr);
-    cairo_move_to(cr, segment.to.x, segment.to.y);
-    cairo_line_to(cr, base.x - dy / length * halfPx, base.y + dx / length * halfPx);
-    cairo_line_to(cr, base.x + dy / length * halfPx, base.y - dx / length * halfPx);
+    for (const CanvasPoint& corner : head) {
+        cairo_line_to(cr, corner.x, corner.y);
+    }
     cairo_close_path(cr);
     cairo_fill(cr);
-    segment.to = base;
 }
 
 // Adds the arc of the ellipse in a box to the path; false when there is no such ellipse.
@@ -282,7 +200,7 @@ void Canvas::DrawRectangle(const CanvasPen& pen, double x, double y, double widt
         cairo_t* cr = context.cr;
         Segment diagonal{ToDevice(cr, {x, y}), ToDevice(cr, {x + width, y + height})};
         if (!Finite(diagonal.from.x, diagonal.from.y, diagonal.to.x, diagonal.to.y) ||
-            !CutToSurroundings(context, diagonal) || !SetPen(cr, pen)) {
+            !CutToSurroundings(PictureOf(context), diagonal) || !SetPen(cr, pen)) {
             return false;
         }
         cairo_matrix_t matrix;
@@ -311,10 +229,10 @@ void Canvas::DrawLine(const CanvasPen& pen, double x1, double y1, double x2, dou
             !SetPen(cr, pen)) {
             return false;
         }
-        if (!CutToSurroundings(context, segment)) {
+        if (!CutToSurroundings(PictureOf(context), segment)) {
             return true;
         }
-        SnapLevelAndUpright(cr, pen.widthPx, segment);
+        SnapLevelAndUpright(pen.widthPx * DeviceScale(cr), segment);
         segment = {ToUser(cr, segment.from), ToUser(cr, segment.to)};
         if (pen.arrowAtEnd) {
             DrawArrowHead(cr, pen, segment);
@@ -336,7 +254,7 @@ void Canvas::DrawPolyline(const CanvasPen& pen, std::span<const CanvasPoint> poi
             if (!Finite(device.x, device.y)) {
                 return false;
             }
-            allNear = allNear && Near(context, device);
+            allNear = allNear && NearPicture(PictureOf(context), device);
         }
         if (points.size() < 2 || !SetPen(cr, pen)) {
             return false;
@@ -357,7 +275,7 @@ void Canvas::DrawPolyline(const CanvasPen& pen, std::span<const CanvasPoint> poi
                 continue;
             }
             Segment segment{ToDevice(cr, points[i]), ToDevice(cr, end)};
-            if (CutToSurroundings(context, segment)) {
+            if (CutToSurroundings(PictureOf(context), segment)) {
                 segment = {ToUser(cr, segment.from), ToUser(cr, segment.to)};
                 cairo_move_to(cr, segment.from.x, segment.from.y);
                 cairo_line_to(cr, segment.to.x, segment.to.y);
@@ -378,7 +296,7 @@ void Canvas::DrawSegments(const CanvasPen& pen, std::span<const CanvasPoint> poi
         for (std::size_t i = 0; i + 1 < points.size(); i += 2) {
             Segment segment{ToDevice(cr, points[i]), ToDevice(cr, points[i + 1])};
             if (Finite(segment.from.x, segment.from.y, segment.to.x, segment.to.y) &&
-                CutToSurroundings(context, segment)) {
+                CutToSurroundings(PictureOf(context), segment)) {
                 segment = {ToUser(cr, segment.from), ToUser(cr, segment.to)};
                 cairo_move_to(cr, segment.from.x, segment.from.y);
                 cairo_line_to(cr, segment.to.x, segment.to.y);
@@ -553,9 +471,9 @@ namespace {
 
 // Lays the glyphs of a text along its baseline; returns their count, blanks included.
 int LayGlyphs(cairo::FontFace& face, std::string_view text, double sizePx,
-              std::array<cairo_glyph_t, kTextLimit>& glyphs, double x, double baselineY) {
+              std::array<cairo_glyph_t, kCanvasTextLimit>& glyphs, double x, double baselineY) {
     int count = 0;
-    for (const char each : text.substr(0, kTextLimit)) {
+    for (const char each : text.substr(0, kCanvasTextLimit)) {
         const cairo::Glyph& glyph = cairo::GlyphOf(face, static_cast<unsigned char>(each));
         glyphs[static_cast<std::size_t>(count++)] = {glyph.index, x, baselineY};
         x += glyph.advance * sizePx;
@@ -587,7 +505,7 @@ void Canvas::DrawText(std::string_view text, const CanvasFont& font, std::uint32
         if (text.empty() || !CanShow(cr, x, y, MeasureText(text, font))) {
             return true;
         }
-        std::array<cairo_glyph_t, kTextLimit> glyphs;
+        std::array<cairo_glyph_t, kCanvasTextLimit> glyphs;
         const int count =
             LayGlyphs(*face, text, font.sizePx, glyphs, x, y + face->ascent * font.sizePx);
         SetSource(cr, argb);
@@ -595,8 +513,8 @@ void Canvas::DrawText(std::string_view text, const CanvasFont& font, std::uint32
         cairo_set_font_size(cr, font.sizePx);
         cairo_show_glyphs(cr, glyphs.data(), count);
 
-        std::array<char, 2 * kTextLimit + 1> utf8;
-        cairo::Latin1ToUtf8(text.substr(0, kTextLimit), utf8.data(), utf8.size());
+        std::array<char, 2 * kCanvasTextLimit + 1> utf8;
+        Latin1ToUtf8(text.substr(0, kCanvasTextLimit), utf8.data(), utf8.size());
         const CanvasPoint corner = ToDevice(cr, {x, y});
         ReportTextDrawn(deviceContext_, utf8.data(), corner.x, corner.y,
                         font.sizePx * DeviceScale(cr), argb);

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "platform/canvas_geometry.h"
+
 namespace avq1::cairo {
 namespace {
 
@@ -99,27 +101,6 @@ const Glyph& GlyphOf(FontFace& face, unsigned char character) {
         cairo_glyph_free(glyphs);
     }
     return glyph;
-}
-
-std::size_t Latin1ToUtf8(std::string_view text, char* buffer, std::size_t bufferSize) {
-    std::size_t used = 0;
-    for (const char each : text) {
-        const auto code = static_cast<unsigned char>(each);
-        if (used + (code < 0x80 ? 1 : 2) >= bufferSize) {
-            break;
-        }
-        const bool control = code < 0x20 || (code >= 0x7F && code < 0xA0);
-        if (control) {
-            buffer[used++] = ' ';
-        } else if (code < 0x80) {
-            buffer[used++] = each;
-        } else {
-            buffer[used++] = static_cast<char>(0xC0 | (code >> 6));
-            buffer[used++] = static_cast<char>(0x80 | (code & 0x3F));
-        }
-    }
-    buffer[used] = '\0';
-    return used;
 }
 
 void DropFontFaces() {

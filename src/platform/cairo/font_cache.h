@@ -35,10 +35,6 @@ FontFace* FindFontFace(const CanvasFont& font);
 
 const Glyph& GlyphOf(FontFace& face, unsigned char character);
 
-// Writes the Latin-1 text as UTF-8 with a closing zero; what does not fit is left out. Control
-// characters become blanks. Returns the number of bytes written before the zero.
-std::size_t Latin1ToUtf8(std::string_view text, char* buffer, std::size_t bufferSize);
-
 void DropFontFaces();
 
 }  // namespace avq1::cairo
