@@ -199,7 +199,7 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
         [] { activePlan.entries[2] = Named("DISCO"); },
         [] { activePlan.entries[2] = Named("FFF"); },
         [] { planBook.activeIndex = 3; },
-        [] { activePlan.entries[1].latitude = 2; },
+        [] { activePlan.entries[4].latitude = 1; },
         [] { planBook.activeIndex = 1; },
         [] { activePlan.lastIndex = 3; },
         [] { activePlan.entries[3] = Named("DISCO"); },
