@@ -15,6 +15,7 @@ struct AirwayFile {
     std::string_view text;
     std::vector<AirwayRun> index;
     bool exists = false;
+    bool indexed = false;
 };
 
 AirwayFile airwayFile;
@@ -102,13 +103,17 @@ AirwayLookup ReadAirway(std::string_view text, const std::vector<AirwayRun>& ind
 }
 
 bool FindAirway(std::string_view name, std::string_view entryFix) {
+    if (!airwayFile.indexed) {
+        airwayFile.index = IndexAirways(airwayFile.text);
+        airwayFile.indexed = true;
+    }
     airwayLookup =
         ReadAirway(airwayFile.text, airwayFile.index, name, entryFix, navDatabase.searchResults);
     return airwayFile.exists;
 }
 
 void SetAirwayText(std::string_view text, bool fileExists) {
-    airwayFile = {text, IndexAirways(text), fileExists};
+    airwayFile = {text, {}, fileExists, false};
     airwayLookup = {};
 }
 

@@ -45,7 +45,8 @@ AirwayLookup ReadAirway(std::string_view text, const std::vector<AirwayRun>& ind
 // the search results are then empty.
 bool FindAirway(std::string_view name, std::string_view entryFix);
 
-// Indexes the text that the database has just loaded and keeps.
+// Takes over the text that the database has just loaded and keeps. It is indexed at the first
+// look-up, so that loading does not wait for it.
 void SetAirwayText(std::string_view text, bool fileExists);
 
 }  // namespace avq1
