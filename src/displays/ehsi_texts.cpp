@@ -110,7 +110,7 @@ void DrawNextWaypoint(EhsiPicture& picture) {
         return;
     }
     picture.surface.TextRight(ActiveWaypoint().ident, kMain, colour::Magenta, kRight, 1);
-    const FixedText distance = Value("--.-", true, guidance.distanceToGoNm, 1, 4);
+    const FixedText distance = Value("--.-", true, std::max(guidance.distanceToGoNm, 0.0), 1, 4);
     const std::string_view digits = distance;
     picture.surface.TextRight(FixedText("%.*s NM", static_cast<int>(digits.size()), digits.data()),
                               kData, colour::White, kRight, 16);
