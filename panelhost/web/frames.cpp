@@ -67,7 +67,8 @@ void RefreshTexts(Server& server, WindowFeed& feed) {
 }
 
 void RefreshAreas(Server& server, WindowFeed& feed) {
-    std::string areas = AreasMessage(feed.info.index, server.session->ClickAreas(feed.info.index));
+    std::string areas = AreasMessage(feed.info.index, server.session->ClickAreas(feed.info.index),
+                                     server.session->Gauges(feed.info.index));
     if (!feed.areas || *feed.areas != areas) {
         feed.areas = Shared(std::move(areas));
         ++feed.areasStamp;

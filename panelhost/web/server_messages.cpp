@@ -146,7 +146,8 @@ std::string TextsMessage(int window, const std::vector<DrawnText>& texts) {
     return Write({{"t", "texts"}, {"w", window}, {"texts", std::move(list)}});
 }
 
-std::string AreasMessage(int window, const std::vector<ClickArea>& areas) {
+std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
+                         const std::vector<GaugeBox>& gauges) {
     Json list = Json::array();
     for (const ClickArea& area : areas) {
         list.push_back({{"x", Tenths(area.x)},
@@ -160,7 +161,17 @@ std::string AreasMessage(int window, const std::vector<ClickArea>& areas) {
                         {"gauge", area.gauge},
                         {"placement", area.placement}});
     }
-    return Write({{"t", "areas"}, {"w", window}, {"areas", std::move(list)}});
+    Json boxes = Json::array();
+    for (const GaugeBox& box : gauges) {
+        boxes.push_back({{"x", Tenths(box.x)},
+                         {"y", Tenths(box.y)},
+                         {"width", Tenths(box.width)},
+                         {"height", Tenths(box.height)},
+                         {"gauge", box.gauge},
+                         {"placement", box.placement}});
+    }
+    return Write(
+        {{"t", "areas"}, {"w", window}, {"areas", std::move(list)}, {"gauges", std::move(boxes)}});
 }
 
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed) {

@@ -15,7 +15,8 @@ std::string HelloMessage(const Session& session);
 std::string StatusMessage(const SessionStatus& status);
 std::string WindowMessage(const WindowInfo& window);
 std::string TextsMessage(int window, const std::vector<DrawnText>& texts);
-std::string AreasMessage(int window, const std::vector<ClickArea>& areas);
+std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
+                         const std::vector<GaugeBox>& gauges);
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed);
 std::string ProblemMessage(std::string_view problem);
 

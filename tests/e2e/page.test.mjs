@@ -81,6 +81,20 @@ test('a key works from the keyboard alone and has a name', async () => {
   await close();
 });
 
+test('arrow keys turn a knob both ways', async () => {
+  const { page, close } = await openPage();
+  const bug = () => page.locator('[data-lamp="HDG"] b').innerText().then(parseFloat);
+  await page.focus(`${kMain} .key[data-gauge="EFS50_EHSI_CNTR"][data-label="HDG"]`);
+  const first = await until(bug, (value) => value > 0, 'a heading bug');
+  const turned = (to, from) => (to - from + 540) % 360 - 180;
+  await page.keyboard.press('ArrowRight');
+  const right = await until(bug, (value) => turned(value, first) > 0, 'turned right');
+  await page.keyboard.press('ArrowLeft');
+  await page.keyboard.press('ArrowLeft');
+  await until(bug, (value) => turned(value, right) < -1, 'turned left');
+  await close();
+});
+
 test('pop-ups open from the list and from the panel and close', async () => {
   const { page, close } = await openPage();
   const entry = page.locator('#windowList button', { hasText: 'Compact Unit' });
@@ -102,6 +116,8 @@ test('a phone gets one column without sideways scrolling, and taps work', async 
     isMobile: true });
   assert.ok(await page.evaluate(() =>
     document.documentElement.scrollWidth <= document.documentElement.clientWidth));
+  const box = await page.locator(unitKey('FPLN')).boundingBox();
+  assert.ok(box.width >= 40 && box.height >= 18, `a key of ${box.width} by ${box.height} pixels`);
   await page.locator(unitKey('FPLN')).scrollIntoViewIfNeeded();
   await clickUntilChanged(page, () => page.tap(unitKey('FPLN')));
   await clickUntilChanged(page, () => page.tap(unitKey('TO')));

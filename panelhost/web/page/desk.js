@@ -3,6 +3,10 @@
 const kPhoneWidth = 760;
 const kHoldPointerMs = 30;
 const kBarHeight = 28;
+const kCrowded = 1.7; // panel pixels for each pixel of a small screen: too small to hit keys
+const kOwnViewWidth = 200;
+const kMargin = 8;
+const kLargestScale = 1.4;
 
 export function makeDesk(root, list, send) {
   const windows = new Map(); // by index
@@ -46,9 +50,9 @@ export function makeDesk(root, list, send) {
     const scale = Math.min(1.5, wide / (right - left));
     visible.forEach((own, order) => {
       const { info, frame } = own;
+      setViews(own, column && info.width / wide > kCrowded ? parts(own) : [whole(info)]);
       if (column) {
-        const width = Math.min(wide, info.width * 1.4);
-        place(own, 0, 0, width, width * info.height / info.width);
+        place(own, 0, 0, wide, 0);
       } else {
         place(own, (info.x - left) * scale + (wide - (right - left) * scale) / 2,
           (info.y - top) * scale, info.shownWidth * scale, info.shownHeight * scale);
@@ -59,12 +63,62 @@ export function makeDesk(root, list, send) {
     root.style.height = column ? '' : `${(bottom - top) * scale + barHeight}px`;
   }
 
+  // Without a height each view keeps its shape.
   function place(own, x, y, width, height) {
     own.frame.style.left = `${x + own.dragX}px`;
     own.frame.style.top = `${y + own.dragY}px`;
     own.frame.style.width = `${width}px`;
-    own.screen.style.height = `${height}px`;
-    own.frame.style.setProperty('--unit', `${width / own.info.width}px`);
+    for (const { box, root: screen } of own.views) {
+      const shown = height ? width : Math.min(width, box.width * kLargestScale);
+      screen.style.width = `${shown}px`;
+      screen.style.height = `${height || shown * box.height / box.width}px`;
+    }
+  }
+
+  // On a small screen a wide panel is shown gauge by gauge, small gauges in rows of their own.
+  function parts(own) {
+    const big = own.gauges.filter(({ width }) => width >= kOwnViewWidth);
+    const small = own.gauges.filter(({ width, height }) => width < kOwnViewWidth && height > 4);
+    if (big.length === 0) return [whole(own.info)];
+    const boxes = big.map(({ x, y, width, height }) => ({ x, y, width, height }));
+    if (small.length > 0) {
+      const x = Math.max(0, Math.min(...small.map((gauge) => gauge.x)) - kMargin);
+      const y = Math.max(0, Math.min(...small.map((gauge) => gauge.y)) - kMargin);
+      boxes.push({ x, y,
+        width: Math.min(own.info.width, Math.max(...small.map((g) => g.x + g.width)) + kMargin) - x,
+        height: Math.min(own.info.height, Math.max(...small.map((g) => g.y + g.height)) + kMargin) - y });
+    }
+    return boxes;
+  }
+
+  function setViews(own, boxes) {
+    const key = JSON.stringify(boxes);
+    if (own.viewKey === key) return;
+    own.viewKey = key;
+    own.frame.classList.toggle('parted', boxes.length > 1);
+    own.views = boxes.map((box) => {
+      const screen = element('div', 'screen');
+      const canvas = document.createElement('canvas');
+      canvas.setAttribute('aria-hidden', 'true');
+      canvas.width = Math.max(1, Math.round(box.width));
+      canvas.height = Math.max(1, Math.round(box.height));
+      const keys = element('div', 'keys');
+      screen.append(canvas, keys);
+      const view = { box, root: screen, canvas, keys,
+        context: canvas.getContext('2d', { alpha: false }) };
+      bindPointer(own, view);
+      return view;
+    });
+    own.body.replaceChildren(own.texts, ...own.views.map((view) => view.root));
+    showView(own, own.views);
+    showKeys(own);
+  }
+
+  function showView(own, views) {
+    for (const { box, context, canvas } of views) {
+      context.drawImage(own.picture, box.x, box.y, box.width, box.height, 0, 0, canvas.width,
+        canvas.height);
+    }
   }
 
   function update(info) {
@@ -81,9 +135,9 @@ export function makeDesk(root, list, send) {
     own.frame.setAttribute('aria-label', own.title.textContent);
     own.toggle.textContent = own.title.textContent;
     own.toggle.setAttribute('aria-pressed', String(info.visible));
-    if (own.canvas.width !== info.width || own.canvas.height !== info.height) {
-      own.canvas.width = info.width;
-      own.canvas.height = info.height;
+    if (own.picture.width !== info.width || own.picture.height !== info.height) {
+      own.picture.width = info.width;
+      own.picture.height = info.height;
     }
     own.frame.hidden = !info.visible;
     if (info.visible && !own.frame.isConnected) attach(own);
@@ -110,21 +164,18 @@ export function makeDesk(root, list, send) {
     const title = element('h2', '');
     const close = element('button', 'close', '×');
     close.type = 'button';
-    const screen = element('div', 'screen');
-    const canvas = document.createElement('canvas');
-    canvas.setAttribute('aria-hidden', 'true');
+    const body = element('div', 'body');
+    const picture = document.createElement('canvas'); // the views copy from it
     const texts = element('div', 'hidden texts');
-    const keys = element('div', 'keys');
-    screen.append(canvas, texts, keys);
     bar.append(title, close);
-    frame.append(bar, screen);
+    frame.append(bar, body);
     const entry = document.createElement('li');
     const toggle = document.createElement('button');
     toggle.type = 'button';
     entry.append(toggle);
-    const own = { info: { ...info, visible: false }, frame, title, screen, canvas, texts, keys,
+    const own = { info: { ...info, visible: false }, frame, title, body, picture, texts,
       entry, toggle, onScreen: false, wanted: false, raised: 0, dragX: 0, dragY: 0,
-      regions: new Map(), areas: '' };
+      regions: new Map(), views: [], viewKey: '', areas: [], gauges: [], areasText: '' };
     const flip = () => {
       own.wanted = !own.info.visible;
       send({ t: 'toggle', ident: own.info.ident });
@@ -138,7 +189,6 @@ export function makeDesk(root, list, send) {
     }
     frame.addEventListener('pointerdown', () => raise(own), true);
     dragBy(bar, own);
-    bindPointer(own);
     return own;
   }
 
@@ -169,22 +219,22 @@ export function makeDesk(root, list, send) {
   }
 
   // Every press goes to the host as a point; the host finds the key below it.
-  function bindPointer(own) {
-    const { screen } = own;
+  function bindPointer(own, view) {
+    const { root: screen, box: part } = view;
     let held = null;
     const point = (event) => {
-      const box = own.canvas.getBoundingClientRect();
-      const limit = (value, most) => Math.max(0, Math.min(most - 0.01, value));
+      const shown = view.canvas.getBoundingClientRect();
+      const along = (at, first, length) => Math.max(0, Math.min(0.9999, (at - first) / length));
       return {
-        x: limit((event.clientX - box.left) / box.width * own.info.width, own.info.width),
-        y: limit((event.clientY - box.top) / box.height * own.info.height, own.info.height),
+        x: part.x + along(event.clientX, shown.left, shown.width) * part.width,
+        y: part.y + along(event.clientY, shown.top, shown.height) * part.height,
       };
     };
     const release = (event) => {
       if (held !== event.pointerId) return;
       held = null;
       setTimeout(() => send({ t: 'up' }), kHoldPointerMs);
-      for (const key of own.keys.querySelectorAll('.held')) key.classList.remove('held');
+      for (const key of view.keys.querySelectorAll('.held')) key.classList.remove('held');
     };
     screen.addEventListener('pointerdown', (event) => {
       const key = event.target.closest('.key');
@@ -254,34 +304,52 @@ export function makeDesk(root, list, send) {
 
   function showAreas(message) {
     const own = windows.get(message.w);
-    const asText = JSON.stringify(message.areas);
-    if (!own || own.areas === asText) return;
-    own.areas = asText;
-    const focused = own.keys.contains(document.activeElement)
-      ? [...own.keys.children].indexOf(document.activeElement) : -1;
+    const asText = JSON.stringify([message.areas, message.gauges]);
+    if (!own || own.areasText === asText) return;
+    own.areasText = asText;
+    own.areas = message.areas;
+    own.gauges = message.gauges;
+    const { viewKey } = own;
+    layout();
+    if (own.viewKey === viewKey) showKeys(own);
+  }
+
+  function showKeys(own) {
+    const all = () => own.views.flatMap((view) => [...view.keys.children]);
+    const focused = all().indexOf(document.activeElement);
     const counts = new Map();
-    own.keys.replaceChildren(...message.areas.map((area) => {
+    const lists = own.views.map(() => []);
+    for (const area of own.areas) {
       const count = (counts.get(area.gauge) || 0) + 1;
       counts.set(area.gauge, count);
-      const key = element('button', 'key');
-      key.type = 'button';
-      key.setAttribute('aria-label', area.label
-        ? `${area.label}, ${area.gauge}` : `${area.gauge} key ${count}`);
-      key.title = area.label || '';
-      key.dataset.gauge = area.gauge;
-      if (area.label) key.dataset.label = area.label;
-      if (area.wheel) key.dataset.wheel = '1';
-      if (isKnob(area)) key.setAttribute('aria-roledescription', 'knob, arrow keys turn it left and right');
-      key.style.left = percent(area.x, own.info.width);
-      key.style.top = percent(area.y, own.info.height);
-      key.style.width = percent(area.width, own.info.width);
-      key.style.height = percent(area.height, own.info.height);
-      // Small keys inside large ones stay on top.
-      key.style.zIndex = String(Math.max(1, 100000 - Math.round(area.width * area.height / 10)));
-      bindKeyboard(own, key, area);
-      return key;
-    }));
-    if (focused >= 0 && own.keys.children[focused]) own.keys.children[focused].focus();
+      const index = own.views.findIndex(({ box }) => contains(box, area));
+      if (index >= 0) lists[index].push(makeKey(own, own.views[index].box, area, count));
+    }
+    own.views.forEach((view, i) => view.keys.replaceChildren(...lists[i]));
+    if (focused >= 0) all()[focused]?.focus({ preventScroll: true });
+  }
+
+  function makeKey(own, box, area, count) {
+    const key = element('button', 'key');
+    key.type = 'button';
+    key.setAttribute('aria-label', area.label
+      ? `${area.label}, ${area.gauge}` : `${area.gauge} key ${count}`);
+    key.title = area.label || '';
+    key.dataset.gauge = area.gauge;
+    if (area.label) key.dataset.label = area.label;
+    if (area.wheel) key.dataset.wheel = '1';
+    if (isKnob(area)) {
+      key.dataset.knob = '1';
+      key.setAttribute('aria-roledescription', 'knob, arrow keys turn it left and right');
+    }
+    key.style.left = percent(area.x - box.x, box.width);
+    key.style.top = percent(area.y - box.y, box.height);
+    key.style.width = percent(area.width, box.width);
+    key.style.height = percent(area.height, box.height);
+    // Small keys inside large ones stay on top.
+    key.style.zIndex = String(Math.max(1, 100000 - Math.round(area.width * area.height / 10)));
+    bindKeyboard(own, key, area);
+    return key;
   }
 
   function showTexts(message) {
@@ -332,23 +400,25 @@ export function makeDesk(root, list, send) {
     const count = view.getUint8(1);
     const own = windows.get(view.getUint16(2, true));
     let at = 4 + count * 12;
-    const parts = [];
+    const received = [];
     for (let i = 0; i < count; ++i) {
       const head = 4 + i * 12;
       const bytes = view.getUint32(head + 8, true);
-      parts.push({ x: view.getUint16(head, true), y: view.getUint16(head + 2, true),
+      received.push({ x: view.getUint16(head, true), y: view.getUint16(head + 2, true),
+        width: view.getUint16(head + 4, true), height: view.getUint16(head + 6, true),
         data: new Uint8Array(buffer, at, bytes) });
       at += bytes;
     }
     if (!own) return;
     try {
-      const images = await Promise.all(parts.map(({ data }) =>
+      const images = await Promise.all(received.map(({ data }) =>
         createImageBitmap(new Blob([data], { type: 'image/png' }))));
-      const context = own.canvas.getContext('2d', { alpha: false });
+      const context = own.picture.getContext('2d', { alpha: false });
       images.forEach((image, i) => {
-        context.drawImage(image, parts[i].x, parts[i].y);
+        context.drawImage(image, received[i].x, received[i].y);
         image.close();
       });
+      showView(own, own.views.filter(({ box }) => received.some((part) => touches(box, part))));
       own.frame.dataset.pictures = String(Number(own.frame.dataset.pictures || 0) + 1);
     } finally {
       send({ t: 'painted', w: own.info.w });
@@ -374,6 +444,21 @@ export function makeDesk(root, list, send) {
     },
     update, showAreas, showTexts, showPicture,
   };
+}
+
+function whole({ width, height }) {
+  return { x: 0, y: 0, width, height };
+}
+
+function contains(box, area) {
+  const x = area.x + area.width / 2 - box.x;
+  const y = area.y + area.height / 2 - box.y;
+  return x >= 0 && y >= 0 && x < box.width && y < box.height;
+}
+
+function touches(a, b) {
+  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
+    b.y < a.y + a.height;
 }
 
 // A knob turns one way on its left half and the other way on its right: a round area that repeats
