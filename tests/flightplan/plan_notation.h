@@ -1,7 +1,7 @@
 // tests/flightplan/plan_notation.h - plans as short texts: "KJFK AAA(J1) >BBB@ DISCO KBOS".
 //
 // ">" marks the tracked entry (the active waypoint in the active plan), "@" an entry with a hold,
-// brackets the airway of the leg to it.
+// brackets the airway of the leg to it, "/" the procedure the entry belongs to: "CCC/SID(SID1)".
 #pragma once
 
 #include <algorithm>
@@ -35,6 +35,10 @@ inline void SetPlan(FlightPlan& plan, std::string_view notation) {
             entry.via = word.substr(bracket + 1, word.size() - bracket - 2);
             word = word.substr(0, bracket);
         }
+        if (const auto slash = word.find('/'); slash != std::string_view::npos) {
+            entry.procedure = word.substr(slash + 1);
+            word = word.substr(0, slash);
+        }
         if (word.back() == '@') {
             HoldPattern& hold = holdList.holds[++holdList.count];
             (IsActive(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
@@ -43,7 +47,7 @@ inline void SetPlan(FlightPlan& plan, std::string_view notation) {
         }
         entry.ident = word;
         if (!IsDiscontinuity(entry)) {
-            entry.type = word.size() == 4 ? "APT" : "INT";
+            entry.type = word.size() == 4 ? "APT" : entry.procedure.empty() ? "INT" : "";
             entry.latitude = 40 + 0.5 * index;
             entry.longitude = -70;
         }
@@ -58,7 +62,7 @@ inline bool HasHoldAt(const FlightPlan& plan, std::int32_t index) {
                        });
 }
 
-inline std::string Show(const FlightPlan& plan) {
+inline std::string Show(const FlightPlan& plan, bool withProcedures = false) {
     const std::int32_t tracked = IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex;
     std::string text;
     for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
@@ -67,6 +71,7 @@ inline std::string Show(const FlightPlan& plan) {
         text += i == tracked ? ">" : "";
         text += entry.ident;
         text += HasHoldAt(plan, i) ? "@" : "";
+        text += withProcedures && !entry.procedure.empty() ? "/" + entry.procedure : "";
         text += entry.via.empty() ? "" : "(" + entry.via + ")";
     }
     return text;

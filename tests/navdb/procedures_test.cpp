@@ -1,0 +1,239 @@
+#include "navdb/procedures.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "base/module_state.h"
+#include "base/text.h"
+#include "navdb/airport_detail.h"
+#include "navdb/section_index.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::TempSimFolder;
+
+// "NAME: FIX(qualifier)* FIX ...": what the junction rules made of a procedure's legs.
+std::string Show(const Procedure& procedure) {
+    std::string text = procedure.name + ":";
+    for (const ProcedureLeg& leg : procedure.legs) {
+        text += " " + leg.fix;
+        text += leg.qualifier.empty() ? "" : "(" + leg.qualifier + ")";
+        text += leg.mark;
+    }
+    return text;
+}
+
+std::string Show(const std::vector<Procedure>& table) {
+    std::string text;
+    for (const Procedure& procedure : table) {
+        text += (text.empty() ? "" : "; ") + Show(procedure);
+    }
+    return text;
+}
+
+TEST(Procedures, ADepartureMarksWhereItsTransitionsLeave) {
+    struct Case {
+        const char* what;
+        const char* lines;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"no transition: the last leg", "A1 AAA\nA1 BBB\n*\n", "A1: AAA BBB(BBB)*"},
+        {"end of the file ends the block", "A1 AAA\nA1 BBB\n", "A1: AAA BBB(BBB)*"},
+        {"another section ends the block", "A1 AAA\n[KXXX]\nA1 BBB\n", "A1: AAA(AAA)*"},
+        {"transitions", "A1 AAA\nA1 BBB\nA1.CCC CCC\nA1.DDD DDD\n*\n",
+         "A1: AAA BBB(BBB)* CCC(CCC) DDD(DDD)"},
+        {"runway transitions first", "A1.RW1 AAA\nA1 BBB\nA1 CCC\n*\n", "A1: AAA(RW1) BBB CCC"},
+        {"two blocks", "A1 AAA\n;\nB2 BBB\n*\n", "A1: AAA(AAA)*; B2: BBB(BBB)*"},
+        {"interleaved", "A1 AAA\nB2 BBB\nA1 CCC\n*\n", "A1: AAA CCC(CCC)*; B2: BBB"},
+        {"a leg before any header", "BXK1.RW07L AAA\n", "BXK1: AAA(RW07L)"},
+        {"blank lines", "A1 AAA\n\n   \nA1 BBB\n", "A1: AAA BBB(BBB)*"},
+        {"a name twice keeps its legs apart", "T A1 x 1\nA1 AAA\n*\nT A1 x 2\nA1 BBB\n*\n",
+         "A1: AAA(AAA)*; A1: BBB(BBB)*"},
+    };
+    for (const Case& c : cases) {
+        std::vector<Procedure> table;
+        ReadSids(std::string("[KAAA]\nX1 XXX\n[KBOS]\n") + c.lines, "KBOS", table);
+        EXPECT_EQ(Show(table), c.expected) << c.what;
+    }
+}
+
+TEST(Procedures, EveryCommonLegOfAnArrivalIsMarked) {
+    std::vector<Procedure> table;
+    ReadStars("[KBOS]\nT S1 head 04R,09\nS1.ENTRY AAA - 09 42.5 -71.25 FO\nS1 BBB\nS1 CCC\n",
+              "KBOS", table);
+    EXPECT_EQ(Show(table), "S1: AAA(ENTRY) BBB(BBB)* CCC(CCC)*");
+    EXPECT_EQ(table[0].headerText, "head");
+    EXPECT_EQ(table[0].runways, "04R,09");
+    const ProcedureLeg& leg = table[0].legs[0];
+    EXPECT_EQ(leg.text1, "-");
+    EXPECT_EQ(leg.text2, "09");
+    EXPECT_EQ(leg.latitude, 42.5);
+    EXPECT_EQ(leg.longitude, -71.25);
+    EXPECT_EQ(leg.flyover, 1);
+    EXPECT_EQ(table[0].legs[1].flyover, 0);
+}
+
+TEST(Procedures, ApproachRolesGiveTheTransitions) {
+    struct Case {
+        const char* field;
+        const char* role;
+        const char* qualifier;
+    };
+    const Case cases[] = {
+        {"IAF", "IAF", "FIXXX"}, {"FAF", "FAF", ""},       {"MAF", "MAF", ""},
+        {"---", "", ""},         {"--", "", ""},           {"-", "", ""},
+        {"PROVI", "", "PROVI"},  {"IAF*", "IAF*", "IAF*"}, {"MAP", "", "MAP"},
+    };
+    for (const Case& c : cases) {
+        AirportProcedures read;
+        ReadApproaches(
+            std::string("[KBOS]\n22L ILS FIXXX ") + c.field + " A3000 42.1 -71.2 65.9 0 FO\n",
+            "KBOS", read);
+        ASSERT_EQ(read.approaches.size(), 1U) << c.field;
+        const ProcedureLeg& leg = read.approaches[0].legs.at(0);
+        EXPECT_EQ(leg.role, c.role) << c.field;
+        EXPECT_EQ(leg.qualifier, c.qualifier) << c.field;
+        EXPECT_EQ(leg.text1, "A3000");
+        EXPECT_EQ(leg.text2, "22L");
+        EXPECT_EQ(leg.text3, "A");
+        EXPECT_EQ(leg.text4, "");
+        EXPECT_EQ(leg.flyover, 1);
+    }
+    AirportProcedures unnamed;
+    ReadApproaches("[KBOS]\n-- VORA AAA ---\n", "KBOS", unnamed);
+    EXPECT_EQ(unnamed.approaches.at(0).name, "");
+    EXPECT_EQ(unnamed.approaches[0].legs.at(0).text2, "");
+}
+
+TEST(Procedures, StopAtTheirCapacities) {
+    const auto lines = [](const char* format, int count) {
+        std::string text = "[KBOS]\n";
+        for (int i = 0; i < count; ++i) {
+            text += Format(format, i);
+        }
+        return text;
+    };
+    std::vector<Procedure> table;
+    ReadSids(lines("S%d AAA\n", 150), "KBOS", table);
+    EXPECT_EQ(table.size(), 140U);
+    EXPECT_EQ(table.back().name, "S139");
+    ReadSids(lines("S1 F%d\n", 205), "KBOS", table);
+    ASSERT_EQ(table.at(0).legs.size(), 200U);
+    EXPECT_EQ(table[0].legs.back().fix, "F199");
+    ReadStars(lines("T S%d - -\n", 100), "KBOS", table);
+    EXPECT_EQ(table.size(), 90U);
+    AirportProcedures approaches;
+    ReadApproaches(lines("%d ILS AAA ---\n", 60), "KBOS", approaches);
+    EXPECT_EQ(approaches.approaches.size(), 50U);
+    ReadApproaches(lines("01 G%d AAA ---\n", 20), "KBOS", approaches);
+    EXPECT_EQ(approaches.approachGroups.size(), 10U);
+    EXPECT_EQ(approaches.approaches.at(0).legs.size(), 20U);
+}
+
+// An airport with everything the lists need, in the files.
+void WriteAirport(const TempSimFolder& folder) {
+    folder.Write("avq/Navdata/avq_apts.txt",
+                 "KBOS Boston 20 42.36 -71.01 04R_10000_42.3_-71_35_0_0_35 "
+                 "22L_10000_42.4_-71_215_0_0_215 09_7000_42.3_-71_92_0_0_92\n");
+    folder.Write("avq/Navdata/avq_sids.txt",
+                 "[KAAA]\nT NO1 x -\n[KBOS]\nT SID1 x 04R,09\nSID1 AAA\n*\nT SID2 x\nSID2 BBB\n");
+    folder.Write("avq/Navdata/avq_stars.txt",
+                 "[KBOS]\nT STAR1 x 22L\nSTAR1.ZZZ ZZZ\nSTAR1.AAA AAA\n"
+                 "STAR1.ZZZ YYY\nSTAR1 MMM\n[KZZZ]\nSTAR9 AAA\n");
+    folder.Write("avq/Navdata/avq_apps.txt",
+                 "[KBOS]\n22L ILS PROVI IAF\n22L ILS MILTT FAF\n22L RNAV PROVI IAF\n"
+                 "22L RNAV WINNI WINNI\n04R ILS MILIS IAF\n22L ILS REPLY MAF\n-- VORA LWM IAF\n");
+}
+
+TEST(Procedures, AnAirportSlotGetsItsOwnKinds) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    WriteAirport(folder);
+    ASSERT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
+    const AirportProcedures& departure = airportSlots[kDepartureSlot].procedures;
+    EXPECT_EQ(departure.sids.size(), 2U);
+    EXPECT_TRUE(departure.stars.empty());
+    EXPECT_TRUE(departure.approaches.empty());
+    ASSERT_TRUE(LoadAirportDetail("KBOS", kArrivalSlot));
+    const AirportProcedures& arrival = airportSlots[kArrivalSlot].procedures;
+    EXPECT_TRUE(arrival.sids.empty());
+    EXPECT_EQ(arrival.stars.size(), 1U);
+    EXPECT_EQ(arrival.approaches.size(), 3U);
+    EXPECT_EQ(arrival.approachGroups, (std::vector<std::string>{"ILS", "RNAV", "VORA"}));
+    EXPECT_FALSE(LoadAirportDetail("KXXX", kArrivalSlot));
+    EXPECT_TRUE(arrival.stars.empty());
+}
+
+TEST(Procedures, ListsOfferWhatFits) {
+    using Texts = std::vector<std::string>;
+    ResetModuleState();
+    const TempSimFolder folder;
+    WriteAirport(folder);
+    LoadAirportDetail("KBOS", kDepartureSlot);
+    LoadAirportDetail("KBOS", kArrivalSlot);
+    EXPECT_EQ(ListSidRunways("SID1"), (Texts{"04R", "09"}));
+    EXPECT_EQ(ListSidRunways("SID2"), (Texts{"04R", "22L", "09"}));
+    EXPECT_EQ(ListSidRunways("SID3"), Texts{});
+    EXPECT_EQ(ListStarRunways("STAR1"), Texts{"22L"});
+    const AirportProcedures& arrival = airportSlots[kArrivalSlot].procedures;
+    EXPECT_EQ(ListTransitions(arrival.stars[0], false), (Texts{"AAA", "MMM", "ZZZ"}));
+    EXPECT_EQ(ListTransitions(arrival.stars[0], true), Texts{"MMM"});
+    EXPECT_EQ(ListApproaches("22L"),
+              (std::vector<ApproachChoice>{{"ILS", "22L"}, {"RNAV", "22L"}, {"ILS", "22L"}}));
+    EXPECT_EQ(ListApproaches(kNoChoice).size(), 5U);
+    EXPECT_EQ(ListApproachTransitions("RNAV", "22L"), (Texts{"PROVI", "WINNI"}));
+    EXPECT_EQ(ListApproachTransitions("ILS", "22L"), Texts{"PROVI"});
+    ListApproachTypes("22L", kNoChoice);
+    EXPECT_EQ(arrival.approachGroups, (Texts{"ILS", "RNAV", "VORA"}));  // a text without a runway
+    ListApproachTypes(kNoChoice, "MILIS");
+    EXPECT_EQ(arrival.approachGroups, Texts{"ILS"});
+}
+
+// The index must find in a file what reading it from its start finds, whatever the file.
+TEST(Procedures, TheIndexReadsWhatAPlainScanReads) {
+    std::mt19937 random(20);
+    const auto pick = [&](auto&... choices) {
+        const char* const all[] = {choices...};
+        return all[random() % std::size(all)];
+    };
+    for (int round = 0; round < 200; ++round) {
+        ResetModuleState();
+        const TempSimFolder folder;
+        std::string text;
+        const int lines = static_cast<int>(random() % 40);
+        for (int i = 0; i < lines; ++i) {
+            text +=
+                pick("[KA]\n", "[KB]\r\n", "[KC] x\n", "[KA\n", "[\n", "S1 AAA\n", "S1.T1 BBB\n",
+                     "T S2 h 04\n", "* x\n", "\n", " [KA]\n", "S2 C\n", "[KB]", "; c\n");
+        }
+        folder.Write("avq/Navdata/avq_sids.txt", text);
+        for (const char* ident : {"KA", "KB", "KC", "KD", ""}) {
+            std::vector<Procedure> plain;
+            ReadSids(text, ident, plain);
+            AirportProcedures indexed;
+            LoadSids(ident, indexed);
+            EXPECT_EQ(Show(indexed.sids), Show(plain)) << ident << " in\n" << text;
+        }
+    }
+}
+
+TEST(Procedures, AFileReplacedSinceItsIndexIsReadAnew) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    folder.Write("avq/Navdata/avq_sids.txt", "[KAAA]\nA1 AAA\n[KBOS]\nB1 BBB\n");
+    IndexProcedureFiles();
+    folder.Write("avq/Navdata/avq_sids.txt", "; longer now\n[KAAA]\nA1 AAA\n[KBOS]\nB2 CCC\n");
+    AirportProcedures read;
+    LoadSids("KBOS", read);
+    EXPECT_EQ(Show(read.sids), "B2: CCC(CCC)*");
+    std::filesystem::remove(folder.root() / "avq/Navdata/avq_sids.txt");
+    LoadSids("KBOS", read);
+    EXPECT_EQ(Show(read.sids), "");
+}
+
+}  // namespace
+}  // namespace avq1

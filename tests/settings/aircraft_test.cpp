@@ -1,0 +1,254 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "base/module_state.h"
+#include "settings/aircraft_performance.h"
+#include "settings/parking.h"
+#include "settings/performance_tables.h"
+#include "settings/settings.h"
+#include "support/temp_sim_folder.h"
+
+namespace avq1 {
+namespace {
+
+using test::TempSimFolder;
+
+AircraftPerformance Read(std::string_view text) {
+    ResetModuleState();
+    AircraftPerformance read;
+    ApplyAircraftText(text, read);
+    return read;
+}
+
+TEST(AircraftFile, NumbersFollowTheRulesOfTheirKeys) {
+    struct Case {
+        const char* text;
+        double (*value)(const AircraftPerformance&);
+        double expected;
+    };
+    const auto climb = [](const AircraftPerformance& p) -> double { return p.climbIas; };
+    const auto cruise = [](const AircraftPerformance& p) -> double { return p.cruiseIas; };
+    const auto descent = [](const AircraftPerformance& p) -> double { return p.descentIas; };
+    const auto hold = [](const AircraftPerformance& p) -> double { return p.holdIas; };
+    const auto climbRate = [](const AircraftPerformance& p) -> double { return p.climbRate; };
+    const auto descentRate = [](const AircraftPerformance& p) { return p.descentRate; };
+    const auto legMinutes = [](const AircraftPerformance& p) { return p.holdLegMinutes; };
+    const auto thrust = [](const AircraftPerformance& p) -> double { return p.engineThrust; };
+    const auto speedDistance = [](const AircraftPerformance& p) -> double {
+        return p.vnavSpeedDistanceNm;
+    };
+    const auto costIndex = [](const AircraftPerformance& p) -> double { return p.costIndex; };
+    const auto angle = [](const AircraftPerformance& p) { return p.flightPathAngleDeg; };
+    const Case cases[] = {
+        {"", climb, 0},
+        {"", cruise, 250},
+        {"", descent, 220},
+        {"", hold, 0},
+        {"", legMinutes, 1.0},
+        {"", costIndex, -1},
+        {"ClimbTas=100", climb, 119},    // 100 x 1.195, cut
+        {"CruiseTas=100", cruise, 122},  // 100 x 1.225, cut
+        {"DescentTas=200", descent, 239},
+        {"DescentTas=200", hold, 0},
+        {"ClimbIas=279.9", climb, 279},
+        {"climbias=280", climb, 280},
+        {"ClimbIas =280", climb, 0},
+        {";ClimbIas=280", climb, 0},
+        {"ClimbIas=fast", climb, 0},
+        {"ClimbIas=280\nClimbIas=290\n", climb, 290},
+        {"ClimbRate=1999.9", climbRate, 1999},
+        {"DescentRate=1750.5", descentRate, 1750.5},
+        {"DescentIas=210", descent, 210},
+        {"DescentIas=210", hold, 210},
+        {"DescentIas=210\nBestHoldIas=190.9\n", hold, 190},
+        {"BestHoldIas=190\nDescentIas=210\n", hold, 210},
+        {"HoldLegMins=1.5", legMinutes, 1.5},
+        {"HoldLegMins=0", legMinutes, 1.0},
+        {"HoldLegMins=none", legMinutes, 1.0},
+        {"EngThrust=26", thrust, 26},
+        {"EngThrust=1000", thrust, 1000},
+        {"EngThrust=27300", thrust, 27},
+        {"VnavSetSpdRestDist=40", speedDistance, 40},
+        {"VnavSetSpdRestDist=0", speedDistance, 25},
+        {"VnavSetSpdRestDist=-5", speedDistance, 25},
+        {"FPA=3.1", angle, 3.1},
+    };
+    for (const Case& c : cases) {
+        EXPECT_DOUBLE_EQ(c.value(Read(c.text)), c.expected) << c.text;
+    }
+}
+
+TEST(AircraftFile, TextsKeepTheirBlanks) {
+    const AircraftPerformance read = Read(
+        "ModelId=TWIN JET 150\r\nTOFLAPSRANGE=0,7,14\r\nAPPRFLAPSMID=FULL DOWN\r\n"
+        "PerformanceData=twin jet.per\r\n");
+    EXPECT_EQ(read.modelId, "TWIN JET 150");
+    EXPECT_EQ(read.takeoffFlapsRange, ",0,7,14,");
+    EXPECT_EQ(read.approachFlapsMid, "FULL DOWN");
+    EXPECT_EQ(read.performanceData, "twin jet.per");
+    EXPECT_EQ(Read("").takeoffFlapsRange, ",1,5,10,15,25,");
+}
+
+TEST(AircraftFile, ItsSettingsWinOverTheUsersByTheirOwnRules) {
+    struct Case {
+        const char* user;
+        const char* aircraft;
+        std::int32_t (*value)();
+        std::int32_t expected;
+    };
+    const auto lnavOff = []() { return settings.LnavOffAtLastWpt; };
+    const auto vnavSpeed = []() { return settings.VnavSetSpd; };
+    const auto traffic = []() { return settings.TcasVertRange; };
+    const auto pause = []() { return settings.ArmPauseAtTod; };
+    const Case cases[] = {
+        {"LnavOffAtLastWpt=1", "LnavOffAtLastWpt=0", lnavOff, 0},
+        {"LnavOffAtLastWpt=0", "LnavOffAtLastWpt=1", lnavOff, 1},
+        {"VnavSetSpd=2", "VnavSetSpd=0", vnavSpeed, 2},
+        {"VnavSetSpd=2", "VnavSetSpd=1", vnavSpeed, 1},
+        {"TcasVertRange=2700", "TcasVertRange=999", traffic, 27},
+        {"TcasVertRange=2700", "TcasVertRange=9900", traffic, 99},
+        {"ArmPauseAtTod=0", "ArmPauseAtTod=1", pause, 0},
+    };
+    for (const Case& c : cases) {
+        ResetModuleState();
+        ApplySettingsText(c.user, settings);
+        ApplyAircraftText(c.aircraft, performance);
+        EXPECT_EQ(c.value(), c.expected) << c.user << " then " << c.aircraft;
+    }
+}
+
+// Figures worked out by hand from the rules: sound travels at 38.967854 x sqrt(258.432) =
+// 626.4402 kt at 15000 ft, 38.967854 x sqrt(262.3944) = 631.2244 kt at 13000 ft.
+TEST(AircraftFile, DerivesMachAndTrueSpeeds) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    folder.Write(
+        "avq/Aircraft/jet.cfg",
+        "ClimbIas=280\nCruiseIas=290\nDescentIas=270\nClimbIasMax=310\nCruiseIasMin=240\n");
+    AircraftName = "jet";
+    LoadAircraftFile();
+    EXPECT_NEAR(performance.climbMachMax, 310 * 1.225 / 626.4402, 1e-6);
+    EXPECT_NEAR(performance.cruiseMachMin, 240 * 1.225 / 626.4402, 1e-6);
+    EXPECT_NEAR(performance.climbMach, 280 * 1.195 / 631.2244, 1e-6);
+    EXPECT_NEAR(performance.cruiseMach, 290 * 1.225 / 626.4402, 1e-6);
+    EXPECT_NEAR(performance.descentMach, 270 * 1.225 / 626.4402, 1e-6);
+    EXPECT_NEAR(performance.climbTas, 334.6, 1e-9);
+    EXPECT_NEAR(performance.descentTas, 322.65, 1e-9);
+}
+
+TEST(AircraftFile, CostIndexPicksSpeedsBetweenTheirLimits) {
+    struct Case {
+        const char* costIndex;
+        std::int32_t climb, cruise, descent;
+    };
+    const Case cases[] = {
+        {"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
+        {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221},
+    };
+    for (const Case& c : cases) {
+        AircraftPerformance read = Read(
+            "ClimbIas=275\nCruiseIas=285\nDescentIas=265\nClimbIasMin=230\nClimbIasMax=311\n"
+            "CruiseIasMin=240\nCruiseIasMax=321\nDescentIasMin=220\nDescentIasMax=301\nCostIndex=" +
+            std::string(c.costIndex));
+        DeriveSpeeds(read);
+        EXPECT_EQ(read.climbIas, c.climb) << c.costIndex;
+        EXPECT_EQ(read.cruiseIas, c.cruise) << c.costIndex;
+        EXPECT_EQ(read.descentIas, c.descent) << c.costIndex;
+        EXPECT_EQ(read.holdIas, 265) << c.costIndex;
+    }
+}
+
+TEST(AircraftFile, AMissingFileLeavesTheDefaults) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    AircraftName = "nowhere";
+    LoadAircraftFile();
+    EXPECT_EQ(performance.cruiseIas, 250);
+    EXPECT_NEAR(performance.descentTas, 220 * 1.195, 1e-9);
+    EXPECT_TRUE(performanceTables.climb.empty());
+}
+
+TEST(AirspeedRules, UndoEachOther) {
+    for (const double altitudeFt : {0.0, 13000.0, 35000.0}) {
+        EXPECT_NEAR(TrueToIndicated(IndicatedToTrue(280, altitudeFt), altitudeFt), 280, 1e-9);
+        EXPECT_NEAR(MachToIndicated(IndicatedToMach(280, altitudeFt), altitudeFt), 280, 1e-9);
+    }
+    EXPECT_NEAR(IndicatedToTrue(200, 10000), 230, 1e-9);
+}
+
+TEST(PerformanceTables, ReadsEverySection) {
+    PerformanceTables tables;
+    ReadPerformanceTables(
+        "; comment\n12 34\n[UNITS]\nFUEL=LBS/HR\n"
+        "[climb]\n 0 250 3000 9000 9500\n10000 300 2500 7000\n\n"
+        "[GRWT 90 110.5 140]\n30000 450 4000 4500 5000\n35000 440 3800\n"
+        "[DESCENT]\n0 250 1800 1200 77\n"
+        "[Altitude]\n41000 90 8\n[OTHER]\n1 2 3\n",
+        tables);
+    EXPECT_EQ(tables.grossWeights, (std::vector<double>{90000, 110500, 140000}));
+    ASSERT_EQ(tables.climb.size(), 2U);
+    EXPECT_EQ(tables.climb[0].climbRate, 3000);
+    EXPECT_EQ(tables.climb[0].fuelFlowCount, 2);
+    EXPECT_EQ(tables.climb[0].fuelFlow[1], 9500);
+    EXPECT_EQ(tables.climb[1].altitudeFt, 10000);
+    ASSERT_EQ(tables.cruise.size(), 2U);
+    EXPECT_EQ(tables.cruise[0].fuelFlowCount, 3);
+    EXPECT_EQ(tables.cruise[0].fuelFlow[2], 5000);
+    EXPECT_EQ(tables.cruise[1].speedTas, 440);
+    ASSERT_EQ(tables.descent.size(), 1U);
+    EXPECT_EQ(tables.descent[0].descentRate, 1800);
+    EXPECT_EQ(tables.descent[0].fuelFlow, 1200);
+    ASSERT_EQ(tables.altitudes.size(), 1U);
+    EXPECT_EQ(tables.altitudes[0].first, 41000);
+}
+
+TEST(PerformanceTables, StopAtTheirCapacities) {
+    std::string text = "[GRWT 1 2 3 4 5 6 7 8 9]\n30000 450";
+    for (int i = 0; i < 40; ++i) {
+        text += " 1";
+    }
+    text += "\n[CLIMB]\n0 250 3000 1 2 3 4 5 6 7 8 9\n[DESCENT]\n";
+    for (std::size_t i = 0; i < kPerformanceRowCapacity + 5; ++i) {
+        text += "1 2 3 4\n";
+    }
+    PerformanceTables tables;
+    ReadPerformanceTables(text, tables);
+    EXPECT_EQ(tables.grossWeights.size(), kGrossWeightCapacity);
+    EXPECT_EQ(tables.cruise.at(0).fuelFlowCount, 26);
+    EXPECT_EQ(tables.climb.at(0).fuelFlowCount, 8);
+    EXPECT_EQ(tables.descent.size(), kPerformanceRowCapacity);
+}
+
+TEST(PerformanceTables, TheAircraftFileNamesThem) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    folder.Write("avq/Aircraft/jet.cfg", "PerformanceData=my jet.per\n");
+    folder.Write("avq/Aircraft/my jet.per", "[CLIMB]\n0 250 3000\n");
+    AircraftName = "jet";
+    LoadAircraftFile();
+    EXPECT_EQ(performanceTables.climb.size(), 1U);
+}
+
+TEST(Parking, TakesTheFirstLineOfTheAirport) {
+    ResetModuleState();
+    const TempSimFolder folder;
+    folder.Write(
+        "avq/Aircraft/stands.txt",
+        "KBO 1 2 3\nkbos 4 5 6\nKBOS 42.36 -71.01 360\nKBOS 7 8 9\nKJFK 40.6 -73.8 44.5\n");
+    LoadParkingPosition("KBOS");
+    EXPECT_EQ(parkingPosition.latitude, 0);  // no file is named yet
+    settings.ParkingFile = "stands.txt";
+    LoadParkingPosition("KBOS");
+    EXPECT_EQ(parkingPosition.latitude, 42.36);
+    EXPECT_EQ(parkingPosition.longitude, -71.01);
+    EXPECT_EQ(parkingPosition.headingDeg, 0);
+    LoadParkingPosition("KJFK");
+    EXPECT_EQ(parkingPosition.headingDeg, 44.5);
+    LoadParkingPosition("LFPG");
+    EXPECT_EQ(parkingPosition.latitude, 0);
+    EXPECT_EQ(parkingPosition.headingDeg, 0);
+}
+
+}  // namespace
+}  // namespace avq1
