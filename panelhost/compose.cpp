@@ -174,7 +174,9 @@ bool StillShown(const SurfaceText& text, const ElementCopy& copy) {
         if (std::memcmp(&copy.pixels[at], &copy.shown.pixels[at], bytes) != 0) {
             return false;
         }
-        anyInk = anyInk || copy.pixels[at] != 0;
+        const auto first = copy.pixels.begin() + static_cast<std::ptrdiff_t>(at);
+        anyInk = anyInk || std::any_of(first, first + (right - left),
+                                       [](std::uint32_t pixel) { return pixel != 0; });
     }
     return anyInk;
 }
@@ -337,6 +339,11 @@ bool SettlePlacement(Placement& placement, int scale, PixelArea& stale) {
 
 void PaintStale(PanelPicture& target, const std::vector<Placement*>& placements) {
     const PixelArea whole{0, 0, target.picture.width, target.picture.height};
+    if (target.picture.pixels.empty()) {
+        const auto width = static_cast<std::size_t>(whole.right);
+        target.picture.pixels.resize(width * static_cast<std::size_t>(whole.bottom));
+        target.stale = whole;
+    }
     const PixelArea clip = Intersection(target.stale, whole);
     target.stale = PixelArea{};
     if (clip.IsEmpty()) {

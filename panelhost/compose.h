@@ -26,7 +26,7 @@ PixelArea Intersection(const PixelArea& a, const PixelArea& b);
 
 struct PanelPicture {
     int scale = 1;
-    Picture picture;
+    Picture picture;     // its pixels are made when it is first painted
     Picture background;  // fitted; empty without
     PixelArea stale;     // to be painted before the picture is shown
 };

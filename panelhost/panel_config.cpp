@@ -14,6 +14,7 @@ namespace {
 constexpr int kDefaultWidthMm = 640;
 constexpr int kDefaultHeightMm = 480;
 constexpr int kMaxCoordinate = 100000;
+constexpr std::size_t kMaxWarnings = 100;
 
 struct Reader {
     PanelConfig config;
@@ -22,7 +23,11 @@ struct Reader {
     int line = 0;
 
     void Warn(const std::string& what) {
-        config.warnings.push_back(Format("panel file line %d: %s", line, what.c_str()));
+        if (config.warnings.size() < kMaxWarnings) {
+            config.warnings.push_back(Format("panel file line %d: %s", line, what.c_str()));
+        } else if (config.warnings.size() == kMaxWarnings) {
+            config.warnings.push_back("panel file: more lines cannot be used");
+        }
     }
 };
 

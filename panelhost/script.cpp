@@ -18,7 +18,8 @@ using Arguments = std::vector<std::string>;
 
 constexpr double kDefaultTimeoutS = 3600;
 constexpr double kMaxRunS = 7 * 86400;
-constexpr int kClickFrames = 2;  // a click lasts this long and is looked at this long
+constexpr int kLookFrames = 2;   // after a click or key, for the screen to follow
+constexpr double kClickS = 0.2;  // whole frames of it: too short for a repeating key to repeat
 
 struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
@@ -224,26 +225,33 @@ bool FindTarget(Runner& runner, const Arguments& words, Target& target) {
     return runner.Fail("gauge " + words[0] + " has no key \"" + label + "\"");
 }
 
-bool DoPress(Runner& runner, const Arguments& words) {
+bool PressTarget(Runner& runner, const Arguments& words) {
     Target target;
-    if (!FindTarget(runner, words, target)) {
+    return FindTarget(runner, words, target) &&
+           (runner.session.MouseDown(target.window, target.x, target.y) ||
+            runner.Fail("nothing to click there (or its window is closed)"));
+}
+
+bool DoPress(Runner& runner, const Arguments& words) {
+    if (!PressTarget(runner, words)) {
         return false;
     }
-    if (!runner.session.MouseDown(target.window, target.x, target.y)) {
-        return runner.Fail("nothing to click there (or its window is closed)");
-    }
-    StepFrames(runner, kClickFrames);
+    StepFrames(runner, kLookFrames);
     return true;
 }
 
 bool DoRelease(Runner& runner, const Arguments&) {
     runner.session.MouseUp();
-    StepFrames(runner, kClickFrames);
+    StepFrames(runner, kLookFrames);
     return true;
 }
 
 bool DoClick(Runner& runner, const Arguments& words) {
-    return DoPress(runner, words) && DoRelease(runner, {});
+    if (!PressTarget(runner, words)) {
+        return false;
+    }
+    StepFrames(runner, static_cast<int>(kClickS * runner.frameRate));
+    return DoRelease(runner, {});
 }
 
 bool DoWheel(Runner& runner, const Arguments& given) {
@@ -257,7 +265,7 @@ bool DoWheel(Runner& runner, const Arguments& given) {
     if (!runner.session.Wheel(target.window, target.x, target.y, way == "up")) {
         return runner.Fail("no wheel there (or its window is closed)");
     }
-    StepFrames(runner, kClickFrames);
+    StepFrames(runner, kLookFrames);
     return true;
 }
 

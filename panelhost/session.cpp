@@ -224,11 +224,7 @@ void MakeWindows(HostState& host, PanelConfig& panel) {
         Picture& picture = window->picture.picture;
         picture.width = record.widthMm * scale;
         picture.height = record.heightMm * scale;
-        picture.pixels.assign(
-            static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height),
-            kPlainPanel);
         window->picture.scale = scale;
-        window->picture.stale = {0, 0, picture.width, picture.height};
         window->panel = std::move(record);
         host.windows.push_back(std::move(window));
         HostWindow& made = *host.windows.back();

@@ -79,6 +79,18 @@ TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
     EXPECT_THAT(ParsePanelConfig("").warnings, testing::Contains(HasSubstr("no [WindowNN]")));
 }
 
+TEST(PanelConfig, SurvivesLongLinesAndEndsItsComplaints) {
+    std::string text = "[Window00]\nsize_mm=10,10\ngauge00=avq1!MCU,1,2\n";
+    text += std::string(10 << 20, 'x') + "\n";
+    for (int i = 0; i < 200000; ++i) {
+        text += "rubbish\n";
+    }
+    const PanelConfig config = ParsePanelConfig(text);
+    EXPECT_LE(config.warnings.size(), 101U);
+    EXPECT_LT(config.warnings[0].size(), 200U);
+    EXPECT_EQ(config.windows[0].gauges.size(), 1U);
+}
+
 TEST(PanelConfig, KeepsClosedWindowsOutOfTheOverlapCheck) {
     const PanelConfig config = ParsePanelConfig(
         "[Window00]\nsize_mm=100,100\n[Window01]\nsize_mm=50,50\nvisible=0\n"

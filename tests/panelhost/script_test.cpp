@@ -127,6 +127,17 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
     EXPECT_GT(std::filesystem::file_size(folder_ / "picture.png"), 100U);
 }
 
+TEST_F(ScriptRun, AClickNeverRepeatsAndAPressDoes) {
+    for (const char* rate : {"1", "2", "4", "20", "60"}) {
+        Log()->count = 0;
+        EXPECT_EQ(Run(std::string("frame-rate ") + rate + "\nclick PROBE 4 5\n"), "");
+        EXPECT_EQ(Clicks().size(), 2U) << rate << ": the press and the release";
+    }
+    Log()->count = 0;
+    EXPECT_EQ(Run("press PROBE 4 5\nrun 1s\nrelease\n"), "");
+    EXPECT_GT(Clicks().size(), 5U);
+}
+
 TEST_F(ScriptRun, TracesFlightTimeAtAnyRate) {
     EXPECT_EQ(Run("set rate 16\ntrace t every 10s probe_number #1\nrun 10s\ntrace off\n"), "");
     std::ifstream file(folder_ / "t");

@@ -1,0 +1,41 @@
+// Any text read as a panel file or a script gives records within their bounds.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "panelhost/panel_config.h"
+#include "panelhost/script.h"
+#include "panelhost/session.h"
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace panelhost;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const PanelConfig config = ParsePanelConfig(text);
+    Require(config.windows.size() <= static_cast<std::size_t>(kMaxWindows));
+    Require(!config.windows.empty() || !config.warnings.empty());
+    for (const PanelWindow& window : config.windows) {
+        Require(window.widthMm >= 1 && window.widthMm <= kMaxWindowMm);
+        Require(window.heightMm >= 1 && window.heightMm <= kMaxWindowMm);
+        Require(window.gauges.size() <= static_cast<std::size_t>(kMaxGaugesPerWindow));
+        const DeskBox box = PlaceOnDesk(window, kDeskWidth, kDeskHeight);
+        Require(box.width >= 1 && box.height >= 1);
+        for (const GaugePlacement& gauge : window.gauges) {
+            Require(!gauge.gauge.empty() && gauge.width >= 0 && gauge.width <= kMaxWindowMm);
+        }
+    }
+    for (const ScriptLine& line : ParseScript(text).lines) {
+        Require(line.line >= 1 && line.command >= 0);
+    }
+    return 0;
+}
