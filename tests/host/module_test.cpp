@@ -91,7 +91,7 @@ bool EndsWith(std::string_view text, std::string_view end) {
 TEST_F(Module, OffersItsGaugesInOrderWithTheirElementTrees) {
     EXPECT_EQ(Linkage.moduleId, 0x13);
     EXPECT_EQ(Linkage.version, 0x800u);
-    EXPECT_EQ(Linkage.gauges[kGaugeCount], nullptr);
+    EXPECT_TRUE(Linkage.gauges[kGaugeCount] == nullptr);
     for (int i = 0; i < kGaugeCount; ++i) {
         const ExpectedGauge& expected = kExpected[i];
         SCOPED_TRACE(expected.name);
@@ -135,7 +135,7 @@ TEST_F(Module, MouseTablesAreParentsWithOneChildOfTheirSizeOnTheGauge) {
             EXPECT_EQ(row[1].box.y, 0);
             EXPECT_EQ(row[1].box.width, row[0].box.width);
             EXPECT_EQ(row[1].box.height, row[0].box.height);
-            EXPECT_NE(row[1].function, nullptr);
+            EXPECT_TRUE(row[1].function != nullptr);
             EXPECT_NE(row[1].mouseFlags & mouse_flag::kLeftSingle, 0u);
             EXPECT_GE(row[0].box.x, 0);
             EXPECT_LT(row[0].box.x, gauge.size.x);

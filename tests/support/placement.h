@@ -16,9 +16,9 @@ extern "C" avq1::LinkageRecord Linkage;
 namespace avq1::test {
 
 inline GaugeHeader* FindGauge(std::string_view name) {
-    for (GaugeHeader* gauge : Linkage.gauges) {
-        if (gauge != nullptr && name == gauge->name) {
-            return gauge;
+    for (int i = 0; i < kGaugeCount; ++i) {
+        if (name == Linkage.gauges[i]->name) {
+            return Linkage.gauges[i];
         }
     }
     return nullptr;
