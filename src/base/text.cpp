@@ -76,31 +76,36 @@ DigitGroup ReadDigitGroup(const char* p) {
 // and power of ten are then exact in a double, so one division rounds correctly. Returns where
 // the number ends, or null for anything else: a number followed by more than white space or
 // close to the end of the text included.
-const char* ReadPlainDecimal(const char* p, const char* const end, double& value) {
+const char* ReadPlainDecimal(const char* const start, const char* const end, double& value) {
     static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8};
     static constexpr double kSigns[] = {1.0, -1.0};
     constexpr std::ptrdiff_t kLongest = 18;  // sign, digits, point, decimals, what follows
-    constexpr int kMostWholes = 7;
-    if (end - p < kLongest) {
+    constexpr std::ptrdiff_t kMostWholes = 7;
+    if (end - start < kLongest) {
         return nullptr;
     }
-    const std::size_t negative = *p == '-' ? 1 : 0;
-    p += negative;
-    const DigitGroup wholes = ReadDigitGroup(p);
-    if (wholes.count > kMostWholes || p[wholes.count] != '.') {
+    // The end comes from a search of its own, so that work on what follows need not wait for the
+    // digits' value.
+    const std::uint64_t firstLow = MarkLowCharacters(start);
+    const std::uint64_t secondLow = MarkLowCharacters(start + 8);
+    const int length =
+        firstLow != 0 ? std::countr_zero(firstLow) / 8 : 8 + std::countr_zero(secondLow) / 8;
+    const std::ptrdiff_t negative = *start == '-' ? 1 : 0;
+    const DigitGroup wholes = ReadDigitGroup(start + negative);
+    const char* const point = start + negative + wholes.count;
+    if (wholes.count > kMostWholes || *point != '.') {
         return nullptr;
     }
-    p += wholes.count + 1;
-    const DigitGroup decimals = ReadDigitGroup(p);
-    p += decimals.count;
-    if (wholes.count + decimals.count == 0 || !IsSpace(*p)) {
+    const DigitGroup decimals = ReadDigitGroup(point + 1);
+    if (wholes.count + decimals.count == 0 || point + 1 + decimals.count != start + length ||
+        !IsSpace(start[length])) {
         return nullptr;
     }
     const double power = kPowersOfTen[decimals.count];
     const double digits =
         static_cast<double>(wholes.value) * power + static_cast<double>(decimals.value);
     value = digits * kSigns[negative] / power;
-    return p;
+    return start + length;
 }
 
 }  // namespace

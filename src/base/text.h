@@ -27,16 +27,20 @@ constexpr bool IsSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
+// Eight characters as a number, the first one lowest, with the top bit of each character up to and
+// including the blank set. Above the lowest such character bits may be set for others too.
+inline std::uint64_t MarkLowCharacters(const char* p) {
+    static_assert(std::endian::native == std::endian::little);
+    std::uint64_t characters = 0;
+    std::memcpy(&characters, p, sizeof characters);
+    return (characters - 0x2121212121212121U) & ~characters & 0x8080808080808080U;
+}
+
 // The end of the word at `p`: eight characters at a time, because word lengths vary too much for
 // a processor to foresee where a character loop ends.
 inline const char* WordEnd(const char* p, const char* const end) {
-    static_assert(std::endian::native == std::endian::little);
     while (end - p >= 8) {
-        std::uint64_t characters = 0;
-        std::memcpy(&characters, p, sizeof characters);
-        // The lowest set bit marks the first character up to and including the blank.
-        const std::uint64_t low =
-            (characters - 0x2121212121212121U) & ~characters & 0x8080808080808080U;
+        const std::uint64_t low = MarkLowCharacters(p);
         p += std::countr_zero(low) / 8;
         if (low != 0) {
             if (IsSpace(*p)) {

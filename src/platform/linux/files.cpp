@@ -167,13 +167,14 @@ void CreateParentFolders(const std::string& path) {
 }  // namespace
 
 bool ReadWholeFile(std::string_view path, std::string& contents) {
-    contents.clear();
     off_t fileSize = 0;
     const Descriptor file(OpenRegularFile(path, fileSize));
     if (!file.valid()) {
+        contents.clear();
         return false;
     }
-    // One byte more than the file holds: the read that finds the end then needs no growth.
+    // One byte more than the file holds: the read that finds the end then needs no growth. A
+    // string that held the file before is not cleared first, which would write it twice.
     contents.resize(static_cast<std::size_t>(fileSize) + 1);
     if (!ReadToEnd(file.number(), contents)) {
         contents.clear();
