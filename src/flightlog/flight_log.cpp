@@ -18,7 +18,9 @@ const StateReset resetFlightLog([] {
 
 }  // namespace
 
-void RunFlightLogStartPass() { FlightLogStarted = 1; }
+void RunFlightLogStartPass() {
+    FlightLogStarted = 1;
+}
 
 void StartFlightLog() {
     RunFlightLogStartPass();

@@ -57,12 +57,16 @@ constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleWindow<4012>);
 constexpr ButtonKeys kEfisOpenKeys = Button("EFIS\nCTRL", ToggleWindow<4013>);
 
 // ---- icons ----
-bool VnavLit() { return guidance.vnavEngaged == 1; }
+bool VnavLit() {
+    return guidance.vnavEngaged == 1;
+}
 bool ExecLit() {
     return planBook.status == RouteStatus::AwaitsExecution ||
            planBook.status == RouteStatus::Modified;
 }
-bool NeverLit() { return false; }
+bool NeverLit() {
+    return false;
+}
 
 template <std::int32_t mode>
 bool NdModeIs() {
