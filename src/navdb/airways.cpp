@@ -31,10 +31,13 @@ struct AirwayLine {
     std::string_view rest;  // behind the name
 };
 
+// Joined files have marks in their middle; no pilot can type the name of such a line's airway.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // The next line that belongs to an airway.
 bool NextAirwayLine(LineReader& lines, AirwayLine& line) {
     while (lines.Next(line.whole)) {
-        if (line.whole.starts_with(';')) {
+        if (line.whole.starts_with(';') || line.whole.starts_with(kByteOrderMark)) {
             continue;
         }
         line.rest = line.whole;

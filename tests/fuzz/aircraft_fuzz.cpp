@@ -1,0 +1,48 @@
+// Any bytes as an aircraft file and as performance tables: no crash, every derived speed inside
+// what its limits allow, no table beyond its capacity.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "base/module_state.h"
+#include "settings/aircraft_performance.h"
+#include "settings/performance_tables.h"
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace avq1;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    ResetModuleState();
+    ApplyAircraftText(text, performance);
+    DeriveMachLimits(performance);
+    DeriveSpeeds(performance);
+    Require(performance.holdLegMinutes != 0);
+    Require(performance.vnavSpeedDistanceNm > 0);
+    Require(performance.takeoffFlapsRange.front() == ',' &&
+            performance.takeoffFlapsRange.back() == ',');
+    Require(!std::isnan(performance.climbMach) && !std::isnan(performance.cruiseMachMax));
+
+    PerformanceTables tables;
+    ReadPerformanceTables(text, tables);
+    Require(tables.grossWeights.size() <= kGrossWeightCapacity);
+    Require(tables.climb.size() <= kPerformanceRowCapacity);
+    for (const CruiseRow& row : tables.cruise) {
+        Require(row.fuelFlowCount >= 0 &&
+                row.fuelFlowCount <= static_cast<std::int32_t>(kCruiseFlowCapacity));
+    }
+    for (const ClimbRow& row : tables.climb) {
+        Require(std::isfinite(row.altitudeFt) && std::isfinite(row.fuelFlow.back()));
+    }
+    return 0;
+}

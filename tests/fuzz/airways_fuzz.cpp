@@ -1,0 +1,48 @@
+// Any bytes as the airway file and as the boundary file: no crash, no table beyond its capacity,
+// and every fix of an airway can be looked up as its entry.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "base/module_state.h"
+#include "navdb/airways.h"
+#include "navdb/boundaries.h"
+
+namespace {
+
+void Require(bool condition) {
+    if (!condition) {
+        std::abort();
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace avq1;
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    ResetModuleState();
+    const std::vector<AirwayRun> index = IndexAirways(text);
+    PointTable results;
+    for (std::size_t i = 0; i < index.size() && i < 20; ++i) {
+        const AirwayRun& run = index[i];
+        Require(!run.name.empty() && run.offset + run.size <= text.size());
+        ReadAirway(text, index, run.name, "", results);
+        Require(results.count >= 1 && results.count <= kSearchResultCapacity);
+        const std::string_view last = results[results.count].ident;
+        PointTable again;
+        const AirwayLookup lookup = ReadAirway(text, index, run.name, last, again);
+        Require(last.empty() || again[lookup.entryIndex].ident == last);
+        Require(lookup.entryIndex <= again.count);
+    }
+    std::vector<AtcBoundary> boundaries;
+    ReadAtcBoundaries(text, boundaries);
+    Require(boundaries.size() <= kBoundaryCapacity);
+    for (const AtcBoundary& boundary : boundaries) {
+        Require(!boundary.points.empty() && boundary.points.size() <= kBoundaryPointCapacity);
+        Require(std::isfinite(boundary.label.latitude) && std::isfinite(boundary.label.longitude));
+    }
+    return 0;
+}
