@@ -26,6 +26,10 @@ constexpr double kHighestKt = 340;
 constexpr double kHighestMach = 0.82;
 constexpr double kCeilingFt = 41000;
 constexpr double kGlideFpm = -1500;  // without fuel
+constexpr double kFlareFt = 40;      // above the ground
+constexpr double kFlareFpm = -250;
+constexpr double kCommittedFt = 250;  // below it an approach goes on without its glideslope
+constexpr double kShortFinalFpm = -700;
 
 double Radians(double degrees) {
     return degrees / kDegreesPerRadian;
@@ -96,9 +100,19 @@ double CommandedBank(const World& world) {
     return 0;
 }
 
+double HeightFt(const World& world) {
+    return world.aircraft.altitudeFt - world.groundElevationFt;
+}
+
 double GlideslopeFpm(const World& world) {
+    if (HeightFt(world) < kFlareFt) {
+        return kFlareFpm;
+    }
+    if (!world.nav1.hasGlideslope) {
+        return kShortFinalFpm;
+    }
     const double speedFpm = world.aircraft.groundSpeedKt * kFeetPerNm / 60;
-    // Above the path by a degree adds about two thirds of the normal descent.
+    // A degree above the path adds about two thirds of the normal descent.
     const double angle = world.nav1.glidePathDeg + Limit(2.0 * world.nav1.glideslopeDeg, 2.0);
     return -speedFpm * std::tan(Radians(angle));
 }
@@ -124,7 +138,8 @@ void CaptureAltitude(const Aircraft& aircraft, Autopilot& autopilot) {
 
 void CaptureGlideslope(const World& world, Autopilot& autopilot) {
     constexpr double kCaptureDeg = 0.1;
-    if (!autopilot.approachHold || !world.nav1.hasGlideslope) {
+    const bool committed = autopilot.glideslopeCaptured && HeightFt(world) < kCommittedFt;
+    if (!autopilot.approachHold || (!world.nav1.hasGlideslope && !committed)) {
         autopilot.glideslopeCaptured = false;
     } else if (!autopilot.glideslopeCaptured && std::fabs(world.nav1.glideslopeDeg) < kCaptureDeg &&
                std::fabs(world.nav1.deviationDeg) < 1.0) {

@@ -142,22 +142,26 @@ int MarkerOver(const World& world, const Localizer& localizer) {
     return 0;
 }
 
-const Localizer* LocalizerInReach(const Ground& ground, const World& world, int frequency) {
+// Opposite ends of a runway may share a frequency: the one already heard stays while in reach.
+const Localizer* LocalizerInReach(const Ground& ground, const World& world, int frequency,
+                                  const std::string& heard) {
     const GeoPoint here = world.aircraft.position;
     return Nearest(ground.localizers, frequency, [&](const Localizer& localizer) {
         const double nm = DistanceNm(here, localizer.antenna);
         const double inbound = Normalise360(InitialCourse(localizer.antenna, here) + 180);
         const bool inSector =
             std::fabs(AngleDifference(localizer.courseTrue, inbound)) < kLocalizerSectorDeg;
-        return nm <= kLocalizerReachNm && inSector ? nm : -1.0;
+        const double order = localizer.ident == heard ? 0 : nm;
+        return nm <= kLocalizerReachNm && inSector ? order : -1.0;
     });
 }
 
 void TuneNav(const Ground& ground, double (*variation)(const World&, const GeoPoint&),
              const World& world, Receiver& receiver) {
+    const std::string heard = receiver.ident;
     Silence(receiver);
     const GeoPoint here = world.aircraft.position;
-    if (const Localizer* localizer = LocalizerInReach(ground, world, receiver.frequency)) {
+    if (const Localizer* localizer = LocalizerInReach(ground, world, receiver.frequency, heard)) {
         HearLocalizer(world, *localizer, receiver);
         return;
     }
@@ -298,7 +302,9 @@ void UpdateReceivers(const Ground& ground, double (*variation)(const World&, con
         world.adf.bearingTrue = InitialCourse(here, beacon->position);
     }
     const Localizer* localizer =
-        world.nav1.isLocalizer ? LocalizerInReach(ground, world, world.nav1.frequency) : nullptr;
+        world.nav1.isLocalizer
+            ? LocalizerInReach(ground, world, world.nav1.frequency, world.nav1.ident)
+            : nullptr;
     world.markerBeacon = localizer != nullptr ? MarkerOver(world, *localizer) : 0;
 }
 
