@@ -1,0 +1,25 @@
+// avqdata/clean.h - what a source says that cannot be, put right or left out before it is merged.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "avqdata/dataset.h"
+#include "avqdata/report.h"
+
+namespace avqdata {
+
+inline constexpr double kFarthestRunwayNm = 10;
+inline constexpr int kShortestRunwayFt = 100;
+inline constexpr int kLongestRunwayFt = 60000;  // lake beds
+
+bool IsFrequency(bool isVor, std::optional<double> frequency);  // MHz of a VOR, kHz of an NDB
+
+// Stations that cannot be tuned become fixes; runways too short or far from their airport go.
+void CleanDataset(Dataset& data, Report& report);
+
+// Puts airway points on the table's point of their identifier when it lies within 10 nm, so that
+// what the pilot looks up and what he flies are one. A point no table has becomes a fix.
+void TieAirwaysToTables(Dataset& data, Report& report);
+
+}  // namespace avqdata

@@ -1,0 +1,64 @@
+#include "avqdata/cycle.h"
+
+#include <chrono>
+
+namespace avqdata {
+namespace {
+
+namespace chrono = std::chrono;
+using chrono::sys_days;
+
+constexpr int kCycleDays = 28;
+constexpr sys_days kEpoch{chrono::year{2023} / 1 / 26};  // first day of cycle 2301
+
+sys_days CycleStart(sys_days date) {
+    int days = static_cast<int>((date - kEpoch).count()) % kCycleDays;
+    days += days < 0 ? kCycleDays : 0;
+    return date - chrono::days(days);
+}
+
+int NumberOf(sys_days start) {
+    const chrono::year_month_day day(start);
+    const sys_days newYear{day.year() / 1 / 1};
+    const int number = static_cast<int>((start - newYear).count()) / kCycleDays + 1;
+    return static_cast<int>(day.year()) % 100 * 100 + number;
+}
+
+std::string DateText(sys_days date) {
+    constexpr std::string_view kMonths = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
+    const chrono::year_month_day day(date);
+    const auto number = static_cast<unsigned>(day.day());
+    std::string text = (number < 10 ? "0" : "") + std::to_string(number) + "-";
+    text += kMonths.substr((static_cast<unsigned>(day.month()) - 1) * 3, 3);
+    return text + "-" + std::to_string(static_cast<int>(day.year()));
+}
+
+}  // namespace
+
+std::optional<int> CycleOfDate(int year, int month, int day) {
+    const chrono::year_month_day date{chrono::year(year),
+                                      chrono::month(static_cast<unsigned>(month)),
+                                      chrono::day(static_cast<unsigned>(day))};
+    if (!date.ok() || year < 2000 || year > 2099) {
+        return std::nullopt;
+    }
+    return NumberOf(CycleStart(sys_days{date}));
+}
+
+std::string CycleLine(int cycle) {
+    if (cycle < 1 || cycle > 9914) {
+        return {};
+    }
+    const sys_days newYear{chrono::year{2000 + cycle / 100} / 1 / 1};
+    const sys_days first = CycleStart(newYear + chrono::days(kCycleDays - 1));
+    const sys_days start = first + chrono::days(kCycleDays * (cycle % 100 - 1));
+    if (NumberOf(start) != cycle) {
+        return {};
+    }
+    std::string number = std::to_string(cycle);
+    number.insert(0, 4 - number.size(), '0');
+    return ";AIRAC cycle : " + number + " (" + DateText(start) + " to " +
+           DateText(start + chrono::days(kCycleDays)) + ")";
+}
+
+}  // namespace avqdata

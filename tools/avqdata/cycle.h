@@ -1,0 +1,16 @@
+// avqdata/cycle.h - the 28-day cycle of navigation data and the navaid file's line that names it.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace avqdata {
+
+// The cycle that holds a date: 2309 for 7 September 2023. Nothing for a date that is none.
+std::optional<int> CycleOfDate(int year, int month, int day);
+
+// ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)"; empty when there is no such cycle.
+std::string CycleLine(int cycle);
+
+}  // namespace avqdata

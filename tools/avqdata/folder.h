@@ -1,0 +1,49 @@
+// avqdata/folder.h - a Navdata folder: its files read into a Dataset and written from one.
+//
+// All new contents are written beside the files first and renamed together at the end, so that a
+// full disk or a stop half-way leaves the folder as it was. Files that would not change, and files
+// that are not ours, are not touched.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "avqdata/dataset.h"
+#include "avqdata/report.h"
+
+namespace avqdata {
+
+enum FileRole : std::size_t {
+    kNavaidFile,
+    kFixFile,
+    kAirwayFile,
+    kAirportFile,
+    kSidFile,
+    kStarFile,
+    kApproachFile,
+    kBoundaryFile,
+    kLocalizerFile,
+    kFileRoles
+};
+
+inline constexpr std::array<const char*, kFileRoles> kFileNames{
+    "avq_navs.txt",  "avq_ints.txt", "fsb_awy2.txt", "avq_apts.txt", "avq_sids.txt",
+    "avq_stars.txt", "avq_apps.txt", "atc_bdry.txt", "ils.txt"};
+
+using FolderTexts = std::array<std::string, kFileRoles>;
+
+// What the folder's files hold; a missing file reads as an empty one. Lines that make no sense are
+// reported: they are not kept. False, with `error`, when a file cannot be read.
+bool ReadFolder(const std::string& folder, FolderTexts& texts, std::string& error);
+Dataset ParseFolder(const FolderTexts& texts, Report& report);
+
+FolderTexts FormatFolder(const Dataset& data);
+
+// Makes the folder when it is missing.
+bool WriteFolder(const std::string& folder, const FolderTexts& texts, std::string& error);
+
+void CountTables(const Dataset& data, Report& report);
+
+}  // namespace avqdata

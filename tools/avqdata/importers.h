@@ -1,0 +1,64 @@
+// avqdata/importers.h - one reader per source format: from a source's text to a Dataset.
+//
+// A line or record that makes no sense is reported and left out; a source that is not of its
+// format at all is an error, and nothing is imported. Nothing here writes a file.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "avqdata/dataset.h"
+#include "avqdata/report.h"
+#include "avqdata/source_file.h"
+
+namespace avqdata {
+
+struct ImportContext {
+    const ImportOptions& options;
+    Report& report;
+    Progress progress;
+    const Dataset* folder = nullptr;  // what is there already: a last place to look up fixes
+};
+
+// ---- whole sources; false with `error` when nothing can be imported ----
+bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
+                  std::string& error);
+bool ImportOurAirports(const std::string& folder, const ImportContext& context, Dataset& data,
+                       std::string& error);
+bool ImportNasr(const std::string& folder, const ImportContext& context, Dataset& data,
+                std::string& error);
+bool ImportCifp(const std::string& path, const ImportContext& context, Dataset& data,
+                std::string& error);
+bool ImportAirspace(const std::string& path, const ImportContext& context, Dataset& data,
+                    std::string& error);
+
+// ---- single formats ----
+struct XplaneTables;  // fixes and stations by identifier and region, for the newer airway form
+bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                     std::string& error);
+bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                       std::string& error);
+bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const XplaneTables& tables,
+                       std::string& error);
+bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error);
+
+bool ReadOurAirports(std::string_view airports, std::string_view runways, Report& report,
+                     Dataset& data, std::string& error);
+bool ReadOurNavaids(std::string_view navaids, Report& report, Dataset& data, std::string& error);
+
+struct NasrTexts {
+    std::string navaids;
+    std::string fixes;
+    std::string airways;  // may be empty, and so may the next
+    std::string airports;
+};
+bool ReadNasr(const NasrTexts& texts, Report& report, Dataset& data, std::string& error);
+
+bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, std::string& error);
+
+bool ReadGeoJson(std::string_view text, const std::string& name, const ImportContext& context,
+                 Dataset& data, std::string& error);
+bool ReadOpenAir(LineSource& lines, const ImportContext& context, Dataset& data,
+                 std::string& error);
+
+}  // namespace avqdata

@@ -1,0 +1,309 @@
+#include "avqdata/merge.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+
+#include "avqdata/airway_pieces.h"
+#include "avqdata/text_tools.h"
+
+namespace avqdata {
+namespace {
+
+constexpr double kSamePlaceNm = 0.05;
+constexpr double kSameRecordNm = 10.0;
+
+using IdentIndex = std::unordered_multimap<std::string, std::size_t>;
+
+std::string KeyOf(const Fix& fix) {
+    return fix.ident;
+}
+
+std::string KeyOf(const Station& station) {
+    return station.ident + (station.isVor ? "|V" : "|N");
+}
+
+// Puts points in by the rule of identifiers and distances.
+template <typename Record>
+void MergePoints(std::vector<Record>&& incoming, const char* kind, std::vector<Record>& target,
+                 Report& report) {
+    const std::size_t known = target.size();
+    IdentIndex index;
+    index.reserve(known + incoming.size());
+    for (std::size_t i = 0; i < known; ++i) {
+        index.emplace(KeyOf(target[i]), i);
+    }
+    std::vector<bool> replaced(known, false);
+    for (Record& record : incoming) {
+        std::size_t best = target.size();
+        double bestNm = kSameRecordNm;
+        const std::string key = KeyOf(record);
+        const auto [first, last] = index.equal_range(key);
+        for (auto candidate = first; candidate != last; ++candidate) {
+            const double nm = DistanceNm(target[candidate->second].at, record.at);
+            // Of one source, two records are one only at the very place.
+            const bool fresh = candidate->second >= known || replaced[candidate->second];
+            if (nm < (fresh ? kSamePlaceNm : bestNm)) {
+                best = candidate->second;
+                bestNm = nm;
+            }
+        }
+        if (best == target.size()) {
+            index.emplace(key, best);
+            target.push_back(std::move(record));
+            continue;
+        }
+        const bool fresh = best >= known || replaced[best];
+        report.Add(fresh ? Topic::Dropped : Topic::Changed,
+                   std::string(kind) + (fresh ? " listed twice" : " that were there already"));
+        if (fresh) {
+            continue;
+        }
+        replaced[best] = true;
+        if (bestNm < kSamePlaceNm) {
+            record.at = target[best].at;
+        }
+        target[best] = std::move(record);
+    }
+}
+
+void MergeRunways(const std::vector<RunwayEnd>& incoming, std::vector<RunwayEnd>& target) {
+    for (const RunwayEnd& end : incoming) {
+        const auto found = std::find_if(target.begin(), target.end(), [&](const RunwayEnd& have) {
+            return have.ident == end.ident;
+        });
+        if (found == target.end()) {
+            target.push_back(end);
+        } else {
+            *found = end;
+        }
+    }
+}
+
+void MergeAirports(std::vector<Airport>&& incoming, Coverage coverage, std::vector<Airport>& target,
+                   Report& report) {
+    std::unordered_map<std::string, std::size_t> index;
+    for (std::size_t i = 0; i < target.size(); ++i) {
+        index.emplace(target[i].ident, i);
+    }
+    const std::size_t known = target.size();
+    for (Airport& airport : incoming) {
+        const auto [found, isNew] = index.emplace(airport.ident, target.size());
+        if (isNew) {
+            target.push_back(std::move(airport));
+            continue;
+        }
+        Airport& have = target[found->second];
+        if (found->second >= known) {
+            report.Add(Topic::Dropped, "airports listed twice", airport.ident);
+            continue;
+        }
+        report.Add(Topic::Changed, "airports that were there already");
+        if (coverage == Coverage::Partial) {
+            MergeRunways(airport.runways, have.runways);
+            have.paved = have.paved || airport.paved;
+            continue;
+        }
+        if (airport.runways.empty()) {
+            airport.runways = std::move(have.runways);
+            airport.paved = have.paved;
+        }
+        have = std::move(airport);
+    }
+}
+
+bool HaveCommonPoint(const Airway& a, const Airway& b) {
+    std::unordered_multimap<std::string, LatLon> points;
+    for (const Fix& point : a.points) {
+        points.emplace(point.ident, point.at);
+    }
+    return std::any_of(b.points.begin(), b.points.end(), [&](const Fix& point) {
+        const auto [first, last] = points.equal_range(point.ident);
+        return std::any_of(first, last, [&](const auto& have) {
+            return DistanceNm(have.second, point.at) < kSameRecordNm;
+        });
+    });
+}
+
+void MergeAirways(std::vector<Airway>&& incoming, std::vector<Airway>& target, Report& report) {
+    std::multimap<std::string, const Airway*> byName;
+    for (const Airway& airway : incoming) {
+        byName.emplace(airway.name, &airway);
+    }
+    const std::size_t before = target.size();
+    std::erase_if(target, [&](const Airway& have) {
+        const auto [first, last] = byName.equal_range(have.name);
+        return std::any_of(
+            first, last, [&](const auto& airway) { return HaveCommonPoint(*airway.second, have); });
+    });
+    report.AddCount(Topic::Changed, "airway pieces replaced", before - target.size());
+    target.insert(target.end(), std::make_move_iterator(incoming.begin()),
+                  std::make_move_iterator(incoming.end()));
+}
+
+void MergeBoundaries(std::vector<Boundary>&& incoming, std::vector<Boundary>& target,
+                     Report& report) {
+    std::unordered_map<std::string, std::size_t> index;
+    for (std::size_t i = 0; i < target.size(); ++i) {
+        index.emplace(target[i].ident, i);
+    }
+    for (Boundary& boundary : incoming) {
+        const auto [found, isNew] = index.emplace(boundary.ident, target.size());
+        if (isNew) {
+            target.push_back(std::move(boundary));
+        } else {
+            report.Add(Topic::Changed, "boundaries replaced");
+            target[found->second] = std::move(boundary);
+        }
+    }
+}
+
+void MergeLocalizers(std::vector<Localizer>&& incoming, std::vector<Localizer>& target) {
+    std::map<std::pair<std::string, std::string>, Localizer> byRunway;
+    for (std::vector<Localizer>* list : {&target, &incoming}) {
+        for (Localizer& localizer : *list) {
+            const auto key = std::pair(localizer.airport, localizer.runway);
+            byRunway.insert_or_assign(key, std::move(localizer));
+        }
+    }
+    target.clear();
+    for (auto& [key, localizer] : byRunway) {
+        target.push_back(std::move(localizer));
+    }
+}
+
+// ---- options ----
+
+bool Wanted(const ImportOptions& options, std::string_view table) {
+    return options.only.empty() ||
+           std::find(options.only.begin(), options.only.end(), table) != options.only.end();
+}
+
+int LongestRunwayFt(const Airport& airport) {
+    int longest = 0;
+    for (const RunwayEnd& end : airport.runways) {
+        longest = std::max(longest, end.lengthFt);
+    }
+    return longest;
+}
+
+void KeepAirports(const ImportOptions& options, Dataset& data, Report& report) {
+    std::erase_if(data.airports, [&](const Airport& airport) {
+        const char* reason = nullptr;
+        if (!options.region.Contains(airport.at)) {
+            reason = "airports outside the region";
+        } else if (options.icaoOnly && !IsIcaoCode(airport.ident)) {
+            reason = "airports without a code of four letters";
+        } else if (options.minRunwayFt > 0 &&
+                   (!airport.paved || LongestRunwayFt(airport) < options.minRunwayFt)) {
+            reason = "airports without a paved runway as long as asked for";
+        }
+        if (reason != nullptr) {
+            report.Add(Topic::Dropped, reason);
+        }
+        return reason != nullptr;
+    });
+}
+
+void KeepRegion(const ImportOptions& options, Dataset& data, Report& report) {
+    const auto outside = [&](const auto& record) { return !options.region.Contains(record.at); };
+    report.AddCount(Topic::Dropped, "stations outside the region",
+                    std::erase_if(data.stations, outside));
+    report.AddCount(Topic::Dropped, "fixes outside the region", std::erase_if(data.fixes, outside));
+    report.AddCount(Topic::Dropped, "localizers outside the region",
+                    std::erase_if(data.localizers, outside));
+    report.AddCount(Topic::Dropped, "boundaries outside the region",
+                    std::erase_if(data.boundaries, [&](const Boundary& boundary) {
+                        return std::none_of(
+                            boundary.points.begin(), boundary.points.end(),
+                            [&](const LatLon& at) { return options.region.Contains(at); });
+                    }));
+    std::vector<Airway> cut;
+    for (const Airway& airway : data.airways) {
+        std::vector<Airway> parts = CutToRegion(airway, options.region);
+        if (parts.empty()) {
+            report.Add(Topic::Dropped, "airway pieces outside the region");
+        }
+        cut.insert(cut.end(), parts.begin(), parts.end());
+    }
+    data.airways = std::move(cut);
+}
+
+}  // namespace
+
+bool Region::Contains(const LatLon& at) const {
+    const bool inLongitude = west <= east ? at.longitude >= west && at.longitude <= east
+                                          : at.longitude >= west || at.longitude <= east;
+    return at.latitude >= south && at.latitude <= north && inLongitude;
+}
+
+void ApplyOptions(const ImportOptions& options, Dataset& data, Report& report) {
+    KeepRegion(options, data, report);
+    KeepAirports(options, data, report);
+    const auto clear = [&](const char* table, auto& records) {
+        if (!Wanted(options, table)) {
+            records.clear();
+        }
+    };
+    clear("navaids", data.stations);
+    clear("fixes", data.fixes);
+    clear("airports", data.airports);
+    clear("airways", data.airways);
+    clear("boundaries", data.boundaries);
+    clear("localizers", data.localizers);
+    for (ProcedureFile& file : data.procedures) {
+        clear("procedures", file);
+    }
+    if (!Wanted(options, "navaids")) {
+        data.cycle = 0;  // the line tells how current the navaids are
+    }
+    data.cycle = options.cycle != 0 ? options.cycle : data.cycle;
+}
+
+void MergeDataset(Dataset incoming, Coverage coverage, Dataset& target, Report& report) {
+    MergePoints(std::move(incoming.stations), "stations", target.stations, report);
+    MergePoints(std::move(incoming.fixes), "fixes", target.fixes, report);
+    MergeAirports(std::move(incoming.airports), coverage, target.airports, report);
+    MergeAirways(std::move(incoming.airways), target.airways, report);
+    MergeBoundaries(std::move(incoming.boundaries), target.boundaries, report);
+    MergeLocalizers(std::move(incoming.localizers), target.localizers);
+    for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
+        for (auto& [airport, lines] : incoming.procedures[kind]) {
+            if (target.procedures[kind].contains(airport)) {
+                report.Add(Topic::Changed, "airports' procedure sections replaced", airport);
+            }
+            target.procedures[kind].insert_or_assign(airport, std::move(lines));
+        }
+    }
+    target.cycle = incoming.cycle != 0 ? incoming.cycle : target.cycle;
+}
+
+void SortDataset(Dataset& data) {
+    std::stable_sort(data.stations.begin(), data.stations.end(),
+                     [](const Station& a, const Station& b) {
+                         return std::tie(a.ident, b.isVor, a.at.latitude, a.at.longitude) <
+                                std::tie(b.ident, a.isVor, b.at.latitude, b.at.longitude);
+                     });
+    std::stable_sort(data.fixes.begin(), data.fixes.end(), [](const Fix& a, const Fix& b) {
+        return std::tie(a.ident, a.at.latitude, a.at.longitude) <
+               std::tie(b.ident, b.at.latitude, b.at.longitude);
+    });
+    std::stable_sort(data.airports.begin(), data.airports.end(),
+                     [](const Airport& a, const Airport& b) { return a.ident < b.ident; });
+    for (Airport& airport : data.airports) {
+        std::stable_sort(airport.runways.begin(), airport.runways.end(),
+                         [](const RunwayEnd& a, const RunwayEnd& b) { return a.ident < b.ident; });
+    }
+    // Longer pieces of one name first: the one a pilot most likely means.
+    std::stable_sort(
+        data.airways.begin(), data.airways.end(), [](const Airway& a, const Airway& b) {
+            return a.name != b.name ? a.name < b.name : a.points.size() > b.points.size();
+        });
+    std::stable_sort(data.boundaries.begin(), data.boundaries.end(),
+                     [](const Boundary& a, const Boundary& b) { return a.rank < b.rank; });
+}
+
+}  // namespace avqdata

@@ -1,0 +1,53 @@
+// avqdata/source_file.h - the sources' files, plain or gzip, whole or line by line.
+//
+// A file that cannot be opened, is damaged or ends in the middle of its compressed data is an
+// error, never a shorter file.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace avqdata {
+
+// Called now and then with how much of the work is done, 0 to 1.
+using Progress = std::function<void(std::string_view what, double done)>;
+
+// `error` says what is wrong; it is left alone on success.
+bool ReadSourceFile(const std::string& path, std::string& text, std::string& error);
+
+// The first of the names, each also with ".gz" behind it, that the folder holds, whatever its
+// letter case; empty when there is none.
+std::string FindSource(const std::string& folder, const std::vector<std::string>& names);
+
+// The file's name without its folder, for messages.
+std::string BaseName(const std::string& path);
+
+// Lines without their ends (LF or CRLF), from a file as it is read or from a text.
+class LineSource {
+  public:
+    static LineSource OfText(std::string_view text, std::string name);
+    static LineSource OfFile(const std::string& path, const Progress& progress);
+
+    bool Next(std::string_view& line);  // false at the end and after an error
+    std::size_t LineNumber() const { return lineNumber_; }
+    const std::string& Name() const { return name_; }
+    const std::string& Error() const { return error_; }  // empty while all is well
+
+  private:
+    struct File;
+    LineSource() = default;
+    void Refill();
+
+    std::string name_;
+    std::string error_;
+    std::string buffer_;
+    std::string_view rest_;
+    std::size_t lineNumber_ = 0;
+    std::shared_ptr<File> file_;  // none for a text, and when all has been read
+};
+
+}  // namespace avqdata

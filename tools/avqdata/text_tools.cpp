@@ -1,0 +1,191 @@
+#include "avqdata/text_tools.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <system_error>
+
+#include "base/text.h"
+
+namespace avqdata {
+namespace {
+
+bool IsAlphanumeric(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+// The letters U+00C0 to U+017F without their accents; '?' for signs that are no letters.
+constexpr std::string_view kPlainLatin =
+    "AAAAAAACEEEEIIIIDNOOOOO?OUUUUYTsaaaaaaaceeeeiiiidnooooo?ouuuuyty"
+    "AaAaAaCcCcCcCcDdDdEeEeEeEeEeGgGgGgGgHhHhIiIiIiIiIiIiJjKkkLlLlLlLlLlNnNnNnnNnOoOoOoOoRrRrRrSsSs"
+    "SsSsTtTtTtUuUuUuUuUuUuWwYyYZzZzZzs";
+static_assert(kPlainLatin.size() >= 0x180 - 0xC0);
+
+// The character at the front of `rest`, taken off it: ASCII, or '?' for what has no plain form.
+char NextPlain(std::string_view& rest) {
+    const auto first = static_cast<unsigned char>(rest.front());
+    rest.remove_prefix(1);
+    if (first < 0x80) {
+        return static_cast<char>(first);
+    }
+    if (first < 0xC3 || first > 0xC5 || rest.empty()) {
+        return '?';
+    }
+    const auto second = static_cast<unsigned char>(rest.front());
+    if ((second & 0xC0) != 0x80) {
+        return '?';
+    }
+    rest.remove_prefix(1);
+    const std::size_t code = (first & 0x1FU) << 6U | (second & 0x3FU);
+    return code >= 0xC0 ? kPlainLatin[code - 0xC0] : '?';
+}
+
+template <typename Value>
+std::optional<Value> Parse(std::string_view text) {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    Value value{};
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || text.empty()) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+}  // namespace
+
+std::string_view Trim(std::string_view text) {
+    while (!text.empty() && avq1::IsSpace(text.front())) {
+        text.remove_prefix(1);
+    }
+    while (!text.empty() && avq1::IsSpace(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+std::vector<std::string_view> Words(std::string_view line) {
+    std::vector<std::string_view> words;
+    for (std::string_view word = avq1::NextWord(line); !word.empty(); word = avq1::NextWord(line)) {
+        words.push_back(word);
+    }
+    return words;
+}
+
+std::vector<std::string> SplitList(std::string_view text, char separator) {
+    std::vector<std::string> parts;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find(separator), text.size());
+        parts.emplace_back(Trim(text.substr(0, end)));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return parts;
+}
+
+std::optional<double> Number(std::string_view text) {
+    const std::optional<double> value = Parse<double>(Trim(text));
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::optional<int> WholeNumber(std::string_view text) {
+    return Parse<int>(Trim(text));
+}
+
+bool IsPosition(const avq1::LatLon& at) {
+    return std::abs(at.latitude) <= 90.0 && std::abs(at.longitude) <= 180.0;
+}
+
+std::optional<avq1::LatLon> Position(std::string_view latitude, std::string_view longitude) {
+    const std::optional<double> lat = Number(latitude);
+    const std::optional<double> lon = Number(longitude);
+    if (!lat || !lon || !IsPosition({*lat, *lon})) {
+        return std::nullopt;
+    }
+    return avq1::LatLon{*lat, *lon};
+}
+
+std::string Token(std::string_view text) {
+    constexpr std::size_t kLongest = 60;
+    std::string token;
+    bool gap = false;
+    while (!text.empty() && token.size() < kLongest) {
+        const char c = NextPlain(text);
+        if (!IsAlphanumeric(c)) {
+            gap = !token.empty();
+            continue;
+        }
+        if (gap) {
+            token += '_';
+            gap = false;
+        }
+        token += c;
+    }
+    return token.empty() ? "-" : token;
+}
+
+bool IsIdent(std::string_view text) {
+    constexpr std::size_t kLongest = 16;
+    return !text.empty() && text.size() <= kLongest &&
+           std::all_of(text.begin(), text.end(),
+                       [](char c) { return IsAlphanumeric(c) || c == '-' || c == '_'; });
+}
+
+bool IsIcaoCode(std::string_view text) {
+    return text.size() == 4 &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+bool IsRunwayIdent(std::string_view text) {
+    if (text.size() < 2 || text.size() > 3) {
+        return false;
+    }
+    const std::optional<int> number = WholeNumber(text.substr(0, 2));
+    const bool side = text.size() == 2 || text[2] == 'L' || text[2] == 'R' || text[2] == 'C';
+    return number && text[0] != '+' && *number >= 1 && *number <= 36 && side;
+}
+
+std::string Fixed(double value, int decimals) {
+    std::array<char, 64> text{};
+    const int size = std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
+    std::string result(text.data(), static_cast<std::size_t>(std::clamp(size, 0, 63)));
+    const bool zero = result.find_first_not_of("-0.") == std::string::npos;
+    return zero && result.starts_with('-') ? result.substr(1) : result;
+}
+
+std::string Megahertz(double megahertz) {
+    return Fixed(megahertz, 2);
+}
+
+std::string Kilohertz(double kilohertz) {
+    const bool whole = std::abs(kilohertz - std::round(kilohertz)) < 0.05;
+    return Fixed(kilohertz, whole ? 0 : 1);
+}
+
+double Normalized(double degrees) {
+    return avq1::PositiveModulo(degrees, 360.0);
+}
+
+double DistanceNm(const avq1::LatLon& a, const avq1::LatLon& b) {
+    return avq1::GreatCircleDistanceNm(a.latitude, a.longitude, b.latitude, b.longitude);
+}
+
+double CourseTrue(const avq1::LatLon& a, const avq1::LatLon& b) {
+    const double latitude1 = a.latitude * avq1::kDegToRad;
+    const double latitude2 = b.latitude * avq1::kDegToRad;
+    const double across = (b.longitude - a.longitude) * avq1::kDegToRad;
+    const double y = std::sin(across) * std::cos(latitude2);
+    const double x = std::cos(latitude1) * std::sin(latitude2) -
+                     std::sin(latitude1) * std::cos(latitude2) * std::cos(across);
+    return Normalized(std::atan2(y, x) * avq1::kRadToDeg);
+}
+
+double TurnDeg(double first, double second) {
+    return avq1::PositiveModulo(second - first + 180.0, 360.0) - 180.0;
+}
+
+}  // namespace avqdata

@@ -1,0 +1,47 @@
+// avqdata/text_tools.h - reading the sources' fields: strict numbers, tokens, identifiers.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "geometry/geometry.h"
+
+namespace avqdata {
+
+std::string_view Trim(std::string_view text);
+std::vector<std::string_view> Words(std::string_view line);
+std::vector<std::string> SplitList(std::string_view text, char separator);
+
+// The whole text as a finite number; a leading "+" is allowed. Nothing else may stand in it.
+std::optional<double> Number(std::string_view text);
+std::optional<int> WholeNumber(std::string_view text);
+
+// A position within its ranges.
+std::optional<avq1::LatLon> Position(std::string_view latitude, std::string_view longitude);
+bool IsPosition(const avq1::LatLon& at);
+
+// One blank-free ASCII token: accents dropped, words joined by underscores; "-" when nothing is
+// left. `text` is UTF-8; other bytes count as separators.
+std::string Token(std::string_view text);
+
+// Whether a text can stand as an identifier in the files: printable ASCII without blanks, none of
+// the characters that begin comments, sections or keys there.
+bool IsIdent(std::string_view text);
+bool IsIcaoCode(std::string_view text);     // four capital letters
+bool IsRunwayIdent(std::string_view text);  // 01 to 36 and L, R, C or nothing
+
+std::string Fixed(double value, int decimals);
+std::string Megahertz(double megahertz);  // "113.70"
+std::string Kilohertz(double kilohertz);  // "365", "365.5"
+
+// The course in [0, 360).
+double Normalized(double degrees);
+
+double DistanceNm(const avq1::LatLon& a, const avq1::LatLon& b);
+double CourseTrue(const avq1::LatLon& a, const avq1::LatLon& b);  // in [0, 360)
+double TurnDeg(double first, double second);                      // -180 to 180
+
+}  // namespace avqdata

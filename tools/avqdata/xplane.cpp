@@ -1,0 +1,483 @@
+#include "avqdata/xplane.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+#include "avqdata/airway_pieces.h"
+#include "avqdata/importers.h"
+#include "avqdata/text_tools.h"
+#include "avqdata/variation.h"
+
+namespace avqdata {
+namespace {
+
+constexpr double kFeetPerMetre = 1.0 / 0.3048;
+constexpr double kFeetPerNm = 1852.0 * kFeetPerMetre;
+constexpr int kRegionsFrom = 1100;  // from this version on rows name their region
+
+using Row = std::vector<std::string_view>;
+
+// Steps over the two header lines. 0, with `error`, when they are not such a file's; the first of
+// them ("I" or "A") may be empty.
+int ReadHeader(LineSource& lines, Dataset& data, std::string& error) {
+    constexpr int kOldest = 600;
+    constexpr int kNewest = 1299;
+    std::string_view first;
+    std::string_view line;
+    lines.Next(first);
+    const bool origin = Trim(first).empty() || Trim(first) == "I" || Trim(first) == "A";
+    if (!lines.Next(line) || !origin) {
+        error = lines.Error().empty() ? lines.Name() + ": has no X-Plane header" : lines.Error();
+        return 0;
+    }
+    const Row words = Words(line);
+    const std::optional<int> version = words.empty() ? std::nullopt : WholeNumber(words[0]);
+    if (!version || *version < kOldest || *version > kNewest) {
+        error = AtLine(lines.Name(), 2, "is no X-Plane version line");
+        return 0;
+    }
+    const std::size_t cycle = line.find("data cycle ");
+    const std::size_t start = cycle + 11;
+    if (cycle != std::string_view::npos && line.size() >= start + 4) {
+        std::string digits;  // "2013.10" or "1310"
+        for (std::size_t i = start; i < line.size() && digits.size() < 6; ++i) {
+            if (line[i] >= '0' && line[i] <= '9') {
+                digits += line[i];
+            } else if (line[i] != '.') {
+                break;
+            }
+        }
+        data.cycle = WholeNumber(digits.substr(digits.size() > 4 ? 2 : 0)).value_or(0);
+    }
+    return *version;
+}
+
+// Walks the rows behind the header up to the line "99".
+template <typename OnRow>
+bool ReadRows(LineSource& lines, Dataset& data, std::string& error, OnRow onRow) {
+    const int version = ReadHeader(lines, data, error);
+    if (version == 0) {
+        return false;
+    }
+    std::string_view line;
+    while (lines.Next(line)) {
+        const Row words = Words(line);
+        if (words.size() == 1 && words[0] == "99") {
+            break;
+        }
+        if (!words.empty()) {
+            onRow(words, line, version);
+        }
+    }
+    error = lines.Error();
+    return error.empty();
+}
+
+void AddFault(Report& report, const LineSource& lines, std::string_view text) {
+    report.Add(Topic::Fault, "lines that make no sense",
+               AtLine(lines.Name(), lines.LineNumber(), text));
+}
+
+// What stands behind the first `count` words of a line.
+std::string_view AfterWords(std::string_view line, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        line = Trim(line);
+        line.remove_prefix(std::min(line.find_first_of(" \t"), line.size()));
+    }
+    return Trim(line);
+}
+
+void AddLocalizer(const Row& words, Dataset& data) {
+    Localizer localizer;
+    localizer.ident = words[7];
+    localizer.frequency = Megahertz(Number(words[4]).value_or(0) / 100.0);
+    localizer.antenna = Position(words[1], words[2]).value_or(LatLon{});
+    localizer.courseTrue = Normalized(Number(words[6]).value_or(0));
+    localizer.airport = words[8];
+    localizer.runway = words[9];
+    data.localizers.push_back(std::move(localizer));
+}
+
+// Angle and course stand in one number: 300281.700 is 3.00 degrees along 281.7.
+void AddGlideslope(const Row& words, Dataset& data) {
+    const std::string key(words[9]);
+    for (auto localizer = data.localizers.rbegin(); localizer != data.localizers.rend();
+         ++localizer) {
+        if (localizer->airport == words[8] && localizer->runway == key) {
+            localizer->glideDeg = std::floor(Number(words[6]).value_or(0) / 1000.0) / 100.0;
+            localizer->elevationFt = static_cast<int>(Number(words[3]).value_or(0));
+            return;
+        }
+    }
+}
+
+struct NavRow {
+    int code = 0;
+    LatLon at;
+    double frequency = 0;
+    double extra = 0;
+    std::string ident;
+    std::string name;
+    std::string region;
+};
+
+bool ReadNavRow(const Row& words, std::string_view line, int version, NavRow& row) {
+    const std::size_t nameAt = version >= kRegionsFrom ? 10 : 8;
+    if (words.size() < nameAt) {
+        return false;
+    }
+    const std::optional<LatLon> at = Position(words[1], words[2]);
+    const std::optional<double> frequency = Number(words[4]);
+    const std::optional<double> extra = Number(words[6]);
+    if (!at || !frequency || !extra || !IsIdent(words[7])) {
+        return false;
+    }
+    row.at = *at;
+    row.frequency = *frequency;
+    row.extra = *extra;
+    row.ident = words[7];
+    row.region = version >= kRegionsFrom ? std::string(words[9]) : std::string();
+    row.name = Token(AfterWords(line, nameAt));
+    return true;
+}
+
+// "A P HILL NDB" is the station A_P_HILL: the kind has a field of its own.
+std::string StationName(const std::string& token) {
+    for (const std::string_view kind :
+         {"_VOR_DME", "_VORTAC", "_NDB_DME", "_VOR", "_NDB", "_TACAN", "_DME"}) {
+        if (token.size() > kind.size() && token.ends_with(kind)) {
+            return token.substr(0, token.size() - kind.size());
+        }
+    }
+    return token;
+}
+
+void AddNavRow(const NavRow& row, Dataset& data, XplaneTables& tables) {
+    constexpr int kNdb = 2;
+    constexpr int kVor = 3;
+    if (row.code == kNdb || row.code == kVor) {
+        const bool isVor = row.code == kVor;
+        data.stations.push_back(
+            {row.ident, StationName(row.name), row.at, isVor,
+             isVor ? Megahertz(row.frequency / 100) : Kilohertz(row.frequency)});
+        if (isVor && std::abs(row.extra) <= 90) {
+            data.variations.push_back({row.at, row.extra});
+        }
+    } else {  // a DME that stands alone gives no bearing
+        data.fixes.push_back({row.ident, row.at});
+    }
+    tables.points.try_emplace({row.ident, row.region, row.code == kNdb ? kNdb : kVor}, row.at);
+}
+
+Fix AirwayFix(const Row& words, std::size_t first, int version, const XplaneTables& tables,
+              bool& found) {
+    Fix fix{std::string(words[first]), {}};
+    if (version < kRegionsFrom) {
+        const std::optional<LatLon> at = Position(words[first + 1], words[first + 2]);
+        found = at.has_value();
+        fix.at = at.value_or(LatLon{});
+        return fix;
+    }
+    const auto point = tables.points.find(
+        {fix.ident, std::string(words[first + 1]), WholeNumber(words[first + 2]).value_or(0)});
+    found = point != tables.points.end();
+    if (found) {
+        fix.at = point->second;
+    }
+    return fix;
+}
+
+// ---- airports ----
+
+struct AirportInWork {
+    Airport airport;
+    bool taken = false;
+    std::optional<double> datumLatitude;
+    std::optional<double> datumLongitude;
+};
+
+LatLon ShiftAlong(const LatLon& from, double courseTrue, double distanceNm) {
+    LatLon to;
+    avq1::PointAtDistance(from.latitude, from.longitude, courseTrue, distanceNm, to.latitude,
+                          to.longitude);
+    return to;
+}
+
+void AddRunway(const Row& words, const LineSource& lines, Report& report, Airport& airport) {
+    constexpr std::size_t kEnds[2] = {8, 17};
+    constexpr int kLastPaved = 2;  // 1 asphalt, 2 concrete
+    if (words.size() < 21) {
+        AddFault(report, lines, "a runway row is too short");
+        return;
+    }
+    std::optional<LatLon> ends[2];
+    for (int i = 0; i < 2; ++i) {
+        ends[i] = Position(words[kEnds[i] + 1], words[kEnds[i] + 2]);
+    }
+    if (!ends[0] || !ends[1]) {
+        AddFault(report, lines, "a runway end has no position on earth");
+        return;
+    }
+    const double lengthNm = DistanceNm(*ends[0], *ends[1]);
+    airport.paved = airport.paved || WholeNumber(words[2]).value_or(kLastPaved + 1) <= kLastPaved;
+    for (int i = 0; i < 2; ++i) {
+        if (!IsRunwayIdent(words[kEnds[i]])) {
+            report.Add(Topic::Dropped, "runway ends without a number");
+            continue;
+        }
+        RunwayEnd end;
+        end.ident = words[kEnds[i]];
+        end.lengthFt = static_cast<int>(std::lround(lengthNm * kFeetPerNm));
+        end.headingTrue = CourseTrue(*ends[i], *ends[1 - i]);
+        end.needsVariation = true;
+        const double displacedFt = Number(words[kEnds[i] + 3]).value_or(0) * kFeetPerMetre;
+        end.at = ShiftAlong(*ends[i], end.headingTrue, displacedFt / kFeetPerNm);
+        airport.runways.push_back(std::move(end));
+    }
+}
+
+void CloseAirport(AirportInWork& work, Report& report, Dataset& data) {
+    Airport& airport = work.airport;
+    if (!work.taken) {
+        return;
+    }
+    work.taken = false;
+    if (work.datumLatitude && work.datumLongitude) {
+        airport.at = {*work.datumLatitude, *work.datumLongitude};
+    } else if (!airport.runways.empty()) {
+        const RunwayEnd& first = airport.runways.front();
+        const double halfNm = first.lengthFt / kFeetPerNm / 2;
+        airport.at = ShiftAlong(first.at, first.headingTrue, halfNm);
+    } else {
+        report.Add(Topic::Dropped, "airports without a runway or position", airport.ident);
+        return;
+    }
+    if (IsPosition(airport.at)) {
+        data.airports.push_back(std::move(airport));
+    }
+}
+
+void OpenAirport(const Row& words, std::string_view line, const LineSource& lines, Report& report,
+                 AirportInWork& work) {
+    const std::optional<int> elevation = words.size() > 4 ? WholeNumber(words[1]) : std::nullopt;
+    if (!elevation || !IsIdent(words[4])) {
+        AddFault(report, lines, "an airport row has no elevation or identifier");
+        return;
+    }
+    const std::string_view name = AfterWords(line, 5);
+    if (name.starts_with("[X]") || name.find("CLOSED") != std::string_view::npos) {
+        report.Add(Topic::Dropped, "closed airports");
+        return;
+    }
+    work = {};
+    work.taken = true;
+    work.airport = {std::string(words[4]), Token(name), *elevation, {}, {}, false};
+}
+
+void AddDatum(const Row& words, AirportInWork& work) {
+    if (words.size() < 3) {
+        return;
+    }
+    if (words[1] == "datum_lat") {
+        work.datumLatitude = Number(words[2]);
+    } else if (words[1] == "datum_lon") {
+        work.datumLongitude = Number(words[2]);
+    }
+}
+
+// Ties localizers to their runway ends; one without a runway or glideslope is no approach aid.
+void TieLocalizers(Report& report, Dataset& data) {
+    std::unordered_map<std::string, std::size_t> byIdent;
+    for (std::size_t i = 0; i < data.airports.size(); ++i) {
+        byIdent.emplace(data.airports[i].ident, i);
+    }
+    std::vector<Localizer> kept;
+    for (Localizer& localizer : data.localizers) {
+        const auto found = byIdent.find(localizer.airport);
+        if (found == byIdent.end()) {
+            report.Add(Topic::Unresolved, "localizers without their airport");
+            continue;
+        }
+        auto& runways = data.airports[found->second].runways;
+        const auto end = std::find_if(runways.begin(), runways.end(), [&](const RunwayEnd& runway) {
+            return runway.ident == localizer.runway;
+        });
+        if (end == runways.end()) {
+            report.Add(Topic::Unresolved, "localizers without their runway",
+                       localizer.ident + " at " + localizer.airport + " " + localizer.runway);
+            continue;
+        }
+        end->ilsFrequency = localizer.frequency;
+        end->ils = localizer.glideDeg > 0 ? "ILS" : "LOC";
+        end->courseMag = TurnDeg(end->headingTrue, localizer.courseTrue);  // until headings are
+        localizer.at = end->at;
+        if (localizer.glideDeg > 0) {
+            kept.push_back(std::move(localizer));
+        }
+    }
+    data.localizers = std::move(kept);
+}
+
+using Reader = bool (*)(LineSource&, Report&, Dataset&, XplaneTables&, std::string&);
+
+struct SourceRow {
+    std::vector<std::string> names;
+    Reader read;
+};
+
+bool ReadAirwaysRow(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                    std::string& error) {
+    return ReadXplaneAirways(lines, report, data, tables, error);
+}
+
+bool ReadAirportsRow(LineSource& lines, Report& report, Dataset& data, XplaneTables&,
+                     std::string& error) {
+    return ReadXplaneAirports(lines, report, data, error);
+}
+
+}  // namespace
+
+bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                     std::string& error) {
+    constexpr int kFixType = 11;
+    return ReadRows(lines, data, error, [&](const Row& words, std::string_view, int version) {
+        const std::optional<LatLon> at =
+            words.size() > 2 ? Position(words[0], words[1]) : std::nullopt;
+        if (!at || !IsIdent(words[2])) {
+            AddFault(report, lines, "is no fix");
+            return;
+        }
+        data.fixes.push_back({std::string(words[2]), *at});
+        if (version >= kRegionsFrom && words.size() > 4) {
+            tables.points.try_emplace({std::string(words[2]), std::string(words[4]), kFixType},
+                                      *at);
+        }
+    });
+}
+
+bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                       std::string& error) {
+    return ReadRows(lines, data, error, [&](const Row& words, std::string_view line, int version) {
+        const int code = WholeNumber(words[0]).value_or(0);
+        const bool station = code == 2 || code == 3 || code == 13;
+        const bool landing = code >= 4 && code <= 6;
+        if (!station && !landing) {
+            // Markers, and DMEs that belong to another station, are no points of their own.
+            if (code < 7 || (code > 12 && code < 14)) {
+                AddFault(report, lines, "is no navaid");
+            }
+            return;
+        }
+        NavRow row;
+        row.code = code;
+        if (!ReadNavRow(words, line, version, row) || (landing && words.size() < 10)) {
+            AddFault(report, lines, "is no navaid");
+            return;
+        }
+        if (station) {
+            AddNavRow(row, data, tables);
+        } else if (landing) {
+            Row fields(words);
+            if (version >= kRegionsFrom && words.size() > 10) {
+                fields[9] = words[10];  // airport, region, runway
+            }
+            code == 6 ? AddGlideslope(fields, data) : AddLocalizer(fields, data);
+        }
+    });
+}
+
+bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const XplaneTables& tables,
+                       std::string& error) {
+    std::vector<AirwaySegment> segments;
+    const bool read =
+        ReadRows(lines, data, error, [&](const Row& words, std::string_view, int version) {
+            const std::size_t size = version >= kRegionsFrom ? 11 : 10;
+            if (words.size() < size || !IsIdent(words[0]) || !IsIdent(words[3])) {
+                AddFault(report, lines, "is no airway segment");
+                return;
+            }
+            bool hasFrom = false;
+            bool hasTo = false;
+            const Fix from = AirwayFix(words, 0, version, tables, hasFrom);
+            const Fix to = AirwayFix(words, 3, version, tables, hasTo);
+            if (!hasFrom || !hasTo) {
+                report.Add(
+                    Topic::Unresolved, "airway segments whose fix is not known",
+                    AtLine(lines.Name(), lines.LineNumber(), hasFrom ? to.ident : from.ident));
+                return;
+            }
+            for (const std::string& name : SplitList(words[size - 1], '-')) {
+                if (IsIdent(name)) {
+                    segments.push_back({name, from, to});
+                }
+            }
+        });
+    report.AddCount(Topic::Read, "airway segments", segments.size());
+    const std::vector<Airway> pieces = JoinSegments(segments);
+    data.airways.insert(data.airways.end(), pieces.begin(), pieces.end());
+    return read;
+}
+
+bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error) {
+    AirportInWork work;
+    Dataset ignoredCycle;
+    const bool read =
+        ReadRows(lines, ignoredCycle, error, [&](const Row& words, std::string_view line, int) {
+            if (words[0] == "1" || words[0] == "16" || words[0] == "17") {
+                CloseAirport(work, report, data);
+                if (words[0] == "1") {
+                    OpenAirport(words, line, lines, report, work);
+                } else {
+                    report.Add(Topic::Dropped, "seaplane bases and heliports");
+                }
+            } else if (words[0] == "100" && work.taken) {
+                AddRunway(words, lines, report, work.airport);
+            } else if (words[0] == "1302" && work.taken) {
+                AddDatum(words, work);
+            }
+        });
+    CloseAirport(work, report, data);
+    return read;
+}
+
+bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
+                  std::string& error) {
+    // The newer airway form refers to fixes and navaids by name, so those come first.
+    const std::vector<SourceRow> sources{
+        {{"earth_nav.dat", "nav.dat"}, ReadXplaneNavaids},
+        {{"earth_fix.dat", "fix.dat"}, ReadXplaneFixes},
+        {{"earth_awy.dat", "awy.dat"}, ReadAirwaysRow},
+        {{"apt.dat"}, ReadAirportsRow},
+    };
+    XplaneTables tables;
+    std::size_t found = 0;
+    for (const SourceRow& source : sources) {
+        // As X-Plane and FlightGear lay their folders out.
+        std::string path;
+        for (const char* below :
+             {"", "/Custom Data", "/Resources/default data", "/Navaids", "/Airports",
+              "/Resources/default scenery/default apt dat/Earth nav data"}) {
+            path = path.empty() ? FindSource(folder + below, source.names) : path;
+        }
+        if (path.empty()) {
+            context.report.Add(Topic::Warning, "files that are not in the folder",
+                               source.names.back());
+            continue;
+        }
+        ++found;
+        LineSource lines = LineSource::OfFile(path, context.progress);
+        if (!source.read(lines, context.report, data, tables, error)) {
+            return false;
+        }
+    }
+    if (found == 0) {
+        error = folder + ": holds none of nav.dat, fix.dat, awy.dat, apt.dat";
+        return false;
+    }
+    TieLocalizers(context.report, data);
+    FillHeadings(data, context.report);
+    return true;
+}
+
+}  // namespace avqdata
