@@ -5,8 +5,10 @@
 #include "cdu_gns/gns_keys.h"
 #include "cdu_gns/mcu.h"
 #include "cdu_smiths/smiths_keys.h"
+#include "displays/eadi.h"
 #include "displays/ehsi.h"
 #include "displays/mfd.h"
+#include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
 #include "flightplan/flight_plan.h"
@@ -181,11 +183,11 @@ constexpr GaugeBehaviour kMcu = CompactUnit();
 constexpr GaugeBehaviour kMfd = Display(DrawBlank, 4002);
 constexpr GaugeBehaviour kMfdPanel = MfdPanel();
 constexpr GaugeBehaviour kGns = Unit(DrawBlank, false);
-constexpr GaugeBehaviour kEadi = Display(DrawBlank, 4005);
+constexpr GaugeBehaviour kEadi = Display(DrawEadi, 4005);
 constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, 4008, true);
 constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, 4009, false);
 constexpr GaugeBehaviour kTcas = Display(DrawBlank, 4010);
-constexpr GaugeBehaviour kNd = MapDisplay(DrawBlank, 4011, false);
+constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, 4011, false);
 constexpr GaugeBehaviour kPanel = ControlPanel();
 constexpr GaugeBehaviour kModeButton = ModeButton();
 constexpr GaugeBehaviour kSmiths = Unit(DrawBlank, true);

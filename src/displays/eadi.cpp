@@ -1,0 +1,91 @@
+#include "displays/eadi.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "displays/eadi_picture.h"
+#include "drawing/palette.h"
+#include "guidance/guidance_state.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+namespace {
+
+const EadiLayout& ChosenLayout() {
+    const bool expanded =
+        settings.ExpandEADI == 1 || (settings.ExpandEADILnav == 1 && guidance.lnavEngaged == 1);
+    return expanded ? kEadiExpanded : kEadiNormal;
+}
+
+// Back to front. What belongs to the outside world and the cue ends with the picture area.
+struct Layer {
+    bool insidePicture;
+    void (*draw)(EadiPicture& picture);
+};
+
+constexpr Layer kLayers[] = {
+    {true, DrawSkyAndGround},   {true, DrawPitchLadder},    {true, DrawBankScale},
+    {true, DrawFlightDirector}, {true, DrawAircraftFigure}, {false, DrawLocalizer},
+    {false, DrawGlideslope},    {false, DrawHeadingTape},   {false, DrawSpeedDeviation},
+    {false, DrawAnnunciations}, {false, DrawHeights},       {false, DrawMarker},
+};
+
+void ClipToPicture(EadiPicture& picture) {
+    const EadiLayout& layout = picture.layout;
+    picture.canvas.BeginClip();
+    picture.canvas.ClipRectangle(layout.left, layout.top, layout.right - layout.left,
+                                 layout.bottom - layout.top);
+    picture.canvas.EndClip();
+}
+
+}  // namespace
+
+void EadiText(EadiPicture& picture, std::string_view text, const CanvasFont& font,
+              std::uint32_t argb, double x, double y) {
+    constexpr double kCapTop = 0.19;  // of the font's size, from the text's top
+    constexpr double kBaseline = 0.91;
+    const double width = picture.canvas.MeasureText(text, font).width;
+    picture.canvas.FillRectangle(colour::Black, x - 1, y + kCapTop * font.sizePx - 0.5, width + 2,
+                                 (kBaseline - kCapTop) * font.sizePx + 1);
+    picture.surface.Text(text, font, argb, x, y);
+}
+
+void EadiFlag(EadiPicture& picture, std::string_view text, std::uint32_t argb, double centreX,
+              double centreY) {
+    constexpr CanvasFont kFont{"Arial", 14, true};
+    const CanvasSize size = picture.canvas.MeasureText(text, kFont);
+    const double width = size.width + 8;
+    const double height = size.height + 2;
+    picture.canvas.FillRectangle(colour::Black, centreX - width / 2, centreY - height / 2, width,
+                                 height);
+    picture.canvas.DrawRectangle({argb, 1.5}, centreX - width / 2, centreY - height / 2, width,
+                                 height);
+    picture.surface.TextCentred(text, kFont, argb, centreX, centreY - size.height / 2);
+}
+
+void DrawEadi(const DrawTarget& target) {
+    Surface surface(target, kEadiDesignWidth, kEadiDesignHeight);
+    if (!surface.ShouldDraw() || avionicsPower == 0) {
+        return;
+    }
+    Canvas& canvas = surface.canvas();
+    canvas.FillRectangle(colour::Black, 0, 0, kEadiDesignWidth, kEadiDesignHeight);
+    canvas.Translate(kEadiCentre.x, kEadiCentre.y);
+    EadiPicture picture{surface, canvas, ChosenLayout()};
+    picture.attitudeValid = std::isfinite(aircraft.bank) && std::isfinite(aircraft.pitch);
+    if (picture.attitudeValid) {
+        picture.bank = std::remainder(aircraft.bank, 360.0);
+        picture.pitch = std::clamp(aircraft.pitch, -90.0, 90.0);
+    }
+    for (const Layer& layer : kLayers) {
+        canvas.SaveState();
+        if (layer.insidePicture) {
+            ClipToPicture(picture);
+        }
+        layer.draw(picture);
+        canvas.RestoreState();
+    }
+}
+
+}  // namespace avq1

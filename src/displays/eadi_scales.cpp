@@ -1,0 +1,156 @@
+// The attitude display's scales: heading tape, localizer, glideslope, speed deviation.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+
+#include "displays/eadi_picture.h"
+#include "drawing/palette.h"
+#include "geometry/geometry.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kLocalizerY = 80;
+constexpr double kPxPerCourseUnit = 0.6493506493506493;
+constexpr double kFullCourseUnits = 127;
+
+// Glideslope and speed deviation stand beside the picture, level with each other.
+constexpr double kGlideslopeX = 112;
+constexpr double kSpeedX = -112;
+constexpr double kUprightCentreY = -11;
+constexpr double kPxPerGlideUnit = 0.5;
+constexpr double kFullGlideUnits = 120;
+
+// Two dots either side of a centre mark; (dx, dy) leads from the centre to the outer dot.
+void DrawDots(Canvas& canvas, double x, double y, double dx, double dy) {
+    constexpr double kRadius = 2.2;
+    for (const double dot : {-1.0, -0.5, 0.5, 1.0}) {
+        canvas.DrawEllipse({colour::White, 1.2}, x + dot * dx - kRadius, y + dot * dy - kRadius,
+                           2 * kRadius, 2 * kRadius);
+    }
+    const double across = 6;  // the centre mark lies across the scale
+    const bool upright = dx == 0;
+    canvas.DrawLine({colour::White, 1.5}, x - (upright ? across : 0), y - (upright ? 0 : across),
+                    x + (upright ? across : 0), y + (upright ? 0 : across));
+}
+
+void DrawDiamond(Canvas& canvas, std::uint32_t argb, double x, double y) {
+    constexpr double kHalf = 5.5;
+    const std::array<CanvasPoint, 4> diamond{
+        {{x, y - kHalf}, {x + kHalf, y}, {x, y + kHalf}, {x - kHalf, y}}};
+    canvas.FillPolygon(argb, diamond);
+    canvas.DrawPolyline({colour::Black, 0.8}, diamond, true);
+}
+
+// The strip a scale lies on, so that it reads the same over sky and earth.
+void DrawUprightGround(EadiPicture& picture, double x) {
+    constexpr double kHalfWidth = 8;
+    constexpr double kHalfHeight = 67;
+    picture.canvas.FillRectangle(colour::Black, x - kHalfWidth, kUprightCentreY - kHalfHeight,
+                                 2 * kHalfWidth, 2 * kHalfHeight);
+}
+
+// ---- heading tape ----
+constexpr double kTapeReachDeg = 45;
+constexpr double kTapePxPerDeg = 1.3;
+constexpr double kTapeHalfWidth = kTapeReachDeg * kTapePxPerDeg + 8;  // room for whole labels
+constexpr double kTapeTop = 91;
+constexpr double kTapeHeight = 21;
+constexpr const char* kTapeLabels[] = {"N", "3",  "6",  "E", "12", "15",
+                                       "S", "21", "24", "W", "30", "33"};
+
+void DrawTapeMarks(EadiPicture& picture, double heading) {
+    constexpr CanvasFont kFont{"Arial", 10, true};
+    const int first = static_cast<int>(std::ceil((heading - kTapeReachDeg) / 10));
+    const int last = static_cast<int>(std::floor((heading + kTapeReachDeg) / 10));
+    for (int tick = first; tick <= last; ++tick) {
+        const double x = (tick * 10 - heading) * kTapePxPerDeg;
+        const bool labelled = tick % 3 == 0;
+        picture.canvas.DrawLine({colour::White, 1.2}, x, kTapeTop, x,
+                                kTapeTop + (labelled ? 7 : 5));
+        if (labelled) {
+            const auto label = static_cast<std::size_t>((tick / 3 + 12) % 12);
+            picture.surface.TextCentred(kTapeLabels[label], kFont, colour::White, x, kTapeTop + 8);
+        }
+    }
+}
+
+}  // namespace
+
+void DrawHeadingTape(EadiPicture& picture) {
+    if (settings.EADIHdgTape != 1) {
+        return;
+    }
+    Canvas& canvas = picture.canvas;
+    if (!std::isfinite(aircraft.headingMag)) {
+        EadiFlag(picture, "HDG", colour::Red, 0, kTapeTop + kTapeHeight / 2);
+        return;
+    }
+    canvas.BeginClip();
+    canvas.ClipRectangle(-kTapeHalfWidth, kTapeTop - 2, 2 * kTapeHalfWidth, kTapeHeight + 2);
+    canvas.EndClip();
+    canvas.FillRectangle(colour::Black, -kTapeHalfWidth, kTapeTop, 2 * kTapeHalfWidth, kTapeHeight);
+    canvas.DrawLine({colour::White, 1.2}, -kTapeHalfWidth, kTapeTop, kTapeHalfWidth, kTapeTop);
+    DrawTapeMarks(picture, PositiveModulo(aircraft.headingMag, 360.0));
+    constexpr std::array<CanvasPoint, 3> kIndex{
+        {{-5, kTapeTop - 2}, {5, kTapeTop - 2}, {0, kTapeTop + 6}}};
+    canvas.FillPolygon(colour::Yellow, kIndex);
+}
+
+void DrawLocalizer(EadiPicture& picture) {
+    if ((ReadNavFlagWord() & kNavFlagLocalizer) == 0) {
+        return;
+    }
+    constexpr double kReachPx = kFullCourseUnits * kPxPerCourseUnit;
+    const bool valid = std::isfinite(aircraft.nav1CdiNeedle);
+    EadiText(picture, "LOC", {"Arial", 9, true}, valid ? colour::Green : colour::Red, -97, 62);
+    DrawDots(picture.canvas, 0, kLocalizerY, kReachPx, 0);
+    if (valid) {
+        DrawDiamond(picture.canvas, colour::Magenta,
+                    std::clamp(aircraft.nav1CdiNeedle * kPxPerCourseUnit, -kReachPx, kReachPx),
+                    kLocalizerY);
+    }
+}
+
+void DrawGlideslope(EadiPicture& picture) {
+    if ((ReadNavFlagWord() & kNavFlagGlideslope) == 0) {
+        return;
+    }
+    constexpr double kReachPx = kFullGlideUnits * kPxPerGlideUnit;
+    DrawUprightGround(picture, kGlideslopeX);
+    DrawDots(picture.canvas, kGlideslopeX, kUprightCentreY, 0, kReachPx);
+    if (std::isfinite(aircraft.nav1GlideslopeNeedle)) {
+        const double offset =
+            std::clamp(aircraft.nav1GlideslopeNeedle * kPxPerGlideUnit, -kReachPx, kReachPx);
+        DrawDiamond(picture.canvas, colour::Magenta, kGlideslopeX, kUprightCentreY + offset);
+    } else {
+        EadiFlag(picture, "GS", colour::Red, kGlideslopeX, kUprightCentreY);
+    }
+}
+
+// The host decides what variable 115 holds: a hold flag never exceeds 40 and so shows no scale.
+void DrawSpeedDeviation(EadiPicture& picture) {
+    constexpr double kLeastKt = 40;
+    constexpr int kReachKt = 13;
+    constexpr double kPxPerKt = 4;
+    const double selected = aircraft.apSpeed115;
+    const double indicated = aircraft.indicatedAirspeedKt;
+    const double slowKt = std::trunc(selected - indicated);
+    if (!(selected > kLeastKt && indicated > kLeastKt && std::abs(slowKt) <= kReachKt)) {
+        return;
+    }
+    constexpr CanvasFont kFont{"Arial", 11, true};
+    constexpr double kReachPx = kReachKt * kPxPerKt;
+    DrawUprightGround(picture, kSpeedX);
+    DrawDots(picture.canvas, kSpeedX, kUprightCentreY, 0, kReachPx);
+    picture.surface.TextCentred("F", kFont, colour::White, kSpeedX,
+                                kUprightCentreY - kReachPx - 16);
+    picture.surface.TextCentred("S", kFont, colour::White, kSpeedX, kUprightCentreY + kReachPx + 4);
+    DrawDiamond(picture.canvas, colour::Green, kSpeedX, kUprightCentreY + slowKt * kPxPerKt);
+}
+
+}  // namespace avq1
