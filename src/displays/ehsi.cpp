@@ -2,16 +2,21 @@
 
 #include "base/module_state.h"
 #include "displays/ehsi_picture.h"
+#include "displays/map_view.h"
 #include "drawing/palette.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
+#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
-#include "simlink/sim_variables.h"
 
 namespace avq1 {
 
 EhsiState ehsi;
 
 namespace {
+
+constexpr double kProfileMarksBeyondNm = 8;  // of the route still to fly
 
 const StateReset resetEhsi{[] { ehsi = EhsiState{}; }};
 
@@ -24,7 +29,7 @@ bool IsMapMode() {
 
 // The layers of the compass modes, back to front. Map content ends at the compass circle; the
 // instruments lie inside it by their own measures and end with the arc's picture at the bottom.
-enum class Shows { Always, OnMap, WithBoundaries, WithRoute };
+enum class Shows { Always, OnMap, WithBoundaries, WithPattern, WithRoute, WithHolds, WithProfile };
 enum class Clip { None, Compass, Bottom };
 
 struct Layer {
@@ -34,10 +39,13 @@ struct Layer {
 };
 
 constexpr Layer kLayers[] = {
-    {Shows::Always, Clip::None, ClaimRoseLabels},
+    {Shows::Always, Clip::None, ClaimRoseLayer},
     {Shows::OnMap, Clip::None, DrawRangeMark},
     {Shows::WithBoundaries, Clip::Compass, DrawBoundaryLayer},
+    {Shows::WithPattern, Clip::Compass, DrawRunwayPatternLayer},
     {Shows::WithRoute, Clip::Compass, DrawRouteLayer},
+    {Shows::WithHolds, Clip::Compass, DrawHoldLayer},
+    {Shows::WithProfile, Clip::Compass, DrawProfileLayer},
     {Shows::Always, Clip::None, DrawCompassRose},
     {Shows::Always, Clip::Bottom, DrawBearingPointers},
     {Shows::Always, Clip::Bottom, DrawCoursePointer},
@@ -55,10 +63,24 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
         case Shows::WithBoundaries:
             return picture.mapMode && ehsi.mapOverlayOn == 1 &&
                    picture.drawMode != DisplayDrawMode::SecondCockpit;
+        case Shows::WithPattern:
+            return picture.mapMode && planAirports.patternRunwayOffset != kNoPatternRunway;
         case Shows::WithRoute:
             return picture.mapMode && FromFlightManagement() && picture.hasWaypoint;
+        case Shows::WithHolds:
+            return picture.mapMode && FromFlightManagement() && holdList.count > 0;
+        case Shows::WithProfile:
+            return picture.mapMode && FromFlightManagement() &&
+                   settings.ShowTodBodIndicators == 1 &&
+                   progress.routeDistanceToDestination > kProfileMarksBeyondNm;
     }
     return false;
+}
+
+MapCompass RoseOf(const EhsiPicture& picture) {
+    const EhsiCompass& compass = picture.compass;
+    return {compass.centre,      compass.radius, compass.halfAngleDeg,
+            compass.labelFontPx, kArcBottom,     aircraft.headingMag};
 }
 
 void ClipToCompass(EhsiPicture& picture) {
@@ -98,19 +120,15 @@ bool FromFlightManagement() {
     return ehsi.navSource == NavSource::FlightManagement;
 }
 
-bool InsideCompass(const EhsiPicture& picture, const TextBox& box) {
+MapFrame FrameOf(EhsiPicture& picture) {
     const EhsiCompass& compass = picture.compass;
-    for (const double x : {box.x, box.x + box.width}) {
-        for (const double y : {box.y, box.y + box.height}) {
-            const double dx = x - compass.centre.x;
-            const double dy = y - compass.centre.y;
-            if (dx * dx + dy * dy > compass.radius * compass.radius) {
-                return false;
-            }
-        }
-    }
-    return box.x >= 0 && box.x + box.width <= kEhsiDesignWidth &&
-           (picture.fullCompass || box.y + box.height <= kArcBottom);
+    return {picture.surface,
+            ViewFromAircraft(compass.centre.x, compass.centre.y, compass.mapRadius, ehsi.ehsiRange),
+            ehsi.ehsiRange,
+            compass.centre,
+            compass.radius,
+            {0, 0, kEhsiDesignWidth, picture.fullCompass ? kEhsiDesignHeight : kArcBottom},
+            picture.mapTexts};
 }
 
 void DrawEhsi(const DrawTarget& target) {
@@ -129,10 +147,8 @@ void DrawEhsi(const DrawTarget& target) {
         DrawTrafficPresentation(picture);
         return;
     }
-    picture.nav1Signal = Nav1HasSignal();
-    picture.nav2Signal = Nav2HasSignal();
-    picture.localizer = (ReadNavFlagWord() & kNavFlagLocalizer) != 0;
-    picture.deviationValid = HorizontalDeviationValid();
+    picture.receivers = ReadReceivers();
+    picture.rose = RoseOf(picture);
     picture.hasWaypoint = HasActiveWaypoint();
     DrawLayers(picture);
 }

@@ -7,6 +7,8 @@
 #include <cstdint>
 
 #include "displays/ehsi.h"
+#include "displays/map_compass.h"
+#include "displays/map_layers.h"
 #include "displays/text_boxes.h"
 #include "drawing/surface.h"
 
@@ -37,24 +39,25 @@ struct EhsiPicture {
     EhsiCompass compass;
     bool fullCompass = true;
     bool mapMode = false;
-    bool nav1Signal = false;
-    bool nav2Signal = false;
-    bool localizer = false;
-    bool deviationValid = false;
+    ReceiverState receivers{};
     bool hasWaypoint = false;
+    MapCompass rose{};
     TextBoxes mapTexts{};
 };
 
 bool FromFlightManagement();
 
-// Whether a text box stands wholly inside the compass.
-bool InsideCompass(const EhsiPicture& picture, const TextBox& box);
+// The map inside the compass, and where its content must stay.
+MapFrame FrameOf(EhsiPicture& picture);
 
 // ---- layers ----
-void ClaimRoseLabels(EhsiPicture& picture);  // before anything of the map
+void ClaimRoseLayer(EhsiPicture& picture);  // before anything of the map
 void DrawRangeMark(EhsiPicture& picture);
 void DrawBoundaryLayer(EhsiPicture& picture);
+void DrawRunwayPatternLayer(EhsiPicture& picture);
 void DrawRouteLayer(EhsiPicture& picture);
+void DrawHoldLayer(EhsiPicture& picture);
+void DrawProfileLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);
 void DrawBearingPointers(EhsiPicture& picture);

@@ -58,9 +58,10 @@ void DrawCourseBox(EhsiPicture& picture) {
 }
 
 void DrawReceiverSource(EhsiPicture& picture) {
-    picture.surface.Text(picture.localizer && picture.nav1Signal ? "LOC 1" : "NAV 1", kData,
-                         colour::Green, kLeft, 16);
-    if (!picture.nav1Signal) {
+    picture.surface.Text(
+        picture.receivers.localizer && picture.receivers.nav1Signal ? "LOC 1" : "NAV 1", kData,
+        colour::Green, kLeft, 16);
+    if (!picture.receivers.nav1Signal) {
         picture.surface.Text("NO SIGNAL", kSmall, colour::Amber, kLeft, 28);
     } else {
         const bool hasDme = aircraft.nav1DmeNm > 0;
@@ -148,7 +149,7 @@ bool NothingToMap(const EhsiPicture& picture) {
     if (!IsUsable(ViewFromAircraft(0, 0, 1, ehsi.ehsiRange))) {
         return true;
     }
-    return FromFlightManagement() ? !picture.hasWaypoint : !picture.nav1Signal;
+    return FromFlightManagement() ? !picture.hasWaypoint : !picture.receivers.nav1Signal;
 }
 
 void DrawAnnunciations(EhsiPicture& picture) {
@@ -184,9 +185,9 @@ PointerLabel LabelOf(BearingSource source, const char* vorName, bool signal, dou
 void DrawPointerLabels(EhsiPicture& picture) {
     constexpr double kGapPx = 4;
     constexpr double kTop = 217;
-    const PointerLabel first = LabelOf(ehsi.bearingPointer1, "VOR 1", picture.nav1Signal,
+    const PointerLabel first = LabelOf(ehsi.bearingPointer1, "VOR 1", picture.receivers.nav1Signal,
                                        aircraft.nav1DmeNm, picture.hasWaypoint);
-    const PointerLabel second = LabelOf(ehsi.bearingPointer2, "VOR 2", picture.nav2Signal,
+    const PointerLabel second = LabelOf(ehsi.bearingPointer2, "VOR 2", picture.receivers.nav2Signal,
                                         aircraft.nav2DmeNm, picture.hasWaypoint);
     if (first.name != nullptr) {
         const double nameEnd = kLeft + picture.canvas.MeasureText(first.name, kData).width;

@@ -33,7 +33,7 @@ class TextBoxes {
     }
 
   private:
-    std::array<TextBox, 96> boxes_;
+    std::array<TextBox, 320> boxes_;
     std::size_t count_ = 0;
 };
 

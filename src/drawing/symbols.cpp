@@ -1,21 +1,226 @@
 #include "drawing/symbols.h"
 
 #include <array>
+#include <span>
+
+#include "drawing/palette.h"
 
 namespace avq1 {
+namespace {
 
-void DrawWaypointStar(Surface& surface, double x, double y, std::uint32_t argb) {
+constexpr double kLineWidthPx = 1.2;
+
+// A symbol being drawn: around (0, 0), in units of design pixels times its size factors.
+struct Pen {
+    Surface& surface;
+    Canvas& canvas;
+    const Symbol& symbol;
+    std::uint32_t argb;
+};
+
+void Outline(const Pen& pen, std::span<const CanvasPoint> corners) {
+    if (pen.symbol.variant == 1) {
+        pen.canvas.FillPolygon(pen.argb, corners);
+    } else {
+        pen.canvas.DrawPolyline({pen.argb, kLineWidthPx}, corners, true);
+    }
+}
+
+void Circle(const Pen& pen, double radius) {
+    pen.canvas.DrawEllipse({pen.argb, kLineWidthPx}, -radius, -radius, 2 * radius, 2 * radius);
+}
+
+void Lines(const Pen& pen, double widthPx, std::span<const CanvasPoint> ends) {
+    pen.canvas.DrawSegments({pen.argb, widthPx}, ends);
+}
+
+void Label(const Pen& pen, const char* text) {
+    constexpr double kLargePx = 9;
+    constexpr double kSmallPx = 8;
+    const double range = pen.symbol.rangeNm;
+    const bool small = range == 0.5 || range == 2.5 || range == 12.5;
+    pen.surface.Text(text, {"Arial", small ? kSmallPx : kLargePx}, pen.argb, 6, -5);
+}
+
+void DrawNdb(const Pen& pen) {
+    constexpr double kRadius = 4.5;
+    constexpr double kDots[] = {1.4, 1.4};
+    pen.canvas.DrawEllipse({pen.argb, 1.6, kDots}, -kRadius, -kRadius, 2 * kRadius, 2 * kRadius);
+    pen.canvas.FillEllipse(pen.argb, -1, -1, 2, 2);
+}
+
+void DrawStation(const Pen& pen) {
+    if (pen.symbol.style == SymbolStyle::Ndb) {
+        DrawNdb(pen);
+        return;
+    }
+    static constexpr CanvasPoint kHexagon[] = {{-5, 0}, {-2.5, -4.3}, {2.5, -4.3},
+                                               {5, 0},  {2.5, 4.3},   {-2.5, 4.3}};
+    Outline(pen, kHexagon);
+}
+
+void DrawFix(const Pen& pen) {
+    static constexpr CanvasPoint kTriangle[] = {{0, -4}, {3.6, 2.6}, {-3.6, 2.6}};
+    Outline(pen, kTriangle);
+}
+
+void DrawAirport(const Pen& pen) {
+    static constexpr CanvasPoint kRunwayEnds[] = {{0, -6.5}, {0, -4}, {0, 4}, {0, 6.5}};
+    Circle(pen, 4);
+    Lines(pen, kLineWidthPx, kRunwayEnds);
+}
+
+void DrawPlanAirport(const Pen& pen) {
+    static constexpr CanvasPoint kRunway[] = {{-4.5, 4.5}, {4.5, -4.5}};
+    Circle(pen, 5);
+    Lines(pen, 2.0, kRunway);
+}
+
+void DrawOwnAircraft(const Pen& pen) {
+    static constexpr CanvasPoint kTriangle[] = {{0, 0}, {7, 17}, {-7, 17}};
+    pen.canvas.DrawPolyline({pen.argb, 1.6}, kTriangle, true);
+}
+
+void DrawOwnAircraftPlan(const Pen& pen) {
+    static constexpr CanvasPoint kLines[] = {{0, -11}, {0, 12},  {-12, 0},
+                                             {12, 0},  {-5, 10}, {5, 10}};
+    Lines(pen, 2.0, kLines);
+}
+
+void DrawPlanWaypoint(const Pen& pen) {
     constexpr double kOuter = kWaypointStarRadius;
     constexpr double kInner = 1.4;
-    const std::array<CanvasPoint, 8> corners{{{x, y - kOuter},
-                                              {x + kInner, y - kInner},
-                                              {x + kOuter, y},
-                                              {x + kInner, y + kInner},
-                                              {x, y + kOuter},
-                                              {x - kInner, y + kInner},
-                                              {x - kOuter, y},
-                                              {x - kInner, y - kInner}}};
-    surface.canvas().DrawPolyline({argb, 1.2}, corners, true);
+    static constexpr CanvasPoint kStar[] = {{0, -kOuter},     {kInner, -kInner}, {kOuter, 0},
+                                            {kInner, kInner}, {0, kOuter},       {-kInner, kInner},
+                                            {-kOuter, 0},     {-kInner, -kInner}};
+    Outline(pen, kStar);
+}
+
+constexpr CanvasPoint kProfileMark[] = {{0, -4}, {4, 0}, {0, 4}, {-4, 0}};
+
+void DrawTopOfClimb(const Pen& pen) {
+    pen.canvas.FillPolygon(pen.argb, kProfileMark);
+    Label(pen, "T/C");
+}
+
+void DrawTopOfDescent(const Pen& pen) {
+    pen.canvas.FillPolygon(pen.argb, kProfileMark);
+    Label(pen, "T/D");
+}
+
+void DrawHoldFix(const Pen& pen) {
+    pen.canvas.DrawLine({pen.argb, kLineWidthPx}, -2, -3, 2, -3);
+    pen.canvas.DrawLine({pen.argb, kLineWidthPx}, -2, 3, 2, 3);
+    pen.canvas.DrawArc({pen.argb, kLineWidthPx}, {-5, -3}, {6, 6}, 90, 180);
+    pen.canvas.DrawArc({pen.argb, kLineWidthPx}, {-1, -3}, {6, 6}, -90, 180);
+    Label(pen, "HOLD");
+}
+
+void DrawPosition(const Pen& pen) {
+    static constexpr CanvasPoint kCross[] = {{-4, -4}, {4, 4}, {-4, 4}, {4, -4}};
+    Lines(pen, kLineWidthPx, kCross);
+}
+
+// ---- traffic ----
+constexpr CanvasPoint kDiamond[] = {{0, -6}, {5, 0}, {0, 6}, {-5, 0}};
+
+void DrawTrend(const Pen& pen) {
+    const double up = pen.symbol.variant == kClimbing ? 1 : -1;
+    if (pen.symbol.variant != kClimbing && pen.symbol.variant != kDescending) {
+        return;
+    }
+    const CanvasPoint lines[] = {{9, 5 * up},  {9, -5 * up}, {9, -5 * up},
+                                 {7, -2 * up}, {9, -5 * up}, {11, -2 * up}};
+    Lines(pen, kLineWidthPx, lines);
+}
+
+void DrawOtherTraffic(const Pen& pen) {
+    pen.canvas.DrawPolyline({pen.argb, kLineWidthPx}, kDiamond, true);
+    DrawTrend(pen);
+}
+
+void DrawProximateTraffic(const Pen& pen) {
+    pen.canvas.FillPolygon(pen.argb, kDiamond);
+    DrawTrend(pen);
+}
+
+void DrawTrafficAdvisory(const Pen& pen) {
+    pen.canvas.FillEllipse(pen.argb, -5, -5, 10, 10);
+    DrawTrend(pen);
+}
+
+void DrawResolutionAdvisory(const Pen& pen) {
+    pen.canvas.FillRectangle(pen.argb, -5, -5, 10, 10);
+    DrawTrend(pen);
+}
+
+// ---- the table ----
+struct SymbolRow {
+    SymbolCode code;
+    std::uint32_t own;
+    std::uint32_t alert;
+    double scale;
+    void (*draw)(const Pen& pen);
+};
+
+constexpr double kLarge = 1.25;
+constexpr SymbolRow kSymbols[] = {
+    {SymbolCode::Ndb, colour::Blue, colour::Amber, 1, DrawNdb},
+    {SymbolCode::Station, colour::Cyan, colour::Amber, 1, DrawStation},
+    {SymbolCode::Fix, colour::Blue, colour::Amber, 1, DrawFix},
+    {SymbolCode::Airport, colour::Cyan, colour::Amber, 1, DrawAirport},
+    {SymbolCode::PlanAirport, colour::White, colour::Amber, 1, DrawPlanAirport},
+    {SymbolCode::OwnAircraft, colour::White, colour::Amber, 1, DrawOwnAircraft},
+    {SymbolCode::OwnAircraftPlan, colour::White, colour::Amber, 1, DrawOwnAircraftPlan},
+    {SymbolCode::PlanWaypoint, colour::White, colour::Amber, 1, DrawPlanWaypoint},
+    {SymbolCode::TopOfClimb, colour::Green, colour::Amber, 1, DrawTopOfClimb},
+    {SymbolCode::TopOfDescent, colour::Green, colour::Amber, 1, DrawTopOfDescent},
+    {SymbolCode::HoldFix, colour::White, colour::Amber, 1, DrawHoldFix},
+    {SymbolCode::Position, colour::White, colour::Amber, 1, DrawPosition},
+    {SymbolCode::OtherTraffic, colour::Cyan, colour::Amber, 1, DrawOtherTraffic},
+    {SymbolCode::ProximateTraffic, colour::Cyan, colour::Amber, 1, DrawProximateTraffic},
+    {SymbolCode::TrafficAdvisory, colour::Amber, colour::Amber, 1, DrawTrafficAdvisory},
+    {SymbolCode::ResolutionAdvisory, colour::Red, colour::Red, 1, DrawResolutionAdvisory},
+    {SymbolCode::LargeOtherTraffic, colour::Cyan, colour::Amber, kLarge, DrawOtherTraffic},
+    {SymbolCode::LargeProximateTraffic, colour::Cyan, colour::Amber, kLarge, DrawProximateTraffic},
+    {SymbolCode::LargeTrafficAdvisory, colour::Amber, colour::Amber, kLarge, DrawTrafficAdvisory},
+    {SymbolCode::LargeResolutionAdvisory, colour::Red, colour::Red, kLarge, DrawResolutionAdvisory},
+};
+
+std::uint32_t ColourOf(const SymbolRow& row, SymbolStyle style) {
+    switch (style) {
+        case SymbolStyle::Own:
+            return row.own;
+        case SymbolStyle::White:
+            return colour::White;
+        case SymbolStyle::Green:
+            return colour::Green;
+        case SymbolStyle::Cyan:
+            return colour::Cyan;
+        case SymbolStyle::Magenta:
+            return colour::Magenta;
+        case SymbolStyle::Alert:
+            return row.alert;
+        case SymbolStyle::Ndb:
+            return colour::Blue;
+    }
+    return row.own;
+}
+
+}  // namespace
+
+void DrawSymbol(Surface& surface, double x, double y, const Symbol& symbol) {
+    for (const SymbolRow& row : kSymbols) {
+        if (row.code == symbol.code) {
+            Canvas& canvas = surface.canvas();
+            canvas.SaveState();
+            canvas.Translate(x, y);
+            canvas.Scale(row.scale * symbol.sizeX, row.scale * symbol.sizeY);
+            row.draw({surface, canvas, symbol, ColourOf(row, symbol.style)});
+            canvas.RestoreState();
+            return;
+        }
+    }
 }
 
 void DrawAircraftSymbol(Surface& surface, double x, double y, std::uint32_t argb) {

@@ -43,27 +43,6 @@ constexpr CornerRow kCorners[] = {
     {"Final", 3, 0.5},
 };
 
-void LayOutPattern(HoldPattern& hold, const PlanWaypoint& fix) {
-    if (hold.legByTime == 1) {
-        const double speedKt = std::max(aircraft.groundSpeedKt, kSlowestTimedSpeedKt);
-        hold.legDistanceNm = speedKt / 60.0 * hold.legMinutes;
-    }
-    const double turn = hold.turnDirection == 1 ? kRightAngle : -kRightAngle;
-    const double inboundTrue =
-        PositiveModulo(hold.inboundCourseMag + aircraft.magneticVariation, kFullTurn);
-    hold.corners[0].latitude = fix.latitude;
-    hold.corners[0].longitude = fix.longitude;
-    for (std::int32_t corner = kFirstCorner; corner <= kLastCorner; ++corner) {
-        const CornerRow& row = kCorners[corner - 1];
-        const HoldCorner& before = hold.corners[corner - 1];
-        HoldCorner& placed = hold.corners[corner];
-        PointAtDistance(before.latitude, before.longitude,
-                        PositiveModulo(inboundTrue + row.quarterTurns * turn, kFullTurn),
-                        row.legFraction * hold.legDistanceNm, placed.latitude, placed.longitude);
-        placed.name = row.name;
-    }
-}
-
 // The way from the aircraft to the corner being flown to (the fix before the pattern is entered).
 struct CornerApproach {
     double distanceNm = 0;
@@ -152,6 +131,27 @@ void FlyHold(const HoldPattern& hold) {
 
 }  // namespace
 
+void LayOutHold(HoldPattern& hold, const PlanWaypoint& fix) {
+    if (hold.legByTime == 1) {
+        const double speedKt = std::max(aircraft.groundSpeedKt, kSlowestTimedSpeedKt);
+        hold.legDistanceNm = speedKt / 60.0 * hold.legMinutes;
+    }
+    const double turn = hold.turnDirection == 1 ? kRightAngle : -kRightAngle;
+    const double inboundTrue =
+        PositiveModulo(hold.inboundCourseMag + aircraft.magneticVariation, kFullTurn);
+    hold.corners[0].latitude = fix.latitude;
+    hold.corners[0].longitude = fix.longitude;
+    for (std::int32_t corner = kFirstCorner; corner <= kLastCorner; ++corner) {
+        const CornerRow& row = kCorners[corner - 1];
+        const HoldCorner& before = hold.corners[corner - 1];
+        HoldCorner& placed = hold.corners[corner];
+        PointAtDistance(before.latitude, before.longitude,
+                        PositiveModulo(inboundTrue + row.quarterTurns * turn, kFullTurn),
+                        row.legFraction * hold.legDistanceNm, placed.latitude, placed.longitude);
+        placed.name = row.name;
+    }
+}
+
 bool HoldBeingFlown() {
     return holdList.holdActive == 1 && holdList.holdTargetCorner > 0;
 }
@@ -165,7 +165,7 @@ void BuildAndFlyHold() {
     if (IsDiscontinuity(fix)) {
         return;
     }
-    LayOutPattern(hold, fix);
+    LayOutHold(hold, fix);
     if (guidance.lnavEngaged == 1) {
         FlyHold(hold);
     }

@@ -5,7 +5,13 @@
 // magnetic unless named True. A hold whose fix has no position is not flown.
 #pragma once
 
+#include "flightplan/flight_plan.h"
+#include "flightplan/hold_pattern.h"
+
 namespace avq1 {
+
+// Places the corners around the fix, as they are flown; a leg by time also gets its distance.
+void LayOutHold(HoldPattern& hold, const PlanWaypoint& fix);
 
 // A hold leg is under way: the pattern has been entered and is being flown.
 bool HoldBeingFlown();

@@ -1,0 +1,58 @@
+// displays/map_layers.h - what the map-type displays draw around the aircraft: route, holding
+// patterns, climb and descent markers, runway pattern, stations, airports and waypoints.
+//
+// A display describes its map once a draw in a MapFrame; layers only read. Content is the caller's
+// to clip (ClipToMap); identifiers stay wholly inside and beside each other. A view that is not
+// usable draws nothing.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "displays/map_view.h"
+#include "displays/text_boxes.h"
+#include "drawing/surface.h"
+
+namespace avq1 {
+
+struct MapFrame {
+    Surface& surface;
+    MapView view;
+    double rangeNm;
+    CanvasPoint circleCentre;  // the map ends at this circle
+    double circleRadius;
+    TextBox window;  // and at this rectangle
+    TextBoxes& texts;
+};
+
+void ClipToMap(const MapFrame& frame);
+bool InsideMap(const MapFrame& frame, const TextBox& box);
+// Whether a symbol at this point can be seen.
+bool NearMap(const MapFrame& frame, const CanvasPoint& point);
+
+// Beside a symbol of this half-width, at the first of four places that is inside and free.
+void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
+                     std::string_view ident, std::uint32_t argb);
+
+// ---- the plan ----
+void DrawActiveRoute(const MapFrame& frame);
+// The route awaiting execution, with the texts of its open places.
+void DrawPendingRoute(const MapFrame& frame);
+void DrawHoldPatterns(const MapFrame& frame);
+// Top of climb and top of descent while they lie ahead.
+void DrawProfileMarkers(const MapFrame& frame);
+
+// ---- the chosen runway's traffic pattern ----
+struct PatternScale {
+    double radiusPx;  // stands for the range
+    double lineScale = 1;
+    double sizeScale = 1;
+};
+void DrawRunwayPattern(const MapFrame& frame, const PatternScale& scale);
+
+// ---- records around the aircraft, out to the map's range ----
+void DrawNearbyStations(const MapFrame& frame);
+void DrawNearbyAirports(const MapFrame& frame);
+void DrawNearbyFixes(const MapFrame& frame);
+
+}  // namespace avq1

@@ -1,0 +1,174 @@
+// The plan on the map: active route, route awaiting execution, holding patterns, climb and descent
+// markers.
+#include <array>
+#include <cmath>
+#include <span>
+#include <string>
+
+#include "displays/map_layers.h"
+#include "drawing/palette.h"
+#include "drawing/symbols.h"
+#include "flightplan/flight_plan.h"
+#include "flightplan/hold_pattern.h"
+#include "guidance/holds.h"
+#include "guidance/vnav.h"
+#include "settings/settings.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kPendingDashes[] = {5, 4};
+constexpr double kProfileLabelPx = 9;
+
+// An open place of the route: no position, its text says what is missing.
+bool IsOpen(const PlanWaypoint& entry) {
+    return entry.ident == kDiscontinuity || entry.ident == kAirwayPlaceholder;
+}
+
+const PlanWaypoint& Entry(const FlightPlan& plan, std::int32_t index) {
+    return plan.entries[static_cast<std::size_t>(index)];
+}
+
+void DrawWaypoint(const MapFrame& frame, const FlightPlan& plan, std::int32_t index, bool active) {
+    const PlanWaypoint& entry = Entry(plan, index);
+    const CanvasPoint at = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
+    if (IsOpen(entry) || !NearMap(frame, at)) {
+        return;
+    }
+    Symbol star{SymbolCode::PlanWaypoint};
+    star.style = active ? SymbolStyle::Magenta : SymbolStyle::White;
+    star.rangeNm = frame.rangeNm;
+    DrawSymbol(frame.surface, at.x, at.y, star);
+    DrawIdentBeside(frame, at, kWaypointStarRadius, entry.ident,
+                    active ? colour::Magenta : colour::White);
+}
+
+// Legs from entry `first` on, each entry's leg from the one before; an open place leaves a gap.
+template <class PenOf>
+void DrawLegs(const MapFrame& frame, const FlightPlan& plan, std::int32_t first, PenOf penOf) {
+    CanvasPoint from;
+    bool fromPlaced = false;
+    for (std::int32_t index = first; index <= plan.lastIndex; ++index) {
+        const PlanWaypoint& entry = Entry(plan, index);
+        if (IsOpen(entry)) {
+            fromPlaced = false;
+            continue;
+        }
+        const CanvasPoint to = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
+        if (fromPlaced) {
+            frame.surface.canvas().DrawLine(penOf(index), from.x, from.y, to.x, to.y);
+        }
+        from = to;
+        fromPlaced = true;
+    }
+}
+
+// An open place's text stands beside the entry it follows, or at the start the one it precedes.
+void DrawOpenPlace(const MapFrame& frame, const FlightPlan& plan, std::int32_t index) {
+    for (const std::int32_t step : {-1, 1}) {
+        std::int32_t neighbour = index + step;
+        while (plan.Holds(neighbour) && IsOpen(Entry(plan, neighbour))) {
+            neighbour += step;
+        }
+        if (!plan.Holds(neighbour)) {
+            continue;
+        }
+        const PlanWaypoint& entry = Entry(plan, neighbour);
+        const CanvasPoint at = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
+        if (NearMap(frame, at)) {
+            DrawIdentBeside(frame, at, kWaypointStarRadius, Entry(plan, index).ident,
+                            colour::Amber);
+        }
+        return;
+    }
+}
+
+void DrawHold(const MapFrame& frame, HoldPattern hold) {
+    const PlanWaypoint& fix = Entry(activePlan, hold.fixIndex);
+    if (IsOpen(fix)) {
+        return;
+    }
+    LayOutHold(hold, fix);
+    std::array<CanvasPoint, 4> corners;
+    for (std::size_t i = 0; i < corners.size(); ++i) {
+        const HoldCorner& corner = hold.corners[i + 1];
+        corners[i] = PlaceOnMap(frame.view, corner.latitude, corner.longitude);
+    }
+    const bool flown = hold.fixIndex == holdList.holds[1].fixIndex && HoldBeingFlown();
+    frame.surface.canvas().DrawPolyline({flown ? colour::Magenta : colour::White, 1.2}, corners,
+                                        true);
+}
+
+void DrawMarker(const MapFrame& frame, SymbolCode code, double latitude, double longitude) {
+    const bool known = latitude != 0 || longitude != 0;
+    const CanvasPoint at = PlaceOnMap(frame.view, latitude, longitude);
+    if (!known || !NearMap(frame, at)) {
+        return;
+    }
+    Symbol marker{code};
+    marker.rangeNm = frame.rangeNm;
+    // its label's place, so that no identifier comes to stand there
+    frame.texts.Claim({at.x + 6, at.y - 5, 2 * kProfileLabelPx, kProfileLabelPx + 2});
+    DrawSymbol(frame.surface, at.x, at.y, marker);
+}
+
+}  // namespace
+
+void DrawActiveRoute(const MapFrame& frame) {
+    const std::int32_t active = planBook.activeIndex;
+    if (!IsUsable(frame.view) || !activePlan.Holds(active)) {
+        return;
+    }
+    DrawLegs(frame, activePlan, active > 0 ? active - 1 : 0, [&](std::int32_t index) {
+        return index == active ? CanvasPen{colour::Magenta, 2.0} : CanvasPen{colour::White, 1.2};
+    });
+    // nearest first: the active waypoint's identifier has the first choice of a place
+    for (std::int32_t index = active; index <= activePlan.lastIndex; ++index) {
+        DrawWaypoint(frame, activePlan, index, index == active);
+    }
+    if (settings.DispPrevWpt == 1 && active > 0) {
+        DrawWaypoint(frame, activePlan, active - 1, false);
+    }
+}
+
+void DrawPendingRoute(const MapFrame& frame) {
+    if (!IsUsable(frame.view)) {
+        return;
+    }
+    DrawLegs(frame, modifiedPlan, 0, [](std::int32_t) {
+        return CanvasPen{colour::White, 1.2, kPendingDashes};
+    });
+    for (std::int32_t index = 0; index <= modifiedPlan.lastIndex; ++index) {
+        if (IsOpen(Entry(modifiedPlan, index))) {
+            DrawOpenPlace(frame, modifiedPlan, index);
+        } else {
+            DrawWaypoint(frame, modifiedPlan, index, false);
+        }
+    }
+}
+
+void DrawHoldPatterns(const MapFrame& frame) {
+    if (!IsUsable(frame.view)) {
+        return;
+    }
+    for (std::int32_t i = 1; i <= holdList.count && i <= kHoldCapacity; ++i) {
+        const HoldPattern& hold = holdList.holds[static_cast<std::size_t>(i)];
+        if (hold.fixIndex > 0 && activePlan.Holds(hold.fixIndex)) {
+            DrawHold(frame, hold);
+        }
+    }
+}
+
+void DrawProfileMarkers(const MapFrame& frame) {
+    if (!IsUsable(frame.view)) {
+        return;
+    }
+    if (vnav.topOfClimbReached == 0) {
+        DrawMarker(frame, SymbolCode::TopOfClimb, vnav.tocLatitude, vnav.tocLongitude);
+    }
+    if (vnav.descentActive == 0) {
+        DrawMarker(frame, SymbolCode::TopOfDescent, vnav.todLatitude, vnav.todLongitude);
+    }
+}
+
+}  // namespace avq1

@@ -1,0 +1,56 @@
+// displays/nd_picture.h - one draw of the navigation display: what its layers share.
+//
+// Design pixels, 244 x 302. Receivers are read once a draw; layers only read, and texts claim
+// their places as they come.
+#pragma once
+
+#include "displays/map_compass.h"
+#include "displays/map_layers.h"
+#include "displays/nd_panel.h"
+#include "displays/text_boxes.h"
+#include "drawing/surface.h"
+#include "navdb/nav_database.h"
+
+namespace avq1 {
+
+inline constexpr double kNdWidth = 244;
+inline constexpr double kNdHeight = 302;
+inline constexpr double kNdMapBottom = 263;  // of an arc's map: data stands below
+
+struct NdPicture {
+    Surface& surface;
+    Canvas& canvas;
+    DisplayDrawMode drawMode;
+    MapCompass rose;
+    MapView view;  // of the map modes
+    ReceiverState receivers{};
+    bool hasWaypoint = false;
+    const PointRecord* station = nullptr;  // what NAV1 receives, when the database has it
+    TextBoxes texts{};
+};
+
+bool NdIsMap();               // modes 5 to 7
+bool NdFollowsNavReceiver();  // modes 1 and 3
+bool NdCentredOnWaypoint();   // mode 7 with a waypoint chosen
+bool NdShowsRange();
+
+MapFrame FrameOf(NdPicture& picture);
+
+// ---- layers ----
+void ClaimNdPlaces(NdPicture& picture);
+void DrawNdBoundaries(NdPicture& picture);
+void DrawNdRoute(NdPicture& picture);
+void DrawNdCompass(NdPicture& picture);
+void DrawNdCourse(NdPicture& picture);
+void DrawNdAdfNeedle(NdPicture& picture);
+void DrawNdNav1Station(NdPicture& picture);
+void DrawNdStations(NdPicture& picture);
+void DrawNdAirports(NdPicture& picture);
+void DrawNdFixes(NdPicture& picture);
+void DrawNdHolds(NdPicture& picture);
+void DrawNdPendingRoute(NdPicture& picture);
+void DrawNdAltitudeArc(NdPicture& picture);
+void DrawNdOwnAircraft(NdPicture& picture);
+void DrawNdTexts(NdPicture& picture);
+
+}  // namespace avq1
