@@ -1,15 +1,12 @@
 // navdb/airways.h - one airway's fixes, looked up in the airway file by name.
 //
 // The fixes become the search results, in file order, with the airway's name as their name and no
-// kind. The airway file's text is the one the database keeps; an index of where each airway's lines
-// stand makes a look-up independent of the file's size. What stands in the file once is found as by
-// reading it from its start: reading ends with the airway's lines that held the entry fix.
+// kind. The airway file's text is the one the database keeps. Reading ends with the lines of the
+// airway that held the entry fix; lines of other airways cost no more than finding their ends.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 #include "navdb/nav_database.h"
 
@@ -26,27 +23,16 @@ struct AirwayLookup {
 
 extern AirwayLookup airwayLookup;
 
-// Neighbouring lines of one airway.
-struct AirwayRun {
-    std::string_view name;
-    std::size_t offset = 0;  // of the first line in the text
-    std::size_t size = 0;
-};
-
-// The airways of a text, by name, equals in file order.
-std::vector<AirwayRun> IndexAirways(std::string_view text);
-
 // Fills `results` with the airway's fixes and returns where the entry fix stands. Comments and
 // blank lines belong to no airway.
-AirwayLookup ReadAirway(std::string_view text, const std::vector<AirwayRun>& index,
-                        std::string_view name, std::string_view entryFix, PointTable& results);
+AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::string_view entryFix,
+                        PointTable& results);
 
 // Looks the airway up in the database's file. False when there is no such file; `airwayLookup` and
 // the search results are then empty.
 bool FindAirway(std::string_view name, std::string_view entryFix);
 
-// Takes over the text that the database has just loaded and keeps. It is indexed at the first
-// look-up, so that loading does not wait for it.
+// Takes over the text that the database has just loaded and keeps.
 void SetAirwayText(std::string_view text, bool fileExists);
 
 }  // namespace avq1

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "base/module_state.h"
+#include "base/text.h"
 #include "navdb/airways.h"
 #include "navdb/boundaries.h"
 
@@ -24,16 +25,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace avq1;
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     ResetModuleState();
-    const std::vector<AirwayRun> index = IndexAirways(text);
+    LineReader lines(text, 200);
+    std::string_view line;
     PointTable results;
-    for (std::size_t i = 0; i < index.size() && i < 20; ++i) {
-        const AirwayRun& run = index[i];
-        Require(!run.name.empty() && run.offset + run.size <= text.size());
-        ReadAirway(text, index, run.name, "", results);
+    for (int looked = 0; looked < 20 && lines.Next(line);) {
+        const bool comment = line.starts_with(';');
+        const std::string_view name = NextWord(line);
+        if (comment || name.empty()) {
+            continue;
+        }
+        ++looked;
+        ReadAirway(text, name, "", results);
         Require(results.count >= 1 && results.count <= kSearchResultCapacity);
         const std::string_view last = results[results.count].ident;
         PointTable again;
-        const AirwayLookup lookup = ReadAirway(text, index, run.name, last, again);
+        const AirwayLookup lookup = ReadAirway(text, name, last, again);
         Require(last.empty() || again[lookup.entryIndex].ident == last);
         Require(lookup.entryIndex <= again.count);
     }

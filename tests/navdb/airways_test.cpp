@@ -25,9 +25,9 @@ std::string Show(const AirwayLookup& lookup, const PointTable& results) {
     return text;
 }
 
-std::string Indexed(std::string_view text, std::string_view name, std::string_view entry) {
+std::string Read(std::string_view text, std::string_view name, std::string_view entry) {
     PointTable results;
-    const AirwayLookup lookup = ReadAirway(text, IndexAirways(text), name, entry, results);
+    const AirwayLookup lookup = ReadAirway(text, name, entry, results);
     return Show(lookup, results);
 }
 
@@ -81,7 +81,7 @@ TEST(Airways, AreFoundByNameWithTheEntryFix) {
         {"", "AAAA", "0 0 0:"},
     };
     for (const Case& c : cases) {
-        EXPECT_EQ(Indexed(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
+        EXPECT_EQ(Read(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
         EXPECT_EQ(Scanned(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
     }
 }
@@ -92,14 +92,13 @@ TEST(Airways, TheSeventeenthFixStandsOnTheSecondPage) {
         text += Format("J1 %d FIX%03d 1 1\n", i, i);
     }
     PointTable results;
-    const std::vector<AirwayRun> index = IndexAirways(text);
-    EXPECT_EQ(ReadAirway(text, index, "J1", "FIX016", results).entryPage, 1);
-    EXPECT_EQ(ReadAirway(text, index, "J1", "FIX017", results).entryPage, 2);
-    EXPECT_EQ(ReadAirway(text, index, "J1", "FIX251", results).entryIndex, 0);
+    EXPECT_EQ(ReadAirway(text, "J1", "FIX016", results).entryPage, 1);
+    EXPECT_EQ(ReadAirway(text, "J1", "FIX017", results).entryPage, 2);
+    EXPECT_EQ(ReadAirway(text, "J1", "FIX251", results).entryIndex, 0);
     EXPECT_EQ(results.count, kSearchResultCapacity);
 }
 
-TEST(Airways, TheIndexFindsWhatAPlainScanFinds) {
+TEST(Airways, SkippingLinesFindsWhatAPlainScanFinds) {
     static const char* const kNames[] = {"J1", "J2", "V3", "J1", "UL9"};
     static const char* const kFixes[] = {"AAAA", "BBBB", "CCCC", "DDDD", "EE"};
     std::mt19937 random(7);
@@ -118,7 +117,7 @@ TEST(Airways, TheIndexFindsWhatAPlainScanFinds) {
         }
         for (const char* name : kNames) {
             for (const char* fix : kFixes) {
-                ASSERT_EQ(Indexed(text, name, fix), Scanned(text, name, fix))
+                ASSERT_EQ(Read(text, name, fix), Scanned(text, name, fix))
                     << name << " from " << fix << " in\n"
                     << text;
             }
