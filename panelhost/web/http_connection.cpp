@@ -20,6 +20,7 @@ constexpr std::uint32_t kMaxHeaderBytes = 8192;
 constexpr std::uint64_t kMaxBodyBytes = 1024;
 constexpr std::size_t kMaxBufferBytes = 16384;
 constexpr auto kIdleTime = std::chrono::seconds(20);
+constexpr auto kKeptOpenTime = std::chrono::seconds(5);  // between two requests
 constexpr auto kLingerTime = std::chrono::seconds(2);
 constexpr double kRequestBurst = 60;
 constexpr double kRequestsPerSecond = 20;
@@ -43,7 +44,7 @@ struct HttpConnection {
 
 using Connection = std::shared_ptr<HttpConnection>;
 
-void ReadRequest(const Connection& connection);
+void ReadRequest(const Connection& connection, std::chrono::seconds patience);
 
 std::string_view View(beast::string_view text) {
     return {text.data(), text.size()};
@@ -62,7 +63,7 @@ void AfterWrite(const Connection& connection, ErrorCode error, bool keeps) {
         return;
     }
     if (keeps) {
-        ReadRequest(connection);
+        ReadRequest(connection, kKeptOpenTime);
         return;
     }
     ErrorCode ignored;
@@ -162,11 +163,11 @@ void AnswerParsed(const Connection& connection) {
     Reply(connection, std::move(reply), method == "HEAD", keeps);
 }
 
-void ReadRequest(const Connection& connection) {
+void ReadRequest(const Connection& connection, std::chrono::seconds patience) {
     connection->parser.emplace();
     connection->parser->header_limit(kMaxHeaderBytes);
     connection->parser->body_limit(kMaxBodyBytes);
-    connection->stream.expires_after(kIdleTime);
+    connection->stream.expires_after(patience);
     http::async_read(connection->stream, connection->buffer, *connection->parser,
                      [connection](ErrorCode error, std::size_t) {
                          if (error) {
@@ -180,7 +181,7 @@ void ReadRequest(const Connection& connection) {
 }  // namespace
 
 void StartHttp(Server& server, net::ip::tcp::socket socket) {
-    ReadRequest(std::make_shared<HttpConnection>(server, std::move(socket)));
+    ReadRequest(std::make_shared<HttpConnection>(server, std::move(socket)), kIdleTime);
 }
 
 }  // namespace panelhost

@@ -130,7 +130,9 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
         reply.pictureWindow = window;
         return reply;
     }
-    return Asset(path == "/" ? "/index.html" : path).value_or(Plain(404, "no such page"));
+    const bool isShown = path != "/pair.html";  // that one answers those not paired yet
+    return (isShown ? Asset(path == "/" ? "/index.html" : path) : std::nullopt)
+        .value_or(Plain(404, "no such page"));
 }
 
 }  // namespace

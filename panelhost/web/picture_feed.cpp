@@ -98,7 +98,8 @@ bool TakePicture(PictureFeed& feed, const WindowPicture& picture) {
     for (int row = 0; row < rows; ++row) {
         for (int column = 0; column < columns; ++column) {
             if (CopyTile(feed, picture, column, row)) {
-                feed.tiles[static_cast<std::size_t>(row * columns + column)] = next;
+                const int tile = row * columns + column;
+                feed.tiles[static_cast<std::size_t>(tile)] = next;
                 changed = true;
             }
         }

@@ -26,7 +26,8 @@ using ErrorCode = boost::system::error_code;
 
 struct SocketClient;
 
-inline constexpr int kMaxConnections = 32;
+// A browser that loads the page holds half a dozen for some seconds.
+inline constexpr int kMaxConnections = 64;
 
 // What every reader of a window shares.
 struct WindowFeed {

@@ -36,6 +36,7 @@ test('each request gets its answer', async () => {
     [() => request('GET /window/0.png HTTP/1.1'), 200, /\r\n\r\n\x89PNG/],
     [() => request('GET /window/999.png HTTP/1.1'), 404, /no such window/],
     [() => request('GET /../etc/passwd HTTP/1.1'), 404, /no such page/],
+    [() => request('GET /pair.html HTTP/1.1'), 404, /no such page/],
     [() => request('POST / HTTP/1.1', 'Content-Length: 2\r\n') + 'ab', 405, /Allow: GET, HEAD/],
     [() => request('DELETE /window/0.png HTTP/1.1'), 405, /./],
     [() => request('GET /socket HTTP/1.1'), 426, /./],
@@ -116,14 +117,14 @@ test('too many messages end that socket only', async () => {
 });
 
 test('more connections than allowed are closed, the rest goes on', async () => {
-  const sockets = Array.from({ length: 60 }, () => net.connect(host.port, '127.0.0.1'));
+  const sockets = Array.from({ length: 100 }, () => net.connect(host.port, '127.0.0.1'));
   let closed = 0;
   for (const socket of sockets) {
     socket.on('error', () => {});
     socket.on('close', () => { ++closed; });
     socket.resume();
   }
-  await until(() => closed, (count) => count >= 25, 'those beyond the limit are closed', 5000);
+  await until(() => closed, (count) => count >= 36, 'those beyond the limit are closed', 5000);
   for (const socket of sockets) socket.destroy();
   await new Promise((resolve) => setTimeout(resolve, 300));
   await othersLive();

@@ -292,7 +292,11 @@ export function makeDesk(root, list, send) {
       key.classList.remove('held');
       send({ t: 'up' });
     };
-    key.addEventListener('keyup', (event) => { if (event.key === pressed) up(); });
+    key.addEventListener('keyup', (event) => {
+      if (event.key !== pressed) return;
+      event.preventDefault(); // some browsers click a button when the space bar comes up
+      up();
+    });
     key.addEventListener('blur', up);
     // A screen reader or a switch device clicks without pointer or key events of its own.
     key.addEventListener('click', (event) => {

@@ -28,8 +28,10 @@ export function openLink({ onMessage, onPicture, onState }) {
     own.binaryType = 'arraybuffer';
     socket = own;
     lastHeard = performance.now();
+    let heard = false;
     own.onmessage = (event) => {
       if (socket !== own) return;
+      heard = true;
       lastHeard = performance.now();
       if (typeof event.data !== 'string') {
         onPicture(event.data);
@@ -47,7 +49,15 @@ export function openLink({ onMessage, onPicture, onState }) {
       if (socket !== own) return;
       socket = null;
       retry();
+      if (!heard) pairAgain();
     };
+  }
+
+  // A host that was started anew on a network address wants its new pairing code first.
+  function pairAgain() {
+    fetch('/', { method: 'HEAD' }).then(({ status }) => {
+      if (status === 401) location.reload();
+    }, () => {});
   }
 
   function hangUp() {
