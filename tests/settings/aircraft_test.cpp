@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "base/module_state.h"
@@ -228,6 +229,45 @@ TEST(PerformanceTables, TheAircraftFileNamesThem) {
     AircraftName = "jet";
     LoadAircraftFile();
     EXPECT_EQ(performanceTables.climb.size(), 1U);
+}
+
+// What a user copies must be whole: every value set, tables that rise in altitude, fuel flows for
+// each weight.
+TEST(DemoAircraft, LoadWhole) {
+    for (const char* name : {"demo-jet", "demo-turboprop"}) {
+        ResetModuleState();
+        SimFolder = AVQ1_SOURCE_DIR "/demo";
+        AircraftName = name;
+        LoadAircraftFile();
+        const AircraftPerformance& p = performance;
+        EXPECT_GT(p.climbIas, p.climbIasMin) << name;
+        EXPECT_LT(p.climbIas, p.climbIasMax) << name;
+        EXPECT_GT(p.cruiseIas, p.cruiseIasMin) << name;
+        EXPECT_LT(p.cruiseIas, p.cruiseIasMax) << name;
+        EXPECT_GT(p.descentIas, p.descentIasMin) << name;
+        EXPECT_LT(p.descentIas, p.descentIasMax) << name;
+        EXPECT_LT(p.holdIas, p.descentIas) << name;
+        EXPECT_LT(p.v1, p.v2) << name;
+        EXPECT_FALSE(p.modelId.empty()) << name;
+        const auto rises = [](const auto& rows) {
+            return rows.size() > 3 &&
+                   std::is_sorted(rows.begin(), rows.end(), [](const auto& a, const auto& b) {
+                       return a.altitudeFt < b.altitudeFt;
+                   });
+        };
+        const auto weights = static_cast<std::int32_t>(performanceTables.grossWeights.size());
+        EXPECT_GE(weights, 2) << name;
+        EXPECT_TRUE(rises(performanceTables.climb)) << name;
+        EXPECT_TRUE(rises(performanceTables.cruise)) << name;
+        EXPECT_TRUE(rises(performanceTables.descent)) << name;
+        for (const CruiseRow& row : performanceTables.cruise) {
+            EXPECT_EQ(row.fuelFlowCount, weights) << name << " at " << row.altitudeFt;
+        }
+        EXPECT_EQ(performanceTables.climb.back().fuelFlowCount, weights) << name;
+        LoadParkingPosition("KBOS");
+        EXPECT_NEAR(parkingPosition.latitude, 42.36, 0.02) << name;
+    }
+    SimFolder.clear();
 }
 
 TEST(Parking, TakesTheFirstLineOfTheAirport) {
