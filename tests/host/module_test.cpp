@@ -18,6 +18,7 @@
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "support/fake_simulator.h"
+#include "support/leak_suppressions.h"
 #include "support/placement.h"
 #include "support/temp_sim_folder.h"
 
@@ -150,8 +151,9 @@ TEST_F(Module, SurvivesEveryEventOfEveryGaugeInAnyOrder) {
     for (int i = 0; i < kGaugeCount; ++i) {
         for (const char* parameter : {static_cast<const char*>(nullptr), "VC", "WN"}) {
             const bool withSurface = random() % 3 != 0;
-            placements.push_back(std::make_unique<Placement>(
-                Linkage.gauges[i]->name, parameter, withSurface ? 64 : 0, withSurface ? 48 : 0));
+            const char* name = Linkage.gauges[i]->name;
+            placements.push_back(std::make_unique<Placement>(name, parameter, withSurface ? 64 : 0,
+                                                             withSurface ? 48 : 0));
         }
     }
     for (int round = 0; round < 20000; ++round) {
