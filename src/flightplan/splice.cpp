@@ -194,15 +194,19 @@ std::int32_t LastEnRouteIndex(const FlightPlan& plan, bool arrivalIsEnRoute) {
     return 0;
 }
 
-// An approach behind a gap keeps an earlier arrival out of sight of the walk from the plan's end.
-std::int32_t RemoveArrivalBeforeGap(FlightPlan& plan, std::int32_t gap) {
+// An approach's gap hides an earlier arrival from the walk back from the plan's end. The index of
+// that arrival's first entry, or `gap` when there is none or no gap.
+std::int32_t ArrivalBeforeGap(const FlightPlan& plan, std::int32_t gap) {
     std::int32_t first = gap;
     while (first > 1 && plan.entries[first - 1].procedure == kStar) {
         --first;
     }
-    if (!IsDiscontinuity(plan.entries[gap]) || first == gap) {
-        return gap;
-    }
+    return IsDiscontinuity(plan.entries[gap]) ? first : gap;
+}
+
+// Returns where the gap stands afterwards.
+std::int32_t RemoveArrivalBeforeGap(FlightPlan& plan, std::int32_t gap) {
+    const std::int32_t first = ArrivalBeforeGap(plan, gap);
     std::int32_t& followed = FollowedIndex(plan);
     if (followed >= first && followed < gap) {
         followed = first - 1;
@@ -226,7 +230,9 @@ bool InsertStarBeforeApproach(FlightPlan& plan, std::int32_t enRoute) {
     return AppendAirport(plan, ArrivalAirportEntry({}));
 }
 
-bool ReplaceArrival(FlightPlan& plan, std::int32_t enRoute) {
+bool ReplaceArrival(FlightPlan& plan, std::int32_t lastBeforeArrival) {
+    const std::int32_t arrival = ArrivalBeforeGap(plan, lastBeforeArrival);
+    const std::int32_t enRoute = arrival < lastBeforeArrival ? arrival - 1 : lastBeforeArrival;
     const PlanWaypoint oldLast = plan.entries[plan.lastIndex];
     const bool tracksLast = !IsActivePlan(plan) && planBook.trackedIndex == plan.lastIndex;
     CutPlan(plan, enRoute);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "flightplan/airway_entry.h"
@@ -117,6 +120,8 @@ TEST(InsertStar, StandsBeforeTheArrivalAirport) {
         {"an approach behind a gap: never two arrivals",
          "KJFK AAA O1/STAR >O2/STAR(S0) DISCO X1/APPR KBOS", "P1",
          "KJFK >AAA DISCO P1/STAR X1/APPR KBOS"},
+        {"behind the gap of an approach without waypoints", "KJFK >AAA O1/STAR DISCO KBOS", "P1",
+         "KJFK >AAA P1/STAR KBOS"},
         {"meets the departure", "KJFK P1/SID P2/SID(D1) >KBOS", "P2 P3",
          "KJFK P1/SID P2/SIDSTAR P3/STAR(S1) >KBOS"},
         {"tracked behind the cut", "KJFK AAA >O1/STAR KBOS", "P1", "KJFK >AAA P1/STAR KBOS"},
@@ -249,6 +254,60 @@ TEST(Splices, RefuseWholeWhenThePlanHasNoRoom) {
             procedureLists.approach.pop_back();
             EXPECT_TRUE(c.splice(*plan)) << c.what;
             EXPECT_EQ(plan->lastIndex, kMaxPlanIndex) << c.what;
+        }
+    }
+}
+
+// Any series of splices keeps the route between the airports, the holds on it and the indexes, and
+// leaves one procedure of each kind, the one spliced last.
+TEST(Splices, AnySeriesKeepsTheRoute) {
+    std::mt19937 random(4);
+    for (int round = 0; round < 300; ++round) {
+        FlightPlan& plan = round % 2 == 0 ? modifiedPlan : activePlan;
+        SetAirports();
+        SetPlan(plan, "KJFK AAA BBB@ >CCC KBOS");
+        planBook.editIndex = 1;
+        planBook.verticalTargetIndex = 4;
+        std::string history;
+        std::size_t counts[3] = {};
+        for (int step = 0; step < 12; ++step) {
+            const std::size_t kind = random() % 3;
+            static constexpr const char* kSuffixes[] = {"D", "S", "A"};
+            static constexpr const char* kLists[] = {"", "P1", "P1 P2", "P1 P2 P3 P4"};
+            const std::vector<ProcedureWaypoint> list = List(kLists[random() % 4], "V");
+            std::vector<ProcedureWaypoint>* const lists[] = {
+                &procedureLists.sid, &procedureLists.star, &procedureLists.approach};
+            *lists[kind] = list;
+            for (ProcedureWaypoint& waypoint : *lists[kind]) {
+                waypoint.ident += kSuffixes[kind];
+            }
+            counts[kind] = list.size();
+            const bool gap = random() % 2 == 0;
+            history += Format(" %zu/%zu/%d", kind, list.size(), gap ? 1 : 0);
+            ASSERT_TRUE(kind == 0   ? InsertSid(plan)
+                        : kind == 1 ? InsertStar(plan)
+                                    : InsertApproach(plan, gap));
+            std::string route;
+            std::size_t found[3] = {};
+            for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
+                const PlanWaypoint& entry = plan.entries[i];
+                found[0] += entry.procedure == "SID" ? 1 : 0;
+                found[1] += entry.procedure == "STAR" ? 1 : 0;
+                found[2] += entry.procedure == "APPR" ? 1 : 0;
+                if (entry.procedure.empty() && !IsDiscontinuity(entry)) {
+                    route += entry.ident + (test::HasHoldAt(plan, i) ? "@ " : " ");
+                }
+            }
+            ASSERT_EQ(route, "KJFK AAA BBB@ CCC KBOS ") << history << ": " << Show(plan);
+            ASSERT_EQ(found[0], counts[0]) << history << ": " << Show(plan);
+            ASSERT_EQ(found[kind], counts[kind]) << history << ": " << Show(plan);
+            ASSERT_LE(found[1], counts[1]) << history << ": " << Show(plan);
+            ASSERT_LE(found[2], counts[2]) << history << ": " << Show(plan);
+            const std::int32_t followed =
+                &plan == &activePlan ? planBook.activeIndex : planBook.trackedIndex;
+            ASSERT_TRUE(followed >= 1 && followed <= plan.lastIndex) << history;
+            ASSERT_TRUE(&plan != &activePlan || planBook.verticalTargetIndex <= plan.lastIndex)
+                << history;
         }
     }
 }
