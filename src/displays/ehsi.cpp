@@ -128,7 +128,8 @@ MapFrame FrameOf(EhsiPicture& picture) {
             compass.centre,
             compass.radius,
             {0, 0, kEhsiDesignWidth, picture.fullCompass ? kEhsiDesignHeight : kArcBottom},
-            picture.mapTexts};
+            picture.mapTexts,
+            picture.fixedTexts};
 }
 
 void DrawEhsi(const DrawTarget& target) {

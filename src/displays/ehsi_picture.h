@@ -43,6 +43,7 @@ struct EhsiPicture {
     bool hasWaypoint = false;
     MapCompass rose{};
     TextBoxes mapTexts{};
+    TextBoxes fixedTexts{};
 };
 
 bool FromFlightManagement();

@@ -23,6 +23,7 @@ struct MapFrame {
     double circleRadius;
     TextBox window;  // and at this rectangle
     TextBoxes& texts;
+    const TextBoxes& fixedTexts;  // of the compass: no symbol covers them
 };
 
 void ClipToMap(const MapFrame& frame);

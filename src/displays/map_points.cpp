@@ -12,10 +12,12 @@
 namespace avq1 {
 namespace {
 
-// The nearest of a kind: more would be a carpet no one can read.
-constexpr std::size_t kMostSymbols = 200;
-// Identifiers are tried for the nearest ones only.
+// Where records crowd, the nearest come first and a symbol that would cover another of its kind is
+// left out; beyond these numbers the map could not be read.
+constexpr std::size_t kMostSymbols = 160;
 constexpr std::size_t kMostIdents = 80;
+constexpr double kSymbolHalfWidth = 5;
+constexpr double kApartPx = 3;  // half-width of a symbol's own place among its kind
 
 struct SeenPoint {
     double distanceNm;
@@ -46,13 +48,22 @@ std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list) {
         return a.distanceNm < b.distanceNm;
     };
     std::sort(seen.begin(), seen.end(), nearer);
-    if (seen.size() > kMostSymbols) {
-        seen.resize(kMostSymbols);
-    }
     return seen;
 }
 
-constexpr double kSymbolHalfWidth = 5;
+// Leaves those that do not cover each other or the compass's numbers.
+void Thin(const MapFrame& frame, std::vector<SeenPoint>& seen) {
+    TextBoxes places = frame.fixedTexts;
+    std::size_t kept = 0;
+    for (const SeenPoint& point : seen) {
+        const TextBox place{point.at.x - kApartPx, point.at.y - kApartPx, 2 * kApartPx,
+                            2 * kApartPx};
+        if (kept < kMostSymbols && places.Claim(place)) {
+            seen[kept++] = point;
+        }
+    }
+    seen.resize(kept);
+}
 
 template <class StyleOf>
 void DrawPoints(const MapFrame& frame, const PointTable& list, SymbolCode code,
@@ -60,12 +71,15 @@ void DrawPoints(const MapFrame& frame, const PointTable& list, SymbolCode code,
     if (!IsUsable(frame.view)) {
         return;
     }
-    const std::vector<SeenPoint> seen = SeenOf(frame, list);
+    std::vector<SeenPoint> seen = SeenOf(frame, list);
+    Thin(frame, seen);
     Symbol symbol{code};
     symbol.rangeNm = frame.rangeNm;
     for (const SeenPoint& point : seen) {
         symbol.style = styleOf(*point.record);
         DrawSymbol(frame.surface, point.at.x, point.at.y, symbol);
+        frame.texts.Take(
+            {point.at.x - kApartPx, point.at.y - kApartPx, 2 * kApartPx, 2 * kApartPx});
     }
     for (std::size_t i = 0; i < std::min(seen.size(), kMostIdents); ++i) {
         DrawIdentBeside(frame, seen[i].at, kSymbolHalfWidth, seen[i].record->ident, identColour);

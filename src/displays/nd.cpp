@@ -211,7 +211,8 @@ MapFrame FrameOf(NdPicture& picture) {
             picture.rose.centre,
             picture.rose.radius,
             {0, 0, kNdWidth, picture.rose.IsFull() ? kNdHeight : kNdMapBottom},
-            picture.texts};
+            picture.texts,
+            picture.fixedTexts};
 }
 
 void DrawNd(const DrawTarget& target) {

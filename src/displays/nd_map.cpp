@@ -70,6 +70,10 @@ void ClaimNdPlaces(NdPicture& picture) {
     if (NdShowsRange()) {
         picture.texts.Claim(RangeBox(picture));
     }
+    if (const char* const missing = NdMissingDatum(picture); missing != nullptr) {
+        picture.texts.Claim(NdMissingBox(picture, missing));
+    }
+    picture.fixedTexts = picture.texts;
 }
 
 void DrawNdBoundaries(NdPicture& picture) {

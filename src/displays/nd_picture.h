@@ -27,6 +27,7 @@ struct NdPicture {
     bool hasWaypoint = false;
     const PointRecord* station = nullptr;  // what NAV1 receives, when the database has it
     TextBoxes texts{};
+    TextBoxes fixedTexts{};
 };
 
 bool NdIsMap();               // modes 5 to 7
@@ -35,6 +36,10 @@ bool NdCentredOnWaypoint();   // mode 7 with a waypoint chosen
 bool NdShowsRange();
 
 MapFrame FrameOf(NdPicture& picture);
+
+// What the picture lacks, in words; null when nothing.
+const char* NdMissingDatum(const NdPicture& picture);
+TextBox NdMissingBox(NdPicture& picture, const char* text);
 
 // ---- layers ----
 void ClaimNdPlaces(NdPicture& picture);

@@ -155,10 +155,32 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     }
     if (nd.showTraffic == 1) {
         surface.TextRight("TCAS", kData, colour::Cyan, kRight, kBottomRows[2]);
+        surface.TextRight("OFF", kSmall, colour::Amber, kRight - 30, kBottomRows[2] + 1);
     }
 }
 
-const char* MissingDatum(const NdPicture& picture) {
+double MissingTop(const NdPicture& picture) {
+    return picture.rose.centre.y - picture.rose.radius * 0.38;
+}
+
+void DrawMissing(NdPicture& picture) {
+    if (const char* const text = NdMissingDatum(picture); text != nullptr) {
+        const TextBox box = NdMissingBox(picture, text);
+        picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
+    }
+    if (!std::isfinite(aircraft.headingMag)) {
+        picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre, MissingTop(picture) - 16);
+    }
+}
+
+constexpr void (*kTexts[])(NdPicture&) = {
+    DrawSpeeds,  DrawWind,         DrawCourseText, DrawHeadingBox,    DrawTrack,
+    DrawMissing, DrawNextWaypoint, DrawReceiver,   DrawAdfAndTraffic,
+};
+
+}  // namespace
+
+const char* NdMissingDatum(const NdPicture& picture) {
     const bool database = navDatabase.navaids.count > 0 || navDatabase.airports.count > 0 ||
                           navDatabase.airwayFixes.count > 0;
     const bool databaseWanted =
@@ -175,24 +197,10 @@ const char* MissingDatum(const NdPicture& picture) {
     return picture.hasWaypoint ? nullptr : "NO FLIGHT PLAN";
 }
 
-void DrawMissing(NdPicture& picture) {
-    const MapCompass& rose = picture.rose;
-    const double top = rose.centre.y - rose.radius * 0.38;
-    const char* const text = MissingDatum(picture);
-    if (text != nullptr) {
-        picture.surface.TextCentred(text, kMain, colour::Amber, kCentre, top);
-    }
-    if (!std::isfinite(aircraft.headingMag)) {
-        picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre, top - 16);
-    }
+TextBox NdMissingBox(NdPicture& picture, const char* text) {
+    const CanvasSize size = picture.canvas.MeasureText(text, kMain);
+    return {kCentre - size.width / 2, MissingTop(picture), size.width, size.height};
 }
-
-constexpr void (*kTexts[])(NdPicture&) = {
-    DrawSpeeds,  DrawWind,         DrawCourseText, DrawHeadingBox,    DrawTrack,
-    DrawMissing, DrawNextWaypoint, DrawReceiver,   DrawAdfAndTraffic,
-};
-
-}  // namespace
 
 void DrawNdTexts(NdPicture& picture) {
     for (const auto draw : kTexts) {

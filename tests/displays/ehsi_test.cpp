@@ -17,7 +17,6 @@
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/fake_simulator.h"
-#include "support/leak_suppressions.h"
 #include "support/picture.h"
 
 namespace avq1 {
