@@ -38,6 +38,26 @@ TEST(Files, AreFoundUnderTheSimulatorsSpelling) {
     EXPECT_FALSE(ReadWholeFile(std::string_view("a\0b", 3), contents));
 }
 
+TEST(Files, APartEndsWithTheFile) {
+    const TempSimFolder folder;
+    folder.Write("ten.txt", "0123456789");
+    struct Case {
+        std::size_t offset;
+        std::size_t size;
+        const char* contents;
+    };
+    const Case cases[] = {{0, 4, "0123"}, {6, 4, "6789"}, {8, 100, "89"},       {10, 1, ""},
+                          {99, 1, ""},    {3, 0, ""},     {0, 10, "0123456789"}};
+    for (const Case& c : cases) {
+        std::string contents = "stale";
+        EXPECT_TRUE(ReadFilePart(SimPath("\\ten.txt"), c.offset, c.size, contents)) << c.offset;
+        EXPECT_EQ(contents, c.contents) << c.offset;
+    }
+    std::string contents = "stale";
+    EXPECT_FALSE(ReadFilePart(SimPath("\\none.txt"), 0, 1, contents));
+    EXPECT_EQ(contents, "");
+}
+
 TEST(Files, APipeIsNoFileAndDoesNotHang) {
     const TempSimFolder folder;
     ASSERT_EQ(mkfifo((folder.root() / "pipe.txt").c_str(), 0600), 0);
