@@ -9,6 +9,7 @@
 #include "panelhost/key_events.h"
 #include "panelhost/png.h"
 #include "panelhost/script_conditions.h"
+#include "panelhost/situations.h"
 #include "panelhost/text.h"
 
 namespace panelhost {
@@ -403,6 +404,15 @@ bool DoSet(Runner& runner, const Arguments& words) {
     return runner.Fail("cannot set \"" + words[0] + "\"");
 }
 
+bool DoSituation(Runner& runner, const Arguments& words) {
+    const Situation* const situation = FindSituation(words[0]);
+    if (situation == nullptr) {
+        return runner.Fail("there is no situation \"" + words[0] + "\"");
+    }
+    ApplySituation(runner.session, *situation);
+    return true;
+}
+
 bool DoScreenshot(Runner& runner, const Arguments& words) {
     const int index = FindWindowIndex(runner.session, words[0]);
     const WindowPicture picture = runner.session.Picture(index);
@@ -523,6 +533,8 @@ constexpr CommandRow kCommands[] = {
     {"set", 2, 3, DoSet, "NAME VALUE...",
      "heading (magnetic), heading-true, altitude, speed, position LAT LON, wind FROM KT, "
      "turbulence KT, fuel LB, rate N, paused 0|1"},
+    {"situation", 1, 1, DoSituation, "NAME",
+     "place the aircraft with radios and autopilot: runway, en-route, approach, navaids"},
     {"screenshot", 2, 2, DoScreenshot, "WINDOW FILE.png", "write a window's picture"},
     {"texts", 1, 1, DoTexts, "WINDOW", "print the texts on its screens"},
     {"keys", 1, 1, DoKeys, "WINDOW", "print its clickable areas with their labels"},
