@@ -1,11 +1,411 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+
+#include "avqdata/airspace.h"
+#include "avqdata/arinc.h"
 #include "avqdata/importers.h"
+#include "avqdata/text_tools.h"
+
 namespace avqdata {
-bool ImportCifp(const std::string&, const ImportContext&, Dataset&, std::string& e) {
-    e = "x";
-    return false;
+namespace {
+
+struct RunwayRecord {
+    std::string airport;
+    RunwayEnd end;
+};
+
+struct LocalizerRecord {
+    Localizer localizer;
+    double courseMag = 0;
+    double variation = 0;
+};
+
+struct AirwayRecord {
+    int sequence = 0;
+    std::string fix;
+    std::string region;
+    std::string section;
+    bool isEnd = false;
+    std::size_t line = 0;
+};
+
+struct CifpReader {
+    const ImportContext& context;
+    const LineSource& lines;
+    Dataset& data;
+    CifpBook book;
+    std::vector<RunwayRecord> runways;
+    std::vector<LocalizerRecord> localizers;
+    // By customer area and name: areas use names of their own.
+    std::map<std::pair<std::string, std::string>, std::vector<AirwayRecord>> airways;
+    AirspaceRecords airspaces;
+};
+
+void AddFault(CifpReader& reader, std::string_view text) {
+    reader.context.report.Add(Topic::Fault, "records that make no sense",
+                              AtLine(reader.lines.Name(), reader.lines.LineNumber(), text));
 }
-bool ImportAirspace(const std::string&, const ImportContext&, Dataset&, std::string& e) {
-    e = "x";
-    return false;
+
+bool IsPrimary(std::string_view record, std::size_t column) {
+    const char number = Raw(record, column, column)[0];
+    return number == '0' || number == '1' || number == ' ';
 }
+
+// A record's position; says when it has none that makes sense.
+std::optional<LatLon> PositionOf(CifpReader& reader, std::string_view record, std::size_t first) {
+    const std::optional<LatLon> at = ArincPosition(record, first);
+    if (!at) {
+        AddFault(reader, "has no position in columns " + std::to_string(first) + " to " +
+                             std::to_string(first + 18));
+    }
+    return at;
+}
+
+void ReadAirport(CifpReader& reader, std::string_view record) {
+    const std::optional<LatLon> at = PositionOf(reader, record, 33);
+    const std::string ident(Column(record, 7, 10));
+    const std::optional<int> elevation = WholeNumber(Column(record, 57, 61));
+    if (!at || !IsIdent(ident)) {
+        return;
+    }
+    reader.book.points.Add("PA", ident, ident, "", *at);
+    reader.book.airports.insert_or_assign(ident, *at);
+    reader.data.airports.push_back(
+        {ident, Token(Column(record, 94, 123)), elevation.value_or(0), *at, {}, true});
+}
+
+void ReadRunway(CifpReader& reader, std::string_view record) {
+    const std::string_view ident = Column(record, 14, 18);
+    const std::string airport(Column(record, 7, 10));
+    if (!ident.starts_with("RW") || !IsRunwayIdent(ident.substr(2))) {
+        reader.context.report.Add(Topic::Dropped, "runways without a number",
+                                  airport + " " + std::string(ident));
+        return;
+    }
+    const std::optional<LatLon> at = PositionOf(reader, record, 33);
+    if (!at) {
+        return;
+    }
+    reader.book.points.Add("PG", airport, ident, "", *at);
+    reader.book.runways[airport].emplace_back(ident.substr(2));
+    const std::optional<double> bearing = ArincTenths(Column(record, 28, 31));
+    if (!bearing) {
+        reader.context.report.Add(Topic::Dropped, "runways without a magnetic bearing",
+                                  airport + " " + std::string(ident));
+        return;
+    }
+    RunwayEnd end;
+    end.ident = ident.substr(2);
+    end.lengthFt = WholeNumber(Column(record, 23, 27)).value_or(0);
+    end.at = *at;
+    end.headingMag = *bearing;
+    end.courseMag = *bearing;
+    reader.runways.push_back({airport, std::move(end)});
+}
+
+void ReadLocalizer(CifpReader& reader, std::string_view record) {
+    LocalizerRecord entry;
+    const std::optional<LatLon> antenna = ArincPosition(record, 33);
+    const std::optional<int> glide = WholeNumber(Column(record, 88, 90));
+    const std::optional<double> course = ArincTenths(Column(record, 52, 55));
+    const std::optional<double> variation = ArincVariation(Raw(record, 91, 95));
+    const std::optional<int> frequency = WholeNumber(Column(record, 23, 27));
+    const std::string_view runway = Column(record, 28, 32);
+    if (!antenna || !course || !variation || !frequency || !runway.starts_with("RW")) {
+        AddFault(reader, "is no localizer");
+        return;
+    }
+    entry.localizer.ident = Column(record, 14, 17);
+    entry.localizer.frequency = Megahertz(*frequency / 100.0);
+    entry.localizer.antenna = *antenna;
+    entry.localizer.glideDeg = glide.value_or(0) / 100.0;
+    entry.localizer.elevationFt = WholeNumber(Column(record, 98, 102)).value_or(0);
+    entry.localizer.airport = Column(record, 7, 10);
+    entry.localizer.runway = runway.substr(2);
+    entry.courseMag = *course;
+    entry.variation = *variation;
+    reader.localizers.push_back(std::move(entry));
+}
+
+void ReadVhfNavaid(CifpReader& reader, std::string_view record) {
+    const std::string ident(Column(record, 14, 17));
+    const std::string_view region = Column(record, 20, 21);
+    const std::string_view airport = Column(record, 7, 10);
+    const bool isVor = Raw(record, 28, 28)[0] == 'V';
+    const std::optional<LatLon> at = ArincPosition(record, isVor ? 33 : 56);
+    const std::optional<int> frequency = WholeNumber(Column(record, 23, 27));
+    if (!at || !frequency || !IsIdent(ident)) {
+        AddFault(reader, "is no navaid");
+        return;
+    }
+    reader.book.points.Add(airport.empty() ? "D" : "PI", airport, ident, region, *at);
+    if (isVor) {
+        reader.data.stations.push_back(
+            {ident, Token(Column(record, 94, 123)), *at, true, Megahertz(*frequency / 100.0)});
+    } else if (airport.empty()) {
+        reader.data.fixes.push_back({ident, *at});
+    }
+}
+
+void ReadNdb(CifpReader& reader, std::string_view record, std::string_view section) {
+    const std::string ident(Column(record, 14, 17));
+    const std::optional<LatLon> at = PositionOf(reader, record, 33);
+    const std::optional<double> kilohertz = ArincTenths(Column(record, 23, 27));
+    if (!at || !kilohertz || !IsIdent(ident)) {
+        return;
+    }
+    reader.book.points.Add(section, Column(record, 7, 10), ident, Column(record, 20, 21), *at);
+    reader.data.stations.push_back(
+        {ident, Token(Column(record, 94, 123)), *at, false, Kilohertz(*kilohertz)});
+}
+
+void ReadWaypoint(CifpReader& reader, std::string_view record, std::string_view section) {
+    const std::string ident(Column(record, 14, 18));
+    const std::optional<LatLon> at = PositionOf(reader, record, 33);
+    if (!at) {
+        return;
+    }
+    if (!IsIdent(ident)) {
+        AddFault(reader, "is no waypoint");
+        return;
+    }
+    reader.book.points.Add(section, Column(record, 7, 10), ident, Column(record, 20, 21), *at);
+    reader.data.fixes.push_back({ident, *at});
+}
+
+void ReadAirway(CifpReader& reader, std::string_view record) {
+    const std::string name(Column(record, 14, 18));
+    const std::optional<int> sequence = WholeNumber(Column(record, 26, 29));
+    if (!sequence || !IsIdent(name)) {
+        AddFault(reader, "is no airway point");
+        return;
+    }
+    reader.airways[{std::string(Raw(record, 2, 4)), name}].push_back(
+        {*sequence, std::string(Column(record, 30, 34)), std::string(Column(record, 35, 36)),
+         std::string(Column(record, 37, 38)), Raw(record, 41, 41) == "E",
+         reader.lines.LineNumber()});
+}
+
+void ReadProcedureLeg(CifpReader& reader, std::string_view record, ProcedureKind kind) {
+    const std::string airport(Column(record, 7, 10));
+    const std::string name(Column(record, 14, 19));
+    if (!IsIdent(airport) || !IsIdent(name)) {
+        AddFault(reader, "is no procedure leg");
+        return;
+    }
+    ProcedureRecord& procedure = reader.book.procedures[kind][{airport, name}];
+    procedure.airport = airport;
+    procedure.name = name;
+    procedure.legs.push_back(ReadLeg(record, reader.lines.LineNumber()));
+}
+
+// What the sections and subsections of airports hold.
+void ReadAirportRecord(CifpReader& reader, std::string_view record) {
+    const char subsection = Raw(record, 13, 13)[0];
+    const bool isLeg = subsection == 'D' || subsection == 'E' || subsection == 'F';
+    if (Raw(record, 5, 6) == "PN") {
+        ReadNdb(reader, record, "PN");
+    } else if (!IsPrimary(record, isLeg ? 39 : 22)) {
+        reader.context.report.Add(Topic::Dropped, "continuation records");
+    } else if (isLeg) {
+        ReadProcedureLeg(reader, record,
+                         subsection == 'D'   ? kSids
+                         : subsection == 'E' ? kStars
+                                             : kApproaches);
+    } else if (subsection == 'A') {
+        ReadAirport(reader, record);
+    } else if (subsection == 'C') {
+        ReadWaypoint(reader, record, "PC");
+    } else if (subsection == 'G') {
+        ReadRunway(reader, record);
+    } else if (subsection == 'I') {
+        ReadLocalizer(reader, record);
+    } else {
+        reader.context.report.Add(
+            Topic::Dropped,
+            std::string("records of a kind without use here (P") + subsection + ")");
+    }
+}
+
+void ReadRecord(CifpReader& reader, std::string_view record) {
+    const std::string_view section = Raw(record, 5, 6);
+    if (section[0] == 'P') {
+        ReadAirportRecord(reader, record);
+    } else if (section[0] == 'H') {
+        reader.context.report.Add(Topic::Dropped, "records of heliports");
+    } else if (section == "UC" || section == "UR") {
+        if (!AddAirspaceRecord(record, reader.airspaces)) {
+            AddFault(reader, "is no airspace boundary");
+        }
+    } else if (section == "ER") {
+        if (IsPrimary(record, 39)) {
+            ReadAirway(reader, record);
+        }
+    } else if (section == "D " || section == "DB" || section == "EA") {
+        if (!IsPrimary(record, 22)) {
+            reader.context.report.Add(Topic::Dropped, "continuation records");
+        } else if (section == "D ") {
+            ReadVhfNavaid(reader, record);
+        } else if (section == "DB") {
+            ReadNdb(reader, record, section);
+        } else {
+            ReadWaypoint(reader, record, section);
+        }
+    } else {
+        reader.context.report.Add(Topic::Dropped, "records of a kind without use here (" +
+                                                      std::string(Token(section)) + ")");
+    }
+}
+
+void BuildAirway(CifpReader& reader, const std::string& name, std::vector<AirwayRecord>& points) {
+    std::stable_sort(
+        points.begin(), points.end(),
+        [](const AirwayRecord& a, const AirwayRecord& b) { return a.sequence < b.sequence; });
+    Airway piece{name, {}};
+    const auto close = [&] {
+        if (piece.points.size() > 1) {
+            reader.data.airways.push_back(piece);
+        }
+        piece.points.clear();
+    };
+    std::optional<LatLon> previous;
+    for (const AirwayRecord& point : points) {
+        const std::optional<LatLon> at =
+            reader.book.points.Find(point.section, "", point.fix, point.region, previous);
+        if (!at || !IsIdent(point.fix)) {
+            reader.context.report.Add(
+                Topic::Unresolved, "airway points that are not in the source",
+                AtLine(reader.lines.Name(), point.line, name + " " + point.fix));
+            close();
+            continue;
+        }
+        piece.points.push_back({point.fix, *at});
+        previous = at;
+        if (point.isEnd) {
+            close();
+        }
+    }
+    close();
+}
+
+// Runways into their airports, localizers onto their runways.
+void TieRunways(CifpReader& reader) {
+    std::map<std::string, std::size_t> byIdent;
+    for (std::size_t i = 0; i < reader.data.airports.size(); ++i) {
+        byIdent.emplace(reader.data.airports[i].ident, i);
+    }
+    std::map<std::pair<std::string, std::string>, RunwayEnd*> ends;
+    for (RunwayRecord& runway : reader.runways) {
+        ends.insert_or_assign({runway.airport, runway.end.ident}, &runway.end);
+    }
+    for (LocalizerRecord& entry : reader.localizers) {
+        Localizer& localizer = entry.localizer;
+        const auto found = ends.find({localizer.airport, localizer.runway});
+        if (found == ends.end()) {
+            reader.context.report.Add(
+                Topic::Unresolved, "localizers without their runway",
+                localizer.ident + " at " + localizer.airport + " " + localizer.runway);
+            continue;
+        }
+        RunwayEnd& end = *found->second;
+        end.ilsFrequency = localizer.frequency;
+        end.ils = localizer.glideDeg > 0 ? "ILS" : "LOC";
+        end.courseMag = entry.courseMag;
+        localizer.at = end.at;
+        // The published course is as coarse as the station's whole degree of variation; the one
+        // from threshold to antenna is exact unless the localizer is offset from its runway.
+        const double published = Normalized(entry.courseMag + entry.variation);
+        const double along = CourseTrue(end.at, localizer.antenna);
+        localizer.courseTrue = std::abs(TurnDeg(published, along)) < 0.5 ? along : published;
+        if (localizer.glideDeg > 0) {
+            reader.data.localizers.push_back(localizer);
+        }
+    }
+    for (const RunwayRecord& runway : reader.runways) {
+        const auto found = byIdent.find(runway.airport);
+        if (found == byIdent.end()) {
+            // An airport that only has runways here may stand in the folder.
+            const Dataset* folder = reader.context.folder;
+            const Airport* known = nullptr;
+            if (folder != nullptr) {
+                const auto have = std::find_if(
+                    folder->airports.begin(), folder->airports.end(),
+                    [&](const Airport& airport) { return airport.ident == runway.airport; });
+                known = have != folder->airports.end() ? &*have : nullptr;
+            }
+            if (known == nullptr) {
+                reader.context.report.Add(Topic::Unresolved, "runways without their airport",
+                                          runway.airport + " " + runway.end.ident);
+                continue;
+            }
+            byIdent.emplace(runway.airport, reader.data.airports.size());
+            reader.data.airports.push_back(
+                {known->ident, known->name, known->elevationFt, known->at, {runway.end}, true});
+            continue;
+        }
+        reader.data.airports[found->second].runways.push_back(runway.end);
+    }
+}
+
+// "2309" of the record's columns; records of the last century sort before all others.
+void TakeCycle(std::string_view record, int& cycle) {
+    const std::optional<int> value = WholeNumber(Raw(record, 129, 132));
+    if (value && *value / 100 < 70 && *value % 100 >= 1 && *value % 100 <= 14) {
+        cycle = std::max(cycle, *value);
+    }
+}
+
+}  // namespace
+
+bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, std::string& error) {
+    CifpReader reader{context, lines, data, {}, {}, {}, {}, {}};
+    std::string_view line;
+    std::size_t records = 0;
+    while (lines.Next(line)) {
+        if (line.starts_with("HDR") || Trim(line).empty()) {
+            continue;
+        }
+        const bool known = line.size() >= kArincColumns && (line[0] == 'S' || line[0] == 'T');
+        if (!known) {
+            AddFault(reader, "is no record of 132 columns");
+            continue;
+        }
+        ++records;
+        TakeCycle(line, data.cycle);
+        ReadRecord(reader, line);
+    }
+    if (!lines.Error().empty() || records == 0) {
+        error =
+            lines.Error().empty() ? lines.Name() + ": holds no ARINC 424 records" : lines.Error();
+        return false;
+    }
+    if (context.folder != nullptr) {
+        reader.book.points.AddFolder(*context.folder);
+        for (const Airport& airport : context.folder->airports) {
+            reader.book.airports.try_emplace(airport.ident, airport.at);
+            auto [runways, isNew] = reader.book.runways.try_emplace(airport.ident);
+            for (const RunwayEnd& end : airport.runways) {
+                if (isNew) {
+                    runways->second.push_back(end.ident);
+                }
+            }
+        }
+    }
+    TieRunways(reader);
+    for (auto& [key, points] : reader.airways) {
+        BuildAirway(reader, key.second, points);
+    }
+    BuildProcedures(reader.book, lines.Name(), context.report, data);
+    BuildAirspaces(reader.airspaces, context, data);
+    return true;
+}
+
+bool ImportCifp(const std::string& path, const ImportContext& context, Dataset& data,
+                std::string& error) {
+    LineSource lines = LineSource::OfFile(path, context.progress);
+    return ReadCifp(lines, context, data, error);
+}
+
 }  // namespace avqdata

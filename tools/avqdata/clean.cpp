@@ -9,6 +9,71 @@ namespace avqdata {
 namespace {
 
 constexpr double kSameRecordNm = 10.0;
+constexpr double kSamePointNm = 1.0;
+
+using Points = std::unordered_multimap<std::string, LatLon>;
+
+// The nearest point of that identifier within reach, null when there is none.
+const LatLon* Nearest(const Points& points, const Fix& fix, double withinNm) {
+    const LatLon* best = nullptr;
+    const auto [first, last] = points.equal_range(fix.ident);
+    for (auto candidate = first; candidate != last; ++candidate) {
+        const double nm = DistanceNm(candidate->second, fix.at);
+        if (nm < withinNm) {
+            withinNm = nm;
+            best = &candidate->second;
+        }
+    }
+    return best;
+}
+
+void AddFix(const Fix& fix, Points& points, Dataset& data) {
+    points.emplace(fix.ident, fix.at);
+    data.fixes.push_back(fix);
+}
+
+void TieAirways(Points& points, Dataset& data, Report& report) {
+    for (Airway& airway : data.airways) {
+        for (Fix& point : airway.points) {
+            if (const LatLon* at = Nearest(points, point, kSameRecordNm)) {
+                point.at = *at;
+                continue;
+            }
+            report.Add(Topic::Unresolved, "airway points that no table had, added as fixes",
+                       airway.name + " " + point.ident);
+            AddFix(point, points, data);
+        }
+    }
+}
+
+// The fix of a procedure file's leg line; nothing for other lines, and for runways.
+std::optional<Fix> FixOfLine(std::string_view line, bool isApproach) {
+    const std::vector<std::string_view> words = Words(line);
+    const std::size_t fixAt = isApproach ? 2 : 1;
+    const std::size_t positionAt = isApproach ? 5 : 4;
+    if (words.size() <= positionAt + 1 || line.starts_with(';') || line.starts_with('*') ||
+        words[fixAt].starts_with("RW")) {
+        return std::nullopt;
+    }
+    const std::optional<LatLon> at = Position(words[positionAt], words[positionAt + 1]);
+    return at ? std::optional(Fix{std::string(words[fixAt]), *at}) : std::nullopt;
+}
+
+void TieProcedures(Points& points, Dataset& data, Report& report) {
+    for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
+        for (const auto& [airport, lines] : data.procedures[kind]) {
+            for (const std::string& line : lines) {
+                const std::optional<Fix> fix = FixOfLine(line, kind == kApproaches);
+                if (fix && Nearest(points, *fix, kSamePointNm) == nullptr) {
+                    report.Add(Topic::Unresolved,
+                               "procedure fixes that no table had, added as fixes",
+                               airport + " " + fix->ident);
+                    AddFix(*fix, points, data);
+                }
+            }
+        }
+    }
+}
 
 const char* RunwayFault(const Airport& airport, const RunwayEnd& end) {
     if (end.lengthFt < kShortestRunwayFt || end.lengthFt > kLongestRunwayFt) {
@@ -57,8 +122,8 @@ void CleanDataset(Dataset& data, Report& report) {
     }
 }
 
-void TieAirwaysToTables(Dataset& data, Report& report) {
-    std::unordered_multimap<std::string, LatLon> points;
+void TieToTables(Dataset& data, Report& report) {
+    Points points;
     points.reserve(data.stations.size() + data.fixes.size() + data.airports.size());
     for (const Station& station : data.stations) {
         points.emplace(station.ident, station.at);
@@ -66,28 +131,11 @@ void TieAirwaysToTables(Dataset& data, Report& report) {
     for (const Fix& fix : data.fixes) {
         points.emplace(fix.ident, fix.at);
     }
-    for (Airway& airway : data.airways) {
-        for (Fix& point : airway.points) {
-            const LatLon* best = nullptr;
-            double bestNm = kSameRecordNm;
-            const auto [first, last] = points.equal_range(point.ident);
-            for (auto candidate = first; candidate != last; ++candidate) {
-                const double nm = DistanceNm(candidate->second, point.at);
-                if (nm < bestNm) {
-                    bestNm = nm;
-                    best = &candidate->second;
-                }
-            }
-            if (best != nullptr) {
-                point.at = *best;
-                continue;
-            }
-            report.Add(Topic::Unresolved, "airway points that no table had, added as fixes",
-                       airway.name + " " + point.ident);
-            points.emplace(point.ident, point.at);
-            data.fixes.push_back(point);
-        }
+    for (const Airport& airport : data.airports) {
+        points.emplace(airport.ident, airport.at);
     }
+    TieAirways(points, data, report);
+    TieProcedures(points, data, report);
 }
 
 }  // namespace avqdata

@@ -20,6 +20,7 @@ void CleanDataset(Dataset& data, Report& report);
 
 // Puts airway points on the table's point of their identifier when it lies within 10 nm, so that
 // what the pilot looks up and what he flies are one. A point no table has becomes a fix.
-void TieAirwaysToTables(Dataset& data, Report& report);
+// The same for the fixes of procedures, except that those stay where their procedure puts them.
+void TieToTables(Dataset& data, Report& report);
 
 }  // namespace avqdata

@@ -108,6 +108,7 @@ struct Region {
     double north = 90;
     double east = 180;
     bool Contains(const LatLon& at) const;
+    bool IsWorld() const;
 };
 
 struct ImportOptions {

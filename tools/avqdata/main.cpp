@@ -161,7 +161,7 @@ int RunImport(const SourceVerb& verb, Arguments& arguments) {
     CleanDataset(incoming, report);
     ApplyOptions(arguments.options, incoming, report);
     MergeDataset(std::move(incoming), verb.coverage, folder, report);
-    TieAirwaysToTables(folder, report);
+    TieToTables(folder, report);
     FitCapacities(folder, report);
     SortDataset(folder);
     const FolderTexts result = FormatFolder(folder);

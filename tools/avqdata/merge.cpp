@@ -208,6 +208,25 @@ void KeepAirports(const ImportOptions& options, Dataset& data, Report& report) {
     });
 }
 
+// An airport whose place the source does not tell has no place in a region.
+void KeepProcedures(const ImportOptions& options, Dataset& data, Report& report) {
+    if (options.region.IsWorld()) {
+        return;
+    }
+    std::set<std::string> inside;
+    for (const Airport& airport : data.airports) {
+        if (options.region.Contains(airport.at)) {
+            inside.insert(airport.ident);
+        }
+    }
+    for (ProcedureFile& file : data.procedures) {
+        report.AddCount(Topic::Dropped, "airports' procedure sections outside the region",
+                        std::erase_if(file, [&](const auto& section) {
+                            return !inside.contains(section.first);
+                        }));
+    }
+}
+
 void KeepRegion(const ImportOptions& options, Dataset& data, Report& report) {
     const auto outside = [&](const auto& record) { return !options.region.Contains(record.at); };
     report.AddCount(Topic::Dropped, "stations outside the region",
@@ -234,6 +253,10 @@ void KeepRegion(const ImportOptions& options, Dataset& data, Report& report) {
 
 }  // namespace
 
+bool Region::IsWorld() const {
+    return south <= -90 && north >= 90 && west <= -180 && east >= 180;
+}
+
 bool Region::Contains(const LatLon& at) const {
     const bool inLongitude = west <= east ? at.longitude >= west && at.longitude <= east
                                           : at.longitude >= west || at.longitude <= east;
@@ -241,6 +264,7 @@ bool Region::Contains(const LatLon& at) const {
 }
 
 void ApplyOptions(const ImportOptions& options, Dataset& data, Report& report) {
+    KeepProcedures(options, data, report);
     KeepRegion(options, data, report);
     KeepAirports(options, data, report);
     const auto clear = [&](const char* table, auto& records) {

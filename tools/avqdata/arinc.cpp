@@ -1,0 +1,164 @@
+#include "avqdata/arinc.h"
+
+#include <algorithm>
+
+#include "avqdata/text_tools.h"
+
+namespace avqdata {
+namespace {
+
+std::string Reference(std::string_view section, std::string_view airport, std::string_view ident,
+                      std::string_view region) {
+    // Terminal points belong to an airport, others to a region.
+    const bool terminal = section.starts_with('P') || section.starts_with('H');
+    std::string key(section);
+    key += '|';
+    key += terminal ? airport : region;
+    key += '|';
+    key += ident;
+    return key;
+}
+
+std::optional<double> Angle(std::string_view text, std::size_t degreeDigits, double most) {
+    const std::string_view digits = text.substr(std::min<std::size_t>(1, text.size()));
+    if (digits.size() != degreeDigits + 6 ||
+        !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        return std::nullopt;
+    }
+    const double degrees = *Number(digits.substr(0, degreeDigits));
+    const double minutes = *Number(digits.substr(degreeDigits, 2));
+    const double seconds = *Number(digits.substr(degreeDigits + 2)) / 100.0;
+    const double value = degrees + minutes / 60.0 + seconds / 3600.0;
+    if (minutes >= 60 || seconds >= 60 || value > most) {
+        return std::nullopt;
+    }
+    return text.front() == 'S' || text.front() == 'W' ? -value : value;
+}
+
+// "05000" as "5000", "FL180" as it is; empty when blank.
+std::string AltitudeText(std::string_view text) {
+    if (text.starts_with("FL")) {
+        return std::string(text);
+    }
+    const std::optional<int> feet = WholeNumber(text);
+    return feet ? std::to_string(*feet) : std::string();
+}
+
+// "5000A" at or above, "5000B" at or below, "5000" at, "5000A7000B" between.
+std::string Restriction(std::string_view record) {
+    const char kind = Raw(record, 83, 83)[0];
+    const std::string first = AltitudeText(Column(record, 85, 89));
+    const std::string second = AltitudeText(Column(record, 90, 94));
+    std::string altitude;
+    if (kind == 'B' && !first.empty() && !second.empty()) {
+        altitude = second + "A" + first + "B";
+    } else if (!first.empty()) {
+        constexpr std::string_view kAbove = "+JHVD";
+        constexpr std::string_view kBelow = "-YL";
+        altitude = first;
+        altitude += kAbove.find(kind) != std::string_view::npos ? "A" : "";
+        altitude += kBelow.find(kind) != std::string_view::npos ? "B" : "";
+    } else if (kind == 'C' && !second.empty()) {
+        altitude = second + "A";
+    }
+    const std::optional<int> speed = WholeNumber(Column(record, 100, 102));
+    if (speed) {
+        return std::to_string(*speed) + "/" + altitude;
+    }
+    return altitude.empty() ? "---" : altitude;
+}
+
+}  // namespace
+
+std::string_view Raw(std::string_view record, std::size_t first, std::size_t last) {
+    constexpr std::string_view kBlank = "                                ";
+    return first <= record.size() && last <= record.size() && first <= last
+               ? record.substr(first - 1, last - first + 1)
+               : kBlank.substr(0, last - first + 1);
+}
+
+std::string_view Column(std::string_view record, std::size_t first, std::size_t last) {
+    return Trim(Raw(record, first, last));
+}
+
+std::optional<LatLon> ArincPosition(std::string_view record, std::size_t first) {
+    const std::string_view latitude = Raw(record, first, first + 8);
+    const std::string_view longitude = Raw(record, first + 9, first + 18);
+    const bool hemispheres =
+        (latitude[0] == 'N' || latitude[0] == 'S') && (longitude[0] == 'E' || longitude[0] == 'W');
+    const std::optional<double> lat = Angle(latitude, 2, 90);
+    const std::optional<double> lon = Angle(longitude, 3, 180);
+    if (!hemispheres || !lat || !lon) {
+        return std::nullopt;
+    }
+    return LatLon{*lat, *lon};
+}
+
+std::optional<double> ArincTenths(std::string_view text) {
+    const std::optional<int> value = WholeNumber(text);
+    return value ? std::optional(*value / 10.0) : std::nullopt;
+}
+
+std::optional<double> ArincVariation(std::string_view text) {
+    if (text.size() != 5 || (text[0] != 'E' && text[0] != 'W')) {
+        return std::nullopt;
+    }
+    const std::optional<double> value = ArincTenths(text.substr(1));
+    return value && text[0] == 'W' ? -*value : value;
+}
+
+ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line) {
+    ProcedureLegRecord leg;
+    leg.routeType = Raw(record, 20, 20)[0];
+    leg.transition = Column(record, 21, 25);
+    leg.sequence = WholeNumber(Column(record, 27, 29)).value_or(0);
+    leg.fix = Column(record, 30, 34);
+    leg.region = Column(record, 35, 36);
+    leg.section = Column(record, 37, 38);
+    leg.description = Raw(record, 40, 43);
+    leg.turn = Raw(record, 44, 44)[0];
+    leg.path = Column(record, 48, 49);
+    leg.restriction = Restriction(record);
+    leg.radiusNm = WholeNumber(Column(record, 57, 62)).value_or(0) / 1000.0;
+    leg.centre = leg.path == "AF" ? Column(record, 51, 54) : Column(record, 107, 111);
+    leg.line = line;
+    return leg;
+}
+
+void PointBook::Add(std::string_view section, std::string_view airport, std::string_view ident,
+                    std::string_view region, const LatLon& at) {
+    byReference_.insert_or_assign(Reference(section, airport, ident, region), at);
+    byIdent_.emplace(std::string(ident), at);
+}
+
+void PointBook::AddFolder(const Dataset& folder) {
+    for (const Station& station : folder.stations) {
+        byIdent_.emplace(station.ident, station.at);
+    }
+    for (const Fix& fix : folder.fixes) {
+        byIdent_.emplace(fix.ident, fix.at);
+    }
+}
+
+std::optional<LatLon> PointBook::Find(std::string_view section, std::string_view airport,
+                                      std::string_view ident, std::string_view region,
+                                      const std::optional<LatLon>& near) const {
+    const auto found = byReference_.find(Reference(section, airport, ident, region));
+    if (found != byReference_.end()) {
+        return found->second;
+    }
+    constexpr double kFarthestNm = 300;
+    std::optional<LatLon> best;
+    double bestNm = kFarthestNm;
+    const auto [first, last] = byIdent_.equal_range(ident);
+    for (auto point = first; near && point != last; ++point) {
+        const double nm = DistanceNm(*near, point->second);
+        if (nm < bestNm) {
+            best = point->second;
+            bestNm = nm;
+        }
+    }
+    return best;
+}
+
+}  // namespace avqdata

@@ -1,0 +1,83 @@
+// avqdata/arinc.h - records of 132 columns (ARINC 424-18) taken apart.
+//
+// Columns are numbered from 1 as in the standard's tables.
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "avqdata/dataset.h"
+#include "avqdata/importers.h"
+
+namespace avqdata {
+
+inline constexpr std::size_t kArincColumns = 123;  // what follows is numbering
+
+// Columns `first` to `last`, trimmed or as they are.
+std::string_view Raw(std::string_view record, std::size_t first, std::size_t last);
+std::string_view Column(std::string_view record, std::size_t first, std::size_t last);
+
+// Hddmmsscc and Hdddmmsscc, standing one behind the other from `first` on.
+std::optional<LatLon> ArincPosition(std::string_view record, std::size_t first);
+std::optional<double> ArincTenths(std::string_view text);     // "2238" is 223.8
+std::optional<double> ArincVariation(std::string_view text);  // "W0130" is -13.0
+
+struct ProcedureLegRecord {
+    std::string transition;
+    char routeType = ' ';
+    int sequence = 0;
+    std::string fix;
+    std::string region;
+    std::string section;
+    std::string description;  // four characters
+    std::string path;         // "TF"
+    std::string restriction;  // "250/5000A", "---"
+    std::string centre;       // of an arc: the fix of an RF leg, the station of an AF leg
+    double radiusNm = 0;
+    char turn = ' ';
+    std::size_t line = 0;
+};
+
+// All legs of one procedure, in file order.
+struct ProcedureRecord {
+    std::string airport;
+    std::string name;
+    std::vector<ProcedureLegRecord> legs;
+};
+
+// Points of the file, for resolving what legs and airways refer to.
+class PointBook {
+  public:
+    void Add(std::string_view section, std::string_view airport, std::string_view ident,
+             std::string_view region, const LatLon& at);
+    // By the reference itself; else the nearest of the name within 300 nm of `near`, here or in
+    // the folder's tables.
+    std::optional<LatLon> Find(std::string_view section, std::string_view airport,
+                               std::string_view ident, std::string_view region,
+                               const std::optional<LatLon>& near) const;
+    void AddFolder(const Dataset& folder);
+
+  private:
+    std::map<std::string, LatLon, std::less<>> byReference_;
+    std::multimap<std::string, LatLon, std::less<>> byIdent_;
+};
+
+using ProcedureMap = std::map<std::pair<std::string, std::string>, ProcedureRecord>;
+
+struct CifpBook {
+    PointBook points;
+    ProcedureMap procedures[kProcedureKinds];
+    std::map<std::string, std::vector<std::string>> runways;  // of airports
+    std::map<std::string, LatLon> airports;
+};
+
+ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line);
+
+// Writes the sections of all airports.
+void BuildProcedures(const CifpBook& book, const std::string& file, Report& report, Dataset& data);
+
+}  // namespace avqdata

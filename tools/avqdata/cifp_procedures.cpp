@@ -1,0 +1,535 @@
+#include <algorithm>
+#include <array>
+#include <set>
+#include <tuple>
+
+#include "avqdata/arinc.h"
+#include "avqdata/limits.h"
+#include "avqdata/text_tools.h"
+
+namespace avqdata {
+namespace {
+
+// A leg as the procedure files hold it: one fix and what is known of it.
+struct Leg {
+    std::string fix;
+    LatLon at;
+    std::string restriction = "---";
+    bool flyover = false;
+    char role = ' ';      // the description's last letter
+    bool missed = false;  // belongs to the missed approach
+};
+
+// The legs between two branchings: a transition, a common route, a final approach.
+struct Route {
+    char type = ' ';
+    std::string transition;
+    std::vector<Leg> legs;
+    std::vector<std::string> runways;  // empty = all
+};
+
+struct Builder {
+    const CifpBook& book;
+    const std::string& file;
+    Report& report;
+    Dataset& data;
+};
+
+constexpr std::string_view kMissedTransition = "MISSED";
+
+// Legs that end at no fix: at an altitude, a course, a distance, or when the pilot says so.
+bool EndsAtFix(const ProcedureLegRecord& leg) {
+    constexpr std::array<std::string_view, 12> kFixPaths{"IF", "TF", "CF", "DF", "AF", "RF",
+                                                         "HA", "HF", "HM", "PI", "FA", "FC"};
+    constexpr std::array<std::string_view, 2> kFromFix{"FD", "FM"};
+    const bool known = std::find(kFixPaths.begin(), kFixPaths.end(), leg.path) != kFixPaths.end() ||
+                       std::find(kFromFix.begin(), kFromFix.end(), leg.path) != kFromFix.end();
+    return known && !leg.fix.empty();
+}
+
+std::string LegName(const Builder& builder, const ProcedureRecord& procedure,
+                    const ProcedureLegRecord& leg) {
+    return AtLine(builder.file, leg.line,
+                  procedure.airport + " " + procedure.name + " " + leg.transition + " " + leg.path +
+                      (leg.fix.empty() ? "" : " " + leg.fix));
+}
+
+// False when there is nothing that a route of fixes could carry.
+bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const ProcedureLegRecord& from,
+                const std::optional<LatLon>& near, Leg& leg) {
+    if (!EndsAtFix(from)) {
+        builder.report.Add(Topic::Dropped,
+                           "legs to no fix (" + (from.path.empty() ? "no path" : from.path) + ")",
+                           LegName(builder, procedure, from));
+        return false;
+    }
+    const std::string section = from.section == "D" ? "D" : from.section;
+    const std::optional<LatLon> at =
+        builder.book.points.Find(section, procedure.airport, from.fix, from.region, near);
+    if (!at || !IsIdent(from.fix)) {
+        builder.report.Add(Topic::Unresolved, "procedure fixes that are not in the source",
+                           LegName(builder, procedure, from));
+        return false;
+    }
+    if (from.path == "AF" || from.path == "RF") {
+        builder.report.Add(Topic::Warning, "arcs, which a route of fixes flies straight",
+                           LegName(builder, procedure, from));
+    }
+    leg.fix = from.fix;
+    leg.at = *at;
+    leg.restriction = from.restriction;
+    leg.flyover = from.description[1] == 'Y' || from.description[1] == 'B';
+    leg.role = from.description[3];
+    return true;
+}
+
+// A hold, a procedure turn or a heading flown from the fix that the route has reached already.
+void StayAtFix(const Leg& leg, Leg& reached) {
+    if (reached.restriction == "---") {
+        reached.restriction = leg.restriction;
+    }
+    reached.flyover = reached.flyover || leg.flyover;
+    if (reached.role == ' ') {
+        reached.role = leg.role;
+    }
+}
+
+void AppendLeg(Builder& builder, const ProcedureRecord& procedure, const ProcedureLegRecord& from,
+               const Leg& leg, std::vector<Leg>& legs) {
+    if (!legs.empty() && legs.back().fix == leg.fix && legs.back().missed == leg.missed) {
+        builder.report.Add(Topic::Changed, "legs at the fix before (holds, turns), one with it",
+                           LegName(builder, procedure, from));
+        StayAtFix(leg, legs.back());
+        return;
+    }
+    legs.push_back(leg);
+}
+
+// The procedure's routes in the order of their first legs.
+std::vector<Route> Routes(Builder& builder, const ProcedureRecord& procedure) {
+    std::vector<ProcedureLegRecord> records = procedure.legs;
+    std::stable_sort(records.begin(), records.end(),
+                     [](const ProcedureLegRecord& a, const ProcedureLegRecord& b) {
+                         return std::tie(a.routeType, a.transition, a.sequence) <
+                                std::tie(b.routeType, b.transition, b.sequence);
+                     });
+    const auto airport = builder.book.airports.find(procedure.airport);
+    std::optional<LatLon> near;
+    if (airport != builder.book.airports.end()) {
+        near = airport->second;
+    }
+    std::vector<Route> routes;
+    bool missed = false;
+    for (const ProcedureLegRecord& record : records) {
+        if (routes.empty() || routes.back().type != record.routeType ||
+            routes.back().transition != record.transition) {
+            routes.push_back({record.routeType, record.transition, {}, {}});
+            missed = false;
+        }
+        missed = missed || record.description[2] == 'M';
+        Leg leg;
+        if (ConvertLeg(builder, procedure, record, near, leg)) {
+            leg.missed = missed;
+            AppendLeg(builder, procedure, record, leg, routes.back().legs);
+        }
+        missed = missed || record.description[3] == 'M';
+    }
+    return routes;
+}
+
+// The designators that "RW04B" stands for.
+std::vector<std::string> RunwaysOf(const Builder& builder, const std::string& airport,
+                                   std::string_view transition) {
+    if (!transition.starts_with("RW") || transition.size() < 4) {
+        return {};
+    }
+    const std::string designator(transition.substr(2));
+    if (!designator.ends_with('B')) {
+        return {designator};
+    }
+    const std::string number = designator.substr(0, 2);
+    std::vector<std::string> runways;
+    const auto known = builder.book.runways.find(airport);
+    if (known != builder.book.runways.end()) {
+        for (const std::string& runway : known->second) {
+            if (runway.size() == 3 && runway.starts_with(number)) {
+                runways.push_back(runway);
+            }
+        }
+    }
+    std::sort(runways.begin(), runways.end());
+    return runways.empty() ? std::vector<std::string>{number + "L", number + "R"} : runways;
+}
+
+std::string Join(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const std::string& part : parts) {
+        text += (text.empty() ? "" : ",") + part;
+    }
+    return text;
+}
+
+bool SameLegs(const std::vector<Leg>& a, const std::vector<Leg>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Leg& x, const Leg& y) {
+        return x.fix == y.fix && x.restriction == y.restriction && x.flyover == y.flyover;
+    });
+}
+
+// ---- departures and arrivals ----
+
+struct Terminal {
+    std::vector<Route> common;  // mostly one
+    std::vector<Route> byRunway;
+    std::vector<Route> transitions;
+    std::vector<std::string> runways;  // that the procedure serves; empty = all
+};
+
+// Which routes lie at the runway and which en route: the types' numbers run outward for
+// departures, inward for arrivals.
+Terminal SortRoutes(Builder& builder, const ProcedureRecord& procedure, ProcedureKind kind) {
+    Terminal terminal;
+    std::set<std::string> served;
+    for (Route& route : Routes(builder, procedure)) {
+        constexpr std::string_view kFirst = "14FM";
+        constexpr std::string_view kLast = "36SV";
+        const bool first = kFirst.find(route.type) != std::string_view::npos;
+        const bool last = kLast.find(route.type) != std::string_view::npos;
+        route.runways = RunwaysOf(builder, procedure.airport, route.transition);
+        const bool atRunway = kind == kSids ? first || route.type == 'T' : last;
+        served.insert(route.runways.begin(), route.runways.end());
+        if (route.legs.empty()) {
+            continue;
+        }
+        if (atRunway) {
+            const auto same =
+                std::find_if(terminal.byRunway.begin(), terminal.byRunway.end(),
+                             [&](const Route& have) { return SameLegs(have.legs, route.legs); });
+            if (same != terminal.byRunway.end() && !same->runways.empty()) {
+                same->runways.insert(same->runways.end(), route.runways.begin(),
+                                     route.runways.end());
+            } else {
+                terminal.byRunway.push_back(std::move(route));
+            }
+        } else if (first || last) {
+            terminal.transitions.push_back(std::move(route));
+        } else {
+            terminal.common.push_back(std::move(route));
+        }
+    }
+    terminal.runways.assign(served.begin(), served.end());
+    return terminal;
+}
+
+// The fix where all routes of a list begin (or end); null when they do not agree.
+const Leg* SharedEnd(const std::vector<Route>& routes, bool atFront) {
+    const Leg* shared = nullptr;
+    for (const Route& route : routes) {
+        const Leg& leg = atFront ? route.legs.front() : route.legs.back();
+        if (shared != nullptr && shared->fix != leg.fix) {
+            return nullptr;
+        }
+        shared = &leg;
+    }
+    return shared;
+}
+
+// Drops the end of a route that the neighbouring route has too.
+void DropJoint(Route& route, bool atFront, Leg& joint) {
+    Leg& leg = atFront ? route.legs.front() : route.legs.back();
+    if (leg.fix == joint.fix) {
+        StayAtFix(leg, joint);
+        route.legs.erase(atFront ? route.legs.begin() : route.legs.end() - 1);
+    }
+}
+
+// Where routes meet, each names the fix; the plan wants it once. Without a common route the fix
+// where all meet becomes one, so that it is flown whatever is chosen.
+void DropJoints(ProcedureKind kind, Terminal& terminal) {
+    const bool outward = kind == kSids;
+    if (terminal.common.empty() && !terminal.byRunway.empty() && !terminal.transitions.empty()) {
+        const Leg* runwayEnd = SharedEnd(terminal.byRunway, !outward);
+        const Leg* enRouteEnd = SharedEnd(terminal.transitions, outward);
+        if (runwayEnd != nullptr && enRouteEnd != nullptr && runwayEnd->fix == enRouteEnd->fix) {
+            terminal.common.push_back({' ', "", {*runwayEnd}, {}});
+        }
+    }
+    if (terminal.common.size() != 1) {
+        return;
+    }
+    std::vector<Leg>& common = terminal.common.front().legs;
+    for (Route& route : terminal.byRunway) {
+        DropJoint(route, !outward, outward ? common.front() : common.back());
+    }
+    for (Route& route : terminal.transitions) {
+        DropJoint(route, outward, outward ? common.back() : common.front());
+    }
+}
+
+std::string LegLine(const std::string& name, const Leg& leg, const std::string& runways) {
+    return name + " " + leg.fix + " " + leg.restriction + " " +
+           (runways.empty() ? "---" : runways) + " " + Fixed(leg.at.latitude, 5) + " " +
+           Fixed(leg.at.longitude, 5) + (leg.flyover ? " FO" : " ---");
+}
+
+void AppendRoutes(const std::string& name, const std::vector<Route>& routes, bool areTransitions,
+                  SectionLines& lines) {
+    for (const Route& route : routes) {
+        const std::string first = areTransitions ? name + "." + route.transition : name;
+        for (const Leg& leg : route.legs) {
+            lines.push_back(LegLine(first, leg, Join(route.runways)));
+        }
+    }
+}
+
+std::size_t LegCount(const Terminal& terminal) {
+    std::size_t count = 0;
+    for (const auto* routes : {&terminal.common, &terminal.byRunway, &terminal.transitions}) {
+        for (const Route& route : *routes) {
+            count += route.legs.size();
+        }
+    }
+    return count;
+}
+
+void BuildTerminal(Builder& builder, const ProcedureRecord& procedure, ProcedureKind kind,
+                   std::map<std::string, std::size_t>& counts) {
+    const std::size_t most = kind == kSids ? kMostSids : kMostStars;
+    const std::string title = procedure.airport + " " + procedure.name;
+    Terminal terminal = SortRoutes(builder, procedure, kind);
+    DropJoints(kind, terminal);
+    const std::size_t legs = LegCount(terminal);
+    if (legs == 0) {
+        builder.report.Add(Topic::Dropped, "procedures that are vectors only", title);
+        return;
+    }
+    if (legs > kMostLegs || counts[procedure.airport] >= most) {
+        builder.report.Add(Topic::Dropped, "departures and arrivals beyond the module's tables",
+                           title);
+        return;
+    }
+    ++counts[procedure.airport];
+    SectionLines& lines = builder.data.procedures[kind][procedure.airport];
+    // A name of its own only with runways to tell: an empty list serves all.
+    const std::string served = Join(terminal.runways);
+    lines.push_back("T " + procedure.name + " ---" + (served.empty() ? "" : " " + served));
+    const auto append = [&](const std::vector<Route>& routes, bool areTransitions) {
+        AppendRoutes(procedure.name, routes, areTransitions, lines);
+    };
+    if (kind == kSids) {
+        append(terminal.byRunway, false);
+        append(terminal.common, false);
+        append(terminal.transitions, true);
+    } else {
+        append(terminal.transitions, true);
+        append(terminal.common, false);
+        append(terminal.byRunway, false);
+    }
+    lines.emplace_back(";");  // closes the procedure's block
+}
+
+// ---- approaches ----
+
+struct ApproachName {
+    std::string runway = "--";  // circling
+    std::string group;
+};
+
+struct ApproachType {
+    char letter;
+    const char* name;
+};
+constexpr std::array<ApproachType, 18> kApproachTypes{{
+    {'I', "ILS"},
+    {'L', "LOC"},
+    {'R', "RNAV"},
+    {'H', "RNP"},
+    {'J', "GLS"},
+    {'V', "VOR"},
+    {'D', "VORDME"},
+    {'S', "VOR"},
+    {'N', "NDB"},
+    {'Q', "NDBDME"},
+    {'X', "LDA"},
+    {'B', "LOCBC"},
+    {'U', "SDF"},
+    {'P', "GPS"},
+    {'T', "TACAN"},
+    {'F', "FMS"},
+    {'G', "IGS"},
+    {'M', "MLS"},
+}};
+
+// "I04L" is the ILS to 04L, "H03-Z" the RNP Z to 03, "VOR-A" a circling approach.
+ApproachName NameApproach(const std::string& ident) {
+    ApproachName name;
+    name.group = ident;
+    const auto type = std::find_if(
+        kApproachTypes.begin(), kApproachTypes.end(),
+        [&](const ApproachType& row) { return !ident.empty() && row.letter == ident[0]; });
+    if (type == kApproachTypes.end() || ident.size() < 3) {
+        return name;
+    }
+    const bool sided = ident.size() > 3 && (ident[3] == 'L' || ident[3] == 'R' || ident[3] == 'C');
+    const std::string runway = ident.substr(1, sided ? 3 : 2);
+    std::string_view suffix = std::string_view(ident).substr(1 + runway.size());
+    if (suffix.starts_with('-')) {
+        suffix.remove_prefix(1);
+    }
+    const bool digit = !suffix.empty() && suffix[0] >= '0' && suffix[0] <= '9';
+    if (!IsRunwayIdent(runway) || suffix.size() > 1 || digit) {
+        return name;  // circling, or a helicopter's course: no runway of its own
+    }
+    name.runway = runway;
+    name.group = type->name + std::string(suffix);
+    return name;
+}
+
+bool IsInitial(const Leg& leg) {
+    return leg.role == 'A' || leg.role == 'C' || leg.role == 'D';
+}
+
+std::string RoleText(const Route& route, const Leg& leg) {
+    if (leg.missed) {
+        return std::string(kMissedTransition);
+    }
+    if (route.type == 'A') {
+        // The transition that begins at an initial fix bears its name.
+        return IsInitial(leg) && leg.fix == route.transition ? "IAF" : route.transition;
+    }
+    if (IsInitial(leg)) {
+        return "IAF";
+    }
+    return leg.role == 'F' ? "FAF" : leg.role == 'M' ? "MAF" : "---";
+}
+
+std::string ApproachLine(const ApproachName& name, const Route& route, const Leg& leg) {
+    return name.runway + " " + name.group + " " + leg.fix + " " + RoleText(route, leg) + " " +
+           leg.restriction + " " + Fixed(leg.at.latitude, 5) + " " + Fixed(leg.at.longitude, 5) +
+           " 0 0" + (leg.flyover ? " FO" : " ---");
+}
+
+// Transitions end where the final approach begins. A missed approach that returns to a
+// transition's fix would be flown with that transition, whose name picks legs by their fix.
+void PrepareApproach(Builder& builder, const ProcedureRecord& procedure,
+                     std::vector<Route>& routes) {
+    std::set<std::string> transitions;
+    std::vector<Leg>* final = nullptr;
+    for (Route& route : routes) {
+        if (route.type == 'A') {
+            transitions.insert(route.transition);
+        } else if (!route.legs.empty() && final == nullptr) {
+            final = &route.legs;
+        }
+    }
+    if (final == nullptr) {
+        return;
+    }
+    for (const Leg& leg : *final) {
+        if (IsInitial(leg) && !leg.missed) {
+            transitions.insert(leg.fix);
+        }
+    }
+    std::erase_if(*final, [&](const Leg& leg) {
+        const bool clash = leg.missed && transitions.contains(leg.fix);
+        if (clash) {
+            builder.report.Add(Topic::Dropped,
+                               "legs of missed approaches back to a fix that names a transition",
+                               procedure.airport + " " + procedure.name + " " + leg.fix);
+        }
+        return clash;
+    });
+    for (Route& route : routes) {
+        const bool joins = route.type == 'A' && !route.legs.empty() && !final->empty() &&
+                           !IsInitial(final->front());
+        // A transition of one fix keeps it: it would not be offered otherwise.
+        if (joins && route.legs.size() > 1) {
+            DropJoint(route, false, final->front());
+        }
+    }
+}
+
+// One airport's approaches while they are written: what the module's tables have room for.
+struct ApproachRoom {
+    std::set<std::string> groups;
+    std::map<std::string, std::size_t> legsOfRunway;
+    std::set<std::pair<std::string, std::string>> taken;
+};
+
+bool HasRoom(const ApproachRoom& room, const ApproachName& name, std::size_t legs) {
+    const auto runway = room.legsOfRunway.find(name.runway);
+    const bool known = runway != room.legsOfRunway.end();
+    return (room.groups.contains(name.group) || room.groups.size() < kMostApproachTypes) &&
+           (known || room.legsOfRunway.size() < kMostApproaches) &&
+           (known ? runway->second : 0) + legs <= kMostLegs;
+}
+
+void BuildApproach(Builder& builder, const ProcedureRecord& procedure, ApproachRoom& room) {
+    const std::string title = procedure.airport + " " + procedure.name;
+    std::vector<Route> routes = Routes(builder, procedure);
+    PrepareApproach(builder, procedure, routes);
+    ApproachName name = NameApproach(procedure.name);
+    if (!room.taken.insert({name.runway, name.group}).second) {
+        name.group = procedure.name;
+        room.taken.insert({name.runway, name.group});
+    }
+    std::size_t legs = 0;
+    for (const Route& route : routes) {
+        legs += route.legs.size();
+    }
+    if (legs == 0) {
+        builder.report.Add(Topic::Dropped, "approaches without a fix", title);
+        return;
+    }
+    if (!HasRoom(room, name, legs)) {
+        builder.report.Add(Topic::Dropped,
+                           "approaches beyond the module's tables: those without "
+                           "vertical guidance first",
+                           title);
+        return;
+    }
+    room.groups.insert(name.group);
+    room.legsOfRunway[name.runway] += legs;
+    SectionLines& lines = builder.data.procedures[kApproaches][procedure.airport];
+    for (const Route& route : routes) {
+        for (const Leg& leg : route.legs) {
+            lines.push_back(ApproachLine(name, route, leg));
+        }
+    }
+    lines.emplace_back(";");
+}
+
+// The order in which approaches get room: as a crew would choose.
+std::size_t Preference(const ProcedureRecord& procedure) {
+    constexpr std::string_view kOrder = "IHRJLXDSVBNQPUTFGM";
+    return std::min(kOrder.find(procedure.name[0]), kOrder.size());
+}
+
+void BuildApproaches(Builder& builder) {
+    std::vector<const ProcedureRecord*> order;
+    for (const auto& [key, procedure] : builder.book.procedures[kApproaches]) {
+        order.push_back(&procedure);
+    }
+    std::stable_sort(
+        order.begin(), order.end(), [](const ProcedureRecord* a, const ProcedureRecord* b) {
+            return std::pair(a->airport, Preference(*a)) < std::pair(b->airport, Preference(*b));
+        });
+    std::map<std::string, ApproachRoom> rooms;
+    for (const ProcedureRecord* procedure : order) {
+        BuildApproach(builder, *procedure, rooms[procedure->airport]);
+    }
+}
+
+}  // namespace
+
+void BuildProcedures(const CifpBook& book, const std::string& file, Report& report, Dataset& data) {
+    Builder builder{book, file, report, data};
+    for (const ProcedureKind kind : {kSids, kStars}) {
+        std::map<std::string, std::size_t> counts;
+        for (const auto& [key, procedure] : book.procedures[kind]) {
+            BuildTerminal(builder, procedure, kind, counts);
+        }
+    }
+    BuildApproaches(builder);
+}
+
+}  // namespace avqdata
