@@ -93,7 +93,7 @@ void ApplyLastWaypointSettings() {
 
 // There is nothing to fly to at a gap in the route: the pilot closes it.
 void StopAtDiscontinuity() {
-    if (IsDiscontinuity(ActiveWaypoint())) {
+    if (guidance.lnavEngaged == 1 && IsDiscontinuity(ActiveWaypoint())) {
         DisengageLnav();
         AppendMessage("LNAV OFF - DISCONTINUITY");
         requests.unitRedraw = 1;
@@ -129,6 +129,7 @@ void SetActiveWaypoint(std::int32_t index) {
     }
     guidance.activeLatitude = ActiveWaypoint().latitude;
     guidance.activeLongitude = ActiveWaypoint().longitude;
+    StopAtDiscontinuity();
     RefreshLegGeometry();
     UpdateRouteDistance();
 }

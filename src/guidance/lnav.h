@@ -10,7 +10,8 @@
 namespace avq1 {
 
 // Makes entry `index` of the active plan the waypoint flown to: position copy, leg geometry and
-// distance to go are fresh at once. An index outside 1..last leaves no active waypoint.
+// distance to go are fresh at once. An index outside 1..last leaves no active waypoint; there, and
+// with a message at a discontinuity, LNAV is disengaged.
 void SetActiveWaypoint(std::int32_t index);
 
 // Engages LNAV when there is an active waypoint (tuning the radios when the setting says so);

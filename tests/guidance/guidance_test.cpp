@@ -237,6 +237,19 @@ TEST_F(GuidanceTest, LnavNeedsSomethingToFlyTo) {
     EXPECT_EQ(guidance.lnavEngaged, 0);
 }
 
+TEST_F(GuidanceTest, AGapMadeTheActiveEntryEndsLnavAndIsNotPassed) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"DISCO", 0, 0, ""}, {"CCC", 0, 2}});
+    SetActiveWaypoint(2);
+    EXPECT_EQ(messages.count, 0);  // it was off already
+    SetActiveWaypoint(1);
+    ASSERT_TRUE(EngageLnav());
+    SetActiveWaypoint(2);
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(messages.count, 1);
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.activeIndex, 2);
+}
+
 TEST_F(GuidanceTest, VnavStartsAfreshEachTime) {
     ToggleVnav();
     EXPECT_EQ(guidance.vnavEngaged, 0);
