@@ -34,8 +34,8 @@ struct PlanAirports {
 
 extern PlanAirports planAirports;
 
-// Loads an airport into a slot; the departure slot also gives the active plan's first entry the
-// airport's elevation as its altitude.
+// Loads an airport into a slot; in the departure slot, an active plan that begins at the airport
+// also gets its elevation as the first entry's altitude.
 bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot);
 
 enum class PlanAirportMode : std::int32_t {

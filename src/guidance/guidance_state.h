@@ -90,7 +90,7 @@ extern GuidanceRequests requests;
 
 bool HasActiveWaypoint();
 
-// A copy of the plan's active entry; an empty record without one.
+// The active plan's active entry; an empty record without one.
 const PlanWaypoint& ActiveWaypoint();
 
 }  // namespace avq1

@@ -31,8 +31,8 @@ constexpr TableLimit kAirportLimit{kAirportCapacity, kAirportCapacity - 2,
 // The navaids' warning comes well before their table is full.
 constexpr TableLimit kNavaidLimit{kNavaidCapacity, 9998, "Navs '%d' approaching struct_limit"};
 
-// The next field of the line at the front of `rest`, which reaches beyond the line: empty or 0
-// when the line has no more. Walking on from field to field finds most line ends for nothing.
+// Steps to the next field, or to the line feed when the line has no more: `rest` reaches beyond the
+// line. Walking on from field to field finds most line ends for nothing.
 void SkipToField(std::string_view& rest) {
     std::size_t blanks = 0;
     while (blanks < rest.size() && IsSpace(rest[blanks]) && rest[blanks] != '\n') {
@@ -41,6 +41,7 @@ void SkipToField(std::string_view& rest) {
     rest.remove_prefix(blanks);
 }
 
+// The next field of the line at the front of `rest`: empty or 0 when the line has no more.
 std::string_view NextField(std::string_view& rest) {
     SkipToField(rest);
     return rest.starts_with('\n') ? std::string_view{} : NextWord(rest);
