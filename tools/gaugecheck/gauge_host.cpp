@@ -12,7 +12,9 @@ namespace {
 using avq1::ElementHeader;
 using avq1::PanelEvent;
 
-constexpr std::uint32_t kUnusedEntryValue = 0;
+constexpr std::size_t kTickVariable = 1;
+constexpr std::array kFrameEvents = {PanelEvent::Update, PanelEvent::AfterUpdate, PanelEvent::Draw,
+                                     PanelEvent::AfterDraw};
 constexpr std::size_t kElementLimit = 64;
 
 avq1::PanelServices services;
@@ -163,7 +165,6 @@ int PlaceGauges() {
         placement.header = **gauge;
         placement.parameters = host.options.parameters;
         placement.header.parameters = placement.parameters.c_str();
-        placement.header.userData = kUnusedEntryValue;
         if (placement.header.elements != nullptr && placement.header.elements[0] != nullptr) {
             placement.list[0] =
                 CloneElement(placement, *placement.header.elements[0], nullptr, missing);
@@ -203,11 +204,16 @@ void SendToAll(PanelEvent event) {
 }
 
 void RunFrame() {
-    constexpr std::size_t kTickVariable = 1;
     host.variables[kTickVariable] += 1;
-    for (const PanelEvent event :
-         {PanelEvent::Update, PanelEvent::AfterUpdate, PanelEvent::Draw, PanelEvent::AfterDraw}) {
+    for (const PanelEvent event : kFrameEvents) {
         SendToAll(event);
+    }
+}
+
+void RunFrame(Placement& placement) {
+    host.variables[kTickVariable] += 1;
+    for (const PanelEvent event : kFrameEvents) {
+        Send(placement, event);
     }
 }
 

@@ -69,6 +69,8 @@ void Send(Placement& placement, avq1::PanelEvent event);
 void SendToAll(avq1::PanelEvent event);
 // One tick of the simulator: update and draw events for every placement.
 void RunFrame();
+// The same for one placement alone.
+void RunFrame(Placement& placement);
 
 struct ClickTarget {
     int x = 0;  // centre, gauge pixels

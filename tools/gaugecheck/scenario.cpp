@@ -78,7 +78,7 @@ int ClickEverything() {
     for (const auto& placement : host.placements) {
         for (const ClickTarget& target : ClickTargets(*placement)) {
             Click(*placement, target);
-            RunFrame();
+            RunFrame(*placement);
             ++clicks;
         }
     }

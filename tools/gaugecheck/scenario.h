@@ -6,7 +6,7 @@
 //   click GAUGE X Y          the area of a gauge that holds the point, gauge pixels, then a frame
 //   frames COUNT             ticks of the simulator
 //   snapshot NAME            pictures and texts of every gauge, written under that name
-//   click-everything         every area of every gauge, a frame after each
+//   click-everything         every area of every gauge, a frame of that gauge after each
 // Empty lines and those that begin with "#" are skipped.
 #pragma once
 
