@@ -86,6 +86,7 @@ struct PlanBook {
     double reserveFuel = 0;
     double reserveFuelInUse = 0;
     bool flightLogStartRequested = false;  // served by the per-frame update
+    std::string entryNotice;               // what the last plan read lacks; empty when all is well
     double fuelLoadRequested = 0;          // weight units for the tanks, 0 = none
 };
 

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/sim_plan.h"
 #include "platform/files.h"
 #include "settings/settings.h"
 
@@ -19,6 +20,8 @@ namespace {
 
 constexpr std::string_view kNewPlan = "NEW FPL";
 constexpr std::string_view kNextPlan = "NEXT FPL";
+constexpr std::string_view kConvertedPlan = "temp.rte";
+constexpr std::string_view kUnableToLoad = "Unable to load FP";
 constexpr std::size_t kExtensionLength = 4;
 
 const StateReset resetStoredPlans([] { storedPlans = StoredPlanList{}; });
@@ -40,28 +43,49 @@ bool IsPlainName(std::string_view name) {
 
 bool IsListed(std::string_view name) {
     const std::string_view extension = Extension(name);
-    return (extension == ".PLN" || extension == ".RTE") && !EqualsIgnoreCase(name, "temp.rte");
+    return (extension == ".PLN" || extension == ".RTE") && !EqualsIgnoreCase(name, kConvertedPlan);
 }
 
-// Turns one of the simulator's own plans into this system's format. They are not read so far: the
-// pilot is told so.
-void ConvertSimPlan(std::string& text) {
-    text.clear();
-    AppendMessage("Unable to load FP");
-}
-
-// The text of a stored plan in this system's format; empty when there is none to be had.
-std::string ReadPlanText(std::string_view fileName) {
+// The text of a stored plan as it is in the file; empty when there is none to be had.
+std::string StoredText(std::string_view fileName) {
     std::string text;
-    if (!IsPlainName(fileName)) {
-        return text;
-    }
-    if (IsSimPlan(fileName)) {
-        ConvertSimPlan(text);
-    } else {
+    if (IsPlainName(fileName)) {
         ReadWholeFile(PlansFolder() + std::string(fileName), text);
     }
     return text;
+}
+
+// One of the simulator's own plans in this system's format. The copy in the plans folder is for
+// the pilot to keep under another name; the plan is read whether or not it could be written.
+std::string ImportSimPlan(std::string_view fileName) {
+    const ConvertedPlan converted = ConvertSimPlan(StoredText(fileName));
+    if (converted.text.empty()) {
+        planBook.entryNotice = kUnableToLoad;
+        return {};
+    }
+    ReplaceFile(PlansFolder() + std::string(kConvertedPlan), converted.text);
+    if (converted.leftOut > 0) {
+        planBook.entryNotice = Format("FPL: %d without position left out", converted.leftOut);
+    }
+    return converted.text;
+}
+
+// The text of a stored plan in this system's format.
+std::string ReadPlanText(std::string_view fileName) {
+    planBook.entryNotice.clear();
+    return IsSimPlan(fileName) ? ImportSimPlan(fileName) : StoredText(fileName);
+}
+
+// The same for a list of many plans: nothing is written and nothing said.
+std::string ListedPlanText(std::string_view fileName) {
+    const std::string text = StoredText(fileName);
+    return IsSimPlan(fileName) ? ConvertSimPlan(text).text : text;
+}
+
+void SayNotice() {
+    if (!planBook.entryNotice.empty()) {
+        AppendMessage(planBook.entryNotice);
+    }
 }
 
 void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
@@ -89,9 +113,7 @@ void ListStoredPlans() {
         if (!IsListed(name) || storedPlans.plans.size() >= kStoredPlanCapacity - 1) {
             continue;
         }
-        // A plan of the simulator's is listed by its name alone: a list has no room for messages.
-        ParsePlanText(IsSimPlan(name) ? std::string() : ReadPlanText(name), previewPlan, nullptr,
-                      false);
+        ParsePlanText(ListedPlanText(name), previewPlan, nullptr, false);
         StoredPlan& plan = storedPlans.plans.emplace_back();
         plan.fileName = name;
         if (previewPlan.lastIndex >= 0) {
@@ -107,6 +129,7 @@ void ListStoredPlans() {
 
 void PreviewPlan(std::string_view fileName) {
     ReadPlan(fileName, previewPlan, nullptr, false);
+    SayNotice();
 }
 
 void LoadPlan(std::string_view fileName) {
@@ -117,6 +140,7 @@ void LoadPlan(std::string_view fileName) {
         return;
     }
     ReadPlan(fileName, modifiedPlan, &planBook, false);
+    SayNotice();
     if (modifiedPlan.lastIndex < 0) {
         planBook.editIndex = kNoWaypoint;
         return;

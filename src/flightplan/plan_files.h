@@ -2,7 +2,9 @@
 // loading and saving.
 //
 // A file that cannot be opened loads nothing and leaves the target plan empty. A save writes beside
-// the target and renames, so a plan that was there is never lost.
+// the target and renames, so a plan that was there is never lost. Plans of the simulator's planner
+// (.PLN) are converted on reading, into "temp.rte" as well; for one that holds no waypoint
+// planBook.entryNotice becomes "Unable to load FP", which goes to the message list too.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +43,8 @@ void PreviewPlan(std::string_view fileName);
 void LoadPlan(std::string_view fileName);
 
 // Reads a stored plan into the active and the modified plan and sets up destination, fuel totals,
-// cruise altitude and holds; guidance/activation.h completes it. True when an entry was read.
+// cruise altitude and holds; guidance/activation.h completes it and says what is to be said. True
+// when an entry was read.
 bool ReadPlanToActive(std::string_view fileName);
 
 // Writes the active plan; types other than the five become "WPT" in the plan itself. False, with a

@@ -40,7 +40,13 @@ void LoadPlanToActive(std::string_view fileName) {
         planBook.flightLogStartRequested = true;
     }
     CutMessages(kMessagesKept);
-    AppendMessage(Format("FPL '%.*s' loaded", static_cast<int>(fileName.size()), fileName.data()));
+    if (activePlan.lastIndex >= 0 || planBook.entryNotice.empty()) {
+        AppendMessage(
+            Format("FPL '%.*s' loaded", static_cast<int>(fileName.size()), fileName.data()));
+    }
+    if (!planBook.entryNotice.empty()) {
+        AppendMessage(planBook.entryNotice);
+    }
     planBook.status = RouteStatus::Active;
     SetActiveWaypoint(1);
     if (settings.LnavSetEnRouteFreqs == 1) {
