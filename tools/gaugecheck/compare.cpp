@@ -2,7 +2,8 @@
 // same size and colour within a pixel of each other, and pictures that look alike.
 //
 // Drawing libraries smooth edges differently or not at all. So each bright pixel of one picture
-// must be found in the other: the same tint, at least half as strong, at most two pixels away. What
+// must be found in the other: the same tint, at least half as strong, at most two pixels away; or a
+// mix of the colours there. What
 // one picture lacks, shows in another colour or elsewhere is counted, a few stray pixels are
 // allowed. Exit status 0 when all are alike.
 #include <algorithm>
@@ -30,6 +31,7 @@ constexpr int kBright = 128;            // strength of a pixel that must be foun
 constexpr int kReach = 2;               // how far away it may be found, pixels
 constexpr double kWeakest = 0.5;        // of its strength
 constexpr double kTintTolerance = 0.3;  // of a channel's share
+constexpr int kMixTolerance = 8;        // of a channel beyond the colours it can be a mix of
 constexpr int kPixelsAllowed =
     45;  // not found, in a whole picture: where lines cross and tints mix
 constexpr std::size_t kBmpFileHeader = 14;
@@ -128,17 +130,31 @@ bool CanBeSame(const Colour& colour, const Colour& other) {
     return true;
 }
 
+// Whether the picture has the colour near a point, or colours on both sides of it that mix to it.
 bool FoundNear(const Colour& colour, const Picture& picture, int x, int y) {
+    std::array<int, 3> least{255, 255, 255};
+    std::array<int, 3> most{};
     for (int nearY = std::max(y - kReach, 0); nearY <= std::min(y + kReach, picture.height - 1);
          ++nearY) {
         for (int nearX = std::max(x - kReach, 0); nearX <= std::min(x + kReach, picture.width - 1);
              ++nearX) {
-            if (CanBeSame(colour, ColourAt(picture, nearX, nearY))) {
+            const Colour other = ColourAt(picture, nearX, nearY);
+            if (CanBeSame(colour, other)) {
                 return true;
+            }
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                least[channel] = std::min(least[channel], other.channels[channel]);
+                most[channel] = std::max(most[channel], other.channels[channel]);
             }
         }
     }
-    return false;
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        if (colour.channels[channel] < least[channel] - kMixTolerance ||
+            colour.channels[channel] > most[channel] + kMixTolerance) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // Counts the bright pixels of `a` that `b` has nothing like near them.
