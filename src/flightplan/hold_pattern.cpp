@@ -22,7 +22,7 @@ void RemoveRecord(std::int32_t number) {
     --holdList.count;
     if (number == 1) {
         if (holdList.holdActive == 1 && holdList.holdTargetCorner > 0) {
-            holdList.holdState = 4;
+            holdList.holdState = kHoldRemovedWhileFlown;
         }
         holdList.holdTargetCorner = 0;
     }

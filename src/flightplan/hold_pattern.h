@@ -14,6 +14,15 @@ namespace avq1 {
 inline constexpr std::int32_t kHoldCapacity = 4;
 inline constexpr std::int32_t kHoldRemoved = -1;
 
+// How the first hold is being flown.
+enum HoldState : std::int32_t {
+    kHoldNormal = 0,
+    kHoldLnavOff = 1,
+    kHoldExitRequested = 2,
+    kHoldExiting = 3,
+    kHoldRemovedWhileFlown = 4,
+};
+
 struct HoldCorner {
     double latitude = 0;
     double longitude = 0;
@@ -39,7 +48,7 @@ struct HoldList {
     std::int32_t holdActive = 0;        // the pattern is being flown
     std::int32_t holdTargetCorner = 0;  // 0 = not yet in the pattern
     std::int32_t previousCorner = 0;
-    std::int32_t holdState = 0;  // 0 normal, 1 LNAV off, 2 exit requested, 3 exiting, 4 removed
+    std::int32_t holdState = kHoldNormal;
     double lastHoldHeading = 0;  // magnetic, last sent
 };
 

@@ -7,10 +7,6 @@
 namespace avq1 {
 namespace {
 
-bool IsActivePlan(const FlightPlan& plan) {
-    return &plan == &activePlan;
-}
-
 void Follow(std::int32_t& index, std::int32_t from, std::int32_t to) {
     if (index == from) {
         index = to;
@@ -18,6 +14,10 @@ void Follow(std::int32_t& index, std::int32_t from, std::int32_t to) {
 }
 
 }  // namespace
+
+bool IsActivePlan(const FlightPlan& plan) {
+    return &plan == &activePlan;
+}
 
 std::int32_t& FollowedIndex(const FlightPlan& plan) {
     return IsActivePlan(plan) ? planBook.activeIndex : planBook.trackedIndex;

@@ -11,6 +11,8 @@
 
 namespace avq1 {
 
+bool IsActivePlan(const FlightPlan& plan);
+
 // The index that follows its entry: the active waypoint's or the tracked one.
 std::int32_t& FollowedIndex(const FlightPlan& plan);
 

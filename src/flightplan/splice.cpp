@@ -20,10 +20,6 @@ constexpr std::string_view kStar = "STAR";
 constexpr std::string_view kSidAndStar = "SIDSTAR";
 constexpr std::string_view kApproach = "APPR";
 
-bool IsActivePlan(const FlightPlan& plan) {
-    return &plan == &activePlan;
-}
-
 PlanWaypoint EntryFrom(const ProcedureWaypoint& waypoint, std::string_view procedure) {
     PlanWaypoint entry;
     entry.ident = waypoint.ident;

@@ -21,13 +21,6 @@ constexpr double kRightAngle = 90;
 constexpr double kFullTurn = 360;
 constexpr double kNoHoldHeading = -999;
 
-enum HoldState : std::int32_t {
-    kNormal = 0,
-    kLnavOff = 1,
-    kExitRequested = 2,
-    kExiting = 3,
-};
-
 // How each corner follows from the one before: quarter turns off the inbound course, and the
 // distance as a fraction of the leg length.
 struct CornerRow {
@@ -72,18 +65,18 @@ bool CornerMissed(const HoldPattern& hold, const CornerApproach& approach) {
 }
 
 bool ExitsAtThisCorner() {
-    return holdList.holdState == kExiting ||
-           (holdList.holdState == kExitRequested && holdList.holdTargetCorner == kFirstCorner);
+    return holdList.holdState == kHoldExiting ||
+           (holdList.holdState == kHoldExitRequested && holdList.holdTargetCorner == kFirstCorner);
 }
 
 void BeginHold() {
     holdList.holdActive = 1;
-    holdList.holdState = kNormal;
+    holdList.holdState = kHoldNormal;
     holdList.lastHoldHeading = kNoHoldHeading;
 }
 
 void FinishHold(std::int32_t fixIndex) {
-    holdList.holdState = kExiting;
+    holdList.holdState = kHoldExiting;
     holdList.holdActive = 0;
     DeleteHold(fixIndex);
     holdList.holdTargetCorner = 0;
@@ -192,7 +185,7 @@ void EndHoldFlight() {
     }
     holdList.holdActive = 0;
     holdList.holdTargetCorner = 0;
-    holdList.holdState = kLnavOff;
+    holdList.holdState = kHoldLnavOff;
 }
 
 }  // namespace avq1

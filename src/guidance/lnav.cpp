@@ -31,7 +31,6 @@ constexpr double kPassedNow = -1;  // a distance to go below every change distan
 constexpr double kArrivalStampSpeedKt = 65;
 constexpr double kDestinationNearNm = 25;
 constexpr double kDepartedNm = 8;
-constexpr std::int32_t kRemovedWhileFlown = 4;
 constexpr std::int32_t kAirportStillToLoad = 1;
 constexpr std::int32_t kAirportLoaded = 2;
 constexpr std::int32_t kSpeedSuspended = 2;
@@ -101,7 +100,7 @@ void StopAtDiscontinuity() {
 }
 
 bool HoldKeepsWaypoint() {
-    return HoldBeingFlown() && holdList.holdState != kRemovedWhileFlown;
+    return HoldBeingFlown() && holdList.holdState != kHoldRemovedWhileFlown;
 }
 
 // The exported text buffer holds `ident` already.
@@ -210,8 +209,8 @@ void SequenceWaypoint() {
         guidance.lnavEngaged != 1 || HoldKeepsWaypoint()) {
         return;
     }
-    if (holdList.holdState == kRemovedWhileFlown) {
-        holdList.holdState = 0;
+    if (holdList.holdState == kHoldRemovedWhileFlown) {
+        holdList.holdState = kHoldNormal;
     }
     if (planBook.activeIndex >= activePlan.lastIndex) {
         DisengageLnav();
