@@ -223,13 +223,18 @@ TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
     Placement eadi("EFS50_EADI", "B737", 280, 262);
     Placement ehsi("EFS50_EHSI", "B737", 280, 262);
     eadi.Send(PanelEvent::ConnectToWindow);
-    simulator.windows[4008] = true;  // the EHSI's pop-up: the panel instance clears its glass
+    // With a display's pop-up open, its instance in the panel clears its glass.
+    simulator.windows[4005] = true;
+    simulator.windows[4008] = true;
     for (Placement* gauge : {&eadi, &ehsi}) {
         gauge->Element(1)->header.imageFlags |= image_flag::kOnScreen;
         gauge->Send(PanelEvent::Draw);
         EXPECT_EQ(gauge->Element(1)->header.imageFlags & image_flag::kOnScreen, 0u);
         EXPECT_EQ(std::ranges::count(gauge->pixels(), 0u), 280 * 262);
     }
+    Placement popup("EFS50_EADI", "WN", 280, 262);
+    popup.Send(PanelEvent::Draw);
+    EXPECT_LT(std::ranges::count(popup.pixels(), 0u), 280 * 262);
     simulator.windows[4008] = false;
     ehsi.Send(PanelEvent::Draw);
     EXPECT_LT(std::ranges::count(ehsi.pixels(), 0u), 280 * 262);
