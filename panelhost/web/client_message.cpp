@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <variant>
 
+#include "panelhost/situations.h"
+
 namespace panelhost {
 namespace {
 
@@ -73,6 +75,9 @@ const std::vector<Kind>& Kinds() {
           Quantity("windDirection", &M::windDirectionTrue, 0, 360),
           Quantity("windSpeed", &M::windSpeedKt, 0, 200)}},
         {"watch", ClientAction::Watch, {{"windows", &M::windows, 0, kMaxWindow, true, true}}},
+        {"situation",
+         ClientAction::Situation,
+         {{"v", &M::number, 0, static_cast<double>(Situations().size()) - 1, true, true}}},
         {"event",
          ClientAction::SendEvent,
          {{"number", &M::number, 0, 2147483647.0, true, true},

@@ -29,6 +29,7 @@ enum class ClientAction {
     Rate,
     Set,        // place the aircraft, change the wind
     Watch,      // which windows' pictures and texts this page wants
+    Situation,  // place the aircraft by a row of the host's situations
     SendEvent,  // a pilot's key event
     Painted,    // the last picture of a window is on the screen
 };
@@ -43,7 +44,7 @@ struct ClientMessage {
     bool on = false;  // wheel up, key down, paused
     int scanCode = 0;
     int virtualKey = 0;
-    double number = 0;  // window ident, simulation rate or event number
+    double number = 0;  // window ident, simulation rate, situation or event number
     double value = 0;   // of an event
     std::optional<double> latitude;
     std::optional<double> longitude;

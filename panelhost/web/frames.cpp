@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "panelhost/situations.h"
 #include "panelhost/web/server_messages.h"
 #include "panelhost/web/server_state.h"
 #include "panelhost/web/socket_client.h"
@@ -256,6 +257,9 @@ bool ObeyMessage(Server& server, SocketClient& client, const ClientMessage& mess
             break;
         case ClientAction::Watch:
             Watch(client, message.windows);
+            break;
+        case ClientAction::Situation:
+            ApplySituation(session, Situations()[static_cast<std::size_t>(message.number)]);
             break;
         case ClientAction::SendEvent:
             session.SendKeyEvent(static_cast<std::int32_t>(message.number),

@@ -3,6 +3,8 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
+#include "panelhost/situations.h"
+
 namespace panelhost {
 namespace {
 
@@ -95,10 +97,15 @@ std::string HelloMessage(const Session& session) {
         events.push_back(
             {{"number", event.number}, {"name", event.name}, {"meaning", event.meaning}});
     }
+    Json situations = Json::array();
+    for (const Situation& situation : Situations()) {
+        situations.push_back(situation.title);
+    }
     return Write({{"t", "hello"},
                   {"desk", {{"width", kDeskWidth}, {"height", kDeskHeight}}},
                   {"windows", std::move(windows)},
                   {"keyEvents", std::move(events)},
+                  {"situations", std::move(situations)},
                   {"warnings", session.warnings()}});
 }
 

@@ -154,6 +154,10 @@ test('pause, rate, events and placing act on the flight', async () => {
   await page.fill('#place [name=longitude]', '-72.25');
   await page.click('#place button');
   await until(() => reading('Position'), (text) => /N43°(29|30).*W072°1[456]/.test(text), 'moved');
+
+  await page.selectOption('#situations', { label: 'On the runway' });
+  await until(() => reading('Position'), (text) => /N40°3[78].*W073°4[67]/.test(text), 'on the runway');
+  assert.equal(await page.inputValue('#situations'), '');
   await close();
 });
 

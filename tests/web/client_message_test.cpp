@@ -32,6 +32,7 @@ TEST(ClientMessage, FieldsArrive) {
     EXPECT_TRUE(key.on);
     EXPECT_THAT(ParseClientMessage(R"({"t":"watch","windows":[2,0]})").windows,
                 testing::ElementsAre(2, 0));
+    EXPECT_EQ(ParseClientMessage(R"({"t":"situation","v":3})").number, 3);
     EXPECT_EQ(ParseClientMessage(R"({"t":"event","number":65725,"value":4294967295})").value,
               4294967295.0);
 }
@@ -69,6 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{R"({"t":"key","scan":1,"vk":1,"down":1})", "field down"},
                     Refused{R"({"t":"set","latitude":10})", "together"},
                     Refused{R"({"t":"set","heading":361})", "field heading"},
+                    Refused{R"({"t":"situation","v":-1})", "field v"},
+                    Refused{R"({"t":"situation","v":4})", "field v"},
                     Refused{R"({"t":"event","number":4294967296,"value":0})", "field number"},
                     Refused{R"({"t":"watch","windows":[0,[1]]})", "field windows"},
                     Refused{R"({"t":"toggle","ident":-1})", "field ident"}));

@@ -42,6 +42,12 @@ function showHello(hello) {
     option.textContent = event.meaning ? `${event.name} – ${event.meaning}` : event.name;
     return option;
   }));
+  find('#situations').replaceChildren(...['Situation…', ...hello.situations].map((title, i) => {
+    const option = document.createElement('option');
+    option.value = i === 0 ? '' : String(i - 1);
+    option.textContent = title;
+    return option;
+  }));
   const warnings = find('#warnings');
   warnings.hidden = hello.warnings.length === 0;
   warnings.replaceChildren(...hello.warnings.map((warning) => {
@@ -55,6 +61,11 @@ find('#sendEvent').addEventListener('submit', (event) => {
   event.preventDefault();
   const form = new FormData(event.target);
   send({ t: 'event', number: Number(form.get('number')), value: Number(form.get('value')) });
+});
+// The menu names what it does, not where the aircraft is: it falls back to its first line.
+find('#situations').addEventListener('change', (event) => {
+  if (event.target.value !== '') send({ t: 'situation', v: Number(event.target.value) });
+  event.target.value = '';
 });
 find('#place').addEventListener('submit', (event) => {
   event.preventDefault();
