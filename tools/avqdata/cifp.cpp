@@ -290,16 +290,21 @@ void BuildAirway(CifpReader& reader, const std::string& name, std::vector<Airway
     close();
 }
 
-// Runways into their airports, localizers onto their runways.
-void TieRunways(CifpReader& reader) {
-    std::map<std::string, std::size_t> byIdent;
-    for (std::size_t i = 0; i < reader.data.airports.size(); ++i) {
-        byIdent.emplace(reader.data.airports[i].ident, i);
-    }
-    std::map<std::pair<std::string, std::string>, RunwayEnd*> ends;
+using RunwayEnds = std::map<std::pair<std::string, std::string>, RunwayEnd*>;
+
+// By airport and designator; of a runway listed twice, the later.
+RunwayEnds IndexRunways(CifpReader& reader) {
+    RunwayEnds ends;
     for (RunwayRecord& runway : reader.runways) {
-        ends.insert_or_assign({runway.airport, runway.end.ident}, &runway.end);
+        if (!ends.insert_or_assign({runway.airport, runway.end.ident}, &runway.end).second) {
+            reader.context.report.Add(Topic::Dropped, "runway ends listed twice",
+                                      runway.airport + " " + runway.end.ident);
+        }
     }
+    return ends;
+}
+
+void TieLocalizers(CifpReader& reader, const RunwayEnds& ends) {
     for (LocalizerRecord& entry : reader.localizers) {
         Localizer& localizer = entry.localizer;
         const auto found = ends.find({localizer.airport, localizer.runway});
@@ -323,29 +328,38 @@ void TieRunways(CifpReader& reader) {
             reader.data.localizers.push_back(localizer);
         }
     }
-    for (const RunwayRecord& runway : reader.runways) {
-        const auto found = byIdent.find(runway.airport);
-        if (found == byIdent.end()) {
-            // An airport that only has runways here may stand in the folder.
-            const Dataset* folder = reader.context.folder;
-            const Airport* known = nullptr;
-            if (folder != nullptr) {
-                const auto have = std::find_if(
-                    folder->airports.begin(), folder->airports.end(),
-                    [&](const Airport& airport) { return airport.ident == runway.airport; });
-                known = have != folder->airports.end() ? &*have : nullptr;
-            }
+}
+
+// The folder's airport, for runways whose airport is not in the source; null when not there either.
+const Airport* FolderAirport(const CifpReader& reader, const std::string& ident) {
+    const Dataset* folder = reader.context.folder;
+    if (folder == nullptr) {
+        return nullptr;
+    }
+    const auto have = std::find_if(folder->airports.begin(), folder->airports.end(),
+                                   [&](const Airport& airport) { return airport.ident == ident; });
+    return have != folder->airports.end() ? &*have : nullptr;
+}
+
+void TieRunways(CifpReader& reader, const RunwayEnds& ends) {
+    std::vector<Airport>& airports = reader.data.airports;
+    std::map<std::string, std::size_t> byIdent;
+    for (std::size_t i = 0; i < airports.size(); ++i) {
+        byIdent.emplace(airports[i].ident, i);
+    }
+    for (const auto& [key, end] : ends) {
+        const std::string& ident = key.first;
+        if (!byIdent.contains(ident)) {
+            const Airport* known = FolderAirport(reader, ident);
             if (known == nullptr) {
                 reader.context.report.Add(Topic::Unresolved, "runways without their airport",
-                                          runway.airport + " " + runway.end.ident);
+                                          ident + " " + end->ident);
                 continue;
             }
-            byIdent.emplace(runway.airport, reader.data.airports.size());
-            reader.data.airports.push_back(
-                {known->ident, known->name, known->elevationFt, known->at, {runway.end}, true});
-            continue;
+            byIdent.emplace(ident, airports.size());
+            airports.push_back({ident, known->name, known->elevationFt, known->at, {}, true});
         }
-        reader.data.airports[found->second].runways.push_back(runway.end);
+        airports[byIdent[ident]].runways.push_back(*end);
     }
 }
 
@@ -393,7 +407,9 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
             }
         }
     }
-    TieRunways(reader);
+    const RunwayEnds ends = IndexRunways(reader);
+    TieLocalizers(reader, ends);
+    TieRunways(reader, ends);
     for (auto& [key, points] : reader.airways) {
         BuildAirway(reader, key.second, points);
     }

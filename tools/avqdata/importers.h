@@ -42,9 +42,10 @@ bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const X
                        std::string& error);
 bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error);
 
-bool ReadOurAirports(std::string_view airports, std::string_view runways, Report& report,
-                     Dataset& data, std::string& error);
-bool ReadOurNavaids(std::string_view navaids, Report& report, Dataset& data, std::string& error);
+bool ReadOurAirports(std::string_view airports, std::string_view runways,
+                     const ImportContext& context, Dataset& data, std::string& error);
+bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Dataset& data,
+                    std::string& error);
 
 struct NasrTexts {
     std::string navaids;

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "avqdata/check.h"
-#include "avqdata/clean.h"
 #include "avqdata/cycle.h"
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
@@ -35,6 +34,7 @@ struct Arguments {
     std::string region;
     std::string only;
     std::string classes;
+    std::string countries;
     bool verbose = false;
     bool dryRun = false;
     ImportOptions options;
@@ -123,6 +123,7 @@ bool ReadOptions(Arguments& arguments, std::string& error) {
     }
     options.only = SplitList(arguments.only, ',');
     options.classes = SplitList(arguments.classes, ',');
+    options.countries = SplitList(arguments.countries, ',');
     for (const std::string& table : options.only) {
         if (std::find(kTables.begin(), kTables.end(), table) == kTables.end()) {
             error =
@@ -158,12 +159,7 @@ int RunImport(const SourceVerb& verb, Arguments& arguments) {
     for (const ReportEntry& entry : read.entries) {
         report.AddCount(Topic::Read, entry.kind, entry.count);
     }
-    CleanDataset(incoming, report);
-    ApplyOptions(arguments.options, incoming, report);
-    MergeDataset(std::move(incoming), verb.coverage, folder, report);
-    TieToTables(folder, report);
-    FitCapacities(folder, report);
-    SortDataset(folder);
+    Combine(std::move(incoming), verb.coverage, arguments.options, folder, report);
     const FolderTexts result = FormatFolder(folder);
     if (!arguments.dryRun && !WriteFolder(arguments.into, result, error)) {
         return Fail(error);
@@ -210,6 +206,8 @@ void DescribeImportOptions(CLI::App& app, Arguments& arguments) {
                    "only airports with a paved runway this long, feet")
         ->check(CLI::Range(0, 30000));
     app.add_flag("--icao-only", options.icaoOnly, "only airports with a code of four letters");
+    app.add_option("--countries", arguments.countries,
+                   "only these countries' (OurAirports: ISO codes, as in US,CA)");
     app.add_option("--classes", arguments.classes,
                    "only these airspace classes, as in ARTCC,CLASS_B,R");
     app.add_option("--simplify", options.simplifyNm,

@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "avqdata/airway_pieces.h"
+#include "avqdata/clean.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -328,6 +329,16 @@ void SortDataset(Dataset& data) {
         });
     std::stable_sort(data.boundaries.begin(), data.boundaries.end(),
                      [](const Boundary& a, const Boundary& b) { return a.rank < b.rank; });
+}
+
+void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
+             Report& report) {
+    CleanDataset(incoming, report);
+    ApplyOptions(options, incoming, report);
+    MergeDataset(std::move(incoming), coverage, folder, report);
+    TieToTables(folder, report);
+    FitCapacities(folder, report);
+    SortDataset(folder);
 }
 
 }  // namespace avqdata

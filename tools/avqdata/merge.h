@@ -30,4 +30,8 @@ void FitCapacities(Dataset& data, Report& report);
 // The tables' order in the files: navaids grouped by letter, airways in one piece.
 void SortDataset(Dataset& data);
 
+// All of it: a source's data cleaned, chosen, merged, tied together and fitted.
+void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
+             Report& report);
+
 }  // namespace avqdata

@@ -7,6 +7,7 @@
 #include "avqdata/importers.h"
 #include "avqdata/text_tools.h"
 #include "avqdata/variation.h"
+#include "base/text.h"
 
 namespace avqdata {
 namespace {
@@ -17,10 +18,21 @@ void AddFault(Report& report, std::string_view file, const CsvRow& row, std::str
     report.Add(Topic::Fault, "records that make no sense", AtLine(file, row.number, text));
 }
 
-const std::vector<std::string> kAirportColumns{"id",           "ident",         "type",
-                                               "latitude_deg", "longitude_deg", "elevation_ft",
-                                               "name",         "gps_code",      "?icao_code"};
-enum AirportColumn { kId, kIdent, kType, kLatitude, kLongitude, kElevation, kName, kGps, kIcao };
+const std::vector<std::string> kAirportColumns{
+    "id",           "ident", "type",     "latitude_deg", "longitude_deg",
+    "elevation_ft", "name",  "gps_code", "?icao_code",   "?iso_country"};
+enum AirportColumn {
+    kId,
+    kIdent,
+    kType,
+    kLatitude,
+    kLongitude,
+    kElevation,
+    kName,
+    kGps,
+    kIcao,
+    kCountry
+};
 
 const std::vector<std::string> kRunwayColumns{
     "airport_ref", "length_ft",       "surface",          "closed",
@@ -34,7 +46,8 @@ const std::vector<std::string> kNavaidColumns{"ident",
                                               "frequency_khz",
                                               "latitude_deg",
                                               "longitude_deg",
-                                              "?magnetic_variation_deg"};
+                                              "?magnetic_variation_deg",
+                                              "?iso_country"};
 enum NavaidColumn {
     kNavIdent,
     kNavName,
@@ -42,7 +55,8 @@ enum NavaidColumn {
     kNavKhz,
     kNavLatitude,
     kNavLongitude,
-    kNavVariation
+    kNavVariation,
+    kNavCountry
 };
 
 bool IsPaved(std::string surface) {
@@ -62,7 +76,7 @@ std::string RunwayName(std::string_view text) {
 }
 
 std::string AirportIdent(const CsvRow& row) {
-    for (const int column : {kIcao, kIdent, kGps}) {
+    for (const int column : {kIcao, kGps, kIdent}) {
         if (IsIcaoCode(row[static_cast<std::size_t>(column)])) {
             return row[static_cast<std::size_t>(column)];
         }
@@ -103,8 +117,19 @@ std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, Report& report) {
     return ends;
 }
 
-void AddAirport(const CsvRow& row, Report& report, Dataset& data,
+bool IsOfCountries(const ImportOptions& options, const std::string& country) {
+    return options.countries.empty() ||
+           std::find(options.countries.begin(), options.countries.end(), country) !=
+               options.countries.end();
+}
+
+void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
                 std::unordered_map<std::string, std::size_t>& byId) {
+    Report& report = context.report;
+    if (!IsOfCountries(context.options, row[kCountry])) {
+        report.Add(Topic::Dropped, "airports of other countries");
+        return;
+    }
     if (!row[kType].ends_with("_airport")) {
         report.Add(Topic::Dropped, "heliports, seaplane bases, balloon ports, closed airports");
         return;
@@ -126,13 +151,14 @@ void AddAirport(const CsvRow& row, Report& report, Dataset& data,
 
 }  // namespace
 
-bool ReadOurAirports(std::string_view airports, std::string_view runways, Report& report,
-                     Dataset& data, std::string& error) {
+bool ReadOurAirports(std::string_view airports, std::string_view runways,
+                     const ImportContext& context, Dataset& data, std::string& error) {
+    Report& report = context.report;
     std::unordered_map<std::string, std::size_t> byId;
     std::string fault;
     if (!ReadCsv(
             airports, kAirportColumns,
-            [&](const CsvRow& row) { AddAirport(row, report, data, byId); }, fault)) {
+            [&](const CsvRow& row) { AddAirport(row, context, data, byId); }, fault)) {
         error = "airports.csv: " + fault;
         return false;
     }
@@ -157,7 +183,9 @@ bool ReadOurAirports(std::string_view airports, std::string_view runways, Report
     return true;
 }
 
-bool ReadOurNavaids(std::string_view navaids, Report& report, Dataset& data, std::string& error) {
+bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Dataset& data,
+                    std::string& error) {
+    Report& report = context.report;
     const auto addNavaid = [&](const CsvRow& row) {
         const std::optional<LatLon> at = Position(row[kNavLatitude], row[kNavLongitude]);
         const std::optional<double> khz = Number(row[kNavKhz]);
@@ -170,10 +198,14 @@ bool ReadOurNavaids(std::string_view navaids, Report& report, Dataset& data, std
         if (variation && std::abs(*variation) <= 180) {
             data.variations.push_back({*at, *variation});
         }
+        if (!IsOfCountries(context.options, row[kNavCountry])) {
+            report.Add(Topic::Dropped, "navaids of other countries");
+            return;
+        }
         const bool isVor = type.starts_with("VOR");
         if (isVor || type.starts_with("NDB")) {
-            data.stations.push_back({row[kNavIdent], Token(row[kNavName]), *at, isVor,
-                                     isVor ? Megahertz(*khz / 1000) : Kilohertz(*khz)});
+            data.stations.push_back({row[kNavIdent], avq1::ToUpper(Token(row[kNavName])), *at,
+                                     isVor, isVor ? Megahertz(*khz / 1000) : Kilohertz(*khz)});
         } else {  // DME and TACAN stations give no bearing
             data.fixes.push_back({row[kNavIdent], *at});
         }
@@ -203,8 +235,8 @@ bool ImportOurAirports(const std::string& folder, const ImportContext& context, 
             return false;
         }
     }
-    if (!ReadOurNavaids(texts[2], context.report, data, error) ||
-        !ReadOurAirports(texts[0], texts[1], context.report, data, error)) {
+    if (!ReadOurNavaids(texts[2], context, data, error) ||
+        !ReadOurAirports(texts[0], texts[1], context, data, error)) {
         return false;
     }
     FillHeadings(data, context.report);
