@@ -37,8 +37,8 @@ bool IsSimPlan(std::string_view name) {
 
 // A plan is a file of the plans folder itself: no name leads out of it.
 bool IsPlainName(std::string_view name) {
-    return !name.empty() && name.find_first_of("/\\:") == std::string_view::npos &&
-           name.find("..") == std::string_view::npos;
+    return !name.empty() && name != "." && name != ".." &&
+           name.find_first_of("/\\:") == std::string_view::npos;
 }
 
 bool IsListed(std::string_view name) {

@@ -299,6 +299,9 @@ TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefused) {
         EXPECT_EQ(previewPlan.lastIndex, -1) << name;
     }
     EXPECT_EQ(folder_.Read("avq/A.RTE"), kBostonPlan);
+    EXPECT_TRUE(SavePlan("A..B.RTE"));  // dots within a name lead nowhere
+    PreviewPlan("A..B.RTE");
+    EXPECT_EQ(previewPlan.lastIndex, 1);
 }
 
 TEST_F(PlanFiles, FailedSaveKeepsTheOldPlan) {
