@@ -7,11 +7,13 @@
 
 #include "base/module_state.h"
 #include "bench/allocation_counter.h"
+#include "displays/eadi.h"
 #include "displays/ehsi.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/lnav.h"
 #include "host/update_frame.h"
 #include "platform/canvas.h"
+#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "tests/support/fake_simulator.h"
 
@@ -89,6 +91,32 @@ BENCHMARK(DrawEhsiMode)
     ->ArgNames({"mode", "scale"})
     ->ArgsProduct({{1, 2, 4, 5, 8}, {1, 2}})
     ->Unit(benchmark::kMicrosecond);
+
+// Banked and pitched, everything on: ladder, cue, tape, deviations, modes.
+void DrawEadiBanked(benchmark::State& state) {
+    ResetModuleState();
+    test::FakeSimulator& simulator = test::FakeSimulator::Install();
+    SetUpFlight(simulator);
+    settings.EADIHdgTape = 1;
+    simulator.variables[46] = 0xC0;
+    simulator.variables[792] = 1;
+    aircraft.bank = 20;
+    aircraft.pitch = -5;
+    aircraft.autopilotOn = aircraft.headingHoldOn = aircraft.yawDamperOn = 1;
+    aircraft.apAltitudeLockOn = 1;
+    aircraft.radioAltitudeFt = 900;
+    Picture picture(static_cast<int>(state.range(0)));
+    const std::uintptr_t token = StartDrawingLibrary();
+    DrawEadi(picture.Target());
+    const long before = bench::AllocationCount();
+    for (auto _ : state) {
+        DrawEadi(picture.Target());
+    }
+    state.counters["allocations"] = benchmark::Counter(
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
+    StopDrawingLibrary(token);
+}
+BENCHMARK(DrawEadiBanked)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 // The compass of a full rose in bare Cairo: 72 ticks, twelve labels, twenty data texts, a filled
 // background, a few pointers and ten route legs.
