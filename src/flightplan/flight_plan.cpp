@@ -28,6 +28,10 @@ bool IsDiscontinuity(const PlanWaypoint& entry) {
     return entry.ident == kDiscontinuity;
 }
 
+bool HasPosition(const PlanWaypoint& entry) {
+    return !IsDiscontinuity(entry) && entry.ident != kAirwayPlaceholder;
+}
+
 PlanWaypoint Discontinuity() {
     PlanWaypoint entry;
     entry.ident = kDiscontinuity;
@@ -39,7 +43,7 @@ double RouteLengthNm(const FlightPlan& plan, std::int32_t from, std::int32_t to)
     double lengthNm = 0;
     for (std::int32_t i = std::max(from, 0); i <= std::min(to, plan.lastIndex); ++i) {
         const PlanWaypoint& entry = plan.entries[i];
-        if (IsDiscontinuity(entry) || entry.ident == kAirwayPlaceholder) {
+        if (!HasPosition(entry)) {
             continue;
         }
         if (previous != nullptr) {

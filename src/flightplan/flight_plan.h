@@ -55,6 +55,9 @@ struct FlightPlan {
 bool IsDiscontinuity(const PlanWaypoint& entry);
 PlanWaypoint Discontinuity();
 
+// Neither a discontinuity nor the placeholder of an airway being entered.
+bool HasPosition(const PlanWaypoint& entry);
+
 enum class RouteStatus : std::int32_t {
     None = 0,
     BeingBuilt = 1,

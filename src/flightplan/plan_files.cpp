@@ -159,6 +159,7 @@ bool ReadPlanToActive(std::string_view fileName) {
     planBook.trackedIndex = kNoWaypoint;
     modifiedPlan.lastIndex = activePlan.lastIndex;
     const std::int32_t last = activePlan.lastIndex;
+    planBook.verticalTargetIndex = std::max(last, 0);
     if (last < 0) {
         return false;
     }

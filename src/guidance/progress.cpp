@@ -48,10 +48,6 @@ double RealMinutes(double minutes) {
     return derived.simRate > 0 ? minutes / derived.simRate : 0;
 }
 
-bool HasPosition(const PlanWaypoint& entry) {
-    return entry.ident != kDiscontinuity && entry.ident != kAirwayPlaceholder;
-}
-
 // What one entry of the active plan was when the route was last summed, and the route from there.
 struct RouteEntry {
     double latitude = 0;

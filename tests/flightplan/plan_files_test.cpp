@@ -268,7 +268,9 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     folder_.Write("avq/navdata/avq_apts.txt", kAirports);
     SetPlan(activePlan, "KPIT >AAA@ KBUF");
     planBook.activeIndex = kNoWaypoint;
+    planBook.verticalTargetIndex = 9;  // of the plan before
     EXPECT_TRUE(ReadPlanToActive("A.RTE"));
+    EXPECT_EQ(planBook.verticalTargetIndex, 2);
     EXPECT_EQ(Show(activePlan), "KJFK GDM(T608) KBOS");
     EXPECT_EQ(Show(modifiedPlan), "KJFK GDM(T608) KBOS");
     EXPECT_EQ(modifiedPlan.entries[3].ident, "******");
