@@ -20,7 +20,8 @@ rm -f "$folder"/{avq_navs,avq_ints,fsb_awy2,avq_apts,avq_sids,avq_stars,avq_apps
 import ourairports "$sources/ourairports" --icao-only --min-runway 4000 --only airports
 import ourairports "$sources/ourairports" --countries CA --only navaids
 import nasr "$sources/nasr" --only navaids,fixes,airways
-import cifp "$sources/cifp/self_contained_excerpt.pc" --cycle 2309
+import cifp "$sources/cifp/self_contained_excerpt.pc" \
+  --only airports,fixes,airways,procedures,localizers
 import airspace "$sources/airspace/faa_us_airspace_2026-04-16.geojson.gz" \
   --classes ARTCC,CLASS_B,CLASS_C --simplify 0.1
 "$avqdata" check "$folder"
