@@ -212,7 +212,7 @@ void PutMcuMessage(McuScreen& screen) {
     const char* text = "";
     if (!KeyboardMessage.empty()) {
         text = KeyboardMessage.c_str();
-    } else if (messages.count > 0) {
+    } else if (messages.count > 0 && mcu.editing == 0) {
         text = messages.lines[static_cast<std::size_t>(messages.count)].c_str();
     }
     screen.Put(McuStyle::Status, 0, kMcuRowY[5], "%s", text);

@@ -1,3 +1,8 @@
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "base/text.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/plan_airports.h"
 #include "simlink/keyboard.h"
@@ -14,6 +19,19 @@ void TakeTypedAirport() {
         mcu.runway = {};
         planAirports.patternRunwayOffset = kNoPatternRunway;
     }
+}
+
+constexpr std::size_t kLandingAidWidth = 3;
+
+// A data file names the landing aid and its frequency in either order: the aid is the short one.
+void PutRunway(McuScreen& screen, McuStyle style, int y, const PlanRunway& runway) {
+    const std::string* aid = &runway.field6;
+    const std::string* frequency = &runway.field7;
+    if (aid->size() > kLandingAidWidth && frequency->size() <= kLandingAidWidth) {
+        std::swap(aid, frequency);
+    }
+    screen.Put(style, kMcuColumnWidth, y, "%-3.3s %3.3s %-6.6s %03d %6d", runway.ident.c_str(),
+               aid->c_str(), frequency->c_str(), TruncateToInteger(runway.heading), runway.length);
 }
 
 }  // namespace
@@ -64,12 +82,11 @@ void ComposeApt(McuScreen& screen) {
         if (highlighted) {
             PutMcuCursor(screen, y);
         }
-        screen.Put(pattern       ? McuStyle::Active
-                   : highlighted ? McuStyle::Highlight
-                                 : McuStyle::Data,
-                   kMcuColumnWidth, y, "%-3s %3s %-6s %03d %6d", runway.ident.c_str(),
-                   runway.field6.c_str(), runway.field7.c_str(), static_cast<int>(runway.heading),
-                   runway.length);
+        PutRunway(screen,
+                  pattern       ? McuStyle::Active
+                  : highlighted ? McuStyle::Highlight
+                                : McuStyle::Data,
+                  y, runway);
     }
     PutMcuMessage(screen);
 }

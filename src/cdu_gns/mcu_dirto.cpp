@@ -15,6 +15,8 @@
 namespace avq1 {
 namespace {
 
+constexpr double kOnGroundSpeedKt = 5;
+
 // The records found for the typed identifier, kept here because every search fills the same table.
 struct Candidates {
     std::string ident;
@@ -65,18 +67,25 @@ void FlyDirectTo(const PointRecord& record) {
     if (activePlan.lastIndex >= 0) {
         arrival = activePlan.entries[activePlan.lastIndex];
     }
-    const bool keepsArrival = arrival.type == "APT" && arrival.ident != record.ident;
+    const PlanWaypoint chosen = EntryOf(record);
+    const bool isArrival = arrival.ident == chosen.ident && arrival.type == chosen.type;
+    const bool keepsArrival = arrival.type == "APT" && !isArrival;
     DeleteAllHolds();
     activePlan.entries[0] = DirectEntry();
-    activePlan.entries[1] = EntryOf(record);
+    activePlan.entries[1] = chosen;
     activePlan.lastIndex = 1;
     if (keepsArrival) {
         arrival.ataText.clear();
+        arrival.via.clear();  // its leg begins at the chosen point now, off any airway
         activePlan.entries[2] = arrival;
         activePlan.lastIndex = 2;
     }
+    planBook.verticalTargetIndex = activePlan.lastIndex;
     CopyActiveToModified();
     planBook.status = RouteStatus::Active;
+    if (aircraft.groundSpeedKt < kOnGroundSpeedKt) {
+        planBook.flightLogStartRequested = true;
+    }
     ResetForNewPlan();
     SetActiveWaypoint(1);
     mcu.entryText.clear();

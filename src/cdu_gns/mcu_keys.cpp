@@ -35,11 +35,7 @@ void PressFpln(const KeyClick&) {
 }
 
 void PressLnav(const KeyClick&) {
-    if (guidance.lnavEngaged != 0) {
-        DisengageLnav();
-    } else {
-        EngageLnav();
-    }
+    ToggleLnav();
     Touch();
 }
 

@@ -49,6 +49,7 @@ void PutMcuCursor(McuScreen& screen, int y);
 void PutMcuPosition(McuScreen& screen, std::int32_t row, std::int32_t count);
 
 // The message line at the bottom: the keyboard's failure, else the last line of the message list.
+// The list gives way while text is typed: the entry frame would run through it.
 void PutMcuMessage(McuScreen& screen);
 
 // Whether the page shown takes text from the computer keyboard, and the text it goes to.

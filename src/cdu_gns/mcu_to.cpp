@@ -5,6 +5,7 @@
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "guidance/guidance_state.h"
+#include "guidance/holds.h"
 #include "guidance/lnav.h"
 
 namespace avq1 {
@@ -97,7 +98,7 @@ void PutStatus(McuScreen& screen) {
     if (guidance.lnavEngaged != 0 && guidance.trackLeg != 0) {
         std::snprintf(lateral.data(), lateral.size(), "LNAV(%.1f%c) ", guidance.crossTrackNm,
                       guidance.crossTrackSide == 1 ? 'R' : 'L');
-    } else if (guidance.lnavEngaged != 0) {
+    } else if (guidance.lnavEngaged != 0 && !HoldBeingFlown()) {  // a hold commands its own
         std::snprintf(lateral.data(), lateral.size(), "DCTTO (%3.0fD) ",
                       ShownCourse(guidance.headingCommandMag));
     }

@@ -132,6 +132,8 @@ TEST_F(McuTest, ToPageStatusLine) {
         {0, 0, 1, 0, 0, "VNAV"},
         {1, 1, 0, 1, 0, "LNAV(2.0L) HOLD(FLY) "},
         {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
+        {1, 0, 0, 1, 0, "DCTTO ( 87D) HOLD(FLY) "},
+        {1, 0, 0, 1, 2, "HOLD(Dwind) "},  // the hold commands another heading
     };
     MakePlan();
     holdList.holds[1].fixIndex = 2;
@@ -397,6 +399,11 @@ TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
     unit.Press("APT");
     unit.Press("NEXT*5");
     EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060   9005"));
+    planAirports.runways[5].field6 = "110.30";  // the other order of a data file
+    planAirports.runways[5].field7 = "ILS";
+    planAirports.runways[5].length = 12079;
+    unit.Draw();
+    EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060  12079")) << "within the screen";
     unit.SavePicture("apt");
     unit.Press("ENTER");
     EXPECT_EQ(planAirports.patternRunwayOffset + planAirports.selectedRunway, 5);
@@ -427,6 +434,30 @@ TEST_F(McuTest, DirectToTheNearestCandidateKeepsTheDestination) {
     EXPECT_THAT(unit.Rows(), Contains("NOT IN DATABASE"));
     unit.Press("ENTER");
     EXPECT_EQ(activePlan.lastIndex, 2) << "nothing to fly to";
+}
+
+TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
+    navDatabase.navaids.Append({"KBBB", "NDB", 0, 2.5, PointKind::Navaid, "385", ""});
+    struct Case {
+        double groundSpeedKt;
+        bool startsLog;
+    };
+    for (const Case& c : {Case{240, false}, Case{0, true}}) {
+        activePlan = FlightPlan{};
+        MakePlan();
+        activePlan.entries[4].via = "V252";
+        planBook.verticalTargetIndex = 4;
+        planBook.flightLogStartRequested = false;
+        aircraft.groundSpeedKt = c.groundSpeedKt;
+        unit.Press("DIRTO");
+        mcu.entryText = "KBBB";
+        unit.Press("ENTER");
+        ASSERT_EQ(activePlan.lastIndex, 2) << "a beacon named like the airport is not the airport";
+        EXPECT_EQ(activePlan.entries[2].type, "APT");
+        EXPECT_EQ(activePlan.entries[2].via, "") << "no airway leads on from the chosen point";
+        EXPECT_EQ(planBook.verticalTargetIndex, 2);
+        EXPECT_EQ(planBook.flightLogStartRequested, c.startsLog);
+    }
 }
 
 TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
@@ -532,6 +563,17 @@ TEST_F(McuTypingTest, LegsFindTheTypedWaypointAndCrossTakesTheTypedAltitude) {
     unit.Press("UP");
     unit.Press("ENTER");
     EXPECT_EQ(activePlan.entries[2].altitude, 12000);
+}
+
+TEST_F(McuTypingTest, MessagesGiveWayToTheEntryFrame) {
+    AppendMessage("FPL 'A.RTE' loaded");
+    for (const char* const page : {"APT", "DIRTO", "LEGS"}) {
+        unit.Press(page);
+        EXPECT_EQ(unit.Rows().back(), "FPL 'A.RTE' loaded") << page;
+        unit.Press("EDIT");
+        EXPECT_THAT(unit.Rows(), ::testing::Not(Contains(HasSubstr("loaded")))) << page;
+        unit.Press("TO");
+    }
 }
 
 TEST_F(McuTypingTest, EveryPageWithoutTextEndsTyping) {
