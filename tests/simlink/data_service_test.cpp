@@ -1,0 +1,150 @@
+#include "simlink/data_service.h"
+
+#include <gtest/gtest.h>
+
+#include "base/module_state.h"
+#include "support/fake_data_service.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeDataService;
+
+class DataService : public testing::Test {
+  protected:
+    void SetUp() override { ResetModuleState(); }
+    void TearDown() override {
+        DsClose();
+        FakeDataService::Remove();
+    }
+    static DsError Open(std::int32_t wanted = kAnySimulator) {
+        return DsOpen(wanted, dsBuffer.data(), dsBuffer.size());
+    }
+
+    FakeDataService& service_ = FakeDataService::Install();
+};
+
+TEST_F(DataService, OpensOnlyWithAServiceItCanTrust) {
+    const struct {
+        bool present;
+        std::uint32_t version;
+        std::uint32_t identity;
+        int answers;
+        std::int32_t wanted;
+        std::size_t size;
+        DsError error;
+    } cases[] = {
+        {true, 0x19980005, 0xFADE0007, 9, 0, 1024, DsError::None},
+        {true, 0x20000000, 0xFADE0007, 9, 7, 1024, DsError::None},
+        {false, 0x19980005, 0xFADE0007, 9, 0, 1024, DsError::NoService},
+        {true, 0x19980004, 0xFADE0007, 9, 0, 1024, DsError::WrongVersion},
+        {true, 0x19980005, 0xFADD0007, 9, 0, 1024, DsError::WrongVersion},
+        {true, 0x19980005, 0xFADE0007, 9, 8, 1024, DsError::WrongSimulator},
+        {true, 0x19980005, 0xFADE0007, 0, 0, 1024, DsError::NotAcknowledged},
+        {true, 0x19980005, 0xFADE0007, 9, 0, 31, DsError::NoBuffer},
+        {true, 0x19980005, 0xFADE0007, 9, 0, 32, DsError::BufferFull},
+        {true, 0x19980005, 0xFADE0007, 9, 0, 51, DsError::BufferFull},
+        {true, 0x19980005, 0xFADE0007, 9, 0, 52, DsError::None},
+    };
+    for (const auto& c : cases) {
+        service_.present = c.present;
+        service_.answers = c.answers;
+        service_.Set(13060, c.version);
+        service_.Set(13064, c.identity);
+        EXPECT_EQ(DsOpen(c.wanted, dsBuffer.data(), c.size), c.error) << c.size;
+        EXPECT_EQ(DsProcess(),
+                  c.error == DsError::None ? DsError::NothingQueued : DsError::NotOpen);
+        DsClose();
+    }
+    EXPECT_EQ(DsOpen(0, nullptr, 1024), DsError::NoBuffer);
+    EXPECT_EQ(service_.Written<std::uint16_t>(13066), 0x04B0);
+}
+
+TEST_F(DataService, CallsOutOfOrderAreRefused) {
+    std::uint32_t word = 0;
+    EXPECT_EQ(DsRead(1, 4, &word), DsError::NotOpen);
+    EXPECT_EQ(DsWrite(1, 4, &word), DsError::NotOpen);
+    ASSERT_EQ(Open(), DsError::None);
+    EXPECT_EQ(Open(), DsError::AlreadyOpen);
+}
+
+TEST_F(DataService, RecordsLieInTheBufferAsTheServiceReadsThem) {
+    ASSERT_EQ(Open(), DsError::None);
+    service_.Set<std::uint16_t>(0x1234, 0xBEEF);
+    const std::uint8_t byte = 0x5A;
+    std::uint16_t answer = 0;
+    ASSERT_EQ(DsWrite(0x88, 1, &byte), DsError::None);
+    ASSERT_EQ(DsRead(0x1234, 2, &answer), DsError::None);
+    ASSERT_EQ(DsProcess(), DsError::None);
+    EXPECT_EQ(answer, 0xBEEF);
+    EXPECT_EQ(service_.mostBytes, 20U + 20U + 14U);  // that of opening
+    const auto word = [](std::size_t at) {
+        std::uint32_t value = 0;
+        std::memcpy(&value, &dsBuffer[at], sizeof value);
+        return value;
+    };
+    EXPECT_NE(word(0), 0U);
+    EXPECT_EQ(word(4), 2U);
+    EXPECT_EQ(word(8), 0x88U);
+    EXPECT_EQ(word(12), 1U);
+    EXPECT_EQ(dsBuffer[16], std::byte{0x5A});
+    EXPECT_EQ(word(17), 1U);
+    EXPECT_EQ(word(21), 0x1234U);
+    EXPECT_EQ(word(25), 2U);
+    EXPECT_EQ(word(35), 0U);
+    EXPECT_EQ(DsProcess(), DsError::NothingQueued);
+}
+
+TEST_F(DataService, AFullBufferDropsWhatDoesNotFit) {
+    ASSERT_EQ(Open(), DsError::None);
+    std::array<std::uint8_t, 1024> data{};
+    EXPECT_EQ(DsRead(1, 1024 - 4 - 24 + 1, data.data()), DsError::BufferFull);
+    EXPECT_EQ(DsWrite(1, 1024 - 4 - 20 + 1, data.data()), DsError::BufferFull);
+    EXPECT_EQ(DsWrite(1, SIZE_MAX - 8, data.data()), DsError::BufferFull);
+    EXPECT_EQ(DsWrite(1, 1024 - 4 - 20, data.data()), DsError::None);
+    EXPECT_EQ(DsRead(1, 1, data.data()), DsError::BufferFull);
+    EXPECT_EQ(DsProcess(), DsError::None);
+}
+
+TEST_F(DataService, SpoiledAnswersAreNotDelivered) {
+    ASSERT_EQ(Open(), DsError::None);
+    service_.spoilsHeaders = true;
+    service_.Set<std::uint32_t>(0x10, 77);
+    std::uint32_t word = 5;
+    DsRead(0x10, 4, &word);
+    EXPECT_EQ(DsProcess(), DsError::None);
+    EXPECT_EQ(word, 5U);
+}
+
+TEST_F(DataService, PayloadIsSummedOverAllStations) {
+    const struct {
+        std::int32_t stations;
+        double payloadLb;
+        int messages;
+    } cases[] = {{0, 0, 2},     {1, 1, 3},     {42, 903, 3}, {43, 946, 4},
+                 {61, 1891, 4}, {99, 1891, 4}, {-5, 0, 2}};
+    service_.Set<std::int32_t>(0x3BFC, 90000 * 256 + 128);
+    for (std::uint32_t k = 0; k < 99; ++k) {
+        service_.Set<double>(0x1400 + 48 * k, k + 1.0);
+    }
+    for (const auto& c : cases) {
+        service_.Set<std::int32_t>(0x13FC, c.stations);
+        service_.messages = 0;
+        AircraftWeights weights;
+        EXPECT_TRUE(ReadAircraftWeights(weights));
+        EXPECT_EQ(weights.zeroFuelLb, 90000.5);
+        EXPECT_EQ(weights.payloadLb, c.payloadLb) << c.stations;
+        EXPECT_EQ(service_.messages, c.messages) << c.stations;
+        EXPECT_LE(service_.mostBytes, 1024U);
+    }
+    for (const int answers : {0, 1, 2, 3}) {  // it falls silent; a batch is then missing
+        service_.answers = answers;
+        service_.Set<std::int32_t>(0x13FC, 61);
+        AircraftWeights weights;
+        EXPECT_FALSE(ReadAircraftWeights(weights));
+        EXPECT_EQ(weights.zeroFuelLb, 0);
+    }
+}
+
+}  // namespace
+}  // namespace avq1
