@@ -1,0 +1,344 @@
+// What a folder becomes: how sources combine, what fits, how it is written, what check says.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "avqdata/check.h"
+#include "avqdata/import_helpers.h"
+#include "avqdata/limits.h"
+#include "avqdata/text_tools.h"
+#include "base/module_state.h"
+#include "base/sim_folder.h"
+#include "navdb/airport_detail.h"
+#include "navdb/airways.h"
+#include "navdb/boundaries.h"
+#include "navdb/nav_database.h"
+
+namespace avqdata {
+namespace {
+
+namespace fs = std::filesystem;
+
+RunwayEnd End(const char* ident, int lengthFt, const LatLon& at) {
+    RunwayEnd end;
+    end.ident = ident;
+    end.lengthFt = lengthFt;
+    end.at = at;
+    end.headingMag = WholeNumber(std::string_view(ident).substr(0, 2)).value_or(0) * 10.0;
+    end.courseMag = end.headingMag;
+    return end;
+}
+
+Dataset SmallWorld() {
+    Dataset data;
+    data.stations = {{"QVR", "QUVER", {50, 8}, true, "113.70"},
+                     {"QX", "QUIX", {50.5, 8}, false, "365"},
+                     {"ABC", "ABECE", {51, 8}, true, "110.00"}};
+    data.fixes = {{"BBBBB", {50, 9}}, {"AAAAA", {50, 8.5}}};
+    data.airports = {{"QAAA", "Quax", 361, {50.01, 8.01}, {End("09", 8000, {50, 8})}, true}};
+    data.airways = {{"Q1", {{"QVR", {50, 8}}, {"AAAAA", {50, 8.5}}, {"BBBBB", {50, 9}}}},
+                    {"Q1", {{"FARAA", {-40, 8}}, {"FARBB", {-40, 9}}}}};
+    data.boundaries = {{"CLASS_C_QAA", "QAA", {{50, 8}, {50.1, 8}, {50, 8.1}, {50, 8}}, 2}};
+    data.procedures[kSids]["QAAA"] = {"T QUAX1 --- 09", "QUAX1 AAAAA --- --- 50.00000 8.50000 FO",
+                                      ";"};
+    data.cycle = 2309;
+    return data;
+}
+
+struct TemporaryFolder {
+    fs::path path = fs::temp_directory_path() / "avqdata_folder_test";
+    TemporaryFolder() { fs::remove_all(path); }
+    ~TemporaryFolder() { fs::remove_all(path); }
+    std::string Navdata() const { return (path / "avq" / "Navdata").string(); }
+};
+
+TEST(Folder, RoundTripThroughTheModule) {
+    Import import;
+    import.Add(SmallWorld());
+    TemporaryFolder folder;
+    ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error)) << import.error;
+    Report report;
+    CheckFolder(import.Texts(), report);
+    EXPECT_EQ(report.Count(Topic::Fault), 0U);
+
+    avq1::ResetModuleState();
+    avq1::SimFolder = folder.path.string();
+    avq1::LoadNavDatabase();
+    avq1::ReadDatabaseCycle();
+    EXPECT_EQ(avq1::DatabaseCycle, "AIRAC2309");
+    EXPECT_EQ(avq1::DatabaseValidity, "SEP07OCT05/23");
+    EXPECT_EQ(avq1::navDatabase.navaids.count, 3);
+    EXPECT_EQ(avq1::navDatabase.letterGroupCount, 2);
+    EXPECT_EQ(avq1::FindNavaid("QVR", "VOR", 50.2), 2);
+    EXPECT_EQ(avq1::navDatabase.intersections.count, 4);  // with the two known from an airway only
+    EXPECT_TRUE(avq1::FindAirway("Q1", "BBBBB"));
+    EXPECT_EQ(avq1::airwayLookup.entryIndex, 3);
+    ASSERT_TRUE(avq1::LoadAirportDetail("QAAA", avq1::kDepartureSlot));
+    const avq1::AirportDetail& detail = avq1::airportSlots[avq1::kDepartureSlot];
+    ASSERT_EQ(detail.runways.size(), 1U);
+    EXPECT_DOUBLE_EQ(detail.runways[0].heading, 90.0);
+    ASSERT_EQ(detail.procedures.sids.size(), 1U);
+    EXPECT_EQ(detail.procedures.sids[0].legs.at(0).flyover, 1);
+    avq1::LoadAtcBoundaries();
+    ASSERT_EQ(avq1::atcBoundaries.items.size(), 1U);
+    EXPECT_EQ(avq1::atcBoundaries.items[0].points.size(), 4U);
+    avq1::ResetModuleState();
+}
+
+TEST(Folder, ReadingBackAndWritingAgainChangesNothing) {
+    Import import;
+    import.Add(SmallWorld());
+    const FolderTexts texts = import.Texts();
+    Report report;
+    Dataset again = ParseFolder(texts, report);
+    SortDataset(again);
+    EXPECT_EQ(FormatFolder(again), texts);
+    EXPECT_EQ(again.airways.size(), 2U);  // pieces of one name stay apart
+    EXPECT_TRUE(report.entries.empty());
+}
+
+TEST(Merge, LaterSourcesReplaceByRule) {
+    Import import;
+    import.Add(SmallWorld());
+    Dataset later;
+    later.stations = {{"QVR", "QUVER2", {50.0002, 8}, true, "114.00"},  // the same place
+                      {"QX", "MOVED", {50.6, 8}, false, "366"},         // 6 nm away
+                      {"ABC", "OTHER", {20, 8}, true, "110.00"}};       // another one
+    later.airports = {{"QAAA", "Longer", 400, {50.02, 8.02}, {End("27", 8000, {50, 8.05})}, true},
+                      {"QNEW", "New", 10, {52, 8}, {}, true}};
+    later.airways = {{"Q1", {{"AAAAA", {50, 8.5}}, {"CCCCC", {50, 9.5}}}}};
+    import.Add(later, Coverage::Partial);
+    const FolderTexts texts = import.Texts();
+    EXPECT_EQ(LineOf(texts[kNavaidFile], "QVR"), "QVR QUVER2 50.00000 8.00000 VOR 114.00");
+    EXPECT_EQ(LineOf(texts[kNavaidFile], "QX"), "QX MOVED 50.60000 8.00000 NDB 366");
+    EXPECT_EQ(CountLines(texts[kNavaidFile]), 5U);  // with the cycle line and two ABC
+    EXPECT_EQ(LineOf(texts[kAirportFile], "QAAA"),
+              "QAAA Quax 361 50.01000 8.01000 09_8000_50.000000_8.000000_90.0_---_---_90.0 "
+              "27_8000_50.000000_8.050000_270.0_---_---_270.0");
+    EXPECT_NE(LineOf(texts[kAirportFile], "QNEW"), "");
+    EXPECT_EQ(texts[kAirwayFile],
+              "Q1 0010 FARAA -40.00000 8.00000\nQ1 0020 FARBB -40.00000 9.00000\n"
+              "Q1 0010 AAAAA 50.00000 8.50000\nQ1 0020 CCCCC 50.00000 9.50000\n");
+    import.Add(later, Coverage::Whole);
+    EXPECT_EQ(LineOf(import.Texts()[kAirportFile], "QAAA"),
+              "QAAA Longer 400 50.02000 8.02000 27_8000_50.000000_8.050000_270.0_---_---_270.0");
+}
+
+TEST(Merge, OptionsChoose) {
+    Import import;
+    import.options.region = {49, 7, 51, 8.7};
+    import.options.minRunwayFt = 9000;
+    import.Add(SmallWorld());
+    EXPECT_EQ(import.folder.airports.size(), 0U);
+    EXPECT_EQ(import.folder.airways.size(), 1U);
+    EXPECT_EQ(import.folder.airways.at(0).points.size(), 2U);  // cut at the border
+    EXPECT_EQ(LineOf(import.Texts()[kFixFile], "BBBBB"), "");
+    Import only;
+    only.options.only = {"fixes"};
+    only.Add(SmallWorld());
+    EXPECT_EQ(only.folder.stations.size() + only.folder.airports.size(), 0U);
+    EXPECT_EQ(only.folder.fixes.size(), 2U);
+    EXPECT_EQ(only.folder.cycle, 0);
+}
+
+TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
+    Import import;
+    Dataset data;
+    const auto name = [](char first, std::size_t number) {
+        std::string text(4, first);
+        for (std::size_t i = 3; i >= 1; --i, number /= 26) {
+            text[i] = static_cast<char>('A' + number % 26);
+        }
+        return text;
+    };
+    for (std::size_t i = 0; i < 6000; ++i) {
+        data.airports.push_back({"S" + std::to_string(i), "Strip", 0, {10, 10}, {}, false});
+    }
+    for (std::size_t i = 0; i < 6000; ++i) {
+        data.airports.push_back(
+            {name('K', i), "Field", 0, {10, 10}, {End("09", 5000, {10, 10})}, true});
+    }
+    for (std::size_t i = 0; i < 18000; ++i) {
+        data.stations.push_back({name('N', i % 17576),
+                                 "N",
+                                 {10, static_cast<double>(i) / 100 - 90},
+                                 i % 2 == 0,
+                                 "113.00"});
+    }
+    for (std::size_t piece = 0; piece < 3; ++piece) {
+        Airway airway{"Q9", {}};
+        for (std::size_t i = 0; i < 100; ++i) {
+            airway.points.push_back(
+                {name('P', i), {30.0 * static_cast<double>(piece), 0.1 * static_cast<double>(i)}});
+        }
+        data.airways.push_back(airway);
+    }
+    import.Add(std::move(data));
+    EXPECT_EQ(import.folder.airports.size(), kMostAirports);
+    EXPECT_EQ(std::count_if(import.folder.airports.begin(), import.folder.airports.end(),
+                            [](const Airport& airport) { return airport.paved; }),
+              6000);
+    EXPECT_EQ(import.folder.stations.size(), kMostStations);
+    EXPECT_EQ(std::count_if(import.folder.stations.begin(), import.folder.stations.end(),
+                            [](const Station& station) { return station.isVor; }),
+              9000);
+    EXPECT_EQ(import.folder.airways.size(), 2U);  // 250 points of one name are listed
+    EXPECT_EQ(import.report.Count(Topic::Dropped), 2000U + 1000U + 1U);
+    Report check;
+    CheckFolder(import.Texts(), check);
+    EXPECT_EQ(check.Count(Topic::Fault), 0U);
+}
+
+TEST(Folder, AFolderThatCannotBeWrittenIsLeftAsItWas) {
+    TemporaryFolder folder;
+    Import import;
+    import.Add(SmallWorld());
+    ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error));
+    const fs::path blocked = fs::path(folder.Navdata()) / "avq_apts.txt.new";
+    fs::create_directories(blocked / "full");  // no file of that name can be made
+    FolderTexts changed = import.Texts();
+    changed[kNavaidFile] += "ZZZ Z 1.0 1.0 VOR 113.00\n";
+    changed[kAirportFile] += "ZZZZ Z 1 1.0 1.0\n";
+    EXPECT_FALSE(WriteFolder(folder.Navdata(), changed, import.error));
+    FolderTexts now;
+    ASSERT_TRUE(ReadFolder(folder.Navdata(), now, import.error));
+    EXPECT_EQ(now, import.Texts());
+    EXPECT_FALSE(fs::exists(fs::path(folder.Navdata()) / "avq_navs.txt.new"));
+}
+
+TEST(Folder, FilesAreFoundWhateverTheirLetterCase) {
+    TemporaryFolder folder;
+    fs::create_directories(folder.Navdata());
+    std::ofstream(fs::path(folder.Navdata()) / "AVQ_INTS.TXT") << "OLDIE OLDIE 1.0 1.0\r\n";
+    std::ofstream(fs::path(folder.Navdata()) / "mine.txt") << "keep";
+    Import import;
+    FolderTexts texts;
+    ASSERT_TRUE(ReadFolder(folder.Navdata(), texts, import.error));
+    import.folder = ParseFolder(texts, import.report);
+    import.Add(SmallWorld());
+    ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error));
+    EXPECT_FALSE(fs::exists(fs::path(folder.Navdata()) / "avq_ints.txt"));
+    EXPECT_TRUE(fs::exists(fs::path(folder.Navdata()) / "mine.txt"));
+    ASSERT_TRUE(ReadFolder(folder.Navdata(), texts, import.error));
+    EXPECT_EQ(LineOf(texts[kFixFile], "OLDIE"), "OLDIE OLDIE 1.00000 1.00000");
+}
+
+TEST(Check, NamesFileAndLineOfEachFault) {
+    struct {
+        FileRole role;
+        std::string text;
+        const char* kind;
+        const char* place;
+    } rows[] = {
+        {kNavaidFile, "A A 1 1 VOR 113\nB B 1 1 VOR 113\nA2 A 1 1 VOR 113\n",
+         "navaids apart from others of their first letter", "avq_navs.txt:3"},
+        {kNavaidFile, "A A 1 1 VOR 118.5\n", "frequencies out of range", "avq_navs.txt:1"},
+        {kNavaidFile, "A A 1 1 VOR\n", "navaids without a frequency", "avq_navs.txt:1"},
+        {kNavaidFile, ";AIRAC cycle : 2309 7-SEP-2023 to 05-OCT-2023\n",
+         "cycle lines that do not read like ;AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)",
+         "avq_navs.txt:1"},
+        {kFixFile, "; fine\nAAAAA AAAAA 91 1\n", "positions that are none", "avq_ints.txt:2"},
+        {kFixFile, "AAAAA AAAAA 1\n", "lines with too few fields", "avq_ints.txt:1"},
+        {kFixFile, "AAAAA " + std::string(1700, 'A') + " 1 1\n",
+         "lines longer than their reader takes", "avq_ints.txt:1"},
+        {kAirwayFile, "Q1 0010 NOFIX 1 1\n", "airway fixes that are not in the tables",
+         "fsb_awy2.txt:1"},
+        {kAirwayFile, "Q1 0010 NOFIX 1 1\nQ2 0010 NOFIX 1 1\nQ1 0020 NOFIX 1 1\n",
+         "airways whose lines do not stand together", "fsb_awy2.txt:3"},
+        {kAirwayFile, "Q1 0010 NOFIX 1 1" + std::string(200, ' ') + "\n",
+         "lines longer than their reader takes", "fsb_awy2.txt:1"},
+        {kAirportFile, "QAAA Q 1 1 1 09_8000_1_1_90_---_---\n",
+         "runways without eight good sub-fields", "avq_apts.txt:1"},
+        {kAirportFile, "QAAA Q 1 1 1 09_8000_2_1_90_---_---_90\n", "runways far from their airport",
+         "avq_apts.txt:1"},
+        {kAirportFile, "QAAA Q 1 1 1\nQAAA Q 1 1 1\n",
+         "airports listed twice: only the first is loaded", "avq_apts.txt:2"},
+        {kSidFile, "QUAX1 AAAAA --- --- 1 1 FO\n", "lines before the first section",
+         "avq_sids.txt:1"},
+        {kSidFile, "[QAAA]\nQUAX1 AAAAA --- --- 1 1 FO\n", "legs before their procedure's header",
+         "avq_sids.txt:2"},
+        {kStarFile, "[QAAA]\nT QUIN1 ---\n", "procedures without a leg", "avq_stars.txt"},
+        {kApproachFile, "[QAAA]\n09 ILS NOFIX IAF --- 1 1 0 0 FO\n",
+         "procedure fixes that are not in the tables", "avq_apps.txt:2"},
+        {kApproachFile, "[QAAA]\n[QAAA]\n", "sections listed twice: only the first is read",
+         "avq_apps.txt:2"},
+        {kBoundaryFile, "A A 1 181\n", "positions that are none", "atc_bdry.txt:1"},
+    };
+    for (const auto& row : rows) {
+        FolderTexts texts;
+        texts[row.role] = row.text;
+        Report report;
+        CheckFolder(texts, report);
+        EXPECT_GE(report.Count(Topic::Fault, row.kind), 1U) << row.kind;
+        for (const ReportEntry& entry : report.entries) {
+            if (entry.kind == row.kind) {
+                EXPECT_TRUE(entry.cases.at(0).starts_with(row.place)) << entry.cases.at(0);
+            }
+        }
+    }
+}
+
+TEST(Check, FullTablesAreFaults) {
+    FolderTexts texts;
+    for (std::size_t i = 0; i < kMostBoundaries + 1; ++i) {
+        texts[kBoundaryFile] += "B" + std::to_string(i) + " B 1 1\n";
+    }
+    for (std::size_t i = 0; i < kMostBoundaryPoints + 1; ++i) {
+        texts[kBoundaryFile] += "LONG L 1 1\n";
+    }
+    for (std::size_t i = 0; i < kMostStations + 1; ++i) {
+        texts[kNavaidFile] += "A A 1 1 VOR 113\n";
+    }
+    Report report;
+    CheckFolder(texts, report);
+    EXPECT_EQ(report.Count(Topic::Fault, "tables that are too long"), 2U);
+    EXPECT_EQ(report.Count(Topic::Fault, "boundaries with more points than are read"), 1U);
+}
+
+// ---- the demo folder ----
+
+TEST(Demo, DataAreSoundAndPlansStandOnThem) {
+    const std::string demo = AVQ1_SOURCE_DIR "/demo/avq";
+    FolderTexts texts;
+    std::string error;
+    ASSERT_TRUE(ReadFolder(demo + "/Navdata", texts, error)) << error;
+    Report report;
+    CheckFolder(texts, report);
+    EXPECT_EQ(report.Count(Topic::Fault), 0U);
+    std::set<std::string> airports;
+    for (const FileRole role : {kSidFile, kStarFile, kApproachFile}) {
+        for (const std::string& line : SplitList(texts[role], '\n')) {
+            if (line.starts_with('[')) {
+                airports.insert(line);
+            }
+        }
+    }
+    EXPECT_GE(airports.size(), 4U);
+    for (const char* name : {"KBOSKBUF.RTE", "KPITKJFK.RTE"}) {
+        std::ifstream plan(demo + "/FlightPlans/" + name);
+        std::string line;
+        std::size_t waypoints = 0;
+        while (std::getline(plan, line)) {
+            const std::vector<std::string_view> words = Words(line);
+            if (words.size() < 5) {
+                continue;
+            }
+            ++waypoints;
+            const std::string position = std::string(words[1]) + " " + std::string(words[2]);
+            const FileRole role = words[3] == "APT"   ? kAirportFile
+                                  : words[3] == "INT" ? kFixFile
+                                                      : kNavaidFile;
+            std::string have = LineOf(texts[role], words[0]);
+            EXPECT_NE(have.find(" " + position), std::string::npos) << name << ": " << line;
+            if (role == kNavaidFile) {
+                EXPECT_TRUE(have.ends_with(" " + std::string(words[4]))) << line << have;
+            }
+        }
+        EXPECT_GE(waypoints, 10U) << name;
+    }
+}
+
+}  // namespace
+}  // namespace avqdata

@@ -1,0 +1,140 @@
+// The small readers under the importers: numbers, tokens, dates, lines, compressed files, tables.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "avqdata/csv_table.h"
+#include "avqdata/cycle.h"
+#include "avqdata/source_file.h"
+#include "avqdata/text_tools.h"
+
+namespace avqdata {
+namespace {
+
+TEST(TextTools, NumbersAreWholeTextsOrNothing) {
+    struct {
+        const char* text;
+        std::optional<double> number;
+    } rows[] = {{"12.5", 12.5},        {" -077.5 ", -77.5},   {"+3", 3.0},
+                {"", std::nullopt},    {"12x", std::nullopt}, {"1e999", std::nullopt},
+                {"nan", std::nullopt}, {"inf", std::nullopt}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(Number(row.text), row.number) << row.text;
+    }
+    EXPECT_TRUE(Position("90", "-180"));
+    EXPECT_FALSE(Position("90.1", "0"));
+    EXPECT_FALSE(Position("0", "180.5"));
+}
+
+TEST(TextTools, TokensAreOnePlainWord) {
+    EXPECT_EQ(Token("São Paulo / Guarulhos (Intl)"), "Sao_Paulo_Guarulhos_Intl");
+    EXPECT_EQ(Token("Łódź Žilina Þórshöfn"), "Lodz_Zilina_Torshofn");
+    EXPECT_EQ(Token("東京"), "-");
+    EXPECT_EQ(Token("\xFF\xC3"), "-");  // no UTF-8 at all
+    EXPECT_EQ(Token(std::string(500, 'A')).size(), 60U);
+}
+
+TEST(TextTools, FixedNeverWritesMinusZero) {
+    EXPECT_EQ(Fixed(-0.0000001, 5), "0.00000");
+    EXPECT_EQ(Fixed(-0.00001, 5), "-0.00001");
+    EXPECT_EQ(Kilohertz(365.0), "365");
+    EXPECT_EQ(Kilohertz(365.5), "365.5");
+}
+
+TEST(Cycle, DatesAndCyclesBelongTogether) {
+    EXPECT_EQ(CycleOfDate(2023, 9, 7), 2309);
+    EXPECT_EQ(CycleOfDate(2023, 10, 4), 2309);
+    EXPECT_EQ(CycleOfDate(2023, 10, 5), 2310);
+    EXPECT_EQ(CycleOfDate(2020, 12, 31), 2014);  // a year of fourteen cycles
+    EXPECT_EQ(CycleOfDate(2023, 2, 30), std::nullopt);
+    EXPECT_EQ(CycleLine(2309), ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)");
+    EXPECT_EQ(CycleLine(801), ";AIRAC cycle : 0801 (17-JAN-2008 to 14-FEB-2008)");
+    EXPECT_EQ(CycleLine(2014), ";AIRAC cycle : 2014 (31-DEC-2020 to 28-JAN-2021)");
+    EXPECT_EQ(CycleLine(2314), "");  // 2023 has thirteen
+}
+
+class SourceFileTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        path_ = (std::filesystem::temp_directory_path() / "avqdata_source_test.gz").string();
+    }
+    void TearDown() override { std::filesystem::remove(path_); }
+
+    void WriteGzip(const std::string& text) {
+        gzFile file = gzopen(path_.c_str(), "wb");
+        gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
+        gzclose(file);
+    }
+
+    std::string path_;
+};
+
+std::string LongText() {
+    std::string text;
+    for (int i = 0; i < 100000; ++i) {
+        text += "line " + std::to_string(i * 7919) + "\r\n";
+    }
+    return text;
+}
+
+TEST_F(SourceFileTest, CompressedLinesComeWhole) {
+    WriteGzip(LongText());
+    LineSource lines = LineSource::OfFile(path_, {});
+    std::string_view line;
+    int count = 0;
+    while (lines.Next(line)) {
+        ASSERT_EQ(line, "line " + std::to_string(count * 7919));
+        ++count;
+    }
+    EXPECT_EQ(count, 100000);
+    EXPECT_EQ(lines.Error(), "");
+}
+
+TEST_F(SourceFileTest, ACutFileIsAnErrorNotAShorterFile) {
+    WriteGzip(LongText());
+    std::filesystem::resize_file(path_, std::filesystem::file_size(path_) / 2);
+    std::string text;
+    std::string error;
+    EXPECT_FALSE(ReadSourceFile(path_, text, error));
+    EXPECT_NE(error.find("cut short"), std::string::npos) << error;
+    EXPECT_EQ(text, "");
+    LineSource lines = LineSource::OfFile(path_, {});
+    std::string_view line;
+    while (lines.Next(line)) {
+    }
+    EXPECT_NE(lines.Error().find("cut short"), std::string::npos) << lines.Error();
+}
+
+TEST(LineSource, LastLineNeedsNoEnd) {
+    LineSource lines = LineSource::OfText("\na\r\nb", "x");
+    std::string_view line;
+    std::vector<std::string> seen;
+    while (lines.Next(line)) {
+        seen.emplace_back(line);
+    }
+    EXPECT_EQ(seen, (std::vector<std::string>{"", "a", "b"}));
+    EXPECT_EQ(lines.LineNumber(), 3U);
+}
+
+TEST(CsvTable, ColumnsComeByName) {
+    std::vector<std::string> rows;
+    std::string error;
+    const bool read = ReadCsv(
+        "\xEF\xBB\xBF\"b\",c,a\r\n\"1,\"\"x\"\"\n2\",3,4\r\n5\n", {"a", "b", "?none"},
+        [&](const CsvRow& row) {
+            rows.push_back(std::to_string(row.number) + "|" + row[0] + "|" + row[1] + "|" + row[2]);
+        },
+        error);
+    EXPECT_TRUE(read) << error;
+    EXPECT_EQ(rows, (std::vector<std::string>{"2|4|1,\"x\"\n2|", "3||5|"}));
+    EXPECT_FALSE(ReadCsv(
+        "x,y\n1,2\n", {"a"}, [](const CsvRow&) { FAIL(); }, error));
+    EXPECT_EQ(error, "has no column \"a\"");
+    EXPECT_FALSE(ReadCsv(
+        "", {"a"}, [](const CsvRow&) { FAIL(); }, error));
+}
+
+}  // namespace
+}  // namespace avqdata
