@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "panelhost/data_service.h"
 #include "panelhost/key_events.h"
 #include "panelhost/text.h"
 #include "panelhost/variables.h"
@@ -118,13 +119,26 @@ void InitializeVariableByName(ModuleVariable* variable, const char* name) {
     variable->previousValue = variable->value;
 }
 
-void* FindMainWindow(const char* className) {
-    static int mainWindow = 0;
-    return className != nullptr && std::strcmp(className, "FS98MAIN") == 0 ? &mainWindow : nullptr;
+int mainWindow = 0;
+int dataServiceWindow = 0;
+
+void* FindWindowOfClass(const char* className) {
+    if (className == nullptr) {
+        return nullptr;
+    }
+    if (std::strcmp(className, "UIPCMAIN") == 0) {
+        return &dataServiceWindow;
+    }
+    return std::strcmp(className, "FS98MAIN") == 0 ? &mainWindow : nullptr;
 }
 
-std::int64_t SendWindowMessage(void*, std::uint32_t, std::uint64_t, void*) {
-    return 0;
+std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_t first,
+                               void* second) {
+    HostState* const host = ActiveHost();
+    if (host == nullptr || window != &dataServiceWindow || message != kDataServiceMessage) {
+        return 0;
+    }
+    return ServeDataRequest(host->world, first, second);
 }
 
 std::int32_t ReadKeyboard(std::uint8_t state[256]) {
@@ -211,7 +225,7 @@ avq1::PanelServices* PanelServiceTable() {
 avq1::PlatformServices* PlatformServiceTable() {
     static avq1::PlatformServices table;
     table.size = sizeof table;
-    table.find_window = FindMainWindow;
+    table.find_window = FindWindowOfClass;
     table.send_message = SendWindowMessage;
     table.read_keyboard = ReadKeyboard;
     table.key_state = KeyState;

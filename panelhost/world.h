@@ -22,6 +22,8 @@ inline constexpr double kFuelPoundsPerGallon = 6.7;
 inline constexpr std::array<double, kTankCount> kTankCapacityGallons = {4299, 1288, 0, 0,
                                                                         1288, 0,    0};
 
+inline constexpr int kPayloadStations = 8;
+
 struct Aircraft {
     GeoPoint position;
     double altitudeFt = 0;  // above sea level, and what the altimeter shows
@@ -33,6 +35,8 @@ struct Aircraft {
     bool onGround = false;
     bool parkingBrake = false;
     std::array<double, kTankCount> fuelGallons{};
+    double emptyWeightLb = 91300;
+    std::array<double, kPayloadStations> payloadLb = {380, 4500, 6200, 6200, 4500, 1800, 2600, 900};
 
     double heldAirspeedKt = 0;  // what the throttles are set for while no airspeed is held
     // Recomputed by each step.
@@ -97,6 +101,14 @@ struct Clock {
     int year = 2008;
 };
 
+// Where the tower view looks from, as the data service has it: 2^32 a metre from the equator, 2^64
+// a circle of longitude, the altitude in the upper 32 bits.
+struct TowerView {
+    std::int64_t latitude = 0;
+    std::int64_t longitude = 0;
+    std::int64_t altitude = 0;
+};
+
 struct World {
     Aircraft aircraft;
     Autopilot autopilot;
@@ -106,6 +118,7 @@ struct World {
     int markerBeacon = 0;  // 1 outer, 2 middle, 3 inner
     Air air;
     Clock clock;
+    TowerView tower;
     double magneticVariation = 0;  // at the aircraft, east positive
     double groundElevationFt = 0;
     double simulationRate = 1;

@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
@@ -37,6 +38,7 @@ void LoadPlanToActive(std::string_view fileName) {
         vnav.cruiseAltitude = planBook.cruiseAltitudeFt;
     }
     if (aircraft.groundSpeedKt < kOnGroundSpeedKt) {
+        RequestPlanFuel();
         planBook.flightLogStartRequested = true;
     }
     CutMessages(kMessagesKept);

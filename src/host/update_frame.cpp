@@ -7,6 +7,8 @@
 #include "displays/mfd.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/flight_plan.h"
+#include "flightplan/fuel_load.h"
+#include "flightplan/tower_view.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
@@ -121,6 +123,18 @@ void ServePageRequests() {
     EndVerticalFrame();
 }
 
+// After the requests for plans, so a plan's fuel is loaded in the frame that loads the plan.
+void ServeDataRequests() {
+    if (const double quantity = std::exchange(planBook.fuelLoadRequested, 0); quantity > 0) {
+        LoadFuel(quantity);
+        requests.unitRedraw = 1;
+    }
+    if (std::exchange(requests.towerView, 0) == 1) {
+        SendTowerView();
+        requests.unitRedraw = 1;
+    }
+}
+
 void ServeFlightLog() {
     if (std::exchange(planBook.flightLogStartRequested, false)) {
         StartFlightLog();
@@ -154,6 +168,7 @@ void UpdateFrame() {
         IdleGuidance();
     }
     ServePageRequests();
+    ServeDataRequests();
     ServeFlightLog();
     ReleaseAirspeedHold();
 }

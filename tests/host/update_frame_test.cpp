@@ -17,12 +17,14 @@
 #include "guidance/vnav.h"
 #include "settings/settings.h"
 #include "simlink/exported_variables.h"
+#include "support/fake_data_service.h"
 #include "support/test_flight.h"
 
 namespace avq1 {
 namespace {
 
 using test::EventList;
+using test::FakeDataService;
 using test::FakeSimulator;
 using test::SetActivePlan;
 using test::StartAt;
@@ -412,6 +414,7 @@ TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
 }
 
 TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {
+    FakeDataService& service = FakeDataService::Install();
     settings.SetWptBaro = 1;
     settings.SetDestLoadTowerViewDist = 1;
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
@@ -422,7 +425,10 @@ TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {
     TickAt(0, 2 - 24.9 / 60);
     TickAt(0, 2 - 24.8 / 60);
     EXPECT_EQ(simulator.CountEvents(65584), 1);
-    EXPECT_EQ(requests.towerView, 1);
+    EXPECT_EQ(requests.towerView, 0);
+    EXPECT_EQ(service.written.count(0x0D50), 1U);
+    EXPECT_EQ(messages.lines[static_cast<std::size_t>(messages.count)], "TWR Pos 'CCC' set");
+    FakeDataService::Remove();
 }
 
 TEST_F(UpdateFrameTest, SecondsAreCountedWhileTheLogIsOpen) {
