@@ -18,6 +18,7 @@
 #include "settings/settings.h"
 #include "simlink/exported_variables.h"
 #include "support/fake_data_service.h"
+#include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
 
 namespace avq1 {
@@ -514,6 +515,30 @@ TEST_F(UpdateFrameTest, QueuedRequestsAreServedOnce) {
     TickAt(0, 0);
     EXPECT_EQ(simulator.CountEvents(test::kCourseEvent), 1);
     EXPECT_EQ(requests.fullRedraw, 0);
+}
+
+TEST_F(UpdateFrameTest, APlanLoadedOnTheGroundBringsItsFuel) {
+    const test::TempSimFolder folder;
+    folder.Write("avq/flightplans/A.RTE",
+                 "Fuel=3000\n[FlightPlan]\nKA 0 0 APT ---\nKB 0 1 APT ---\n");
+    const struct {
+        std::int32_t setting;
+        double groundSpeedKt;
+        std::size_t tanksWritten;
+    } cases[] = {{0, 0, 0}, {1, 0, 7}, {1, 6, 0}};
+    for (const auto& c : cases) {
+        FakeDataService& service = FakeDataService::Install();
+        settings.LoadFuelonFlightPlanLoad = c.setting;
+        pilot.speedKt = c.groundSpeedKt;
+        requests.planLoadMode = 1;
+        requests.planLoadName = "A.RTE";
+        TickAt(0, 0);
+        service.written.erase(13066);  // the client's version
+        EXPECT_EQ(service.written.size(), c.tanksWritten) << c.setting << " " << c.groundSpeedKt;
+        EXPECT_EQ(messages.lines[static_cast<std::size_t>(messages.count)],
+                  c.tanksWritten > 0 ? "FUEL '  3000' loaded" : "FPL 'A.RTE' loaded");
+    }
+    FakeDataService::Remove();
 }
 
 TEST_F(UpdateFrameTest, NothingTheSimulatorSaysBreaksTheUpdate) {
