@@ -204,7 +204,7 @@ bool AddAirspaceRecord(std::string_view record, AirspaceRecords& airspaces) {
         const std::string name(restricted ? Column(record, 10, 19) : Column(record, 10, 14));
         // A four-letter airport code says more in its last three letters.
         airspace.label = name.size() == 4 && !restricted ? name.substr(1) : name;
-        airspace.airspaceClass = std::string("CLASS_") + Raw(record, 17, 17)[0];
+        airspace.airspaceClass = Token("CLASS_" + std::string(Raw(record, 17, 17)));
         if (restricted) {
             constexpr std::array<std::pair<char, const char*>, 6> kKinds{{{'P', "PROHIBITED"},
                                                                           {'R', "RESTRICTED"},

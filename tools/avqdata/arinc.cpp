@@ -38,7 +38,7 @@ std::optional<double> Angle(std::string_view text, std::size_t degreeDigits, dou
 // "05000" as "5000", "FL180" as it is; empty when blank.
 std::string AltitudeText(std::string_view text) {
     if (text.starts_with("FL")) {
-        return std::string(text);
+        return IsIdent(text) ? std::string(text) : std::string();
     }
     const std::optional<int> feet = WholeNumber(text);
     return feet ? std::to_string(*feet) : std::string();

@@ -15,7 +15,8 @@
 namespace avqdata {
 namespace {
 
-constexpr double kResolveNm = 1.0;  // a table's point this near is the one a file means
+constexpr double kRoundingNm = 0.01;  // of positions in the files
+constexpr double kResolveNm = 1.0;    // a table's point this near is the one a file means
 
 using Row = std::vector<std::string_view>;
 using Points = std::unordered_multimap<std::string, LatLon>;
@@ -200,7 +201,7 @@ void CheckRunway(Checker& checker, const Line& line, std::string_view token, con
         *heading > 360 || *course < 0 || *course > 360) {
         Fault(checker, line, "runways with a length or direction out of range", what);
     }
-    if (DistanceNm(*at, airport) > kFarthestRunwayNm) {
+    if (DistanceNm(*at, airport) > kFarthestRunwayNm + kRoundingNm) {
         Fault(checker, line, "runways far from their airport", what);
     }
     if (IsRunwayIdent(fields[0]) &&
@@ -227,7 +228,8 @@ void CheckAirports(Checker& checker) {
         if (!at) {
             return;
         }
-        if (!Number(line.words[2])) {
+        const std::optional<double> elevation = Number(line.words[2]);
+        if (!elevation || *elevation < kLowestAirportFt || *elevation > kHighestAirportFt) {
             Fault(checker, line, "airports without an elevation", ident);
         }
         checker.points.emplace(ident, *at);

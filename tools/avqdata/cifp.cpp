@@ -191,7 +191,8 @@ void ReadAirway(CifpReader& reader, std::string_view record) {
 void ReadProcedureLeg(CifpReader& reader, std::string_view record, ProcedureKind kind) {
     const std::string airport(Column(record, 7, 10));
     const std::string name(Column(record, 14, 19));
-    if (!IsIdent(airport) || !IsIdent(name)) {
+    const std::string_view transition = Column(record, 21, 25);
+    if (!IsIdent(airport) || !IsIdent(name) || (!transition.empty() && !IsIdent(transition))) {
         AddFault(reader, "is no procedure leg");
         return;
     }

@@ -9,7 +9,7 @@ namespace avqdata {
 namespace {
 
 constexpr double kSameRecordNm = 10.0;
-constexpr double kSamePointNm = 1.0;
+constexpr double kSamePointNm = 0.9;  // what the check finds within a mile
 
 using Points = std::unordered_multimap<std::string, LatLon>;
 
@@ -25,6 +25,27 @@ const LatLon* Nearest(const Points& points, const Fix& fix, double withinNm) {
         }
     }
     return best;
+}
+
+// To the five decimals of the files, by way of their text: halves must fall on the same side.
+void Round(LatLon& at) {
+    constexpr int kDecimals = 5;
+    at.latitude = Number(Fixed(at.latitude, kDecimals)).value_or(0);
+    at.longitude = Number(Fixed(at.longitude, kDecimals)).value_or(0);
+}
+
+void RoundPoints(Dataset& data) {
+    for (Station& station : data.stations) {
+        Round(station.at);
+    }
+    for (Fix& fix : data.fixes) {
+        Round(fix.at);
+    }
+    for (Airway& airway : data.airways) {
+        for (Fix& point : airway.points) {
+            Round(point.at);
+        }
+    }
 }
 
 void AddFix(const Fix& fix, Points& points, Dataset& data) {
@@ -108,12 +129,21 @@ bool IsFrequency(bool isVor, std::optional<double> frequency) {
 }
 
 void CleanDataset(Dataset& data, Report& report) {
+    RoundPoints(data);
     std::erase_if(data.stations, [&](const Station& station) {
         const bool good = IsFrequency(station.isVor, Number(station.frequency));
         if (!good) {
             report.Add(Topic::Changed, "stations of an impossible frequency, taken as fixes",
                        station.ident + " " + station.frequency);
             data.fixes.push_back({station.ident, station.at});
+        }
+        return !good;
+    });
+    std::erase_if(data.airports, [&](const Airport& airport) {
+        const bool good =
+            airport.elevationFt >= kLowestAirportFt && airport.elevationFt <= kHighestAirportFt;
+        if (!good) {
+            report.Add(Topic::Dropped, "airports of an impossible elevation", airport.ident);
         }
         return !good;
     });

@@ -10,12 +10,16 @@
 namespace avqdata {
 
 inline constexpr double kFarthestRunwayNm = 10;
+inline constexpr int kLowestAirportFt = -2000;
+inline constexpr int kHighestAirportFt = 30000;
 inline constexpr int kShortestRunwayFt = 100;
 inline constexpr int kLongestRunwayFt = 60000;  // lake beds
 
 bool IsFrequency(bool isVor, std::optional<double> frequency);  // MHz of a VOR, kHz of an NDB
 
-// Stations that cannot be tuned become fixes; runways too short or far from their airport go.
+// Points are rounded as the files hold them, so that a folder read again is the same. Stations that
+// cannot be tuned become fixes; airports under the ground or in space, runways too short or far
+// from their airport go.
 void CleanDataset(Dataset& data, Report& report);
 
 // Puts airway points on the table's point of their identifier when it lies within 10 nm, so that

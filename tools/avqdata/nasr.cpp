@@ -199,8 +199,7 @@ void AddAirport(const CsvRow& row, Report& report, Dataset& data) {
         AddFault(report, "APT_BASE.csv", row, "is no airport: " + ident);
         return;
     }
-    data.airports.push_back(
-        {ident, Token(row[kArptName]), static_cast<int>(std::lround(*elevation)), *at, {}, false});
+    data.airports.push_back({ident, Token(row[kArptName]), Rounded(*elevation), *at, {}, false});
 }
 
 // The FAA writes Latin-1; names outside ASCII are few, and tokens drop what is not ASCII anyway.

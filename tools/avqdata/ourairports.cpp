@@ -106,8 +106,7 @@ std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, Report& report) {
         RunwayEnd& end = ends[i];
         end.ident = names[i];
         const double measuredFt = DistanceNm(*at[0], *at[1]) * kFeetPerNm;
-        end.lengthFt =
-            WholeNumber(row[kLength]).value_or(static_cast<int>(std::lround(measuredFt)));
+        end.lengthFt = WholeNumber(row[kLength]).value_or(Rounded(measuredFt));
         end.headingTrue = CourseTrue(*at[i], *at[1 - i]);
         end.needsVariation = true;
         const double displacedFt = Number(row[(i == 0 ? kLowEnd : kHighEnd) + 3]).value_or(0);
@@ -145,8 +144,7 @@ void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
     if (Trim(row[kElevation]).empty()) {
         report.Add(Topic::Warning, "airports without an elevation: taken as 0", ident);
     }
-    data.airports.push_back(
-        {ident, Token(row[kName]), static_cast<int>(std::lround(elevation)), *at, {}, false});
+    data.airports.push_back({ident, Token(row[kName]), Rounded(elevation), *at, {}, false});
 }
 
 }  // namespace

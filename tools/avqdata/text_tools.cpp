@@ -144,9 +144,10 @@ bool IsRunwayIdent(std::string_view text) {
     if (text.size() < 2 || text.size() > 3) {
         return false;
     }
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     const std::optional<int> number = WholeNumber(text.substr(0, 2));
     const bool side = text.size() == 2 || text[2] == 'L' || text[2] == 'R' || text[2] == 'C';
-    return number && text[0] != '+' && *number >= 1 && *number <= 36 && side;
+    return number && isDigit(text[0]) && isDigit(text[1]) && *number >= 1 && *number <= 36 && side;
 }
 
 std::string Fixed(double value, int decimals) {
@@ -164,6 +165,11 @@ std::string Megahertz(double megahertz) {
 std::string Kilohertz(double kilohertz) {
     const bool whole = std::abs(kilohertz - std::round(kilohertz)) < 0.05;
     return Fixed(kilohertz, whole ? 0 : 1);
+}
+
+int Rounded(double value) {
+    constexpr double kMost = 1e9;
+    return static_cast<int>(std::lround(std::clamp(value, -kMost, kMost)));
 }
 
 double Normalized(double degrees) {

@@ -37,6 +37,9 @@ std::string Fixed(double value, int decimals);
 std::string Megahertz(double megahertz);  // "113.70"
 std::string Kilohertz(double kilohertz);  // "365", "365.5"
 
+// To the nearest whole number, of a size that any int holds.
+int Rounded(double value);
+
 // The course in [0, 360).
 double Normalized(double degrees);
 

@@ -106,7 +106,7 @@ void AddGlideslope(const Row& words, Dataset& data) {
          ++localizer) {
         if (localizer->airport == words[8] && localizer->runway == key) {
             localizer->glideDeg = std::floor(Number(words[6]).value_or(0) / 1000.0) / 100.0;
-            localizer->elevationFt = static_cast<int>(Number(words[3]).value_or(0));
+            localizer->elevationFt = Rounded(Number(words[3]).value_or(0));
             return;
         }
     }
@@ -228,7 +228,7 @@ void AddRunway(const Row& words, const LineSource& lines, Report& report, Airpor
         }
         RunwayEnd end;
         end.ident = words[kEnds[i]];
-        end.lengthFt = static_cast<int>(std::lround(lengthNm * kFeetPerNm));
+        end.lengthFt = Rounded(lengthNm * kFeetPerNm);
         end.headingTrue = CourseTrue(*ends[i], *ends[1 - i]);
         end.needsVariation = true;
         const double displacedFt = Number(words[kEnds[i] + 3]).value_or(0) * kFeetPerMetre;
