@@ -53,10 +53,13 @@ void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double ha
     const CanvasSize size = frame.surface.canvas().MeasureText(ident, kIdentFont);
     const double right = symbol.x + halfWidth + 1;
     const double left = symbol.x - halfWidth - 1 - size.width;
-    const CanvasPoint places[] = {{right, symbol.y - size.height},
-                                  {right, symbol.y},
-                                  {left, symbol.y - size.height},
-                                  {left, symbol.y}};
+    const CanvasPoint places[] = {
+        {right, symbol.y - size.height},
+        {right, symbol.y},
+        {left, symbol.y - size.height},
+        {left, symbol.y},
+        {symbol.x - size.width / 2, symbol.y + halfWidth + 1},
+        {symbol.x - size.width / 2, symbol.y - halfWidth - 1 - size.height}};
     for (const CanvasPoint& place : places) {
         const TextBox box{place.x, place.y, size.width, size.height};
         if (InsideMap(frame, box) && frame.texts.Claim(box)) {

@@ -23,7 +23,7 @@ struct MapFrame {
     double circleRadius;
     TextBox window;  // and at this rectangle
     TextBoxes& texts;
-    const TextBoxes& fixedTexts;  // of the compass: no symbol covers them
+    const TextBoxes& fixedTexts;  // no record's symbol covers these
 };
 
 void ClipToMap(const MapFrame& frame);
@@ -31,7 +31,7 @@ bool InsideMap(const MapFrame& frame, const TextBox& box);
 // Whether a symbol at this point can be seen.
 bool NearMap(const MapFrame& frame, const CanvasPoint& point);
 
-// Beside a symbol of this half-width, at the first of four places that is inside and free.
+// Beside a symbol of this half-width, at the first of six places that is inside and free.
 void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
                      std::string_view ident, std::uint32_t argb);
 

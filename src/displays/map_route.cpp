@@ -63,6 +63,21 @@ void DrawLegs(const MapFrame& frame, const FlightPlan& plan, std::int32_t first,
     }
 }
 
+// The active route already shows it.
+bool OnActiveRoute(const PlanWaypoint& entry) {
+    if (!activePlan.Holds(planBook.activeIndex)) {
+        return false;
+    }
+    for (std::int32_t index = planBook.activeIndex; index <= activePlan.lastIndex; ++index) {
+        const PlanWaypoint& active = Entry(activePlan, index);
+        if (active.latitude == entry.latitude && active.longitude == entry.longitude &&
+            active.ident == entry.ident) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // An open place's text stands beside the entry it follows, or at the start the one it precedes.
 void DrawOpenPlace(const MapFrame& frame, const FlightPlan& plan, std::int32_t index) {
     for (const std::int32_t step : {-1, 1}) {
@@ -141,7 +156,7 @@ void DrawPendingRoute(const MapFrame& frame) {
     for (std::int32_t index = 0; index <= modifiedPlan.lastIndex; ++index) {
         if (IsOpen(Entry(modifiedPlan, index))) {
             DrawOpenPlace(frame, modifiedPlan, index);
-        } else {
+        } else if (!OnActiveRoute(Entry(modifiedPlan, index))) {
             DrawWaypoint(frame, modifiedPlan, index, false);
         }
     }

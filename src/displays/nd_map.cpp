@@ -140,6 +140,10 @@ void DrawNdNav1Station(NdPicture& picture) {
     }
 }
 
+void KeepNdRouteTexts(NdPicture& picture) {
+    picture.fixedTexts = picture.texts;
+}
+
 void DrawNdStations(NdPicture& picture) {
     DrawNearbyStations(FrameOf(picture));
 }

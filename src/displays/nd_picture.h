@@ -49,6 +49,7 @@ void DrawNdCompass(NdPicture& picture);
 void DrawNdCourse(NdPicture& picture);
 void DrawNdAdfNeedle(NdPicture& picture);
 void DrawNdNav1Station(NdPicture& picture);
+void KeepNdRouteTexts(NdPicture& picture);  // from the symbols that follow
 void DrawNdStations(NdPicture& picture);
 void DrawNdAirports(NdPicture& picture);
 void DrawNdFixes(NdPicture& picture);

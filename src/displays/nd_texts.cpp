@@ -159,8 +159,13 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     }
 }
 
+// Ahead on a compass; on a map behind the aircraft, where it hides least.
 double MissingTop(const NdPicture& picture) {
-    return picture.rose.centre.y - picture.rose.radius * 0.38;
+    const MapCompass& rose = picture.rose;
+    if (!NdIsMap()) {
+        return rose.centre.y - rose.radius * 0.38;
+    }
+    return rose.IsFull() ? rose.centre.y + rose.radius * 0.56 : kNdMapBottom + 7;
 }
 
 void DrawMissing(NdPicture& picture) {
@@ -169,7 +174,8 @@ void DrawMissing(NdPicture& picture) {
         picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
     }
     if (!std::isfinite(aircraft.headingMag)) {
-        picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre, MissingTop(picture) - 16);
+        picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre,
+                                    picture.rose.centre.y - picture.rose.radius * 0.5);
     }
 }
 

@@ -2,6 +2,7 @@
 // beside each other and never over one another.
 //
 // Whole design pixels of a picture up to kMaxWidth x kMaxHeight; what lies outside is never taken.
+// Boxes that meet at an upper or lower edge do not overlap.
 #pragma once
 
 #include <algorithm>
@@ -55,9 +56,9 @@ class TextBoxes {
             return;
         }
         const int left = std::max(static_cast<int>(std::floor(box.x)), 0);
-        const int top = std::max(static_cast<int>(std::floor(box.y)), 0);
+        const int top = std::max(static_cast<int>(std::lround(box.y)), 0);
         const int right = std::min(static_cast<int>(std::ceil(box.x + box.width)), kMaxWidth);
-        const int bottom = std::min(static_cast<int>(std::ceil(box.y + box.height)), kMaxHeight);
+        const int bottom = std::min(static_cast<int>(std::lround(box.y + box.height)), kMaxHeight);
         for (int y = top; y < bottom; ++y) {
             for (int x = left; x < right;) {
                 const int end = std::min(right, (x / kWordBits + 1) * kWordBits);
