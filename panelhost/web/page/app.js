@@ -26,7 +26,9 @@ const rates = kRates.map((rate) => {
 
 function showControls(status) {
   paused = status.paused;
-  find('#pause').textContent = paused ? 'Resume' : 'Pause';
+  // A button whose text is replaced under the finger loses the click: only when it changes.
+  const label = paused ? 'Resume' : 'Pause';
+  if (find('#pause').textContent !== label) find('#pause').textContent = label;
   find('#pause').setAttribute('aria-pressed', String(paused));
   document.body.classList.toggle('paused', paused);
   kRates.forEach((rate, i) =>
