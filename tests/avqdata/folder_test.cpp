@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 
@@ -48,7 +50,7 @@ Dataset SmallWorld() {
 }
 
 struct TemporaryFolder {
-    fs::path path = fs::temp_directory_path() / "avqdata_folder_test";
+    fs::path path = fs::temp_directory_path() / ("avqdata_folder_test-" + std::to_string(getpid()));
     TemporaryFolder() { fs::remove_all(path); }
     ~TemporaryFolder() { fs::remove_all(path); }
     std::string Navdata() const { return (path / "avq" / "Navdata").string(); }
