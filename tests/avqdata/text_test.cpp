@@ -1,5 +1,6 @@
 // The small readers under the importers: numbers, tokens, dates, lines, compressed files, tables.
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <zlib.h>
 
 #include <filesystem>
@@ -58,7 +59,9 @@ TEST(Cycle, DatesAndCyclesBelongTogether) {
 class SourceFileTest : public testing::Test {
   protected:
     void SetUp() override {
-        path_ = (std::filesystem::temp_directory_path() / "avqdata_source_test.gz").string();
+        path_ = (std::filesystem::temp_directory_path() /
+                 ("avqdata_source_test-" + std::to_string(getpid()) + ".gz"))
+                    .string();
     }
     void TearDown() override { std::filesystem::remove(path_); }
 
