@@ -1,17 +1,21 @@
-// Drawing the EHSI against filling and stroking about the same primitives in bare Cairo, at nominal
-// size and twice as large.
+// Drawing the displays against filling and stroking about a compass's primitives in bare Cairo, at
+// nominal size and twice as large; and a frame of the whole panel.
 #include <benchmark/benchmark.h>
 #include <cairo.h>
 
+#include <cmath>
 #include <vector>
 
 #include "base/module_state.h"
 #include "bench/allocation_counter.h"
 #include "displays/eadi.h"
 #include "displays/ehsi.h"
+#include "displays/nd.h"
+#include "displays/nd_panel.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/lnav.h"
 #include "host/update_frame.h"
+#include "navdb/nav_database.h"
 #include "platform/canvas.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
@@ -22,12 +26,14 @@ namespace {
 
 constexpr int kNominalWidth = 280;
 constexpr int kNominalHeight = 262;
+constexpr int kNdWidth = 247;
+constexpr int kNdHeight = 294;
 
 struct Picture {
-    explicit Picture(int scale)
-        : pixels(static_cast<std::size_t>(kNominalWidth) * kNominalHeight * scale * scale) {
-        context.width = kNominalWidth * scale;
-        context.height = kNominalHeight * scale;
+    explicit Picture(int scale, int width = kNominalWidth, int height = kNominalHeight)
+        : pixels(static_cast<std::size_t>(width) * height * scale * scale) {
+        context.width = width * scale;
+        context.height = height * scale;
         context.bytesPerRow = context.width * 4;
         context.pixels = pixels.data();
     }
@@ -117,6 +123,78 @@ void DrawEadiBanked(benchmark::State& state) {
     StopDrawingLibrary(token);
 }
 BENCHMARK(DrawEadiBanked)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+// Records as close together as where the world has most of them.
+void FillDatabase() {
+    static constexpr struct {
+        PointTable NavDatabase::*table;
+        PointKind kind;
+        int count;
+    } kTables[] = {{&NavDatabase::navaids, PointKind::Vor, 600},
+                   {&NavDatabase::airports, PointKind::Airport, 500},
+                   {&NavDatabase::airwayFixes, PointKind::Intersection, 3000}};
+    navDatabase = NavDatabase{};
+    for (const auto& row : kTables) {
+        for (int i = 0; i < row.count; ++i) {
+            PointRecord record;
+            record.ident = "IDENT";
+            record.kind = row.kind;
+            record.latitude = 42.6 + std::fmod(i * 0.61803, 1.0) * 8 - 4;
+            record.longitude = -71.6 + std::fmod(i * 0.75487, 1.0) * 10 - 5;
+            (navDatabase.*row.table).Append(record);
+        }
+    }
+    nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = 1;
+}
+
+void DrawNdMode(benchmark::State& state) {
+    ResetModuleState();
+    SetUpFlight(test::FakeSimulator::Install());
+    FillDatabase();
+    nd.ndMode = static_cast<std::int32_t>(state.range(0));
+    nd.ndRange = static_cast<std::int32_t>(state.range(1));
+    Picture picture(static_cast<int>(state.range(2)), kNdWidth, kNdHeight);
+    const std::uintptr_t token = StartDrawingLibrary();
+    DrawNd(picture.Target());
+    const long before = bench::AllocationCount();
+    for (auto _ : state) {
+        DrawNd(picture.Target());
+    }
+    state.counters["allocations"] = benchmark::Counter(
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
+    StopDrawingLibrary(token);
+}
+BENCHMARK(DrawNdMode)
+    ->ArgNames({"mode", "range", "scale"})
+    ->ArgsProduct({{1}, {40}, {1, 2}})
+    ->ArgsProduct({{5, 6}, {40, 320}, {1, 2}})
+    ->Unit(benchmark::kMicrosecond);
+
+// The update and the three flight displays in one frame, everything shown; a 60 Hz frame has
+// 16667 us.
+void PanelFrame(benchmark::State& state) {
+    ResetModuleState();
+    test::FakeSimulator& simulator = test::FakeSimulator::Install();
+    SetUpFlight(simulator);
+    FillDatabase();
+    nd.ndMode = 5;
+    nd.ndRange = 40;
+    ehsi.ehsiMode = 5;
+    const int scale = static_cast<int>(state.range(0));
+    Picture eadiPicture(scale);
+    Picture ehsiPicture(scale);
+    Picture ndPicture(scale, kNdWidth, kNdHeight);
+    const std::uintptr_t token = StartDrawingLibrary();
+    for (auto _ : state) {
+        simulator.NextTick();
+        UpdateFrame();
+        DrawEadi(eadiPicture.Target());
+        DrawEhsi(ehsiPicture.Target());
+        DrawNd(ndPicture.Target());
+    }
+    StopDrawingLibrary(token);
+}
+BENCHMARK(PanelFrame)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 // The compass of a full rose in bare Cairo: 72 ticks, twelve labels, twenty data texts, a filled
 // background, a few pointers and ten route legs.

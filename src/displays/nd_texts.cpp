@@ -175,7 +175,7 @@ void DrawMissing(NdPicture& picture) {
     }
     if (!std::isfinite(aircraft.headingMag)) {
         picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre,
-                                    picture.rose.centre.y - picture.rose.radius * 0.5);
+                                    picture.rose.centre.y - picture.rose.radius * 0.7);
     }
 }
 
