@@ -17,6 +17,7 @@ constexpr std::uint64_t kTextFrames = 6;
 constexpr std::uint64_t kStatusFrames = 6;
 constexpr std::uint64_t kAreaFrames = 50;
 constexpr double kPictureGapS = 0.075;
+constexpr std::size_t kMaxWaiting = 8;  // a browser that reads slowly skips to later messages
 
 std::shared_ptr<const std::string> Shared(std::string text) {
     return std::make_shared<const std::string>(std::move(text));
@@ -112,16 +113,16 @@ void RunFrame(Server& server) {
     ++server.frame;
     server.session->Step(dtS, server.frame % kDrawFrames == 0 && AnyoneLooks(server));
     RefreshFeeds(server);
-    for (SocketClient* client : server.clients) {
-        FeedClient(server, *client);
-    }
     if (server.frame % kStatusFrames == 0 && !server.clients.empty()) {
         const auto status = Shared(StatusMessage(server.session->Status()));
         for (SocketClient* client : server.clients) {
-            if (client->queuedMessages == 0) {  // a slow reader gets the next one
+            if (client->queuedMessages < kMaxWaiting) {
                 SendText(*client, status);
             }
         }
+    }
+    for (SocketClient* client : server.clients) {
+        FeedClient(server, *client);
     }
 }
 
@@ -284,7 +285,7 @@ void FeedClient(Server& server, SocketClient& client) {
             window.areasStamp = feed.areasStamp;
             SendText(client, feed.areas);
         }
-        if (feed.texts && window.textsStamp != feed.textsStamp && client.queuedMessages < 8) {
+        if (feed.texts && window.textsStamp != feed.textsStamp && client.queuedMessages < kMaxWaiting) {
             window.textsStamp = feed.textsStamp;
             SendText(client, feed.texts);
         }
