@@ -17,20 +17,6 @@ constexpr double kLeastSecond = 1e-6;        // a tenth of a minute is 6 s, not 
 constexpr std::string_view kUntyped = "WPT";
 constexpr auto kNpos = std::string_view::npos;
 
-struct SimWaypoint {
-    std::string ident;
-    std::string_view type = kUntyped;
-    double latitude = 0;
-    double longitude = 0;
-};
-
-struct SimPlan {
-    std::vector<SimWaypoint> waypoints;
-    std::int32_t leftOut = 0;
-
-    bool IsFull() const { return waypoints.size() >= kMaxWaypoints; }
-};
-
 std::string_view Trimmed(std::string_view text) {
     while (!text.empty() && IsSpace(text.front())) {
         text.remove_prefix(1);
@@ -93,7 +79,13 @@ struct Sexagesimal {
     std::int32_t degrees = 0;
     std::int32_t minutes = 0;
     std::int32_t seconds = 0;
+    double exact = 0;  // degrees, with the fractions of what stands last
 };
+
+// The smallest unit that is written, as whole units of the next smaller one.
+std::int32_t Sixtieths(double fraction) {
+    return static_cast<std::int32_t>(fraction * 60 + kLeastSecond);
+}
 
 // "N54\xB0 39' 14.04\"", "N52* 40.61'"
 bool ReadSexagesimal(std::string_view text, std::string_view letters, Sexagesimal& value) {
@@ -103,18 +95,24 @@ bool ReadSexagesimal(std::string_view text, std::string_view letters, Sexagesima
     }
     value.hemisphere = letter;
     text.remove_prefix(1);
-    double fraction = 0;
-    if (!TakeNumber(text, value.degrees, fraction)) {
+    double degreeFraction = 0;
+    double minuteFraction = 0;
+    double secondFraction = 0;
+    if (!TakeNumber(text, value.degrees, degreeFraction)) {
         return false;
     }
     SkipMarks(text);
-    double minuteFraction = 0;
-    if (TakeNumber(text, value.minutes, minuteFraction)) {
-        SkipMarks(text);
-        if (!TakeNumber(text, value.seconds, fraction)) {
-            value.seconds = static_cast<std::int32_t>(minuteFraction * 60 + kLeastSecond);
-        }
+    if (!TakeNumber(text, value.minutes, minuteFraction)) {
+        value.minutes = Sixtieths(degreeFraction);
+        minuteFraction = std::max(degreeFraction * 60 - value.minutes, 0.0);
     }
+    SkipMarks(text);
+    const bool hasSeconds = TakeNumber(text, value.seconds, secondFraction);
+    if (!hasSeconds) {
+        value.seconds = Sixtieths(minuteFraction);
+    }
+    const double seconds = hasSeconds ? value.seconds + secondFraction : minuteFraction * 60;
+    value.exact = value.degrees + (value.minutes + seconds / 60) / 60;
     return value.minutes < 60 && value.seconds < 60;
 }
 
@@ -132,8 +130,10 @@ bool ReadPosition(std::string_view latitudeText, std::string_view longitudeText,
     Sexagesimal east;
     if (!ReadSexagesimal(latitudeText, "NS", north) ||
         !ReadSexagesimal(longitudeText, "EW", east)) {
-        return ReadDecimal(latitudeText, 90, waypoint.latitude) &&
-               ReadDecimal(longitudeText, 180, waypoint.longitude);
+        const bool isDecimal = ReadDecimal(latitudeText, 90, waypoint.latitude) &&
+                               ReadDecimal(longitudeText, 180, waypoint.longitude);
+        waypoint.exact = {waypoint.latitude, waypoint.longitude};
+        return isDecimal;
     }
     if (north.degrees > 90 || east.degrees > 180) {
         return false;
@@ -141,13 +141,23 @@ bool ReadPosition(std::string_view latitudeText, std::string_view longitudeText,
     ParseLatLon(Format("N%02d:%02d:%02d", north.degrees, north.minutes, north.seconds),
                 Format("E%03d:%02d:%02d", east.degrees, east.minutes, east.seconds),
                 waypoint.latitude, waypoint.longitude);
+    waypoint.exact = {north.exact, east.exact};
     if (north.hemisphere == 'S') {
         waypoint.latitude = -waypoint.latitude;
+        waypoint.exact.latitude = -waypoint.exact.latitude;
     }
     if (east.hemisphere == 'W') {
         waypoint.longitude = -waypoint.longitude;
+        waypoint.exact.longitude = -waypoint.exact.longitude;
     }
-    return std::abs(waypoint.latitude) <= 90 && std::abs(waypoint.longitude) <= 180;
+    return std::abs(waypoint.exact.latitude) <= 90 && std::abs(waypoint.exact.longitude) <= 180;
+}
+
+// A planned height; planners write 0 where they have none.
+double PlannedHeight(std::string_view text) {
+    constexpr double kHighest = 100000;
+    const double feet = ToNumber(text);
+    return feet != 0 && std::abs(feet) <= kHighest ? feet : kUnset;
 }
 
 // ---- types ----
@@ -176,17 +186,20 @@ std::string_view TypeOf(std::string_view text, std::string_view TypeRow::*column
 
 // ---- XML form ----
 
-std::string WithoutComments(std::string_view text) {
+// Blanks in their place: what is behind them stays where it is.
+std::string WithoutComments(std::string_view document) {
     constexpr std::string_view kOpen = "<!--";
     constexpr std::string_view kClose = "-->";
-    std::string kept;
-    while (!text.empty()) {
-        const std::size_t open = text.find(kOpen);
-        kept += text.substr(0, open);
-        const std::size_t close = open == kNpos ? kNpos : text.find(kClose, open);
-        text = close == kNpos ? std::string_view{} : text.substr(close + kClose.size());
+    std::string text(document);
+    std::size_t open = text.find(kOpen);
+    while (open != kNpos) {
+        const std::size_t close = text.find(kClose, open);
+        const std::size_t end = close == kNpos ? text.size() : close + kClose.size();
+        std::fill(text.begin() + static_cast<std::ptrdiff_t>(open),
+                  text.begin() + static_cast<std::ptrdiff_t>(end), ' ');
+        open = text.find(kOpen, end);
     }
-    return kept;
+    return text;
 }
 
 std::string_view ElementText(std::string_view text, std::string_view name) {
@@ -210,8 +223,31 @@ std::string_view QuotedId(std::string_view element) {
     return close == kNpos ? std::string_view{} : tag.substr(open + 1, close - open - 1);
 }
 
-void AddXmlWaypoint(std::string_view element, SimPlan& plan) {
-    SimWaypoint waypoint;
+struct ProcedureElement {
+    std::string_view name;
+    std::string_view procedure;
+};
+constexpr std::array<ProcedureElement, 3> kProcedureElements = {{
+    {"DepartureFP", "SID"},
+    {"ArrivalFP", "STAR"},
+    {"ApproachTypeFP", "APPR"},
+}};
+
+void ReadRoute(std::string_view element, SimWaypoint& waypoint) {
+    waypoint.airway = CleanIdent(ElementText(element, "ATCAirway"));
+    for (const ProcedureElement& row : kProcedureElements) {
+        const std::string name = CleanIdent(ElementText(element, row.name));
+        if (!name.empty()) {
+            waypoint.airway = name;
+            waypoint.procedure = row.procedure;
+        }
+    }
+    const double speed = ToNumber(ElementText(element, "SpeedMaxFP"));
+    constexpr double kFastest = 2000;
+    waypoint.speed = speed > 0 && speed < kFastest ? speed : kUnset;
+}
+
+bool ReadXmlWaypoint(std::string_view element, SimWaypoint& waypoint) {
     waypoint.type = TypeOf(ElementText(element, "ATCWaypointType"), &TypeRow::word);
     waypoint.ident = CleanIdent(QuotedId(element));
     // Later planners name an airport in words; its code stands beside.
@@ -219,25 +255,33 @@ void AddXmlWaypoint(std::string_view element, SimPlan& plan) {
     if (!code.empty() && (waypoint.ident.empty() || waypoint.type == "APT")) {
         waypoint.ident = code;
     }
-    const std::string_view position = ElementText(element, "WorldPosition");
-    const std::size_t comma = position.find(',');
-    const std::string_view rest = comma == kNpos ? "" : position.substr(comma + 1);
-    if (ReadPosition(position.substr(0, comma), rest.substr(0, rest.find(',')), waypoint)) {
-        plan.waypoints.push_back(waypoint);
-    } else {
-        ++plan.leftOut;
+    ReadRoute(element, waypoint);
+    std::array<std::string_view, 3> parts;
+    std::string_view position = ElementText(element, "WorldPosition");
+    for (std::string_view& part : parts) {
+        const std::size_t comma = std::min(position.find(','), position.size());
+        part = position.substr(0, comma);
+        position.remove_prefix(std::min(comma + 1, position.size()));
     }
+    waypoint.altitude = PlannedHeight(Trimmed(parts[2]));
+    return ReadPosition(parts[0], parts[1], waypoint);
 }
 
 SimPlan ReadXmlPlan(std::string_view document) {
     constexpr std::string_view kWaypoint = "<ATCWaypoint id=";
     SimPlan plan;
     const std::string text = WithoutComments(document);
+    plan.cruisingAltitudeFt = ToInteger(ElementText(text, "CruisingAlt"));
     std::size_t start = text.find(kWaypoint);
     while (start != kNpos && !plan.IsFull()) {
         const std::size_t next = text.find(kWaypoint, start + kWaypoint.size());
         const std::string_view element = std::string_view(text).substr(start, next - start);
-        AddXmlWaypoint(element.substr(0, element.find("</ATCWaypoint>")), plan);
+        SimWaypoint waypoint;
+        if (ReadXmlWaypoint(element.substr(0, element.find("</ATCWaypoint>")), waypoint)) {
+            plan.waypoints.push_back(waypoint);
+        } else {
+            plan.leftOutAt.push_back(start);
+        }
         start = next;
     }
     return plan;
@@ -252,7 +296,7 @@ bool LooksLikeLatitude(std::string_view field) {
 
 // "EGSH, A, N52* 40.61', E001* 17.07', +000000.00"; the longer lines of saved flights have region,
 // identifier, airway and name before the type.
-void AddKeyWaypoint(std::string_view value, SimPlan& plan) {
+bool ReadKeyWaypoint(std::string_view value, SimWaypoint& waypoint) {
     std::vector<std::string_view> fields;
     constexpr std::size_t kMaxFields = 12;
     while (fields.size() < kMaxFields) {
@@ -266,62 +310,85 @@ void AddKeyWaypoint(std::string_view value, SimPlan& plan) {
     constexpr std::size_t kShortFormLatitude = 2;
     const auto found = std::find_if(fields.begin(), fields.end(), LooksLikeLatitude);
     const auto latitude = static_cast<std::size_t>(found - fields.begin());
-    SimWaypoint waypoint;
-    if (latitude + 1 >= fields.size() || latitude < kShortFormLatitude ||
+    const std::size_t given = fields.size();
+    if (latitude + 1 >= given || latitude < kShortFormLatitude ||
         !ReadPosition(fields[latitude], fields[latitude + 1], waypoint)) {
-        ++plan.leftOut;
-        return;
+        return false;
     }
+    fields.resize(kMaxFields + 2);
     waypoint.ident = CleanIdent(fields[latitude > kShortFormLatitude ? 1 : 0]);
     waypoint.type = TypeOf(fields[latitude - 1], &TypeRow::letter);
-    plan.waypoints.push_back(waypoint);
+    waypoint.altitude = PlannedHeight(fields[latitude + 2]);
+    waypoint.airway = CleanIdent(fields[latitude + 3]);
+    return true;
 }
 
 SimPlan ReadKeyPlan(std::string_view text) {
     constexpr std::string_view kWaypoint = "waypoint.";
+    constexpr std::string_view kCruise = "cruising_altitude";
     constexpr std::size_t kLineLimit = 1024;
     struct NumberedLine {
         std::int32_t number;
         std::string_view value;
     };
+    SimPlan plan;
     std::vector<NumberedLine> lines;
     LineReader reader(text, kLineLimit);
     std::string_view line;
     while (reader.Next(line) && lines.size() < kMaxWaypoints) {
         line = Trimmed(line);
         const std::size_t equals = line.find('=');
-        if (StartsWithIgnoreCase(line, kWaypoint) && equals != kNpos) {
-            lines.push_back({ToInteger(line.substr(kWaypoint.size())), line.substr(equals + 1)});
+        const std::string_view value = equals == kNpos ? "" : line.substr(equals + 1);
+        if (EqualsIgnoreCase(Trimmed(line.substr(0, equals)), kCruise)) {
+            plan.cruisingAltitudeFt = ToInteger(Trimmed(value));
+        } else if (StartsWithIgnoreCase(line, kWaypoint) && equals != kNpos) {
+            lines.push_back({ToInteger(line.substr(kWaypoint.size())), value});
         }
     }
     std::stable_sort(lines.begin(), lines.end(), [](const NumberedLine& a, const NumberedLine& b) {
         return a.number < b.number;
     });
-    SimPlan plan;
     for (const NumberedLine& numbered : lines) {
-        AddKeyWaypoint(numbered.value, plan);
+        SimWaypoint waypoint;
+        if (ReadKeyWaypoint(numbered.value, waypoint)) {
+            plan.waypoints.push_back(waypoint);
+        } else {
+            plan.leftOutAt.push_back(static_cast<std::size_t>(numbered.value.data() - text.data()));
+        }
     }
     return plan;
 }
 
 }  // namespace
 
-ConvertedPlan ConvertSimPlan(std::string_view text) {
+bool SimPlan::IsFull() const {
+    return waypoints.size() >= kMaxWaypoints;
+}
+
+SimPlan ReadSimPlan(std::string_view text) {
     const bool isXml = text.find("<ATCWaypoint") != kNpos;
-    const SimPlan plan = isXml ? ReadXmlPlan(text) : ReadKeyPlan(text);
+    SimPlan plan = isXml ? ReadXmlPlan(text) : ReadKeyPlan(text);
+    std::int32_t unnamed = 0;
+    for (SimWaypoint& waypoint : plan.waypoints) {
+        if (waypoint.ident.empty()) {
+            waypoint.ident = Format("WPT%02d", ++unnamed);
+        }
+    }
+    return plan;
+}
+
+ConvertedPlan ConvertSimPlan(std::string_view text) {
+    const SimPlan plan = ReadSimPlan(text);
     ConvertedPlan converted;
-    converted.leftOut = plan.leftOut;
+    converted.leftOut = static_cast<std::int32_t>(plan.leftOutAt.size());
     if (plan.waypoints.empty()) {
         return converted;
     }
     converted.text = "[FlightPlan]\n";
-    std::int32_t unnamed = 0;
     for (const SimWaypoint& waypoint : plan.waypoints) {
-        const std::string ident =
-            waypoint.ident.empty() ? Format("WPT%02d", ++unnamed) : waypoint.ident;
         const std::string type(waypoint.type);
-        converted.text += Format("%-8s %-3.5f %-3.5f  %s\n", ident.c_str(), waypoint.latitude,
-                                 waypoint.longitude, type.c_str());
+        converted.text += Format("%-8s %-3.5f %-3.5f  %s\n", waypoint.ident.c_str(),
+                                 waypoint.latitude, waypoint.longitude, type.c_str());
     }
     return converted;
 }

@@ -3,15 +3,42 @@
 //
 // Two forms are read, told apart by what they hold: XML elements, and lines of keys and values.
 // Either may have LF or CRLF line ends, a byte-order mark, and degree signs in Latin-1 or UTF-8.
-// Coordinates are whole seconds, as in the plan's position texts: what is finer is dropped.
-// Signed decimal degrees are taken as they are.
+// A converted plan's coordinates are whole seconds, as in the plan's position texts: what is finer
+// is dropped. Signed decimal degrees are taken as they are.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
 
 namespace avq1 {
+
+struct SimWaypoint {
+    std::string ident;
+    std::string_view type;  // "APT", "VOR", "NDB", "INT" or "WPT"
+    double latitude = 0;    // whole seconds
+    double longitude = 0;
+    LatLon exact;              // as fine as it is written
+    std::string airway;        // of the way to it, or the procedure it belongs to
+    std::string procedure;     // "SID", "STAR", "APPR" or empty
+    double altitude = kUnset;  // feet; an airport's elevation, a planned height, no constraint
+    double speed = kUnset;     // knots
+};
+
+struct SimPlan {
+    std::vector<SimWaypoint> waypoints;
+    std::vector<std::size_t> leftOutAt;  // where in the text: waypoints without a usable position
+    std::int32_t cruisingAltitudeFt = 0;
+
+    bool IsFull() const;
+};
+
+SimPlan ReadSimPlan(std::string_view text);
 
 struct ConvertedPlan {
     std::string text;          // "[FlightPlan]" and a line a waypoint; empty when none was found
