@@ -47,11 +47,12 @@ void WriteLevel(World& world, std::uint64_t bits) {
 }
 
 std::uint64_t ReadZeroFuelWeight(const World& world) {
-    double pounds = world.aircraft.emptyWeightLb;
-    for (const double station : world.aircraft.payloadLb) {
-        pounds += station;
-    }
+    const double pounds = world.aircraft.emptyWeightLb + PayloadPounds(world.aircraft);
     return static_cast<std::uint64_t>(pounds * 256);
+}
+
+std::uint64_t ReadStationCount(const World& world) {
+    return std::min(world.aircraft.payloadLb.size(), kMostPayloadStations);
 }
 
 constexpr ValueRow kValues[] = {
@@ -68,7 +69,7 @@ constexpr ValueRow kValues[] = {
      [](World& w, std::uint64_t bits) { w.tower.longitude = static_cast<std::int64_t>(bits); }},
     {0x0D60, 8, [](const World& w) { return static_cast<std::uint64_t>(w.tower.altitude); },
      [](World& w, std::uint64_t bits) { w.tower.altitude = static_cast<std::int64_t>(bits); }},
-    {0x13FC, 4, [](const World&) -> std::uint64_t { return kPayloadStations; }, nullptr},
+    {0x13FC, 4, ReadStationCount, nullptr},
     {0x3304, 4, [](const World&) -> std::uint64_t { return 0x19980005; }, nullptr},
     {0x3308, 4, [](const World&) -> std::uint64_t { return 0xFADE0007; }, nullptr},
     {0x3BFC, 4, ReadZeroFuelWeight, nullptr},
@@ -81,7 +82,7 @@ double* StationAt(World& world, const Record& record) {
     }
     const std::uint32_t distance = record.offset - kFirstStationOffset;
     const std::size_t index = distance / kStationSize;
-    return distance % kStationSize == 0 && index < world.aircraft.payloadLb.size()
+    return distance % kStationSize == 0 && index < ReadStationCount(world)
                ? &world.aircraft.payloadLb[index]
                : nullptr;
 }

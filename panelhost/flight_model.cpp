@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace panelhost {
 namespace {
@@ -324,6 +325,10 @@ double FuelPounds(const Aircraft& aircraft) {
         gallons += tank;
     }
     return gallons * kFuelPoundsPerGallon;
+}
+
+double PayloadPounds(const Aircraft& aircraft) {
+    return std::accumulate(aircraft.payloadLb.begin(), aircraft.payloadLb.end(), 0.0);
 }
 
 double HeadingMag(const World& world) {

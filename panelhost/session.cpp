@@ -404,6 +404,11 @@ void FillFlightStatus(const World& world, SessionStatus& status) {
     status.windSpeedKt = world.air.windSpeedKt;
     status.fuelLb = FuelPounds(aircraft);
     status.fuelFlowPph = aircraft.fuelFlowPph;
+    status.payloadLb = PayloadPounds(aircraft);
+    status.zeroFuelWeightLb = aircraft.emptyWeightLb + status.payloadLb;
+    status.towerLatitude = static_cast<double>(world.tower.latitude) / kTowerStepsPerLatitude;
+    status.towerLongitude = static_cast<double>(world.tower.longitude) / kTowerStepsPerLongitude;
+    status.towerAltitude = static_cast<double>(world.tower.altitude >> 32);
 }
 
 }  // namespace

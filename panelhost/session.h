@@ -172,6 +172,11 @@ struct SessionStatus {
     double windSpeedKt = 0;
     double fuelLb = 0;
     double fuelFlowPph = 0;
+    double zeroFuelWeightLb = 0;
+    double payloadLb = 0;
+    double towerLatitude = 0;  // where the tower view looks from
+    double towerLongitude = 0;
+    double towerAltitude = 0;  // as the data service was told, in whole units
     AutopilotStatus autopilot;
     RadioStatus nav1;
     RadioStatus nav2;

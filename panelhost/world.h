@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -22,7 +23,7 @@ inline constexpr double kFuelPoundsPerGallon = 6.7;
 inline constexpr std::array<double, kTankCount> kTankCapacityGallons = {4299, 1288, 0, 0,
                                                                         1288, 0,    0};
 
-inline constexpr int kPayloadStations = 8;
+inline constexpr std::size_t kMostPayloadStations = 61;
 
 struct Aircraft {
     GeoPoint position;
@@ -36,7 +37,8 @@ struct Aircraft {
     bool parkingBrake = false;
     std::array<double, kTankCount> fuelGallons{};
     double emptyWeightLb = 91300;
-    std::array<double, kPayloadStations> payloadLb = {380, 4500, 6200, 6200, 4500, 1800, 2600, 900};
+    // At most kMostPayloadStations.
+    std::vector<double> payloadLb = {380, 4500, 6200, 6200, 4500, 1800, 2600, 900};
 
     double heldAirspeedKt = 0;  // what the throttles are set for while no airspeed is held
     // Recomputed by each step.
@@ -103,6 +105,8 @@ struct Clock {
 
 // Where the tower view looks from, as the data service has it: 2^32 a metre from the equator, 2^64
 // a circle of longitude, the altitude in the upper 32 bits.
+inline constexpr double kTowerStepsPerLatitude = 10001750.0 / 90 * 4294967296.0;
+inline constexpr double kTowerStepsPerLongitude = 18446744073709551616.0 / 360;
 struct TowerView {
     std::int64_t latitude = 0;
     std::int64_t longitude = 0;
@@ -129,6 +133,7 @@ struct World {
 };
 
 double FuelPounds(const Aircraft& aircraft);
+double PayloadPounds(const Aircraft& aircraft);
 double HeadingMag(const World& world);
 
 }  // namespace panelhost

@@ -37,7 +37,8 @@ bool ReadGivenPosition(const std::string& ident, TowerView& view) {
     LineReader reader(file, kLineLimit);
     std::string_view line;
     bool inSection = false;
-    bool found = false;
+    bool hasLatitude = false;
+    bool hasLongitude = false;
     while (reader.Next(line)) {
         std::string_view rest = line;
         const std::string_view first = NextWord(rest);
@@ -57,15 +58,15 @@ bool ReadGivenPosition(const std::string& ident, TowerView& view) {
         const double value = ToNumber(line.substr(equals + 1));
         if (EqualsIgnoreCase(key, "TowerViewLat")) {
             view.latitude = value;
-            found = true;
+            hasLatitude = true;
         } else if (EqualsIgnoreCase(key, "TowerViewLon")) {
             view.longitude = value;
-            found = true;
+            hasLongitude = true;
         } else if (EqualsIgnoreCase(key, "TowerViewAlt")) {
             view.altitude = value;
         }
     }
-    return found;
+    return hasLatitude && hasLongitude;
 }
 
 const PlanRunway* SelectedRunway(const std::string& ident) {

@@ -31,10 +31,11 @@ constexpr std::uint32_t kLeastVersion = 0x19980005;
 constexpr std::uint32_t kIdentityMark = 0xFADE;
 
 // The service may be any program's: what was queued is kept here, and the answer read by it.
-struct QueuedRead {
-    std::size_t at = 0;  // of the record in the buffer
+struct QueuedRecord {
+    std::size_t at = 0;  // in the buffer
+    std::uint32_t kind = 0;
     std::size_t size = 0;
-    void* destination = nullptr;
+    void* destination = nullptr;  // of a read
 };
 
 struct Client {
@@ -44,7 +45,7 @@ struct Client {
     std::size_t used = 0;
     std::uint32_t version = 0;
     std::uint32_t identity = 0;
-    std::vector<QueuedRead> reads;
+    std::vector<QueuedRecord> records;
 };
 
 Client client;
@@ -63,7 +64,7 @@ std::uint32_t WordAt(std::size_t at) {
 
 void EmptyQueue() {
     client.used = kWordSize;
-    client.reads.clear();
+    client.records.clear();
 }
 
 DsError CheckRoom(std::size_t headerSize, std::size_t size) {
@@ -80,12 +81,16 @@ std::uint32_t AddressWord(const void* address) {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(address));
 }
 
+// Behind a record that is no longer what was sent nothing can be trusted.
 void DeliverReads() {
-    for (const QueuedRead& read : client.reads) {
-        if (WordAt(read.at) != kReadKind || WordAt(read.at + 2 * kWordSize) != read.size) {
+    for (const QueuedRecord& record : client.records) {
+        if (WordAt(record.at) != record.kind || WordAt(record.at + 2 * kWordSize) != record.size) {
             return;
         }
-        std::memcpy(read.destination, client.buffer + read.at + kReadHeaderSize, read.size);
+        if (record.kind == kReadKind) {
+            std::memcpy(record.destination, client.buffer + record.at + kReadHeaderSize,
+                        record.size);
+        }
     }
 }
 
@@ -137,7 +142,7 @@ DsError DsRead(std::uint32_t offset, std::size_t size, void* destination) {
     if (const DsError error = CheckRoom(kReadHeaderSize, size); error != DsError::None) {
         return error;
     }
-    client.reads.push_back({client.used, size, destination});
+    client.records.push_back({client.used, kReadKind, size, destination});
     for (const std::uint32_t word :
          {kReadKind, offset, static_cast<std::uint32_t>(size), AddressWord(destination)}) {
         PutWord(client.used, word);
@@ -152,6 +157,7 @@ DsError DsWrite(std::uint32_t offset, std::size_t size, const void* source) {
     if (const DsError error = CheckRoom(kWriteHeaderSize, size); error != DsError::None) {
         return error;
     }
+    client.records.push_back({client.used, kWriteKind, size, nullptr});
     for (const std::uint32_t word : {kWriteKind, offset, static_cast<std::uint32_t>(size)}) {
         PutWord(client.used, word);
         client.used += kWordSize;
@@ -170,13 +176,12 @@ DsError DsProcess() {
     }
     PutWord(client.used, 0);
     PutWord(0, AddressWord(reinterpret_cast<const void*>(&DsProcess)));
-    const bool acknowledged =
-        SendWindowMessage(client.window, kMessage, client.used - kWordSize, client.buffer) == 1;
-    if (acknowledged) {
-        DeliverReads();
+    if (SendWindowMessage(client.window, kMessage, client.used - kWordSize, client.buffer) != 1) {
+        return DsError::NotAcknowledged;
     }
+    DeliverReads();
     EmptyQueue();
-    return acknowledged ? DsError::None : DsError::NotAcknowledged;
+    return DsError::None;
 }
 
 void DsClose() {

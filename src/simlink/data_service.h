@@ -32,9 +32,11 @@ extern std::array<std::byte, 1024> dsBuffer;
 
 DsError DsOpen(std::int32_t simulatorWanted, void* buffer, std::size_t size);
 
-// The destination is filled by DsProcess and must live until then.
+// The destination is filled by DsProcess and must live until then, or until DsClose.
 DsError DsRead(std::uint32_t offset, std::size_t size, void* destination);
 DsError DsWrite(std::uint32_t offset, std::size_t size, const void* source);
+// Sends what is queued and delivers what was read. What the service did not acknowledge stays
+// queued. An answer whose records differ from those sent is delivered up to the first that does.
 DsError DsProcess();
 void DsClose();
 

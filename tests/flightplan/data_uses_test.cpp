@@ -96,6 +96,7 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
          "TowerViewAlt=9\r\n",
          kNoPatternRunway, -42.5, -180, 0},
         {"[KBOS]\nRWY9=RIGHTPATTERN\n\nTowerViewLat=1\n", kNoPatternRunway, 45, -90, 120},
+        {"[KBOS]\nTowerViewLat=42.5\nTowerViewAlt=9\n", kNoPatternRunway, 45, -90, 120},  // half
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.info);

@@ -2,7 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <numeric>
+
 #include "base/module_state.h"
+#include "panelhost/host_state.h"
+#include "panelhost/services.h"
 #include "support/fake_data_service.h"
 
 namespace avq1 {
@@ -106,14 +113,47 @@ TEST_F(DataService, AFullBufferDropsWhatDoesNotFit) {
     EXPECT_EQ(DsProcess(), DsError::None);
 }
 
-TEST_F(DataService, SpoiledAnswersAreNotDelivered) {
-    ASSERT_EQ(Open(), DsError::None);
-    service_.spoilsHeaders = true;
-    service_.Set<std::uint32_t>(0x10, 77);
-    std::uint32_t word = 5;
-    DsRead(0x10, 4, &word);
-    EXPECT_EQ(DsProcess(), DsError::None);
-    EXPECT_EQ(word, 5U);
+TEST_F(DataService, WhatCannotBeTrustedIsNotDelivered) {
+    const struct {
+        const char* what;
+        int answers;
+        std::int64_t acknowledgement;
+        std::uint32_t spoiledKind;
+        DsError error;
+        std::uint32_t first;  // what the two reads around a write bring
+        std::uint32_t second;
+    } cases[] = {
+        {"all is well", 9, 1, 0, DsError::None, 77, 78},
+        {"read records overwritten", 9, 1, 1, DsError::None, 5, 6},
+        {"the write record overwritten", 9, 1, 2, DsError::None, 77, 6},
+        {"another result than 1", 9, 2, 0, DsError::NotAcknowledged, 5, 6},
+        {"no answer any more", 0, 1, 0, DsError::NotAcknowledged, 5, 6},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        FakeDataService::Install();
+        ASSERT_EQ(Open(), DsError::None);
+        service_.Set<std::uint32_t>(0x10, 77);
+        service_.Set<std::uint32_t>(0x20, 78);
+        service_.answers = c.answers;
+        service_.acknowledgement = c.acknowledgement;
+        service_.spoiledKind = c.spoiledKind;
+        std::uint32_t first = 5;
+        std::uint32_t second = 6;
+        DsRead(0x10, sizeof first, &first);
+        DsWrite(0x30, sizeof first, &first);
+        DsRead(0x20, sizeof second, &second);
+        EXPECT_EQ(DsProcess(), c.error);
+        EXPECT_EQ(first, c.first);
+        EXPECT_EQ(second, c.second);
+        service_.answers = 1;
+        service_.acknowledgement = 1;
+        service_.spoiledKind = 0;
+        const bool kept = c.error == DsError::NotAcknowledged;  // and sent once more
+        EXPECT_EQ(DsProcess(), kept ? DsError::None : DsError::NothingQueued);
+        EXPECT_EQ(second, kept ? 78 : c.second);
+        DsClose();
+    }
 }
 
 TEST_F(DataService, PayloadIsSummedOverAllStations) {
@@ -137,13 +177,44 @@ TEST_F(DataService, PayloadIsSummedOverAllStations) {
         EXPECT_EQ(service_.messages, c.messages) << c.stations;
         EXPECT_LE(service_.mostBytes, 1024U);
     }
+    service_.Set<std::int32_t>(0x13FC, 61);
     for (const int answers : {0, 1, 2, 3}) {  // it falls silent; a batch is then missing
         service_.answers = answers;
-        service_.Set<std::int32_t>(0x13FC, 61);
         AircraftWeights weights;
         EXPECT_FALSE(ReadAircraftWeights(weights));
         EXPECT_EQ(weights.zeroFuelLb, 0);
     }
+    service_.answers = 9;
+    service_.Set<double>(0x1400, std::numeric_limits<double>::quiet_NaN());
+    AircraftWeights weights;
+    EXPECT_TRUE(ReadAircraftWeights(weights));  // once it answers again
+    EXPECT_EQ(weights.payloadLb, 1890);
+}
+
+// The panel host's side of the same protocol, on an aircraft of its own.
+TEST_F(DataService, ThePanelHostsAircraftIsWeighedStationByStation) {
+    const auto host = std::make_unique<panelhost::HostState>();
+    panelhost::Aircraft& aircraft = host->world.aircraft;
+    panelhost::SetActiveHost(host.get());
+    PlatformTable.services = panelhost::PlatformServiceTable();
+    for (const std::size_t stations : {0U, 8U, 42U, 43U, 61U, 70U}) {
+        aircraft.payloadLb.assign(stations, 0);
+        std::iota(aircraft.payloadLb.begin(), aircraft.payloadLb.end(), 100.5);
+        double total = 0;
+        for (std::size_t k = 0; k < std::min<std::size_t>(stations, 61); ++k) {
+            total += aircraft.payloadLb[k];
+        }
+        AircraftWeights weights;
+        EXPECT_TRUE(ReadAircraftWeights(weights));
+        EXPECT_EQ(weights.payloadLb, total) << stations;
+        EXPECT_EQ(weights.zeroFuelLb, panelhost::PayloadPounds(aircraft) + aircraft.emptyWeightLb);
+    }
+    const double pounds = 1234.5;
+    ASSERT_EQ(Open(), DsError::None);
+    DsWrite(0x1400 + 48 * 60, sizeof pounds, &pounds);
+    EXPECT_EQ(DsProcess(), DsError::None);
+    EXPECT_EQ(aircraft.payloadLb[60], 1234.5);
+    panelhost::SetActiveHost(nullptr);
 }
 
 }  // namespace

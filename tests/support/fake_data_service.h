@@ -19,7 +19,8 @@ struct FakeDataService {
     int answers = 1000;  // messages acknowledged before it falls silent
     int messages = 0;
     std::uint64_t mostBytes = 0;
-    bool spoilsHeaders = false;
+    std::int64_t acknowledgement = 1;
+    std::uint32_t spoiledKind = 0;  // records of this kind get their headers overwritten
 
     static FakeDataService& Get() {
         static FakeDataService service;
@@ -58,15 +59,15 @@ struct FakeDataService {
                 std::vector<std::uint8_t>& value = service.values[head[1]];
                 value.resize(head[2]);
                 std::memcpy(data, value.data(), head[2]);
-                if (service.spoilsHeaders) {
-                    std::memset(at, 0xFF, 12);
-                }
             } else {
                 service.written[head[1]].assign(data, data + head[2]);
             }
+            if (head[0] == service.spoiledKind) {
+                std::memset(at, 0xFF, sizeof head);
+            }
             at = data + head[2];
         }
-        return 1;
+        return service.acknowledgement;
     }
 
     static FakeDataService& Install() {
