@@ -17,7 +17,8 @@ namespace {
 constexpr std::size_t kMostSymbols = 160;
 constexpr std::size_t kMostIdents = 80;
 constexpr double kSymbolHalfWidth = 5;
-constexpr double kApartPx = 3;  // half-width of a symbol's own place among its kind
+constexpr double kSymbolReach = 7;  // with what an airport's runway adds
+constexpr double kApartPx = 3;      // half-width of a symbol's own place among its kind
 
 struct SeenPoint {
     double distanceNm;
@@ -25,21 +26,28 @@ struct SeenPoint {
     const PointRecord* record;
 };
 
+TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
+    return {point.at.x - halfWidth, point.at.y - halfWidth, 2 * halfWidth, 2 * halfWidth};
+}
+
 // What of the list stands on the map, nearest first.
 std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list) {
     std::vector<SeenPoint> seen;
+    const MapView& view = frame.view;
     const double reachDeg = frame.rangeNm / 60.0;
     for (std::int32_t i = 1; i <= list.count; ++i) {
         const PointRecord& record = list[i];
-        if (std::abs(record.latitude - frame.view.latitude) > reachDeg) {
+        if (std::abs(record.latitude - view.latitude) > reachDeg) {
             continue;
         }
-        const double distanceNm = GreatCircleDistanceNm(frame.view.latitude, frame.view.longitude,
-                                                        record.latitude, record.longitude);
+        double distanceNm = 0;
+        double courseTrue = 0;
+        DistanceAndCourse(view.latitude, view.longitude, record.latitude, record.longitude,
+                          distanceNm, courseTrue);
         if (distanceNm > frame.rangeNm) {
             continue;
         }
-        const CanvasPoint at = PlaceOnMap(frame.view, record.latitude, record.longitude);
+        const CanvasPoint at = PlaceByCourse(view, courseTrue, distanceNm);
         if (NearMap(frame, at)) {
             seen.push_back({distanceNm, at, &record});
         }
@@ -56,13 +64,38 @@ void Thin(const MapFrame& frame, std::vector<SeenPoint>& seen) {
     TextBoxes places = frame.fixedTexts;
     std::size_t kept = 0;
     for (const SeenPoint& point : seen) {
-        const TextBox place{point.at.x - kApartPx, point.at.y - kApartPx, 2 * kApartPx,
-                            2 * kApartPx};
-        if (kept < kMostSymbols && places.Claim(place)) {
+        if (kept < kMostSymbols && places.Claim(PlaceOf(point, kApartPx))) {
             seen[kept++] = point;
         }
     }
     seen.resize(kept);
+}
+
+// Clipping costs more than drawing: only the symbols at the map's edge are clipped.
+template <class StyleOf>
+void DrawSymbolsOf(const MapFrame& frame, const std::vector<SeenPoint>& seen, SymbolCode code,
+                   StyleOf styleOf) {
+    Symbol symbol{code};
+    symbol.rangeNm = frame.rangeNm;
+    const auto draw = [&](const SeenPoint& point) {
+        symbol.style = styleOf(*point.record);
+        DrawSymbol(frame.surface, point.at.x, point.at.y, symbol);
+    };
+    const auto isInside = [&](const SeenPoint& point) {
+        return InsideMap(frame, PlaceOf(point, kSymbolReach));
+    };
+    std::vector<SeenPoint> atEdge;
+    for (const SeenPoint& point : seen) {
+        if (isInside(point)) {
+            draw(point);
+        } else {
+            atEdge.push_back(point);
+        }
+    }
+    frame.surface.canvas().SaveState();
+    ClipToMap(frame);
+    std::for_each(atEdge.begin(), atEdge.end(), draw);
+    frame.surface.canvas().RestoreState();
 }
 
 template <class StyleOf>
@@ -73,13 +106,9 @@ void DrawPoints(const MapFrame& frame, const PointTable& list, SymbolCode code,
     }
     std::vector<SeenPoint> seen = SeenOf(frame, list);
     Thin(frame, seen);
-    Symbol symbol{code};
-    symbol.rangeNm = frame.rangeNm;
+    DrawSymbolsOf(frame, seen, code, styleOf);
     for (const SeenPoint& point : seen) {
-        symbol.style = styleOf(*point.record);
-        DrawSymbol(frame.surface, point.at.x, point.at.y, symbol);
-        frame.texts.Take(
-            {point.at.x - kApartPx, point.at.y - kApartPx, 2 * kApartPx, 2 * kApartPx});
+        frame.texts.Take(PlaceOf(point, kApartPx));
     }
     for (std::size_t i = 0; i < std::min(seen.size(), kMostIdents); ++i) {
         DrawIdentBeside(frame, seen[i].at, kSymbolHalfWidth, seen[i].record->ident, identColour);

@@ -25,6 +25,10 @@ CanvasPoint PlaceOnMap(const MapView& view, double latitude, double longitude) {
     double distanceNm = 0;
     double courseTrue = 0;
     DistanceAndCourse(view.latitude, view.longitude, latitude, longitude, distanceNm, courseTrue);
+    return PlaceByCourse(view, courseTrue, distanceNm);
+}
+
+CanvasPoint PlaceByCourse(const MapView& view, double courseTrue, double distanceNm) {
     CanvasPoint point;
     PolarToScreen(view.upTrue, courseTrue, view.centreX, view.centreY, distanceNm * view.pxPerNm,
                   point.x, point.y);

@@ -23,5 +23,6 @@ MapView ViewFromAircraft(double centreX, double centreY, double radiusPx, double
 bool IsUsable(const MapView& view);
 
 CanvasPoint PlaceOnMap(const MapView& view, double latitude, double longitude);
+CanvasPoint PlaceByCourse(const MapView& view, double courseTrue, double distanceNm);
 
 }  // namespace avq1

@@ -1,6 +1,8 @@
 #include "drawing/symbols.h"
 
 #include <array>
+#include <cmath>
+#include <cstddef>
 #include <span>
 
 #include "drawing/palette.h"
@@ -42,34 +44,66 @@ void Label(const Pen& pen, const char* text) {
     pen.surface.Text(text, {"Arial", small ? kSmallPx : kLargePx}, pen.argb, 6, -5);
 }
 
+// ---- outlines of the records a map shows by the hundred ----
+// One area is far cheaper to fill than a stroke is to draw: once around the outside and back along
+// the inside.
+template <std::size_t sides>
+std::array<CanvasPoint, 2 * (sides + 1)> OutlineArea(double innerRadius, double firstCornerDeg) {
+    constexpr double kDegToRad = 0.017453292519943295;
+    constexpr double kSideDeg = 360.0 / sides;
+    const double toCorner = 1 / std::cos(kSideDeg / 2 * kDegToRad);
+    std::array<CanvasPoint, 2 * (sides + 1)> area;
+    for (std::size_t i = 0; i <= sides; ++i) {
+        const double turn = (firstCornerDeg + static_cast<double>(i) * kSideDeg) * kDegToRad;
+        const auto corner = [&](double radius) {
+            return CanvasPoint{radius * toCorner * std::sin(turn),
+                               -radius * toCorner * std::cos(turn)};
+        };
+        area[i] = corner(innerRadius + kLineWidthPx / 2);
+        area[area.size() - 1 - i] = corner(innerRadius - kLineWidthPx / 2);
+    }
+    return area;
+}
+
+void DrawOutline(const Pen& pen, std::span<const CanvasPoint> area) {
+    const bool filled = pen.symbol.variant == 1;
+    pen.canvas.FillPolygon(pen.argb, filled ? area.first(area.size() / 2) : area);
+}
+
+// A ring of dots around another dot.
 void DrawNdb(const Pen& pen) {
-    constexpr double kRadius = 4.5;
-    constexpr double kDots[] = {1.4, 1.4};
-    pen.canvas.DrawEllipse({pen.argb, 1.6, kDots}, -kRadius, -kRadius, 2 * kRadius, 2 * kRadius);
-    pen.canvas.FillEllipse(pen.argb, -1, -1, 2, 2);
+    constexpr double kHalf = 0.75;
+    static constexpr CanvasPoint kDots[] = {{0, 0},       {4.5, 0},    {3.2, 3.2},
+                                            {0, 4.5},     {-3.2, 3.2}, {-4.5, 0},
+                                            {-3.2, -3.2}, {0, -4.5},   {3.2, -3.2}};
+    for (const CanvasPoint& dot : kDots) {
+        pen.canvas.FillRectangle(pen.argb, dot.x - kHalf, dot.y - kHalf, 2 * kHalf, 2 * kHalf);
+    }
 }
 
 void DrawStation(const Pen& pen) {
+    static const auto hexagon = OutlineArea<6>(4.3, 30);
     if (pen.symbol.style == SymbolStyle::Ndb) {
         DrawNdb(pen);
-        return;
+    } else {
+        DrawOutline(pen, hexagon);
     }
-    static constexpr CanvasPoint kHexagon[] = {{-5, 0}, {-2.5, -4.3}, {2.5, -4.3},
-                                               {5, 0},  {2.5, 4.3},   {-2.5, 4.3}};
-    Outline(pen, kHexagon);
 }
 
 void DrawFix(const Pen& pen) {
-    static constexpr CanvasPoint kTriangle[] = {{0, -4}, {3.6, 2.6}, {-3.6, 2.6}};
-    Outline(pen, kTriangle);
+    static const auto triangle = OutlineArea<3>(2.1, 0);
+    DrawOutline(pen, triangle);
 }
 
+// A circle, round at three times the size, with the ends of a runway.
 void DrawAirport(const Pen& pen) {
-    static constexpr CanvasPoint kRunwayEnds[] = {{0, -6.5}, {0, -4}, {0, 4}, {0, 6.5}};
-    Circle(pen, 4);
+    static const auto circle = OutlineArea<16>(4, 0);
+    static constexpr CanvasPoint kRunwayEnds[] = {{0, -6.8}, {0, -4}, {0, 4}, {0, 6.8}};
+    DrawOutline(pen, circle);
     Lines(pen, kLineWidthPx, kRunwayEnds);
 }
 
+// ---- the other symbols ----
 void DrawPlanAirport(const Pen& pen) {
     static constexpr CanvasPoint kRunway[] = {{-4.5, 4.5}, {4.5, -4.5}};
     Circle(pen, 5);
@@ -207,20 +241,33 @@ std::uint32_t ColourOf(const SymbolRow& row, SymbolStyle style) {
     return row.own;
 }
 
+const SymbolRow* RowOf(SymbolCode code) {
+    for (const SymbolRow& row : kSymbols) {
+        if (row.code == code) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 void DrawSymbol(Surface& surface, double x, double y, const Symbol& symbol) {
-    for (const SymbolRow& row : kSymbols) {
-        if (row.code == symbol.code) {
-            Canvas& canvas = surface.canvas();
-            canvas.SaveState();
-            canvas.Translate(x, y);
-            canvas.Scale(row.scale * symbol.sizeX, row.scale * symbol.sizeY);
-            row.draw({surface, canvas, symbol, ColourOf(row, symbol.style)});
-            canvas.RestoreState();
-            return;
-        }
+    const SymbolRow* const row = RowOf(symbol.code);
+    if (row == nullptr) {
+        return;
     }
+    Canvas& canvas = surface.canvas();
+    canvas.SaveState();
+    canvas.Translate(x, y);
+    canvas.Scale(row->scale * symbol.sizeX, row->scale * symbol.sizeY);
+    row->draw({surface, canvas, symbol, ColourOf(*row, symbol.style)});
+    canvas.RestoreState();
+}
+
+std::uint32_t SymbolColour(const Symbol& symbol) {
+    const SymbolRow* const row = RowOf(symbol.code);
+    return row == nullptr ? colour::White : ColourOf(*row, symbol.style);
 }
 
 void DrawAircraftSymbol(Surface& surface, double x, double y, std::uint32_t argb) {

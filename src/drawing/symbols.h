@@ -63,6 +63,9 @@ struct Symbol {
 // An unknown code draws nothing.
 void DrawSymbol(Surface& surface, double x, double y, const Symbol& symbol);
 
+// What DrawSymbol draws it in, for texts beside it.
+std::uint32_t SymbolColour(const Symbol& symbol);
+
 // The own aircraft seen from above, nose up.
 void DrawAircraftSymbol(Surface& surface, double x, double y, std::uint32_t argb);
 
