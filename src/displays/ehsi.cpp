@@ -50,8 +50,8 @@ constexpr Layer kLayers[] = {
     {Shows::Always, Clip::Bottom, DrawBearingPointers},
     {Shows::Always, Clip::Bottom, DrawCoursePointer},
     {Shows::Always, Clip::None, DrawHeadingBug},
-    {Shows::Always, Clip::None, DrawOwnAircraft},
     {Shows::Always, Clip::None, DrawEhsiTexts},
+    {Shows::Always, Clip::None, DrawOwnAircraft},
 };
 
 bool IsShown(const Layer& layer, const EhsiPicture& picture) {

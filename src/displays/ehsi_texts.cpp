@@ -173,7 +173,7 @@ PointerLabel LabelOf(BearingSource source, const char* vorName, bool signal, dou
         case BearingSource::Off:
             return {};
         case BearingSource::Vor:
-            return {vorName, Value("---", signal, dmeNm, 1, 3)};
+            return {vorName, Value("---", signal && dmeNm > 0, dmeNm, 1, 3)};
         case BearingSource::Fms:
             return {"FMS", FixedText("%s", hasWaypoint ? "" : "---")};
         case BearingSource::Adf:

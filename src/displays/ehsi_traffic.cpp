@@ -1,4 +1,4 @@
-// The EHSI's traffic presentation: range marks around the own aircraft.
+// The EHSI's traffic presentation: range marks and targets around the own aircraft.
 #include <cmath>
 
 #include "displays/ehsi_picture.h"
@@ -6,6 +6,7 @@
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
 #include "geometry/geometry.h"
+#include "traffic/targets.h"
 
 namespace avq1 {
 namespace {
@@ -45,6 +46,20 @@ void DrawOuterMarks(Canvas& canvas, const CanvasPoint& centre) {
     }
 }
 
+void DrawTargets(EhsiPicture& picture, const CanvasPoint& centre) {
+    constexpr double kTargetsRadius = 90;  // stands for the range
+    picture.canvas.SaveState();
+    picture.canvas.BeginClip();
+    picture.canvas.ClipEllipse(centre.x - kOuterRadius, centre.y - kOuterRadius, 2 * kOuterRadius,
+                               2 * kOuterRadius);
+    picture.canvas.EndClip();
+    DrawTraffic(picture.surface,
+                {kTargetsRadius, ehsi.ehsiMode8Range, static_cast<int>(centre.x),
+                 static_cast<int>(centre.y)},
+                TrafficLayout::Map);
+    picture.canvas.RestoreState();
+}
+
 }  // namespace
 
 void DrawTrafficPresentation(EhsiPicture& picture) {
@@ -59,8 +74,11 @@ void DrawTrafficPresentation(EhsiPicture& picture) {
     }
     picture.surface.Text(FixedText("%2.0f", ehsi.ehsiMode8Range), {"Arial", 12}, colour::White,
                          centre.x + kRangeTextOffset.x, centre.y + kRangeTextOffset.y);
-    picture.surface.Text("TCAS OFF", {"Arial", 10}, colour::Amber, 2, 2);
-    DrawAircraftSymbol(picture.surface, centre.x, centre.y, colour::Cyan);
+    if (!traffic.sourceFound) {
+        picture.surface.Text("TCAS OFF", {"Arial", 10}, colour::Amber, 2, 2);
+    }
+    DrawAircraftSymbol(picture.surface, centre.x, centre.y, colour::White);
+    DrawTargets(picture, centre);
 }
 
 }  // namespace avq1

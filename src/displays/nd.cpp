@@ -68,6 +68,9 @@ bool WithAltitudeArc(const NdPicture&) {
            aircraft.apAltitudeTargetFt < aircraft.altitudeFt &&
            aircraft.verticalSpeedFpm < kDescendingFpm;
 }
+bool WithTraffic(const NdPicture&) {
+    return nd.showTraffic == 1;
+}
 
 // ---- the layers, back to front ----
 constexpr unsigned Modes(std::int32_t first, std::int32_t last) {
@@ -96,12 +99,13 @@ constexpr Layer kLayers[] = {
     {Modes(2, 2), WithAdf, Clip::None, DrawNdAdfNeedle},
     {Modes(5, 6), WithNav1Station, Clip::Map, DrawNdNav1Station},
     {Modes(5, 7), Always, Clip::None, KeepNdRouteTexts},
-    {Modes(5, 7), WithStations, Clip::Map, DrawNdStations},
-    {Modes(5, 7), WithAirports, Clip::Map, DrawNdAirports},
-    {Modes(5, 7), WithFixes, Clip::Map, DrawNdFixes},
+    {Modes(5, 7), WithStations, Clip::None, DrawNdStations},
+    {Modes(5, 7), WithAirports, Clip::None, DrawNdAirports},
+    {Modes(5, 7), WithFixes, Clip::None, DrawNdFixes},
     {Modes(5, 6), Always, Clip::Map, DrawNdHolds},
     {Modes(5, 7), WithPendingRoute, Clip::Map, DrawNdPendingRoute},
     {Modes(5, 6), WithAltitudeArc, Clip::Map, DrawNdAltitudeArc},
+    {Modes(3, 6), WithTraffic, Clip::Map, DrawNdTraffic},
     {Modes(1, 7), Always, Clip::None, DrawNdOwnAircraft},
     {Modes(1, 7), Always, Clip::None, DrawNdTexts},
 };

@@ -13,6 +13,7 @@
 #include "guidance/guidance_state.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
+#include "traffic/targets.h"
 
 namespace avq1 {
 namespace {
@@ -177,6 +178,14 @@ void DrawNdAltitudeArc(NdPicture& picture) {
     const double middle = rose.FromUp(aircraft.headingMag - derived.driftDeg) - 90;
     picture.canvas.DrawArc({colour::Green, 1.8}, {rose.centre.x - radius, rose.centre.y - radius},
                            {2 * radius, 2 * radius}, middle - kHalfAngleDeg, 2 * kHalfAngleDeg);
+}
+
+void DrawNdTraffic(NdPicture& picture) {
+    const MapCompass& rose = picture.rose;
+    DrawTraffic(picture.surface,
+                {rose.radius, static_cast<double>(nd.ndRange), static_cast<int>(rose.centre.x),
+                 static_cast<int>(rose.centre.y)},
+                TrafficLayout::Map);
 }
 
 void DrawNdOwnAircraft(NdPicture& picture) {

@@ -56,6 +56,7 @@ void DrawNdFixes(NdPicture& picture);
 void DrawNdHolds(NdPicture& picture);
 void DrawNdPendingRoute(NdPicture& picture);
 void DrawNdAltitudeArc(NdPicture& picture);
+void DrawNdTraffic(NdPicture& picture);
 void DrawNdOwnAircraft(NdPicture& picture);
 void DrawNdTexts(NdPicture& picture);
 

@@ -14,6 +14,7 @@
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
+#include "traffic/targets.h"
 
 namespace avq1 {
 namespace {
@@ -155,7 +156,9 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     }
     if (nd.showTraffic == 1) {
         surface.TextRight("TCAS", kData, colour::Cyan, kRight, kBottomRows[2]);
-        surface.TextRight("OFF", kSmall, colour::Amber, kRight - 30, kBottomRows[2] + 1);
+        if (!traffic.sourceFound) {
+            surface.TextRight("OFF", kSmall, colour::Amber, kRight - 30, kBottomRows[2] + 1);
+        }
     }
 }
 

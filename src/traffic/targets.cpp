@@ -1,0 +1,93 @@
+#include "traffic/targets.h"
+
+#include <cmath>
+#include <iterator>
+
+#include "base/module_state.h"
+#include "drawing/fixed_text.h"
+#include "drawing/palette.h"
+#include "drawing/symbols.h"
+#include "geometry/geometry.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+
+namespace avq1 {
+
+TrafficTargets traffic;
+
+namespace {
+
+const StateReset resetTraffic{[] { traffic = TrafficTargets{}; }};
+
+struct ThreatRow {
+    char threatCode;
+    SymbolCode onMap;
+    SymbolCode onTrafficGauge;
+    SymbolStyle style;
+};
+
+// The first row also stands for a threat that is not known.
+constexpr ThreatRow kThreats[] = {
+    {'O', SymbolCode::OtherTraffic, SymbolCode::LargeOtherTraffic, SymbolStyle::Own},
+    {'P', SymbolCode::ProximateTraffic, SymbolCode::LargeProximateTraffic, SymbolStyle::Own},
+    {'T', SymbolCode::TrafficAdvisory, SymbolCode::LargeTrafficAdvisory, SymbolStyle::Alert},
+    {'R', SymbolCode::ResolutionAdvisory, SymbolCode::LargeResolutionAdvisory, SymbolStyle::Alert},
+};
+
+const ThreatRow& ThreatOf(const TrafficTarget& target) {
+    for (const ThreatRow& row : kThreats) {
+        if (row.threatCode == target.threatCode) {
+            return row;
+        }
+    }
+    return kThreats[0];
+}
+
+// Right of the symbol and its trend arrow, level with it; on a ground of its own, since a target
+// flies over whatever the map shows.
+void DrawAltitude(Surface& surface, const CanvasPoint& at, double hundreds, std::uint32_t argb,
+                  TrafficLayout layout) {
+    const bool onMap = layout == TrafficLayout::Map;
+    const CanvasFont font{"Arial", onMap ? 9.0 : 11.0, true};
+    const FixedText text("%+03.0f", std::nearbyint(hundreds) + 0.0);  // never "-00"
+    const double left = at.x + (onMap ? 13 : 16);
+    const CanvasSize size = surface.canvas().MeasureText(text, font);
+    const double top = at.y - size.height / 2;
+    surface.canvas().FillRectangle(colour::Black, left, top + 1, size.width, size.height - 2);
+    surface.Text(text, font, argb, left, top);
+}
+
+void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layout,
+                   const TrafficTarget& target) {
+    const ThreatRow& threat = ThreatOf(target);
+    Symbol symbol{layout == TrafficLayout::Map ? threat.onMap : threat.onTrafficGauge};
+    symbol.variant = target.trendCode == '^'   ? kClimbing
+                     : target.trendCode == 'v' ? kDescending
+                                               : 0;
+    symbol.style = threat.style;
+    symbol.rangeNm = view.rangeNm;
+    int x = 0;
+    int y = 0;
+    PolarToScreen(aircraft.trueHeading, target.bearingTrue, view.centreX, view.centreY,
+                  target.rangeNm * (view.radiusPx / view.rangeNm), x, y);
+    const CanvasPoint at{static_cast<double>(x), static_cast<double>(y)};
+    DrawSymbol(surface, at.x, at.y, symbol);
+    DrawAltitude(surface, at, target.relativeAltitudeHundreds, SymbolColour(symbol), layout);
+}
+
+}  // namespace
+
+void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout) {
+    const double bandHundreds = settings.TcasVertRange;
+    for (std::int32_t i = 0; i < traffic.count && i < kTrafficCapacity; ++i) {
+        const TrafficTarget& target = traffic.items[static_cast<std::size_t>(i)];
+        const bool inBand = target.relativeAltitudeHundreds > -bandHundreds &&
+                            target.relativeAltitudeHundreds <= bandHundreds;
+        if (inBand && std::isfinite(target.rangeNm) &&
+            std::isfinite(target.bearingTrue + aircraft.trueHeading)) {
+            DrawOneTarget(surface, view, layout, target);
+        }
+    }
+}
+
+}  // namespace avq1
