@@ -1,7 +1,7 @@
 // avqdata/main.cpp - the avqdata program: imports public navigation data into a Navdata folder and
-// checks such folders.
+// checks such folders; shows and converts flight plans.
 //
-// Status: 0 done, 1 the folder has faults (check), 2 nothing could be done.
+// Status: 0 done, 1 the folder (check) or the plan has faults, 2 nothing could be done.
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -17,6 +17,7 @@
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
 #include "avqdata/merge.h"
+#include "avqdata/plan_verb.h"
 #include "avqdata/text_tools.h"
 
 namespace {
@@ -38,6 +39,7 @@ struct Arguments {
     bool verbose = false;
     bool dryRun = false;
     ImportOptions options;
+    PlanRequest plan;
 };
 
 using ImportFunction = bool (*)(const std::string&, const ImportContext&, Dataset&, std::string&);
@@ -220,11 +222,29 @@ void DescribeImportOptions(CLI::App& app, Arguments& arguments) {
     app.add_flag("--verbose", arguments.verbose, "list every case, not only the first ones");
 }
 
+CLI::App* DescribePlan(CLI::App& app, PlanRequest& plan) {
+    CLI::App* const verb =
+        app.add_subcommand("plan", "show a flight plan, or write it in another format");
+    verb->add_option("FILE", plan.file, "the plan, in any format that is read")->required();
+    CLI::Option* const to =
+        verb->add_option("--to", plan.to, "the file to write; its extension tells the format");
+    verb->add_option("--as", plan.as, "the format, where an extension has two")->needs(to);
+    verb->add_option("--cycle", plan.cycle,
+                     "the data's cycle, as in 2309, for fms1100 (else the plan's, else today's)")
+        ->needs(to);
+    verb->add_flag("--force", plan.force, "write over a file that is there")->needs(to);
+    verb->footer("Formats, of which the first with an extension is that extension's:\n" +
+                 PlanFormatList());
+    return verb;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("Turns public navigation data into the module's text files, and checks them.",
-                 "avqdata");
+    CLI::App app(
+        "Turns public navigation data into the module's text files, and checks them; converts "
+        "flight plans.",
+        "avqdata");
     app.require_subcommand(1);
     Arguments arguments;
     CLI::App* import = app.add_subcommand("import", "read a source into a Navdata folder");
@@ -239,7 +259,11 @@ int main(int argc, char** argv) {
     check->add_option("DIR", arguments.folder, "the folder with avq_navs.txt and the others")
         ->required();
     check->add_flag("--verbose", arguments.verbose, "list every case, not only the first ones");
+    const CLI::App* const plan = DescribePlan(app, arguments.plan);
     CLI11_PARSE(app, argc, argv);
+    if (plan->parsed()) {
+        return RunPlan(arguments.plan, std::cout, std::cerr);
+    }
     if (check->parsed()) {
         return RunCheck(arguments);
     }

@@ -1,0 +1,316 @@
+// The table of formats and what is walked over it: finding, reading, checking, writing.
+#include <algorithm>
+#include <cmath>
+
+#include "avqdata/plan_exchange.h"
+#include "avqdata/text_tools.h"
+#include "base/text.h"
+
+namespace avqdata {
+
+const std::array<const PlanFormat*, 7> kPlanFormats{
+    &kSimXmlPlanFormat, &kSimKeyPlanFormat,  &kRtePlanFormat, &kFms1100PlanFormat,
+    &kFms3PlanFormat,   &kGeoJsonPlanFormat, &kKmlPlanFormat,
+};
+
+namespace {
+
+using avq1::PlanWaypoint;
+
+constexpr std::size_t kFewestEntries = 2;
+constexpr double kHighestFt = 100000;
+constexpr double kFastestKt = 2000;
+constexpr std::size_t kLongestWord = 16;
+
+bool IsUnset(double value) {
+    return value == avq1::kUnset;
+}
+
+bool IsWord(std::string_view text, const char* forbidden) {
+    return std::all_of(text.begin(), text.end(), [&](char c) {
+        return c > ' ' && c <= '~' && std::string_view(forbidden).find(c) == std::string_view::npos;
+    });
+}
+
+// ---- what a plan holds ----
+
+struct FeatureRow {
+    unsigned feature;
+    const char* what;
+    bool (*ofEntry)(const PlanWaypoint& entry);  // null: of the plan as a whole
+    std::size_t (*ofPlan)(const ExchangePlan& plan);
+};
+
+std::size_t CountChoices(const ExchangePlan& plan) {
+    std::size_t count = 0;
+    for (const TerminalChoice* choice : {&plan.departure, &plan.arrival}) {
+        for (const std::string* text : {&choice->runway, &choice->procedure, &choice->transition,
+                                        &choice->approach, &choice->approachTransition}) {
+            count += text->empty() ? 0 : 1;
+        }
+    }
+    return count;
+}
+
+constexpr std::array<FeatureRow, 10> kFeatures{{
+    {kCarriesAirways, "airways", [](const PlanWaypoint& e) { return !AirwayOf(e).empty(); },
+     nullptr},
+    {kCarriesProcedures, "procedures",
+     [](const PlanWaypoint& e) { return !e.procedure.empty() && !e.via.empty(); }, nullptr},
+    {kCarriesLoneProcedures, "procedure tags without a name",
+     [](const PlanWaypoint& e) { return !e.procedure.empty() && e.via.empty(); }, nullptr},
+    {kCarriesAltitudes, "altitudes", [](const PlanWaypoint& e) { return !IsUnset(e.altitude); },
+     nullptr},
+    {kCarriesSpeeds, "speeds", [](const PlanWaypoint& e) { return !IsUnset(e.speed); }, nullptr},
+    {kCarriesFrequencies, "frequencies", [](const PlanWaypoint& e) { return !e.frequency.empty(); },
+     nullptr},
+    {kCarriesGaps, "gaps, which are closed", avq1::IsDiscontinuity, nullptr},
+    {kCarriesCruise, "cruise altitude", nullptr,
+     [](const ExchangePlan& p) -> std::size_t { return p.cruiseAltitudeFt != 0 ? 1 : 0; }},
+    {kCarriesFuel, "fuel", nullptr,
+     [](const ExchangePlan& p) -> std::size_t {
+         return p.fuelTotal != 0 || p.reserveFuel != 0 ? 1 : 0;
+     }},
+    {kCarriesTerminal, "runway and procedure choices", nullptr, CountChoices},
+}};
+
+std::size_t CountFeature(const FeatureRow& row, const ExchangePlan& plan) {
+    return row.ofEntry == nullptr ? row.ofPlan(plan)
+                                  : static_cast<std::size_t>(std::count_if(
+                                        plan.entries.begin(), plan.entries.end(), row.ofEntry));
+}
+
+// ---- what a format takes ----
+
+std::string CheckWords(const PlanFormat& format, const PlanWaypoint& entry) {
+    const std::size_t longest =
+        entry.type == "WPT" ? format.longestPointIdent : format.longestIdent;
+    if (entry.ident.empty()) {
+        return "has no identifier";
+    }
+    if (entry.ident.size() > longest) {
+        return "has an identifier of more than " + std::to_string(longest) + " characters";
+    }
+    if (!IsWord(entry.ident, format.forbidden)) {
+        return "has an identifier with characters this format does not take";
+    }
+    for (const std::string* word : {&entry.via, &entry.procedure, &entry.frequency}) {
+        if (word->size() > kLongestWord || !IsWord(*word, format.forbidden)) {
+            return "has an airway, procedure or frequency that is no plain word";
+        }
+    }
+    return {};
+}
+
+std::string CheckNumbers(const PlanWaypoint& entry) {
+    if (!IsPosition({entry.latitude, entry.longitude})) {
+        return "has no position on the earth";
+    }
+    if (!IsUnset(entry.altitude) && !(std::abs(entry.altitude) <= kHighestFt)) {
+        return "has no possible altitude";
+    }
+    if (!IsUnset(entry.speed) && !(entry.speed >= 0 && entry.speed <= kFastestKt)) {
+        return "has no possible speed";
+    }
+    return {};
+}
+
+std::string CheckEntry(const PlanFormat& format, const PlanWaypoint& entry) {
+    if (avq1::IsDiscontinuity(entry)) {
+        return {};
+    }
+    if (!avq1::HasPosition(entry)) {
+        return "stands for an airway that is not entered yet";
+    }
+    const std::string fault = CheckNumbers(entry);
+    return fault.empty() ? CheckWords(format, entry) : fault;
+}
+
+}  // namespace
+
+// ---- finding ----
+
+const PlanFormat* FormatNamed(std::string_view name) {
+    const auto found = std::find_if(kPlanFormats.begin(), kPlanFormats.end(),
+                                    [&](const PlanFormat* row) { return row->name == name; });
+    return found == kPlanFormats.end() ? nullptr : *found;
+}
+
+const PlanFormat* FormatOfText(std::string_view text) {
+    const auto found = std::find_if(
+        kPlanFormats.begin(), kPlanFormats.end(),
+        [&](const PlanFormat* row) { return row->read != nullptr && row->sniff(text); });
+    return found == kPlanFormats.end() ? nullptr : *found;
+}
+
+bool HasExtension(const PlanFormat& format, std::string_view path) {
+    for (const std::string& extension : SplitList(format.extensions, ' ')) {
+        const std::size_t length = extension.size() + 1;
+        if (path.size() > length &&
+            avq1::EqualsIgnoreCase(path.substr(path.size() - length), "." + extension)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const PlanFormat* FormatOfFileName(std::string_view path) {
+    const auto found =
+        std::find_if(kPlanFormats.begin(), kPlanFormats.end(),
+                     [&](const PlanFormat* row) { return HasExtension(*row, path); });
+    return found == kPlanFormats.end() ? nullptr : *found;
+}
+
+// ---- reading ----
+
+bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan& plan,
+                      const PlanFormat*& format, Report& report, std::string& error) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+        error = std::string(name) + ": is UTF-16; save it as UTF-8 or Latin-1";
+        return false;
+    }
+    if (text.starts_with(kByteOrderMark)) {
+        text.remove_prefix(kByteOrderMark.size());
+    }
+    format = FormatOfText(text);
+    if (format == nullptr) {
+        error = std::string(name) + ": is no flight plan in a form that is known here";
+        return false;
+    }
+    plan = ExchangePlan{};
+    format->read({text, name, *format, report}, plan);
+    if (std::none_of(plan.entries.begin(), plan.entries.end(), avq1::HasPosition)) {
+        error = std::string(name) + ": holds no waypoint that can be read (" + format->title + ")";
+        return false;
+    }
+    return true;
+}
+
+std::string_view TypeFromName(const PlanFormat& format, std::string_view name) {
+    for (std::size_t i = 0; i < kPlanTypes.size(); ++i) {
+        if (avq1::EqualsIgnoreCase(format.typeNames[i], name)) {
+            return kPlanTypes[i];
+        }
+    }
+    return {};
+}
+
+void AddWaypoint(PlanWaypoint entry, ExchangePlan& plan) {
+    if (!avq1::HasPosition(entry)) {
+        entry.ident += 'X';
+    }
+    plan.entries.push_back(std::move(entry));
+}
+
+std::size_t LineAt(std::string_view text, std::size_t offset) {
+    const std::string_view before = text.substr(0, offset);
+    return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+}
+
+// ---- writing ----
+
+std::string_view TypeName(const PlanFormat& format, const PlanWaypoint& entry) {
+    const auto found = std::find(kPlanTypes.begin(), kPlanTypes.end(), entry.type);
+    return found == kPlanTypes.end()
+               ? format.typeNames.back()
+               : format.typeNames[static_cast<std::size_t>(found - kPlanTypes.begin())];
+}
+
+std::string_view AirwayOf(const PlanWaypoint& entry) {
+    return entry.procedure.empty() ? std::string_view(entry.via) : std::string_view{};
+}
+
+std::string_view IdentOfFirst(const ExchangePlan& plan) {
+    const auto found = std::find_if(plan.entries.begin(), plan.entries.end(), avq1::HasPosition);
+    return found == plan.entries.end() ? std::string_view{} : std::string_view(found->ident);
+}
+
+std::string_view IdentOfLast(const ExchangePlan& plan) {
+    const auto found = std::find_if(plan.entries.rbegin(), plan.entries.rend(), avq1::HasPosition);
+    return found == plan.entries.rend() ? std::string_view{} : std::string_view(found->ident);
+}
+
+std::string EscapedXml(std::string_view text) {
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            default:
+                escaped += c;
+        }
+    }
+    return escaped;
+}
+
+double AltitudeOrZero(const PlanWaypoint& entry) {
+    return IsUnset(entry.altitude) ? 0 : entry.altitude;
+}
+
+double PlannedCruiseFt(const ExchangePlan& plan) {
+    double highestFt = plan.cruiseAltitudeFt;
+    if (plan.cruiseAltitudeFt == 0) {
+        for (const PlanWaypoint& entry : plan.entries) {
+            highestFt = std::max(highestFt, AltitudeOrZero(entry));
+        }
+    }
+    return highestFt;
+}
+
+std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan) {
+    const auto placed = std::count_if(plan.entries.begin(), plan.entries.end(), avq1::HasPosition);
+    if (static_cast<std::size_t>(placed) < kFewestEntries) {
+        return "a route needs two waypoints at least";
+    }
+    if (plan.entries.size() > format.mostEntries) {
+        return std::to_string(plan.entries.size()) + " waypoints are more than the " +
+               std::to_string(format.mostEntries) + " this format's programs read";
+    }
+    for (std::size_t i = 0; i < plan.entries.size(); ++i) {
+        const std::string fault = CheckEntry(format, plan.entries[i]);
+        if (!fault.empty()) {
+            return "waypoint " + std::to_string(i + 1) + " " + fault;
+        }
+    }
+    if (format.endsAreAirports && (plan.entries.front().type != avq1::kAirportType ||
+                                   plan.entries.back().type != avq1::kAirportType)) {
+        return "this format's programs want an airport at both ends of the route";
+    }
+    return {};
+}
+
+bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::string& text,
+                       std::string& error) {
+    const std::string fault = CheckWritable(format, plan);
+    if (!fault.empty()) {
+        error = fault;
+        return false;
+    }
+    return format.write(format, plan, text, error);
+}
+
+std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan) {
+    std::string lost;
+    for (const FeatureRow& row : kFeatures) {
+        const std::size_t count = (format.carries & row.feature) != 0 ? 0 : CountFeature(row, plan);
+        if (count > 0) {
+            lost += lost.empty() ? "" : ", ";
+            lost += row.what;
+            lost += row.ofEntry != nullptr ? " (" + std::to_string(count) + ")" : "";
+        }
+    }
+    return lost;
+}
+
+}  // namespace avqdata

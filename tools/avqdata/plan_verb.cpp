@@ -1,0 +1,164 @@
+#include "avqdata/plan_verb.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <ostream>
+#include <system_error>
+
+#include "avqdata/cycle.h"
+#include "avqdata/plan_exchange.h"
+#include "avqdata/plan_table.h"
+#include "avqdata/source_file.h"
+#include "avqdata/text_tools.h"
+
+namespace avqdata {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::uintmax_t kLargestPlanBytes = 16U << 20U;
+
+bool ReadPlanFile(const std::string& path, std::string& text, std::string& error) {
+    std::error_code code;
+    const std::uintmax_t size = fs::file_size(path, code);
+    if (!code && size > kLargestPlanBytes) {
+        error = path + ": is too large for a flight plan";
+        return false;
+    }
+    return ReadSourceFile(path, text, error);
+}
+
+void PrintFindings(const Report& report, std::ostream& err) {
+    for (const ReportEntry& entry : report.entries) {
+        for (const std::string& oneCase : entry.cases) {
+            err << oneCase << "\n";
+        }
+        if (entry.count > entry.cases.size()) {
+            err << "... and " << entry.count - entry.cases.size() << " more: " << entry.kind
+                << "\n";
+        }
+    }
+}
+
+std::string CycleOfToday() {
+    namespace chrono = std::chrono;
+    const chrono::year_month_day today(chrono::floor<chrono::days>(chrono::system_clock::now()));
+    const int cycle = CycleOfDate(static_cast<int>(today.year()),
+                                  static_cast<int>(static_cast<unsigned>(today.month())),
+                                  static_cast<int>(static_cast<unsigned>(today.day())))
+                          .value_or(0);
+    const std::string number = std::to_string(cycle);
+    return std::string(4 - std::min<std::size_t>(number.size(), 4), '0') + number;
+}
+
+// The format to write, or null with the reason.
+const PlanFormat* ChosenFormat(const PlanRequest& request, std::string& error) {
+    const PlanFormat* format =
+        request.as.empty() ? FormatOfFileName(request.to) : FormatNamed(request.as);
+    if (format == nullptr) {
+        error = request.as.empty()
+                    ? request.to + ": no format has this extension; there are\n" + PlanFormatList()
+                    : request.as + ": is no format; there are\n" + PlanFormatList();
+        return nullptr;
+    }
+    if (!HasExtension(*format, request.to)) {
+        error = request.to + ": " + format->name + " wants the extension ." +
+                SplitList(format->extensions, ' ').front();
+        return nullptr;
+    }
+    return format;
+}
+
+// Written beside the target and renamed, so that nobody ever sees half a plan.
+bool WritePlanFile(const std::string& path, const std::string& text, bool force,
+                   std::string& error) {
+    std::error_code code;
+    if (!force && fs::exists(fs::symlink_status(path, code))) {
+        error = path + ": is there already; --force writes over it";
+        return false;
+    }
+    const std::string staged = path + ".new-" + std::to_string(getpid());
+    std::ofstream file(staged, std::ios::binary | std::ios::trunc);
+    file.write(text.data(), static_cast<std::streamsize>(text.size()));
+    file.close();
+    if (file.fail()) {
+        fs::remove(staged, code);
+        error = path + ": cannot be written";
+        return false;
+    }
+    fs::rename(staged, path, code);
+    if (code) {
+        error = path + ": cannot be written (" + code.message() + ")";
+        fs::remove(staged, code);
+        return false;
+    }
+    return true;
+}
+
+bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, std::ostream& err,
+             std::string& error) {
+    const PlanFormat* const format = ChosenFormat(request, error);
+    if (format == nullptr) {
+        return false;
+    }
+    if (!request.cycle.empty() || plan.cycle.empty()) {
+        plan.cycle = request.cycle.empty() ? CycleOfToday() : request.cycle;
+    }
+    std::string text;
+    if (!WriteExchangePlan(*format, plan, text, error)) {
+        error = request.to + ": not written as " + format->name + ": " + error;
+        return false;
+    }
+    if (!WritePlanFile(request.to, text, request.force, error)) {
+        return false;
+    }
+    const std::string lost = NotCarried(*format, plan);
+    if (!lost.empty()) {
+        err << "not carried: " << lost << "\n";
+    }
+    if (format == &kRtePlanFormat && !request.to.ends_with(".RTE")) {
+        err << "the control units list plans whose names end in .RTE, in capitals\n";
+    }
+    out << request.to << ": " << plan.entries.size() << " entries as " << format->title << "\n";
+    return true;
+}
+
+}  // namespace
+
+int RunPlan(const PlanRequest& request, std::ostream& out, std::ostream& err) {
+    std::string error;
+    std::string text;
+    ExchangePlan plan;
+    Report report;
+    const PlanFormat* format = nullptr;
+    const bool read = ReadPlanFile(request.file, text, error) &&
+                      ReadExchangePlan(text, BaseName(request.file), plan, format, report, error);
+    PrintFindings(report, err);
+    if (read && request.to.empty()) {
+        out << PlanTable(plan, *format);
+    }
+    if (!read || (!request.to.empty() && !Convert(request, plan, out, err, error))) {
+        err << "avqdata: " << error << "\n";
+        return kPlanFailed;
+    }
+    return report.Count(Topic::Fault) > 0 ? kPlanFaulty : kPlanDone;
+}
+
+std::string PlanFormatList() {
+    std::string text;
+    for (const PlanFormat* format : kPlanFormats) {
+        std::string line = "  " + std::string(format->name);
+        line.resize(12, ' ');
+        for (const std::string& extension : SplitList(format->extensions, ' ')) {
+            line += "." + extension + " ";
+        }
+        line.resize(28, ' ');
+        text += line + format->title + (format->read == nullptr ? " (written only)\n" : "\n");
+    }
+    return text;
+}
+
+}  // namespace avqdata
