@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "displays/map_view.h"
 #include "displays/text_boxes.h"
@@ -35,10 +36,23 @@ bool NearMap(const MapFrame& frame, const CanvasPoint& point);
 void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
                      std::string_view ident, std::uint32_t argb);
 
+// A text whose place is taken, to be drawn when its layer's turn comes.
+struct PlacedText {
+    CanvasPoint at;
+    std::string_view text;
+};
+
+// For a text that must be read: farther out when the places beside the symbol are taken.
+PlacedText PlaceTextNear(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
+                         std::string_view text);
+void DrawPlacedText(const MapFrame& frame, const PlacedText& text, std::uint32_t argb);
+
 // ---- the plan ----
 void DrawActiveRoute(const MapFrame& frame);
-// The route awaiting execution, with the texts of its open places.
-void DrawPendingRoute(const MapFrame& frame);
+// The route awaiting execution, with the texts of its open places; these take their places before
+// any other record's identifier.
+std::vector<PlacedText> PlaceOpenTexts(const MapFrame& frame);
+void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& openTexts);
 void DrawHoldPatterns(const MapFrame& frame);
 // Top of climb and top of descent while they lie ahead.
 void DrawProfileMarkers(const MapFrame& frame);

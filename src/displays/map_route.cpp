@@ -20,11 +20,6 @@ namespace {
 constexpr double kPendingDashes[] = {5, 4};
 constexpr double kProfileLabelPx = 9;
 
-// An open place of the route: no position, its text says what is missing.
-bool IsOpen(const PlanWaypoint& entry) {
-    return entry.ident == kDiscontinuity || entry.ident == kAirwayPlaceholder;
-}
-
 const PlanWaypoint& Entry(const FlightPlan& plan, std::int32_t index) {
     return plan.entries[static_cast<std::size_t>(index)];
 }
@@ -32,7 +27,7 @@ const PlanWaypoint& Entry(const FlightPlan& plan, std::int32_t index) {
 void DrawWaypoint(const MapFrame& frame, const FlightPlan& plan, std::int32_t index, bool active) {
     const PlanWaypoint& entry = Entry(plan, index);
     const CanvasPoint at = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
-    if (IsOpen(entry) || !NearMap(frame, at)) {
+    if (!HasPosition(entry) || !NearMap(frame, at)) {
         return;
     }
     Symbol star{SymbolCode::PlanWaypoint};
@@ -50,7 +45,7 @@ void DrawLegs(const MapFrame& frame, const FlightPlan& plan, std::int32_t first,
     bool fromPlaced = false;
     for (std::int32_t index = first; index <= plan.lastIndex; ++index) {
         const PlanWaypoint& entry = Entry(plan, index);
-        if (IsOpen(entry)) {
+        if (!HasPosition(entry)) {
             fromPlaced = false;
             continue;
         }
@@ -78,29 +73,24 @@ bool OnActiveRoute(const PlanWaypoint& entry) {
     return false;
 }
 
-// An open place's text stands beside the entry it follows, or at the start the one it precedes.
-void DrawOpenPlace(const MapFrame& frame, const FlightPlan& plan, std::int32_t index) {
+// An open place of the route has no position; its text says what is missing. The entry that text
+// stands beside: the one it follows, or at the start the one it precedes.
+const PlanWaypoint* BesideOpenPlace(const FlightPlan& plan, std::int32_t index) {
     for (const std::int32_t step : {-1, 1}) {
         std::int32_t neighbour = index + step;
-        while (plan.Holds(neighbour) && IsOpen(Entry(plan, neighbour))) {
+        while (plan.Holds(neighbour) && !HasPosition(Entry(plan, neighbour))) {
             neighbour += step;
         }
-        if (!plan.Holds(neighbour)) {
-            continue;
+        if (plan.Holds(neighbour)) {
+            return &Entry(plan, neighbour);
         }
-        const PlanWaypoint& entry = Entry(plan, neighbour);
-        const CanvasPoint at = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
-        if (NearMap(frame, at)) {
-            DrawIdentBeside(frame, at, kWaypointStarRadius, Entry(plan, index).ident,
-                            colour::Amber);
-        }
-        return;
     }
+    return nullptr;
 }
 
 void DrawHold(const MapFrame& frame, HoldPattern hold) {
     const PlanWaypoint& fix = Entry(activePlan, hold.fixIndex);
-    if (IsOpen(fix)) {
+    if (!HasPosition(fix)) {
         return;
     }
     LayOutHold(hold, fix);
@@ -146,7 +136,24 @@ void DrawActiveRoute(const MapFrame& frame) {
     }
 }
 
-void DrawPendingRoute(const MapFrame& frame) {
+std::vector<PlacedText> PlaceOpenTexts(const MapFrame& frame) {
+    std::vector<PlacedText> texts;
+    for (std::int32_t index = 0; IsUsable(frame.view) && index <= modifiedPlan.lastIndex; ++index) {
+        const bool open = !HasPosition(Entry(modifiedPlan, index));
+        const PlanWaypoint* const beside = open ? BesideOpenPlace(modifiedPlan, index) : nullptr;
+        if (beside == nullptr) {
+            continue;
+        }
+        const CanvasPoint at = PlaceOnMap(frame.view, beside->latitude, beside->longitude);
+        if (NearMap(frame, at)) {
+            texts.push_back(
+                PlaceTextNear(frame, at, kWaypointStarRadius, Entry(modifiedPlan, index).ident));
+        }
+    }
+    return texts;
+}
+
+void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& openTexts) {
     if (!IsUsable(frame.view)) {
         return;
     }
@@ -154,11 +161,12 @@ void DrawPendingRoute(const MapFrame& frame) {
         return CanvasPen{colour::White, 1.2, kPendingDashes};
     });
     for (std::int32_t index = 0; index <= modifiedPlan.lastIndex; ++index) {
-        if (IsOpen(Entry(modifiedPlan, index))) {
-            DrawOpenPlace(frame, modifiedPlan, index);
-        } else if (!OnActiveRoute(Entry(modifiedPlan, index))) {
+        if (!OnActiveRoute(Entry(modifiedPlan, index))) {
             DrawWaypoint(frame, modifiedPlan, index, false);
         }
+    }
+    for (const PlacedText& text : openTexts) {
+        DrawPlacedText(frame, text, colour::Amber);
     }
 }
 

@@ -98,6 +98,7 @@ constexpr Layer kLayers[] = {
     {Modes(1, 4), Always, Clip::Bottom, DrawNdCourse},
     {Modes(2, 2), WithAdf, Clip::None, DrawNdAdfNeedle},
     {Modes(5, 6), WithNav1Station, Clip::Map, DrawNdNav1Station},
+    {Modes(5, 7), WithPendingRoute, Clip::None, PlaceNdOpenTexts},
     {Modes(5, 7), Always, Clip::None, KeepNdRouteTexts},
     {Modes(5, 7), WithStations, Clip::None, DrawNdStations},
     {Modes(5, 7), WithAirports, Clip::None, DrawNdAirports},

@@ -141,6 +141,10 @@ void DrawNdNav1Station(NdPicture& picture) {
     }
 }
 
+void PlaceNdOpenTexts(NdPicture& picture) {
+    picture.openTexts = PlaceOpenTexts(FrameOf(picture));
+}
+
 void KeepNdRouteTexts(NdPicture& picture) {
     picture.fixedTexts = picture.texts;
 }
@@ -162,7 +166,7 @@ void DrawNdHolds(NdPicture& picture) {
 }
 
 void DrawNdPendingRoute(NdPicture& picture) {
-    DrawPendingRoute(FrameOf(picture));
+    DrawPendingRoute(FrameOf(picture), picture.openTexts);
 }
 
 // Where the selected altitude will be reached at the present speeds, across the track.

@@ -4,6 +4,8 @@
 // their places as they come.
 #pragma once
 
+#include <vector>
+
 #include "displays/map_compass.h"
 #include "displays/map_layers.h"
 #include "displays/nd_panel.h"
@@ -26,6 +28,7 @@ struct NdPicture {
     ReceiverState receivers{};
     bool hasWaypoint = false;
     const PointRecord* station = nullptr;  // what NAV1 receives, when the database has it
+    std::vector<PlacedText> openTexts{};   // of the route awaiting execution
     TextBoxes texts{};
     TextBoxes fixedTexts{};
 };
@@ -49,6 +52,7 @@ void DrawNdCompass(NdPicture& picture);
 void DrawNdCourse(NdPicture& picture);
 void DrawNdAdfNeedle(NdPicture& picture);
 void DrawNdNav1Station(NdPicture& picture);
+void PlaceNdOpenTexts(NdPicture& picture);
 void KeepNdRouteTexts(NdPicture& picture);  // from the symbols that follow
 void DrawNdStations(NdPicture& picture);
 void DrawNdAirports(NdPicture& picture);
