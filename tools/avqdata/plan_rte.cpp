@@ -69,9 +69,9 @@ void JudgeLines(const PlanSource& source) {
             continue;
         }
         if (line.size() > kLongestPlanLine) {
-            source.report.Add(Topic::Fault, "lines too long",
+            source.report.Add(Topic::Warning, "lines too long",
                               AtLine(source.name, lines.LineNumber(),
-                                     "has more than 148 characters: read as several lines"));
+                                     "has more than 148 characters: the rest does not count"));
         }
         if (++count > avq1::kPlanCapacity) {
             source.report.Add(Topic::Fault, "waypoints left out",

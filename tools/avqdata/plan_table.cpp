@@ -11,6 +11,8 @@ namespace {
 using avq1::Format;
 using avq1::PlanWaypoint;
 
+constexpr double kLeastLegNm = 0.05;  // below it a leg has no course worth saying
+
 struct TableRow {
     const PlanWaypoint& entry;
     std::size_t number;
@@ -54,7 +56,9 @@ constexpr std::array<Column, 12> kColumns{{
     {"type", false, [](const TableRow& r) { return Printable(r.entry.type); }},
     {"position", false, [](const TableRow& r) { return PositionOf(r.entry); }},
     {"true", true,
-     [](const TableRow& r) { return r.hasLeg ? Format("%03.0f", r.courseTrue) : std::string(); }},
+     [](const TableRow& r) {
+         return r.legNm >= kLeastLegNm ? Format("%03.0f", r.courseTrue) : std::string();
+     }},
     {"leg nm", true,
      [](const TableRow& r) { return r.hasLeg ? Format("%.1f", r.legNm) : std::string(); }},
     {"total nm", true,
