@@ -1,0 +1,68 @@
+// The real module and the panel host's data service, through the same records as in the simulator:
+// a pilot's clicks on the compact unit end in the host's aircraft.
+#include <cstdio>
+
+#include "panelhost/script.h"
+#include "support/leak_suppressions.h"
+#include "tests/panelhost/host_fixture.h"
+
+namespace panelhost {
+namespace {
+
+class ModuleData : public HostTest {
+  protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        for (const char* name : {"avq/FlightPlans", "avq/Navdata"}) {
+            std::filesystem::create_directories(folder_ / name);
+        }
+        WriteFile("panel.cfg",
+                  "[Window Titles]\n[Window00]\nsize_mm=600,400\n"
+                  "gauge00=avq1!SERVER,0,0\ngauge01=avq1!MCU,0,0\n");
+        WriteFile("avq/avq.cfg", "LoadFuelonFlightPlanLoad=1\nSetDestLoadTowerViewDist=25\n");
+        WriteFile("avq/FlightPlans/A.RTE",
+                  "TripFuel=15000\nResvFuel=5000\n[FlightPlan]\nKJFK 40.6 -73.8 APT ---\n"
+                  "KBOS 42.36 -71.00 APT ---\n");
+        WriteFile("avq/Navdata/avq_apts.txt", "KBOS Logan 20 42.36 -71.00\n");
+        // Unloaded with the module, these would take the only pointers to their caches along.
+        dlopen("libcairo.so.2", RTLD_NOW | RTLD_NODELETE);
+        dlopen("libfontconfig.so.1", RTLD_NOW | RTLD_NODELETE);
+        options_.simFolder = folder_.string();
+        options_.modulePath = AVQ1_BINARY_DIR "/avq1.gau";
+    }
+    std::string Run(const std::string& text) {
+        return RunScript(session_, ParseScript(text), folder_.string(), stdout).error;
+    }
+};
+
+constexpr const char* kLoadPlan =
+    "click MCU FPLN\nrun 1s\nexpect texts contains A.RTE\nclick MCU ENTER\nrun 1s\n"
+    "expect var avq_fpln_wpt_cnt = 1\n";
+
+TEST_F(ModuleData, APlanLoadedOnTheGroundFillsTheTanks) {
+    options_.start.onGround = true;
+    ASSERT_TRUE(session_.Open(options_)) << session_.error();
+    // The mains (#291, #297) first, the rest of 20000 lb into the centre tank.
+    EXPECT_EQ(Run(std::string("set fuel 3000\nset paused 1\n") + kLoadPlan +
+                  "expect var #291 = 8388608\nexpect var #297 = 8388608\n"
+                  "expect var fuel > 19999\nexpect var fuel <= 20000\n"
+                  "set paused 0\nsituation en-route\nrun 1s\nset fuel 3000\n" +
+                  kLoadPlan + "expect var fuel > 2900\nexpect var fuel < 3000\n"),
+              "");
+}
+
+TEST_F(ModuleData, TheTowerViewMovesToTheDestinationOnceItIsNear) {
+    WriteFile("avq/Navdata/apt_additional_info.txt",
+              "[KBOS]\nTowerViewLat=42.3625\nTowerViewLon=-71.015\nTowerViewAlt=285\n");
+    ASSERT_TRUE(session_.Open(options_)) << session_.error();
+    EXPECT_EQ(Run(std::string("set position 42.36 -72.00\n") + kLoadPlan +
+                  "expect var tower-lat = 0\nexpect var tower-lon = 0\n"
+                  "set position 42.36 -71.50\nrun 1s\n"
+                  "expect var tower-lat > 42.3624\nexpect var tower-lat < 42.3626\n"
+                  "expect var tower-lon < -71.0149\nexpect var tower-lon > -71.0151\n"
+                  "expect var tower-altitude = 285\n"),
+              "");
+}
+
+}  // namespace
+}  // namespace panelhost
