@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Shows the same flight to the Linux module and, under Wine, to the 64-bit Windows one, and compares
-# what they draw. Usage: compare.sh LINUX_BUILD WINDOWS_BUILD WORK_FOLDER
+# Shows the same flight to the Linux module and, under Wine, to a Windows one, and compares what they
+# draw. Usage: compare.sh LINUX_BUILD WINDOWS_BUILD WORK_FOLDER [WINE]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
 linux=$(readlink -f "$1")
 windows=$(readlink -f "$2")
 mkdir -p "$3"
 work=$(readlink -f "$3")
-wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
+wine=${4:-$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)}
 
 export WINEPREFIX=$work/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
 unset DISPLAY
