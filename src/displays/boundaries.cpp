@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/module_state.h"
 #include "geometry/geometry.h"
 #include "navdb/boundaries.h"
 #include "simlink/aircraft_state.h"
@@ -28,38 +29,91 @@ bool IsTooFar(const AtcBoundary& boundary, double firstPointNm) {
     return wide ? firstPointNm >= kVeryFarNm : firstPointNm > kFarNm;
 }
 
-void DrawBoundary(Surface& surface, const MapView& view, const AtcBoundary& boundary,
+// How far a boundary reaches from its first point; found out once, so that a draw need not visit
+// the points of boundaries elsewhere.
+struct Reach {
+    const LatLon* points = nullptr;
+    std::size_t count = 0;
+    double nm = 0;
+};
+
+std::vector<Reach> reaches;
+const StateReset kReset([] { reaches.clear(); });
+
+double ReachOf(std::size_t index, const std::vector<LatLon>& points) {
+    reaches.resize(std::max(reaches.size(), index + 1));
+    Reach& reach = reaches[index];
+    if (reach.points != points.data() || reach.count != points.size()) {
+        reach = {points.data(), points.size(), 0};
+        for (const LatLon& point : points) {
+            reach.nm = std::max(
+                reach.nm, GreatCircleDistanceNm(points.front().latitude, points.front().longitude,
+                                                point.latitude, point.longitude));
+        }
+    }
+    return reach.nm;
+}
+
+// Whether lines between its points can cross the map, with room for how a flat map bends them.
+bool CanBeSeen(const MapFrame& frame, double firstPointNm, double reachNm) {
+    constexpr double kNearlyFlatNm = 1000;
+    const double mapNm = frame.circleRadius / frame.view.pxPerNm;
+    return reachNm > kNearlyFlatNm || firstPointNm <= 1.1 * reachNm + mapNm;
+}
+
+void DrawName(const MapFrame& frame, const AtcBoundary& boundary) {
+    const CanvasPoint label =
+        PlaceOnMap(frame.view, boundary.label.latitude, boundary.label.longitude);
+    if (!NearMap(frame, label)) {
+        return;
+    }
+    const std::string_view name = std::string_view(boundary.name).substr(0, kLongestName);
+    const CanvasSize size = frame.surface.canvas().MeasureText(name, kNameFont);
+    const TextBox box{label.x - kNameLeftOfPointPx, label.y, size.width, size.height};
+    if (InsideMap(frame, box) && frame.texts.Claim(box)) {
+        frame.surface.Text(name, kNameFont, kBoundaryColour, box.x, box.y);
+    }
+}
+
+void DrawBoundary(const MapFrame& frame, const AtcBoundary& boundary,
                   std::vector<CanvasPoint>& outline) {
     outline.clear();
     for (const LatLon& point : boundary.points) {
-        outline.push_back(PlaceOnMap(view, point.latitude, point.longitude));
+        outline.push_back(PlaceOnMap(frame.view, point.latitude, point.longitude));
     }
-    surface.canvas().DrawPolyline({kBoundaryColour, 1.0, {}, false}, outline, false);
-    const CanvasPoint label = PlaceOnMap(view, boundary.label.latitude, boundary.label.longitude);
-    surface.Text(std::string_view(boundary.name).substr(0, kLongestName), kNameFont,
-                 kBoundaryColour, label.x - kNameLeftOfPointPx, label.y);
+    frame.surface.canvas().DrawPolyline({kBoundaryColour, 1.0, {}, false}, outline, false);
+}
+
+template <class Visit>
+void EachVisible(const MapFrame& frame, Visit visit) {
+    for (std::size_t i = 0; IsUsable(frame.view) && i < atcBoundaries.items.size(); ++i) {
+        const AtcBoundary& boundary = atcBoundaries.items[i];
+        if (boundary.points.empty()) {
+            continue;
+        }
+        const LatLon& first = boundary.points.front();
+        const double firstPointNm = GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
+                                                          first.latitude, first.longitude);
+        if (!IsTooFar(boundary, firstPointNm) &&
+            CanBeSeen(frame, firstPointNm, ReachOf(i, boundary.points))) {
+            visit(boundary);
+        }
+    }
 }
 
 }  // namespace
 
-void DrawAtcBoundaries(Surface& surface, const MapView& view) {
+void DrawAtcBoundaries(const MapFrame& frame) {
     if (!atcBoundaries.loaded) {
         LoadAtcBoundaries();
     }
-    if (!IsUsable(view)) {
-        return;
-    }
     std::vector<CanvasPoint> outline;
-    for (const AtcBoundary& boundary : atcBoundaries.items) {
-        const bool drawn =
-            !boundary.points.empty() &&
-            !IsTooFar(boundary, GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
-                                                      boundary.points.front().latitude,
-                                                      boundary.points.front().longitude));
-        if (drawn) {
-            DrawBoundary(surface, view, boundary, outline);
-        }
-    }
+    EachVisible(frame,
+                [&](const AtcBoundary& boundary) { DrawBoundary(frame, boundary, outline); });
+}
+
+void DrawAtcBoundaryNames(const MapFrame& frame) {
+    EachVisible(frame, [&](const AtcBoundary& boundary) { DrawName(frame, boundary); });
 }
 
 }  // namespace avq1

@@ -1,14 +1,15 @@
 // displays/boundaries.h - the airspace boundary layer of the map displays.
 //
-// Outlines with short names; boundaries far from the aircraft are left out. The boundary file is
-// read at the first drawing.
+// Outlines, and short names, drawn once the route's texts stand; boundaries far from the aircraft
+// are left out, and names that would cover another text or leave the map. The boundary file is read
+// at the first drawing.
 #pragma once
 
-#include "displays/map_view.h"
-#include "drawing/surface.h"
+#include "displays/map_layers.h"
 
 namespace avq1 {
 
-void DrawAtcBoundaries(Surface& surface, const MapView& view);
+void DrawAtcBoundaries(const MapFrame& frame);
+void DrawAtcBoundaryNames(const MapFrame& frame);
 
 }  // namespace avq1

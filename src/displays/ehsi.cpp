@@ -46,6 +46,7 @@ constexpr Layer kLayers[] = {
     {Shows::WithRoute, Clip::Compass, DrawRouteLayer},
     {Shows::WithHolds, Clip::Compass, DrawHoldLayer},
     {Shows::WithProfile, Clip::Compass, DrawProfileLayer},
+    {Shows::WithBoundaries, Clip::Compass, DrawBoundaryNameLayer},
     {Shows::Always, Clip::None, DrawCompassRose},
     {Shows::Always, Clip::Bottom, DrawBearingPointers},
     {Shows::Always, Clip::Bottom, DrawCoursePointer},

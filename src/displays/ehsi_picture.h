@@ -59,6 +59,7 @@ void DrawRunwayPatternLayer(EhsiPicture& picture);
 void DrawRouteLayer(EhsiPicture& picture);
 void DrawHoldLayer(EhsiPicture& picture);
 void DrawProfileLayer(EhsiPicture& picture);
+void DrawBoundaryNameLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);
 void DrawBearingPointers(EhsiPicture& picture);

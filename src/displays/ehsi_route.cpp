@@ -36,7 +36,11 @@ void DrawRangeMark(EhsiPicture& picture) {
 }
 
 void DrawBoundaryLayer(EhsiPicture& picture) {
-    DrawAtcBoundaries(picture.surface, FrameOf(picture).view);
+    DrawAtcBoundaries(FrameOf(picture));
+}
+
+void DrawBoundaryNameLayer(EhsiPicture& picture) {
+    DrawAtcBoundaryNames(FrameOf(picture));
 }
 
 void DrawRunwayPatternLayer(EhsiPicture& picture) {

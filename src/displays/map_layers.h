@@ -13,6 +13,7 @@
 #include "displays/map_view.h"
 #include "displays/text_boxes.h"
 #include "drawing/surface.h"
+#include "navdb/nav_database.h"
 
 namespace avq1 {
 
@@ -66,7 +67,7 @@ struct PatternScale {
 void DrawRunwayPattern(const MapFrame& frame, const PatternScale& scale);
 
 // ---- records around the aircraft, out to the map's range ----
-void DrawNearbyStations(const MapFrame& frame);
+void DrawNearbyStations(const MapFrame& frame, const PointRecord* except = nullptr);
 void DrawNearbyAirports(const MapFrame& frame);
 void DrawNearbyFixes(const MapFrame& frame);
 

@@ -17,8 +17,9 @@ namespace {
 constexpr std::size_t kMostSymbols = 160;
 constexpr std::size_t kMostIdents = 80;
 constexpr double kSymbolHalfWidth = 5;
-constexpr double kSymbolReach = 7;  // with what an airport's runway adds
-constexpr double kApartPx = 3;      // half-width of a symbol's own place among its kind
+constexpr double kSymbolReach = 7;          // with what an airport's runway adds
+constexpr double kApartPx = 3;              // half-width of a symbol's own place among its kind
+constexpr double kApartPxPerNm = 1.0 / 64;  // and more of it the farther the map reaches
 
 struct SeenPoint {
     double distanceNm;
@@ -30,9 +31,18 @@ TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
     return {point.at.x - halfWidth, point.at.y - halfWidth, 2 * halfWidth, 2 * halfWidth};
 }
 
+// The lists hold copies of their records.
+bool SamePlace(const PointRecord& a, const PointRecord& b) {
+    return a.latitude == b.latitude && a.longitude == b.longitude;
+}
+
 // What of the list stands on the map, nearest first.
-std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list) {
+std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list,
+                              const PointRecord* except = nullptr) {
     std::vector<SeenPoint> seen;
+    if (!IsUsable(frame.view)) {
+        return seen;
+    }
     const MapView& view = frame.view;
     const double reachDeg = frame.rangeNm / 60.0;
     for (std::int32_t i = 1; i <= list.count; ++i) {
@@ -44,7 +54,7 @@ std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list) {
         double courseTrue = 0;
         DistanceAndCourse(view.latitude, view.longitude, record.latitude, record.longitude,
                           distanceNm, courseTrue);
-        if (distanceNm > frame.rangeNm) {
+        if (distanceNm > frame.rangeNm || (except != nullptr && SamePlace(record, *except))) {
             continue;
         }
         const CanvasPoint at = PlaceByCourse(view, courseTrue, distanceNm);
@@ -59,12 +69,12 @@ std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list) {
     return seen;
 }
 
-// Leaves those that do not cover each other or the compass's numbers.
-void Thin(const MapFrame& frame, std::vector<SeenPoint>& seen) {
-    TextBoxes places = frame.fixedTexts;
+// Leaves those that do not cover each other or what is taken already.
+void Thin(const MapFrame& frame, TextBoxes places, std::vector<SeenPoint>& seen) {
+    const double apart = kApartPx + kApartPxPerNm * frame.rangeNm;
     std::size_t kept = 0;
     for (const SeenPoint& point : seen) {
-        if (kept < kMostSymbols && places.Claim(PlaceOf(point, kApartPx))) {
+        if (kept < kMostSymbols && places.Claim(PlaceOf(point, apart))) {
             seen[kept++] = point;
         }
     }
@@ -99,13 +109,9 @@ void DrawSymbolsOf(const MapFrame& frame, const std::vector<SeenPoint>& seen, Sy
 }
 
 template <class StyleOf>
-void DrawPoints(const MapFrame& frame, const PointTable& list, SymbolCode code,
-                std::uint32_t identColour, StyleOf styleOf) {
-    if (!IsUsable(frame.view)) {
-        return;
-    }
-    std::vector<SeenPoint> seen = SeenOf(frame, list);
-    Thin(frame, seen);
+void DrawPoints(const MapFrame& frame, std::vector<SeenPoint> seen, const TextBoxes& taken,
+                SymbolCode code, std::uint32_t identColour, StyleOf styleOf) {
+    Thin(frame, taken, seen);
     DrawSymbolsOf(frame, seen, code, styleOf);
     for (const SeenPoint& point : seen) {
         frame.texts.Take(PlaceOf(point, kApartPx));
@@ -125,21 +131,22 @@ SymbolStyle OwnStyle(const PointRecord& /*record*/) {
 
 }  // namespace
 
-void DrawNearbyStations(const MapFrame& frame) {
-    DrawPoints(frame, NavaidsAround(CentreOf(frame), frame.rangeNm), SymbolCode::Station,
-               colour::Cyan, [](const PointRecord& record) {
+void DrawNearbyStations(const MapFrame& frame, const PointRecord* except) {
+    DrawPoints(frame, SeenOf(frame, NavaidsAround(CentreOf(frame), frame.rangeNm), except),
+               frame.fixedTexts, SymbolCode::Station, colour::Cyan, [](const PointRecord& record) {
                    return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
                });
 }
 
 void DrawNearbyAirports(const MapFrame& frame) {
-    DrawPoints(frame, AirportsAround(CentreOf(frame), frame.rangeNm), SymbolCode::Airport,
-               colour::Cyan, OwnStyle);
+    DrawPoints(frame, SeenOf(frame, AirportsAround(CentreOf(frame), frame.rangeNm)),
+               frame.fixedTexts, SymbolCode::Airport, colour::Cyan, OwnStyle);
 }
 
 void DrawNearbyFixes(const MapFrame& frame) {
-    DrawPoints(frame, FixesAround(CentreOf(frame), frame.rangeNm), SymbolCode::Fix, colour::Blue,
-               OwnStyle);
+    // many fixes are also stations, which show already
+    DrawPoints(frame, SeenOf(frame, FixesAround(CentreOf(frame), frame.rangeNm)), frame.texts,
+               SymbolCode::Fix, colour::Blue, OwnStyle);
 }
 
 }  // namespace avq1

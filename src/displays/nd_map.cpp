@@ -78,7 +78,11 @@ void ClaimNdPlaces(NdPicture& picture) {
 }
 
 void DrawNdBoundaries(NdPicture& picture) {
-    DrawAtcBoundaries(picture.surface, picture.view);
+    DrawAtcBoundaries(FrameOf(picture));
+}
+
+void DrawNdBoundaryNames(NdPicture& picture) {
+    DrawAtcBoundaryNames(FrameOf(picture));
 }
 
 void DrawNdRoute(NdPicture& picture) {
@@ -150,7 +154,8 @@ void KeepNdRouteTexts(NdPicture& picture) {
 }
 
 void DrawNdStations(NdPicture& picture) {
-    DrawNearbyStations(FrameOf(picture));
+    // on the map the received station shows already
+    DrawNearbyStations(FrameOf(picture), nd.ndMode < 7 ? picture.station : nullptr);
 }
 
 void DrawNdAirports(NdPicture& picture) {

@@ -47,6 +47,7 @@ TextBox NdMissingBox(NdPicture& picture, const char* text);
 // ---- layers ----
 void ClaimNdPlaces(NdPicture& picture);
 void DrawNdBoundaries(NdPicture& picture);
+void DrawNdBoundaryNames(NdPicture& picture);
 void DrawNdRoute(NdPicture& picture);
 void DrawNdCompass(NdPicture& picture);
 void DrawNdCourse(NdPicture& picture);

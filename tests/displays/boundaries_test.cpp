@@ -39,7 +39,12 @@ AtcBoundary Reaching(const char* ident, double firstPointNm) {
 
 void DrawLayer(Picture& picture) {
     Surface surface(picture.Target(), 200, 200);
-    DrawAtcBoundaries(surface, ViewFromAircraft(100, 100, 50, 20));
+    TextBoxes texts;
+    const MapFrame frame{
+        surface, ViewFromAircraft(100, 100, 50, 20), 20, {100, 100}, 100, {0, 0, 200, 200}, texts,
+        texts};
+    DrawAtcBoundaries(frame);
+    DrawAtcBoundaryNames(frame);
 }
 
 TEST(BoundaryLayer, LeavesOutWhatBeginsFarAway) {
@@ -85,6 +90,30 @@ TEST(BoundaryLayer, PlacesOutlineAndNameByTheirDistance) {
     EXPECT_TRUE(isLine(100, 79) || isLine(100, 80));
     EXPECT_TRUE(isLine(85, 79) || isLine(85, 80));
     EXPECT_FALSE(isLine(70, 79) || isLine(70, 80));
+}
+
+TEST(BoundaryLayer, NamesKeepClearOfEachOther) {
+    PrepareAtOrigin();
+    atcBoundaries.loaded = true;
+    for (const double labelNm : {0.0, 1.0, 8.0, 42.0}) {  // free, taken, free, half beside the map
+        AtcBoundary boundary = Reaching("KZBW", 10);
+        boundary.label = {labelNm / 60, 0};
+        atcBoundaries.items.push_back(boundary);
+    }
+    Picture picture(200, 200);
+    DrawLayer(picture);
+    EXPECT_EQ(Picture::Texts().size(), 2u);
+}
+
+TEST(BoundaryLayer, DrawsALineAcrossTheMapBetweenFarPoints) {
+    PrepareAtOrigin();
+    atcBoundaries.loaded = true;
+    AtcBoundary boundary = Reaching("KZBW", 400);
+    boundary.points = {{0, 400.0 / 60}, {0, -400.0 / 60}};
+    atcBoundaries.items = {boundary};
+    Picture picture(200, 200);
+    DrawLayer(picture);
+    EXPECT_NE(picture.At(60, 100) | picture.At(60, 99), 0u);
 }
 
 TEST(BoundaryLayer, ReadsItsFileAtTheFirstDrawing) {
