@@ -177,15 +177,14 @@ void SayWhatLacks(FmsReader& reader) {
         AddWarning(reader, "the plan ends after " + std::to_string(reader.met) + " of " +
                                std::to_string(reader.announced) + " waypoints");
     }
-    for (const auto& [end, what] : {std::pair(&reader.plan.departure, "departure"),
-                                    std::pair(&reader.plan.arrival, "arrival")}) {
-        for (const std::string* name : {&end->procedure, &end->approach}) {
-            if (!name->empty()) {
-                reader.source.report.Add(Topic::Warning, "procedures",
-                                         std::string(reader.source.name) + ": names the " + what +
-                                             " procedure " + Quoted(*name) +
-                                             "; its points are not in the file");
-            }
+    const ExchangePlan& plan = reader.plan;
+    for (const auto& [name, what] : {std::pair(&plan.departure.procedure, "departure "),
+                                     std::pair(&plan.arrival.procedure, "arrival "),
+                                     std::pair(&plan.arrival.approach, "approach ")}) {
+        if (!name->empty()) {
+            reader.source.report.Add(Topic::Warning, "procedures",
+                                     std::string(reader.source.name) + ": names the " + what +
+                                         Quoted(*name) + "; its points are not in the file");
         }
     }
 }
@@ -301,7 +300,7 @@ const PlanFormat kFms1100PlanFormat{
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,
-    .forbidden = "",
+    .forbidden = "<",
     .endsAreAirports = false,
     .mostEntries = 1000,
 };
@@ -317,7 +316,7 @@ const PlanFormat kFms3PlanFormat{
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,
-    .forbidden = "",
+    .forbidden = "<",
     .endsAreAirports = false,
     .mostEntries = 100,
 };

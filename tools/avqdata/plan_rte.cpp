@@ -132,7 +132,7 @@ const PlanFormat kRtePlanFormat{
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,
-    .forbidden = ";",
+    .forbidden = ";=<",
     .endsAreAirports = false,
     .mostEntries = avq1::kPlanCapacity,
 };

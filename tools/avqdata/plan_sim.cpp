@@ -220,7 +220,7 @@ const PlanFormat kSimKeyPlanFormat{
     .typeNames = {"A", "V", "N", "I", "U"},
     .longestIdent = 5,
     .longestPointIdent = 10,
-    .forbidden = ",=",
+    .forbidden = ",=<",
     .endsAreAirports = true,
     .mostEntries = kMostSimWaypoints - 1,
 };

@@ -1,0 +1,77 @@
+// Any bytes as a plan of any format: what is read can be shown, and what a format takes of it comes
+// back from there with the same waypoints in the same places.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "avqdata/plan_exchange.h"
+#include "avqdata/plan_table.h"
+
+namespace {
+
+using namespace avqdata;
+
+constexpr double kCoarsestDeg = 1e-4;  // half a hundredth of a minute, and a little
+
+void Require(bool holds) {
+    if (!holds) {
+        std::abort();
+    }
+}
+
+std::vector<const avq1::PlanWaypoint*> Placed(const ExchangePlan& plan) {
+    std::vector<const avq1::PlanWaypoint*> placed;
+    for (const avq1::PlanWaypoint& entry : plan.entries) {
+        if (avq1::HasPosition(entry)) {
+            placed.push_back(&entry);
+        }
+    }
+    return placed;
+}
+
+void RequireSame(const ExchangePlan& plan, const ExchangePlan& again) {
+    const auto before = Placed(plan);
+    const auto after = Placed(again);
+    Require(before.size() == after.size());
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        Require(before[i]->ident == after[i]->ident);
+        Require(before[i]->type == after[i]->type);
+        Require(std::abs(before[i]->latitude - after[i]->latitude) < kCoarsestDeg);
+        Require(std::abs(before[i]->longitude - after[i]->longitude) < kCoarsestDeg);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(bytes), size);
+    ExchangePlan plan;
+    const PlanFormat* format = nullptr;
+    Report report;
+    std::string error;
+    if (!ReadExchangePlan(text, "fuzz", plan, format, report, error)) {
+        Require(!error.empty());
+        return 0;
+    }
+    Require(!PlanTable(plan, *format).empty());
+    plan.cycle = plan.cycle.empty() ? "2309" : plan.cycle;
+    for (const PlanFormat* to : kPlanFormats) {
+        std::string written;
+        error.clear();
+        if (!WriteExchangePlan(*to, plan, written, error)) {
+            Require(!error.empty());
+            continue;
+        }
+        if (to->read != nullptr) {
+            ExchangePlan again;
+            const PlanFormat* readAs = nullptr;
+            Require(ReadExchangePlan(written, "again", again, readAs, report, error));
+            Require(readAs == to);
+            RequireSame(plan, again);
+        }
+    }
+    return 0;
+}
