@@ -2,13 +2,10 @@
 // picture in memory and reads the screen back as text.
 #pragma once
 
-#include <cairo.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <map>
+#include <sstream>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "cdu_gns/mcu.h"
@@ -45,21 +42,27 @@ class FakeUnit {
         return services;
     }
 
-    // Presses one key; "NEXT*3" presses it three times with a draw after each, as a held key does.
-    void Press(std::string_view key) {
-        int times = 1;
-        const std::size_t star = key.find('*');
-        if (star != std::string_view::npos) {
-            times = std::atoi(std::string(key.substr(star + 1)).c_str());
-            key = key.substr(0, star);
+    // Presses keys one after the other; "LEGS NEXT*3" presses NEXT three times. A draw after each.
+    void Press(const std::string& keys) {
+        std::istringstream words(keys);
+        for (std::string key; words >> key;) {
+            const std::size_t star = std::min(key.find('*'), key.size());
+            const int times = star < key.size() ? std::stoi(key.substr(star + 1)) : 1;
+            key.resize(star);
+            const auto found = std::find_if(kMcuKeys.begin(), kMcuKeys.end(),
+                                            [&](const KeyArea& row) { return key == row.label; });
+            ASSERT_NE(found, kMcuKeys.end()) << key;
+            for (int i = 0; i < times; ++i) {
+                found->action(KeyClick{});
+                Draw();
+            }
         }
-        const auto found = std::find_if(kMcuKeys.begin(), kMcuKeys.end(),
-                                        [&](const KeyArea& row) { return key == row.label; });
-        ASSERT_NE(found, kMcuKeys.end()) << key;
-        for (int i = 0; i < times; ++i) {
-            found->action(KeyClick{});
-            Draw();
-        }
+    }
+
+    // The screen's rows after these keys.
+    std::vector<std::string> After(const std::string& keys) {
+        Press(keys);
+        return Rows();
     }
 
     // Draws once; how many texts were painted on this surface.
@@ -97,19 +100,6 @@ class FakeUnit {
     }
     int CountPixels(std::uint32_t argb) const {
         return static_cast<int>(std::count(pixels_.begin(), pixels_.end(), argb));
-    }
-
-    // For a look: writes the picture where AVQ1_PICTURES names a folder, else does nothing.
-    void SavePicture(const std::string& name) {
-        const char* folder = std::getenv("AVQ1_PICTURES");
-        if (folder == nullptr) {
-            return;
-        }
-        cairo_surface_t* picture = cairo_image_surface_create_for_data(
-            reinterpret_cast<unsigned char*>(pixels_.data()), CAIRO_FORMAT_ARGB32, context_.width,
-            context_.height, context_.bytesPerRow);
-        cairo_surface_write_to_png(picture, (std::string(folder) + "/" + name + ".png").c_str());
-        cairo_surface_destroy(picture);
     }
 
   private:
