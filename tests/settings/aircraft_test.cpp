@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 #include "base/module_state.h"
@@ -121,13 +122,18 @@ TEST(AircraftFile, ItsSettingsWinOverTheUsersByTheirOwnRules) {
 
 // Figures worked out by hand from the rules: sound travels at 38.967854 x sqrt(258.432) =
 // 626.4402 kt at 15000 ft, 38.967854 x sqrt(262.3944) = 631.2244 kt at 13000 ft.
-TEST(AircraftFile, DerivesMachAndTrueSpeeds) {
+TEST(AircraftFile, DerivesMachAndTrueSpeedsAndReadsTheTablesItNames) {
     ResetModuleState();
     const TempSimFolder folder;
-    folder.Write(
-        "avq/Aircraft/jet.cfg",
-        "ClimbIas=280\nCruiseIas=290\nDescentIas=270\nClimbIasMax=310\nCruiseIasMin=240\n");
     AircraftName = "jet";
+    LoadAircraftFile();  // there is none: the defaults stay
+    EXPECT_EQ(performance.cruiseIas, 250);
+    EXPECT_NEAR(performance.descentTas, 220 * 1.195, 1e-9);
+    EXPECT_TRUE(performanceTables.climb.empty());
+    folder.Write("avq/Aircraft/jet.cfg",
+                 "ClimbIas=280\nCruiseIas=290\nDescentIas=270\nClimbIasMax=310\nCruiseIasMin=240\n"
+                 "PerformanceData=my jet.per\n");
+    folder.Write("avq/Aircraft/my jet.per", "[CLIMB]\n0 250 3000\n");
     LoadAircraftFile();
     EXPECT_NEAR(performance.climbMachMax, 310 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.cruiseMachMin, 240 * 1.225 / 626.4402, 1e-6);
@@ -136,6 +142,7 @@ TEST(AircraftFile, DerivesMachAndTrueSpeeds) {
     EXPECT_NEAR(performance.descentMach, 270 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.climbTas, 334.6, 1e-9);
     EXPECT_NEAR(performance.descentTas, 322.65, 1e-9);
+    EXPECT_EQ(performanceTables.climb.size(), 1U);
 }
 
 TEST(AircraftFile, CostIndexPicksSpeedsBetweenTheirLimits) {
@@ -143,31 +150,18 @@ TEST(AircraftFile, CostIndexPicksSpeedsBetweenTheirLimits) {
         const char* costIndex;
         std::int32_t climb, cruise, descent;
     };
-    const Case cases[] = {
-        {"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
-        {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221},
-    };
+    const Case cases[] = {{"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
+                          {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221}};
     for (const Case& c : cases) {
         AircraftPerformance read = Read(
             "ClimbIas=275\nCruiseIas=285\nDescentIas=265\nClimbIasMin=230\nClimbIasMax=311\n"
             "CruiseIasMin=240\nCruiseIasMax=321\nDescentIasMin=220\nDescentIasMax=301\nCostIndex=" +
             std::string(c.costIndex));
         DeriveSpeeds(read);
-        EXPECT_EQ(read.climbIas, c.climb) << c.costIndex;
-        EXPECT_EQ(read.cruiseIas, c.cruise) << c.costIndex;
-        EXPECT_EQ(read.descentIas, c.descent) << c.costIndex;
-        EXPECT_EQ(read.holdIas, 265) << c.costIndex;
+        EXPECT_EQ((std::array{read.climbIas, read.cruiseIas, read.descentIas, read.holdIas}),
+                  (std::array{c.climb, c.cruise, c.descent, 265}))
+            << c.costIndex;
     }
-}
-
-TEST(AircraftFile, AMissingFileLeavesTheDefaults) {
-    ResetModuleState();
-    const TempSimFolder folder;
-    AircraftName = "nowhere";
-    LoadAircraftFile();
-    EXPECT_EQ(performance.cruiseIas, 250);
-    EXPECT_NEAR(performance.descentTas, 220 * 1.195, 1e-9);
-    EXPECT_TRUE(performanceTables.climb.empty());
 }
 
 TEST(AirspeedRules, UndoEachOther) {
@@ -221,51 +215,37 @@ TEST(PerformanceTables, StopAtTheirCapacities) {
     EXPECT_EQ(tables.descent.size(), kPerformanceRowCapacity);
 }
 
-TEST(PerformanceTables, TheAircraftFileNamesThem) {
-    ResetModuleState();
-    const TempSimFolder folder;
-    folder.Write("avq/Aircraft/jet.cfg", "PerformanceData=my jet.per\n");
-    folder.Write("avq/Aircraft/my jet.per", "[CLIMB]\n0 250 3000\n");
-    AircraftName = "jet";
-    LoadAircraftFile();
-    EXPECT_EQ(performanceTables.climb.size(), 1U);
-}
-
 // What a user copies must be whole: every value set, tables that rise in altitude, fuel flows for
 // each weight.
 TEST(DemoAircraft, LoadWhole) {
+    const auto rises = [](const auto& rows) {
+        return rows.size() > 3 &&
+               std::ranges::is_sorted(rows, {}, [](const auto& row) { return row.altitudeFt; });
+    };
     for (const char* name : {"demo-jet", "demo-turboprop"}) {
+        SCOPED_TRACE(name);
         ResetModuleState();
         SimFolder = AVQ1_SOURCE_DIR "/demo";
         AircraftName = name;
         LoadAircraftFile();
         const AircraftPerformance& p = performance;
-        EXPECT_GT(p.climbIas, p.climbIasMin) << name;
-        EXPECT_LT(p.climbIas, p.climbIasMax) << name;
-        EXPECT_GT(p.cruiseIas, p.cruiseIasMin) << name;
-        EXPECT_LT(p.cruiseIas, p.cruiseIasMax) << name;
-        EXPECT_GT(p.descentIas, p.descentIasMin) << name;
-        EXPECT_LT(p.descentIas, p.descentIasMax) << name;
-        EXPECT_LT(p.holdIas, p.descentIas) << name;
-        EXPECT_LT(p.v1, p.v2) << name;
-        EXPECT_FALSE(p.modelId.empty()) << name;
-        const auto rises = [](const auto& rows) {
-            return rows.size() > 3 &&
-                   std::is_sorted(rows.begin(), rows.end(), [](const auto& a, const auto& b) {
-                       return a.altitudeFt < b.altitudeFt;
-                   });
-        };
-        const auto weights = static_cast<std::int32_t>(performanceTables.grossWeights.size());
-        EXPECT_GE(weights, 2) << name;
-        EXPECT_TRUE(rises(performanceTables.climb)) << name;
-        EXPECT_TRUE(rises(performanceTables.cruise)) << name;
-        EXPECT_TRUE(rises(performanceTables.descent)) << name;
-        for (const CruiseRow& row : performanceTables.cruise) {
-            EXPECT_EQ(row.fuelFlowCount, weights) << name << " at " << row.altitudeFt;
+        EXPECT_TRUE(p.climbIasMin < p.climbIas && p.climbIas < p.climbIasMax) << p.climbIas;
+        EXPECT_TRUE(p.cruiseIasMin < p.cruiseIas && p.cruiseIas < p.cruiseIasMax) << p.cruiseIas;
+        EXPECT_TRUE(p.descentIasMin < p.descentIas && p.descentIas < p.descentIasMax)
+            << p.descentIas;
+        EXPECT_LT(p.holdIas, p.descentIas);
+        EXPECT_LT(p.v1, p.v2);
+        EXPECT_FALSE(p.modelId.empty());
+        const PerformanceTables& tables = performanceTables;
+        const auto weights = static_cast<std::int32_t>(tables.grossWeights.size());
+        EXPECT_GE(weights, 2);
+        EXPECT_TRUE(rises(tables.climb) && rises(tables.cruise) && rises(tables.descent));
+        for (const CruiseRow& row : tables.cruise) {
+            EXPECT_EQ(row.fuelFlowCount, weights) << row.altitudeFt;
         }
-        EXPECT_EQ(performanceTables.climb.back().fuelFlowCount, weights) << name;
+        EXPECT_EQ(tables.climb.back().fuelFlowCount, weights);
         LoadParkingPosition("KBOS");
-        EXPECT_NEAR(parkingPosition.latitude, 42.36, 0.02) << name;
+        EXPECT_NEAR(parkingPosition.latitude, 42.36, 0.02);
     }
     SimFolder.clear();
 }

@@ -127,7 +127,7 @@ TEST(Settings, ALongLineIsReadInPieces) {
     EXPECT_EQ(Read(std::string(10'000'000, '=') + "\nWptChgDist=5").WptChgDist, 5.0);
 }
 
-TEST(Settings, ComeFromTheFileOnce) {
+TEST(Settings, ComeFromTheUsersFileThenFromTheAircrafts) {
     ResetModuleState();
     const TempSimFolder folder;
     LoadSettings();
@@ -135,10 +135,24 @@ TEST(Settings, ComeFromTheFileOnce) {
     EXPECT_EQ(settings.WptChgDist, 3.0);
     ResetModuleState();
     SimFolder = folder.root().string();
-    folder.Write("AVQ/Avq.CFG", "WptChgDist=4.5\r\nTcasVertRange=2700");
+    folder.Write("AVQ/Avq.CFG",
+                 "WptChgDist=4.5\r\nVnavSetSpd=2\nWptProcChgDist=2.75\nTcasVertRange=2700");
+    folder.Write("AVQ/aircraft/Demo Jet.cfg",
+                 ";climb\r\nClimbIas=250\r\nwptchgdist=2.2\r\nVnavSetSpd=0\r\nWeightUnit=kgs\r\n"
+                 "FlightPlansFolder=\\elsewhere\\\r\nLnavSetEnRouteFreqs=1\r\nLnav1xAtTod=1\r\n");
     LoadSettings();
     EXPECT_EQ(settings.WptChgDist, 4.5);
+    AircraftName = "demo jet";
+    LoadAircraftFile();
+    EXPECT_EQ(settings.WptChgDist, 2.2);
+    EXPECT_EQ(settings.WptProcChgDist, 2.75);
     EXPECT_EQ(settings.TcasVertRange, 27);
+    EXPECT_EQ(settings.VnavSetSpd, 2);
+    EXPECT_EQ(settings.WeightUnit, "KGS");
+    EXPECT_EQ(settings.LnavSetEnRouteFreqs, 1);
+    EXPECT_EQ(settings.FlightPlansFolder, "");
+    EXPECT_EQ(settings.Lnav1xAtTod, 0);
+    ResetModuleState();
 }
 
 TEST(SimVersion, NeedsThreeEntriesOfTheLaterGeneration) {
@@ -166,26 +180,6 @@ TEST(SimVersion, NeedsThreeEntriesOfTheLaterGeneration) {
     SimVersion = 10;
     DetectSimVersion();
     EXPECT_EQ(SimVersion, 10);
-    ResetModuleState();
-}
-
-TEST(AircraftFile, OverridesTheSharedSettingsOnly) {
-    ResetModuleState();
-    const TempSimFolder folder;
-    folder.Write("avq/avq.cfg", "WptChgDist=4.5\nVnavSetSpd=2\nWptProcChgDist=2.75\n");
-    folder.Write("avq/aircraft/Demo Jet.cfg",
-                 ";climb\r\nClimbIas=250\r\nwptchgdist=2.2\r\nVnavSetSpd=0\r\nWeightUnit=kgs\r\n"
-                 "FlightPlansFolder=\\elsewhere\\\r\nLnavSetEnRouteFreqs=1\r\nLnav1xAtTod=1\r\n");
-    LoadSettings();
-    AircraftName = "demo jet";
-    LoadAircraftFile();
-    EXPECT_EQ(settings.WptChgDist, 2.2);
-    EXPECT_EQ(settings.WptProcChgDist, 2.75);
-    EXPECT_EQ(settings.VnavSetSpd, 2);
-    EXPECT_EQ(settings.WeightUnit, "KGS");
-    EXPECT_EQ(settings.LnavSetEnRouteFreqs, 1);
-    EXPECT_EQ(settings.FlightPlansFolder, "");
-    EXPECT_EQ(settings.Lnav1xAtTod, 0);
     ResetModuleState();
 }
 
