@@ -12,11 +12,7 @@ namespace {
 
 TEST(Numbers, FollowTheStandardConversions) {
     constexpr double kLargest = std::numeric_limits<double>::max();
-    struct Case {
-        const char* text;
-        double value;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, double> cases[] = {
         {"47.449", 47.449},
         {"-122.309000", -122.309},
         {" \t+5.5", 5.5},
@@ -40,13 +36,12 @@ TEST(Numbers, FollowTheStandardConversions) {
         {"1e-999", 0.0},
         {"1 2", 1.0},
         {"123456789012345678901234567890", 123456789012345678901234567890.0},
-        {"0.1234567890123456", 0.1234567890123456},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(ToNumber(c.text), c.value) << c.text;
+        {"0.1234567890123456", 0.1234567890123456}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(ToNumber(c.first), c.second) << c.first;
         // The way for numbers inside a file, with text after them, takes the same characters.
         for (const char* after : {"", " ", "\n", " 12345678 next words", "x more than a number"}) {
-            const std::string text = std::string(c.text) + after;
+            const std::string text = std::string(c.first) + after;
             std::string_view rest = text;
             std::string_view words = text;
             EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << text;
@@ -74,36 +69,33 @@ TEST(Numbers, ShortDecimalsAreRoundedAsTheRuntimeRoundsThem) {
 }
 
 TEST(Numbers, WholeNumbersAreClamped) {
-    struct Case {
-        const char* text;
-        std::int32_t value;
-    };
-    const Case cases[] = {{"42", 42},
-                          {" +7", 7},
-                          {"-8x", -8},
-                          {"3.9", 3},
-                          {"0.9", 0},
-                          {"", 0},
-                          {"x1", 0},
-                          {"+-1", 0},
-                          {"99999999999", std::numeric_limits<std::int32_t>::max()},
-                          {"-99999999999", std::numeric_limits<std::int32_t>::min()}};
-    for (const Case& c : cases) {
-        EXPECT_EQ(ToInteger(c.text), c.value) << c.text;
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    const std::pair<const char*, std::int32_t> cases[] = {{"42", 42},
+                                                          {" +7", 7},
+                                                          {"-8x", -8},
+                                                          {"3.9", 3},
+                                                          {"0.9", 0},
+                                                          {"", 0},
+                                                          {"x1", 0},
+                                                          {"+-1", 0},
+                                                          {"99999999999", kMost},
+                                                          {"-99999999999", -kMost - 1}};
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(ToInteger(text), value) << text;
     }
     EXPECT_EQ(TruncateToInteger(-3.99), -3);
-    EXPECT_EQ(TruncateToInteger(1e300), std::numeric_limits<std::int32_t>::max());
+    EXPECT_EQ(TruncateToInteger(1e300), kMost);
+    EXPECT_EQ(TruncateToInteger(-1e300), -kMost - 1);
     EXPECT_EQ(TruncateToInteger(std::nan("")), 0);
 }
 
 TEST(Words, SplitAtAnyWhiteSpaceIntoAFixedCount) {
-    std::array<std::string_view, 3> words;
+    using Expected = std::array<std::string_view, 3>;
+    Expected words;
     EXPECT_EQ(SplitWords("  a\tbb \r\n", words), 2U);
-    EXPECT_EQ(words[0], "a");
-    EXPECT_EQ(words[1], "bb");
-    EXPECT_EQ(words[2], "");
+    EXPECT_EQ(words, (Expected{"a", "bb", ""}));
     EXPECT_EQ(SplitWords("1 2 3 4", words), 3U);
-    EXPECT_EQ(words[2], "3");
+    EXPECT_EQ(words, (Expected{"1", "2", "3"}));
     EXPECT_TRUE(EqualsIgnoreCase("WptChgDist", "WPTCHGDIST"));
     EXPECT_FALSE(EqualsIgnoreCase("Wpt", "WptC"));
     EXPECT_EQ(ToUpper("k\xe9ks-1"), "K\xe9KS-1");
