@@ -46,19 +46,17 @@ bool IsListed(std::string_view name) {
     return (extension == ".PLN" || extension == ".RTE") && !EqualsIgnoreCase(name, kConvertedPlan);
 }
 
-// The text of a stored plan as it is in the file; empty when there is none to be had.
-std::string StoredText(std::string_view fileName) {
-    std::string text;
-    if (IsPlainName(fileName)) {
-        ReadWholeFile(PlansFolder() + std::string(fileName), text);
-    }
-    return text;
+// Reads a stored plan as it is in the file. False, with an empty text, when there is none to be
+// had.
+bool ReadStoredText(std::string_view fileName, std::string& text) {
+    text.clear();
+    return IsPlainName(fileName) && ReadWholeFile(PlansFolder() + std::string(fileName), text);
 }
 
 // One of the simulator's own plans in this system's format. The copy in the plans folder is for
 // the pilot to keep under another name; the plan is read whether or not it could be written.
-std::string ImportSimPlan(std::string_view fileName) {
-    const ConvertedPlan converted = ConvertSimPlan(StoredText(fileName));
+std::string ImportSimPlan(std::string_view text) {
+    const ConvertedPlan converted = ConvertSimPlan(text);
     if (converted.text.empty()) {
         planBook.entryNotice = kUnableToLoad;
         return {};
@@ -73,13 +71,12 @@ std::string ImportSimPlan(std::string_view fileName) {
 // The text of a stored plan in this system's format.
 std::string ReadPlanText(std::string_view fileName) {
     planBook.entryNotice.clear();
-    return IsSimPlan(fileName) ? ImportSimPlan(fileName) : StoredText(fileName);
-}
-
-// The same for a list of many plans: nothing is written and nothing said.
-std::string ListedPlanText(std::string_view fileName) {
-    const std::string text = StoredText(fileName);
-    return IsSimPlan(fileName) ? ConvertSimPlan(text).text : text;
+    std::string text;
+    ReadStoredText(fileName, text);
+    if (!IsPlainName(fileName)) {
+        planBook.entryNotice = kUnableToLoad;
+    }
+    return IsSimPlan(fileName) ? ImportSimPlan(text) : text;
 }
 
 void SayNotice() {
@@ -89,13 +86,19 @@ void SayNotice() {
 }
 
 void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
-    ParsePlanText(ReadPlanText(fileName), plan, book, anyFuelKey);
+    if (ParsePlanText(ReadPlanText(fileName), plan, book, anyFuelKey) > 0) {
+        planBook.entryNotice = kPlanFullMessage;
+    }
 }
 
 void StartEmptyPlan() {
     modifiedPlan.entries.fill(PlanWaypoint{});
     modifiedPlan.entries[0].ident = kEmptyRow;
     modifiedPlan.lastIndex = 0;
+    planBook.editIndex = kNoWaypoint;
+    planBook.cruiseAltitudeFt = 0;
+    planBook.fuelTotal = 0;
+    planBook.reserveFuel = 0;
 }
 
 }  // namespace
@@ -109,11 +112,15 @@ void ListStoredPlans() {
     std::vector<std::string> names;
     ListFolder(PlansFolder(), names);
     storedPlans.plans.clear();
+    std::string text;
     for (const std::string& name : names) {
-        if (!IsListed(name) || storedPlans.plans.size() >= kStoredPlanCapacity - 1) {
+        const bool hasRoom = storedPlans.plans.size() < kStoredPlanCapacity - 1;
+        if (!hasRoom || !IsListed(name) || !ReadStoredText(name, text)) {
             continue;
         }
-        ParsePlanText(ListedPlanText(name), previewPlan, nullptr, false);
+        // A list of many plans writes no copies and says nothing.
+        ParsePlanText(IsSimPlan(name) ? ConvertSimPlan(text).text : text, previewPlan, nullptr,
+                      false);
         StoredPlan& plan = storedPlans.plans.emplace_back();
         plan.fileName = name;
         if (previewPlan.lastIndex >= 0) {
@@ -157,6 +164,7 @@ bool ReadPlanToActive(std::string_view fileName) {
     planBook.reserveFuelInUse = planBook.reserveFuel;
     planBook.editIndex = kNoWaypoint;
     planBook.trackedIndex = kNoWaypoint;
+    DeleteAllHolds();
     modifiedPlan.lastIndex = activePlan.lastIndex;
     const std::int32_t last = activePlan.lastIndex;
     planBook.verticalTargetIndex = std::max(last, 0);
@@ -173,7 +181,6 @@ bool ReadPlanToActive(std::string_view fileName) {
     LoadAirportDetail(planBook.originIdent, kDepartureSlot);
     LoadPlanAirportDetail(planBook.destinationIdent, kArrivalSlot);
     SetPlanAirport(planBook.destinationIdent, PlanAirportMode::LoadedDestination);
-    DeleteAllHolds();
     return true;
 }
 

@@ -3,8 +3,10 @@
 //
 // A file that cannot be opened loads nothing and leaves the target plan empty. A save writes beside
 // the target and renames, so a plan that was there is never lost. Plans of the simulator's planner
-// (.PLN) are converted on reading, into "temp.rte" as well; for one that holds no waypoint
-// planBook.entryNotice becomes "Unable to load FP", which goes to the message list too.
+// (.PLN) are converted on reading, into "temp.rte" as well. For one that holds no waypoint, and for
+// a name that leads out of the folder, planBook.entryNotice becomes "Unable to load FP", which goes
+// to the message list too; so does that a plan has more waypoints than entries. Of a line no more
+// counts than its first 148 characters.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +41,8 @@ std::string PlansFolder();
 void ListStoredPlans();
 void PreviewPlan(std::string_view fileName);
 
-// Reads a stored plan into the modified plan; "NEW FPL" or "NEXT FPL" starts an empty one.
+// Reads a stored plan into the modified plan; "NEW FPL" or "NEXT FPL" starts an empty one, without
+// fuel and cruise altitude.
 void LoadPlan(std::string_view fileName);
 
 // Reads a stored plan into the active and the modified plan and sets up destination, fuel totals,
@@ -52,8 +55,9 @@ bool ReadPlanToActive(std::string_view fileName);
 bool SavePlan(std::string_view fileName);
 
 // Fills `plan` from a plan file's text; key lines go to `book` unless it is null. `anyFuelKey`
-// takes every key that begins with FUEL as the fuel total.
-void ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* book, bool anyFuelKey);
+// takes every key that begins with FUEL as the fuel total. Returns how many waypoints had no room.
+std::int32_t ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* book,
+                           bool anyFuelKey);
 std::string PlanText(FlightPlan& plan);
 
 }  // namespace avq1

@@ -83,26 +83,32 @@ std::string EntryLine(const PlanWaypoint& entry, std::string_view type) {
 
 }  // namespace
 
-void ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
+std::int32_t ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* book,
+                           bool anyFuelKey) {
     PlanBook ignored;
     PlanBook& keys = book != nullptr ? *book : ignored;
     keys.cruiseAltitudeFt = 0;
     keys.fuelTotal = 0;
     keys.reserveFuel = 0;
     plan.lastIndex = -1;
-    LineReader reader(text.substr(0, text.find('\0')), kLineLimit);
+    LineReader reader(text.substr(0, text.find('\0')), text.size());
     std::string_view line;
     bool inPlan = false;
+    std::int32_t withoutRoom = 0;
     while (reader.Next(line)) {
+        line = line.substr(0, kLineLimit);
         if (!inPlan) {
             inPlan = line == kSectionLine;
             if (!inPlan) {
                 ApplyKeyLine(line, keys, anyFuelKey);
             }
-        } else if (HoldsWaypoint(line) && !plan.IsFull()) {
+        } else if (HoldsWaypoint(line) && plan.IsFull()) {
+            ++withoutRoom;
+        } else if (HoldsWaypoint(line)) {
             plan.entries[++plan.lastIndex] = EntryFromLine(line);
         }
     }
+    return withoutRoom;
 }
 
 std::string PlanText(FlightPlan& plan) {

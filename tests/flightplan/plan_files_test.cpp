@@ -2,6 +2,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include "base/messages.h"
 #include "base/module_state.h"
@@ -18,6 +23,7 @@ namespace {
 using test::SetPlan;
 using test::Show;
 using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 
 constexpr const char* kFolder = "avq/flightplans/";
 constexpr const char* kBostonPlan =
@@ -48,7 +54,7 @@ class PlanFiles : public testing::Test {
 };
 
 TEST_F(PlanFiles, LinesHaveFixedColumns) {
-    SetPlan(activePlan, "KJFK AAA(J1) BBB DISCO THEN KBOS");
+    SetPlan(activePlan, "KJFK J1 AAA BBB DISCO THEN KBOS");
     activePlan.entries[0].latitude = -0.5;
     activePlan.entries[1].type = "VOR";
     activePlan.entries[1].frequency = "113.10";
@@ -68,13 +74,13 @@ TEST_F(PlanFiles, LinesHaveFixedColumns) {
 }
 
 TEST_F(PlanFiles, SavedPlanReadsBack) {
-    SetPlan(activePlan, "KJFK AAA(J1) DISCO BBB KBOS");
+    SetPlan(activePlan, "KJFK J1 AAA DISCO BBB KBOS");
     activePlan.entries[1].frequency = "113.10";
     activePlan.entries[1].procedure = "SID";
     activePlan.entries[1].altitude = 9000;
     ASSERT_TRUE(SavePlan("OUT.RTE"));
     LoadPlan("OUT.RTE");
-    EXPECT_EQ(Show(modifiedPlan), "KJFK AAA(J1) DISCO BBB KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK J1 SID(AAA) DISCO BBB KBOS");
     for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
         const PlanWaypoint& entry = modifiedPlan.entries[i];
         EXPECT_EQ(entry.type, activePlan.entries[i].type);
@@ -122,34 +128,35 @@ TEST_F(PlanFiles, LinesThatAreUnusual) {
         const char* what;
         std::string text;
         const char* plan;
-        double firstLatitude;
+        double firstLatitude = 0;
+        const char* firstType = "INT";
     } cases[] = {
         {"both line ends and a mark", "\xEF\xBB\xBF[FlightPlan]\r\nA 1 2 INT ---\r\nB 3 4 INT ---",
          "A B", 1},
-        {"no section line", "A 1 2 INT ---\n", "", 0},
-        {"another section line", "[flightplan]\nA 1 2 INT ---\n", "", 0},
-        {"blank after it", "[FlightPlan] \nA 1 2 INT ---\n", "", 0},
+        {"no section line", "A 1 2 INT ---\n", ""},
+        {"another section line", "[flightplan]\nA 1 2 INT ---\n", ""},
+        {"blank after it", "[FlightPlan] \nA 1 2 INT ---\n", ""},
         {"blank and comment lines", "[FlightPlan]\n\n  \n;A 1 2\n  ;B\nC 5 6 INT\n", "C", 5},
-        {"numbers that are none", "[FlightPlan]\nA north 2 INT ---\n", "A", 0},
-        {"numbers out of range", "[FlightPlan]\nA 91 181 INT ---\n", "A", 0},
-        {"missing columns", "[FlightPlan]\nA\n", "A", 0},
-        {"more columns", "[FlightPlan]\nA 1 2 INT --- J1 SID more of it\n", "A(J1)", 1},
-        {"a gap", "[FlightPlan]\nDISCO 5 5 WPT --- J1 SID\nB 1 2 INT ---", "DISCO B", 0},
-        {"a long line comes in pieces",
-         "[FlightPlan]\nA 1 2 INT --- J1" + std::string(132, ' ') + "B 3 4 INT ---\n", "A(J1) B",
-         1},
+        {"numbers that are none", "[FlightPlan]\nA north 2 INT ---\n", "A"},
+        {"numbers out of range", "[FlightPlan]\nA 91 181 INT ---\n", "A"},
+        {"missing columns", "[FlightPlan]\nA\n", "A", 0, "WPT"},
+        {"more columns", "[FlightPlan]\nA 1 2 INT --- J1 SID more of it\n", "J1 SID(A)", 1},
+        {"a gap", "[FlightPlan]\nDISCO 5 5 WPT --- J1 SID\nB 1 2 INT ---", "DISCO B", 0, ""},
+        {"what a line holds too far on",
+         "[FlightPlan]\n;" + std::string(200, 'x') + " A 1 2\nA 1 2 INT ---" +
+             std::string(136, ' ') + "J1 B 3 4 INT ---\n",
+         "A", 1},
+        {"a plan that ends inside a line", "[FlightPlan]\nA 1 2 INT ---\nB 3", "A B", 1},
         {"a long identifier", "[FlightPlan]\nABCDEFGHIJKLMNOPQRSTU 1 2 INT ---\n",
          "ABCDEFGHIJKLMNOP", 1},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        ParsePlanText(c.text, previewPlan, nullptr, false);
+        EXPECT_EQ(ParsePlanText(c.text, previewPlan, nullptr, false), 0);
         EXPECT_EQ(Show(previewPlan), c.plan);
         if (previewPlan.lastIndex >= 0) {
             EXPECT_EQ(previewPlan.entries[0].latitude, c.firstLatitude);
-            EXPECT_EQ(previewPlan.entries[0].type, IsDiscontinuity(previewPlan.entries[0]) ? ""
-                                                   : c.text.find("INT") < 99               ? "INT"
-                                                                                           : "WPT");
+            EXPECT_EQ(previewPlan.entries[0].type, c.firstType);
         }
     }
 }
@@ -164,6 +171,7 @@ TEST_F(PlanFiles, WaypointsBeyondTheLastEntryAreIgnored) {
     EXPECT_EQ(activePlan.lastIndex, 200);
     EXPECT_EQ(activePlan.entries[200].ident, "P200");
     EXPECT_EQ(modifiedPlan.entries[200].ident, "P200");  // no empty row: there is no room for it
+    EXPECT_EQ(planBook.entryNotice, kPlanFullMessage);
 }
 
 TEST_F(PlanFiles, ListHoldsPlansByTheirExtension) {
@@ -217,7 +225,7 @@ TEST_F(PlanFiles, PreviewTouchesNothingElse) {
     SetPlan(activePlan, "KPIT KBUF");
     planBook.fuelTotal = 77;
     PreviewPlan("A.RTE");
-    EXPECT_EQ(Show(previewPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(previewPlan), "KJFK T608 STAR(GDM) KBOS");
     EXPECT_EQ(Show(activePlan), "KPIT KBUF");
     EXPECT_EQ(modifiedPlan.lastIndex, -1);
     EXPECT_EQ(planBook.fuelTotal, 77);
@@ -241,7 +249,7 @@ TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
     SetPlan(activePlan, "KPIT >AAA@ KBUF");
     CopyActiveToModified();
     LoadPlan("A.RTE");
-    EXPECT_EQ(Show(modifiedPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK T608 STAR(GDM) KBOS");
     EXPECT_EQ(Show(activePlan), "KPIT >AAA@ KBUF");
     EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
     EXPECT_EQ(planBook.editIndex, 2);
@@ -257,9 +265,12 @@ TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
 TEST_F(PlanFiles, NewPlanStartsEmpty) {
     for (const char* name : {"NEW FPL", "NEXT FPL"}) {
         SetPlan(modifiedPlan, "KJFK >AAA@ KBOS");
+        planBook.fuelTotal = 9000;  // of the plan before
+        planBook.cruiseAltitudeFt = 31000;
         LoadPlan(name);
         EXPECT_EQ(Show(modifiedPlan), "******");
         EXPECT_EQ(modifiedPlan.entries[1].ident, "");
+        EXPECT_EQ(planBook.fuelTotal + planBook.cruiseAltitudeFt, 0);
     }
 }
 
@@ -271,8 +282,8 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     planBook.verticalTargetIndex = 9;  // of the plan before
     EXPECT_TRUE(ReadPlanToActive("A.RTE"));
     EXPECT_EQ(planBook.verticalTargetIndex, 2);
-    EXPECT_EQ(Show(activePlan), "KJFK GDM(T608) KBOS");
-    EXPECT_EQ(Show(modifiedPlan), "KJFK GDM(T608) KBOS");
+    EXPECT_EQ(Show(activePlan), "KJFK T608 STAR(GDM) KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK T608 STAR(GDM) KBOS");
     EXPECT_EQ(modifiedPlan.entries[3].ident, "******");
     EXPECT_EQ(planBook.reserveFuelInUse, 1500);
     EXPECT_EQ(planBook.destinationIdent, "KBOS");
@@ -282,23 +293,27 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     EXPECT_EQ(airportSlots[kArrivalSlot].runways.size(), 2U);
     EXPECT_EQ(holdList.count, 0);
 
+    SetPlan(activePlan, "KPIT >AAA@ KBUF");
     EXPECT_FALSE(ReadPlanToActive("MISSING.RTE"));
+    EXPECT_EQ(holdList.count, 0);
     EXPECT_EQ(activePlan.lastIndex, -1);
     EXPECT_EQ(modifiedPlan.lastIndex, -1);
     EXPECT_EQ(planBook.fuelTotal, 0);
 }
 
-TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefused) {
+TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefusedInWords) {
     folder_.Write("avq/A.RTE", kBostonPlan);
     Store("B.RTE", kBostonPlan);
     SetPlan(activePlan, "KPIT KBUF");
     for (const char* name :
          {"", "..\\A.RTE", "../A.RTE", "sub\\A.RTE", "C:A.RTE", "..", "/A.RTE"}) {
+        SCOPED_TRACE(name);
         messages = {};
-        EXPECT_FALSE(SavePlan(name)) << name;
-        EXPECT_EQ(messages.count, 1) << name;
+        EXPECT_FALSE(SavePlan(name));
+        EXPECT_EQ(messages.lines[1], "FPL '" + std::string(name) + "' not saved");
         PreviewPlan(name);
-        EXPECT_EQ(previewPlan.lastIndex, -1) << name;
+        EXPECT_EQ(previewPlan.lastIndex, -1);
+        EXPECT_EQ(messages.lines[2], "Unable to load FP");
     }
     EXPECT_EQ(folder_.Read("avq/A.RTE"), kBostonPlan);
     EXPECT_TRUE(SavePlan("A..B.RTE"));  // dots within a name lead nowhere
@@ -306,86 +321,99 @@ TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefused) {
     EXPECT_EQ(previewPlan.lastIndex, 1);
 }
 
-TEST_F(PlanFiles, FailedSaveKeepsTheOldPlan) {
-    Store("A.RTE", kBostonPlan);
+TEST_F(PlanFiles, MissingFoldersAreCreatedOnSave) {
     SetPlan(activePlan, "KPIT KBUF");
-    // A folder of the name makes the rename fail.
-    std::filesystem::create_directories(folder_.root() / kFolder / "BLOCKED.RTE" / "x");
-    EXPECT_FALSE(SavePlan("BLOCKED.RTE"));
-    EXPECT_EQ(messages.lines[1], "FPL 'BLOCKED.RTE' not saved");
-    EXPECT_TRUE(folder_.Exists(std::string(kFolder) + "BLOCKED.RTE/x"));
-    std::size_t left = 0;
-    for ([[maybe_unused]] const auto& entry :
-         std::filesystem::directory_iterator(folder_.root() / kFolder)) {
-        ++left;
+    for (const char* folder : {"", "My Plans", "One\\Two\\Three"}) {
+        SCOPED_TRACE(folder);
+        settings.FlightPlansFolder = *folder == '\0' ? "" : folder_.root().string() + "\\" + folder;
+        EXPECT_TRUE(SavePlan("NEW.RTE"));
+        ListStoredPlans();
+        ASSERT_EQ(storedPlans.plans.size(), 2U);
+        EXPECT_EQ(storedPlans.plans[0].lastIdent, "KBUF");
     }
-    EXPECT_EQ(left, 2U);  // nothing half-written beside them
-    EXPECT_EQ(Stored("A.RTE"), kBostonPlan);
 }
 
-class PlanAirportSetup : public PlanFiles {
-  protected:
-    void SetUp() override {
-        folder_.Write("avq/navdata/avq_apts.txt", kAirports);
-        SetPlan(activePlan, "KJFK AAA KBOS");
-        activePlan.entries[2].altitudeConstraint = 1;
-        activePlan.entries[2].speed = 140;
+// Takes the disk's room, the folder's or the file's permission away for as long as it lives.
+class DiskFault {
+  public:
+    enum class Kind { None, FullAfter, FolderLocked, FileLocked };
+
+    DiskFault(Kind kind, std::size_t bytes, const std::filesystem::path& folder)
+        : kind_(kind), folder_(folder) {
+        getrlimit(RLIMIT_FSIZE, &limit_);
+        if (kind == Kind::FullAfter) {
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit small = {bytes, limit_.rlim_max};
+            setrlimit(RLIMIT_FSIZE, &small);
+        } else if (kind != Kind::None) {
+            // A folder with the sticky bit takes new files but gives none of another's away.
+            chmod(folder.c_str(), kind == Kind::FolderLocked ? 0555 : 01777);
+            EXPECT_EQ(seteuid(kNobody), 0);
+        }
     }
+    ~DiskFault() {
+        setrlimit(RLIMIT_FSIZE, &limit_);
+        if (kind_ == Kind::FolderLocked || kind_ == Kind::FileLocked) {
+            EXPECT_EQ(seteuid(0), 0);
+            chmod(folder_.c_str(), 0755);
+        }
+    }
+    DiskFault(const DiskFault&) = delete;
+    DiskFault& operator=(const DiskFault&) = delete;
+
+  private:
+    static constexpr uid_t kNobody = 65534;
+    Kind kind_;
+    std::filesystem::path folder_;
+    rlimit limit_ = {};
 };
 
-TEST_F(PlanAirportSetup, ModesDifferInTheLastEntryAndTheElevation) {
-    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
-    EXPECT_EQ(planAirports.destinationIdent, "KBOS");
-    EXPECT_EQ(planAirports.destinationElevationText, "20");
-    EXPECT_EQ(planAirports.destinationElevation, 0);
-    EXPECT_EQ(activePlan.entries[2].altitude, 20);
-    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, 0);
-    EXPECT_EQ(activePlan.entries[2].speed, 140);
-    EXPECT_EQ(messages.lines[1], "APT 'KBOS' Set");
-
-    SetPlanAirport("KBOS", PlanAirportMode::LoadedDestination);
-    EXPECT_EQ(planAirports.destinationElevation, 20);
-    EXPECT_EQ(activePlan.entries[2].speed, kUnset);
-
-    planAirports.selectedRunway = 5;
-    SetPlanAirport("KJFK", PlanAirportMode::LoadedDestination);  // not the plan's last entry
-    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
-    EXPECT_EQ(activePlan.entries[2].altitude, 20);
-    EXPECT_EQ(planAirports.lastAirportIdent, "KJFK");
-    EXPECT_EQ(lastAirportElevationText, "13");
-    EXPECT_EQ(planAirports.selectedRunway, 1);
-
-    SetPlanAirport("XXXX", PlanAirportMode::LoadedDestination);
-    EXPECT_EQ(planAirports.destinationIdent, "KJFK");
-    EXPECT_EQ(messages.count, 3);
-}
-
-TEST_F(PlanAirportSetup, RunwaysAndTheirPatternSides) {
-    folder_.Write("avq/navdata/apt_additional_info.txt",
-                  "RWY04L=RIGHTPATTERN\r\n[KBOS]\r\nTOWER=1\r\nrwy4r=rightpattern\r\n"
-                  "RWY9=LEFTPATTERN\r\n[KJFK]\r\nRWY9=RIGHTPATTERN\r\nRWY22R=RIGHTPATTERN x\r\n");
-    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
-    ASSERT_EQ(planAirports.runways.size(), 2U);
-    EXPECT_EQ(planAirports.runways[0].ident, "04R");
-    EXPECT_EQ(planAirports.runways[0].rightPattern, 1);
-    EXPECT_EQ(planAirports.runways[1].rightPattern, 0);
-
-    SetPlanAirport("KJFK", PlanAirportMode::ActiveDestination);
-    ASSERT_EQ(planAirports.runways.size(), 2U);
-    EXPECT_EQ(planAirports.runways[0].rightPattern, 0);
-    EXPECT_EQ(planAirports.runways[0].field8, 31.2);  // its heading, for want of a course
-    EXPECT_EQ(planAirports.runways[1].rightPattern, 1);
-    EXPECT_EQ(planAirports.runways[1].field8, 224);
-}
-
-TEST_F(PlanAirportSetup, DepartureAltitudeGoesToThePlanItBelongsTo) {
-    EXPECT_TRUE(LoadPlanAirportDetail("KBOS", kDepartureSlot));
-    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
-    EXPECT_TRUE(LoadPlanAirportDetail("KJFK", kArrivalSlot));
-    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
-    EXPECT_TRUE(LoadPlanAirportDetail("KJFK", kDepartureSlot));
-    EXPECT_EQ(activePlan.entries[0].altitude, 13);
-    EXPECT_FALSE(LoadPlanAirportDetail("XXXX", kDepartureSlot));
+TEST_F(PlanFiles, AFailedSaveKeepsTheOldPlanAndLeavesNothingBehind) {
+    using Kind = DiskFault::Kind;
+    SetPlan(activePlan, "KPIT AAA KBUF");
+    const std::size_t size = PlanText(activePlan).size();
+    const struct {
+        const char* what;
+        Kind kind;
+        std::size_t bytes;  // that the disk still takes
+        const char* name;
+        bool saved;
+    } cases[] = {
+        {"a full disk", Kind::FullAfter, 0, "A.RTE", false},
+        {"full half way", Kind::FullAfter, size / 2, "A.RTE", false},
+        {"full at the last byte", Kind::FullAfter, size - 1, "A.RTE", false},
+        {"a folder that takes no files", Kind::FolderLocked, 0, "A.RTE", false},
+        {"a plan that cannot be replaced", Kind::FileLocked, 0, "A.RTE", false},
+        {"a folder of the name", Kind::None, 0, "FOLDER.RTE", false},
+        {"just enough room", Kind::FullAfter, size, "A.RTE", true},
+    };
+    const std::filesystem::path folder = folder_.root() / kFolder;
+    std::filesystem::create_directories(folder / "FOLDER.RTE" / "x");
+    chmod(folder_.root().c_str(), 0755);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        if ((c.kind == Kind::FolderLocked || c.kind == Kind::FileLocked) && geteuid() != 0) {
+            continue;  // only root can become somebody the folder is closed to
+        }
+        Store("A.RTE", kBostonPlan);
+        messages = {};
+        bool saved = false;
+        {
+            const DiskFault fault(c.kind, c.bytes, folder);
+            saved = SavePlan(c.name);
+        }
+        EXPECT_EQ(saved, c.saved);
+        EXPECT_EQ(Stored("A.RTE"), c.saved ? PlanText(activePlan) : kBostonPlan);
+        ASSERT_EQ(messages.count, c.saved ? 0 : 1);
+        EXPECT_TRUE(c.saved || messages.lines[1] == "FPL '" + std::string(c.name) + "' not saved");
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            names.push_back(entry.path().filename());
+        }
+        EXPECT_THAT(names, UnorderedElementsAre("A.RTE", "FOLDER.RTE"));
+    }
+    ListStoredPlans();
+    EXPECT_EQ(storedPlans.plans.size(), 2U);  // a folder is no plan
 }
 
 }  // namespace

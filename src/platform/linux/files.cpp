@@ -139,6 +139,11 @@ bool WriteAll(int descriptor, std::string_view contents) {
     return true;
 }
 
+// Some file systems find out only now that the disk is full; some cannot tell at all.
+bool ReachesDisk(int descriptor) {
+    return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOSYS;
+}
+
 // A descriptor of the regular file at `path`, or -1.
 int OpenRegularFile(std::string_view path, off_t& fileSize) {
     const std::string resolved = ResolvePath(path);
@@ -229,8 +234,9 @@ bool ReplaceFile(std::string_view path, std::string_view contents) {
     if (!file.valid()) {
         return false;
     }
-    const mode_t mode = existed ? status.st_mode & 0777 : kNewFileMode;
-    const bool written = WriteAll(file.number(), contents) && fchmod(file.number(), mode) == 0;
+    // Not every file system has modes to set.
+    fchmod(file.number(), existed ? status.st_mode & 0777 : kNewFileMode);
+    const bool written = WriteAll(file.number(), contents) && ReachesDisk(file.number());
     const bool closed = file.Close();
     if (written && closed && rename(temporary.c_str(), resolved.c_str()) == 0) {
         return true;

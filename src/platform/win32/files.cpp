@@ -136,7 +136,7 @@ bool ReplaceFile(std::string_view path, std::string_view contents) {
     if (!file.valid()) {
         return false;
     }
-    const bool written = WriteAll(file.get(), contents);
+    const bool written = WriteAll(file.get(), contents) && FlushFileBuffers(file.get()) != 0;
     const bool closed = file.Close();
     if (written && closed &&
         MoveFileExA(temporary.c_str(), native.c_str(), MOVEFILE_REPLACE_EXISTING) != 0) {
