@@ -28,7 +28,10 @@ PlanWaypoint AirwayEntry(const PointRecord& fix) {
 }  // namespace
 
 bool TieToNavaid(PlanWaypoint& entry) {
-    const std::int32_t found = FindNavaid(entry.ident, "", entry.latitude);
+    std::int32_t found = FindNavaid(entry.ident, "", entry.latitude);  // finds VORs only
+    if (found == 0) {
+        found = FindNavaid(entry.ident, KindText(PointKind::Navaid), entry.latitude);
+    }
     if (found == 0) {
         return false;
     }

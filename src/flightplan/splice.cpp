@@ -147,11 +147,7 @@ bool SpliceSid(FlightPlan& plan) {
     }
     std::int32_t position = 0;
     for (const ProcedureWaypoint& waypoint : procedureLists.sid) {
-        PlanWaypoint entry = EntryFrom(waypoint, kSid);
-        ++position;
-        if (plan.Holds(position) && plan.entries[position].procedure == kSid) {
-            plan.entries[position] = std::move(entry);
-        } else if (!InsertEntry(plan, position, std::move(entry))) {
+        if (!InsertEntry(plan, ++position, EntryFrom(waypoint, kSid))) {
             return false;
         }
     }
@@ -172,6 +168,12 @@ PlanWaypoint ArrivalAirportEntry(const PlanWaypoint& oldLast) {
         entry = oldLast;
     }
     return entry;
+}
+
+// Without an airport in slot 2 that of the airport set last, which is the plan's.
+double ArrivalElevationFt() {
+    const AirportDetail& airport = airportSlots[kArrivalSlot];
+    return airport.ident.empty() ? ToNumber(lastAirportElevationText) : airport.elevationFt;
 }
 
 bool AppendAirport(FlightPlan& plan, PlanWaypoint airport) {
@@ -220,7 +222,9 @@ bool InsertStarBeforeApproach(FlightPlan& plan, std::int32_t enRoute) {
     }
     PlanWaypoint& last = plan.entries[plan.lastIndex];
     if (last.type == kAirportType) {
+        const std::int32_t hasHold = last.hasHold;
         last = ArrivalAirportEntry(last);
+        last.hasHold = hasHold;
         return true;
     }
     return AppendAirport(plan, ArrivalAirportEntry({}));
@@ -231,6 +235,7 @@ bool ReplaceArrival(FlightPlan& plan, std::int32_t lastBeforeArrival) {
     const std::int32_t enRoute = arrival < lastBeforeArrival ? arrival - 1 : lastBeforeArrival;
     const PlanWaypoint oldLast = plan.entries[plan.lastIndex];
     const bool tracksLast = !IsActivePlan(plan) && planBook.trackedIndex == plan.lastIndex;
+    const bool targetsLast = IsActivePlan(plan) && planBook.verticalTargetIndex == plan.lastIndex;
     CutPlan(plan, enRoute);
     RetargetBehind(FollowedIndex(plan), enRoute, enRoute);
     for (const ProcedureWaypoint& waypoint : procedureLists.star) {
@@ -247,6 +252,9 @@ bool ReplaceArrival(FlightPlan& plan, std::int32_t lastBeforeArrival) {
     }
     if (tracksLast) {
         planBook.trackedIndex = plan.lastIndex;
+    }
+    if (targetsLast) {
+        planBook.verticalTargetIndex = plan.lastIndex;
     }
     return true;
 }
@@ -307,7 +315,7 @@ bool SpliceApproach(FlightPlan& plan, bool withDiscontinuity) {
         }
     }
     PlanWaypoint airport = ArrivalAirportEntry(oldLast);
-    airport.altitude = active ? ToNumber(lastAirportElevationText) : kUnset;
+    airport.altitude = active ? ArrivalElevationFt() : kUnset;
     airport.auxValue = active ? -1 : kUnset;
     return AppendAirport(plan, std::move(airport));
 }

@@ -90,7 +90,7 @@ TEST_F(PlanEdit, FullPlanRefusesAndStaysAsItIs) {
         for (const bool named : {false, true}) {
             std::string notation;
             for (std::int32_t i = 0; i < c.entries; ++i) {
-                notation += "P" + std::to_string(i) + " ";
+                notation += "FIX" + std::to_string(i) + " ";
             }
             SetPlan(modifiedPlan, notation);
             const std::string before = Show(modifiedPlan);
@@ -155,7 +155,7 @@ TEST_F(PlanEdit, PlaceholdersComeAndGoUnderTheirHolds) {
     planBook.airwayText = "J42";
     SetPlan(modifiedPlan, "KJFK AAA >BBB@ KBOS");
     ASSERT_TRUE(InsertAirwayPlaceholder(2));
-    EXPECT_EQ(Show(modifiedPlan), "KJFK AAA THEN(J42) >BBB@ KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK AAA J42 THEN >BBB@ KBOS");
     EXPECT_EQ(modifiedPlan.entries[2].type, "OAWY");
     EXPECT_EQ(modifiedPlan.entries[2].speed, -1);
     RemovePlaceholders();
@@ -184,9 +184,9 @@ TEST_F(PlanEdit, RouteViewGathersAirways) {
         const char* plan;
         const char* view;
     } cases[] = {
-        {"KJFK AAA BBB(J1) CCC(J1) DDD(J2) EEE KBOS", "AAA:DIRECT CCC:J1 DDD:J2 EEE:DIRECT "},
-        {"KJFK AAA(J1) BBB(J1) CCC DDD(J1) KBOS", "BBB:J1 CCC:DIRECT DDD:J1 "},
-        {"KJFK AAA(J1) THEN(J1) KBOS", "AAA:J1 THEN:J1 "},
+        {"KJFK AAA J1 BBB J1 CCC J2 DDD EEE KBOS", "AAA:DIRECT CCC:J1 DDD:J2 EEE:DIRECT "},
+        {"KJFK J1 AAA J1 BBB CCC J1 DDD KBOS", "BBB:J1 CCC:DIRECT DDD:J1 "},
+        {"KJFK J1 AAA J1 THEN KBOS", "AAA:J1 THEN:J1 "},
         {"KJFK KBOS", ""},
         {"", ""},
     };

@@ -1,7 +1,11 @@
-// tests/flightplan/plan_notation.h - plans as short texts: "KJFK AAA(J1) >BBB@ DISCO KBOS".
+// tests/flightplan/plan_notation.h - plans as routes one can read:
 //
-// ">" marks the tracked entry (the active waypoint in the active plan), "@" an entry with a hold,
-// brackets the airway of the leg to it, "/" the procedure the entry belongs to: "CCC/SID(SID1)".
+//   KJFK SID:NEION2(BETTE,NEION) >J121 GEDIC@ DISCO STAR(AAA) APPR(BBB) KBOS
+//
+// An airway stands before the entry it leads to. "SID:NEION2(...)" are entries that belong to the
+// departure: all but the first are reached by NEION2, or directly when no name is given; STAR, APPR
+// and SIDSTAR likewise. ">" marks the tracked entry (the active waypoint in the active plan), "@"
+// an entry with a hold. Names of four letters are airports.
 #pragma once
 
 #include <algorithm>
@@ -19,38 +23,78 @@ inline bool IsActive(const FlightPlan& plan) {
     return &plan == &activePlan;
 }
 
-inline void SetPlan(FlightPlan& plan, std::string_view notation) {
-    std::int32_t& tracked = IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex;
-    tracked = kNoWaypoint;
+// "J121", "V3", "UL9": one or two letters and a number.
+inline bool IsAirway(std::string_view word) {
+    const std::size_t digits = word.find_first_of("0123456789");
+    return digits >= 1 && digits <= 2 &&
+           word.find_first_not_of("0123456789", digits) == std::string_view::npos;
+}
+
+// One word of a route that stands for entries: the procedure they belong to, its name, the fixes.
+struct RouteWord {
+    std::string_view procedure;
+    std::string_view name;
+    std::string_view fixes;  // separated by commas
+};
+
+inline RouteWord ReadRouteWord(std::string_view word) {
+    const std::size_t bracket = word.find('(');
+    if (bracket == std::string_view::npos) {
+        return {"", "", word};
+    }
+    const std::string_view head = word.substr(0, bracket);
+    const std::size_t colon = std::min(head.find(':'), head.size());
+    return {head.substr(0, colon), head.substr(std::min(colon + 1, head.size())),
+            word.substr(bracket + 1, word.size() - bracket - 2)};
+}
+
+inline std::string_view NextFix(std::string_view& fixes) {
+    const std::size_t comma = std::min(fixes.find(','), fixes.size());
+    const std::string_view fix = fixes.substr(0, comma);
+    fixes.remove_prefix(std::min(comma + 1, fixes.size()));
+    return fix;
+}
+
+inline void AppendEntry(FlightPlan& plan, std::string_view fix, std::string_view procedure,
+                        std::string_view via) {
+    const std::int32_t index = ++plan.lastIndex;
+    PlanWaypoint& entry = plan.entries[index];
+    entry = PlanWaypoint{};
+    entry.procedure = procedure;
+    entry.via = via;
+    if (fix.front() == '>') {
+        (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex) = index;
+        fix.remove_prefix(1);
+    }
+    if (fix.back() == '@') {
+        HoldPattern& hold = holdList.holds[++holdList.count];
+        (IsActive(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
+        entry.hasHold = 1;
+        fix.remove_suffix(1);
+    }
+    entry.ident = fix;
+    if (!IsDiscontinuity(entry)) {
+        entry.type = fix.size() == 4 ? "APT" : procedure.empty() ? "INT" : "";
+        entry.latitude = 40 + 0.5 * index;
+        entry.longitude = -70;
+    }
+}
+
+inline void SetPlan(FlightPlan& plan, std::string_view route) {
+    (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex) = kNoWaypoint;
     plan.lastIndex = -1;
-    for (std::string_view word = NextWord(notation); !word.empty(); word = NextWord(notation)) {
-        const std::int32_t index = ++plan.lastIndex;
-        PlanWaypoint& entry = plan.entries[index];
-        entry = PlanWaypoint{};
-        if (word.front() == '>') {
-            tracked = index;
-            word.remove_prefix(1);
+    std::string_view airway;
+    for (std::string_view text = NextWord(route); !text.empty(); text = NextWord(route)) {
+        if (IsAirway(text)) {
+            airway = text;
+            continue;
         }
-        if (const auto bracket = word.find('('); bracket != std::string_view::npos) {
-            entry.via = word.substr(bracket + 1, word.size() - bracket - 2);
-            word = word.substr(0, bracket);
+        RouteWord word = ReadRouteWord(text);
+        while (!word.fixes.empty()) {
+            AppendEntry(plan, NextFix(word.fixes), word.procedure, airway);
+            airway = word.name;
         }
-        if (const auto slash = word.find('/'); slash != std::string_view::npos) {
-            entry.procedure = word.substr(slash + 1);
-            word = word.substr(0, slash);
-        }
-        if (word.back() == '@') {
-            HoldPattern& hold = holdList.holds[++holdList.count];
-            (IsActive(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
-            entry.hasHold = 1;
-            word.remove_suffix(1);
-        }
-        entry.ident = word;
-        if (!IsDiscontinuity(entry)) {
-            entry.type = word.size() == 4 ? "APT" : entry.procedure.empty() ? "INT" : "";
-            entry.latitude = 40 + 0.5 * index;
-            entry.longitude = -70;
-        }
+        airway = {};
     }
 }
 
@@ -62,17 +106,42 @@ inline bool HasHoldAt(const FlightPlan& plan, std::int32_t index) {
                        });
 }
 
-inline std::string Show(const FlightPlan& plan, bool withProcedures = false) {
-    const std::int32_t tracked = IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex;
+inline std::string ShowEntry(const FlightPlan& plan, std::int32_t index) {
+    const bool tracked = index == (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex);
+    return (tracked ? ">" : "") + plan.entries[index].ident + (HasHoldAt(plan, index) ? "@" : "");
+}
+
+// The last of the entries from `first` on that one word stands for.
+inline std::int32_t EndOfWord(const FlightPlan& plan, std::int32_t first) {
+    const std::string& procedure = plan.entries[first].procedure;
+    std::int32_t last = first;
+    while (!procedure.empty() && last < plan.lastIndex) {
+        const PlanWaypoint& next = plan.entries[last + 1];
+        if (next.procedure != procedure || (last > first && next.via != plan.entries[last].via)) {
+            break;
+        }
+        ++last;
+    }
+    return last;
+}
+
+inline std::string Show(const FlightPlan& plan) {
     std::string text;
     for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
-        const PlanWaypoint& entry = plan.entries[i];
-        text += i > 0 ? " " : "";
-        text += i == tracked ? ">" : "";
-        text += entry.ident;
-        text += HasHoldAt(plan, i) ? "@" : "";
-        text += withProcedures && !entry.procedure.empty() ? "/" + entry.procedure : "";
-        text += entry.via.empty() ? "" : "(" + entry.via + ")";
+        const PlanWaypoint& first = plan.entries[i];
+        text += text.empty() ? "" : " ";
+        text += first.via.empty() ? "" : first.via + " ";
+        const std::int32_t last = EndOfWord(plan, i);
+        const std::string& name = plan.entries[last].via;
+        if (first.procedure.empty()) {
+            text += ShowEntry(plan, i);
+            continue;
+        }
+        text += first.procedure + (last == i || name.empty() ? "" : ":" + name) + "(";
+        for (; i < last; ++i) {
+            text += ShowEntry(plan, i) + ",";
+        }
+        text += ShowEntry(plan, last) + ")";
     }
     return text;
 }

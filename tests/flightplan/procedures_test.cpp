@@ -3,41 +3,23 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
+#include <map>
 #include <random>
 
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "flightplan/airway_entry.h"
-#include "flightplan/plan_airports.h"
-#include "flightplan/plan_edit.h"
 #include "flightplan/plan_notation.h"
 #include "navdb/airport_detail.h"
-#include "settings/parking.h"
-#include "settings/settings.h"
 #include "support/temp_sim_folder.h"
 
 namespace avq1 {
 namespace {
 
 using test::SetPlan;
+using test::Show;
 using test::TempSimFolder;
-
-std::string Show(const FlightPlan& plan) {
-    return test::Show(plan, true);
-}
-
-// Waypoints of a chosen procedure, "P1 P2 P3"; all but the first carry the via label.
-std::vector<ProcedureWaypoint> List(std::string_view idents, std::string_view viaLabel = "") {
-    std::vector<ProcedureWaypoint> list;
-    for (std::string_view word = NextWord(idents); !word.empty(); word = NextWord(idents)) {
-        ProcedureWaypoint waypoint;
-        waypoint.ident = word;
-        waypoint.viaLabel = list.empty() ? std::string_view{} : viaLabel;
-        waypoint.latitude = 42;
-        list.push_back(waypoint);
-    }
-    return list;
-}
 
 void SetAirports() {
     ResetModuleState();
@@ -45,215 +27,242 @@ void SetAirports() {
     airportSlots[kDepartureSlot].latitude = 40.6;
     airportSlots[kArrivalSlot].ident = "KBOS";
     airportSlots[kArrivalSlot].latitude = 42.36;
-    lastAirportElevationText = "20";
+    airportSlots[kArrivalSlot].elevationFt = 20;
+    lastAirportElevationText = "13";  // of another airport
     planBook.status = RouteStatus::BeingBuilt;
+}
+
+// Splices "SID:NEION2(BETTE,NEION)", or "DISCO APPR(AAA)" for an approach behind a gap.
+bool Splice(FlightPlan& plan, std::string_view text) {
+    constexpr std::string_view kGap = "DISCO ";
+    const bool withGap = text.starts_with(kGap);
+    test::RouteWord word = test::ReadRouteWord(text.substr(withGap ? kGap.size() : 0));
+    std::vector<ProcedureWaypoint>& list = word.procedure == "SID"    ? procedureLists.sid
+                                           : word.procedure == "STAR" ? procedureLists.star
+                                                                      : procedureLists.approach;
+    list.clear();
+    while (!word.fixes.empty()) {
+        ProcedureWaypoint waypoint;
+        waypoint.ident = test::NextFix(word.fixes);
+        waypoint.viaLabel = list.empty() ? std::string_view{} : word.name;
+        waypoint.latitude = 42;
+        list.push_back(std::move(waypoint));
+    }
+    return word.procedure == "SID"    ? InsertSid(plan)
+           : word.procedure == "STAR" ? InsertStar(plan)
+                                      : InsertApproach(plan, withGap);
 }
 
 struct SpliceCase {
     const char* what;
     const char* before;
-    const char* list;
+    const char* splice;
     const char* after;
 };
 
-TEST(InsertSid, StandsBehindTheDepartureAirport) {
-    const SpliceCase cases[] = {
-        {"new", "KJFK >AAA BBB KBOS", "P1 P2", "KJFK P1/SID P2/SID(S1) >AAA BBB KBOS"},
-        {"replaces, longer", "KJFK O1/SID >AAA BBB KBOS", "P1 P2",
-         "KJFK P1/SID P2/SID(S1) >AAA BBB KBOS"},
-        {"replaces, shorter", "KJFK O1/SID O2/SID(S0) O3/SID(S0) >AAA@ BBB KBOS", "P1",
-         "KJFK P1/SID >AAA@ BBB KBOS"},
-        {"the tracked one was in the old departure", "KJFK O1/SID >O2/SID AAA KBOS", "P1 P2 P3",
-         "KJFK >P1/SID P2/SID(S1) P3/SID(S1) AAA KBOS"},
-        {"none of its legs left", "KJFK O1/SID >AAA KBOS", "", "KJFK >AAA KBOS"},
-        {"meets en route", "KJFK AAA BBB(J1) >KBOS", "P1 AAA", "KJFK P1/SID AAA BBB(J1) >KBOS"},
-        {"meets an arrival: one entry that keeps its tag", "KJFK AAA/STAR BBB/STAR(T1) >KBOS",
-         "P1 AAA", "KJFK P1/SID AAA/STAR BBB/STAR(T1) >KBOS"},
-        {"a hold of the old departure goes", "KJFK O1@/SID >AAA KBOS", "P1",
-         "KJFK P1/SID >AAA KBOS"},
-        {"a merged entry's hold stays", "KJFK AAA@ BBB >KBOS", "P1 AAA",
-         "KJFK P1/SID AAA@ BBB >KBOS"},
-    };
-    for (const SpliceCase& c : cases) {
-        SetAirports();
-        SetPlan(modifiedPlan, c.before);
-        planBook.editIndex = 1;
-        procedureLists.sid = List(c.list, "S1");
-        EXPECT_TRUE(InsertSid(modifiedPlan)) << c.what;
-        EXPECT_EQ(Show(modifiedPlan), c.after) << c.what;
-    }
-}
+// ">" is the tracked entry here.
+constexpr SpliceCase kIntoTheModifiedPlan[] = {
+    {"a departure", "KJFK >AAA J121 BBB KBOS", "SID:NEION2(BETTE,NEION)",
+     "KJFK SID:NEION2(BETTE,NEION) >AAA J121 BBB KBOS"},
+    {"longer than the one it replaces", "KJFK SID(OLD) >AAA KBOS", "SID:N2(XX,YY)",
+     "KJFK SID:N2(XX,YY) >AAA KBOS"},
+    {"shorter", "KJFK SID:O1(OLD,OLE,OLF) >AAA@ BBB KBOS", "SID(XX)",
+     "KJFK SID(XX) >AAA@ BBB KBOS"},
+    {"what was tracked goes with the old one", "KJFK SID:O1(OLD,>OLE) AAA KBOS", "SID:N2(XX,YY,ZZ)",
+     "KJFK SID:N2(>XX,YY,ZZ) AAA KBOS"},
+    {"none of its legs is left", "KJFK SID(OLD) >AAA KBOS", "SID()", "KJFK >AAA KBOS"},
+    {"it ends where the route begins", "KJFK AAA J1 BBB >KBOS", "SID:N2(XX,AAA)",
+     "KJFK SID(XX) AAA J1 BBB >KBOS"},
+    {"it ends where the arrival begins", "KJFK STAR:T1(AAA,BBB) >KBOS", "SID:N2(XX,AAA)",
+     "KJFK SID(XX) STAR:T1(AAA,BBB) >KBOS"},
+    {"the old departure's hold goes", "KJFK SID(OLD@) >AAA KBOS", "SID(XX)",
+     "KJFK SID(XX) >AAA KBOS"},
+    {"a merged entry's hold stays", "KJFK AAA@ BBB >KBOS", "SID:N2(XX,AAA)",
+     "KJFK SID(XX) AAA@ BBB >KBOS"},
+    {"no current waypoint: nothing but the airport stays", "KJFK AAA KBOS", "SID:N2(XX,YY)",
+     "KJFK SID:N2(XX,YY)"},
 
-TEST(InsertSid, OfTheActivePlanIsFlownFromItsFirstWaypoint) {
-    SetAirports();
-    SetPlan(activePlan, "KLGA O1/SID AAA@ >BBB KBOS");
-    planBook.verticalTargetIndex = 3;
-    procedureLists.sid = List("P1 P2 P3", "S1.TRANS");
-    ASSERT_TRUE(InsertSid(activePlan));
-    EXPECT_EQ(Show(activePlan), "KJFK >P1/SID P2/SID(S1.TRANS) P3/SID(S1.TRANS) AAA@ BBB KBOS");
-    EXPECT_EQ(planBook.verticalTargetIndex, 5);
-    EXPECT_EQ(activePlan.entries[0].latitude, 40.6);
-    SetPlan(activePlan, "KJFK AAA BBB KBOS");  // nothing is flown
-    ASSERT_TRUE(InsertSid(activePlan));
-    EXPECT_EQ(Show(activePlan), "KJFK >P1/SID P2/SID(S1.TRANS) P3/SID(S1.TRANS)");
-}
+    {"an arrival", "KJFK >AAA BBB KBOS", "STAR:QUABN3(JFUND,QUABN)",
+     "KJFK >AAA BBB STAR:QUABN3(JFUND,QUABN) KBOS"},
+    {"it replaces another and drops the approach behind it",
+     "KJFK >AAA STAR:O1(OLD,OLE) APPR(FAF) KBOS", "STAR(XX)", "KJFK >AAA STAR(XX) KBOS"},
+    {"it stands in front of an approach", "KJFK >AAA APPR(IAF,FAF) KBOS@", "STAR:N2(XX,YY)",
+     "KJFK >AAA STAR:N2(XX,YY) APPR(IAF,FAF) KBOS@"},
+    {"an approach behind a gap: never two arrivals",
+     "KJFK AAA STAR:O1(OLD,>OLE) DISCO APPR(FAF) KBOS", "STAR(XX)",
+     "KJFK >AAA DISCO STAR(XX) APPR(FAF) KBOS"},
+    {"a gap without the approach", "KJFK >AAA STAR(OLD) DISCO KBOS", "STAR(XX)",
+     "KJFK >AAA STAR(XX) KBOS"},
+    {"it begins where the departure ends", "KJFK SID:N2(XX,YY) >KBOS", "STAR:T1(YY,ZZ)",
+     "KJFK SID(XX) SIDSTAR(YY) T1 STAR(ZZ) >KBOS"},
+    {"tracked in the old one", "KJFK AAA STAR(>OLD) KBOS", "STAR(XX)", "KJFK >AAA STAR(XX) KBOS"},
+    {"nothing but airports", "KJFK >KBOS", "STAR(XX)", "KJFK STAR(XX) >KBOS"},
+    {"the old arrival's hold goes", "KJFK >AAA STAR(OLD@) KBOS", "STAR(XX)",
+     "KJFK >AAA STAR(XX) KBOS"},
 
-TEST(InsertSid, TakesTheAirportBeingChosenForAPlanWithoutOne) {
-    SetAirports();
-    airportSlots[kDepartureSlot] = {};
-    const TempSimFolder folder;
-    folder.Write("avq/Navdata/avq_apts.txt", "KLGA LaGuardia 22 40.77 -73.87\n");
-    procedureChoice.airport = "KLGA";
-    procedureLists.sid = List("P1");
-    ASSERT_TRUE(InsertSid(modifiedPlan));
-    EXPECT_EQ(Show(modifiedPlan), "KLGA P1/SID");
-    EXPECT_EQ(modifiedPlan.entries[0].latitude, 40.77);
-}
-
-TEST(InsertStar, StandsBeforeTheArrivalAirport) {
-    const SpliceCase cases[] = {
-        {"new", "KJFK >AAA BBB KBOS", "P1 P2", "KJFK >AAA BBB P1/STAR P2/STAR(S1) KBOS"},
-        {"replaces, and drops the approach behind it", "KJFK >AAA O1/STAR O2/STAR(S0) X1/APPR KBOS",
-         "P1", "KJFK >AAA P1/STAR KBOS"},
-        {"in front of an approach", "KJFK >AAA X1/APPR X2/APPR KBOS", "P1 P2",
-         "KJFK >AAA P1/STAR P2/STAR(S1) X1/APPR X2/APPR KBOS"},
-        {"an approach behind a gap: never two arrivals",
-         "KJFK AAA O1/STAR >O2/STAR(S0) DISCO X1/APPR KBOS", "P1",
-         "KJFK >AAA DISCO P1/STAR X1/APPR KBOS"},
-        {"behind the gap of an approach without waypoints", "KJFK >AAA O1/STAR DISCO KBOS", "P1",
-         "KJFK >AAA P1/STAR KBOS"},
-        {"meets the departure", "KJFK P1/SID P2/SID(D1) >KBOS", "P2 P3",
-         "KJFK P1/SID P2/SIDSTAR P3/STAR(S1) >KBOS"},
-        {"tracked behind the cut", "KJFK AAA >O1/STAR KBOS", "P1", "KJFK >AAA P1/STAR KBOS"},
-        {"only airports", "KJFK >KBOS", "P1", "KJFK P1/STAR >KBOS"},
-        {"the old arrival's hold goes", "KJFK >AAA O1@/STAR KBOS", "P1", "KJFK >AAA P1/STAR KBOS"},
-    };
-    for (const SpliceCase& c : cases) {
-        SetAirports();
-        SetPlan(modifiedPlan, c.before);
-        procedureLists.star = List(c.list, "S1");
-        EXPECT_TRUE(InsertStar(modifiedPlan)) << c.what;
-        EXPECT_EQ(Show(modifiedPlan), c.after) << c.what;
-    }
-}
-
-TEST(InsertStar, KeepsWhatIsFlownAndTheTrackedAirportsAltitude) {
-    SetAirports();
-    SetPlan(activePlan, "KJFK AAA BBB >O1/STAR KBOS");
-    planBook.verticalTargetIndex = 4;
-    procedureLists.star = List("P1", "S1");
-    ASSERT_TRUE(InsertStar(activePlan));
-    EXPECT_EQ(Show(activePlan), "KJFK AAA >BBB P1/STAR KBOS");
-    EXPECT_EQ(planBook.verticalTargetIndex, 4);
-    SetPlan(modifiedPlan, "KJFK AAA >KLGA");
-    modifiedPlan.entries[2].altitude = 1500;
-    ASSERT_TRUE(InsertStar(modifiedPlan));
-    EXPECT_EQ(Show(modifiedPlan), "KJFK AAA P1/STAR >KBOS");
-    EXPECT_EQ(modifiedPlan.entries[3].altitude, 1500);
-    EXPECT_EQ(modifiedPlan.entries[3].latitude, 42.36);
-}
-
-struct ApproachCase {
-    const char* what;
-    const char* before;
-    const char* list;
-    bool gap;
-    const char* after;
+    {"an approach", "KJFK >AAA KBOS", "APPR(IAF,FAF)", "KJFK >AAA APPR(IAF,FAF) KBOS"},
+    {"it keeps the arrival and replaces an approach",
+     "KJFK >AAA STAR:T1(BBB,CCC) APPR(OLD,OLE,OLF) KBOS", "APPR(FAF)",
+     "KJFK >AAA STAR:T1(BBB,CCC) APPR(FAF) KBOS"},
+    {"with a gap", "KJFK >AAA KBOS", "DISCO APPR(FAF)", "KJFK >AAA DISCO APPR(FAF) KBOS"},
+    {"one gap is enough", "KJFK >AAA DISCO APPR(OLD) KBOS", "DISCO APPR(IAF,FAF)",
+     "KJFK >AAA DISCO APPR(IAF,FAF) KBOS"},
+    {"an old gap goes with its approach", "KJFK >AAA DISCO APPR(OLD) KBOS", "APPR(FAF)",
+     "KJFK >AAA APPR(FAF) KBOS"},
+    {"an approach without legs", "KJFK >AAA APPR(OLD) KBOS", "APPR()", "KJFK >AAA KBOS"},
+    {"tracked in the old approach", "KJFK AAA APPR(OLD,>OLE) KBOS", "DISCO APPR(IAF,FAF)",
+     "KJFK AAA DISCO APPR(>IAF,FAF) KBOS"},
+    {"the old approach's hold goes", "KJFK >AAA APPR(OLD@) KBOS", "APPR(FAF)",
+     "KJFK >AAA APPR(FAF) KBOS"},
 };
 
-TEST(InsertApproach, StandsBeforeTheArrivalAirport) {
-    const ApproachCase cases[] = {
-        {"new", "KJFK >AAA KBOS", "P1 P2", false, "KJFK >AAA P1/APPR P2/APPR KBOS"},
-        {"keeps the arrival, replaces an approach",
-         "KJFK >AAA T1/STAR T2/STAR(S1) O1/APPR O2/APPR O3/APPR KBOS", "P1", false,
-         "KJFK >AAA T1/STAR T2/STAR(S1) P1/APPR KBOS"},
-        {"with a gap", "KJFK >AAA KBOS", "P1", true, "KJFK >AAA DISCO P1/APPR KBOS"},
-        {"one gap is enough", "KJFK >AAA DISCO O1/APPR KBOS", "P1 P2", true,
-         "KJFK >AAA DISCO P1/APPR P2/APPR KBOS"},
-        {"an old gap goes with its approach", "KJFK >AAA DISCO O1/APPR KBOS", "P1", false,
-         "KJFK >AAA P1/APPR KBOS"},
-        {"no legs", "KJFK >AAA O1/APPR KBOS", "", false, "KJFK >AAA KBOS"},
-        {"tracked in the old approach", "KJFK AAA O1/APPR >O2/APPR KBOS", "P1 P2", true,
-         "KJFK AAA DISCO >P1/APPR P2/APPR KBOS"},
-        {"the old approach's hold goes", "KJFK >AAA O1@/APPR KBOS", "P1", false,
-         "KJFK >AAA P1/APPR KBOS"},
-    };
-    for (const ApproachCase& c : cases) {
+TEST(Splices, IntoTheModifiedPlanAwaitExecution) {
+    for (const SpliceCase& c : kIntoTheModifiedPlan) {
+        SCOPED_TRACE(c.what);
         SetAirports();
         SetPlan(modifiedPlan, c.before);
-        procedureLists.approach = List(c.list);
+        planBook.editIndex = planBook.trackedIndex;
+        planBook.status = RouteStatus::Active;
+        EXPECT_TRUE(Splice(modifiedPlan, c.splice));
+        EXPECT_EQ(Show(modifiedPlan), c.after);
+        EXPECT_EQ(planBook.status, RouteStatus::Modified);
+    }
+}
+
+// ">" is the active waypoint here, "^" names the vertical target.
+constexpr SpliceCase kIntoTheActivePlan[] = {
+    {"a departure is flown from its first waypoint", "KLGA SID(OLD) AAA@ >BBB KBOS ^BBB",
+     "SID:N2.TRANS(XX,YY,ZZ)", "KJFK SID:N2.TRANS(>XX,YY,ZZ) AAA@ BBB KBOS ^BBB"},
+    {"nothing is flown", "KJFK AAA BBB KBOS ^KBOS", "SID(XX)", "KJFK SID(>XX) ^XX"},
+    {"an arrival that is flown is replaced", "KJFK AAA BBB STAR(>OLD) KBOS ^KBOS", "STAR:N2(XX,YY)",
+     "KJFK AAA >BBB STAR:N2(XX,YY) KBOS ^KBOS"},
+    {"a target in the old arrival", "KJFK >AAA STAR:O1(OLD,OLE) KBOS ^OLE", "STAR(XX)",
+     "KJFK >AAA STAR(XX) KBOS ^KBOS"},
+    {"in front of an approach that is flown", "KJFK AAA APPR(>IAF,FAF) KBOS ^FAF", "STAR(XX)",
+     "KJFK >AAA STAR(XX) APPR(IAF,FAF) KBOS ^FAF"},
+    {"the merged departure's last is flown", "KJFK SID:N2(XX,>YY) KBOS ^KBOS", "STAR:T1(YY,ZZ)",
+     "KJFK SID(>XX) SIDSTAR(YY) T1 STAR(ZZ) KBOS ^KBOS"},
+    {"a gap is for modifications only", "KJFK >AAA BBB KBOS ^BBB", "DISCO APPR(IAF,FAF)",
+     "KJFK >AAA BBB APPR(IAF,FAF) KBOS ^FAF"},
+    {"an approach that is flown is replaced", "KJFK AAA APPR(OLD,>OLE) KBOS ^AAA", "APPR(IAF,FAF)",
+     "KJFK AAA APPR(>IAF,FAF) KBOS ^FAF"},
+};
+
+void SetActive(std::string_view route) {
+    const std::size_t mark = route.find(" ^");
+    SetPlan(activePlan, route.substr(0, mark));
+    for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
+        if (activePlan.entries[i].ident == route.substr(mark + 2)) {
+            planBook.verticalTargetIndex = i;
+        }
+    }
+}
+
+TEST(Splices, IntoTheActivePlanKeepWhatIsFlown) {
+    for (const SpliceCase& c : kIntoTheActivePlan) {
+        SCOPED_TRACE(c.what);
+        SetAirports();
+        SetActive(c.before);
+        EXPECT_TRUE(Splice(activePlan, c.splice));
+        EXPECT_EQ(Show(activePlan) + " ^" + activePlan.entries[planBook.verticalTargetIndex].ident,
+                  c.after);
+        EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
+    }
+}
+
+TEST(Splices, RebuildTheAirports) {
+    const struct {
+        FlightPlan& plan;
+        const char* splice;
+        double arrivalAltitude;
+        double arrivalValue;
+    } cases[] = {
+        {modifiedPlan, "STAR(XX)", 1500, -1},  // the tracked airport keeps its own
+        {activePlan, "STAR(XX)", kUnset, -1},
+        {modifiedPlan, "APPR(XX)", kUnset, -999},
+        {activePlan, "APPR(XX)", 20, -1},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.splice);
+        SetAirports();
         procedureLists.approachReady = true;
-        EXPECT_TRUE(InsertApproach(modifiedPlan, c.gap)) << c.what;
-        EXPECT_EQ(Show(modifiedPlan), c.after) << c.what;
-        EXPECT_FALSE(procedureLists.approachReady);
-        EXPECT_EQ(modifiedPlan.entries[modifiedPlan.lastIndex].altitude, kUnset);
-        EXPECT_EQ(modifiedPlan.entries[modifiedPlan.lastIndex].auxValue, -999);
+        SetPlan(c.plan, "KLGA AAA >KPVD");
+        c.plan.entries[2].altitude = 1500;
+        ASSERT_TRUE(Splice(c.plan, c.splice));
+        const PlanWaypoint& arrival = c.plan.entries[3];
+        EXPECT_EQ(arrival.ident + arrival.type, "KBOSAPT");
+        EXPECT_EQ(arrival.latitude, 42.36);
+        EXPECT_EQ(arrival.altitude, c.arrivalAltitude);
+        EXPECT_EQ(arrival.auxValue, c.arrivalValue);
+        EXPECT_EQ(procedureLists.approachReady, c.splice[0] == 'S');
+        ASSERT_TRUE(Splice(c.plan, "SID(YY)"));
+        EXPECT_EQ(c.plan.entries[0].ident, "KJFK");
+        EXPECT_EQ(c.plan.entries[0].latitude, 40.6);
     }
 }
 
-TEST(InsertApproach, OfTheActivePlanEndsAtTheAirportsElevation) {
-    SetAirports();
-    SetPlan(activePlan, "KJFK >AAA BBB KBOS");
-    planBook.verticalTargetIndex = 2;  // the last entry before the approach is appended
-    procedureLists.approach = List("P1 P2");
-    ASSERT_TRUE(InsertApproach(activePlan, true));  // a gap is for modifications only
-    EXPECT_EQ(Show(activePlan), "KJFK >AAA BBB P1/APPR P2/APPR KBOS");
-    EXPECT_EQ(planBook.verticalTargetIndex, 4);
-    EXPECT_EQ(activePlan.entries[5].altitude, 20);
-    EXPECT_EQ(activePlan.entries[5].auxValue, -1);
-    EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
-}
-
-TEST(Splices, OpenAModificationOfTheActiveRoute) {
-    SetAirports();
-    SetPlan(modifiedPlan, "KJFK >AAA KBOS");
-    planBook.status = RouteStatus::Active;
-    procedureLists.star = List("P1");
-    InsertStar(modifiedPlan);
-    EXPECT_EQ(planBook.status, RouteStatus::Modified);
+TEST(Splices, TakeTheAirportBeingChosenForAPlanWithoutOne) {
+    const struct {
+        const char* before;
+        const char* splice;
+        const char* after;
+    } cases[] = {
+        {"", "SID(XX)", "KLGA SID(XX)"},
+        {"AAA >BBB", "SID(XX)", "KLGA SID(XX) >BBB"},
+        {"KJFK >AAA", "STAR(XX)", "KJFK >AAA STAR(XX) KLGA"},
+        {"KJFK >AAA", "APPR(XX)", "KJFK >AAA APPR(XX)"},  // it has none to go to
+    };
+    for (const auto& c : cases) {
+        SetAirports();
+        airportSlots[kDepartureSlot] = {};
+        airportSlots[kArrivalSlot] = {};
+        const TempSimFolder folder;
+        folder.Write("avq/Navdata/avq_apts.txt", "KLGA LaGuardia 22 40.77 -73.87\n");
+        procedureChoice.airport = "KLGA";
+        SetPlan(modifiedPlan, c.before);
+        planBook.editIndex = planBook.trackedIndex;
+        ASSERT_TRUE(Splice(modifiedPlan, c.splice));
+        EXPECT_EQ(Show(modifiedPlan), c.after);
+    }
 }
 
 // A plan of the departure, `count` entries and the arrival.
 void FillPlan(FlightPlan& plan, int count) {
-    std::string notation = "KJFK >A1@";
+    std::string route = "KJFK >FIRST@";
     for (int i = 2; i <= count; ++i) {
-        notation += Format(" W%04d", i);
+        route += Format(" FIX%03d", i);
     }
-    SetPlan(plan, notation + " KBOS");
+    SetPlan(plan, route + " KBOS");
 }
 
 TEST(Splices, RefuseWholeWhenThePlanHasNoRoom) {
-    struct Case {
-        const char* what;
-        bool (*splice)(FlightPlan& plan);
-        int roomFor;  // entries of the list that just fit
+    const struct {
+        const char* fits;  // to the last entry
+        const char* doesNot;
+    } cases[] = {
+        {"SID(A,B,C)", "SID(A,B,C,D)"},
+        {"STAR(A,B,C)", "STAR(A,B,C,D)"},
+        {"APPR(A,B,C)", "APPR(A,B,C,D)"},
+        {"DISCO APPR(A,B)", "DISCO APPR(A,B,C)"},
     };
-    const Case cases[] = {
-        {"SID", InsertSid, 3},
-        {"STAR", InsertStar, 3},
-        {"approach", [](FlightPlan& plan) { return InsertApproach(plan, false); }, 3},
-        {"approach and gap", [](FlightPlan& plan) { return InsertApproach(plan, true); }, 2},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         for (FlightPlan* plan : {&modifiedPlan, &activePlan}) {
+            const bool gap = c.fits[0] == 'D';
+            if (gap && plan == &activePlan) {
+                continue;
+            }
+            SCOPED_TRACE(c.doesNot);
             SetAirports();
             FillPlan(*plan, 196);
             planBook.editIndex = 1;
             planBook.verticalTargetIndex = 197;
-            const int room = plan == &activePlan ? 3 : c.roomFor;
-            procedureLists.sid = List(room == 3 ? "P1 P2 P3 P4" : "P1 P2 P3");
-            procedureLists.star = procedureLists.sid;
-            procedureLists.approach = procedureLists.sid;
             const std::string before = Show(*plan);
-            EXPECT_FALSE(c.splice(*plan)) << c.what;
-            EXPECT_TRUE(Show(*plan) == before) << c.what;
-            EXPECT_EQ(planBook.verticalTargetIndex, 197) << c.what;
+            EXPECT_FALSE(Splice(*plan, c.doesNot));
+            EXPECT_TRUE(Show(*plan) == before);
+            EXPECT_EQ(planBook.verticalTargetIndex, 197);
             EXPECT_EQ(messages.lines[messages.count], kPlanFullMessage);
-            procedureLists.sid.pop_back();
-            procedureLists.star.pop_back();
-            procedureLists.approach.pop_back();
-            EXPECT_TRUE(c.splice(*plan)) << c.what;
-            EXPECT_EQ(plan->lastIndex, kMaxPlanIndex) << c.what;
+            EXPECT_TRUE(Splice(*plan, c.fits));
+            EXPECT_EQ(plan->lastIndex, kMaxPlanIndex);
         }
     }
 }
@@ -261,6 +270,9 @@ TEST(Splices, RefuseWholeWhenThePlanHasNoRoom) {
 // Any series of splices keeps the route between the airports, the holds on it and the indexes, and
 // leaves one procedure of each kind, the one spliced last.
 TEST(Splices, AnySeriesKeepsTheRoute) {
+    static constexpr const char* kSplices[] = {
+        "SID()",         "SID(DA)", "SID:N(DA,DB,DC,DD)", "STAR()",         "STAR(SA)",
+        "STAR:N(SA,SB)", "APPR()",  "APPR(FA,FB,FC)",     "DISCO APPR(FA)", "DISCO APPR()"};
     std::mt19937 random(4);
     for (int round = 0; round < 300; ++round) {
         FlightPlan& plan = round % 2 == 0 ? modifiedPlan : activePlan;
@@ -269,65 +281,60 @@ TEST(Splices, AnySeriesKeepsTheRoute) {
         planBook.editIndex = 1;
         planBook.verticalTargetIndex = 4;
         std::string history;
-        std::size_t counts[3] = {};
+        std::map<std::string_view, std::ptrdiff_t> spliced;  // how many entries last, by kind
         for (int step = 0; step < 12; ++step) {
-            const std::size_t kind = random() % 3;
-            static constexpr const char* kSuffixes[] = {"D", "S", "A"};
-            static constexpr const char* kLists[] = {"", "P1", "P1 P2", "P1 P2 P3 P4"};
-            const std::vector<ProcedureWaypoint> list = List(kLists[random() % 4], "V");
-            std::vector<ProcedureWaypoint>* const lists[] = {
-                &procedureLists.sid, &procedureLists.star, &procedureLists.approach};
-            *lists[kind] = list;
-            for (ProcedureWaypoint& waypoint : *lists[kind]) {
-                waypoint.ident += kSuffixes[kind];
-            }
-            counts[kind] = list.size();
-            const bool gap = random() % 2 == 0;
-            history += Format(" %zu/%zu/%d", kind, list.size(), gap ? 1 : 0);
-            ASSERT_TRUE(kind == 0   ? InsertSid(plan)
-                        : kind == 1 ? InsertStar(plan)
-                                    : InsertApproach(plan, gap));
+            const std::string_view splice = kSplices[random() % std::size(kSplices)];
+            history += " " + std::string(splice);
+            SCOPED_TRACE(history + ": " + Show(plan));
+            ASSERT_TRUE(Splice(plan, splice));
+            const std::string_view kind =
+                test::ReadRouteWord(splice.substr(splice[0] == 'D' ? 6 : 0)).procedure;
+            spliced[kind] = splice.find("()") != std::string_view::npos
+                                ? 0
+                                : std::count(splice.begin(), splice.end(), ',') + 1;
             std::string route;
-            std::size_t found[3] = {};
+            std::map<std::string_view, std::ptrdiff_t> found;
             for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
                 const PlanWaypoint& entry = plan.entries[i];
-                found[0] += entry.procedure == "SID" ? 1 : 0;
-                found[1] += entry.procedure == "STAR" ? 1 : 0;
-                found[2] += entry.procedure == "APPR" ? 1 : 0;
+                ++found[entry.procedure];
                 if (entry.procedure.empty() && !IsDiscontinuity(entry)) {
                     route += entry.ident + (test::HasHoldAt(plan, i) ? "@ " : " ");
                 }
             }
-            ASSERT_EQ(route, "KJFK AAA BBB@ CCC KBOS ") << history << ": " << Show(plan);
-            ASSERT_EQ(found[0], counts[0]) << history << ": " << Show(plan);
-            ASSERT_EQ(found[kind], counts[kind]) << history << ": " << Show(plan);
-            ASSERT_LE(found[1], counts[1]) << history << ": " << Show(plan);
-            ASSERT_LE(found[2], counts[2]) << history << ": " << Show(plan);
+            ASSERT_EQ(route, "KJFK AAA BBB@ CCC KBOS ");
+            ASSERT_EQ(found["SID"], spliced["SID"]);
+            ASSERT_EQ(found[kind], spliced[kind]);
+            ASSERT_LE(found["STAR"], spliced["STAR"]);
+            ASSERT_LE(found["APPR"], spliced["APPR"]);
             const std::int32_t followed =
                 &plan == &activePlan ? planBook.activeIndex : planBook.trackedIndex;
-            ASSERT_TRUE(followed >= 1 && followed <= plan.lastIndex) << history;
-            ASSERT_TRUE(&plan != &activePlan || planBook.verticalTargetIndex <= plan.lastIndex)
-                << history;
+            ASSERT_TRUE(followed >= 1 && followed <= plan.lastIndex);
+            ASSERT_TRUE(&plan != &activePlan || planBook.verticalTargetIndex <= plan.lastIndex);
         }
     }
 }
 
 TEST(ProcedureEntries, AreTiedToTheDatabase) {
     SetAirports();
-    navDatabase.navaids.Append({"P1", "", 42.9, -71, PointKind::Vor, "112.7", ""});
+    navDatabase.navaids.Append({"XX", "", 42.9, -71, PointKind::Vor, "112.7", ""});
+    navDatabase.navaids.Append({"YY", "", 42.1, -71, PointKind::Navaid, "345.0", ""});
     BuildNavaidLetterIndex();
     SetPlan(modifiedPlan, "KJFK >AAA KBOS");
-    procedureLists.approach = List("P1 P2");
-    procedureLists.approach[0].roleText = "FAF";
-    procedureLists.approach[0].flyover = 1;
+    ProcedureWaypoint waypoint{"XX", "FAF", "A3000", "", 42, -71, 1};
+    for (const char* ident : {"XX", "YY", "ZZ"}) {
+        waypoint.ident = ident;
+        procedureLists.approach.push_back(waypoint);
+    }
     ASSERT_TRUE(InsertApproach(modifiedPlan, false));
-    const PlanWaypoint& first = modifiedPlan.entries[2];
-    EXPECT_EQ(first.type, "VOR");
-    EXPECT_EQ(first.frequency, "112.7");
-    EXPECT_EQ(first.auxText, "FAF");
-    EXPECT_EQ(first.flyover, 1);
-    EXPECT_EQ(first.via, "");
-    EXPECT_EQ(modifiedPlan.entries[3].type, "");
+    std::string tied;
+    for (std::int32_t i = 2; i <= 4; ++i) {
+        const PlanWaypoint& entry = modifiedPlan.entries[i];
+        tied += entry.ident + "/" + entry.type + "/" + entry.frequency + " ";
+        EXPECT_EQ(entry.auxText, "FAF");
+        EXPECT_EQ(entry.flyover, 1);
+        EXPECT_EQ(entry.altitude, kUnset);
+    }
+    EXPECT_EQ(tied, "XX/VOR/112.7 YY/NDB/345.0 ZZ// ");
 }
 
 std::string Idents(const std::vector<ProcedureWaypoint>& list) {
@@ -387,13 +394,19 @@ TEST(ProcedureLists, AnApproachBeginsAtItsTransition) {
         {"RNAV", "", "22L", "RNV"},
         {"ILS", "", "04R", "OTHER/FAF"},
         {"VORA", "LWM", "09", "LWM/IAF"},  // an approach to no runway in particular
+        // Other transitions pass the fix, before and behind its own: it is flown once.
+        {"RNVY", "JABAD", "31", "JABAD/IAF BIPKE GEMKE/FAF"},
+        {"RNVY", "WASBO", "31", "WASBO/IAF JABAD BIPKE GEMKE/FAF"},
+        {"RNVY", "GEMKE", "31", "GEMKE/FAF"},  // and once where it is the common part's first
     };
     for (const Case& c : cases) {
         SetAirports();
         ReadApproaches(
             "[KBOS]\n22L ILS PROVI IAF\n22L ILS WINNI WINNI\n22L ILS STEP WINNI\n22L ILS MID ---\n"
             "22L ILS MILTT FAF\n22L ILS REPLY MAF\n22L RNAV RNV --\n04R ILS OTHER FAF\n"
-            "-- VORA LWM IAF\n",
+            "-- VORA LWM IAF\n31 RNVY DRIES IAF\n31 RNVY WASBO DRIES\n31 RNVY JABAD DRIES\n"
+            "31 RNVY JABAD IAF\n31 RNVY BIPKE JABAD\n31 RNVY WASBO IAF\n31 RNVY JABAD WASBO\n"
+            "31 RNVY BIPKE WASBO\n31 RNVY GEMKE IAF\n31 RNVY GEMKE FAF\n",
             "KBOS", airportSlots[kArrivalSlot].procedures);
         procedureChoice.approachType = c.type;
         procedureChoice.approachTransition = c.transition;
@@ -428,8 +441,8 @@ TEST(Airways, GoIntoThePlanForwardsAndBackwards) {
         const char* after;
     };
     const Case cases[] = {
-        {"#J1", 1, 4, "J1", "KJFK BBB CCCC(J1) DDDD(J1) >EEE KBOS"},
-        {"#J1", 1, 1, "J1", "KJFK BBB AAAA(J1) >EEE KBOS"},
+        {"#J1", 1, 4, "J1", "KJFK BBB J1 CCCC J1 DDDD >EEE KBOS"},
+        {"#J1", 1, 1, "J1", "KJFK BBB J1 AAAA >EEE KBOS"},
         {"#J1", 1, 2, "J1", "KJFK BBB >EEE KBOS"},
         {"#J1", 2, 4, "J1 (N/A)", "KJFK BBB >EEE KBOS"},
         {"#J7", 1, 4, "J7 (N/A)", "KJFK BBB >EEE KBOS"},
@@ -458,7 +471,8 @@ TEST(Airways, GoIntoThePlanForwardsAndBackwards) {
 TEST(Airways, NeedRoomForAllTheirFixes) {
     SetAirports();
     const TempSimFolder folder;
-    folder.Write("avq/navdata/fsb_awy2.txt", "J1 1 A1 40 -70\nJ1 2 BBBB 41 -70\nJ1 3 CC 42 -70\n");
+    folder.Write("avq/navdata/fsb_awy2.txt",
+                 "J1 1 FIRST 40 -70\nJ1 2 BBBB 41 -70\nJ1 3 CC 42 -70\n");
     LoadNavDatabase();
     for (const int entries : {198, 197}) {
         FillPlan(modifiedPlan, entries);
@@ -481,69 +495,6 @@ TEST(Airways, AMissingFileLeavesTheText) {
     planBook.airwayText = "J9";
     LookupAirway("#J1");
     EXPECT_EQ(planBook.airwayText, "J9");
-}
-
-TEST(SetPlanAirport, PutsTheAirportWhereTheModeSays) {
-    struct Case {
-        PlanAirportMode mode;
-        const char* active;
-        const char* modified;
-        std::int32_t verticalTarget;
-        double firstAltitude;
-        double lastAltitude;
-        double parkingLatitude;
-        const char* destination;
-    };
-    using Mode = PlanAirportMode;
-    const char* const plan = "KJFK AAA KBOS";
-    const Case cases[] = {
-        {Mode::DepartureElevation, plan, plan, 0, 20, kUnset, 1.5, ""},
-        {Mode::ActiveDestination, plan, plan, 0, kUnset, 20, 1.5, "KBOS"},
-        {Mode::LoadedDestination, plan, plan, 0, kUnset, 20, 0, "KBOS"},
-        {Mode::ActiveOrigin, "KBOS AAA KBOS", plan, 0, kUnset, kUnset, 1.5, ""},
-        {Mode::AppendToActive, "KJFK AAA KBOS KBOS", plan, 3, kUnset, 20, 1.5, "KBOS"},
-        {Mode::ModifiedOrigin, plan, "KBOS AAA KBOS", 0, kUnset, kUnset, 1.5, ""},
-        {Mode::AppendToModified, plan, "KJFK AAA KBOS KBOS", 0, kUnset, kUnset, 1.5, ""},
-    };
-    for (const Case& c : cases) {
-        ResetModuleState();
-        const TempSimFolder folder;
-        folder.Write("avq/Navdata/avq_apts.txt",
-                     "KBOS Boston 20 42.36 -71.01 09_7000_42.3_-71_92_0_0_0 27_7000_42_-71_272\n");
-        folder.Write("avq/Navdata/apt_additional_info.txt",
-                     "[KJFK]\nRWY27=RIGHTPATTERN\n[KBOS]\nRWY9=rightpattern\nRWY27=LEFT\n[KLGA]\n"
-                     "RWY27=RIGHTPATTERN\n");
-        folder.Write("avq/Aircraft/stands.txt", "KBOS 1.5 2.5 90\n");
-        settings.ParkingFile = "stands.txt";
-        SetPlan(activePlan, plan);
-        SetPlan(modifiedPlan, plan);
-        const int mode = static_cast<int>(c.mode);
-        SetPlanAirport("KBOS", c.mode);
-        EXPECT_EQ(Show(activePlan), c.active) << mode;
-        EXPECT_EQ(Show(modifiedPlan), c.modified) << mode;
-        EXPECT_EQ(planBook.verticalTargetIndex, c.verticalTarget) << mode;
-        EXPECT_EQ(activePlan.entries[0].altitude, c.firstAltitude) << mode;
-        EXPECT_EQ(activePlan.entries[activePlan.lastIndex].altitude, c.lastAltitude) << mode;
-        EXPECT_EQ(parkingPosition.latitude, c.parkingLatitude) << mode;
-        EXPECT_EQ(planAirports.destinationIdent, c.destination) << mode;
-        EXPECT_EQ(planAirports.destinationLatitude, c.mode == Mode::AppendToActive ? 42.36 : 0);
-        ASSERT_EQ(planAirports.runways.size(), 2U);
-        EXPECT_EQ(planAirports.runways[0].rightPattern, 1);
-        EXPECT_EQ(planAirports.runways[1].rightPattern, 0);
-        EXPECT_EQ(planAirports.runways[0].field8, 92);
-        EXPECT_EQ(messages.lines[messages.count], "APT 'KBOS' Set");
-    }
-}
-
-TEST(SetPlanAirport, AFullPlanRefusesOneMore) {
-    SetAirports();
-    const TempSimFolder folder;
-    folder.Write("avq/Navdata/avq_apts.txt", "KBOS Boston 20 42.36 -71.01\n");
-    FillPlan(activePlan, 199);
-    SetPlanAirport("KBOS", PlanAirportMode::AppendToActive);
-    EXPECT_EQ(activePlan.lastIndex, kMaxPlanIndex);
-    EXPECT_EQ(planBook.verticalTargetIndex, 0);
-    EXPECT_EQ(messages.lines[1], kPlanFullMessage);
 }
 
 }  // namespace

@@ -187,8 +187,7 @@ TEST_F(ResolveEntryForms, HoldAtPresentPositionIsANumberedPoint) {
     test::Offer("HOLD PPOS", PointKind::None, 41, -72);
     SetPlan(modifiedPlan, "KJFK >WPT01 KBOS");
     ASSERT_TRUE(InsertNamedPoint(1, 1));
-    EXPECT_EQ(Show(modifiedPlan), "KJFK WPT02 >WPT01 KBOS");
-    EXPECT_EQ(modifiedPlan.entries[1].procedure, "HOLD PPOS");
+    EXPECT_EQ(Show(modifiedPlan), "KJFK HOLD PPOS(WPT02) >WPT01 KBOS");
     EXPECT_EQ(modifiedPlan.entries[1].type, "WPT");
 }
 
