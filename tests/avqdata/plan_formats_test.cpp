@@ -32,7 +32,7 @@ constexpr const char* kSamples[] = {
     "DISCO 0 0 WPT ---\n"
     "AB123 -20.00000 -180.00000 INT --- B599\n"
     "NAVAI -17.50000 -179.99999 VOR 114.70 J1.TR STAR\n"
-    "NFFN -17.75528 177.44333 APT ---\n",
+    "NFFN -17.75528 177.44333 APT --- B600\n",
 };
 
 struct RoundTrip {
@@ -50,11 +50,14 @@ constexpr RoundTrip kRoundTrips[] = {
 // What the row of a format says that it carries must come back, and nothing else may.
 ExchangePlan AsCarried(const ExchangePlan& plan, unsigned carries) {
     ExchangePlan kept;
-    for (PlanWaypoint entry : plan.entries) {
+    for (const PlanWaypoint& original : plan.entries) {
+        PlanWaypoint entry = original;
         if (avq1::IsDiscontinuity(entry) && (carries & kCarriesGaps) == 0) {
             continue;
         }
-        const unsigned needed = entry.procedure.empty() ? kCarriesAirways : kCarriesProcedures;
+        const bool last = &original == &plan.entries.back();  // the samples begin without
+        const unsigned airway = last ? kCarriesEndAirways : kCarriesAirways;
+        const unsigned needed = entry.procedure.empty() ? airway : kCarriesProcedures;
         if ((carries & needed) == 0) {
             entry.via.clear();
             entry.procedure.clear();
@@ -124,7 +127,7 @@ TEST(PlanFormats, RoundTripOfAnFmsPlan) {
     EXPECT_EQ(written.text, text) << written.error;
     EXPECT_THAT(read.Said(), HasSubstr("names the departure 'TRSHA1'; its points are not"));
     EXPECT_EQ(NotCarried(*FormatNamed("rte"), read.plan),
-              "altitudes (3), runway and procedure choices");
+              "altitudes (3), runway and procedure choices (8)");
     EXPECT_EQ(NotCarried(*FormatNamed("fms1100"), read.plan), "");
 }
 
@@ -162,8 +165,9 @@ TEST(PlanFormats, WritesEachFormAsItsProgramsDo) {
         EXPECT_THAT(written.text, HasSubstr(c.part)) << c.format << written.error;
     }
     plan.entries.front().type = "WPT";
-    plan.departure.runway = "RW09";
     EXPECT_THAT(PlanWriting("fms1100", plan).text, HasSubstr("\nDEP EGSH\nADES EGBB\nNUMENR"));
+    plan.departure.runway = "RW09";
+    EXPECT_THAT(PlanWriting("fms1100", plan).error, HasSubstr("only at an airport"));
 }
 
 // ---- what is refused ----

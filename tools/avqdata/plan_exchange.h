@@ -53,7 +53,8 @@ enum PlanFeature : unsigned {
     kCarriesCruise = 1U << 7U,
     kCarriesFuel = 1U << 8U,
     kCarriesTerminal = 1U << 9U,
-    kCarriesAll = (1U << 10U) - 1U,
+    kCarriesEndAirways = 1U << 10U,  // to the airports at the ends
+    kCarriesAll = (1U << 11U) - 1U,
 };
 
 inline constexpr std::array<std::string_view, 5> kPlanTypes{"APT", "VOR", "NDB", "INT", "WPT"};

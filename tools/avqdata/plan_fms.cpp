@@ -236,7 +236,7 @@ std::string TerminalBlock(const ExchangePlan& plan, TerminalChoice ExchangePlan:
     std::string text = (airport ? "A" : "") + std::string(key) + " " + entry.ident + "\n";
     for (const HeaderKey& row : kHeaderKeys) {
         const std::string& choice = plan.*end.*row.field;
-        if (airport && row.end == end && !choice.empty()) {
+        if (row.end == end && !choice.empty()) {
             text += std::string(row.key) + " " + choice + "\n";
         }
     }
@@ -250,6 +250,13 @@ bool CheckHeader(const ExchangePlan& plan, std::string& error) {
         return false;
     }
     const TerminalChoice& arrival = plan.arrival;
+    const bool departs = plan.entries.front().type == avq1::kAirportType;
+    const bool arrives = plan.entries.back().type == avq1::kAirportType;
+    if ((!departs && plan.departure != TerminalChoice{}) ||
+        (!arrives && arrival != TerminalChoice{})) {
+        error = "runways and procedures are chosen only at an airport";
+        return false;
+    }
     if (arrival.runway.empty() && (!arrival.procedure.empty() || !arrival.approach.empty())) {
         error = "an arrival or approach without its runway is none in this format";
         return false;

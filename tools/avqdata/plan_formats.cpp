@@ -34,12 +34,23 @@ bool IsWord(std::string_view text, const char* forbidden) {
 
 // ---- what a plan holds ----
 
-struct FeatureRow {
-    unsigned feature;
-    const char* what;
-    bool (*ofEntry)(const PlanWaypoint& entry);  // null: of the plan as a whole
-    std::size_t (*ofPlan)(const ExchangePlan& plan);
-};
+std::size_t CountEntries(const ExchangePlan& plan, bool (*counts)(const PlanWaypoint& entry)) {
+    return static_cast<std::size_t>(
+        std::count_if(plan.entries.begin(), plan.entries.end(), counts));
+}
+
+std::size_t CountAirways(const ExchangePlan& plan) {
+    return CountEntries(plan, [](const PlanWaypoint& e) { return !AirwayOf(e).empty(); });
+}
+
+std::size_t CountEndAirways(const ExchangePlan& plan) {
+    const auto counts = [](const PlanWaypoint& entry) -> std::size_t {
+        return entry.type == avq1::kAirportType && !AirwayOf(entry).empty() ? 1 : 0;
+    };
+    return plan.entries.size() < kFewestEntries
+               ? 0
+               : counts(plan.entries.front()) + counts(plan.entries.back());
+}
 
 std::size_t CountChoices(const ExchangePlan& plan) {
     std::size_t count = 0;
@@ -52,33 +63,48 @@ std::size_t CountChoices(const ExchangePlan& plan) {
     return count;
 }
 
-constexpr std::array<FeatureRow, 10> kFeatures{{
-    {kCarriesAirways, "airways", [](const PlanWaypoint& e) { return !AirwayOf(e).empty(); },
-     nullptr},
+struct FeatureRow {
+    unsigned feature;
+    const char* what;
+    std::size_t (*count)(const ExchangePlan& plan);
+};
+
+constexpr std::array<FeatureRow, 11> kFeatures{{
+    {kCarriesAirways, "airways",
+     [](const ExchangePlan& p) { return CountAirways(p) - CountEndAirways(p); }},
+    {kCarriesEndAirways, "airways to the airports at the ends", CountEndAirways},
     {kCarriesProcedures, "procedures",
-     [](const PlanWaypoint& e) { return !e.procedure.empty() && !e.via.empty(); }, nullptr},
+     [](const ExchangePlan& p) {
+         return CountEntries(
+             p, [](const PlanWaypoint& e) { return !e.procedure.empty() && !e.via.empty(); });
+     }},
     {kCarriesLoneProcedures, "procedure tags without a name",
-     [](const PlanWaypoint& e) { return !e.procedure.empty() && e.via.empty(); }, nullptr},
-    {kCarriesAltitudes, "altitudes", [](const PlanWaypoint& e) { return !IsUnset(e.altitude); },
-     nullptr},
-    {kCarriesSpeeds, "speeds", [](const PlanWaypoint& e) { return !IsUnset(e.speed); }, nullptr},
-    {kCarriesFrequencies, "frequencies", [](const PlanWaypoint& e) { return !e.frequency.empty(); },
-     nullptr},
-    {kCarriesGaps, "gaps, which are closed", avq1::IsDiscontinuity, nullptr},
-    {kCarriesCruise, "cruise altitude", nullptr,
+     [](const ExchangePlan& p) {
+         return CountEntries(
+             p, [](const PlanWaypoint& e) { return !e.procedure.empty() && e.via.empty(); });
+     }},
+    {kCarriesAltitudes, "altitudes",
+     [](const ExchangePlan& p) {
+         return CountEntries(p, [](const PlanWaypoint& e) { return !IsUnset(e.altitude); });
+     }},
+    {kCarriesSpeeds, "speeds",
+     [](const ExchangePlan& p) {
+         return CountEntries(p, [](const PlanWaypoint& e) { return !IsUnset(e.speed); });
+     }},
+    {kCarriesFrequencies, "frequencies",
+     [](const ExchangePlan& p) {
+         return CountEntries(p, [](const PlanWaypoint& e) { return !e.frequency.empty(); });
+     }},
+    {kCarriesGaps, "gaps, which are closed",
+     [](const ExchangePlan& p) { return CountEntries(p, avq1::IsDiscontinuity); }},
+    {kCarriesCruise, "cruise altitude",
      [](const ExchangePlan& p) -> std::size_t { return p.cruiseAltitudeFt != 0 ? 1 : 0; }},
-    {kCarriesFuel, "fuel", nullptr,
+    {kCarriesFuel, "fuel",
      [](const ExchangePlan& p) -> std::size_t {
          return p.fuelTotal != 0 || p.reserveFuel != 0 ? 1 : 0;
      }},
-    {kCarriesTerminal, "runway and procedure choices", nullptr, CountChoices},
+    {kCarriesTerminal, "runway and procedure choices", CountChoices},
 }};
-
-std::size_t CountFeature(const FeatureRow& row, const ExchangePlan& plan) {
-    return row.ofEntry == nullptr ? row.ofPlan(plan)
-                                  : static_cast<std::size_t>(std::count_if(
-                                        plan.entries.begin(), plan.entries.end(), row.ofEntry));
-}
 
 // ---- what a format takes ----
 
@@ -303,11 +329,11 @@ bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::
 std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan) {
     std::string lost;
     for (const FeatureRow& row : kFeatures) {
-        const std::size_t count = (format.carries & row.feature) != 0 ? 0 : CountFeature(row, plan);
+        const std::size_t count = (format.carries & row.feature) != 0 ? 0 : row.count(plan);
         if (count > 0) {
             lost += lost.empty() ? "" : ", ";
             lost += row.what;
-            lost += row.ofEntry != nullptr ? " (" + std::to_string(count) + ")" : "";
+            lost += count > 1 ? " (" + std::to_string(count) + ")" : "";
         }
     }
     return lost;
