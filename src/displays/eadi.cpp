@@ -51,19 +51,6 @@ void EadiText(EadiPicture& picture, std::string_view text, const CanvasFont& fon
     picture.surface.Text(text, font, argb, x, y);
 }
 
-void EadiFlag(EadiPicture& picture, std::string_view text, std::uint32_t argb, double centreX,
-              double centreY) {
-    constexpr CanvasFont kFont{"Arial", 14, true};
-    const CanvasSize size = picture.canvas.MeasureText(text, kFont);
-    const double width = size.width + 8;
-    const double height = size.height + 2;
-    picture.canvas.FillRectangle(colour::Black, centreX - width / 2, centreY - height / 2, width,
-                                 height);
-    picture.canvas.DrawRectangle({argb, 1.5}, centreX - width / 2, centreY - height / 2, width,
-                                 height);
-    picture.surface.TextCentred(text, kFont, argb, centreX, centreY - size.height / 2);
-}
-
 void DrawEadi(const DrawTarget& target) {
     Surface surface(target, kEadiDesignWidth, kEadiDesignHeight);
     if (!surface.ShouldDraw() || avionicsPower == 0) {

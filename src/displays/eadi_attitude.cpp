@@ -69,7 +69,7 @@ void DrawSkyAndGround(EadiPicture& picture) {
         picture.canvas.DrawRectangle({colour::Grey, 1}, layout.left + 0.5, layout.top + 0.5,
                                      layout.right - layout.left - 1,
                                      layout.bottom - layout.top - 1);
-        EadiFlag(picture, "ATT", colour::Red, 0, -32);
+        DrawFlag(picture.surface, "ATT", colour::Red, 0, -32);
         return;
     }
     constexpr double kBeyond = 600;  // farther than any corner at any attitude
@@ -145,7 +145,7 @@ void DrawFlightDirector(EadiPicture& picture) {
     const double bankLeft = aircraft.flightDirectorBank - picture.bank;
     const double pitchDown = aircraft.flightDirectorPitch - picture.pitch;
     if (!std::isfinite(bankLeft) || !std::isfinite(pitchDown)) {
-        EadiFlag(picture, "FD", colour::Amber, -78, 40);
+        DrawFlag(picture.surface, "FD", colour::Amber, -78, 40);
         return;
     }
     const double commandY = std::clamp(pitchDown * kEadiPxPerPitchDeg, -kLimitPx, kLimitPx);

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "displays/flag.h"
 #include "drawing/surface.h"
 
 namespace avq1 {
@@ -40,10 +41,6 @@ struct EadiPicture {
 // A text on a black ground of its own, so that it reads the same over sky and earth.
 void EadiText(EadiPicture& picture, std::string_view text, const CanvasFont& font,
               std::uint32_t argb, double x, double y);
-
-// A boxed warning in place of what cannot be shown.
-void EadiFlag(EadiPicture& picture, std::string_view text, std::uint32_t argb, double centreX,
-              double centreY);
 
 // ---- layers ----
 void DrawSkyAndGround(EadiPicture& picture);

@@ -79,6 +79,13 @@ void DrawTapeMarks(EadiPicture& picture, double heading) {
     }
 }
 
+// Hosts differ: the value is the selected airspeed, or 1 while the airspeed hold is on, and then
+// the hold's target is what is selected.
+double SelectedAirspeedKt() {
+    constexpr double kHoldOn = 1;
+    return aircraft.apSpeed115 == kHoldOn ? aircraft.apAirspeedTargetKt : aircraft.apSpeed115;
+}
+
 }  // namespace
 
 void DrawHeadingTape(EadiPicture& picture) {
@@ -87,7 +94,7 @@ void DrawHeadingTape(EadiPicture& picture) {
     }
     Canvas& canvas = picture.canvas;
     if (!std::isfinite(aircraft.headingMag)) {
-        EadiFlag(picture, "HDG", colour::Red, 0, kTapeTop + kTapeHeight / 2);
+        DrawFlag(picture.surface, "HDG", colour::Red, 0, kTapeTop + kTapeHeight / 2);
         return;
     }
     canvas.BeginClip();
@@ -128,16 +135,15 @@ void DrawGlideslope(EadiPicture& picture) {
             std::clamp(aircraft.nav1GlideslopeNeedle * kPxPerGlideUnit, -kReachPx, kReachPx);
         DrawDiamond(picture.canvas, colour::Magenta, kGlideslopeX, kUprightCentreY + offset);
     } else {
-        EadiFlag(picture, "GS", colour::Red, kGlideslopeX, kUprightCentreY);
+        DrawFlag(picture.surface, "GS", colour::Red, kGlideslopeX, kUprightCentreY);
     }
 }
 
-// The host decides what variable 115 holds: a hold flag never exceeds 40 and so shows no scale.
 void DrawSpeedDeviation(EadiPicture& picture) {
     constexpr double kLeastKt = 40;
     constexpr int kReachKt = 13;
     constexpr double kPxPerKt = 4;
-    const double selected = aircraft.apSpeed115;
+    const double selected = SelectedAirspeedKt();
     const double indicated = aircraft.indicatedAirspeedKt;
     const double slowKt = std::trunc(selected - indicated);
     if (!(selected > kLeastKt && indicated > kLeastKt && std::abs(slowKt) <= kReachKt)) {

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "displays/ehsi_picture.h"
+#include "displays/flag.h"
 #include "displays/map_view.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
@@ -131,8 +132,7 @@ void DrawHeadingReadout(EhsiPicture& picture) {
                                 valid ? colour::White : colour::Red, centreX,
                                 picture.compass.readoutY);
     if (!valid) {
-        picture.surface.TextCentred("HDG", kMain, colour::Red, centreX,
-                                    picture.compass.centre.y - 60);
+        DrawFlag(picture.surface, "HDG", colour::Red, centreX, picture.compass.centre.y - 36);
     }
 }
 

@@ -1,5 +1,6 @@
 // The plan on the map: active route, route awaiting execution, holding patterns, climb and descent
 // markers.
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <span>
@@ -12,6 +13,7 @@
 #include "flightplan/hold_pattern.h"
 #include "guidance/holds.h"
 #include "guidance/vnav.h"
+#include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 
 namespace avq1 {
@@ -104,9 +106,30 @@ void DrawHold(const MapFrame& frame, HoldPattern hold) {
                                         true);
 }
 
+// A place off the map, brought in to where the line to it leaves the map.
+CanvasPoint AtMapEdge(const MapFrame& frame, const CanvasPoint& place) {
+    constexpr double kMarginPx = 10;
+    const CanvasPoint from{frame.view.centreX, frame.view.centreY};
+    const CanvasPoint line{place.x - from.x, place.y - from.y};
+    const TextBox& window = frame.window;
+    double part = (frame.circleRadius - kMarginPx) / std::hypot(line.x, line.y);
+    const auto keepWithin = [&](double start, double along, double low, double high) {
+        if (along != 0) {
+            const double limit = along > 0 ? high - kMarginPx : low + kMarginPx;
+            part = std::min(part, std::max((limit - start) / along, 0.0));
+        }
+    };
+    keepWithin(from.x, line.x, window.x, window.x + window.width);
+    keepWithin(from.y, line.y, window.y, window.y + window.height);
+    return {from.x + part * line.x, from.y + part * line.y};
+}
+
 void DrawMarker(const MapFrame& frame, SymbolCode code, double latitude, double longitude) {
     const bool known = latitude != 0 || longitude != 0;
-    const CanvasPoint at = PlaceOnMap(frame.view, latitude, longitude);
+    CanvasPoint at = PlaceOnMap(frame.view, latitude, longitude);
+    if (performance.showFloatingTodBod == 1 && !NearMap(frame, at)) {
+        at = AtMapEdge(frame, at);
+    }
     if (!known || !NearMap(frame, at)) {
         return;
     }

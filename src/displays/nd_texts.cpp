@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/text.h"
+#include "displays/flag.h"
 #include "displays/nd_picture.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
@@ -177,8 +178,8 @@ void DrawMissing(NdPicture& picture) {
         picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
     }
     if (!std::isfinite(aircraft.headingMag)) {
-        picture.surface.TextCentred("HDG", kMain, colour::Red, kCentre,
-                                    picture.rose.centre.y - picture.rose.radius * 0.7);
+        DrawFlag(picture.surface, "HDG", colour::Red, kCentre,
+                 picture.rose.centre.y - picture.rose.radius * 0.65);
     }
 }
 

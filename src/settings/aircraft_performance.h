@@ -44,7 +44,7 @@ struct AircraftPerformance {
     double descentSpeedRestriction = 0;
     double descentRestrictionAltitude = 0;
     std::int32_t vnavSpeedDistanceNm = 25;  // VNAV commands the airspeed within this distance to go
-    std::int32_t showFloatingTodBod = 0;    // map markers that move with the aircraft
+    std::int32_t showFloatingTodBod = 0;    // markers beyond the map stand at its edge
 
     // What the reference pages show.
     std::string modelId;

@@ -184,12 +184,14 @@ TEST_F(Eadi, ShowsSpeedDeviationNearTheSelectedSpeedOnly) {
     struct Case {
         double selectedKt, indicatedKt;
         std::optional<double> offset;  // of the pointer, down
+        double holdTargetKt = 0;
     };
-    for (const Case& c :
-         {Case{150, 150, 0}, Case{163, 150, 52}, Case{163.9, 150, 52}, Case{164, 150, {}},
-          Case{137, 150, -52}, Case{136, 150, {}}, Case{40, 41, {}}, Case{41, 40, {}},
-          Case{1, 1, {}}, Case{kNan, 150, {}}, Case{150, kInfinity, {}}}) {
+    for (const Case& c : {Case{150, 150, 0}, Case{163, 150, 52}, Case{163.9, 150, 52},
+                          Case{164, 150, {}}, Case{137, 150, -52}, Case{136, 150, {}},
+                          Case{40, 41, {}}, Case{41, 40, {}}, Case{1, 1, {}}, Case{1, 150, 24, 156},
+                          Case{0, 150, {}, 156}, Case{kNan, 150, {}}, Case{150, kInfinity, {}}}) {
         aircraft.apSpeed115 = c.selectedKt;
+        aircraft.apAirspeedTargetKt = c.holdTargetKt;
         aircraft.indicatedAirspeedKt = c.indicatedKt;
         const auto picture = Draw();
         EXPECT_EQ(Picture::Shows("F"), c.offset.has_value()) << c.selectedKt;

@@ -24,6 +24,7 @@
 #include "navdb/boundaries.h"
 #include "navdb/nav_database.h"
 #include "navdb/nearby.h"
+#include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/fake_simulator.h"
@@ -508,6 +509,12 @@ TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
     settings.ShowTodBodIndicators = 0;
     EXPECT_EQ(shown(), Both(false, false));
     settings.ShowTodBodIndicators = 1;
+    // off the map only when the aircraft file asks, at the map's edge
+    vnav.todLatitude = 5;
+    EXPECT_EQ(shown(), Both(false, false));
+    performance.showFloatingTodBod = 1;
+    EXPECT_EQ(shown(), Both(false, true));
+    EXPECT_NEAR(Picture::Find("T/D")->y, 114 - 90 - 5, 1);
     ehsi.navSource = NavSource::NavReceiver;
     EXPECT_EQ(shown(), Both(false, false));
 }
