@@ -295,7 +295,7 @@ bool LooksLikeLatitude(std::string_view field) {
 }
 
 // "EGSH, A, N52* 40.61', E001* 17.07', +000000.00"; the longer lines of saved flights have region,
-// identifier, airway and name before the type.
+// identifier, airport and name before the type. An airway may stand behind the height.
 bool ReadKeyWaypoint(std::string_view value, SimWaypoint& waypoint) {
     std::vector<std::string_view> fields;
     constexpr std::size_t kMaxFields = 12;

@@ -166,6 +166,8 @@ TEST(ConvertSimPlan, WritesTheLinesOfAPlan) {
          "[flightplan]\r\nwaypoint.0=KA, A, N52* 40.50', E001* 17.25', +0,\r\n"
          "waypoint.1=B, V, S52* 33.20', W6* 6', +0,\r\n",
          "KA       52.67500 1.28750  APT\nB        -52.55333 -6.10000  VOR\n"},
+        {"degrees with a fraction", Xml("A", "VOR", "N54.285\xB0,W6.5083,0"),
+         "A        54.28500 -6.50806  VOR\n"},
         {"types of the key form",
          "waypoint.0=A, N, N1* 0.0', E1* 0.0',\nwaypoint.1=B, I, N1* 0.0', E1* 0.0',\n"
          "waypoint.2=C, U, N1* 0.0', E1* 0.0',\nwaypoint.3=D, , N1* 0.0', E1* 0.0'",
@@ -187,6 +189,49 @@ TEST(ConvertSimPlan, WritesTheLinesOfAPlan) {
         const ConvertedPlan converted = ConvertSimPlan("\xEF\xBB\xBF" + c.text);
         EXPECT_EQ(converted.text, std::string("[FlightPlan]\n") + c.lines);
         EXPECT_EQ(converted.leftOut, c.leftOut);
+    }
+}
+
+TEST(ReadSimPlan, KeepsWhatAPlanOfThisSystemHasNoPlaceFor) {
+    const SimPlan xml = ReadSimPlan(
+        "<CruisingAlt>25000.000</CruisingAlt><!-- left\nout -->\n"
+        "<ATCWaypoint id=\"A\"><WorldPosition>N54\xB0 39' 14.99\",W6\xB0 13' 11.78\",+000268.00"
+        "</WorldPosition><DepartureFP>SIDA1</DepartureFP><SpeedMaxFP>-1</SpeedMaxFP></"
+        "ATCWaypoint>\n"
+        "<ATCWaypoint id=\"B\"><WorldPosition>nowhere</WorldPosition></ATCWaypoint>\n"
+        "<ATCWaypoint id=\"C\"><WorldPosition>N1\xB0 0' 0\",E1\xB0 0' 0\",+000000.00"
+        "</WorldPosition><ATCAirway>L12</ATCAirway><SpeedMaxFP>250</SpeedMaxFP></ATCWaypoint>");
+    const SimPlan keys = ReadSimPlan(
+        "Cruising_Altitude = 9500\nwaypoint.0=A, V, N52* 40.61', W1* 17.07', +009500.00, L12\n"
+        "waypoint.1=EU, B, , Bee, I, N1* 0', E1* 0', +000000.00, \n");
+    EXPECT_EQ(xml.cruisingAltitudeFt, 25000);
+    EXPECT_EQ(xml.leftOutAt.size(), 1U);
+    EXPECT_EQ(keys.cruisingAltitudeFt, 9500);
+    const struct {
+        const SimWaypoint& waypoint;
+        LatLon exact;
+        const char* airway;
+        const char* procedure;
+        double altitude;
+        double speed;
+    } cases[] = {
+        {xml.waypoints.at(0),
+         {54 + 39 / 60.0 + 14.99 / 3600, -6 - 13 / 60.0 - 11.78 / 3600},
+         "SIDA1",
+         "SID",
+         268,
+         kUnset},
+        {xml.waypoints.at(1), {1, 1}, "L12", "", kUnset, 250},
+        {keys.waypoints.at(0), {52 + 40.61 / 60, -1 - 17.07 / 60}, "L12", "", 9500, kUnset},
+        {keys.waypoints.at(1), {1, 1}, "", "", kUnset, kUnset},
+    };
+    for (const auto& c : cases) {
+        EXPECT_NEAR(c.waypoint.exact.latitude, c.exact.latitude, 1e-9);
+        EXPECT_NEAR(c.waypoint.exact.longitude, c.exact.longitude, 1e-9);
+        EXPECT_EQ(c.waypoint.airway, c.airway);
+        EXPECT_EQ(c.waypoint.procedure, c.procedure);
+        EXPECT_EQ(c.waypoint.altitude, c.altitude);
+        EXPECT_EQ(c.waypoint.speed, c.speed);
     }
 }
 
