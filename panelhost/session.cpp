@@ -361,24 +361,6 @@ RadioStatus StatusOf(const World& world, const Receiver& receiver, double unitsP
     return status;
 }
 
-AutopilotStatus StatusOf(const Autopilot& autopilot) {
-    AutopilotStatus status;
-    status.master = autopilot.master;
-    status.headingHold = autopilot.headingHold;
-    status.navHold = autopilot.navHold;
-    status.approachHold = autopilot.approachHold;
-    status.altitudeHold = autopilot.altitudeHold;
-    status.verticalSpeedHold = autopilot.verticalSpeedHold;
-    status.airspeedHold = autopilot.airspeedHold;
-    status.yawDamper = autopilot.yawDamper;
-    status.flightDirector = autopilot.flightDirector;
-    status.headingBugMag = autopilot.headingBugMag;
-    status.altitudeTargetFt = autopilot.altitudeTargetFt;
-    status.verticalSpeedTargetFpm = autopilot.verticalSpeedTargetFpm;
-    status.airspeedTargetKt = autopilot.airspeedTargetKt;
-    return status;
-}
-
 void FillFlightStatus(const World& world, SessionStatus& status) {
     const Aircraft& aircraft = world.aircraft;
     status.flightTimeS = world.clock.flightTimeS;
@@ -693,7 +675,7 @@ SessionStatus Session::Status() const {
     const HostState& host = state_->host;
     SessionStatus status;
     FillFlightStatus(host.world, status);
-    status.autopilot = StatusOf(host.world.autopilot);
+    status.autopilot = host.world.autopilot;
     status.nav1 = StatusOf(host.world, host.world.nav1, 100);
     status.nav2 = StatusOf(host.world, host.world.nav2, 100);
     status.adf = StatusOf(host.world, host.world.adf, 1000);

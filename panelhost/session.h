@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "panelhost/autopilot.h"
 #include "platform/panel_interface.h"
 
 namespace panelhost {
@@ -120,22 +121,6 @@ struct NamedVariable {
     std::string text;
 };
 
-struct AutopilotStatus {
-    bool master = false;
-    bool headingHold = false;
-    bool navHold = false;
-    bool approachHold = false;
-    bool altitudeHold = false;
-    bool verticalSpeedHold = false;
-    bool airspeedHold = false;
-    bool yawDamper = false;
-    bool flightDirector = false;
-    double headingBugMag = 0;
-    double altitudeTargetFt = 0;
-    double verticalSpeedTargetFpm = 0;
-    double airspeedTargetKt = 0;
-};
-
 struct RadioStatus {
     std::string ident;  // empty without a signal
     double frequencyMhz = 0;
@@ -177,7 +162,7 @@ struct SessionStatus {
     double towerLatitude = 0;  // where the tower view looks from
     double towerLongitude = 0;
     double towerAltitude = 0;  // as the data service was told, in whole units
-    AutopilotStatus autopilot;
+    Autopilot autopilot;
     RadioStatus nav1;
     RadioStatus nav2;
     RadioStatus adf;                         // frequencyMhz holds kHz / 1000

@@ -82,7 +82,7 @@ void TuneRadios(Session& session, const Situation& row, double variation) {
 }
 
 void SetAutopilot(Session& session, const Situation& row, double variation) {
-    const AutopilotStatus now = session.Status().autopilot;
+    const Autopilot now = session.Status().autopilot;
     Switch(session, kMaster, now.master, row.autopilot);
     Switch(session, kYawDamper, now.yawDamper, row.autopilot);
     Switch(session, kParkingBrake, session.NumberedVariable(323).value_or(0) > 0,

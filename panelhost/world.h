@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "panelhost/autopilot.h"
 #include "panelhost/earth.h"
 
 namespace panelhost {
@@ -48,23 +49,6 @@ struct Aircraft {
     double fuelFlowPph = 0;
     double commandedBankRightDeg = 0;
     double commandedPitchUpDeg = 0;
-};
-
-struct Autopilot {
-    bool master = false;
-    bool headingHold = false;
-    bool navHold = false;
-    bool approachHold = false;
-    bool glideslopeCaptured = false;
-    bool altitudeHold = false;
-    bool verticalSpeedHold = false;
-    bool airspeedHold = false;
-    bool yawDamper = false;
-    bool flightDirector = false;
-    int headingBugMag = 360;
-    int altitudeTargetFt = 0;
-    int verticalSpeedTargetFpm = 0;
-    int airspeedTargetKt = 0;
 };
 
 struct Receiver {

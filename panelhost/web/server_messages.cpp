@@ -47,7 +47,7 @@ Json RadioJson(const RadioStatus& radio) {
             {"glideslope", radio.hasGlideslope}};
 }
 
-Json AutopilotJson(const AutopilotStatus& autopilot) {
+Json AutopilotJson(const Autopilot& autopilot) {
     return {{"master", autopilot.master},
             {"heading", autopilot.headingHold},
             {"nav", autopilot.navHold},

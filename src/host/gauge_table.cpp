@@ -111,17 +111,15 @@ constexpr std::string_view kDisplayWords[] = {"VC", "VC2", "WN"};
 constexpr std::string_view kPanelWords[] = {"VC", "WN"};
 
 constexpr GaugeBehaviour Display(void (*drawScreen)(const DrawTarget&), std::uint32_t popupIdent) {
-    GaugeBehaviour behaviour;
-    behaviour.takesSimFolder = true;
-    behaviour.initialises = true;
-    behaviour.loadsNavigation = true;
-    behaviour.placementWords = kDisplayWords;
-    behaviour.updatesFrame = true;
-    behaviour.startsGraphics = true;
-    behaviour.hiddenWhileMainShows = true;
-    behaviour.popupIdent = popupIdent;
-    behaviour.drawScreen = drawScreen;
-    return behaviour;
+    return {.takesSimFolder = true,
+            .initialises = true,
+            .loadsNavigation = true,
+            .placementWords = kDisplayWords,
+            .updatesFrame = true,
+            .startsGraphics = true,
+            .hiddenWhileMainShows = true,
+            .popupIdent = popupIdent,
+            .drawScreen = drawScreen};
 }
 
 // A map display also has a mode for the second virtual-cockpit instance.
@@ -148,50 +146,24 @@ constexpr GaugeBehaviour Unit(void (*drawScreen)(const DrawTarget&), bool logsAf
     return behaviour;
 }
 
-constexpr GaugeBehaviour ControlPanel() {
-    GaugeBehaviour behaviour;
-    behaviour.initialises = true;
-    behaviour.loadsNavigation = true;
-    behaviour.placementWords = kPanelWords;
-    behaviour.updatesFrame = true;
-    return behaviour;
-}
-
-constexpr GaugeBehaviour ModeButton() {
-    GaugeBehaviour behaviour;
-    behaviour.initialises = true;
-    behaviour.placementWords = kPanelWords;
-    return behaviour;
-}
-
-constexpr GaugeBehaviour MfdPanel() {
-    GaugeBehaviour behaviour;
-    behaviour.takesSimFolder = true;
-    behaviour.initialises = true;
-    behaviour.onPanelDraw = DrawMfdPanel;
-    return behaviour;
-}
-
-constexpr GaugeBehaviour Server() {
-    GaugeBehaviour behaviour;
-    behaviour.onInstall = RegisterExportedVariables;
-    behaviour.onKill = UnregisterExportedVariables;
-    return behaviour;
-}
-
 constexpr GaugeBehaviour kMcu = CompactUnit();
 constexpr GaugeBehaviour kMfd = Display(DrawBlank, 4002);
-constexpr GaugeBehaviour kMfdPanel = MfdPanel();
+constexpr GaugeBehaviour kMfdPanel{
+    .takesSimFolder = true, .initialises = true, .onPanelDraw = DrawMfdPanel};
 constexpr GaugeBehaviour kGns = Unit(DrawBlank, false);
 constexpr GaugeBehaviour kEadi = Display(DrawEadi, 4005);
 constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, 4008, true);
 constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, 4009, false);
 constexpr GaugeBehaviour kTcas = Display(DrawBlank, 4010);
 constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, 4011, false);
-constexpr GaugeBehaviour kPanel = ControlPanel();
-constexpr GaugeBehaviour kModeButton = ModeButton();
+constexpr GaugeBehaviour kPanel{.initialises = true,
+                                .loadsNavigation = true,
+                                .placementWords = kPanelWords,
+                                .updatesFrame = true};
+constexpr GaugeBehaviour kModeButton{.initialises = true, .placementWords = kPanelWords};
 constexpr GaugeBehaviour kSmiths = Unit(DrawBlank, true);
-constexpr GaugeBehaviour kServer = Server();
+constexpr GaugeBehaviour kServer{.onInstall = RegisterExportedVariables,
+                                 .onKill = UnregisterExportedVariables};
 
 // ---- the table ----
 constexpr std::uint32_t kPlain = 0;

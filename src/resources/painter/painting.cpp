@@ -61,6 +61,30 @@ void PaintKnurls(cairo_t* cairo, double x, double y, double radius, Rgb colour) 
     cairo_stroke(cairo);
 }
 
+struct SelectorLook {
+    std::uint32_t rimLight;
+    std::uint32_t rimDark;
+    double faceRadius;  // as a part of the whole
+    std::uint32_t faceLight;
+    std::uint32_t faceDark;
+};
+
+// Paints a selector's body and turns the drawing to its position; the centre becomes 0,0. The
+// radius; the caller paints the pointer and restores the context.
+double PaintSelectorBody(cairo_t* cairo, const PixelBox& box, const SelectorLook& look,
+                         double degrees) {
+    const double x = box.x + box.width / 2.0;
+    const double y = box.y + box.height / 2.0;
+    const double radius = std::min(box.width, box.height) / 2.0 - 1;
+    ShadedDisc(cairo, x, y, radius, look.rimLight, look.rimDark);
+    PaintKnurls(cairo, x, y, radius, 0x0A0A0A);
+    ShadedDisc(cairo, x, y, radius * look.faceRadius, look.faceLight, look.faceDark);
+    cairo_save(cairo);
+    cairo_translate(cairo, x, y);
+    cairo_rotate(cairo, degrees * kPi / 180.0);
+    return radius;
+}
+
 }  // namespace
 
 Painting::Painting(int width, int height)
@@ -276,15 +300,8 @@ void PaintThumbwheel(cairo_t* cairo, const PixelBox& box, const Finish& finish) 
 }
 
 void PaintSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
-    const double x = box.x + box.width / 2.0;
-    const double y = box.y + box.height / 2.0;
-    const double radius = std::min(box.width, box.height) / 2.0 - 1;
-    ShadedDisc(cairo, x, y, radius, 0x55585B, 0x131415);
-    PaintKnurls(cairo, x, y, radius, 0x0A0A0A);
-    ShadedDisc(cairo, x, y, radius * 0.80, 0x44474A, 0x1C1D1F);
-    cairo_save(cairo);
-    cairo_translate(cairo, x, y);
-    cairo_rotate(cairo, degrees * kPi / 180.0);
+    const double radius =
+        PaintSelectorBody(cairo, box, {0x55585B, 0x131415, 0.80, 0x44474A, 0x1C1D1F}, degrees);
     SetColour(cairo, 0x5E6265);
     RoundedBox(cairo, -radius * 0.22, -radius * 0.94, radius * 0.44, radius * 1.76, 3);
     cairo_fill(cairo);
@@ -299,15 +316,8 @@ void PaintSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
 }
 
 void PaintRingSelector(cairo_t* cairo, const PixelBox& box, double degrees) {
-    const double x = box.x + box.width / 2.0;
-    const double y = box.y + box.height / 2.0;
-    const double radius = std::min(box.width, box.height) / 2.0 - 1;
-    ShadedDisc(cairo, x, y, radius, 0x6A6E71, 0x1B1C1E);
-    PaintKnurls(cairo, x, y, radius, 0x0A0A0A);
-    ShadedDisc(cairo, x, y, radius * 0.50, 0x202224, 0x0C0D0E);
-    cairo_save(cairo);
-    cairo_translate(cairo, x, y);
-    cairo_rotate(cairo, degrees * kPi / 180.0);
+    const double radius =
+        PaintSelectorBody(cairo, box, {0x6A6E71, 0x1B1C1E, 0.50, 0x202224, 0x0C0D0E}, degrees);
     SetColour(cairo, 0xF6F6F0);
     cairo_rectangle(cairo, -1.25, -radius * 0.96, 2.5, radius * 0.42);
     cairo_fill(cairo);
