@@ -195,7 +195,7 @@ TEST_F(PlanFiles, WhatARunSaysAndLeavesBehind) {
         const char* err;
     } cases[] = {
         {"good.RTE", "", "", false, kPlanDone, "Total 120.0 nm", ""},
-        {"good.RTE", "a.pln", "", false, kPlanDone, "3 entries as simulator plan, XML form",
+        {"good.RTE", "a.pln", "", false, kPlanDone, "3 waypoints as simulator plan, XML form",
          "not carried: frequencies\n"},
         {"good.RTE", "b.PLN", "pln-keys", false, kPlanDone, "form of keys", "frequencies\n"},
         {"good.RTE", "c.rte", "", false, kPlanDone, "AVQ1 plan", "names end in .RTE, in capitals"},
@@ -207,7 +207,7 @@ TEST_F(PlanFiles, WhatARunSaysAndLeavesBehind) {
         {"good.RTE", "e.pln", "gpx", false, kPlanFailed, "", "gpx: is no format"},
         {"good.RTE", "no/such/folder/e.pln", "", false, kPlanFailed, "", "cannot be written"},
         {"holed.fms", "", "", false, kPlanFaulty, "AAAA to CCCC", "holed.fms:6: 'x' '8' is no pos"},
-        {"holed.fms", "f.RTE", "", false, kPlanFaulty, "2 entries", "left out\n"},
+        {"holed.fms", "f.RTE", "", false, kPlanFaulty, "2 waypoints", "left out\n"},
         {"taken.kml", "", "", false, kPlanFailed, "", "in a form that is known here"},
         {"absent.RTE", "g.kml", "", false, kPlanFailed, "", "cannot be opened"},
     };

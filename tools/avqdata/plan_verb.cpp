@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <fstream>
@@ -122,7 +123,9 @@ bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, 
     if (format == &kRtePlanFormat && !request.to.ends_with(".RTE")) {
         err << "the control units list plans whose names end in .RTE, in capitals\n";
     }
-    out << request.to << ": " << plan.entries.size() << " entries as " << format->title << "\n";
+    out << request.to << ": "
+        << std::count_if(plan.entries.begin(), plan.entries.end(), avq1::HasPosition)
+        << " waypoints as " << format->title << "\n";
     return true;
 }
 
