@@ -262,6 +262,8 @@ TEST(PlanFormats, ReadsWhatItCanAndSaysTheRest) {
         // Line ends, marks, blanks, extra and missing things that do no harm.
         {"\xEF\xBB\xBF" + kFmsHead + kFmsRows, "AAAA BBBB", "", 0},
         {"A\r\n3 version\r\n1\r\n1\r\n1 AAAA 0 50 8\r\n1 BBBB 0 51 8", "AAAA BBBB", "", 0},
+        {"A\r3 version\r1\r1\r1 AAAA 0 50 8\r1 BBBB 0 51 8\r", "AAAA BBBB",
+         "plan: has the line ends", 0},
         {"I\n3 version\n1\n1\n\n\t1\tAAAA 0  50 8 extra fields\n 1 BBBB 0 51 8\n\n", "AAAA BBBB",
          "", 0},
         {kFmsHead + kFmsRows + "0 ---- 0.000000 0.000000 0.000000\n", "AAAA BBBB", "", 0},

@@ -199,6 +199,16 @@ bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan
     if (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
     }
+    std::string withLines;
+    if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos) {
+        withLines = text;
+        std::replace(withLines.begin(), withLines.end(), '\r', '\n');
+        text = withLines;
+        report.Add(Topic::Warning, "line ends",
+                   std::string(name) +
+                       ": has the line ends of old Macintoshes, which not every "
+                       "program reads");
+    }
     format = FormatOfText(text);
     if (format == nullptr) {
         error = std::string(name) + ": is no flight plan in a form that is known here";
