@@ -4,8 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
-#include <limits>
 #include <optional>
 #include <set>
 
@@ -15,15 +13,17 @@
 #include "guidance/guidance_state.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
 #include "support/fake_simulator.h"
 #include "support/leak_suppressions.h"
-#include "support/picture.h"
 
 namespace avq1 {
 namespace {
 
 using test::FakeSimulator;
 using test::IsColour;
+using test::kInfinity;
+using test::kNan;
 using test::Picture;
 
 constexpr int kWidth = 266;
@@ -32,8 +32,7 @@ constexpr int kCentreX = 129;
 constexpr int kCentreY = 114;
 constexpr std::uint32_t kSky = 0xFF0060C4;
 constexpr std::uint32_t kGround = 0xFF946239;
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr CanvasSize kDesign{kWidth, kHeight};
 
 class Eadi : public ::testing::Test {
   protected:
@@ -47,9 +46,7 @@ class Eadi : public ::testing::Test {
 
     static std::unique_ptr<Picture> Draw(int scale = 1,
                                          DisplayDrawMode mode = DisplayDrawMode::Normal) {
-        auto picture = std::make_unique<Picture>(kWidth * scale, kHeight * scale);
-        DrawEadi(picture->Target(mode));
-        return picture;
+        return test::DrawAt(DrawEadi, kDesign, scale, mode);
     }
 
     static std::set<std::string> DrawnTexts() {
@@ -327,12 +324,7 @@ TEST_F(Eadi, FlightDirectorShowsWhereToFly) {
 // ---- nothing to show, and nonsense ----
 
 TEST_F(Eadi, ClearsWithoutPowerAndWhenAskedTo) {
-    Picture dirty(kWidth, kHeight, 0xFF123456);
-    DrawEadi(dirty.Target(DisplayDrawMode::ClearOnly));
-    EXPECT_TRUE(dirty.IsClear());
-    EXPECT_FALSE(Draw(1, DisplayDrawMode::SecondCockpit)->IsClear());
-    avionicsPower = 0;
-    EXPECT_TRUE(Draw()->IsClear());
+    test::ExpectDrawsOnlyWhenAsked(DrawEadi);
 }
 
 TEST_F(Eadi, FlagsWhatIsNotANumber) {
@@ -367,7 +359,6 @@ TEST_F(Eadi, FlagsWhatIsNotANumber) {
     }
 }
 
-// No text may stand on another: measured as the box of its capitals.
 TEST_F(Eadi, TextsKeepClearOfEachOther) {
     settings.EADIHdgTape = 1;
     aircraft.autopilotOn = aircraft.headingHoldOn = aircraft.yawDamperOn = 1;
@@ -382,23 +373,9 @@ TEST_F(Eadi, TextsKeepClearOfEachOther) {
         aircraft.bank = bank;
         for (const double heading : {0.0, 15.0, 44.0, 284.0}) {
             aircraft.headingMag = heading;
-            Picture picture(kWidth, kHeight);
-            DrawEadi(picture.Target());
-            const std::vector<test::DrawnText> texts = Picture::Texts();
-            Canvas canvas(&picture.context(), kWidth, kHeight);
-            for (std::size_t i = 0; i < texts.size(); ++i) {
-                for (std::size_t j = 0; j < i; ++j) {
-                    const auto& a = texts[i];
-                    const auto& b = texts[j];
-                    const auto width = [&](const test::DrawnText& t) {
-                        return canvas.MeasureText(t.text, {"Arial", t.pixelSize, true}).width;
-                    };
-                    const bool apart = a.x >= b.x + width(b) || b.x >= a.x + width(a) ||
-                                       a.y + 0.19 * a.pixelSize >= b.y + 0.92 * b.pixelSize ||
-                                       b.y + 0.19 * b.pixelSize >= a.y + 0.92 * a.pixelSize;
-                    EXPECT_TRUE(apart) << a.text << " on " << b.text << " " << pitch << " " << bank;
-                }
-            }
+            Draw();
+            test::ExpectTextsApart(
+                kDesign, true, "pitch " + std::to_string(pitch) + " bank " + std::to_string(bank));
         }
     }
 }

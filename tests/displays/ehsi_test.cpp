@@ -4,10 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstddef>
-#include <functional>
-#include <limits>
-#include <set>
 
 #include "base/module_state.h"
 #include "drawing/palette.h"
@@ -16,19 +12,19 @@
 #include "guidance/guidance_state.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
 #include "support/fake_simulator.h"
-#include "support/picture.h"
 
 namespace avq1 {
 namespace {
 
+using test::AngleBetween;
 using test::FakeSimulator;
 using test::IsColour;
+using test::MeanDirection;
 using test::Picture;
 
-constexpr int kDesignWidth = 266;
-constexpr int kDesignHeight = 230;
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr CanvasSize kDesign{266, 230};
 constexpr CanvasPoint kFullCentre{129, 114};
 constexpr CanvasPoint kArcCentre{129, 190};
 
@@ -72,63 +68,16 @@ class Ehsi : public ::testing::Test {
     // Draws `mode` at a whole multiple of the design size.
     static std::unique_ptr<Picture> Draw(int mode, int scale = 1) {
         ehsi.ehsiMode = mode;
-        auto picture = std::make_unique<Picture>(kDesignWidth * scale, kDesignHeight * scale);
-        DrawEhsi(picture->Target());
-        return picture;
+        return test::DrawAt(DrawEhsi, kDesign, scale);
     }
 
     FakeSimulator* simulator_ = nullptr;
 };
 
-int Count(std::string_view text) {
-    int count = 0;
-    for (const test::DrawnText& drawn : Picture::Texts()) {
-        count += drawn.text == text;
-    }
-    return count;
-}
-
-// Mean direction, clockwise from straight up, of the pixels for which `counts` holds at a radius
-// between `inner` and `outer` design pixels of the centre; NaN without such pixels.
-double MeanDirection(const Picture& picture, const CanvasPoint& centre, double inner, double outer,
-                     int scale, const std::function<bool(std::uint32_t)>& counts) {
-    double sines = 0;
-    double cosines = 0;
-    for (int y = 0; y < kDesignHeight * scale; ++y) {
-        for (int x = 0; x < kDesignWidth * scale; ++x) {
-            const double dx = (x + 0.5) / scale - centre.x;
-            const double dy = (y + 0.5) / scale - centre.y;
-            const double radius = std::hypot(dx, dy);
-            if (radius >= inner && radius <= outer && counts(picture.At(x, y))) {
-                sines += dx / radius;
-                cosines -= dy / radius;
-            }
-        }
-    }
-    return sines == 0 && cosines == 0 ? kNan : std::atan2(sines, cosines) * kRadToDeg;
-}
-
-double AngleBetween(double a, double b) {
-    return std::abs(PositiveModulo(a - b + 180, 360) - 180);
-}
-
 TEST_F(Ehsi, StaysTransparentWhenCoveredOrWithoutPower) {
-    for (int mode = 1; mode <= 8; ++mode) {
-        ehsi.ehsiMode = mode;
-        Picture picture(280, 262, 0xFF123456);
-        DrawEhsi(picture.Target(DisplayDrawMode::ClearOnly));
-        EXPECT_TRUE(picture.IsClear());
-        DrawEhsi(picture.Target(DisplayDrawMode::SecondCockpit));
-        EXPECT_EQ(picture.At(2, 131), colour::Black);
-        avionicsPower = 0;
-        Picture::Forget();
-        DrawEhsi(picture.Target());
-        EXPECT_TRUE(picture.IsClear());
-        EXPECT_TRUE(Picture::Texts().empty());
-        avionicsPower = 1;
+    for (ehsi.ehsiMode = 1; ehsi.ehsiMode <= 8; ++ehsi.ehsiMode) {
+        test::ExpectDrawsOnlyWhenAsked(DrawEhsi);
     }
-    DrawEhsi({nullptr, 280, 262, DisplayDrawMode::Normal});
-    DrawEhsi({nullptr, 0, 0, DisplayDrawMode::Normal});
 }
 
 TEST_F(Ehsi, CourseBoxShowsTheSourcesCourse) {
@@ -162,7 +111,10 @@ TEST_F(Ehsi, SaysNoMapWhenTheSourceHasNothingToShow) {
                 EXPECT_EQ(Picture::Shows("WX OFF"), mode == 2 || mode == 6 || mode == 7) << mode;
                 // beside the next waypoint's data it stands on the map
                 const bool route = mapMode && hasData && source == NavSource::FlightManagement;
-                EXPECT_EQ(Count("WP1"), mode == 8 || !hasData ? 0 : route ? 2 : 1) << mode;
+                EXPECT_EQ(test::CountTexts("WP1"), mode == 8 || !hasData ? 0
+                                                   : route               ? 2
+                                                                         : 1)
+                    << mode;
             }
         }
     }
@@ -275,8 +227,7 @@ TEST_F(Ehsi, TheRouteIsDrawnWhereItIsFlown) {
         ehsi.ehsiRange = 12.5;
         const auto picture = Draw(2, kScale);
         const double measured =
-            MeanDirection(*picture, kFullCentre, 20, 60, kScale,
-                          [](std::uint32_t pixel) { return IsColour(pixel, colour::Magenta); });
+            MeanDirection(*picture, kFullCentre, 20, 60, kScale, colour::Magenta);
         EXPECT_LT(AngleBetween(measured, each.direction), 0.6)
             << each.headingMag << ": " << measured;
     }
@@ -344,8 +295,8 @@ TEST_F(Ehsi, NothingOfTheRouteLeavesItsClip) {
         const CanvasPoint centre = mode <= 3 ? kFullCentre : kArcCentre;
         const double radius = mode <= 3 ? 100 : 160;
         int changed = 0;
-        for (int y = 0; y < kDesignHeight * kScale; ++y) {
-            for (int x = 0; x < kDesignWidth * kScale; ++x) {
+        for (int y = 0; y < static_cast<int>(kDesign.height) * kScale; ++y) {
+            for (int x = 0; x < static_cast<int>(kDesign.width) * kScale; ++x) {
                 if (with->At(x, y) != without->At(x, y)) {
                     ++changed;
                     ASSERT_LE(
@@ -373,7 +324,7 @@ TEST_F(Ehsi, TheCourseBarStandsOnTheTracksSide) {
                 }
             }
         }
-        return count > 0 ? sum / count : kNan;
+        return count > 0 ? sum / count : test::kNan;
     };
     aircraft.headingMag = aircraft.nav1Course = 50;
     struct Needle {
@@ -401,8 +352,7 @@ TEST_F(Ehsi, TheCourseBarStandsOnTheTracksSide) {
 TEST_F(Ehsi, PointersTurnWithTheirBearings) {
     constexpr int kScale = 2;
     const auto tip = [](const Picture& picture, std::uint32_t argb, double lastPx) {
-        return MeanDirection(picture, kFullCentre, lastPx, lastPx + 2, kScale,
-                             [argb](std::uint32_t pixel) { return IsColour(pixel, argb, 90); });
+        return MeanDirection(picture, kFullCentre, lastPx, lastPx + 2, kScale, argb, 90);
     };
     aircraft.headingMag = 350;
     aircraft.nav1Course = 350;
@@ -411,9 +361,7 @@ TEST_F(Ehsi, PointersTurnWithTheirBearings) {
     aircraft.adfRelativeBearing = 250;
     ehsi.bearingPointer1 = BearingSource::Adf;
     const auto adf = Draw(1, kScale);
-    const double both = MeanDirection(*adf, kFullCentre, 86, 91, kScale, [](std::uint32_t pixel) {
-        return IsColour(pixel, colour::Blue, 90);
-    });
+    const double both = MeanDirection(*adf, kFullCentre, 86, 91, kScale, colour::Blue, 90);
     EXPECT_LT(AngleBetween(both, 250), 1.5);  // three lines at the head outweigh one at the tail
     aircraft.adfActive = 0;
     EXPECT_TRUE(std::isnan(tip(*Draw(1, kScale), colour::Blue, 86)));
@@ -429,8 +377,7 @@ TEST_F(Ehsi, PointersTurnWithTheirBearings) {
 
 TEST_F(Ehsi, AHeadingBeyondTheArcKeepsItsPointerOnlyWhenAsked) {
     const auto bugDirection = [] {
-        return MeanDirection(*Draw(4, 2), kArcCentre, 154, 160, 2,
-                             [](std::uint32_t pixel) { return IsColour(pixel, colour::Cyan); });
+        return MeanDirection(*Draw(4, 2), kArcCentre, 154, 160, 2, colour::Cyan);
     };
     aircraft.headingMag = 100;
     aircraft.apHeadingBug = 270;
@@ -473,27 +420,12 @@ TEST_F(Ehsi, ALargerSurfaceShowsTheSameTextsInTheSamePlaces) {
     FlyPlan({{-5, -3}, {5, -3}, {20, 0}, {10, 12}, {4, 20}});
     ehsi.bearingPointer1 = BearingSource::Vor;
     aircraft.windSpeedKt = 20;
-    for (int mode = 1; mode <= 8; ++mode) {
-        ehsi.ehsiMode = mode;
-        Picture nominal(280, 262);
-        DrawEhsi(nominal.Target());
-        const std::vector<test::DrawnText> small = Picture::Texts();
-        Picture twice(560, 524);
-        DrawEhsi(twice.Target());
-        const std::vector<test::DrawnText>& large = Picture::Texts();
-        ASSERT_EQ(small.size(), large.size()) << mode;
-        for (std::size_t i = 0; i < small.size(); ++i) {
-            EXPECT_EQ(large[i].text, small[i].text);
-            EXPECT_NEAR(large[i].x, 2 * small[i].x, 1e-6) << small[i].text;
-            EXPECT_NEAR(large[i].y, 2 * small[i].y, 1e-6) << small[i].text;
-            EXPECT_NEAR(large[i].pixelSize, 2 * small[i].pixelSize, 1e-6) << small[i].text;
-        }
+    for (ehsi.ehsiMode = 1; ehsi.ehsiMode <= 8; ++ehsi.ehsiMode) {
+        test::ExpectSharpAtTwice(DrawEhsi, {280, 262}, "mode " + std::to_string(ehsi.ehsiMode));
     }
 }
 
 TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
-    static const std::set<std::string> kRose = {"N", "3",  "6",  "E", "12", "15",
-                                                "S", "21", "24", "W", "30", "33"};
     ehsi.bearingPointer1 = BearingSource::Vor;
     ehsi.bearingPointer2 = BearingSource::Vor;
     aircraft.nav1DmeNm = aircraft.nav2DmeNm = 188.8;
@@ -511,32 +443,10 @@ TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
         planBook.activeIndex = variant == 2 ? kNoWaypoint : 1;
         ehsi.navSource = variant == 0 ? NavSource::FlightManagement : NavSource::NavReceiver;
         for (int mode = 1; mode <= 8; ++mode) {
-            const auto picture = Draw(mode);
-            Canvas measure(nullptr, 0, 0);
-            std::vector<test::DrawnText> texts;
-            for (const test::DrawnText& text : Picture::Texts()) {
-                if (!kRose.contains(text.text)) {
-                    texts.push_back(text);
-                }
-            }
-            for (std::size_t i = 0; i < texts.size(); ++i) {
-                const CanvasSize a =
-                    measure.MeasureText(texts[i].text, {"Arial", texts[i].pixelSize});
-                EXPECT_GE(texts[i].x, 0) << texts[i].text;
-                EXPECT_LE(texts[i].x + a.width, kDesignWidth) << texts[i].text;
-                EXPECT_GE(texts[i].y, 0) << texts[i].text;
-                EXPECT_LE(texts[i].y + a.height, kDesignHeight) << texts[i].text;
-                for (std::size_t j = 0; j < i; ++j) {
-                    const CanvasSize b =
-                        measure.MeasureText(texts[j].text, {"Arial", texts[j].pixelSize});
-                    const bool apart = texts[i].x >= texts[j].x + b.width ||
-                                       texts[j].x >= texts[i].x + a.width ||
-                                       texts[i].y >= texts[j].y + b.height - 1.5 ||
-                                       texts[j].y >= texts[i].y + a.height - 1.5;
-                    EXPECT_TRUE(apart) << texts[i].text << " over " << texts[j].text << " in mode "
-                                       << mode << " variant " << variant;
-                }
-            }
+            Draw(mode);
+            test::ExpectTextsApart(
+                kDesign, false,
+                "mode " + std::to_string(mode) + " variant " + std::to_string(variant));
         }
     }
 }
@@ -546,7 +456,7 @@ TEST_F(Ehsi, ValuesThatAreNoNumbersNeverSpoilThePicture) {
     const auto before = Draw(2);
     const AircraftState good = aircraft;
     const GuidanceState goodGuidance = guidance;
-    for (const double bad : {kNan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
+    for (const double bad : test::kNonsense) {
         for (int mode = 1; mode <= 8; ++mode) {
             aircraft.headingMag = aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
             aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
@@ -558,11 +468,7 @@ TEST_F(Ehsi, ValuesThatAreNoNumbersNeverSpoilThePicture) {
             ehsi.bearingPointer2 = BearingSource::Vor;
             Picture::Forget();
             Draw(mode);
-            for (const test::DrawnText& text : Picture::Texts()) {
-                EXPECT_EQ(text.text.find("nan"), std::string::npos) << text.text;
-                EXPECT_EQ(text.text.find("inf"), std::string::npos) << text.text;
-                EXPECT_LT(text.text.size(), 12u) << text.text;
-            }
+            test::ExpectNoNonsenseTexts();
             if (!std::isfinite(bad) && mode != 8) {
                 EXPECT_TRUE(Picture::Shows("HDG")) << mode;
                 const bool mapMode = mode == 2 || mode == 3 || mode == 5 || mode == 6;

@@ -6,9 +6,7 @@
 
 #include <cmath>
 #include <functional>
-#include <limits>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -27,20 +25,21 @@
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
 #include "support/fake_simulator.h"
-#include "support/picture.h"
 #include "support/test_flight.h"
 
 namespace avq1 {
 namespace {
 
 using test::FakeSimulator;
-using test::IsColour;
+using test::HasColourNear;
+using test::kNan;
+using test::MeanDirection;
 using test::Picture;
 
-constexpr int kWidth = 244;
-constexpr int kHeight = 302;
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr CanvasSize kDesign{244, 302};
+constexpr CanvasSize kEhsiDesign{266, 230};
 constexpr CanvasPoint kFull{122, 151};
 constexpr CanvasPoint kArc{122, 249};
 constexpr CanvasPoint kCentred{122, 171};
@@ -91,9 +90,7 @@ class Nd : public ::testing::Test {
     static std::unique_ptr<Picture> Draw(int mode, int scale = 1,
                                          DisplayDrawMode drawMode = DisplayDrawMode::Normal) {
         nd.ndMode = mode;
-        auto picture = std::make_unique<Picture>(kWidth * scale, kHeight * scale);
-        DrawNd(picture->Target(drawMode));
-        return picture;
+        return test::DrawAt(DrawNd, kDesign, scale, drawMode);
     }
 
     static void FlyPlan() {
@@ -128,49 +125,10 @@ void Crowd() {
     nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = nd.ndShowAdf = 1;
 }
 
-// Mean direction, clockwise from straight up, of this colour's pixels between two radii; NaN
-// without any.
-double MeanDirection(const Picture& picture, const CanvasPoint& centre, double inner, double outer,
-                     int scale, std::uint32_t argb) {
-    double sines = 0;
-    double cosines = 0;
-    for (int y = 0; y < kHeight * scale; ++y) {
-        for (int x = 0; x < kWidth * scale; ++x) {
-            const double dx = (x + 0.5) / scale - centre.x;
-            const double dy = (y + 0.5) / scale - centre.y;
-            const double radius = std::hypot(dx, dy);
-            if (radius >= inner && radius <= outer && IsColour(picture.At(x, y), argb)) {
-                sines += dx / radius;
-                cosines -= dy / radius;
-            }
-        }
-    }
-    return sines == 0 && cosines == 0 ? kNan : std::atan2(sines, cosines) * kRadToDeg;
-}
-
-bool HasColourNear(const Picture& picture, int scale, const CanvasPoint& at, std::uint32_t argb) {
-    for (int y = -1; y <= 1; ++y) {
-        for (int x = -1; x <= 1; ++x) {
-            if (IsColour(picture.At(static_cast<int>(at.x * scale) + x,
-                                    static_cast<int>(at.y * scale) + y),
-                         argb, 90)) {
-                return true;
-            }
-        }
-    }
-    return false;
-}
-
 TEST_F(Nd, StaysTransparentWhenCoveredOrWithoutPower) {
-    for (int mode = 1; mode <= 7; ++mode) {
-        EXPECT_TRUE(Draw(mode, 1, DisplayDrawMode::ClearOnly)->IsClear());
-        EXPECT_FALSE(Draw(mode, 1, DisplayDrawMode::SecondCockpit)->IsClear());
-        avionicsPower = 0;
-        EXPECT_TRUE(Draw(mode)->IsClear());
-        EXPECT_TRUE(Picture::Texts().empty());
-        avionicsPower = 1;
+    for (nd.ndMode = 1; nd.ndMode <= 7; ++nd.ndMode) {
+        test::ExpectDrawsOnlyWhenAsked(DrawNd);
     }
-    DrawNd({nullptr, kWidth, kHeight, DisplayDrawMode::Normal});
 }
 
 TEST_F(Nd, LayersShowInTheirModesRangesAndDrawModes) {
@@ -421,8 +379,7 @@ TEST_F(Nd, TheRunwayPatternLiesOnItsSideWithItsAltitudes) {
         // on the EHSI, with 40 px for the range
         ehsi.ehsiMode = 2;
         ehsi.ehsiRange = 12.5;
-        Picture picture(266, 230);
-        DrawEhsi(picture.Target());
+        test::DrawAt(DrawEhsi, kEhsiDesign);
         const test::DrawnText* corner = Picture::Find("1900");
         ASSERT_NE(corner, nullptr);
         const double pxPerNm = 40 / 12.5;
@@ -541,16 +498,7 @@ TEST_F(Nd, NearbyListsAreMadeAnewOnlyFarAway) {
 }
 
 // ---- the picture as a whole ----
-struct TextBoxOf {
-    double left;
-    double top;
-    double right;
-    double bottom;
-};
-
 TEST_F(Nd, NoTextStandsOverAnotherOrBesideTheScreen) {
-    static const std::set<std::string> kRose = {"N", "3",  "6",  "E", "12", "15",
-                                                "S", "21", "24", "W", "30", "33"};
     FlyPlan();
     Crowd();
     planBook.status = RouteStatus::Modified;
@@ -562,36 +510,16 @@ TEST_F(Nd, NoTextStandsOverAnotherOrBesideTheScreen) {
     aircraft.windSpeedKt = 134;
     aircraft.groundSpeedKt = derived.trueAirspeedEstimateKt = 1204;
     guidance.distanceToGoNm = 4321.2;
-    Canvas measure(nullptr, 0, 0);
     for (const double heading : {0.0, 77.0}) {
         for (int mode = 1; mode <= 7; ++mode) {
             for (const int range : {10, 40}) {
                 aircraft.headingMag = heading;
                 nd.ndRange = range;
                 Draw(mode);
-                std::vector<std::pair<std::string, TextBoxOf>> texts;
-                for (const test::DrawnText& text : Picture::Texts()) {
-                    if (kRose.contains(text.text)) {
-                        continue;
-                    }
-                    const CanvasSize size =
-                        measure.MeasureText(text.text, {"Arial", text.pixelSize});
-                    EXPECT_GE(text.x, 0) << text.text;
-                    EXPECT_LE(text.x + size.width, kWidth) << text.text;
-                    EXPECT_GE(text.y, 0) << text.text;
-                    EXPECT_LE(text.y + size.height, kHeight) << text.text;
-                    for (const auto& [name, box] : texts) {
-                        const bool apart = text.x >= box.right || box.left >= text.x + size.width ||
-                                           text.y >= box.bottom - 1.5 ||
-                                           box.top >= text.y + size.height - 1.5;
-                        EXPECT_TRUE(apart) << text.text << " over " << name << " in mode " << mode;
-                    }
-                    texts.push_back(
-                        {text.text, {text.x, text.y, text.x + size.width, text.y + size.height}});
-                }
+                test::ExpectTextsApart(kDesign, false, "mode " + std::to_string(mode));
                 if (mode >= 5) {
                     // farther out they crowd around the aircraft
-                    EXPECT_GT(texts.size(), range == 10 ? 40u : 30u) << mode;
+                    EXPECT_GT(Picture::Texts().size(), range == 10 ? 40u : 30u) << mode;
                 }
             }
         }
@@ -601,17 +529,8 @@ TEST_F(Nd, NoTextStandsOverAnotherOrBesideTheScreen) {
 TEST_F(Nd, ALargerSurfaceShowsTheSameTextsInTheSamePlaces) {
     FlyPlan();
     Crowd();
-    for (int mode = 1; mode <= 7; ++mode) {
-        Draw(mode);
-        const std::vector<test::DrawnText> small = Picture::Texts();
-        Draw(mode, 2);
-        const std::vector<test::DrawnText>& large = Picture::Texts();
-        ASSERT_EQ(small.size(), large.size()) << mode;
-        for (std::size_t i = 0; i < small.size(); ++i) {
-            EXPECT_EQ(large[i].text, small[i].text);
-            EXPECT_NEAR(large[i].x, 2 * small[i].x, 1e-6) << small[i].text;
-            EXPECT_NEAR(large[i].y, 2 * small[i].y, 1e-6) << small[i].text;
-        }
+    for (nd.ndMode = 1; nd.ndMode <= 7; ++nd.ndMode) {
+        test::ExpectSharpAtTwice(DrawNd, kDesign, "mode " + std::to_string(nd.ndMode));
     }
 }
 
@@ -620,7 +539,7 @@ TEST_F(Nd, ValuesThatAreNoNumbersNeverSpoilThePicture) {
     Crowd();
     ChooseRunway(360, 0);
     const AircraftState good = aircraft;
-    for (const double bad : {kNan, std::numeric_limits<double>::infinity(), 1e300, -1e300}) {
+    for (const double bad : test::kNonsense) {
         for (int mode = 1; mode <= 7; ++mode) {
             aircraft.headingMag = aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
             aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
@@ -630,11 +549,7 @@ TEST_F(Nd, ValuesThatAreNoNumbersNeverSpoilThePicture) {
             guidance.desiredTrackMag = guidance.crossTrackNm = guidance.distanceToGoNm = bad;
             derived.driftDeg = derived.windDirectionMag = derived.trueAirspeedEstimateKt = bad;
             Draw(mode);
-            for (const test::DrawnText& text : Picture::Texts()) {
-                EXPECT_EQ(text.text.find("nan"), std::string::npos) << text.text;
-                EXPECT_EQ(text.text.find("inf"), std::string::npos) << text.text;
-                EXPECT_LT(text.text.size(), 15u) << text.text;
-            }
+            test::ExpectNoNonsenseTexts();
             if (!std::isfinite(bad)) {
                 EXPECT_EQ(Picture::Shows("NO MAP"), mode >= 5) << mode;
                 EXPECT_TRUE(Picture::Shows("HDG"));

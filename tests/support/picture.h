@@ -36,6 +36,8 @@ class Picture {
 
     PixelDeviceContext& context() { return context_; }
     const std::vector<std::uint32_t>& pixels() const { return pixels_; }
+    int width() const { return context_.width; }
+    int height() const { return context_.height; }
     DrawTarget Target(DisplayDrawMode mode = DisplayDrawMode::Normal) {
         return {&context_, context_.width, context_.height, mode};
     }
