@@ -7,15 +7,12 @@
 #include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
 #include "guidance/activation.h"
-#include "guidance/lnav.h"
 #include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/keyboard.h"
 
 namespace avq1 {
 namespace {
-
-constexpr double kOnGroundSpeedKt = 5;
 
 // The records found for the typed identifier, kept here because every search fills the same table.
 struct Candidates {
@@ -81,13 +78,8 @@ void FlyDirectTo(const PointRecord& record) {
         activePlan.lastIndex = 2;
     }
     planBook.verticalTargetIndex = activePlan.lastIndex;
+    StartActivePlan();
     CopyActiveToModified();
-    planBook.status = RouteStatus::Active;
-    if (aircraft.groundSpeedKt < kOnGroundSpeedKt) {
-        planBook.flightLogStartRequested = true;
-    }
-    ResetForNewPlan();
-    SetActiveWaypoint(1);
     mcu.entryText.clear();
     candidates = Candidates{};
     mcu.candidateIndex = 0;

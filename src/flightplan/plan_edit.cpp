@@ -31,6 +31,10 @@ void KeepTrackedIndexInPlan() {
     }
 }
 
+bool IsSamePoint(const PlanWaypoint& a, const PlanWaypoint& b) {
+    return a.ident == b.ident && a.latitude == b.latitude && a.longitude == b.longitude;
+}
+
 bool HasResult(std::int32_t result) {
     return result >= 1 &&
            static_cast<std::size_t>(result) < navDatabase.searchResults.records.size();
@@ -203,6 +207,22 @@ void BuildRouteView() {
             planBook.routeView.push_back({entry.ident, std::string(currentVia)});
         }
     }
+}
+
+void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next) {
+    std::int32_t& tracked = planBook.trackedIndex;
+    const bool isOfActiveRoute =
+        planBook.status == RouteStatus::Active || planBook.status == RouteStatus::Modified;
+    if (!isOfActiveRoute || !modifiedPlan.Holds(tracked) ||
+        !IsSamePoint(modifiedPlan.entries[tracked], passed)) {
+        return;
+    }
+    std::int32_t ahead = tracked + 1;
+    while (ahead <= modifiedPlan.lastIndex && !IsSamePoint(modifiedPlan.entries[ahead], next)) {
+        ++ahead;
+    }
+    tracked =
+        ahead <= modifiedPlan.lastIndex ? ahead : std::min(tracked + 1, modifiedPlan.lastIndex);
 }
 
 void NoteEdit() {

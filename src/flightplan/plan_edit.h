@@ -48,6 +48,10 @@ void ResolveEntry(std::string_view text, SearchCategory category);
 // use and asks for the flight log's start.
 void AdvanceRouteStatus();
 
+// The active plan's waypoint was passed and the next one is flown. A modified plan that tracks the
+// passed one tracks the next one too, or what follows where a modification has taken that out.
+void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next);
+
 // The modified plan was edited: a route begins, or the active one has a modification.
 void NoteEdit();
 

@@ -4,8 +4,8 @@
 // spliced into the active or the modified plan in place of an earlier one of its kind. Entries that
 // move take the active waypoint, the vertical target, the tracked entry and the holds with them. A
 // plan without room refuses the splice: it returns false, says so in the message list and changes
-// nothing. A splice into the active plan may change the active waypoint's index: the caller then
-// makes it active anew.
+// nothing. Guidance must learn that the active plan's legs changed: splice into that one through
+// EditActivePlan (guidance/activation.h).
 #pragma once
 
 #include <cstddef>

@@ -1,11 +1,14 @@
 #include "guidance/activation.h"
 
+#include <algorithm>
+
 #include "base/messages.h"
 #include "base/text.h"
-#include "flightplan/flight_plan.h"
+#include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
+#include "flightplan/procedures.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "guidance/radio_tuning.h"
@@ -20,27 +23,96 @@ namespace {
 constexpr double kOnGroundSpeedKt = 5;
 constexpr std::int32_t kMessagesKept = 1;
 constexpr std::int32_t kAirportStillToLoad = 1;
+constexpr std::int32_t kFirstWaypoint = 1;
 
-}  // namespace
+bool OnGround() {
+    return aircraft.groundSpeedKt < kOnGroundSpeedKt;
+}
 
-void ResetForNewPlan() {
-    guidance.firstLegPrepared = 0;
+void ForgetDestination() {
     guidance.destinationNearDone = 0;
-    guidance.trackLeg = 0;
     planAirports.destinationAirportState = kAirportStillToLoad;
     planAirports.patternRunwayOffset = kNoPatternRunway;
 }
 
-void LoadPlanToActive(std::string_view fileName) {
-    ResetForNewPlan();
-    ReadPlanToActive(fileName);
+// What follows whenever another plan is active from now on, flown to entry `index`.
+void FlyActivePlan(std::int32_t index) {
+    guidance.firstLegPrepared = 0;
+    planBook.status = RouteStatus::Active;
+    SetActiveWaypoint(index);
+    planBook.trackedIndex = planBook.activeIndex;  // of the modified plan, which is the same now
+    if (settings.LnavSetEnRouteFreqs == 1) {
+        TuneRadios(TuneMode::FlightPlan);
+    }
+    if (settings.SetWptBaro == 1) {
+        SendKeyEvent(KeyEvent::AltimeterSet, 0);
+    }
+    if (OnGround()) {
+        planBook.flightLogStartRequested = true;
+    }
+    requests.unitRedraw = 1;
+}
+
+void TakeStoredValues() {
     if (planBook.cruiseAltitudeFt > 0) {
         vnav.cruiseAltitude = planBook.cruiseAltitudeFt;
     }
-    if (aircraft.groundSpeedKt < kOnGroundSpeedKt) {
+    if (OnGround()) {
         RequestPlanFuel();
-        planBook.flightLogStartRequested = true;
     }
+}
+
+bool ModifiedPlanHoldsWaypoints() {
+    return modifiedPlan.lastIndex >= 0 && modifiedPlan.entries[0].ident != kEmptyRow;
+}
+
+void CopyModifiedToActive() {
+    RemovePlaceholders();
+    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
+        activePlan.entries[i] = modifiedPlan.entries[i];
+        activePlan.entries[i].ataText.clear();
+    }
+    activePlan.lastIndex = modifiedPlan.lastIndex;
+    planBook.verticalTargetIndex = std::max(activePlan.lastIndex, 0);
+    ExecutePendingHolds();
+}
+
+// The next entry with an altitude to keep, else the last.
+std::int32_t VerticalTargetBehind(std::int32_t index) {
+    std::int32_t target = index + 1;
+    while (target < activePlan.lastIndex && activePlan.entries[target].altitudeConstraint == 0) {
+        ++target;
+    }
+    return std::min(target, activePlan.lastIndex);
+}
+
+void LoadPlanAirports() {
+    const PlanWaypoint& first = activePlan.entries[0];
+    const PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
+    planBook.originIdent = first.ident;
+    planBook.destinationIdent = last.ident;
+    if (first.type == kAirportType) {
+        LoadPlanAirportDetail(first.ident, kDepartureSlot);
+    }
+    if (last.type == kAirportType) {
+        LoadPlanAirportDetail(last.ident, kArrivalSlot);
+        SetPlanAirport(last.ident, PlanAirportMode::LoadedDestination);
+    }
+}
+
+}  // namespace
+
+void StartActivePlan() {
+    ForgetDestination();
+    guidance.trackLeg = 0;
+    guidance.pendingTurnSide = 0;
+    guidance.directToTurn = GuidanceState{}.directToTurn;
+    FlyActivePlan(kFirstWaypoint);
+}
+
+void LoadPlanToActive(std::string_view fileName) {
+    ReadPlanToActive(fileName);
+    TakeStoredValues();
     CutMessages(kMessagesKept);
     if (activePlan.lastIndex >= 0 || planBook.entryNotice.empty()) {
         AppendMessage(
@@ -49,15 +121,56 @@ void LoadPlanToActive(std::string_view fileName) {
     if (!planBook.entryNotice.empty()) {
         AppendMessage(planBook.entryNotice);
     }
-    planBook.status = RouteStatus::Active;
-    SetActiveWaypoint(1);
-    if (settings.LnavSetEnRouteFreqs == 1) {
-        TuneRadios(TuneMode::FlightPlan);
+    StartActivePlan();
+}
+
+bool ActivateModifiedPlan() {
+    if (!ModifiedPlanHoldsWaypoints()) {
+        return false;
     }
-    if (settings.SetWptBaro == 1) {
-        SendKeyEvent(KeyEvent::AltimeterSet, 0);
+    CopyModifiedToActive();
+    for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
+        activePlan.entries[i].altitude = kUnset;
+        activePlan.entries[i].altitudeConstraint = 0;
     }
+    procedureChoice = ProcedureChoice{};
+    planBook.reserveFuelInUse = planBook.reserveFuel;
+    TakeStoredValues();
+    LoadPlanAirports();
+    StartActivePlan();
+    return true;
+}
+
+bool ExecuteModification() {
+    const bool isNewRoute = planBook.status == RouteStatus::AwaitsExecution;
+    if ((!isNewRoute && planBook.status != RouteStatus::Modified) ||
+        !ModifiedPlanHoldsWaypoints()) {
+        return false;
+    }
+    const std::string oldDestination =
+        activePlan.lastIndex >= 0 ? activePlan.entries[activePlan.lastIndex].ident : "";
+    CopyModifiedToActive();
+    if (isNewRoute || !activePlan.Holds(planBook.trackedIndex)) {
+        StartActivePlan();
+        return true;
+    }
+    const std::int32_t flown = std::max(planBook.trackedIndex, kFirstWaypoint);
+    planBook.verticalTargetIndex = VerticalTargetBehind(flown);
+    if (activePlan.entries[activePlan.lastIndex].ident != oldDestination) {
+        ForgetDestination();
+    }
+    FlyActivePlan(flown);
+    return true;
+}
+
+bool EditActivePlan(bool (*edit)(FlightPlan& plan)) {
+    if (!edit(activePlan)) {
+        return false;
+    }
+    guidance.firstLegPrepared = 0;
+    SetActiveWaypoint(planBook.activeIndex);
     requests.unitRedraw = 1;
+    return true;
 }
 
 }  // namespace avq1

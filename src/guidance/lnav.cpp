@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
 #include "guidance/active_leg.h"
 #include "guidance/guidance_state.h"
@@ -218,6 +219,8 @@ void SequenceWaypoint() {
         return;
     }
     RecordPassage();
+    TrackPassage(activePlan.entries[planBook.activeIndex],
+                 activePlan.entries[planBook.activeIndex + 1]);
     ++planBook.activeIndex;
     UpdateRouteDistance();
     ApplyLastWaypointSettings();

@@ -1,0 +1,260 @@
+#include "guidance/activation.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/module_state.h"
+#include "flightplan/airway_entry.h"
+#include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
+#include "flightplan/plan_notation.h"
+#include "flightplan/procedures.h"
+#include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
+#include "guidance/vnav.h"
+#include "navdb/airport_detail.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "support/temp_sim_folder.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::SetPlan;
+using test::Show;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+class ActivePlan : public ::testing::Test {
+  protected:
+    ActivePlan() { ResetModuleState(); }
+    ~ActivePlan() override { ImportTable.panel.services = nullptr; }
+
+    static double DistanceToEntry(std::int32_t index) {
+        const PlanWaypoint& entry = activePlan.entries[index];
+        return GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, entry.latitude,
+                                     entry.longitude);
+    }
+
+    test::FakeSimulator& simulator_ = test::FakeSimulator::Install();
+};
+
+TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
+    const struct {
+        const char* what;
+        RouteStatus status;
+        const char* active;
+        const char* modified;
+        const char* flown;  // null: nothing to execute
+        bool started;       // as a plan of its own
+    } cases[] = {
+        {"a fix put in front of what is flown", RouteStatus::Modified, "KJFK AAA >BBB KBOS",
+         "KJFK AAA CCC >BBB@ KBOS", "KJFK AAA CCC >BBB@ KBOS", false},
+        {"a direct-to chosen in the modification", RouteStatus::Modified, "KJFK AAA >BBB CCC KBOS",
+         "KJFK >CCC KBOS", "KJFK >CCC KBOS", false},
+        {"airways that were not finished", RouteStatus::Modified, "KJFK >AAA KBOS",
+         "KJFK >AAA J1 THEN J2 THEN KBOS", "KJFK >AAA KBOS", false},
+        {"another destination", RouteStatus::Modified, "KJFK >AAA KBOS", "KJFK >AAA KPVD",
+         "KJFK >AAA KPVD", true},
+        {"nothing was flown", RouteStatus::Modified, "KJFK AAA KBOS", "KJFK AAA BBB KBOS",
+         "KJFK >AAA BBB KBOS", true},
+        {"a built route", RouteStatus::AwaitsExecution, "KPIT AAA >KBUF", "KJFK BBB >KBOS",
+         "KJFK >BBB KBOS", true},
+        {"a route without a leg", RouteStatus::AwaitsExecution, "KPIT >KBUF", "KJFK", "KJFK", true},
+        {"nothing awaits execution", RouteStatus::Active, "KJFK >AAA KBOS", "KJFK >KBOS", nullptr,
+         false},
+        {"nor a route still being built", RouteStatus::BeingBuilt, "KJFK >AAA KBOS", "KJFK >KBOS",
+         nullptr, false},
+        {"an empty modification", RouteStatus::Modified, "KJFK >AAA KBOS", "", nullptr, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ResetModuleState();
+        SetPlan(activePlan, c.active);
+        SetPlan(modifiedPlan, c.modified);
+        PlanWaypoint& first = modifiedPlan.entries[1];
+        first.altitude = 9000;
+        first.speed = 210;
+        first.altitudeConstraint = 1;
+        first.ataText = "12:00";
+        planBook.status = c.status;
+        guidance.trackLeg = 1;
+        guidance.destinationNearDone = 1;
+        planAirports.destinationAirportState = 2;
+        planAirports.patternRunwayOffset = 3;
+        EXPECT_EQ(ExecuteModification(), c.flown != nullptr);
+        EXPECT_EQ(Show(activePlan), c.flown != nullptr ? c.flown : c.active);
+        EXPECT_EQ(guidance.destinationNearDone, c.started ? 0 : 1);
+        EXPECT_EQ(planAirports.destinationAirportState, c.started ? 1 : 2);
+        EXPECT_EQ(planAirports.patternRunwayOffset, c.started ? kNoPatternRunway : 3);
+        if (c.flown == nullptr) {
+            EXPECT_EQ(planBook.status, c.status);
+            continue;
+        }
+        EXPECT_EQ(planBook.status, RouteStatus::Active);
+        if (activePlan.lastIndex < 1) {
+            continue;
+        }
+        EXPECT_EQ(activePlan.entries[1].altitude, 9000);
+        EXPECT_EQ(activePlan.entries[1].speed, 210);
+        EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 1);
+        EXPECT_EQ(activePlan.entries[1].ataText, "");
+        EXPECT_DOUBLE_EQ(guidance.distanceToGoNm, DistanceToEntry(planBook.activeIndex));
+        EXPECT_TRUE(planBook.flightLogStartRequested);  // it stands on the ground
+    }
+}
+
+TEST_F(ActivePlan, ExecutionAimsTheDescentAtTheNextAltitudeToKeep) {
+    for (const std::int32_t constrained : {1, 2, 3, 4}) {
+        SetPlan(activePlan, "KJFK AAA >BBB CCC DDD KBOS");
+        SetPlan(modifiedPlan, "KJFK AAA >BBB CCC DDD KBOS");
+        modifiedPlan.entries[constrained].altitudeConstraint = 1;
+        planBook.status = RouteStatus::Modified;
+        ExecuteModification();
+        EXPECT_EQ(planBook.verticalTargetIndex, constrained > 2 ? constrained : 5);
+    }
+}
+
+// While a modification waits the aircraft flies on.
+TEST_F(ActivePlan, WaypointsPassedMeanwhileAreNotFlownAgain) {
+    const struct {
+        const char* modified;
+        const char* after;  // AAA and BBB were passed
+    } cases[] = {
+        {"KJFK >AAA BBB CCC DDD KBOS", "KJFK AAA BBB >CCC DDD KBOS"},
+        {"KJFK >AAA BBB XXX CCC DDD KBOS", "KJFK AAA BBB XXX >CCC DDD KBOS"},
+        {"KJFK >AAA DDD KBOS", "KJFK AAA >DDD KBOS"},  // what was flown meanwhile is gone
+        {"KJFK AAA BBB CCC >DDD KBOS", "KJFK AAA BBB CCC >DDD KBOS"},  // a direct-to waits
+    };
+    for (const auto& c : cases) {
+        ResetModuleState();
+        SetPlan(activePlan, "KJFK >AAA BBB CCC DDD KBOS");
+        SetPlan(modifiedPlan, c.modified);
+        for (std::int32_t i = 1; i <= modifiedPlan.lastIndex; ++i) {  // where the active plan's are
+            for (const PlanWaypoint& entry : activePlan.entries) {
+                PlanWaypoint& moved = modifiedPlan.entries[i];
+                moved.latitude = entry.ident == moved.ident ? entry.latitude : moved.latitude;
+            }
+        }
+        planBook.status = RouteStatus::Modified;
+        guidance.lnavEngaged = 1;
+        for (int passage = 0; passage < 2; ++passage) {
+            guidance.distanceToGoNm = 0;
+            SequenceWaypoint();
+        }
+        ExecuteModification();
+        EXPECT_EQ(Show(activePlan), c.after);
+    }
+}
+
+TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
+    const test::TempSimFolder folder;
+    folder.Write("avq/Navdata/avq_apts.txt", "KJFK JFK 13 40.6 -73.8\nKBOS Logan 20 42.36 -71.0\n");
+    EXPECT_FALSE(ActivateModifiedPlan());
+    SetPlan(modifiedPlan, "******");
+    EXPECT_FALSE(ActivateModifiedPlan());
+    SetPlan(activePlan, "KPIT AAA >BBB@ KBUF");
+    SetPlan(modifiedPlan, "KJFK CCC DDD KBOS");
+    DeleteAllPendingHolds();  // as loading a plan does
+    modifiedPlan.entries[1].altitude = 9000;
+    modifiedPlan.entries[1].altitudeConstraint = 1;
+    modifiedPlan.entries[1].speed = 210;
+    procedureChoice.sidName = "OLD1";
+    guidance.pendingTurnSide = 1;
+    settings.LoadFuelonFlightPlanLoad = 1;
+    planBook.fuelTotal = 9000;
+    planBook.reserveFuel = 1500;
+    planBook.cruiseAltitudeFt = 31000;
+    EXPECT_TRUE(ActivateModifiedPlan());
+    EXPECT_EQ(Show(activePlan), "KJFK >CCC DDD KBOS");
+    EXPECT_EQ(holdList.count, 0);
+    EXPECT_EQ(activePlan.entries[1].altitude, kUnset);
+    EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 0);
+    EXPECT_EQ(activePlan.entries[1].speed, 210);
+    EXPECT_EQ(activePlan.entries[3].altitude, 20);
+    EXPECT_EQ(planAirports.destinationIdent, "KBOS");
+    EXPECT_EQ(airportSlots[kDepartureSlot].ident, "KJFK");
+    EXPECT_EQ(procedureChoice.sidName, "");
+    EXPECT_EQ(guidance.pendingTurnSide, 0);
+    EXPECT_EQ(vnav.cruiseAltitude, 31000);
+    EXPECT_EQ(planBook.fuelLoadRequested, 9000);
+    EXPECT_EQ(planBook.reserveFuelInUse, 1500);
+    EXPECT_EQ(planBook.verticalTargetIndex, 3);
+}
+
+TEST_F(ActivePlan, SwitchesSendWhatTheyAskForHoweverAPlanBecomesActive) {
+    bool (*const ways[])() = {ExecuteModification, ActivateModifiedPlan, [] {
+                                  StartActivePlan();
+                                  return true;
+                              }};
+    for (const bool on : {false, true}) {
+        for (bool (*way)() : ways) {
+            ResetModuleState();
+            settings.LnavSetEnRouteFreqs = on ? 1 : 0;
+            settings.SetWptBaro = on ? 1 : 0;
+            aircraft.groundSpeedKt = 5;
+            aircraft.latitude = 40;
+            aircraft.longitude = -70;
+            for (FlightPlan* plan : {&activePlan, &modifiedPlan}) {
+                SetPlan(*plan, "KJFK >AAA KBOS");
+                plan->entries[1].type = "VOR";
+                plan->entries[1].frequency = "113.90";
+            }
+            planBook.status = RouteStatus::Modified;
+            simulator_.events.clear();
+            EXPECT_TRUE(way());
+            if (on) {
+                EXPECT_THAT(simulator_.events,
+                            ElementsAre(testing::_, Pair(test::kNavFrequencyEvent, 0x11390U),
+                                        Pair(test::kAltimeterEvent, 0U)));
+            } else {
+                EXPECT_THAT(simulator_.events, IsEmpty());
+            }
+            EXPECT_FALSE(planBook.flightLogStartRequested);  // it flies
+        }
+    }
+}
+
+TEST_F(ActivePlan, AnEditOfItMovesTheLegThatIsFlown) {
+    airportSlots[kArrivalSlot].ident = "KBOS";
+    procedureLists.sid = {{"XXX", "", "", "", 44, -72, 0}};
+    procedureLists.star = {{"YYY", "", "", "", 45, -71, 0}};
+    navDatabase.searchResults.Clear();
+    for (const char* fix : {"AAA", "JJJ"}) {
+        navDatabase.searchResults.Append({fix, "J1", 46, -73, PointKind::None, "", ""});
+    }
+    airwayLookup.entryIndex = 1;
+    airwayLookup.exitIndex = 2;
+    planBook.editIndex = 1;
+    const struct {
+        bool (*edit)(FlightPlan& plan);
+        const char* after;
+    } cases[] = {
+        {InsertSid, "KJFK SID(>XXX) AAA BBB STAR(OLD) KBOS"},
+        {InsertStar, "KJFK AAA >BBB STAR(YYY) KBOS"},
+        {InsertAirway, "KJFK AAA J1 JJJ BBB STAR(>OLD) KBOS"},
+        {[](FlightPlan& plan) { return InsertApproach(plan, false); },
+         "KJFK AAA BBB STAR(>OLD) KBOS"},
+    };
+    for (const auto& c : cases) {
+        SetPlan(activePlan, "KJFK AAA BBB STAR(>OLD) KBOS");
+        SetActiveWaypoint(planBook.activeIndex);
+        guidance.firstLegPrepared = 1;
+        EXPECT_TRUE(EditActivePlan(c.edit));
+        EXPECT_EQ(Show(activePlan), c.after);
+        const PlanWaypoint& from = activePlan.entries[planBook.activeIndex - 1];
+        const PlanWaypoint& to = ActiveWaypoint();
+        EXPECT_DOUBLE_EQ(guidance.distanceToGoNm, DistanceToEntry(planBook.activeIndex));
+        EXPECT_DOUBLE_EQ(guidance.legLengthNm, GreatCircleDistanceNm(from.latitude, from.longitude,
+                                                                     to.latitude, to.longitude));
+        EXPECT_EQ(guidance.firstLegPrepared, 0);
+    }
+    guidance.firstLegPrepared = 1;
+    EXPECT_FALSE(EditActivePlan([](FlightPlan&) { return false; }));
+    EXPECT_EQ(guidance.firstLegPrepared, 1);
+}
+
+}  // namespace
+}  // namespace avq1
