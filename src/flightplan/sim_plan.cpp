@@ -289,8 +289,8 @@ SimPlan ReadXmlPlan(std::string_view document) {
 
 // ---- key form ----
 
-bool LooksLikeLatitude(std::string_view field) {
-    return field.size() > 1 && (field[0] == 'N' || field[0] == 'S') && field[1] >= '0' &&
+bool LooksLikeCoordinate(std::string_view field, std::string_view letters) {
+    return field.size() > 1 && letters.find(field[0]) != kNpos && field[1] >= '0' &&
            field[1] <= '9';
 }
 
@@ -308,11 +308,13 @@ bool ReadKeyWaypoint(std::string_view value, SimWaypoint& waypoint) {
         value.remove_prefix(comma + 1);
     }
     constexpr std::size_t kShortFormLatitude = 2;
-    const auto found = std::find_if(fields.begin(), fields.end(), LooksLikeLatitude);
-    const auto latitude = static_cast<std::size_t>(found - fields.begin());
-    const std::size_t given = fields.size();
-    if (latitude + 1 >= given || latitude < kShortFormLatitude ||
-        !ReadPosition(fields[latitude], fields[latitude + 1], waypoint)) {
+    std::size_t latitude = 0;  // the last pair that looks right: N07 and S50 are airports
+    for (std::size_t i = kShortFormLatitude; i + 1 < fields.size(); ++i) {
+        const bool isPosition =
+            LooksLikeCoordinate(fields[i], "NS") && LooksLikeCoordinate(fields[i + 1], "EW");
+        latitude = isPosition ? i : latitude;
+    }
+    if (latitude == 0 || !ReadPosition(fields[latitude], fields[latitude + 1], waypoint)) {
         return false;
     }
     fields.resize(kMaxFields + 2);

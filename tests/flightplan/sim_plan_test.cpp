@@ -181,6 +181,10 @@ TEST(ConvertSimPlan, WritesTheLinesOfAPlan) {
         {"the longer lines of saved flights",
          "Waypoint.0=EU, MAM, UL9, MAM, V, N52\xC2\xB0 38' 50.40\", E0\xB0 33' 12.00\", +9,\n",
          "MAM      52.64722 0.55333  VOR\n"},
+        {"identifiers that look like latitudes",
+         "waypoint.0=N07, A, N40* 57.0', W074* 18.0', +0,\n"
+         "Waypoint.1=K1, S50, S50, N07, A, N47* 19.0', W122* 13.0', +0,\n",
+         "N07      40.95000 -74.30000  APT\nS50      47.31667 -122.21667  APT\n"},
         {"lines cut short", "waypoint.0=A, V, N1* 0'\nwaypoint.1=\nwaypoint.2=B, V, N1* 0', E1* 0'",
          "B        1.00000 1.00000  VOR\n", 2},
     };
