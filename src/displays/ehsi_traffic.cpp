@@ -2,10 +2,12 @@
 #include <cmath>
 
 #include "displays/ehsi_picture.h"
+#include "displays/flag.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
 #include "geometry/geometry.h"
+#include "simlink/aircraft_state.h"
 #include "traffic/targets.h"
 
 namespace avq1 {
@@ -79,6 +81,9 @@ void DrawTrafficPresentation(EhsiPicture& picture) {
     }
     DrawAircraftSymbol(picture.surface, centre.x, centre.y, colour::White);
     DrawTargets(picture, centre);
+    if (!std::isfinite(aircraft.trueHeading)) {
+        DrawFlag(picture.surface, "HDG", colour::Red, centre.x, centre.y - 36);
+    }
 }
 
 }  // namespace avq1

@@ -8,6 +8,7 @@
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
 #include "geometry/geometry.h"
+#include "simlink/aircraft_state.h"
 
 namespace avq1 {
 namespace {
@@ -121,8 +122,14 @@ void DrawPoints(const MapFrame& frame, std::vector<SeenPoint> seen, const TextBo
     }
 }
 
-LatLon CentreOf(const MapFrame& frame) {
-    return {frame.view.latitude, frame.view.longitude};
+using ListAround = const PointTable& (*)(const LatLon& mapCentre, double rangeNm);
+
+// The lists are those around the aircraft, which a map may be centred away from.
+const PointTable& ListFor(const MapFrame& frame, ListAround around) {
+    const LatLon centre{frame.view.latitude, frame.view.longitude};
+    const double awayNm = GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
+                                                centre.latitude, centre.longitude);
+    return around(centre, frame.rangeNm + awayNm);
 }
 
 SymbolStyle OwnStyle(const PointRecord& /*record*/) {
@@ -132,21 +139,21 @@ SymbolStyle OwnStyle(const PointRecord& /*record*/) {
 }  // namespace
 
 void DrawNearbyStations(const MapFrame& frame, const PointRecord* except) {
-    DrawPoints(frame, SeenOf(frame, NavaidsAround(CentreOf(frame), frame.rangeNm), except),
-               frame.fixedTexts, SymbolCode::Station, colour::Cyan, [](const PointRecord& record) {
+    DrawPoints(frame, SeenOf(frame, ListFor(frame, NavaidsAround), except), frame.fixedTexts,
+               SymbolCode::Station, colour::Cyan, [](const PointRecord& record) {
                    return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
                });
 }
 
 void DrawNearbyAirports(const MapFrame& frame) {
-    DrawPoints(frame, SeenOf(frame, AirportsAround(CentreOf(frame), frame.rangeNm)),
-               frame.fixedTexts, SymbolCode::Airport, colour::Cyan, OwnStyle);
+    DrawPoints(frame, SeenOf(frame, ListFor(frame, AirportsAround)), frame.fixedTexts,
+               SymbolCode::Airport, colour::Cyan, OwnStyle);
 }
 
 void DrawNearbyFixes(const MapFrame& frame) {
     // many fixes are also stations, which show already
-    DrawPoints(frame, SeenOf(frame, FixesAround(CentreOf(frame), frame.rangeNm)), frame.texts,
-               SymbolCode::Fix, colour::Blue, OwnStyle);
+    DrawPoints(frame, SeenOf(frame, ListFor(frame, FixesAround)), frame.texts, SymbolCode::Fix,
+               colour::Blue, OwnStyle);
 }
 
 }  // namespace avq1

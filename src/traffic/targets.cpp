@@ -78,13 +78,15 @@ void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layo
 }  // namespace
 
 void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout) {
+    constexpr double kFarRanges = 10;  // certainly off the display
     const double bandHundreds = settings.TcasVertRange;
     for (std::int32_t i = 0; i < traffic.count && i < kTrafficCapacity; ++i) {
         const TrafficTarget& target = traffic.items[static_cast<std::size_t>(i)];
         const bool inBand = target.relativeAltitudeHundreds > -bandHundreds &&
                             target.relativeAltitudeHundreds <= bandHundreds;
-        if (inBand && std::isfinite(target.rangeNm) &&
-            std::isfinite(target.bearingTrue + aircraft.trueHeading)) {
+        // false also for what is no number
+        const bool near = std::abs(target.rangeNm) < kFarRanges * view.rangeNm;
+        if (inBand && near && std::isfinite(target.bearingTrue + aircraft.trueHeading)) {
             DrawOneTarget(surface, view, layout, target);
         }
     }

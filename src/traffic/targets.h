@@ -40,8 +40,8 @@ struct TrafficView {
     int centreY = 0;
 };
 
-// Draws the targets within the altitude band of the settings; the caller clips. A target whose
-// values are not finite is left out.
+// Draws the targets within the altitude band of the settings; the caller clips. A target far beyond
+// the range, or whose values are not finite, is left out.
 void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout);
 
 }  // namespace avq1

@@ -212,6 +212,12 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     ASSERT_NE(ident, nullptr);
     EXPECT_NEAR(ident->x, kCentred.x, 10);
     EXPECT_NEAR(ident->y, kCentred.y, 15);
+    // records are seen around it, also far from the aircraft
+    activePlan.entries[1].latitude = 300.0 / 60;
+    AddPoint(navDatabase.navaids, PointKind::Vor, "FAR", 303, -3);
+    nd.ndShowStations = 1;
+    Draw(7);
+    EXPECT_TRUE(Picture::Shows("FAR"));
     nd.ndCentreIndex = 99;  // gone from the plan: the aircraft again
     const auto picture = Draw(7, 2);
     EXPECT_TRUE(HasColourNear(*picture, 2, {kCentred.x, kCentred.y + 17}, colour::White));

@@ -1,0 +1,132 @@
+// Traffic targets on the displays that show them, read back from their altitudes and symbols.
+#include "traffic/targets.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "base/module_state.h"
+#include "displays/ehsi.h"
+#include "displays/nd.h"
+#include "displays/nd_panel.h"
+#include "drawing/palette.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
+#include "support/fake_simulator.h"
+
+namespace avq1 {
+namespace {
+
+using test::HasColourNear;
+using test::kNan;
+using test::Picture;
+
+constexpr CanvasSize kNdDesign{244, 302};
+constexpr CanvasSize kEhsiDesign{266, 230};
+constexpr double kLabelRightOfTarget = 13;
+
+class Traffic : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetModuleState();
+        test::FakeSimulator::Install();
+        settings = Settings{};
+        avionicsPower = 1;
+        aircraft.trueHeading = aircraft.headingMag = 350;
+        traffic.sourceFound = true;
+        ehsi.ehsiMode = kEhsiTrafficMode;
+        ehsi.ehsiMode8Range = 5;
+    }
+    static void Add(const TrafficTarget& target) {
+        traffic.items[static_cast<std::size_t>(traffic.count++)] = target;
+    }
+};
+
+TEST_F(Traffic, StandsAtItsBearingAndRangeOnEveryDisplay) {
+    Add({350, 2.5, 5, '^', 'P'});  // straight ahead
+    Add({80, 3, -12, 'v', 'P'});   // to the right
+    struct Case {
+        test::DrawDisplay draw;
+        CanvasSize design;
+        int ndMode;
+        CanvasPoint centre;
+        double pxPerNm;
+    };
+    for (const Case& c : {Case{DrawEhsi, kEhsiDesign, 0, {129, 114}, 18},
+                          Case{DrawNd, kNdDesign, 4, {122, 249}, 21.5},
+                          Case{DrawNd, kNdDesign, 6, {122, 171}, 11}}) {
+        nd.ndMode = c.ndMode;
+        nd.showTraffic = 1;
+        const auto picture = test::DrawAt(c.draw, c.design, 2);
+        const CanvasPoint ahead{c.centre.x, c.centre.y - std::trunc(2.5 * c.pxPerNm)};
+        const CanvasPoint right{c.centre.x + std::trunc(3 * c.pxPerNm), c.centre.y};
+        EXPECT_TRUE(HasColourNear(*picture, 2, ahead, colour::Cyan)) << c.ndMode;
+        const test::DrawnText* const above = Picture::Find("+05");
+        ASSERT_NE(above, nullptr);
+        EXPECT_NEAR(above->x / 2, ahead.x + kLabelRightOfTarget, 0.1);
+        EXPECT_EQ(above->argb, colour::Cyan);
+        const test::DrawnText* const below = Picture::Find("-12");
+        ASSERT_NE(below, nullptr) << c.ndMode;
+        EXPECT_NEAR(below->x / 2, right.x + kLabelRightOfTarget, 1.1);
+    }
+}
+
+TEST_F(Traffic, ShowsThreatsInTheirColours) {
+    struct Case {
+        char threatCode;
+        std::uint32_t argb;
+    };
+    for (const Case& c : {Case{'O', colour::Cyan}, Case{'P', colour::Cyan},
+                          Case{'T', colour::Amber}, Case{'R', colour::Red}}) {
+        traffic.count = 0;
+        Add({350, 2, 100, '-', c.threatCode});
+        const auto picture = test::DrawAt(DrawEhsi, kEhsiDesign, 2);
+        ASSERT_NE(Picture::Find("+100"), nullptr);
+        EXPECT_EQ(Picture::Find("+100")->argb, c.argb) << c.threatCode;
+        // an open diamond shows nothing in its middle
+        EXPECT_EQ(HasColourNear(*picture, 2, {129, 114 - 36}, c.argb), c.threatCode != 'O');
+    }
+}
+
+TEST_F(Traffic, LeavesOutWhatIsOutsideTheBandOrNoNumber) {
+    struct Case {
+        TrafficTarget target;
+        bool shown;
+    };
+    for (const Case& c : {Case{{0, 2, 140, '-', 'O'}, true}, Case{{0, 2, 141, '-', 'O'}, false},
+                          Case{{0, 2, -139, '-', 'O'}, true}, Case{{0, 2, -140, '-', 'O'}, false},
+                          Case{{0, 2, -0.4, '-', 'O'}, true}, Case{{kNan, 2, 0, '-', 'O'}, false},
+                          Case{{0, kNan, 0, '-', 'O'}, false}, Case{{0, 2, kNan, '-', 'O'}, false},
+                          Case{{0, 1e300, 0, '-', 'O'}, false},
+                          Case{{0, 7, 0, '-', 'O'}, false}}) {  // beyond the range: clipped
+        traffic.count = 0;
+        Add(c.target);
+        const std::size_t withoutTarget = 1;  // the range
+        test::DrawAt(DrawEhsi, kEhsiDesign);
+        EXPECT_EQ(Picture::Texts().size() > withoutTarget, c.shown)
+            << c.target.relativeAltitudeHundreds << " at " << c.target.rangeNm;
+        EXPECT_FALSE(Picture::Shows("-00"));
+    }
+}
+
+TEST_F(Traffic, ShowsOnTheNavigationDisplayInItsModesWhenSwitchedOn) {
+    Add({350, 2, 7, '-', 'O'});
+    for (const int on : {0, 1}) {
+        for (nd.ndMode = 1; nd.ndMode <= 7; ++nd.ndMode) {
+            nd.showTraffic = on;
+            test::DrawAt(DrawNd, kNdDesign);
+            EXPECT_EQ(Picture::Shows("+07"), on == 1 && nd.ndMode >= 3 && nd.ndMode <= 6)
+                << nd.ndMode;
+        }
+    }
+    EXPECT_FALSE(Picture::Shows("OFF"));
+    traffic = TrafficTargets{};
+    test::DrawAt(DrawNd, kNdDesign);
+    EXPECT_TRUE(Picture::Shows("OFF"));
+    test::DrawAt(DrawEhsi, kEhsiDesign);
+    EXPECT_TRUE(Picture::Shows("TCAS OFF"));
+}
+
+}  // namespace
+}  // namespace avq1
