@@ -1,15 +1,16 @@
 // Coded procedures: records built column by column, read back through the module's own loaders.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
 
 #include "avqdata/arinc.h"
 #include "avqdata/import_helpers.h"
+#include "base/text.h"
 #include "navdb/procedures.h"
 
 namespace avqdata {
 namespace {
-
-using testing::ElementsAre;
 
 // A record under construction: texts put at their columns, counted from 1.
 struct Record {
@@ -39,30 +40,38 @@ std::string Runway(const char* ident, const char* position) {
            "\n";
 }
 
-struct LegRow {
-    char kind;  // D, E, F
-    const char* name;
-    char type;
-    const char* transition;
-    const char* sequence;
-    const char* fix;
-    const char* section;
-    const char* description;
-    const char* path;
-    const char* altitude = "";  // sign in column 83 and feet
-};
-
-std::string Leg(const LegRow& row) {
-    Record record("P");
-    record.Put(7, "QAAAQ1").Put(13, std::string(1, row.kind)).Put(14, row.name);
-    record.Put(20, std::string(1, row.type)).Put(21, row.transition).Put(27, row.sequence);
-    record.Put(30, row.fix).Put(35, "Q1").Put(37, row.section).Put(39, "0");
-    record.Put(40, row.description).Put(48, row.path);
-    if (*row.altitude != '\0') {
-        record.Put(83, std::string_view(row.altitude).substr(0, 1));
-        record.Put(85, std::string_view(row.altitude).substr(1));
+// Legs one a line, "kind name type transition fix description path altitude": "-" and "_" stand for
+// blanks, legs of one branch are numbered in turn.
+std::string Legs(std::string_view rows) {
+    std::string text;
+    std::string branch;
+    int sequence = 0;
+    avq1::LineReader reader(rows, rows.size());
+    std::string_view line;
+    while (reader.Next(line)) {
+        std::array<std::string_view, 8> words;
+        avq1::SplitWords(line, words);
+        const auto& [kind, name, type, transition, fix, description, path, altitude] = words;
+        const std::string thisBranch =
+            std::string(name) + " " + std::string(type) + " " + std::string(transition);
+        sequence = thisBranch == branch ? sequence + 10 : 10;
+        branch = thisBranch;
+        std::string blanked(description);
+        std::replace(blanked.begin(), blanked.end(), '_', ' ');
+        Record record("P");
+        record.Put(7, "QAAAQ1").Put(13, kind).Put(14, name).Put(20, type);
+        record.Put(21, transition == "-" ? "" : transition).Put(27, avq1::Format("%03d", sequence));
+        if (fix != "-") {
+            record.Put(30, fix).Put(35, "Q1").Put(37, fix.starts_with("RW") ? "PG" : "EA");
+        }
+        record.Put(39, "0").Put(40, blanked).Put(48, path);
+        if (!altitude.empty()) {
+            record.Put(83, altitude.front() == '=' ? " " : altitude.substr(0, 1));
+            record.Put(85, altitude.substr(1));
+        }
+        text += record.text + "\n";
     }
-    return record.text + "\n";
+    return text;
 }
 
 std::string Ground() {
@@ -91,100 +100,86 @@ struct CifpTest : testing::Test {
     }
 };
 
-std::vector<std::string> Legs(const avq1::Procedure& procedure) {
-    std::vector<std::string> legs;
-    for (const avq1::ProcedureLeg& leg : procedure.legs) {
-        legs.push_back(leg.qualifier + "|" + leg.fix + "|" + leg.text1 + "|" + leg.text2 +
-                       (leg.flyover != 0 ? "|FO" : ""));
+// "NAME runways: qualifier|fix|restriction|runways ..." of departures and arrivals, "runway:
+// group|fix|role|qualifier ..." of approaches; "*" marks a common leg, "!" one to fly over.
+std::string Show(const std::vector<avq1::Procedure>& procedures, bool approaches) {
+    std::string text;
+    for (const avq1::Procedure& procedure : procedures) {
+        text += text.empty() ? "" : "; ";
+        text += procedure.name + (procedure.runways.empty() ? "" : " " + procedure.runways) + ":";
+        for (const avq1::ProcedureLeg& leg : procedure.legs) {
+            text += " " + (approaches
+                               ? leg.group + "|" + leg.fix + "|" + leg.role + "|" + leg.qualifier
+                               : leg.qualifier + "|" + leg.fix + "|" + leg.text1 + "|" + leg.text2);
+            text += leg.mark + (leg.flyover != 0 ? "!" : "");
+        }
     }
-    return legs;
+    return text;
 }
 
-TEST_F(CifpTest, DepartureBranchesMeetAtOneFix) {
-    Read(Ground() + Leg({'D', "QUAX1", '4', "RW09B", "010", "", "", "    ", "VA", "+00500"}) +
-         Leg({'D', "QUAX1", '4', "RW09B", "020", "AAAAA", "EA", "EY  ", "DF", "+02000"}) +
-         Leg({'D', "QUAX1", '4', "RW09B", "030", "BBBBB", "EA", "EE  ", "TF", "-05000"}) +
-         Leg({'D', "QUAX1", '5', "", "010", "BBBBB", "EA", "E   ", "IF"}) +
-         Leg({'D', "QUAX1", '5', "", "020", "CCCCC", "EA", "EE  ", "TF"}) +
-         Leg({'D', "QUAX1", '6', "DDDDD", "010", "CCCCC", "EA", "E   ", "IF"}) +
-         Leg({'D', "QUAX1", '6', "DDDDD", "020", "DDDDD", "EA", "EE  ", "TF"}));
-    std::vector<avq1::Procedure> sids;
-    avq1::ReadSids(texts[kSidFile], "QAAA", sids);
-    ASSERT_EQ(sids.size(), 1U) << texts[kSidFile];
-    EXPECT_EQ(sids[0].name, "QUAX1");
-    EXPECT_EQ(sids[0].runways, "09L,09R");
-    EXPECT_THAT(Legs(sids[0]), ElementsAre("|AAAAA|2000A|09L,09R|FO", "|BBBBB|5000B|---",
-                                           "CCCCC|CCCCC|---|---", "DDDDD|DDDDD|---|---"));
-    EXPECT_EQ(sids[0].legs[2].mark, "*");  // where transitions leave
-    EXPECT_EQ(import.report.Count(Topic::Dropped, "legs to no fix (VA)"), 1U);
+// What the module makes of the folder's text of this kind.
+std::string Load(char kind, const FolderTexts& texts) {
+    avq1::AirportProcedures loaded;
+    avq1::ReadSids(texts[kSidFile], "QAAA", loaded.sids);
+    avq1::ReadStars(texts[kStarFile], "QAAA", loaded.stars);
+    avq1::ReadApproaches(texts[kApproachFile], "QAAA", loaded);
+    return kind == 'D'   ? Show(loaded.sids, false)
+           : kind == 'E' ? Show(loaded.stars, false)
+                         : Show(loaded.approaches, true);
 }
 
-TEST_F(CifpTest, WithoutACommonRouteTheMeetingFixBecomesOne) {
-    Read(Ground() + Leg({'D', "QUAX2", '4', "RW09L", "010", "AAAAA", "EA", "EE  ", "CF"}) +
-         Leg({'D', "QUAX2", '4', "RW09R", "010", "AAAAA", "EA", "EE  ", "CF"}) +
-         Leg({'D', "QUAX2", '6', "CCCCC", "010", "AAAAA", "EA", "E   ", "IF"}) +
-         Leg({'D', "QUAX2", '6', "CCCCC", "020", "CCCCC", "EA", "EE  ", "TF"}) +
-         Leg({'D', "VECT1", 'T', "RW09L", "010", "", "", "    ", "VM"}));
-    std::vector<avq1::Procedure> sids;
-    avq1::ReadSids(texts[kSidFile], "QAAA", sids);
-    ASSERT_EQ(sids.size(), 1U) << texts[kSidFile];
-    EXPECT_THAT(Legs(sids[0]), ElementsAre("AAAAA|AAAAA|---|---", "CCCCC|CCCCC|---|---"));
-    EXPECT_EQ(sids[0].runways, "09L,09R");
-    EXPECT_EQ(import.report.Count(Topic::Dropped, "procedures that are vectors only"), 1U);
-}
-
-TEST_F(CifpTest, ArrivalRunsInward) {
-    Read(Ground() +
-         Leg({'E', "QUIN1", '4', "DDDDD", "010", "DDDDD", "EA", "E   ", "IF", "BFL200"}) +
-         Leg({'E', "QUIN1", '4', "DDDDD", "020", "CCCCC", "EA", "EE  ", "TF"}) +
-         Leg({'E', "QUIN1", '5', "ALL", "010", "CCCCC", "EA", "E   ", "IF"}) +
-         Leg({'E', "QUIN1", '5', "ALL", "020", "BBBBB", "EA", "EE  ", "TF"}) +
-         Leg({'E', "QUIN1", '6', "RW09L", "010", "BBBBB", "EA", "E   ", "IF"}) +
-         Leg({'E', "QUIN1", '6', "RW09L", "020", "AAAAA", "EA", "EE  ", "TF"}));
-    std::vector<avq1::Procedure> stars;
-    avq1::ReadStars(texts[kStarFile], "QAAA", stars);
-    ASSERT_EQ(stars.size(), 1U) << texts[kStarFile];
-    EXPECT_EQ(stars[0].runways, "09L");
-    EXPECT_THAT(Legs(stars[0]), ElementsAre("DDDDD|DDDDD|FL200|---", "CCCCC|CCCCC|---|---",
-                                            "BBBBB|BBBBB|---|---", "AAAAA|AAAAA|---|09L"));
-}
-
-TEST_F(CifpTest, ApproachRolesAndMissedApproach) {
-    Read(Ground() +
-         Leg({'F', "R09LY", 'A', "DDDDD", "010", "DDDDD", "EA", "E  A", "IF", "+03000"}) +
-         Leg({'F', "R09LY", 'A', "DDDDD", "020", "DDDDD", "EA", "EE A", "HF", "+03000"}) +
-         Leg({'F', "R09LY", 'A', "DDDDD", "030", "CCCCC", "EA", "EE B", "TF"}) +
-         Leg({'F', "R09LY", 'R', "", "010", "CCCCC", "EA", "E  I", "IF", "+02000"}) +
-         Leg({'F', "R09LY", 'R', "", "020", "BBBBB", "EA", "E  F", "TF", "+01500"}) +
-         Leg({'F', "R09LY", 'R', "", "030", "RW09L", "PG", "GY M", "TF", " 00150"}) +
-         Leg({'F', "R09LY", 'R', "", "040", "", "", "  M ", "CA", "+00500"}) +
-         Leg({'F', "R09LY", 'R', "", "050", "AAAAA", "EA", "EY  ", "DF", "+03000"}) +
-         Leg({'F', "R09LY", 'R', "", "060", "DDDDD", "EA", "EE  ", "HM", "+03000"}) +
-         Leg({'F', "VOR-A", 'V', "", "010", "BBBBB", "EA", "E  F", "IF"}));
-    avq1::AirportProcedures procedures;
-    avq1::ReadApproaches(texts[kApproachFile], "QAAA", procedures);
-    ASSERT_EQ(procedures.approaches.size(), 2U) << texts[kApproachFile];
-    const avq1::Procedure& approach = procedures.approaches[0];
-    EXPECT_EQ(approach.name, "09L");
-    std::vector<std::string> legs;
-    for (const avq1::ProcedureLeg& leg : approach.legs) {
-        legs.push_back(leg.group + "|" + leg.fix + "|" + leg.role + "|" + leg.qualifier);
+TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
+    const struct {
+        const char* what;
+        const char* legs;
+        const char* loaded;
+        const char* dropped = nullptr;  // one case of this
+    } cases[] = {
+        {"branches of a departure meet at one fix, where transitions leave",
+         "D QUAX1 4 RW09B - ____ VA +00500\nD QUAX1 4 RW09B AAAAA EY__ DF +02000\n"
+         "D QUAX1 4 RW09B BBBBB EE__ TF -05000\nD QUAX1 5 - BBBBB E___ IF\n"
+         "D QUAX1 5 - CCCCC EE__ TF\nD QUAX1 6 DDDDD CCCCC E___ IF\nD QUAX1 6 DDDDD DDDDD EE__ "
+         "TF\n",
+         "QUAX1 09L,09R: |AAAAA|2000A|09L,09R! |BBBBB|5000B|--- CCCCC|CCCCC|---|---* "
+         "DDDDD|DDDDD|---|---",
+         "legs to no fix (VA)"},
+        {"without a common route the meeting fix becomes one",
+         "D QUAX2 4 RW09L AAAAA EE__ CF\nD QUAX2 4 RW09R AAAAA EE__ CF\n"
+         "D QUAX2 6 CCCCC AAAAA E___ IF\nD QUAX2 6 CCCCC CCCCC EE__ TF\nD VECT1 T RW09L - ____ "
+         "VM\n",
+         "QUAX2 09L,09R: AAAAA|AAAAA|---|---* CCCCC|CCCCC|---|---",
+         "procedures that are vectors only"},
+        {"an arrival runs inward",
+         "E QUIN1 4 DDDDD DDDDD E___ IF BFL200\nE QUIN1 4 DDDDD CCCCC EE__ TF\n"
+         "E QUIN1 5 ALL CCCCC E___ IF\nE QUIN1 5 ALL BBBBB EE__ TF\n"
+         "E QUIN1 6 RW09L BBBBB E___ IF\nE QUIN1 6 RW09L AAAAA EE__ TF\n",
+         "QUIN1 09L: DDDDD|DDDDD|FL200|--- CCCCC|CCCCC|---|---* BBBBB|BBBBB|---|---* "
+         "AAAAA|AAAAA|---|09L*"},
+        // The hold that ends the missed approach is flown at the transition's own fix; the second
+        // approach circles to any runway.
+        {"roles of an approach and its missed approach",
+         "F R09LY A DDDDD DDDDD E__A IF +03000\nF R09LY A DDDDD DDDDD EE_A HF +03000\n"
+         "F R09LY A DDDDD CCCCC EE_B TF\nF R09LY R - CCCCC E__I IF +02000\n"
+         "F R09LY R - BBBBB E__F TF +01500\nF R09LY R - RW09L GY_M TF =00150\n"
+         "F R09LY R - - __M_ CA +00500\nF R09LY R - AAAAA EY__ DF +03000\n"
+         "F R09LY R - DDDDD EE__ HM +03000\nF VOR-A V - BBBBB E__F IF\n",
+         "09L: RNAVY|DDDDD|IAF|DDDDD RNAVY|CCCCC|| RNAVY|BBBBB|FAF| RNAVY|RW09L|MAF|! "
+         "RNAVY|AAAAA||MISSED!; : VOR-A|BBBBB|FAF|",
+         "legs of missed approaches back to a fix that names a transition"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        import = {};
+        Read(Ground() + Legs(c.legs));
+        EXPECT_EQ(Load(c.legs[0], texts), c.loaded);
+        if (c.dropped != nullptr) {
+            EXPECT_EQ(import.report.Count(Topic::Dropped, c.dropped), 1U);
+        }
     }
-    EXPECT_THAT(legs, ElementsAre("RNAVY|DDDDD|IAF|DDDDD", "RNAVY|CCCCC||", "RNAVY|BBBBB|FAF|",
-                                  "RNAVY|RW09L|MAF|", "RNAVY|AAAAA||MISSED"));
-    EXPECT_EQ(approach.legs[3].flyover, 1);
-    EXPECT_EQ(procedures.approaches[1].name, "");  // circling: any runway
-    EXPECT_EQ(procedures.approaches[1].legs[0].group, "VOR-A");
-    // The hold that ends the missed approach is flown at the transition's own fix.
-    EXPECT_EQ(
-        import.report.Count(Topic::Dropped,
-                            "legs of missed approaches back to a fix that names a transition"),
-        1U);
 }
 
 TEST_F(CifpTest, WhatDoesNotResolveIsNamedWithItsLine) {
-    Read(Ground() + Leg({'D', "QUAX3", '5', "", "010", "NOFIX", "EA", "E   ", "IF"}) +
-         Leg({'D', "QUAX3", '5', "", "020", "CCCCC", "EA", "EE  ", "TF"}) + "short\n" +
+    Read(Ground() + Legs("D QUAX3 5 - NOFIX E___ IF\nD QUAX3 5 - CCCCC EE__ TF\n") + "short\n" +
          Record("EA").Put(7, "ENRT").Put(14, "BADLA").Put(33, "N95000000E008000000").text + "\n" +
          Record("ZZ").text + "\n" +
          Record("EA").Put(14, "MINUT").Put(33, "N10600000E008000000").text);
