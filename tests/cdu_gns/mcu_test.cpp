@@ -568,21 +568,5 @@ TEST_F(McuTest, PowerOffClearsEachSurfaceOnceAndPowerOnPaints) {
     EXPECT_EQ(unit.Draw(DisplayDrawMode::Skip), 0);
 }
 
-TEST(McuKeys, FitTheBezelAndNeverOverlap) {
-    for (std::size_t i = 0; i < kMcuKeys.size(); ++i) {
-        const PixelBox& a = kMcuKeys[i].box;
-        ASSERT_NE(kMcuKeys[i].action, nullptr) << kMcuKeys[i].label;
-        EXPECT_LE(a.x + a.width, 501);
-        EXPECT_LE(a.y + a.height, 386);
-        EXPECT_GE(a.y, 32 + 159) << "below the screen";
-        for (std::size_t j = 0; j < i; ++j) {
-            const PixelBox& b = kMcuKeys[j].box;
-            EXPECT_FALSE(a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
-                         b.y < a.y + a.height)
-                << kMcuKeys[i].label << " and " << kMcuKeys[j].label;
-        }
-    }
-}
-
 }  // namespace
 }  // namespace avq1::test

@@ -13,6 +13,37 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+struct Kind {
+    PointTable& source;
+    void (*build)(const LatLon&);
+    void (*narrow)();
+    const NearbyList &built, &narrowed;
+    std::int32_t limit;
+    std::vector<std::string> messages;  // when both are full
+};
+
+const Kind kKinds[] = {{navDatabase.airports,
+                        BuildNearbyAirports,
+                        NarrowNearbyAirports,
+                        nearby.airports600,
+                        nearby.airports180,
+                        1000,
+                        {"Apts May exceed 2998", "Apts May exceed 998"}},
+                       {navDatabase.navaids,
+                        BuildNearbyNavaids,
+                        NarrowNearbyNavaids,
+                        nearby.navaids600,
+                        nearby.navaids180,
+                        1000,
+                        {"Navs May exceed 2998", "Navs May exceed 998"}},
+                       {navDatabase.airwayFixes,
+                        BuildNearbyFixes,
+                        NarrowNearbyFixes,
+                        nearby.fixes600,
+                        nearby.fixes200,
+                        3000,
+                        {}}};
+
 class NearbyTest : public testing::Test {
   protected:
     NearbyTest() { ResetModuleState(); }
@@ -71,23 +102,17 @@ TEST_F(NearbyTest, HoldsExactlyTheRecordsWithinTheRadius) {
 TEST_F(NearbyTest, NarrowsTheBuiltListFromWhereTheAircraftIsNow) {
     aircraft.latitude = 0;
     aircraft.longitude = 0;
-    for (double latitude : {2.9, 3.1, 3.3, 3.4, 9.9, 10.1}) {
-        Add(navDatabase.navaids, latitude, 0);
-        Add(navDatabase.airports, latitude, 0);
-        Add(navDatabase.airwayFixes, latitude, 0);
+    for (const Kind& kind : kKinds) {
+        for (double latitude : {2.9, 3.1, 3.3, 3.4, 9.9, 10.1}) {
+            Add(kind.source, latitude, 0);
+        }
+        kind.build({1, 2});  // the map's centre
+        EXPECT_EQ(kind.built.points.count, 5);
+        EXPECT_EQ(kind.built.reference.longitude, 2);
+        kind.narrow();
+        // 180 nm, for fixes 200.
+        EXPECT_EQ(kind.narrowed.points.count, &kind.narrowed == &nearby.fixes200 ? 3 : 1);
     }
-    const LatLon mapCentre{1, 2};
-    BuildNearbyNavaids(mapCentre);
-    BuildNearbyAirports(mapCentre);
-    BuildNearbyFixes(mapCentre);
-    EXPECT_EQ(nearby.navaids600.points.count, 5);
-    EXPECT_EQ(nearby.airports600.reference.longitude, 2);
-    NarrowNearbyNavaids();
-    NarrowNearbyAirports();
-    NarrowNearbyFixes();
-    EXPECT_EQ(nearby.navaids180.points.count, 1);  // 180 nm
-    EXPECT_EQ(nearby.airports180.points.count, 1);
-    EXPECT_EQ(nearby.fixes200.points.count, 3);  // 200 nm
     const PointRecord& entry = nearby.navaids180.points[1];
     EXPECT_EQ(entry.ident, "FIX");
     EXPECT_EQ(entry.frequency, "113.40");
@@ -105,47 +130,15 @@ TEST_F(NearbyTest, NarrowsTheBuiltListFromWhereTheAircraftIsNow) {
 TEST_F(NearbyTest, LimitsDropTheRestWithOneMessage) {
     aircraft.latitude = 10;
     aircraft.longitude = 10;
-    struct Case {
-        PointTable& source;
-        void (*build)(const LatLon&);
-        void (*narrow)();
-        const PointTable& built;
-        const PointTable& narrowed;
-        std::int32_t narrowLimit;
-        std::vector<std::string> messages;
-    };
-    const Case cases[] = {
-        {navDatabase.airports,
-         BuildNearbyAirports,
-         NarrowNearbyAirports,
-         nearby.airports600.points,
-         nearby.airports180.points,
-         1000,
-         {"Apts May exceed 2998", "Apts May exceed 998"}},
-        {navDatabase.navaids,
-         BuildNearbyNavaids,
-         NarrowNearbyNavaids,
-         nearby.navaids600.points,
-         nearby.navaids180.points,
-         1000,
-         {"Navs May exceed 2998", "Navs May exceed 998"}},
-        {navDatabase.airwayFixes,
-         BuildNearbyFixes,
-         NarrowNearbyFixes,
-         nearby.fixes600.points,
-         nearby.fixes200.points,
-         3000,
-         {}},
-    };
-    for (const Case& c : cases) {
+    for (const Kind& c : kKinds) {
         for (int i = 0; i < 3100; ++i) {
             Add(c.source, 10, 10);
         }
         CutMessages(0);
         c.build({});
         c.narrow();
-        EXPECT_EQ(c.built.count, 3000);
-        EXPECT_EQ(c.narrowed.count, c.narrowLimit);
+        EXPECT_EQ(c.built.points.count, 3000);
+        EXPECT_EQ(c.narrowed.points.count, c.limit);
         EXPECT_EQ(Messages(), c.messages);
     }
     CutMessages(0);

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <map>
 #include <set>
 #include <string>
 
 #include "cdu_gns/gns_keys.h"
+#include "cdu_gns/mcu.h"
 #include "cdu_smiths/smiths_keys.h"
 #include "host/gauge_table.h"
 #include "resources/painter/bezels.h"
@@ -19,23 +19,6 @@
 
 namespace avq1 {
 namespace {
-
-struct ExpectedBitmap {
-    int number;
-    int width;
-    int height;
-};
-
-constexpr ExpectedBitmap kExpected[] = {
-    {0x2600, 326, 433}, {0x2601, 272, 314}, {0x2607, 501, 386}, {0x2611, 420, 159},
-    {0x2612, 605, 234}, {0x2617, 292, 217}, {0x2618, 550, 433}, {0x2621, 280, 262},
-    {0x2622, 384, 371}, {0x2624, 384, 371}, {0x2632, 500, 169}, {0x2634, 50, 49},
-    {0x2640, 50, 49},   {0x2642, 50, 49},   {0x2644, 50, 49},   {0x2646, 50, 49},
-    {0x2654, 50, 49},   {0x2656, 50, 49},   {0x2658, 50, 49},   {0x2662, 284, 233},
-    {0x2663, 415, 640}, {0x2664, 415, 640}, {0x2666, 247, 294}, {0x2668, 281, 337},
-    {0x2669, 281, 337}, {0x2670, 313, 212}, {0x2671, 313, 212}, {0x2698, 50, 49},
-    {0x2700, 50, 49},
-};
 
 std::int32_t Read32(const std::string& bytes, std::size_t at) {
     std::uint32_t value = 0;
@@ -60,21 +43,22 @@ bool Overlaps(const PixelBox& a, const PixelBox& b) {
            b.y < a.y + a.height;
 }
 
-// The smallest box around everything painted; width 0 when there is nothing.
-PixelBox InkBox(const Painting& painting) {
-    const std::vector<std::uint32_t> pixels = painting.Pixels();
-    int left = painting.width(), top = painting.height(), right = -1, bottom = -1;
-    for (int y = 0; y < painting.height(); ++y) {
-        for (int x = 0; x < painting.width(); ++x) {
-            if (pixels[static_cast<std::size_t>(y * painting.width() + x)] >> 24U != 0) {
-                left = std::min(left, x);
-                right = std::max(right, x);
-                top = std::min(top, y);
-                bottom = std::max(bottom, y);
-            }
+bool Holds(const PixelBox& outer, const PixelBox& inner) {
+    return inner.x >= outer.x && inner.y >= outer.y &&
+           inner.x + inner.width <= outer.x + outer.width &&
+           inner.y + inner.height <= outer.y + outer.height;
+}
+
+// How many pixels of the box this is true for.
+template <typename Test>
+int CountPixels(const PixelBox& box, const Test& test) {
+    int count = 0;
+    for (int y = box.y; y < box.y + box.height; ++y) {
+        for (int x = box.x; x < box.x + box.width; ++x) {
+            count += test(x, y) ? 1 : 0;
         }
     }
-    return right < 0 ? PixelBox{} : PixelBox{left, top, right - left + 1, bottom - top + 1};
+    return count;
 }
 
 std::string BmpOf(const std::vector<BitmapPlan>& plans, const BitmapPlan& plan) {
@@ -87,50 +71,46 @@ class Pictures : public testing::Test {
     const std::vector<BitmapPlan> plans = PlanBitmaps(GaugeTable());
 };
 
-TEST_F(Pictures, EveryBitmapOfTheGaugesIsPlannedAtItsSize) {
-    for (const ExpectedBitmap& expected : kExpected) {
-        const BitmapPlan* plan = FindPlan(plans, expected.number);
-        ASSERT_NE(plan, nullptr) << std::hex << expected.number;
-        EXPECT_EQ(plan->size.x, expected.width) << std::hex << expected.number;
-        EXPECT_EQ(plan->size.y, expected.height) << std::hex << expected.number;
-    }
+TEST_F(Pictures, EveryBitmapOfTheGaugesIsPlannedOnceWithArtOfItsOwn) {
     std::set<std::int32_t> numbers;
     for (const BitmapPlan& plan : plans) {
-        EXPECT_TRUE(numbers.insert(plan.number).second) << std::hex << plan.number;
+        SCOPED_TRACE(BitmapFileName(plan.number));
+        EXPECT_TRUE(numbers.insert(plan.number).second) << "twice";
+        EXPECT_EQ(plan.role == BitmapRole::Background, HasBezelArt(plan.number));
+        EXPECT_EQ(plan.role == BitmapRole::Icon, FindIconArt(plan.number) != nullptr);
     }
     for (const GaugeRow& gauge : GaugeTable()) {
-        EXPECT_TRUE(gauge.background == 0 || numbers.contains(gauge.background)) << gauge.name;
+        SCOPED_TRACE(gauge.name);
+        const BitmapPlan* background = FindPlan(plans, gauge.background);
+        ASSERT_EQ(background != nullptr, gauge.background != 0);
+        EXPECT_TRUE(background == nullptr ||
+                    (background->size.x == gauge.size.x && background->size.y == gauge.size.y));
         EXPECT_TRUE(gauge.surface.resource == 0 || numbers.contains(gauge.surface.resource));
         for (const IconRow& icon : gauge.icons) {
-            EXPECT_TRUE(numbers.contains(icon.resource)) << gauge.name;
+            EXPECT_TRUE(numbers.contains(icon.resource)) << std::hex << icon.resource;
         }
     }
 }
 
-TEST_F(Pictures, EveryBackgroundAndIconHasArtOfItsOwn) {
-    for (const BitmapPlan& plan : plans) {
-        if (plan.role == BitmapRole::Background) {
-            EXPECT_TRUE(HasBezelArt(plan.number)) << std::hex << plan.number;
-        } else if (plan.role == BitmapRole::Icon) {
-            EXPECT_NE(FindIconArt(plan.number), nullptr) << std::hex << plan.number;
-        }
-    }
-}
-
-TEST_F(Pictures, BmpFilesHaveTrueHeaders) {
+TEST_F(Pictures, BmpFilesHaveTrueHeadersBackgroundsAreOpaqueAndScreensBlack) {
     for (const BitmapPlan& plan : plans) {
         const std::string bmp = BmpOf(plans, plan);
-        const auto rowBytes = static_cast<std::size_t>((plan.size.x * 3 + 3) / 4 * 4);
+        const std::int32_t bytes = 54 + (plan.size.x * 3 + 3) / 4 * 4 * plan.size.y;
         SCOPED_TRACE(BitmapFileName(plan.number));
-        ASSERT_EQ(bmp.size(), 54 + rowBytes * static_cast<std::size_t>(plan.size.y));
+        ASSERT_EQ(bmp.size(), static_cast<std::size_t>(bytes));
         EXPECT_EQ(bmp.substr(0, 2), "BM");
-        EXPECT_EQ(static_cast<std::size_t>(Read32(bmp, 2)), bmp.size());
-        EXPECT_EQ(Read32(bmp, 10), 54);
-        EXPECT_EQ(Read32(bmp, 14), 40);
-        EXPECT_EQ(Read32(bmp, 18), plan.size.x);
-        EXPECT_EQ(Read32(bmp, 22), plan.size.y) << "bottom-up";
-        EXPECT_EQ(Read32(bmp, 26), 1 | 24 << 16) << "one plane, 24 bits";
-        EXPECT_EQ(Read32(bmp, 30), 0) << "uncompressed";
+        // Bottom-up, one plane of 24 bits, uncompressed.
+        const std::pair<std::size_t, std::int32_t> fields[] = {
+            {2, bytes},        {10, 54},           {14, 40}, {18, plan.size.x},
+            {22, plan.size.y}, {26, 1 | 24 << 16}, {30, 0}};
+        for (const auto& [at, value] : fields) {
+            EXPECT_EQ(Read32(bmp, at), value) << at;
+        }
+        const int black = CountPixels({0, 0, plan.size.x, plan.size.y},
+                                      [&](int x, int y) { return BmpPixel(bmp, x, y) == 0; });
+        const bool screen = plan.role == BitmapRole::Screen;
+        EXPECT_TRUE(plan.role == BitmapRole::Icon ||
+                    black == (screen ? plan.size.x * plan.size.y : 0));
     }
 }
 
@@ -146,46 +126,30 @@ TEST(Bmp, KeepsColoursAndRowsAndMarksTransparency) {
     EXPECT_EQ(BmpPixel(EncodeBmp(pixels, 3, 2, true), 0, 1), 0x000000U) << "a screen stays black";
 }
 
-TEST_F(Pictures, BackgroundsAreOpaqueAndScreensBlack) {
-    for (const BitmapPlan& plan : plans) {
-        if (plan.role == BitmapRole::Icon) {
-            continue;
-        }
-        const std::string bmp = BmpOf(plans, plan);
-        int black = 0;
-        for (int y = 0; y < plan.size.y; ++y) {
-            for (int x = 0; x < plan.size.x; ++x) {
-                black += BmpPixel(bmp, x, y) == 0 ? 1 : 0;
-            }
-        }
-        EXPECT_EQ(black, plan.role == BitmapRole::Screen ? plan.size.x * plan.size.y : 0)
-            << std::hex << plan.number;
-    }
-}
-
 TEST_F(Pictures, LabelsStayInsideTheirKeys) {
     for (const BitmapPlan& plan : plans) {
         Painting measure(plan.size.x, plan.size.y);
         const std::vector<LabelLayout> labels = KeyLabels(measure.cairo(), plan);
         ASSERT_EQ(labels.size(), plan.keys.size());
         for (std::size_t i = 0; i < labels.size(); ++i) {
-            const KeyArea& key = plan.keys[i];
-            SCOPED_TRACE(BitmapFileName(plan.number) + " " + key.label);
             if (labels[i].lines.empty()) {
                 continue;
             }
+            SCOPED_TRACE(BitmapFileName(plan.number) + " " + plan.keys[i].label);
             Painting sheet(plan.size.x, plan.size.y);
             DrawLabel(sheet.cairo(), labels[i], 0xFFFFFF);
-            const PixelBox ink = InkBox(sheet);
+            const std::vector<std::uint32_t> pixels = sheet.Pixels();
+            const auto ink = [&](int x, int y) {
+                return pixels[static_cast<std::size_t>(y * plan.size.x + x)] >> 24U != 0;
+            };
+            const int inside = CountPixels(plan.keys[i].box, ink);
             EXPECT_TRUE(labels[i].fits);
-            EXPECT_GT(ink.width, 0);
-            EXPECT_GE(ink.x, key.box.x);
-            EXPECT_GE(ink.y, key.box.y);
-            EXPECT_LE(ink.x + ink.width, key.box.x + key.box.width);
-            EXPECT_LE(ink.y + ink.height, key.box.y + key.box.height);
+            EXPECT_GT(inside, 0);
+            EXPECT_EQ(CountPixels({0, 0, plan.size.x, plan.size.y}, ink), inside);
             for (const IconPlace& icon : plan.icons) {
-                const bool isLamp = FindIconArt(icon.number)->kind == IconKind::Lamp;
-                EXPECT_FALSE(isLamp && Overlaps(ink, icon.box)) << "a lamp hides the label";
+                EXPECT_TRUE(FindIconArt(icon.number)->kind != IconKind::Lamp ||
+                            CountPixels(icon.box, ink) == 0)
+                    << "a lamp hides the label";
             }
         }
     }
@@ -202,15 +166,13 @@ TEST_F(Pictures, EveryKeyOfABackgroundShowsSomething) {
         const std::string with = BmpOf(plans, plan);
         const std::string without = BmpOf(plans, bare);
         for (const KeyArea& key : plan.keys) {
-            int changed = 0;
-            const int right = std::min(key.box.x + key.box.width, plan.size.x);
-            for (int y = key.box.y; y < key.box.y + key.box.height; ++y) {
-                for (int x = key.box.x; x < right; ++x) {
-                    changed += BmpPixel(with, x, y) != BmpPixel(without, x, y) ? 1 : 0;
-                }
-            }
-            const bool shown = key.art != KeyArt::None;
-            EXPECT_EQ(changed > 20, shown) << BitmapFileName(plan.number) << " " << key.label;
+            PixelBox seen = key.box;
+            seen.width = std::min(seen.width, plan.size.x - seen.x);
+            const int changed = CountPixels(seen, [&](int x, int y) {
+                return BmpPixel(with, x, y) != BmpPixel(without, x, y);
+            });
+            EXPECT_EQ(changed > 20, key.art != KeyArt::None)
+                << BitmapFileName(plan.number) << " " << key.label;
         }
     }
 }
@@ -220,8 +182,7 @@ TEST_F(Pictures, LegendsStandClearOfKeysScreensAndIcons) {
         const BitmapPlan* plan = FindPlan(plans, legend.background);
         ASSERT_NE(plan, nullptr) << std::hex << legend.background;
         SCOPED_TRACE(BitmapFileName(plan->number) + " " + legend.text);
-        EXPECT_LE(legend.room.x + legend.room.width, plan->size.x);
-        EXPECT_LE(legend.room.y + legend.room.height, plan->size.y);
+        EXPECT_TRUE(Holds({0, 0, plan->size.x, plan->size.y}, legend.room));
         EXPECT_FALSE(plan->screen.width > 0 && Overlaps(legend.room, plan->screen));
         for (const KeyArea& key : plan->keys) {
             EXPECT_FALSE(Overlaps(legend.room, key.box)) << key.label;
@@ -236,21 +197,17 @@ TEST_F(Pictures, LegendsStandClearOfKeysScreensAndIcons) {
 
 TEST_F(Pictures, IconsChangeWhatTheBackgroundShows) {
     for (const BitmapPlan& plan : plans) {
+        const std::string under = plan.icons.empty() ? "" : BmpOf(plans, plan);
         for (const IconPlace& place : plan.icons) {
             const BitmapPlan* icon = FindPlan(plans, place.number);
             ASSERT_NE(icon, nullptr);
-            SCOPED_TRACE(BitmapFileName(place.number) + " on " + BitmapFileName(plan.number));
             const std::string art = BmpOf(plans, *icon);
-            const std::string under = BmpOf(plans, plan);
-            int changed = 0;
-            for (int y = 0; y < icon->size.y; ++y) {
-                for (int x = 0; x < icon->size.x; ++x) {
-                    const std::uint32_t pixel = BmpPixel(art, x, y);
-                    changed +=
-                        pixel != 0 && pixel != BmpPixel(under, place.box.x + x, place.box.y + y);
-                }
-            }
-            EXPECT_GT(changed, icon->size.x * icon->size.y / 20) << "pixels that differ";
+            const int changed = CountPixels({0, 0, icon->size.x, icon->size.y}, [&](int x, int y) {
+                const std::uint32_t pixel = BmpPixel(art, x, y);
+                return pixel != 0 && pixel != BmpPixel(under, place.box.x + x, place.box.y + y);
+            });
+            EXPECT_GT(changed, icon->size.x * icon->size.y / 20)
+                << BitmapFileName(place.number) << " on " << BitmapFileName(plan.number);
         }
     }
 }
@@ -278,28 +235,23 @@ TEST_F(Pictures, SelectorPointersAimAtTheirPositions) {
         SCOPED_TRACE(aim.position);
         const BitmapPlan* icon = FindPlan(plans, aim.icon);
         const auto key =
-            std::find_if(panel->keys.begin(), panel->keys.end(), [&](const KeyArea& candidate) {
-                return std::strcmp(candidate.label, aim.position) == 0;
-            });
-        const auto place =
-            std::find_if(panel->icons.begin(), panel->icons.end(),
-                         [&](const IconPlace& candidate) { return candidate.number == aim.icon; });
+            std::ranges::find(panel->keys, std::string_view(aim.position), &KeyArea::label);
+        const auto place = std::ranges::find(panel->icons, aim.icon, &IconPlace::number);
         ASSERT_TRUE(icon != nullptr && key != panel->keys.end() && place != panel->icons.end());
         // The white of the pointer, away from the button in the middle.
         const double centre = icon->size.x / 2.0;
         const std::string art = BmpOf(plans, *icon);
         double sumX = 0;
         double sumY = 0;
-        for (int y = 0; y < icon->size.y; ++y) {
-            for (int x = 0; x < icon->size.x; ++x) {
-                const double dx = x + 0.5 - centre;
-                const double dy = y + 0.5 - centre;
-                if (std::hypot(dx, dy) > centre * 0.6 && (BmpPixel(art, x, y) & 0xFF) > 0xC0) {
-                    sumX += dx;
-                    sumY += dy;
-                }
-            }
-        }
+        CountPixels({0, 0, icon->size.x, icon->size.y}, [&](int x, int y) {
+            const double dx = x + 0.5 - centre;
+            const double dy = y + 0.5 - centre;
+            const bool pointer =
+                std::hypot(dx, dy) > centre * 0.6 && (BmpPixel(art, x, y) & 0xFF) > 0xC0;
+            sumX += pointer ? dx : 0;
+            sumY += pointer ? dy : 0;
+            return pointer;
+        });
         ASSERT_GT(std::hypot(sumX, sumY), 0);
         const double toX = key->box.x + key->box.width / 2.0 - place->box.x - centre;
         const double toY = key->box.y + key->box.height / 2.0 - place->box.y - centre;
@@ -311,20 +263,19 @@ TEST_F(Pictures, SelectorPointersAimAtTheirPositions) {
 TEST(UnitKeys, LieOnTheUnitApartFromOneAnother) {
     struct Unit {
         std::span<const KeyArea> keys;
-        PixelPoint size;
-        int overhang;  // the right line keys may reach this far over the edge
+        PixelBox room;   // the right line keys of one unit reach ten pixels over its edge
+        int sharedRows;  // and its line keys' areas overlap
     };
-    constexpr int kSharedRows = 2;  // the Smiths-style line keys' areas overlap by two rows
-    for (const Unit& unit : {Unit{kGnsKeys, {550, 433}, 0}, Unit{kSmithsKeys, {415, 640}, 10}}) {
+    for (const Unit& unit :
+         {Unit{kGnsKeys, {0, 0, 550, 433}, 0}, Unit{kSmithsKeys, {0, 0, 425, 640}, 2},
+          Unit{kMcuKeys, {0, 32 + 159, 501, 386 - 32 - 159}, 0}}) {
         std::set<std::string> labels;
         for (const KeyArea& key : unit.keys) {
             EXPECT_TRUE(labels.insert(key.label).second) << key.label << " twice";
-            EXPECT_GE(std::min(key.box.x, key.box.y), 0) << key.label;
-            EXPECT_LE(key.box.x + key.box.width, unit.size.x + unit.overhang) << key.label;
-            EXPECT_LE(key.box.y + key.box.height, unit.size.y) << key.label;
+            EXPECT_TRUE(Holds(unit.room, key.box)) << key.label;
             for (const KeyArea& other : unit.keys) {
                 PixelBox smaller = key.box;
-                smaller.height -= kSharedRows;
+                smaller.height -= unit.sharedRows;
                 EXPECT_TRUE(&key == &other || other.box.y < key.box.y ||
                             !Overlaps(smaller, other.box))
                     << key.label << " and " << other.label;
