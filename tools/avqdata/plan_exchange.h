@@ -80,7 +80,6 @@ struct PlanFormat {
     std::array<std::string_view, kPlanTypes.size()> typeNames;  // in the order of kPlanTypes
     std::size_t longestIdent;
     std::size_t longestPointIdent;  // of a pilot's own point
-    const char* forbidden;          // characters no identifier may have, beside blanks
     bool endsAreAirports;
     std::size_t mostEntries;
 };

@@ -307,7 +307,6 @@ const PlanFormat kFms1100PlanFormat{
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,
-    .forbidden = "<",
     .endsAreAirports = false,
     .mostEntries = 1000,
 };
@@ -323,7 +322,6 @@ const PlanFormat kFms3PlanFormat{
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,
-    .forbidden = "<",
     .endsAreAirports = false,
     .mostEntries = 100,
 };

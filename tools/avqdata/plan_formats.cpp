@@ -26,9 +26,12 @@ bool IsUnset(double value) {
     return value == avq1::kUnset;
 }
 
-bool IsWord(std::string_view text, const char* forbidden) {
+// What every format takes for an identifier or an airway; no form's own marks are among it.
+bool IsWord(std::string_view text) {
+    constexpr std::string_view kMarks = "-_+./*";
     return std::all_of(text.begin(), text.end(), [&](char c) {
-        return c > ' ' && c <= '~' && std::string_view(forbidden).find(c) == std::string_view::npos;
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+               kMarks.find(c) != std::string_view::npos;
     });
 }
 
@@ -117,11 +120,11 @@ std::string CheckWords(const PlanFormat& format, const PlanWaypoint& entry) {
     if (entry.ident.size() > longest) {
         return "has an identifier of more than " + std::to_string(longest) + " characters";
     }
-    if (!IsWord(entry.ident, format.forbidden)) {
-        return "has an identifier with characters this format does not take";
+    if (!IsWord(entry.ident)) {
+        return "has an identifier of more than letters, digits and -_+./*";
     }
     for (const std::string* word : {&entry.via, &entry.procedure, &entry.frequency}) {
-        if (word->size() > kLongestWord || !IsWord(*word, format.forbidden)) {
+        if (word->size() > kLongestWord || !IsWord(*word)) {
             return "has an airway, procedure or frequency that is no plain word";
         }
     }

@@ -180,7 +180,6 @@ const PlanFormat kGeoJsonPlanFormat{
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,
-    .forbidden = "",
     .endsAreAirports = false,
     .mostEntries = 1000,
 };
@@ -196,7 +195,6 @@ const PlanFormat kKmlPlanFormat{
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,
-    .forbidden = "",
     .endsAreAirports = false,
     .mostEntries = 1000,
 };

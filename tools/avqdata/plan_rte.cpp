@@ -132,7 +132,6 @@ const PlanFormat kRtePlanFormat{
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,
-    .forbidden = ";=<",
     .endsAreAirports = false,
     .mostEntries = avq1::kPlanCapacity,
 };

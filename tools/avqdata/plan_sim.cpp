@@ -204,7 +204,6 @@ const PlanFormat kSimXmlPlanFormat{
     .typeNames = {"Airport", "VOR", "NDB", "Intersection", "User"},
     .longestIdent = 5,
     .longestPointIdent = 10,
-    .forbidden = ",<>&\"'",
     .endsAreAirports = true,
     .mostEntries = kMostSimWaypoints - 1,
 };
@@ -220,7 +219,6 @@ const PlanFormat kSimKeyPlanFormat{
     .typeNames = {"A", "V", "N", "I", "U"},
     .longestIdent = 5,
     .longestPointIdent = 10,
-    .forbidden = ",=<",
     .endsAreAirports = true,
     .mostEntries = kMostSimWaypoints - 1,
 };
