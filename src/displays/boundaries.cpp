@@ -1,6 +1,7 @@
 #include "displays/boundaries.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <string_view>
 #include <vector>
@@ -75,13 +76,43 @@ void DrawName(const MapFrame& frame, const AtcBoundary& boundary) {
     }
 }
 
+// The outline's lines as far as they are on the map. Cutting them here is far cheaper than a clip,
+// and points closer than the eye can tell apart are left out.
 void DrawBoundary(const MapFrame& frame, const AtcBoundary& boundary,
-                  std::vector<CanvasPoint>& outline) {
-    outline.clear();
-    for (const LatLon& point : boundary.points) {
-        outline.push_back(PlaceOnMap(frame.view, point.latitude, point.longitude));
+                  std::vector<CanvasPoint>& run) {
+    constexpr double kLeastPx = 2.0;
+    constexpr CanvasPen kPen{kBoundaryColour, 1.0};
+    Canvas& canvas = frame.surface.canvas();
+    CanvasPoint from;
+    run.clear();
+    const auto endRun = [&] {
+        if (run.size() >= 2) {
+            canvas.DrawPolyline(kPen, run, false);
+        }
+        run.clear();
+    };
+    for (std::size_t i = 0; i < boundary.points.size(); ++i) {
+        const LatLon& point = boundary.points[i];
+        const CanvasPoint to = PlaceOnMap(frame.view, point.latitude, point.longitude);
+        const bool last = i + 1 == boundary.points.size();
+        if (i > 0 && !last && std::hypot(to.x - from.x, to.y - from.y) < kLeastPx) {
+            continue;
+        }
+        CanvasPoint start = from;
+        CanvasPoint end = to;
+        if (i > 0 && CutToMap(frame, start, end)) {
+            if (run.empty() || start.x != from.x || start.y != from.y) {
+                endRun();
+                run.push_back(start);
+            }
+            run.push_back(end);
+        }
+        if (end.x != to.x || end.y != to.y) {
+            endRun();
+        }
+        from = to;
     }
-    frame.surface.canvas().DrawPolyline({kBoundaryColour, 1.0, {}, false}, outline, false);
+    endRun();
 }
 
 template <class Visit>
@@ -107,9 +138,8 @@ void DrawAtcBoundaries(const MapFrame& frame) {
     if (!atcBoundaries.loaded) {
         LoadAtcBoundaries();
     }
-    std::vector<CanvasPoint> outline;
-    EachVisible(frame,
-                [&](const AtcBoundary& boundary) { DrawBoundary(frame, boundary, outline); });
+    std::vector<CanvasPoint> run;
+    EachVisible(frame, [&](const AtcBoundary& boundary) { DrawBoundary(frame, boundary, run); });
 }
 
 void DrawAtcBoundaryNames(const MapFrame& frame) {

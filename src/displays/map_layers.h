@@ -30,6 +30,8 @@ struct MapFrame {
 
 void ClipToMap(const MapFrame& frame);
 bool InsideMap(const MapFrame& frame, const TextBox& box);
+// Cuts a line to the map; false when nothing of it is there.
+bool CutToMap(const MapFrame& frame, CanvasPoint& from, CanvasPoint& to);
 // Whether a symbol at this point can be seen.
 bool NearMap(const MapFrame& frame, const CanvasPoint& point);
 

@@ -92,7 +92,7 @@ struct Layer {
 
 constexpr Layer kLayers[] = {
     {Modes(1, 7), Always, Clip::None, ClaimNdPlaces},
-    {Modes(5, 6), WithBoundaries, Clip::Map, DrawNdBoundaries},
+    {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaries},
     {Modes(5, 7), Always, Clip::Map, DrawNdRoute},
     {Modes(1, 7), Always, Clip::None, DrawNdCompass},
     {Modes(1, 4), Always, Clip::Bottom, DrawNdCourse},
@@ -100,7 +100,7 @@ constexpr Layer kLayers[] = {
     {Modes(5, 7), WithPendingRoute, Clip::None, PlaceNdOpenTexts},
     {Modes(5, 7), Always, Clip::None, KeepNdRouteTexts},
     {Modes(5, 6), WithNav1Station, Clip::Map, DrawNdNav1Station},
-    {Modes(5, 6), WithBoundaries, Clip::Map, DrawNdBoundaryNames},
+    {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaryNames},
     {Modes(5, 7), WithStations, Clip::None, DrawNdStations},
     {Modes(5, 7), WithAirports, Clip::None, DrawNdAirports},
     {Modes(5, 7), WithFixes, Clip::None, DrawNdFixes},

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/module_state.h"
 #include "displays/ehsi.h"
@@ -114,6 +115,41 @@ TEST(BoundaryLayer, DrawsALineAcrossTheMapBetweenFarPoints) {
     Picture picture(200, 200);
     DrawLayer(picture);
     EXPECT_NE(picture.At(60, 100) | picture.At(60, 99), 0u);
+}
+
+TEST(BoundaryLayer, IsCutAtTheMapsEdge) {
+    PrepareAtOrigin();
+    atcBoundaries.loaded = true;
+    AtcBoundary boundary = Reaching("KZBW", 400);
+    boundary.points.clear();
+    for (int i = 0; i < 40; ++i) {  // to and fro across the map
+        const double side = i % 2 == 0 ? 0.7 : -0.7;
+        boundary.points.push_back({side * std::cos(i * 0.4), side * std::sin(i * 0.4)});
+    }
+    atcBoundaries.items = {boundary};
+    Picture picture(200, 200);
+    {
+        Surface surface(picture.Target(), 200, 200);
+        TextBoxes texts;
+        DrawAtcBoundaries({surface,
+                           ViewFromAircraft(100, 100, 50, 20),
+                           20,
+                           {100, 100},
+                           60,
+                           {0, 0, 200, 140},
+                           texts,
+                           texts});
+    }
+    int inside = 0;
+    for (int y = 0; y < 200; ++y) {
+        for (int x = 0; x < 200; ++x) {
+            const bool onMap = std::hypot(x + 0.5 - 100, y + 0.5 - 100) <= 61.5 && y <= 140;
+            const bool drawn = picture.At(x, y) != 0;
+            inside += onMap && drawn;
+            ASSERT_TRUE(onMap || !drawn) << x << "," << y;
+        }
+    }
+    EXPECT_GT(inside, 1000);
 }
 
 TEST(BoundaryLayer, ReadsItsFileAtTheFirstDrawing) {
