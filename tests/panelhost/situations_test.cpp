@@ -16,25 +16,27 @@ TEST_F(SituationTest, PlaceTuneAndEngageFromAnyOther) {
         for (const Situation& to : Situations()) {
             ApplySituation(session_, Situations()[static_cast<std::size_t>(from)]);
             ApplySituation(session_, to);
+            SCOPED_TRACE(to.name);
             const SessionStatus status = session_.Status();
-            EXPECT_NEAR(status.latitude, to.latitude, 1e-6) << to.name;
-            EXPECT_NEAR(status.longitude, to.longitude, 1e-6) << to.name;
-            EXPECT_NEAR(status.headingTrue, to.headingTrue, 1e-6) << to.name;
-            EXPECT_NEAR(status.indicatedAirspeedKt, to.indicatedAirspeedKt, 1e-6) << to.name;
-            EXPECT_NEAR(status.nav1.frequencyMhz * 100, to.nav1Frequency, 0.1) << to.name;
-            EXPECT_NEAR(status.nav2.frequencyMhz * 100, to.nav2Frequency, 0.1) << to.name;
-            EXPECT_NEAR(status.adf.frequencyMhz * 1000, to.adfKhz, 0.1) << to.name;
+            EXPECT_NEAR(status.latitude, to.latitude, 1e-6);
+            EXPECT_NEAR(status.longitude, to.longitude, 1e-6);
+            EXPECT_NEAR(status.headingTrue, to.headingTrue, 1e-6);
+            EXPECT_NEAR(status.indicatedAirspeedKt, to.indicatedAirspeedKt, 1e-6);
+            EXPECT_NEAR(status.nav1.frequencyMhz * 100, to.nav1Frequency, 0.1);
+            EXPECT_NEAR(status.nav2.frequencyMhz * 100, to.nav2Frequency, 0.1);
+            EXPECT_NEAR(status.adf.frequencyMhz * 1000, to.adfKhz, 0.1);
             EXPECT_NEAR(status.nav1.courseMag, to.nav1CourseTrue - status.magneticVariation, 0.6);
-            EXPECT_EQ(status.autopilot.master, to.autopilot) << to.name;
-            EXPECT_EQ(status.autopilot.headingHold, to.hold == SituationHold::Heading) << to.name;
-            EXPECT_EQ(status.autopilot.approachHold, to.hold == SituationHold::Approach) << to.name;
-            EXPECT_TRUE(status.autopilot.flightDirector) << to.name;
+            EXPECT_EQ(status.autopilot.master, to.autopilot);
+            EXPECT_EQ(status.autopilot.headingHold, to.hold == SituationHold::Heading);
+            EXPECT_EQ(status.autopilot.approachHold, to.hold == SituationHold::Approach);
+            EXPECT_TRUE(status.autopilot.flightDirector);
             const bool ground = to.altitudeFt < 0;
-            EXPECT_EQ(status.onGround, ground) << to.name;
-            EXPECT_EQ(session_.NumberedVariable(323).value_or(0) > 0, ground) << to.name;
+            EXPECT_EQ(status.onGround, ground);
+            EXPECT_EQ(session_.NumberedVariable(323).value_or(0) > 0, ground);
             EXPECT_EQ(FindSituation(to.name), &to);
         }
     }
+    EXPECT_EQ(FindSituation("no-such"), nullptr);
 }
 
 // What a situation sets holds by itself while time passes.
@@ -51,11 +53,6 @@ TEST_F(SituationTest, StayAsTheyArePlaced) {
         EXPECT_NEAR(status.indicatedAirspeedKt, row.indicatedAirspeedKt, 12) << row.name;
         EXPECT_NEAR(status.headingTrue, row.headingTrue, 1.5) << row.name;
     }
-}
-
-TEST_F(SituationTest, UnknownNamesAreNone) {
-    EXPECT_EQ(FindSituation("no-such"), nullptr);
-    EXPECT_EQ(FindSituation(""), nullptr);
 }
 
 }  // namespace

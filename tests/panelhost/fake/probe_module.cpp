@@ -28,23 +28,28 @@ PROBE_EXPORT ProbeLog probeLog;
 namespace {
 
 // ---- resources: the section a host reads from the file ----
-struct __attribute__((packed)) BmpHeader {
-    char magic[2] = {'B', 'M'};
-    std::uint32_t fileSize = 0;
-    std::uint32_t reserved = 0;
-    std::uint32_t dataAt = 54;
-    std::uint32_t headerSize = 40;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::uint16_t planes = 1;
-    std::uint16_t bits = 24;
-    std::uint32_t rest[6] = {};
-};
-
+// A bitmap file of one colour, 24 bits a pixel, below 256 pixels wide and high.
 template <int width, int height>
 struct __attribute__((packed)) Bmp {
-    BmpHeader header;
-    std::uint8_t rows[height][(width * 3 + 3) / 4 * 4] = {};
+    static constexpr int kRowBytes = (width * 3 + 3) / 4 * 4;
+    std::uint8_t bytes[54 + height * kRowBytes] = {'B', 'M'};
+
+    constexpr Bmp(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+        bytes[10] = 54;  // where the rows begin
+        bytes[14] = 40;  // the header's size
+        bytes[18] = width;
+        bytes[22] = height;
+        bytes[26] = 1;
+        bytes[28] = 24;
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                std::uint8_t* const pixel = bytes + 54 + y * kRowBytes + 3 * x;
+                pixel[0] = blue;
+                pixel[1] = green;
+                pixel[2] = red;
+            }
+        }
+    }
 };
 
 struct __attribute__((packed)) Row {
@@ -56,35 +61,17 @@ struct __attribute__((packed)) Resources {
     std::uint32_t version = 1;
     std::uint32_t count = 4;
     Row rows[4] = {};
-    Bmp<kProbeWidth, kProbeHeight> panel;
-    Bmp<kProbeSurfaceWidth, kProbeSurfaceHeight> surface;
-    Bmp<4, 4> icon;
+    Bmp<kProbeWidth, kProbeHeight> panel{10, 20, 200};
+    Bmp<kProbeSurfaceWidth, kProbeSurfaceHeight> surface{0, 0, 0};
+    Bmp<4, 4> icon{0, 255, 0};
     char names[28] = "2 3 6 6 LINE KEY 1\n20 22 9";
 };
 
-template <int width, int height>
-constexpr Bmp<width, height> MakeBmp(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
-    Bmp<width, height> bmp;
-    bmp.header.width = width;
-    bmp.header.height = height;
-    for (auto& row : bmp.rows) {
-        for (int x = 0; x < width; ++x) {
-            row[3 * x] = blue;
-            row[3 * x + 1] = green;
-            row[3 * x + 2] = red;
-        }
-    }
-    return bmp;
-}
-
 constexpr Resources MakeResources() {
     Resources all;
-    all.panel = MakeBmp<kProbeWidth, kProbeHeight>(10, 20, 200);
-    all.surface = MakeBmp<kProbeSurfaceWidth, kProbeSurfaceHeight>(0, 0, 0);
-    all.icon = MakeBmp<4, 4>(0, 255, 0);
     // The icon's top row in the file's bottom-up order is its last one: black, so see-through.
-    for (std::uint8_t& byte : all.icon.rows[3]) {
-        byte = 0;
+    for (int i = 0; i < all.icon.kRowBytes; ++i) {
+        *(std::end(all.icon.bytes) - 1 - i) = 0;
     }
     all.rows[0] = {0x100, 2, offsetof(Resources, panel), sizeof all.panel};
     all.rows[1] = {0x101, 2, offsetof(Resources, surface), sizeof all.surface};
@@ -159,31 +146,23 @@ std::int32_t OnClick(avq1::MouseCallbackData* data, std::uint32_t flags) {
     return 0;
 }
 
-constexpr MouseRectangle Rectangle(MouseRectangleType type, avq1::PixelBox box, std::uint32_t flags,
-                                   avq1::MouseFunction function, std::int32_t keyEvent) {
-    MouseRectangle rectangle;
-    rectangle.type = type;
-    rectangle.box = box;
-    rectangle.mouseFlags = flags;
-    rectangle.function = function;
-    rectangle.keyEvent = keyEvent;
-    return rectangle;
-}
-
 namespace flag = avq1::mouse_flag;
 
 const MouseRectangle kRectangles[] = {
-    Rectangle(MouseRectangleType::Parent, {2, 3, 6, 6}, 0, nullptr, 0),
-    Rectangle(MouseRectangleType::Child, {0, 0, 6, 6},
-              flag::kLeftSingle | flag::kRightSingle | flag::kDownRepeat | flag::kLeftRelease |
-                  flag::kWheelUp,
-              OnClick, 0),
-    Rectangle(MouseRectangleType::EndOfParent, {}, 0, nullptr, 0),
-    Rectangle(MouseRectangleType::Parent, {20, 20, 10, 10}, 0, nullptr, 0),
-    Rectangle(MouseRectangleType::Child, {2, 2, 4, 4}, flag::kLeftSingle, nullptr, 65879),
-    Rectangle(MouseRectangleType::EndOfParent, {}, 0, nullptr, 0),
-    Rectangle(MouseRectangleType::End, {}, 0, nullptr, 0),
-};
+    {.type = MouseRectangleType::Parent, .box = {2, 3, 6, 6}},
+    {.type = MouseRectangleType::Child,
+     .box = {0, 0, 6, 6},
+     .mouseFlags = flag::kLeftSingle | flag::kRightSingle | flag::kDownRepeat | flag::kLeftRelease |
+                   flag::kWheelUp,
+     .function = OnClick},
+    {.type = MouseRectangleType::EndOfParent, .box = {}},
+    {.type = MouseRectangleType::Parent, .box = {20, 20, 10, 10}},
+    {.type = MouseRectangleType::Child,
+     .box = {2, 2, 4, 4},
+     .mouseFlags = flag::kLeftSingle,
+     .keyEvent = 65879},
+    {.type = MouseRectangleType::EndOfParent, .box = {}},
+    {.type = MouseRectangleType::End, .box = {}}};
 
 StaticImageElement MakeElement(std::int32_t resource, avq1::PixelPoint place, std::uint32_t flags,
                                ElementHeader** children) {
@@ -206,20 +185,18 @@ ElementHeader* probeElements[] = {&panel.header, nullptr};
 StaticImageElement nothing;
 ElementHeader* serverElements[] = {&nothing.header, nullptr};
 
-GaugeHeader MakeGauge(const char* name, ElementHeader** elements, avq1::GaugeCallback callback) {
+GaugeHeader MakeGauge(const char* name, ElementHeader** elements, avq1::GaugeCallback callback,
+                      const MouseRectangle* rectangles) {
     GaugeHeader gauge;
     gauge.name = name;
     gauge.elements = elements;
     gauge.callback = callback;
+    gauge.mouseRectangles = rectangles;
     return gauge;
 }
 
-GaugeHeader probeGauge = [] {
-    GaugeHeader gauge = MakeGauge("PROBE", probeElements, OnEvent);
-    gauge.mouseRectangles = kRectangles;
-    return gauge;
-}();
-GaugeHeader serverGauge = MakeGauge("SERVER", serverElements, OnServerEvent);
+GaugeHeader probeGauge = MakeGauge("PROBE", probeElements, OnEvent, kRectangles);
+GaugeHeader serverGauge = MakeGauge("SERVER", serverElements, OnServerEvent, nullptr);
 
 }  // namespace
 
