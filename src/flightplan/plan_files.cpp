@@ -86,8 +86,11 @@ void SayNotice() {
 }
 
 void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool anyFuelKey) {
-    if (ParsePlanText(ReadPlanText(fileName), plan, book, anyFuelKey) > 0) {
+    const std::string text = ReadPlanText(fileName);
+    if (ParsePlanText(text, plan, book, anyFuelKey) > 0) {
         planBook.entryNotice = kPlanFullMessage;
+    } else if (plan.lastIndex < 0 && !text.empty()) {
+        planBook.entryNotice = kUnableToLoad;
     }
 }
 

@@ -3,10 +3,11 @@
 //
 // A file that cannot be opened loads nothing and leaves the target plan empty. A save writes beside
 // the target and renames, so a plan that was there is never lost. Plans of the simulator's planner
-// (.PLN) are converted on reading, into "temp.rte" as well. For one that holds no waypoint, and for
-// a name that leads out of the folder, planBook.entryNotice becomes "Unable to load FP", which goes
-// to the message list too; so does that a plan has more waypoints than entries. Of a line no more
-// counts than its first 148 characters.
+// (.PLN) are converted on reading, into "temp.rte" as well. Of a line no more counts than its first
+// 148 characters.
+// planBook.entryNotice, which goes to the message list too, becomes "Unable to load FP" for a file
+// that holds no waypoint and for a name that leads out of the folder, and says so when a plan has
+// more waypoints than entries.
 #pragma once
 
 #include <cstdint>

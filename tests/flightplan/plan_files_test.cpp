@@ -233,14 +233,19 @@ TEST_F(PlanFiles, PreviewTouchesNothingElse) {
     EXPECT_EQ(previewPlan.lastIndex, -1);
 }
 
-TEST_F(PlanFiles, SimulatorPlansAreRefusedInWords) {
+TEST_F(PlanFiles, WhatHoldsNoWaypointIsRefusedInWords) {
     Store("SIM.PLN", "[flightplan]\ndeparture_id=KJFK\n");
-    SetPlan(modifiedPlan, "KPIT KBUF");
-    LoadPlan("SIM.PLN");
-    EXPECT_EQ(modifiedPlan.lastIndex, -1);
-    EXPECT_EQ(messages.count, 1);
-    EXPECT_EQ(messages.lines[1], "Unable to load FP");
-    EXPECT_FALSE(ReadPlanToActive("sim.pln"));
+    Store("OTHER.RTE", "RM:KJFK:40.6:-73.8\n");
+    Store("BARE.RTE", "[FlightPlan]\n; none yet\n");
+    for (const char* name : {"SIM.PLN", "sim.pln", "NONE.PLN", "OTHER.RTE", "BARE.RTE"}) {
+        messages = {};
+        SetPlan(modifiedPlan, "KPIT KBUF");
+        LoadPlan(name);
+        EXPECT_EQ(modifiedPlan.lastIndex, -1);
+        EXPECT_EQ(messages.count, 1);
+        EXPECT_EQ(messages.lines[1], "Unable to load FP");
+        EXPECT_FALSE(ReadPlanToActive(name));
+    }
 }
 
 TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {

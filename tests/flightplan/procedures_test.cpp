@@ -18,7 +18,6 @@ namespace avq1 {
 namespace {
 
 using test::SetPlan;
-using test::Show;
 using test::TempSimFolder;
 
 void SetAirports() {
@@ -124,7 +123,7 @@ TEST(Splices, IntoTheModifiedPlanAwaitExecution) {
         planBook.editIndex = planBook.trackedIndex;
         planBook.status = RouteStatus::Active;
         EXPECT_TRUE(Splice(modifiedPlan, c.splice));
-        EXPECT_EQ(Show(modifiedPlan), c.after);
+        EXPECT_EQ(test::Show(modifiedPlan), c.after);
         EXPECT_EQ(planBook.status, RouteStatus::Modified);
     }
 }
@@ -164,8 +163,9 @@ TEST(Splices, IntoTheActivePlanKeepWhatIsFlown) {
         SetAirports();
         SetActive(c.before);
         EXPECT_TRUE(Splice(activePlan, c.splice));
-        EXPECT_EQ(Show(activePlan) + " ^" + activePlan.entries[planBook.verticalTargetIndex].ident,
-                  c.after);
+        EXPECT_EQ(
+            test::Show(activePlan) + " ^" + activePlan.entries[planBook.verticalTargetIndex].ident,
+            c.after);
         EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
     }
 }
@@ -222,7 +222,7 @@ TEST(Splices, TakeTheAirportBeingChosenForAPlanWithoutOne) {
         SetPlan(modifiedPlan, c.before);
         planBook.editIndex = planBook.trackedIndex;
         ASSERT_TRUE(Splice(modifiedPlan, c.splice));
-        EXPECT_EQ(Show(modifiedPlan), c.after);
+        EXPECT_EQ(test::Show(modifiedPlan), c.after);
     }
 }
 
@@ -256,9 +256,9 @@ TEST(Splices, RefuseWholeWhenThePlanHasNoRoom) {
             FillPlan(*plan, 196);
             planBook.editIndex = 1;
             planBook.verticalTargetIndex = 197;
-            const std::string before = Show(*plan);
+            const std::string before = test::Show(*plan);
             EXPECT_FALSE(Splice(*plan, c.doesNot));
-            EXPECT_TRUE(Show(*plan) == before);
+            EXPECT_TRUE(test::Show(*plan) == before);
             EXPECT_EQ(planBook.verticalTargetIndex, 197);
             EXPECT_EQ(messages.lines[messages.count], kPlanFullMessage);
             EXPECT_TRUE(Splice(*plan, c.fits));
@@ -285,7 +285,7 @@ TEST(Splices, AnySeriesKeepsTheRoute) {
         for (int step = 0; step < 12; ++step) {
             const std::string_view splice = kSplices[random() % std::size(kSplices)];
             history += " " + std::string(splice);
-            SCOPED_TRACE(history + ": " + Show(plan));
+            SCOPED_TRACE(history + ": " + test::Show(plan));
             ASSERT_TRUE(Splice(plan, splice));
             const std::string_view kind =
                 test::ReadRouteWord(splice.substr(splice[0] == 'D' ? 6 : 0)).procedure;
@@ -337,33 +337,34 @@ TEST(ProcedureEntries, AreTiedToTheDatabase) {
     EXPECT_EQ(tied, "XX/VOR/112.7 YY/NDB/345.0 ZZ// ");
 }
 
-std::string Idents(const std::vector<ProcedureWaypoint>& list) {
+// "S1.ABC(ALL,JUN,ABC)": all but the first are reached by S1.ABC; "PROVI/IAF" has a role.
+std::string Show(const std::vector<ProcedureWaypoint>& list) {
+    const std::string via = list.size() > 1 ? list[1].viaLabel : "";
     std::string text;
     for (const ProcedureWaypoint& waypoint : list) {
-        text += (text.empty() ? "" : " ") + waypoint.ident;
-        text += waypoint.viaLabel.empty() ? "" : "(" + waypoint.viaLabel + ")";
+        EXPECT_EQ(waypoint.viaLabel, text.empty() ? "" : via);
+        text += (text.empty() ? "" : ",") + waypoint.ident;
         text += waypoint.roleText.empty() ? "" : "/" + waypoint.roleText;
     }
-    return text;
+    return via + "(" + text + ")";
 }
 
 TEST(ProcedureLists, TakeTheLegsThatApply) {
-    struct Case {
-        const char* what;
+    const struct {
         const char* transition;
         const char* runway;
         const char* expected;
+    } cases[] = {
+        {"------", "------", "S1(ALL,DASH,JUN)"},
+        {"------", "25R", "S1(R25,ALL,DASH,JUN)"},
+        {"", "07L", "S1(R07,R25,ALL,DASH,JUN)"},
+        {"ABC", "------", "S1.ABC(ALL,DASH,JUN,ABC)"},
+        {"XYZ", "07L", "S1.XYZ(R07,R25,ALL,DASH,JUN,XYZ)"},
     };
-    const Case cases[] = {
-        {"no transition, no runway", "------", "------", "ALL(S1) DASH(S1) JUN(S1)"},
-        {"runway in a list", "------", "25R", "R25 ALL(S1) DASH(S1) JUN(S1)"},
-        {"another runway", "", "07L", "R07 R25(S1) ALL(S1) DASH(S1) JUN(S1)"},
-        {"transition", "ABC", "------", "ALL(S1.ABC) DASH(S1.ABC) JUN(S1.ABC) ABC(S1.ABC)"},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SetAirports();
         ReadSids(
-            "[KJFK]\nS1 R07 - 07L 1 1\nS1 R25 - 07L,25R 1 1\nS1 ALL - --- 1 1\nS1 DASH - --- 1 1\n"
+            "[KJFK]\nS1 R07 - 07L 1 1\nS1 R25 - 07L,25R 1 1\nS1 ALL\nS1 DASH - --- 1 1\n"
             "S1 JUN - --- 1 1\nS1.ABC ABC - --- 1 1\nS1.XYZ XYZ - --- 1 1\n",
             "KJFK", airportSlots[kDepartureSlot].procedures.sids);
         procedureChoice.sidNumber = 1;
@@ -371,35 +372,29 @@ TEST(ProcedureLists, TakeTheLegsThatApply) {
         procedureChoice.sidTransition = c.transition;
         procedureChoice.departureRunway = c.runway;
         BuildSidWaypoints();
-        std::string expected = c.expected;  // the first waypoint has no via
-        const std::size_t bracket = expected.find('(');
-        if (const std::size_t blank = expected.find(' '); bracket < blank) {
-            expected.erase(bracket, blank - bracket);
-        }
-        EXPECT_EQ(Idents(procedureLists.sid), expected) << c.what;
+        EXPECT_EQ(Show(procedureLists.sid), c.expected);
     }
 }
 
 TEST(ProcedureLists, AnApproachBeginsAtItsTransition) {
-    struct Case {
+    const struct {
         const char* type;
         const char* transition;
         const char* runway;
         const char* expected;
-    };
-    const Case cases[] = {
-        {"ILS", "PROVI", "22L", "PROVI/IAF MID MILTT/FAF REPLY/MAF"},
-        {"ILS", "WINNI", "22L", "WINNI STEP MID MILTT/FAF REPLY/MAF"},
-        {"ILS", "", "22L", "MID MILTT/FAF REPLY/MAF"},
-        {"RNAV", "", "22L", "RNV"},
-        {"ILS", "", "04R", "OTHER/FAF"},
-        {"VORA", "LWM", "09", "LWM/IAF"},  // an approach to no runway in particular
+    } cases[] = {
+        {"ILS", "PROVI", "22L", "(PROVI/IAF,MID,MILTT/FAF,REPLY/MAF)"},
+        {"ILS", "WINNI", "22L", "(WINNI,STEP,MID,MILTT/FAF,REPLY/MAF)"},
+        {"ILS", "", "22L", "(MID,MILTT/FAF,REPLY/MAF)"},
+        {"RNAV", "", "22L", "(RNV)"},
+        {"ILS", "", "04R", "(OTHER/FAF)"},
+        {"VORA", "LWM", "09", "(LWM/IAF)"},  // an approach to no runway in particular
         // Other transitions pass the fix, before and behind its own: it is flown once.
-        {"RNVY", "JABAD", "31", "JABAD/IAF BIPKE GEMKE/FAF"},
-        {"RNVY", "WASBO", "31", "WASBO/IAF JABAD BIPKE GEMKE/FAF"},
-        {"RNVY", "GEMKE", "31", "GEMKE/FAF"},  // and once where it is the common part's first
+        {"RNVY", "JABAD", "31", "(JABAD/IAF,BIPKE,GEMKE/FAF)"},
+        {"RNVY", "WASBO", "31", "(WASBO/IAF,JABAD,BIPKE,GEMKE/FAF)"},
+        {"RNVY", "GEMKE", "31", "(GEMKE/FAF)"},  // and once where it is the common part's first
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SetAirports();
         ReadApproaches(
             "[KBOS]\n22L ILS PROVI IAF\n22L ILS WINNI WINNI\n22L ILS STEP WINNI\n22L ILS MID ---\n"
@@ -412,7 +407,7 @@ TEST(ProcedureLists, AnApproachBeginsAtItsTransition) {
         procedureChoice.approachTransition = c.transition;
         procedureChoice.arrivalRunway = c.runway;
         BuildApproachWaypoints();
-        EXPECT_EQ(Idents(procedureLists.approach), c.expected) << c.type << c.transition;
+        EXPECT_EQ(Show(procedureLists.approach), c.expected) << c.type << c.transition;
         EXPECT_TRUE(procedureLists.approachReady);
     }
 }
@@ -461,7 +456,7 @@ TEST(Airways, GoIntoThePlanForwardsAndBackwards) {
         EXPECT_EQ(planBook.airwayText, c.text);
         airwayLookup.exitIndex = c.exit;
         EXPECT_TRUE(InsertAirway(modifiedPlan));
-        EXPECT_EQ(Show(modifiedPlan), c.after) << c.text;
+        EXPECT_EQ(test::Show(modifiedPlan), c.after) << c.text;
         SetPlan(activePlan, "KJFK BBB@ >EEE KBOS");
         EXPECT_TRUE(InsertAirway(activePlan));
         EXPECT_EQ(activePlan.lastIndex, modifiedPlan.lastIndex);
@@ -479,9 +474,9 @@ TEST(Airways, NeedRoomForAllTheirFixes) {
         planBook.editIndex = 1;
         LookupAirway("#J1");
         airwayLookup.exitIndex = 3;
-        const std::string before = Show(modifiedPlan);
+        const std::string before = test::Show(modifiedPlan);
         EXPECT_EQ(InsertAirway(modifiedPlan), entries == 197);
-        EXPECT_EQ(Show(modifiedPlan) == before, entries == 198);
+        EXPECT_EQ(test::Show(modifiedPlan) == before, entries == 198);
     }
     EXPECT_EQ(modifiedPlan.lastIndex, kMaxPlanIndex);
 }
