@@ -58,7 +58,7 @@ void LookupAirway(std::string_view enteredText) {
 bool InsertAirway(FlightPlan& plan) {
     const std::int32_t entryIndex = airwayLookup.entryIndex;
     const std::int32_t exitIndex = airwayLookup.exitIndex;
-    const std::int32_t known = navDatabase.searchResults.count;
+    const std::int32_t known = airwayLookup.fixes.count;
     if (entryIndex < 1 || exitIndex < 1 || entryIndex > known || exitIndex > known ||
         entryIndex == exitIndex || !plan.Holds(planBook.editIndex)) {
         return true;
@@ -71,7 +71,7 @@ bool InsertAirway(FlightPlan& plan) {
     std::int32_t position = planBook.editIndex;
     for (std::int32_t fix = entryIndex; fix != exitIndex; fix += step) {
         OpenPlanEntry(plan, ++position);
-        plan.entries[position] = AirwayEntry(navDatabase.searchResults[fix + step]);
+        plan.entries[position] = AirwayEntry(airwayLookup.fixes[fix + step]);
     }
     if (plan.lastIndex < kMaxPlanIndex) {
         plan.entries[plan.lastIndex + 1].ident = kEmptyRow;

@@ -71,6 +71,7 @@ AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::strin
 
 bool FindAirway(std::string_view name, std::string_view entryFix) {
     airwayLookup = ReadAirway(airwayFile.text, name, entryFix, navDatabase.searchResults);
+    airwayLookup.fixes = navDatabase.searchResults;
     return airwayFile.exists;
 }
 

@@ -14,8 +14,9 @@ namespace avq1 {
 
 inline constexpr std::int32_t kAirwayFixesOnPage = 16;
 
-// What the control units pick an exit from. Indexes into the search results, 0 = none.
+// What the control units pick an exit from. Indexes into the fixes, 0 = none.
 struct AirwayLookup {
+    PointTable fixes;  // the search results, as they were: another unit may search meanwhile
     std::int32_t entryIndex = 0;
     std::int32_t exitIndex = 0;  // set by the unit; the entry until then
     std::int32_t entryPage = 0;  // of kAirwayFixesOnPage fixes, from 1

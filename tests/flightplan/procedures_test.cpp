@@ -455,6 +455,7 @@ TEST(Airways, GoIntoThePlanForwardsAndBackwards) {
         LookupAirway(c.entered);
         EXPECT_EQ(planBook.airwayText, c.text);
         airwayLookup.exitIndex = c.exit;
+        test::Offer("BBB");  // another unit searches
         EXPECT_TRUE(InsertAirway(modifiedPlan));
         EXPECT_EQ(test::Show(modifiedPlan), c.after) << c.text;
         SetPlan(activePlan, "KJFK BBB@ >EEE KBOS");

@@ -221,9 +221,9 @@ TEST_F(ActivePlan, AnEditOfItMovesTheLegThatIsFlown) {
     airportSlots[kArrivalSlot].ident = "KBOS";
     procedureLists.sid = {{"XXX", "", "", "", 44, -72, 0}};
     procedureLists.star = {{"YYY", "", "", "", 45, -71, 0}};
-    navDatabase.searchResults.Clear();
+    airwayLookup.fixes.Clear();
     for (const char* fix : {"AAA", "JJJ"}) {
-        navDatabase.searchResults.Append({fix, "J1", 46, -73, PointKind::None, "", ""});
+        airwayLookup.fixes.Append({fix, "J1", 46, -73, PointKind::None, "", ""});
     }
     airwayLookup.entryIndex = 1;
     airwayLookup.exitIndex = 2;
