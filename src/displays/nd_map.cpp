@@ -89,6 +89,7 @@ void DrawNdRoute(NdPicture& picture) {
     const MapFrame frame = FrameOf(picture);
     const bool withPattern = nd.ndMode != 7 && planAirports.patternRunwayOffset != kNoPatternRunway;
     if (withPattern) {
+        // to the map's own scale in each mode, or it would not lie where the route does
         DrawRunwayPattern(frame, {picture.rose.radius});
     }
     DrawActiveRoute(frame);

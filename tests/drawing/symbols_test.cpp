@@ -1,0 +1,138 @@
+// The map symbols: in their place and colours, and told apart by shape alone.
+#include "drawing/symbols.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include "drawing/palette.h"
+#include "support/picture.h"
+
+namespace avq1 {
+namespace {
+
+using test::Picture;
+
+constexpr int kSize = 60;
+constexpr int kScale = 2;
+constexpr SymbolCode kCodes[] = {
+    SymbolCode::Ndb,
+    SymbolCode::Station,
+    SymbolCode::Fix,
+    SymbolCode::Airport,
+    SymbolCode::PlanAirport,
+    SymbolCode::OwnAircraft,
+    SymbolCode::OwnAircraftPlan,
+    SymbolCode::PlanWaypoint,
+    SymbolCode::TopOfClimb,
+    SymbolCode::TopOfDescent,
+    SymbolCode::HoldFix,
+    SymbolCode::Position,
+    SymbolCode::OtherTraffic,
+    SymbolCode::ProximateTraffic,
+    SymbolCode::TrafficAdvisory,
+    SymbolCode::ResolutionAdvisory,
+    SymbolCode::LargeOtherTraffic,
+    SymbolCode::LargeProximateTraffic,
+    SymbolCode::LargeTrafficAdvisory,
+    SymbolCode::LargeResolutionAdvisory,
+};
+
+std::unique_ptr<Picture> Drawn(const Symbol& symbol, double x = kSize / 2, double y = kSize / 2) {
+    auto picture = std::make_unique<Picture>(kSize * kScale, kSize * kScale);
+    Surface surface(picture->Target(), kSize, kSize);
+    DrawSymbol(surface, x, y, symbol);
+    return picture;
+}
+
+// Pixels that differ in whether anything is drawn, whatever its colour.
+int ShapeDifference(const Picture& a, const Picture& b) {
+    int different = 0;
+    for (std::size_t i = 0; i < a.pixels().size(); ++i) {
+        different += (a.pixels()[i] >> 24 > 100) != (b.pixels()[i] >> 24 > 100);
+    }
+    return different;
+}
+
+TEST(Symbols, AreToldApartByShape) {
+    std::vector<std::unique_ptr<Picture>> drawn;
+    for (const SymbolCode code : kCodes) {
+        drawn.push_back(Drawn({code}));
+        EXPECT_FALSE(drawn.back()->IsClear()) << static_cast<int>(code);
+    }
+    Symbol ndbStation{SymbolCode::Station};
+    ndbStation.style = SymbolStyle::Ndb;
+    EXPECT_GT(ShapeDifference(*Drawn(ndbStation), *Drawn({SymbolCode::Station})), 30);
+    for (std::size_t i = 0; i < drawn.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            EXPECT_GT(ShapeDifference(*drawn[i], *drawn[j]), 30)
+                << static_cast<int>(kCodes[i]) << " and " << static_cast<int>(kCodes[j]);
+        }
+    }
+    EXPECT_TRUE(Drawn({static_cast<SymbolCode>(99)})->IsClear());
+}
+
+TEST(Symbols, StandAtTheirPlaceInTheirColourAndSize) {
+    for (const SymbolCode code : kCodes) {
+        Symbol symbol{code};
+        symbol.style = SymbolStyle::Magenta;
+        EXPECT_EQ(SymbolColour(symbol), colour::Magenta);
+        const auto picture = Drawn(symbol, 20, 30);
+        int coloured = 0;
+        for (int y = 0; y < picture->height(); ++y) {
+            for (int x = 0; x < picture->width(); ++x) {
+                coloured += test::IsColour(picture->At(x, y), colour::Magenta);
+                const bool near = std::abs(x - 20 * kScale) <= 40 * kScale &&
+                                  std::abs(y - 30 * kScale) <= 18 * kScale;
+                ASSERT_TRUE(near || picture->At(x, y) == 0) << static_cast<int>(code);
+            }
+        }
+        EXPECT_GT(coloured, 4) << static_cast<int>(code);
+        Symbol wide{code};
+        wide.sizeX = 1.5;
+        EXPECT_GT(ShapeDifference(*Drawn(wide), *Drawn({code})), 10) << static_cast<int>(code);
+    }
+}
+
+TEST(Symbols, VariantsFillOutlinesAndPointTrends) {
+    for (const SymbolCode code :
+         {SymbolCode::Station, SymbolCode::Fix, SymbolCode::Airport, SymbolCode::PlanWaypoint}) {
+        Symbol filled{code};
+        filled.variant = 1;
+        const int middle = kSize * kScale / 2;
+        EXPECT_EQ(Drawn({code})->At(middle, middle), 0u) << static_cast<int>(code);
+        EXPECT_NE(Drawn(filled)->At(middle, middle), 0u) << static_cast<int>(code);
+    }
+    Symbol traffic{SymbolCode::TrafficAdvisory};
+    const auto arrowPixels = [&](std::int32_t variant, int fromY, int toY) {
+        traffic.variant = variant;
+        const auto picture = Drawn(traffic);
+        int count = 0;
+        for (int y = fromY * kScale; y < toY * kScale; ++y) {
+            for (int x = (kSize / 2 + 6) * kScale; x < (kSize / 2 + 13) * kScale; ++x) {
+                count += picture->At(x, y) != 0;
+            }
+        }
+        return count;
+    };
+    const int half = kSize / 2;
+    EXPECT_GT(arrowPixels(kClimbing, half - 6, half), arrowPixels(kClimbing, half, half + 6));
+    EXPECT_LT(arrowPixels(kDescending, half - 6, half), arrowPixels(kDescending, half, half + 6));
+    EXPECT_EQ(arrowPixels(0, half - 6, half + 6), 0);
+}
+
+TEST(Symbols, LabelsAreSmallerAtTheNearOddRanges) {
+    for (const auto& [rangeNm, sizePx] :
+         {std::pair{0.5, 8.0}, {2.5, 8.0}, {12.5, 8.0}, {1.0, 9.0}, {5.0, 9.0}, {40.0, 9.0}}) {
+        Symbol symbol{SymbolCode::TopOfClimb};
+        symbol.rangeNm = rangeNm;
+        Drawn(symbol);
+        ASSERT_NE(Picture::Find("T/C"), nullptr);
+        EXPECT_EQ(Picture::Find("T/C")->pixelSize, sizePx * kScale) << rangeNm;
+    }
+}
+
+}  // namespace
+}  // namespace avq1
