@@ -100,15 +100,16 @@ void DrawBoundary(const MapFrame& frame, const AtcBoundary& boundary,
         }
         CanvasPoint start = from;
         CanvasPoint end = to;
-        if (i > 0 && CutToMap(frame, start, end)) {
-            if (run.empty() || start.x != from.x || start.y != from.y) {
-                endRun();
+        if (i == 0 || !CutToMap(frame, start, end)) {
+            endRun();
+        } else {
+            if (run.empty()) {
                 run.push_back(start);
             }
             run.push_back(end);
-        }
-        if (end.x != to.x || end.y != to.y) {
-            endRun();
+            if (end.x != to.x || end.y != to.y) {
+                endRun();
+            }
         }
         from = to;
     }
