@@ -157,17 +157,12 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
     };
     for (std::size_t i = 0; i < 6000; ++i) {
         data.airports.push_back({"S" + std::to_string(i), "Strip", 0, {10, 10}, {}, false});
-    }
-    for (std::size_t i = 0; i < 6000; ++i) {
         data.airports.push_back(
             {name('K', i), "Field", 0, {10, 10}, {End("09", 5000, {10, 10})}, true});
     }
     for (std::size_t i = 0; i < 18000; ++i) {
-        data.stations.push_back({name('N', i % 17576),
-                                 "N",
-                                 {10, static_cast<double>(i) / 100 - 90},
-                                 i % 2 == 0,
-                                 "113.00"});
+        const LatLon at{10, static_cast<double>(i) / 100 - 90};
+        data.stations.push_back({name('N', i % 17576), "N", at, i % 2 == 0, "113.00"});
     }
     for (std::size_t piece = 0; piece < 3; ++piece) {
         Airway airway{"Q9", {}};
@@ -179,13 +174,9 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
     }
     import.Add(std::move(data));
     EXPECT_EQ(import.folder.airports.size(), kMostAirports);
-    EXPECT_EQ(std::count_if(import.folder.airports.begin(), import.folder.airports.end(),
-                            [](const Airport& airport) { return airport.paved; }),
-              6000);
+    EXPECT_EQ(std::ranges::count(import.folder.airports, true, &Airport::paved), 6000);
     EXPECT_EQ(import.folder.stations.size(), kMostStations);
-    EXPECT_EQ(std::count_if(import.folder.stations.begin(), import.folder.stations.end(),
-                            [](const Station& station) { return station.isVor; }),
-              9000);
+    EXPECT_EQ(std::ranges::count(import.folder.stations, true, &Station::isVor), 9000);
     EXPECT_EQ(import.folder.airways.size(), 2U);  // 250 points of one name are listed
     EXPECT_EQ(import.report.Count(Topic::Dropped), 2000U + 1000U + 1U);
     Report check;
@@ -320,23 +311,21 @@ TEST(Demo, DataAreSoundAndPlansStandOnThem) {
     EXPECT_GE(airports.size(), 4U);
     for (const char* name : {"KBOSKBUF.RTE", "KPITKJFK.RTE"}) {
         std::ifstream plan(demo + "/FlightPlans/" + name);
-        std::string line;
         std::size_t waypoints = 0;
-        while (std::getline(plan, line)) {
+        for (std::string line; std::getline(plan, line);) {
             const std::vector<std::string_view> words = Words(line);
             if (words.size() < 5) {
                 continue;
             }
             ++waypoints;
-            const std::string position = std::string(words[1]) + " " + std::string(words[2]);
-            const FileRole role = words[3] == "APT"   ? kAirportFile
-                                  : words[3] == "INT" ? kFixFile
-                                                      : kNavaidFile;
-            std::string have = LineOf(texts[role], words[0]);
-            EXPECT_NE(have.find(" " + position), std::string::npos) << name << ": " << line;
-            if (role == kNavaidFile) {
-                EXPECT_TRUE(have.ends_with(" " + std::string(words[4]))) << line << have;
-            }
+            const bool navaid = words[3] != "APT" && words[3] != "INT";
+            const FileRole role = words[3] == "APT" ? kAirportFile
+                                  : navaid          ? kNavaidFile
+                                                    : kFixFile;
+            const std::string have = LineOf(texts[role], words[0]);
+            const std::string position = " " + std::string(words[1]) + " " + std::string(words[2]);
+            EXPECT_THAT(have, testing::HasSubstr(position)) << name << ": " << line;
+            EXPECT_TRUE(!navaid || have.ends_with(" " + std::string(words[4]))) << line << have;
         }
         EXPECT_GE(waypoints, 10U) << name;
     }

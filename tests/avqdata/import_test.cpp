@@ -26,21 +26,17 @@ struct XplaneTest : testing::Test {
     XplaneTables tables;
     std::string error;
 
-    bool Navaids(const std::string& text) {
-        LineSource lines = LineSource::OfText(text, "nav.dat");
-        return ReadXplaneNavaids(lines, report, data, tables, error);
-    }
-    bool Fixes(const std::string& text) {
-        LineSource lines = LineSource::OfText(text, "fix.dat");
-        return ReadXplaneFixes(lines, report, data, tables, error);
-    }
-    bool Airways(const std::string& text) {
-        LineSource lines = LineSource::OfText(text, "awy.dat");
-        return ReadXplaneAirways(lines, report, data, tables, error);
-    }
+    bool Navaids(const std::string& text) { return Read(ReadXplaneNavaids, "nav.dat", text); }
+    bool Fixes(const std::string& text) { return Read(ReadXplaneFixes, "fix.dat", text); }
+    bool Airways(const std::string& text) { return Read(ReadXplaneAirways, "awy.dat", text); }
     bool Airports(const std::string& text) {
         LineSource lines = LineSource::OfText(text, "apt.dat");
         return ReadXplaneAirports(lines, report, data, error);
+    }
+    template <typename Reader>
+    bool Read(const Reader& reader, const char* name, const std::string& text) {
+        LineSource lines = LineSource::OfText(text, name);
+        return reader(lines, report, data, tables, error);
     }
 };
 
@@ -53,12 +49,10 @@ TEST_F(XplaneTest, OldNavaidRows) {
                 "7  12.00000000  020.00000000  0 0 0 90.0 ---- KXXX 09 OM\r\n"
                 "3  95.00000000  020.00000000 57 11370 100  1.5 BAD NOWHERE VOR\r\n99\r\n"))
         << error;
-    ASSERT_EQ(data.stations.size(), 2U);
-    EXPECT_EQ(data.stations[0].name, "QUIX_HILL");
-    EXPECT_EQ(data.stations[0].frequency, "365");
-    EXPECT_FALSE(data.stations[0].isVor);
-    EXPECT_EQ(data.stations[1].name, "QUVER");
-    EXPECT_EQ(data.stations[1].frequency, "113.70");
+    EXPECT_EQ(data.stations.size(), 2U);
+    const std::string navaids = FormatFolder(data)[kNavaidFile];
+    EXPECT_EQ(LineOf(navaids, "QX"), "QX QUIX_HILL 10.50000 -20.25000 NDB 365");
+    EXPECT_EQ(LineOf(navaids, "QVR"), "QVR QUVER 11.00000 20.00000 VOR 113.70");
     EXPECT_DOUBLE_EQ(data.variations.at(0).variation, 1.5);
     EXPECT_EQ(data.fixes.at(0).ident, "QTC");
     EXPECT_EQ(data.cycle, 1310);
@@ -102,8 +96,7 @@ TEST_F(XplaneTest, AirportsWithDisplacedThresholds) {
         << error;
     ASSERT_EQ(data.airports.size(), 1U);
     const Airport& airport = data.airports[0];
-    EXPECT_EQ(airport.ident, "QAAA");
-    EXPECT_EQ(airport.name, "Quax_Intl");
+    EXPECT_EQ(airport.ident + " " + airport.name, "QAAA Quax_Intl");
     EXPECT_TRUE(airport.paved);
     ASSERT_EQ(airport.runways.size(), 2U);
     // 0.05 degrees along 50 N are 3.58 km: 11,740 ft or so; 300 m of them before the threshold.
@@ -125,15 +118,12 @@ TEST_F(XplaneTest, OtherTextsAreRefused) {
 }
 
 TEST(AirwayPieces, RunsForksAndRingsKeepEverySegmentOnce) {
-    const auto fix = [](const char* ident, double lat, double lon) {
-        return Fix{ident, {lat, lon}};
-    };
-    const Fix a = fix("AAAA", 0, 0);
-    const Fix b = fix("BBBB", 0, 1);
-    const Fix c = fix("CCCC", 0, 2);
-    const Fix d = fix("DDDD", 1, 1);
-    const Fix far = fix("AAAA", 40, 40);
-    const Fix farB = fix("EEEE", 40, 41);
+    const Fix a{"AAAA", {0, 0}};
+    const Fix b{"BBBB", {0, 1}};
+    const Fix c{"CCCC", {0, 2}};
+    const Fix d{"DDDD", {1, 1}};
+    const Fix far{"AAAA", {40, 40}};
+    const Fix farB{"EEEE", {40, 41}};
     // Given out of order, one twice and turned round; D forks off at B; another of the name far
     // away.
     const std::vector<Airway> pieces =
@@ -156,15 +146,14 @@ TEST(Variation, WeighsNeighboursAndTrustsDesignators) {
 
     Dataset data;
     data.variations = {{{50, 8}, -10.0}};
-    const auto runway = [](const char* ident, double headingTrue) {
-        RunwayEnd end;
+    Airport airport{"QAAA", "-", 0, {50, 8}, {}, true};
+    for (const auto& [ident, headingTrue] : {std::pair{"09", 80}, {"36", 3}, {"18", 90}}) {
+        RunwayEnd& end = airport.runways.emplace_back();
         end.ident = ident;
         end.headingTrue = headingTrue;
         end.needsVariation = true;
-        return end;
-    };
-    data.airports.push_back(
-        {"QAAA", "-", 0, {50, 8}, {runway("09", 80), runway("36", 3), runway("18", 90)}, true});
+    }
+    data.airports.push_back(airport);
     Report report;
     FillHeadings(data, report);
     ASSERT_EQ(data.airports[0].runways.size(), 2U);  // 18 cannot point east

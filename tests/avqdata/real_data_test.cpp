@@ -68,11 +68,9 @@ TEST_F(RealData, OurAirportsAndThenNasr) {
 
 // ---- procedures ----
 
-// The fixes of a route as the source writes them: only legs to a fix, each once in a row.
-struct SourceRoute {
-    std::vector<std::string> fixes;
-};
-using SourceRoutes = std::map<std::pair<char, std::string>, SourceRoute>;
+// The fixes of a route as the source writes them: only legs to a fix.
+using Fixes = std::vector<std::string>;
+using SourceRoutes = std::map<std::pair<char, std::string>, Fixes>;
 
 // By airport, kind letter and procedure, read with nothing but columns.
 std::map<std::string, SourceRoutes> ReadSource(const std::string& path) {
@@ -90,28 +88,20 @@ std::map<std::string, SourceRoutes> ReadSource(const std::string& path) {
         }
         const std::string key = std::string(Trim(line.substr(6, 4))) + " " + kind + " " +
                                 std::string(Trim(line.substr(13, 6)));
-        auto& fixes = procedures[key][{line[19], std::string(Trim(line.substr(20, 5)))}].fixes;
-        if (fixes.empty() || fixes.back() != fix) {
-            fixes.push_back(fix);
-        }
+        procedures[key][{line[19], std::string(Trim(line.substr(20, 5)))}].push_back(fix);
     }
     return procedures;
 }
 
-std::vector<std::string> WithoutRepeats(const std::vector<std::string>& fixes) {
-    std::vector<std::string> once;
-    for (const std::string& fix : fixes) {
-        if (once.empty() || once.back() != fix) {
-            once.push_back(fix);
-        }
-    }
-    return once;
+Fixes WithoutRepeats(Fixes fixes) {
+    fixes.erase(std::unique(fixes.begin(), fixes.end()), fixes.end());
+    return fixes;
 }
 
 // What a pilot gets who chooses this transition and runway.
-std::vector<std::string> Chosen(const avq1::Procedure& procedure, const std::string& transition,
-                                const std::string& runway) {
-    std::vector<std::string> fixes;
+Fixes Chosen(const avq1::Procedure& procedure, const std::string& transition,
+             const std::string& runway) {
+    Fixes fixes;
     for (const avq1::ProcedureLeg& leg : procedure.legs) {
         const bool candidate =
             leg.qualifier.empty() || leg.qualifier == transition || leg.mark == avq1::kCommonMark;
@@ -127,28 +117,25 @@ std::vector<std::string> Chosen(const avq1::Procedure& procedure, const std::str
 // Every combination of branches of a departure or arrival.
 void ExpectTerminal(const avq1::Procedure& procedure, const SourceRoutes& routes, bool outward,
                     const std::string& title) {
-    using Branch = std::pair<std::string, std::vector<std::string>>;
-    std::vector<Branch> branches[3];  // in the order of the route types
-    for (const auto& [key, route] : routes) {
-        const std::size_t number =
-            key.first == 'T' ? 0 : static_cast<std::size_t>((key.first - '1') % 3);
-        branches[number].emplace_back(key.second, route.fixes);
+    SourceRoutes branches[3];  // in the order of the route types
+    for (const auto& [key, fixes] : routes) {
+        branches[key.first == 'T' ? 0 : (key.first - '1') % 3][key] = fixes;
     }
-    for (std::vector<Branch>& list : branches) {
-        if (list.empty()) {
-            list.emplace_back();
+    for (SourceRoutes& branch : branches) {
+        if (branch.empty()) {
+            branch[{}] = {};
         }
     }
-    for (const Branch& first : branches[0]) {
-        for (const Branch& common : branches[1]) {
-            for (const Branch& last : branches[2]) {
-                std::vector<std::string> want = first.second;
-                want.insert(want.end(), common.second.begin(), common.second.end());
-                want.insert(want.end(), last.second.begin(), last.second.end());
-                std::string runway = outward ? first.first : last.first;
+    for (const auto& [firstKey, first] : branches[0]) {
+        for (const auto& [commonKey, common] : branches[1]) {
+            for (const auto& [lastKey, last] : branches[2]) {
+                Fixes want = first;
+                want.insert(want.end(), common.begin(), common.end());
+                want.insert(want.end(), last.begin(), last.end());
+                std::string runway = outward ? firstKey.second : lastKey.second;
                 runway = runway.starts_with("RW") ? runway.substr(2) : "";
                 runway = runway.ends_with('B') ? runway.substr(0, 2) + "L" : runway;
-                const std::string transition = outward ? last.first : first.first;
+                const std::string transition = outward ? lastKey.second : firstKey.second;
                 EXPECT_EQ(Chosen(procedure, transition, runway), WithoutRepeats(want))
                     << title << " " << transition << " " << runway;
             }
@@ -161,7 +148,7 @@ void ExpectApproach(const std::vector<avq1::Procedure>& approaches, const Source
     // Found by its final route: the type and runway it was given are the importer's choice.
     const auto sequence = [&](const avq1::Procedure& approach, const std::string& group,
                               const std::string& transition) {
-        std::vector<std::string> fixes;
+        Fixes fixes;
         for (const avq1::ProcedureLeg& leg : approach.legs) {
             const bool ofFinal = leg.qualifier.empty() || leg.qualifier == "MISSED" ||
                                  (leg.role == "IAF" && !routes.contains({'A', leg.qualifier}));
@@ -173,18 +160,13 @@ void ExpectApproach(const std::vector<avq1::Procedure>& approaches, const Source
         return WithoutRepeats(fixes);
     };
     // `have` may lack fixes of `want`, in order: counted, and few.
-    const auto isWithin = [&](const std::vector<std::string>& have,
-                              const std::vector<std::string>& want, std::size_t& missing) {
-        std::size_t i = 0;
-        missing = 0;
+    const auto isWithin = [&](const Fixes& have, const Fixes& want, std::size_t& missing) {
+        std::size_t found = 0;
         for (const std::string& fix : want) {
-            if (i < have.size() && have[i] == fix) {
-                ++i;
-            } else {
-                ++missing;
-            }
+            found += found < have.size() && have[found] == fix ? 1 : 0;
         }
-        return i == have.size() && !have.empty();
+        missing = want.size() - found;
+        return found == have.size() && !have.empty();
     };
     std::size_t best = 99;
     for (const avq1::Procedure& approach : approaches) {
@@ -196,10 +178,9 @@ void ExpectApproach(const std::vector<avq1::Procedure>& approaches, const Source
             std::size_t missingOfAll = 0;
             bool all = true;
             for (const auto& [key, route] : routes) {
-                const std::vector<std::string> have =
-                    sequence(approach, group, key.first == 'A' ? key.second : "");
+                const Fixes have = sequence(approach, group, key.first == 'A' ? key.second : "");
                 std::size_t missing = 0;
-                all = all && isWithin(have, route.fixes, missing);
+                all = all && isWithin(have, WithoutRepeats(route), missing);
                 missingOfAll += missing > 0 && key.first == 'A' ? missing - 1 : missing;
             }
             best = all ? std::min(best, missingOfAll) : best;

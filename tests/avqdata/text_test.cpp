@@ -15,14 +15,13 @@ namespace avqdata {
 namespace {
 
 TEST(TextTools, NumbersAreWholeTextsOrNothing) {
-    struct {
-        const char* text;
-        std::optional<double> number;
-    } rows[] = {{"12.5", 12.5},        {" -077.5 ", -77.5},   {"+3", 3.0},
-                {"", std::nullopt},    {"12x", std::nullopt}, {"1e999", std::nullopt},
-                {"nan", std::nullopt}, {"inf", std::nullopt}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(Number(row.text), row.number) << row.text;
+    const std::pair<const char*, double> rows[] = {
+        {"12.5", 12.5}, {" -077.5 ", -77.5}, {"+3", 3.0}};
+    for (const auto& [text, number] : rows) {
+        EXPECT_EQ(Number(text), number) << text;
+    }
+    for (const char* text : {"", "12x", "1e999", "nan", "inf"}) {
+        EXPECT_EQ(Number(text), std::nullopt) << text;
     }
     EXPECT_TRUE(Position("90", "-180"));
     EXPECT_FALSE(Position("90.1", "0"));
@@ -56,58 +55,36 @@ TEST(Cycle, DatesAndCyclesBelongTogether) {
     EXPECT_EQ(CycleLine(2314), "");  // 2023 has thirteen
 }
 
-class SourceFileTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        path_ = (std::filesystem::temp_directory_path() /
-                 ("avqdata_source_test-" + std::to_string(getpid()) + ".gz"))
-                    .string();
-    }
-    void TearDown() override { std::filesystem::remove(path_); }
-
-    void WriteGzip(const std::string& text) {
-        gzFile file = gzopen(path_.c_str(), "wb");
-        gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
-        gzclose(file);
-    }
-
-    std::string path_;
-};
-
-std::string LongText() {
+TEST(SourceFile, CompressedLinesComeWholeAndACutFileIsAnError) {
+    const std::string path = (std::filesystem::temp_directory_path() /
+                              ("avqdata_source_test-" + std::to_string(getpid()) + ".gz"))
+                                 .string();
     std::string text;
     for (int i = 0; i < 100000; ++i) {
         text += "line " + std::to_string(i * 7919) + "\r\n";
     }
-    return text;
-}
-
-TEST_F(SourceFileTest, CompressedLinesComeWhole) {
-    WriteGzip(LongText());
-    LineSource lines = LineSource::OfFile(path_, {});
+    gzFile file = gzopen(path.c_str(), "wb");
+    gzwrite(file, text.data(), static_cast<unsigned>(text.size()));
+    gzclose(file);
     std::string_view line;
     int count = 0;
-    while (lines.Next(line)) {
+    LineSource whole = LineSource::OfFile(path, {});
+    for (; whole.Next(line); ++count) {
         ASSERT_EQ(line, "line " + std::to_string(count * 7919));
-        ++count;
     }
     EXPECT_EQ(count, 100000);
-    EXPECT_EQ(lines.Error(), "");
-}
+    EXPECT_EQ(whole.Error(), "");
 
-TEST_F(SourceFileTest, ACutFileIsAnErrorNotAShorterFile) {
-    WriteGzip(LongText());
-    std::filesystem::resize_file(path_, std::filesystem::file_size(path_) / 2);
-    std::string text;
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) / 2);
     std::string error;
-    EXPECT_FALSE(ReadSourceFile(path_, text, error));
+    EXPECT_FALSE(ReadSourceFile(path, text, error));
     EXPECT_NE(error.find("cut short"), std::string::npos) << error;
     EXPECT_EQ(text, "");
-    LineSource lines = LineSource::OfFile(path_, {});
-    std::string_view line;
-    while (lines.Next(line)) {
+    LineSource cut = LineSource::OfFile(path, {});
+    while (cut.Next(line)) {
     }
-    EXPECT_NE(lines.Error().find("cut short"), std::string::npos) << lines.Error();
+    EXPECT_NE(cut.Error().find("cut short"), std::string::npos) << cut.Error();
+    std::filesystem::remove(path);
 }
 
 TEST(LineSource, LastLineNeedsNoEnd) {
