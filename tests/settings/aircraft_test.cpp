@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <string>
 
 #include "base/module_state.h"
@@ -24,60 +25,45 @@ AircraftPerformance Read(std::string_view text) {
 }
 
 TEST(AircraftFile, NumbersFollowTheRulesOfTheirKeys) {
-    struct Case {
-        const char* text;
+    struct Key {
         double (*value)(const AircraftPerformance&);
-        double expected;
+        std::map<double, std::vector<const char*>> rows;  // texts that give the value
     };
-    const auto climb = [](const AircraftPerformance& p) -> double { return p.climbIas; };
-    const auto cruise = [](const AircraftPerformance& p) -> double { return p.cruiseIas; };
-    const auto descent = [](const AircraftPerformance& p) -> double { return p.descentIas; };
-    const auto hold = [](const AircraftPerformance& p) -> double { return p.holdIas; };
-    const auto climbRate = [](const AircraftPerformance& p) -> double { return p.climbRate; };
-    const auto descentRate = [](const AircraftPerformance& p) { return p.descentRate; };
-    const auto legMinutes = [](const AircraftPerformance& p) { return p.holdLegMinutes; };
-    const auto thrust = [](const AircraftPerformance& p) -> double { return p.engineThrust; };
-    const auto speedDistance = [](const AircraftPerformance& p) -> double {
-        return p.vnavSpeedDistanceNm;
-    };
-    const auto costIndex = [](const AircraftPerformance& p) -> double { return p.costIndex; };
-    const auto angle = [](const AircraftPerformance& p) { return p.flightPathAngleDeg; };
-    const Case cases[] = {
-        {"", climb, 0},
-        {"", cruise, 250},
-        {"", descent, 220},
-        {"", hold, 0},
-        {"", legMinutes, 1.0},
-        {"", costIndex, -1},
-        {"ClimbTas=100", climb, 119},    // 100 x 1.195, cut
-        {"CruiseTas=100", cruise, 122},  // 100 x 1.225, cut
-        {"DescentTas=200", descent, 239},
-        {"DescentTas=200", hold, 0},
-        {"ClimbIas=279.9", climb, 279},
-        {"climbias=280", climb, 280},
-        {"ClimbIas =280", climb, 0},
-        {";ClimbIas=280", climb, 0},
-        {"ClimbIas=fast", climb, 0},
-        {"ClimbIas=280\nClimbIas=290\n", climb, 290},
-        {"ClimbRate=1999.9", climbRate, 1999},
-        {"DescentRate=1750.5", descentRate, 1750.5},
-        {"DescentIas=210", descent, 210},
-        {"DescentIas=210", hold, 210},
-        {"DescentIas=210\nBestHoldIas=190.9\n", hold, 190},
-        {"BestHoldIas=190\nDescentIas=210\n", hold, 210},
-        {"HoldLegMins=1.5", legMinutes, 1.5},
-        {"HoldLegMins=0", legMinutes, 1.0},
-        {"HoldLegMins=none", legMinutes, 1.0},
-        {"EngThrust=26", thrust, 26},
-        {"EngThrust=1000", thrust, 1000},
-        {"EngThrust=27300", thrust, 27},
-        {"VnavSetSpdRestDist=40", speedDistance, 40},
-        {"VnavSetSpdRestDist=0", speedDistance, 25},
-        {"VnavSetSpdRestDist=-5", speedDistance, 25},
-        {"FPA=3.1", angle, 3.1},
-    };
-    for (const Case& c : cases) {
-        EXPECT_DOUBLE_EQ(c.value(Read(c.text)), c.expected) << c.text;
+    const Key keys[] = {
+        {[](const AircraftPerformance& p) { return 1.0 * p.climbIas; },
+         {{0, {"", "ClimbIas =280", ";ClimbIas=280", "ClimbIas=fast"}},
+          {119, {"ClimbTas=100"}},
+          {279, {"ClimbIas=279.9"}},
+          {280, {"climbias=280"}},
+          {290, {"ClimbIas=280\nClimbIas=290\n"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.cruiseIas; },
+         {{250, {""}}, {122, {"CruiseTas=100"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.descentIas; },
+         {{220, {""}}, {239, {"DescentTas=200"}}, {210, {"DescentIas=210"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.holdIas; },
+         {{0, {"", "DescentTas=200"}},
+          {210, {"DescentIas=210", "BestHoldIas=190\nDescentIas=210\n"}},
+          {190, {"DescentIas=210\nBestHoldIas=190.9\n"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.holdLegMinutes; },
+         {{1.0, {"", "HoldLegMins=0", "HoldLegMins=none"}}, {1.5, {"HoldLegMins=1.5"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.costIndex; }, {{-1, {""}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.climbRate; },
+         {{1999, {"ClimbRate=1999.9"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.descentRate; },
+         {{1750.5, {"DescentRate=1750.5"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.engineThrust; },
+         {{26, {"EngThrust=26"}}, {1000, {"EngThrust=1000"}}, {27, {"EngThrust=27300"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.vnavSpeedDistanceNm; },
+         {{40, {"VnavSetSpdRestDist=40"}},
+          {25, {"VnavSetSpdRestDist=0", "VnavSetSpdRestDist=-5"}}}},
+        {[](const AircraftPerformance& p) { return 1.0 * p.flightPathAngleDeg; },
+         {{3.1, {"FPA=3.1"}}}}};
+    for (const auto& [value, rows] : keys) {
+        for (const auto& [expected, texts] : rows) {
+            for (const char* const text : texts) {
+                EXPECT_DOUBLE_EQ(value(Read(text)), expected) << text;
+            }
+        }
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "base/module_state.h"
 #include "settings/aircraft_performance.h"
 #include "support/temp_sim_folder.h"
@@ -18,56 +20,46 @@ Settings Read(std::string_view text) {
 }
 
 TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
-    struct Case {
-        const char* text;
+    struct Key {
         double (*value)(const Settings&);
-        double expected;
+        std::map<double, std::vector<const char*>> rows;  // texts that give the value
     };
-    const auto wptChgDist = [](const Settings& s) { return s.WptChgDist; };
-    const auto procDist = [](const Settings& s) { return s.WptProcChgDist; };
-    const auto flyoverDist = [](const Settings& s) { return s.FlyoverWptChgDist; };
-    const auto tcasRange = [](const Settings& s) -> double { return s.TcasVertRange; };
-    const auto vnavSpeed = [](const Settings& s) -> double { return s.VnavSetSpd; };
-    const auto vnavAlts = [](const Settings& s) -> double { return s.VnavSetAlts; };
-    const auto towerView = [](const Settings& s) -> double { return s.SetDestLoadTowerViewDist; };
-    const auto lnavOff = [](const Settings& s) -> double { return s.LnavOffAtLastWpt; };
-    const auto latLon = [](const Settings& s) -> double { return s.DecLatLonDisp; };
-    const auto tod = [](const Settings& s) -> double { return s.ShowTodBodIndicators; };
-    const Case cases[] = {
-        {"", wptChgDist, 3.0},
-        {"WptChgDist=4.5", wptChgDist, 4.5},
-        {"WptChgDist=0.8", wptChgDist, 3.0},
-        {"WptChgDist=1.2", wptChgDist, 1.2},
-        {"WptChgDist=-2", wptChgDist, 3.0},
-        {"WptChgDist=far", wptChgDist, 3.0},
-        {"wptchgdist=4.5", wptChgDist, 4.5},
-        {"WptChgDist=4.5\nWptChgDist=0.5\n", wptChgDist, 4.5},
-        {"WptChgDist=4.5\nWptChgDist=5\n", wptChgDist, 5.0},
-        {"WptChgDist= 4.5", wptChgDist, 4.5},
-        {"WptChgDist =4.5", wptChgDist, 3.0},
-        {" WptChgDist=4.5", wptChgDist, 3.0},
-        {";WptChgDist=4.5", wptChgDist, 3.0},
-        {"\xEF\xBB\xBFWptChgDist=4.5\r\n", wptChgDist, 4.5},
-        {"WptProcChgDist=3.5", procDist, 3.5},
-        {"WptProcChgDist=0.5", procDist, 2.5},
-        {"FlyoverWptChgDist=2.25", flyoverDist, 2.25},
-        {"FlyoverWptChgDist=0.25", flyoverDist, 1.5},
-        {"TcasVertRange=2700", tcasRange, 27},
-        {"TcasVertRange=1099", tcasRange, 10},
-        {"TcasVertRange=900", tcasRange, 140},
-        {"VnavSetSpd=2", vnavSpeed, 2},
-        {"VnavSetSpd=0", vnavSpeed, 1},
-        {"VnavSetSpd = 2", vnavSpeed, 1},
-        {"VnavSetAlts=0", vnavAlts, 0},
-        {"VnavSetAlts=no", vnavAlts, 0},
-        {"SetDestLoadTowerViewDist=25", towerView, 1},
-        {"SetDestLoadTowerViewDist=-1", towerView, 0},
-        {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0", lnavOff, 1},
-        {"DecLatLonDisp=1\nDecLatLonDisp=-1", latLon, 1},
-        {"ShowTodBodIndicators=0", tod, 0},
-    };
-    for (const Case& c : cases) {
-        EXPECT_EQ(c.value(Read(c.text)), c.expected) << c.text;
+    const Key keys[] = {
+        {[](const Settings& s) { return 1.0 * s.WptChgDist; },
+         {{3.0,
+           {"", "WptChgDist=0.8", "WptChgDist=-2", "WptChgDist=far", "WptChgDist =4.5",
+            " WptChgDist=4.5", ";WptChgDist=4.5"}},
+          {4.5,
+           {"WptChgDist=4.5", "wptchgdist=4.5", "WptChgDist=4.5\nWptChgDist=0.5\n",
+            "WptChgDist= 4.5", "\xEF\xBB\xBFWptChgDist=4.5\r\n"}},
+          {1.2, {"WptChgDist=1.2"}},
+          {5.0, {"WptChgDist=4.5\nWptChgDist=5\n"}}}},
+        {[](const Settings& s) { return 1.0 * s.WptProcChgDist; },
+         {{3.5, {"WptProcChgDist=3.5"}}, {2.5, {"WptProcChgDist=0.5"}}}},
+        {[](const Settings& s) { return 1.0 * s.FlyoverWptChgDist; },
+         {{2.25, {"FlyoverWptChgDist=2.25"}}, {1.5, {"FlyoverWptChgDist=0.25"}}}},
+        {[](const Settings& s) { return 1.0 * s.TcasVertRange; },
+         {{27, {"TcasVertRange=2700"}},
+          {10, {"TcasVertRange=1099"}},
+          {140, {"TcasVertRange=900"}}}},
+        {[](const Settings& s) { return 1.0 * s.VnavSetSpd; },
+         {{2, {"VnavSetSpd=2"}}, {1, {"VnavSetSpd=0", "VnavSetSpd = 2"}}}},
+        {[](const Settings& s) { return 1.0 * s.VnavSetAlts; },
+         {{0, {"VnavSetAlts=0", "VnavSetAlts=no"}}}},
+        {[](const Settings& s) { return 1.0 * s.SetDestLoadTowerViewDist; },
+         {{1, {"SetDestLoadTowerViewDist=25"}}, {0, {"SetDestLoadTowerViewDist=-1"}}}},
+        {[](const Settings& s) { return 1.0 * s.LnavOffAtLastWpt; },
+         {{1, {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0"}}}},
+        {[](const Settings& s) { return 1.0 * s.DecLatLonDisp; },
+         {{1, {"DecLatLonDisp=1\nDecLatLonDisp=-1"}}}},
+        {[](const Settings& s) { return 1.0 * s.ShowTodBodIndicators; },
+         {{0, {"ShowTodBodIndicators=0"}}}}};
+    for (const auto& [value, rows] : keys) {
+        for (const auto& [expected, texts] : rows) {
+            for (const char* const text : texts) {
+                EXPECT_DOUBLE_EQ(value(Read(text)), expected) << text;
+            }
+        }
     }
 }
 
