@@ -38,12 +38,13 @@ AtcBoundary Reaching(const char* ident, double firstPointNm) {
     return boundary;
 }
 
-void DrawLayer(Picture& picture) {
+// On a map of 200 x 200 with the aircraft in the middle, 50 pixels for 20 nm.
+void DrawLayer(Picture& picture, double circleRadius = 100, double bottom = 200) {
     Surface surface(picture.Target(), 200, 200);
+    const MapView view = ViewFromAircraft(100, 100, 50, 20);
     TextBoxes texts;
-    const MapFrame frame{
-        surface, ViewFromAircraft(100, 100, 50, 20), 20, {100, 100}, 100, {0, 0, 200, 200}, texts,
-        texts};
+    const MapFrame frame{surface, view, 20, {100, 100}, circleRadius, {0, 0, 200, bottom},
+                         texts,   texts};
     DrawAtcBoundaries(frame);
     DrawAtcBoundaryNames(frame);
 }
@@ -128,18 +129,7 @@ TEST(BoundaryLayer, IsCutAtTheMapsEdge) {
     }
     atcBoundaries.items = {boundary};
     Picture picture(200, 200);
-    {
-        Surface surface(picture.Target(), 200, 200);
-        TextBoxes texts;
-        DrawAtcBoundaries({surface,
-                           ViewFromAircraft(100, 100, 50, 20),
-                           20,
-                           {100, 100},
-                           60,
-                           {0, 0, 200, 140},
-                           texts,
-                           texts});
-    }
+    DrawLayer(picture, 60, 140);
     int inside = 0;
     for (int y = 0; y < 200; ++y) {
         for (int x = 0; x < 200; ++x) {
