@@ -133,7 +133,9 @@ bool ActivateModifiedPlan() {
         activePlan.entries[i].altitude = kUnset;
         activePlan.entries[i].altitudeConstraint = 0;
     }
-    procedureChoice = ProcedureChoice{};
+    ProcedureChoice nothingChosen;
+    nothingChosen.airport = procedureChoice.airport;
+    procedureChoice = nothingChosen;
     planBook.reserveFuelInUse = planBook.reserveFuel;
     TakeStoredValues();
     LoadPlanAirports();
