@@ -3,22 +3,16 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "base/module_state.h"
+#include "fuzz/require.h"
 #include "navdb/nav_database.h"
 #include "navdb/navdata_text.h"
 #include "navdb/nearby.h"
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void CheckTable(const avq1::PointTable& table, std::int32_t capacity) {
     Require(table.count >= 0 && table.count <= capacity);

@@ -1,22 +1,12 @@
 // Any text read as a panel file or a script gives records within their bounds.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
+#include "fuzz/require.h"
 #include "panelhost/panel_config.h"
 #include "panelhost/script.h"
 #include "panelhost/session.h"
-
-namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace panelhost;

@@ -2,22 +2,16 @@
 // section found by the index is the one a plain reading finds.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "base/module_state.h"
+#include "fuzz/require.h"
 #include "navdb/airport_detail.h"
 #include "navdb/procedures.h"
 #include "navdb/section_index.h"
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void CheckTable(const std::vector<avq1::Procedure>& table, std::size_t capacity) {
     Require(table.size() <= capacity);

@@ -2,18 +2,12 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
+#include "fuzz/require.h"
 #include "panelhost/web/client_message.h"
 
 namespace {
-
-void Require(bool condition) {
-    if (!condition) {
-        std::abort();
-    }
-}
 
 void RequireWithin(double value, double low, double high) {
     Require(std::isfinite(value) && value >= low && value <= high);
