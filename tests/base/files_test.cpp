@@ -43,14 +43,12 @@ TEST(Files, AreFoundUnderTheSimulatorsSpelling) {
 TEST(Files, APartEndsWithTheFile) {
     const TempSimFolder folder;
     folder.Write("ten.txt", "0123456789");
-    struct Case {
-        std::size_t offset;
-        std::size_t size;
+    const struct {
+        std::size_t offset, size;
         const char* contents;
-    };
-    const Case cases[] = {{0, 4, "0123"}, {6, 4, "6789"}, {8, 100, "89"},       {10, 1, ""},
-                          {99, 1, ""},    {3, 0, ""},     {0, 10, "0123456789"}};
-    for (const Case& c : cases) {
+    } cases[] = {{0, 4, "0123"}, {6, 4, "6789"}, {8, 100, "89"},       {10, 1, ""},
+                 {99, 1, ""},    {3, 0, ""},     {0, 10, "0123456789"}};
+    for (const auto& c : cases) {
         std::string contents = "stale";
         EXPECT_TRUE(ReadFilePart(SimPath("\\ten.txt"), c.offset, c.size, contents)) << c.offset;
         EXPECT_EQ(contents, c.contents) << c.offset;

@@ -131,13 +131,11 @@ TEST(LineReader, TakesLineEndsAndLimitsAsToldByItsHeader) {
 }
 
 TEST(SplitSetting, ReadsTheKeyValueForm) {
-    struct Case {
+    const struct {
         const char* line;
         bool taken;
-        const char* key;
-        const char* value;
-    };
-    const Case cases[] = {
+        const char *key, *value;
+    } cases[] = {
         {"WptChgDist=4.5", true, "WptChgDist", "4.5"},
         {"Folder=C:\\My Plans\\", true, "Folder", "C:\\My Plans\\"},
         {"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
@@ -149,7 +147,7 @@ TEST(SplitSetting, ReadsTheKeyValueForm) {
         {"alone", false, "", ""},
         {"", false, "", ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         std::string_view key;
         std::string_view value;
         EXPECT_EQ(SplitSetting(c.line, key, value), c.taken) << c.line;

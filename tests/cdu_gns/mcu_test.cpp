@@ -110,25 +110,23 @@ TEST_F(McuTest, ToPageSaysWhatIsMissing) {
 }
 
 TEST_F(McuTest, ToPageStatusLine) {
-    struct Case {
+    constexpr struct {
         int lnav, trackLeg, vnav, holdActive, corner;
         const char* status;
-    };
-    constexpr Case kCases[] = {
-        {1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
-        {1, 0, 0, 0, 0, "DCTTO ( 87D) "},
-        {0, 0, 1, 0, 0, "VNAV"},
-        {1, 1, 0, 1, 0, "LNAV(2.0L) HOLD(FLY) "},
-        {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
-        {1, 0, 0, 1, 0, "DCTTO ( 87D) HOLD(FLY) "},
-        {1, 0, 0, 1, 2, "HOLD(Dwind) "}};  // the hold commands another heading
+    } kCases[] = {{1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
+                  {1, 0, 0, 0, 0, "DCTTO ( 87D) "},
+                  {0, 0, 1, 0, 0, "VNAV"},
+                  {1, 1, 0, 1, 0, "LNAV(2.0L) HOLD(FLY) "},
+                  {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
+                  {1, 0, 0, 1, 0, "DCTTO ( 87D) HOLD(FLY) "},
+                  {1, 0, 0, 1, 2, "HOLD(Dwind) "}};  // the hold commands another heading
     MakePlan();
     holdList.holds[1].fixIndex = 2;
     holdList.holds[1].corners[2].name = "Dwind";
     guidance.crossTrackNm = 2.0;
     guidance.crossTrackSide = 2;
     guidance.headingCommandMag = 87.4;
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         guidance.lnavEngaged = c.lnav;
         guidance.trackLeg = c.trackLeg;
         guidance.vnavEngaged = c.vnav;
@@ -144,15 +142,14 @@ TEST_F(McuTest, PrevAndNextGoAroundThePlanAndPassGaps) {
     EXPECT_FALSE(HasActiveWaypoint()) << "nothing to fly to in an empty plan";
     MakePlan();
     activePlan.entries[3].ident = std::string(kDiscontinuity);
-    struct Case {
+    constexpr struct {
         std::int32_t from;
         const char* key;
         std::int32_t active;
-    };
-    constexpr Case kCases[] = {{1, "NEXT", 2},           {2, "NEXT", 4},          {4, "NEXT", 1},
-                               {1, "PREV", 4},           {4, "PREV", 2},          {2, "PREV*2", 4},
-                               {kNoWaypoint, "NEXT", 1}, {kNoWaypoint, "PREV", 4}};
-    for (const Case& c : kCases) {
+    } kCases[] = {{1, "NEXT", 2},           {2, "NEXT", 4},          {4, "NEXT", 1},
+                  {1, "PREV", 4},           {4, "PREV", 2},          {2, "PREV*2", 4},
+                  {kNoWaypoint, "NEXT", 1}, {kNoWaypoint, "PREV", 4}};
+    for (const auto& c : kCases) {
         SetActiveWaypoint(c.from);
         unit.Press(c.key);
         EXPECT_EQ(planBook.activeIndex, c.active) << c.from << c.key;
@@ -210,17 +207,15 @@ class McuPlansTest : public McuTest {
 
 TEST_F(McuPlansTest, CursorMovesAndScrolls) {
     StorePlans(6);
-    struct Case {
+    constexpr struct {
         const char* key;
-        std::int32_t cursor;
-        std::int32_t first;
-    };
-    constexpr Case kCases[] = {
+        std::int32_t cursor, first;
+    } kCases[] = {
         {"FPLN", 0, 0},   {"PREV", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},
         {"PREV*3", 1, 1}, {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2},
         {"NEXT*9", 6, 3}, {"LEFT", 2, 2}, {"UP*2", 0, 0},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         unit.Press(c.key);
         EXPECT_EQ(mcu.planCursor, c.cursor) << c.key;
         EXPECT_EQ(mcu.planScroll, c.first) << c.key;
@@ -266,22 +261,21 @@ TEST_F(McuPlansTest, EnterLoadsTheHighlightedPlan) {
 // ---- ALT/FL and LEGS ----
 
 TEST_F(McuTest, AltitudeStepsStopAtTheirLimits) {
-    struct Case {
+    constexpr struct {
         double autopilotAltitude;
         const char* keys;
         std::int32_t altitude;
-    };
-    constexpr Case kCases[] = {{12700, "ALT", 12000},
-                               {12700, "ALT UP", 13000},
-                               {12700, "ALT RIGHT UP", 12500},
-                               {12700, "ALT RIGHT DOWN LEFT DOWN", 10500},
-                               {97000, "ALT UP*3", 99000},
-                               {98000, "ALT RIGHT UP", 98000},
-                               {97000, "ALT RIGHT UP*3", 98000},
-                               {900, "ALT RIGHT UP LEFT DOWN", 500},
-                               {900, "ALT DOWN", 0},
-                               {-300, "ALT", 0}};
-    for (const Case& c : kCases) {
+    } kCases[] = {{12700, "ALT", 12000},
+                  {12700, "ALT UP", 13000},
+                  {12700, "ALT RIGHT UP", 12500},
+                  {12700, "ALT RIGHT DOWN LEFT DOWN", 10500},
+                  {97000, "ALT UP*3", 99000},
+                  {98000, "ALT RIGHT UP", 98000},
+                  {97000, "ALT RIGHT UP*3", 98000},
+                  {900, "ALT RIGHT UP LEFT DOWN", 500},
+                  {900, "ALT DOWN", 0},
+                  {-300, "ALT", 0}};
+    for (const auto& c : kCases) {
         aircraft.apAltitudeTargetFt = c.autopilotAltitude;
         unit.Press(c.keys);
         EXPECT_EQ(mcu.newAltitude, c.altitude) << c.autopilotAltitude << c.keys;
@@ -390,14 +384,12 @@ TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
 }
 
 TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
-    struct Case {
+    constexpr struct {
         const char* page;
         int editing;
-    };
-    constexpr Case kCases[] = {{"TO", 0},  {"FPLN", 0}, {"ALT", 0},
-                               {"APT", 1}, {"LEGS", 1}, {"DIRTO", 1}};
+    } kCases[] = {{"TO", 0}, {"FPLN", 0}, {"ALT", 0}, {"APT", 1}, {"LEGS", 1}, {"DIRTO", 1}};
     constexpr std::uint32_t kPurple = 0xFF800080;
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         unit.Press(c.page);
         unit.Press("EDIT");
         EXPECT_EQ(mcu.editing, c.editing) << c.page;

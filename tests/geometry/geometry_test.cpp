@@ -11,10 +11,9 @@ namespace avq1 {
 namespace {
 
 TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
-    struct Case {
+    const struct {
         double latitude1, longitude1, latitude2, longitude2, distanceNm, courseTrue;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {40.6398, -73.7789, 51.4706, -0.4619, 2989.154449, 51.352492},
         {47.449, -122.309, 35.5523, 139.780, 4161.168089, 300.553511},
         {-33.9461, 151.1772, -12.0219, -77.1143, 6903.451804, 126.290415},
@@ -25,7 +24,7 @@ TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
         {-45, 20, -46, 20, 60, 180},
         {89, 0, 89, 180, 120, 360},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         double distanceNm = 0;
         double courseTrue = 0;
         DistanceAndCourse(c.latitude1, c.longitude1, c.latitude2, c.longitude2, distanceNm,
@@ -38,12 +37,11 @@ TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
 }
 
 TEST(DistanceAndCourse, ReportsCoursesBelowOneDegreeAs360) {
-    struct Case {
+    const struct {
         double courseLeft, courseReported;
-    };
-    const Case cases[] = {{0.0, 360.0}, {0.4, 360.0},   {0.99, 360.0},
-                          {1.01, 1.01}, {359.9, 359.9}, {180.0, 180.0}};
-    for (const Case& c : cases) {
+    } cases[] = {{0.0, 360.0}, {0.4, 360.0},   {0.99, 360.0},
+                 {1.01, 1.01}, {359.9, 359.9}, {180.0, 180.0}};
+    for (const auto& c : cases) {
         double latitude = 0;
         double longitude = 0;
         PointAtDistance(20.0, 30.0, c.courseLeft, 300.0, latitude, longitude);
@@ -72,10 +70,9 @@ TEST(DistanceAndCourse, StaysFiniteForIdenticalAndAntipodalPoints) {
 }
 
 TEST(PointAtDistance, AgreesWithIndependentFigures) {
-    struct Case {
+    const struct {
         double latitude1, longitude1, courseTrue, distanceNm, latitude2, longitude2;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {40.6398, -73.7789, 51.0, 1000, 49.54361257, -53.68850618},
         {10, 179.5, 90, 120, 9.99384571, -178.46917241},
         {10, -179.5, 270, 120, 9.99384571, 178.46917241},
@@ -84,7 +81,7 @@ TEST(PointAtDistance, AgreesWithIndependentFigures) {
         {0, 0, 360, 60, 1, 0},
         {0, 179, 90, 60, 0, -180},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         double latitude = 0;
         double longitude = 0;
         PointAtDistance(c.latitude1, c.longitude1, c.courseTrue, c.distanceNm, latitude, longitude);
@@ -114,13 +111,12 @@ TEST(PositiveModulo, StaysBelowTheModulus) {
 }
 
 TEST(TrueToMagnetic, LiesBetweenHalfADegreeAndFullCirclePlusHalf) {
-    struct Case {
+    const struct {
         double courseTrue, variation, magnetic;
-    };
-    const Case cases[] = {{10.0, 10.3, 359.7},  {10.0, 9.7, 360.3},    {10.0, 9.5, 0.5},
-                          {360.0, -0.4, 360.4}, {360.0, -0.5, 0.5},    {350.0, -20.0, 10.0},
-                          {1.0, 15.0, 346.0},   {180.0, -14.0, 194.0}, {360.0, 0.0, 360.0}};
-    for (const Case& c : cases) {
+    } cases[] = {{10.0, 10.3, 359.7},  {10.0, 9.7, 360.3},    {10.0, 9.5, 0.5},
+                 {360.0, -0.4, 360.4}, {360.0, -0.5, 0.5},    {350.0, -20.0, 10.0},
+                 {1.0, 15.0, 346.0},   {180.0, -14.0, 194.0}, {360.0, 0.0, 360.0}};
+    for (const auto& c : cases) {
         EXPECT_NEAR(TrueToMagnetic(c.courseTrue, c.variation), c.magnetic, 1e-12)
             << c.courseTrue << ' ' << c.variation;
     }
@@ -178,11 +174,10 @@ std::string Texts(double latitude, double longitude) {
 }
 
 TEST(FormatLatLon, WritesTheFixedForm) {
-    struct Case {
+    const struct {
         double latitude, longitude;
         const char* texts;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {47.5, -122.25, "N47:30:00 W122:15:00"},
         {-8.5, 8.5, "S08:30:00 E08:30:00"},
         {0, 0, "N00:00:00 W00:00:00"},
@@ -192,18 +187,16 @@ TEST(FormatLatLon, WritesTheFixedForm) {
         {1 / 3600.0 - 1e-6, 2.9 / 3600.0, "N00:00:00 E00:00:02"},
         {1e300, -1e300, "N999:00:00 W999:00:00"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(Texts(c.latitude, c.longitude), c.texts);
     }
 }
 
 TEST(ParseLatLon, ReadsFixedColumns) {
-    struct Case {
-        const char* latitudeText;
-        const char* longitudeText;
+    const struct {
+        const char *latitudeText, *longitudeText;
         double latitude, longitude;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"N47:30:00", "W122:15:00", 47.5, 122.25},
         {"S47:30:00", "W22:15:00", 47.5, 22.25},
         {"N05:03:36", "E08:30:36", 5.06, 8.51},
@@ -211,7 +204,7 @@ TEST(ParseLatLon, ReadsFixedColumns) {
         {"N4", "E1", 4, 1},
         {"garbage!!", "more garbage", 0, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         double latitude = -1;
         double longitude = -1;
         ParseLatLon(c.latitudeText, c.longitudeText, latitude, longitude);

@@ -46,16 +46,14 @@ class GuidanceTest : public ::testing::Test {
 };
 
 TEST_F(GuidanceTest, TimesToGo) {
-    struct Row {
-        double distanceNm, speedKt, simRate;
-        double hours, minutes, tenths, realHours, realMinutes;
-    };
-    const Row rows[] = {{30, 240, 1, 0, 7.5, 5, 0, 7.5}, {30, 240, 4, 0, 7.5, 5, 0, 1.875},
-                        {600, 400, 1, 1, 30, 0, 1, 30},  {600, 400, 2, 1, 30, 0, 0, 45},
-                        {240, 240, 1, 1, 0, 0, 1, 0},    {30, 25, 1, 0, 0, 0, 0, 0},
-                        {30, 240, 0, 0, 7.5, 5, 0, 0},   {0, 240, 1, 0, 0, 0, 0, 0},
-                        {-1, 240, 1, 0, 0, 0, 0, 0}};
-    for (const Row& row : rows) {
+    const struct {
+        double distanceNm, speedKt, simRate, hours, minutes, tenths, realHours, realMinutes;
+    } rows[] = {{30, 240, 1, 0, 7.5, 5, 0, 7.5}, {30, 240, 4, 0, 7.5, 5, 0, 1.875},
+                {600, 400, 1, 1, 30, 0, 1, 30},  {600, 400, 2, 1, 30, 0, 0, 45},
+                {240, 240, 1, 1, 0, 0, 1, 0},    {30, 25, 1, 0, 0, 0, 0, 0},
+                {30, 240, 0, 0, 7.5, 5, 0, 0},   {0, 240, 1, 0, 0, 0, 0, 0},
+                {-1, 240, 1, 0, 0, 0, 0, 0}};
+    for (const auto& row : rows) {
         guidance.distanceToGoNm = row.distanceNm;
         progress.routeDistanceToDestination = row.distanceNm;
         aircraft.groundSpeedKt = row.speedKt;
@@ -99,18 +97,17 @@ TEST_F(GuidanceTest, WindAndAirspeedAreDerived) {
 }
 
 TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
-    struct Row {
+    const struct {
         double latitude;
         CrossTrackMode mode;
         double crossTrackNm;
         std::int32_t side;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {-2.0 / 60, CrossTrackMode::Guidance, 2, 1}, {2.0 / 60, CrossTrackMode::Guidance, 2, 2},
         {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, 1}, {-8.0 / 60, CrossTrackMode::Guidance, 8, 1},
         {4, CrossTrackMode::Guidance, 125, 2},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 10}});
         PlaceAt(row.latitude, 2);
         SetActiveWaypoint(1);
@@ -267,13 +264,12 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
         return test::PlanEntry{"VVV", 0, longitude, "VOR", "", frequency};
     };
     const test::PlanEntry gap{"DISCO", 0, 0, ""};
-    struct Row {
+    const struct {
         const char* name;
         std::initializer_list<test::PlanEntry> plan;
         double variation;
         EventList events;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"a VOR ahead", {a, b, vor(2)}, 10, {{65716, 80}, {65708, 0x11390}}},
         {"an NDB", {a, {"NNN", 0, 1, "NDB", "", "385"}}, 0, {{65716, 90}, {65714, 0x385}}},
         {"only the first entry with a frequency counts", {a, vor(4.2), vor(1, "110.10")}, 0, {}},
@@ -291,7 +287,7 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
         {"the station just passed gives the course", {vor(0), b}, 0, {{65716, 90}}},
         {"no stations", {a, b}, 0, {}},
         {"no active waypoint", {vor(0)}, 0, {}}};
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SetActivePlan(row.plan);
         aircraft.magneticVariation = row.variation;
         planBook.activeIndex = row.plan.size() > 1 ? 1 : kNoWaypoint;
@@ -375,15 +371,13 @@ TEST_F(ActivationTest, APlanWithoutALegLeavesNothingToFly) {
 
 TEST_F(ActivationTest, TheDestinationIsLoadedOnceUnderWay) {
     folder.Write("avq/Navdata/avq_apts.txt", "CCC CHARLIE 1234 0.0 2.0\n");
-    struct Row {
+    const struct {
         double longitude;
         const char* type;
         std::int32_t state;
         const char* elevation;
-    };
-    const Row rows[] = {
-        {7.9 / 60, "APT", 1, ""}, {8.1 / 60, "WPT", 1, ""}, {8.1 / 60, "APT", 2, "1234"}};
-    for (const Row& row : rows) {
+    } rows[] = {{7.9 / 60, "APT", 1, ""}, {8.1 / 60, "WPT", 1, ""}, {8.1 / 60, "APT", 2, "1234"}};
+    for (const auto& row : rows) {
         planAirports = {};
         planAirports.destinationAirportState = 1;
         planAirports.patternRunwayOffset = 4;

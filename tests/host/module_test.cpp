@@ -137,11 +137,10 @@ TEST_F(Module, SurvivesEveryEventOfEveryGaugeInAnyOrder) {
 
 TEST_F(Module, WorksOutTheDrawModeFromTheParameterAndTheWindowsShown) {
     using enum DisplayDrawMode;
-    struct Case {
+    const struct {
         DisplayDrawMode mode;
         std::vector<const char*> placements;  // gauge, parameter or "-", windows shown
-    };
-    const Case cases[] = {
+    } cases[] = {
         {Normal,
          {"EFS50_EADI -", "EFS50_EADI VC", "EFS50_EADI B737 0", "EFS50_EADI WN 0 4005",
           "EFS50_EHSI VC2", "EFS50_EHSI_NB - 4008", "MCU - 4001", "GNSXLS VC 0 4004",
@@ -199,14 +198,13 @@ TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
 }
 
 TEST_F(Module, TheFirstUsableParameterNamesTheAircraft) {
-    struct Case {
+    const struct {
         const char *gauge, *parameter, *aircraftAfter;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"EFS50_EHSI", "VC", ""},         {"EFS50_EHSI", "VC2", ""}, {"MCU", "WN", ""},
         {"EFS50_EHSI_CNTR", "VC", ""},    {"LNAV", "WN", ""},        {"EFS50_EHSI", nullptr, ""},
         {"EFS50_EHSI_CNTR", "VC2", "VC2"}};  // no placement word of a control panel
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         Placement gauge(row.gauge, row.parameter);
         gauge.Send(PanelEvent::Initialise);
         EXPECT_EQ(AircraftName, row.aircraftAfter) << row.gauge;
@@ -306,12 +304,11 @@ TEST_F(Module, ModeButtonsToggleTheirModesAndLights) {
 }
 
 TEST_F(Module, WindowOpenersAndDisplayCentresToggleTheirWindows) {
-    struct Case {
+    const struct {
         const char* gauge;
         int x, y;
         std::uint32_t ident;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"MCU_OPEN", 8, 8, 4001},          {"P1000_MFD_OPEN", 8, 8, 4002},
         {"P1000_MFD", 150, 200, 4002},     {"P1000_MFD_CNTR_OPEN", 41, 41, 4003},
         {"FMS_OPEN", 8, 8, 4004},          {"FMS_OPEN_LM", 8, 8, 4004},
@@ -323,7 +320,7 @@ TEST_F(Module, WindowOpenersAndDisplayCentresToggleTheirWindows) {
         {"FMS2_OPEN", 8, 8, 4012},         {"SMITHS_FMS", 200, 150, 4012},
         {"EFIS_CTRL_OPEN", 8, 8, 4013},
     };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         simulator.windows.clear();
         Placement gauge(row.gauge, nullptr);
         ASSERT_TRUE(gauge.Click(row.x, row.y)) << row.gauge;

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "base/messages.h"
 #include "base/module_state.h"
@@ -72,6 +71,14 @@ class UpdateFrameTest : public ::testing::Test {
         TickAt(latitude, longitude);
         TickAt(latitude, longitude);
     }
+    // Flies a plan from a place, with LNAV toward entry `index`.
+    void Start(std::initializer_list<test::PlanEntry> plan, std::int32_t index, double longitude,
+               double latitude = 0) {
+        SetActivePlan(plan);
+        pilot.latitude = latitude;
+        pilot.longitude = longitude;
+        StartAt(pilot, index);
+    }
     // One tick with the aircraft put somewhere.
     void TickAt(double latitude, double longitude) {
         pilot.latitude = latitude;
@@ -90,10 +97,7 @@ TEST_F(UpdateFrameTest, CapturesTheLegFromEitherSide) {
         simulator.events.clear();
         pilot = TestAircraft{};
         pilot.variation = 12;
-        pilot.longitude = 0.1;
-        pilot.latitude = -offsetNm / 60.0;
-        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
-        StartAt(pilot, 1);
+        Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0.1, -offsetNm / 60);
         guidance.trackLeg = 1;
         Step();
         EXPECT_EQ(guidance.crossTrackSide, offsetNm > 0 ? 1 : 2);
@@ -111,9 +115,8 @@ TEST_F(UpdateFrameTest, CapturesTheLegFromEitherSide) {
 TEST_F(UpdateFrameTest, TurnsSixtyDegreesOntoTheNextLeg) {
     LatLon end;
     PointAtDistance(0, 0.5, 150, 60, end.latitude, end.longitude);
-    SetActivePlan(
-        {{"AAA", 0, 0}, {"BBB", 0, 0.5}, {"CCC", end.latitude, end.longitude}, {"DDD", -2, 2}});
-    StartAt(pilot, 1);
+    Start({{"AAA", 0, 0}, {"BBB", 0, 0.5}, {"CCC", end.latitude, end.longitude}, {"DDD", -2, 2}}, 1,
+          0);
     guidance.trackLeg = 1;
     ASSERT_TRUE(FlyUntilActive(2));
     EXPECT_NEAR(GreatCircleDistanceNm(pilot.latitude, pilot.longitude, 0, 0.5), 3.0, 0.045);
@@ -158,9 +161,7 @@ TEST_F(UpdateFrameTest, AFlightFliesToItsEndAndTheSameTwice) {
 }
 
 TEST_F(UpdateFrameTest, TenGaugesInATickMakeOnePass) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 1.04}, {"DDD", 0, 1.08}});
-    pilot.longitude = 0.96;
-    StartAt(pilot, 1);
+    Start({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 1.04}, {"DDD", 0, 1.08}}, 1, 0.96);
     simulator.NextTick();
     simulator.events.clear();
     for (int gauge = 0; gauge < 10; ++gauge) {
@@ -172,25 +173,20 @@ TEST_F(UpdateFrameTest, TenGaugesInATickMakeOnePass) {
 }
 
 TEST_F(UpdateFrameTest, WaypointsArePassedAtTheirChangeDistance) {
-    struct Row {
+    const struct {
         const char* procedure;
         int flyover;
-        double keepsAtNm;
-        double passesAtNm;
-    };
-    const Row rows[] = {{"", 0, 3.01, 2.99},     {"STAR", 0, 2.51, 2.49},
-                        {"SID", 0, 2.51, 2.49},  {"SIDSTAR", 0, 2.51, 2.49},
-                        {"APCH", 0, 2.51, 2.49}, {"APPR", 0, 3.01, 2.99},
-                        {"APCH", 1, 1.51, 1.49}, {"", 1, 1.51, 1.49}};
-    for (const Row& row : rows) {
+        double keepsAtNm, passesAtNm;
+    } rows[] = {{"", 0, 3.01, 2.99},        {"STAR", 0, 2.51, 2.49}, {"SID", 0, 2.51, 2.49},
+                {"SIDSTAR", 0, 2.51, 2.49}, {"APCH", 0, 2.51, 2.49}, {"APPR", 0, 3.01, 2.99},
+                {"APCH", 1, 1.51, 1.49},    {"", 1, 1.51, 1.49}};
+    for (const auto& row : rows) {
         ResetModuleState();
-        SetActivePlan({{"AAA", 0, 0},
-                       {"BBB", 0, 1, "INT", "", "", 1},
-                       {"CCC", 0, 2, "INT", row.procedure, "", row.flyover},
-                       {"DDD", 0, 3}});
-        pilot.longitude = 0.98;
-        pilot.latitude = 0;
-        StartAt(pilot, 1);
+        Start({{"AAA", 0, 0},
+               {"BBB", 0, 1, "INT", "", "", 1},
+               {"CCC", 0, 2, "INT", row.procedure, "", row.flyover},
+               {"DDD", 0, 3}},
+              1, 0.98);
         TickAt(0, 0.98);  // 1.2 nm before BBB, which is overflown
         ASSERT_EQ(planBook.activeIndex, 2) << row.procedure;
         // A distance refreshed in one frame is acted on in the next.
@@ -202,9 +198,7 @@ TEST_F(UpdateFrameTest, WaypointsArePassedAtTheirChangeDistance) {
 }
 
 TEST_F(UpdateFrameTest, TheFirstEntryIsPassedAtItsOwnDistance) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "INT", "SID"}, {"CCC", 0, 2}});
-    pilot.longitude = 1 - 2.6 / 60;
-    StartAt(pilot, 1);
+    Start({{"AAA", 0, 0}, {"BBB", 0, 1, "INT", "SID"}, {"CCC", 0, 2}}, 1, 1 - 2.6 / 60);
     TickAt(0, 1 - 2.6 / 60);
     EXPECT_EQ(planBook.activeIndex, 1);
     TwoTicksAt(0, 1 - 2.4 / 60);
@@ -212,19 +206,13 @@ TEST_F(UpdateFrameTest, TheFirstEntryIsPassedAtItsOwnDistance) {
 }
 
 TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
-    struct Row {
-        double distanceNm;
-        double headingHold;
-        int lastIndex;
-        bool holdAtFix;
-        bool passed;
-    };
-    const Row rows[] = {
-        {8, 1, 3, false, true},  {11, 1, 3, false, false},
-        {8, 0, 3, false, false}, {8, 1, 2, false, false},  // the last but one must be reached
-        {8, 1, 3, true, false},  {8, 0.6, 3, false, true},
-    };
-    for (const Row& row : rows) {
+    const struct {
+        double distanceNm, headingHold;
+        int lastIndex;  // the last but one must be reached
+        bool holdAtFix, passed;
+    } rows[] = {{8, 1, 3, false, true},  {11, 1, 3, false, false}, {8, 0, 3, false, false},
+                {8, 1, 2, false, false}, {8, 1, 3, true, false},   {8, 0.6, 3, false, true}};
+    for (const auto& row : rows) {
         ResetModuleState();
         SetActivePlan(kEquator4);
         activePlan.lastIndex = row.lastIndex;
@@ -258,10 +246,7 @@ TEST_F(UpdateFrameTest, AHoldTheRouteHasPassedIsDropped) {
 }
 
 TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
-    pilot.latitude = 9.0 / 60;
-    pilot.longitude = 1;
-    StartAt(pilot, 1);
+    Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 1, 9.0 / 60);
     guidance.trackLeg = 1;
     TickAt(9.0 / 60, 1);
     EXPECT_EQ(guidance.trackLeg, 1);
@@ -278,28 +263,31 @@ TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
 }
 
 TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
-    StartAt(pilot, 1);
-    simulator.variables[82] = -33.7;  // course 90 true is 123.7 magnetic
-    Tick();
-    simulator.variables[82] = -33.2;
-    Tick();
-    EXPECT_THAT(simulator.events, ElementsAre(Pair(66042, 123U)));
-    simulator.variables[106] = 0;  // hold off, and on again: sent at once
-    Tick();
-    EXPECT_EQ(simulator.events.size(), 1U);
-    simulator.variables[106] = 1;
-    Tick();
-    EXPECT_THAT(simulator.events, ElementsAre(Pair(66042, 123U), Pair(66042, 123U)));
-    simulator.variables[82] = 89.3;  // 0.7 degrees magnetic
-    Tick();
-    EXPECT_EQ(simulator.events.back(), std::pair(66042, 360U));
+    Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0);
+    const struct {
+        std::int32_t variable;  // 82 the variation, 106 the heading hold
+        double value;
+        std::vector<std::uint32_t> sent;
+    } rows[] = {{82, -33.7, {123}},  // course 90 true is 123.7 magnetic
+                {82, -33.2, {123}},
+                {106, 0, {123}},  // off, and on again: sent at once
+                {106, 1, {123, 123}},
+                {82, 89.3, {123, 123, 360}}};  // 0.7 degrees
+    for (const auto& row : rows) {
+        simulator.variables[row.variable] = row.value;
+        Tick();
+        std::vector<std::uint32_t> sent;
+        for (const auto& [event, degrees] : simulator.events) {
+            EXPECT_EQ(event, 66042);
+            sent.push_back(degrees);
+        }
+        EXPECT_EQ(sent, row.sent) << row.variable << ' ' << row.value;
+    }
 }
 
 TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}});
     pilot.headingTrue = 100;  // the waypoint lies left: heading is clockwise of the bearing
-    StartAt(pilot, 1);
+    Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0);
     guidance.pendingTurnSide = 2;
     guidance.directToTurn = "RIGHT";
     TickAt(0, 0);
@@ -314,21 +302,15 @@ TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
 }
 
 TEST_F(UpdateFrameTest, TheLastEntryEndsTheFlight) {
-    struct Row {
-        int lnavOff;
-        int vnavOff;
-        int topOfClimbReached;
-        std::uint32_t lnavOnFinalLeg;
-        std::uint32_t vnavOnFinalLeg;
-    };
-    const Row rows[] = {{0, 0, 1, 1, 1}, {1, 0, 1, 0, 1}, {0, 1, 1, 1, 0}, {0, 1, 0, 1, 1}};
-    for (const Row& row : rows) {
+    const struct {
+        int lnavOff, vnavOff, topOfClimbReached;
+        std::uint32_t lnavOnFinalLeg, vnavOnFinalLeg;
+    } rows[] = {{0, 0, 1, 1, 1}, {1, 0, 1, 0, 1}, {0, 1, 1, 1, 0}, {0, 1, 0, 1, 1}};
+    for (const auto& row : rows) {
         ResetModuleState();
         settings.LnavOffAtLastWpt = row.lnavOff;
         settings.VnavOffAtLastWpt = row.vnavOff;
-        SetActivePlan(kEquator3);
-        pilot.longitude = 0.97;
-        StartAt(pilot, 1);
+        Start(kEquator3, 1, 0.97);
         guidance.vnavEngaged = 1;
         vnav.topOfClimbReached = row.topOfClimbReached;
         TickAt(0, 0.97);
@@ -393,14 +375,17 @@ TEST_F(UpdateFrameTest, AGapInTheRouteEndsLnavWithAMessage) {
 }
 
 TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
+    const auto expectNone = [] {
+        EXPECT_STREQ(exported.activeIdent.data(), "");
+        EXPECT_EQ(exported.activeIndex, 0U);
+        EXPECT_EQ(exported.crossTrackNm, -99.0);
+        EXPECT_EQ(exported.lnavEngaged, 0U);
+        EXPECT_EQ(exported.active, 1U);
+    };
     TickAt(0, 0);
-    EXPECT_STREQ(exported.activeIdent.data(), "");
-    EXPECT_EQ(exported.activeIndex, 0U);
-    EXPECT_EQ(exported.crossTrackNm, -99.0);
+    expectNone();
     EXPECT_EQ(exported.lastIndex, 0U);
-    EXPECT_EQ(exported.active, 1U);
-    SetActivePlan(kEquator3);
-    StartAt(pilot, 1);
+    Start(kEquator3, 1, 0);
     TwoTicksAt(0, 0.5);
     EXPECT_STREQ(exported.activeIdent.data(), "BBB");
     EXPECT_EQ(exported.activeIndex, 1U);
@@ -410,19 +395,14 @@ TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
     EXPECT_EQ(exported.lnavEngaged, 1U);
     SetActiveWaypoint(kNoWaypoint);
     TickAt(0, 0.5);
-    EXPECT_STREQ(exported.activeIdent.data(), "");
-    EXPECT_EQ(exported.activeIndex, 0U);
-    EXPECT_EQ(exported.lnavEngaged, 0U);
-    EXPECT_EQ(exported.crossTrackNm, -99.0);
+    expectNone();
 }
 
 TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {
     FakeDataService& service = FakeDataService::Install();
     settings.SetWptBaro = 1;
     settings.SetDestLoadTowerViewDist = 1;
-    SetActivePlan(kEquator3);
-    pilot.longitude = 1.2;
-    StartAt(pilot, 2);
+    Start(kEquator3, 2, 1.2);
     TickAt(0, 2 - 25.1 / 60);
     EXPECT_EQ(simulator.CountEvents(65584), 0);
     TickAt(0, 2 - 24.9 / 60);
@@ -479,9 +459,7 @@ TEST_F(UpdateFrameTest, TheMfdPanelIsMissedAfterElevenStillFrames) {
 
 TEST_F(UpdateFrameTest, TheAutopilotGoingOffReleasesTheAirspeedHold) {
     struct Row {
-        int setting;
-        double speedHold;
-        int events;
+        int setting, speedHold, events;
     };
     for (const Row& row : {Row{1, 1, 1}, Row{0, 1, 0}, Row{1, 0, 0}}) {
         ResetModuleState();
@@ -534,14 +512,8 @@ TEST_F(UpdateFrameTest, APlanLoadedOnTheGroundBringsItsFuel) {
 }
 
 TEST_F(UpdateFrameTest, NothingTheSimulatorSaysBreaksTheUpdate) {
-    const double bad[] = {std::numeric_limits<double>::quiet_NaN(),
-                          std::numeric_limits<double>::infinity(),
-                          -std::numeric_limits<double>::infinity(),
-                          1e300,
-                          -1e300,
-                          0};
     settings.LnavSetEnRouteFreqs = 1;
-    for (const double value : bad) {
+    for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300, 0.0}) {
         SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}, {"CCC", 0, 2, "APT"}});
         pilot = TestAircraft{};
         StartAt(pilot, 1);

@@ -102,13 +102,12 @@ TEST_F(NavDatabaseTest, MissingFilesLeaveTheirTablesEmpty) {
 }
 
 TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {
-    struct Case {
+    const struct {
         const char *file, *line;
         const PointTable& table;
         std::int32_t limit, warnedAt;
         const char* message;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"avq_apts.txt", "K%d N 1 2 3\n", navDatabase.airports, 10000, 9998,
          "Apts '9998' approaching struct_limit"},
         {"avq_navs.txt", "N%d N 1 2 VOR 113\n", navDatabase.navaids, 17000, 9998,
@@ -118,7 +117,7 @@ TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {
         {"fsb_awy2.txt", "J1 0010 FIX%d 1 2\n", navDatabase.airwayFixes, 100000, 99998,
          "Ints '99998' approaching struct_limit"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         std::string contents;
         for (std::int32_t i = 1; i < c.warnedAt; ++i) {
             contents += Format(c.line, i);
@@ -155,10 +154,9 @@ TEST_F(NavDatabaseTest, ALineMayHave1699Characters) {
 }
 
 TEST_F(NavDatabaseTest, CycleTextsComeFromTheirColumns) {
-    struct Case {
+    const struct {
         const char *file, *cycle, *validity;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"ABC N 1 2 VOR 113\n;AIRAC Cycle : 0801 (17-JAN-2008 to 14-FEB-2008)\n;AIRAC 1 2 3 4 5 6",
          "AIRAC0801", "JAN17FEB14/08"},
         {"\xEF\xBB\xBF;AIRAC cycle : 2309 (07/SEP/23 to 05/OCT/23\r\n", "AIRAC2309", "SEP07OCT05/"},
@@ -166,7 +164,7 @@ TEST_F(NavDatabaseTest, CycleTextsComeFromTheirColumns) {
         {";AIRAC", "AIRAC", "/"},
         {";AIRACX a b c d e f\n; AIRAC", "", ""},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         DatabaseCycle.clear();
         DatabaseValidity.clear();
         WriteNavdata("avq_navs.txt", c.file);
@@ -182,12 +180,11 @@ TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
                  "BBC D 20.5 4 NDB 301\nBBC E -20.5 5 VOR 115\nZZZ F 0.5 6 VOR 116\n"
                  "ABC G 50 7 VOR 117\n");
     LoadNavDatabase();
-    struct Case {
+    const struct {
         const char *ident, *kind;
         double latitude;
         std::int32_t index;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"ABC", "", 10.5, 2},     {"ABC", "INT", 10.5, 2}, {"ABC", "VOR", 10.5, 2},
         {"ABC", "NDB", 10.99, 1}, {"ABC", "N", 10.0, 1},   {"ABC", "I", 10.5, 0},
         {"ABC", "VOR", 11.0, 0},  {"ABD", "V", 0.4, 3},    {"BBC", "", 20.5, 0},
@@ -195,7 +192,7 @@ TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
         {"ABC", "VOR", 50.0, 0},  // outside its letter's first group
         {"AB", "", 10.5, 0},      {"CCC", "", 10.5, 0},    {"", "", 10.5, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(FindNavaid(c.ident, c.kind, c.latitude), c.index)
             << c.ident << ' ' << c.kind << ' ' << c.latitude;
     }

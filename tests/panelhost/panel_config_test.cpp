@@ -43,11 +43,10 @@ TEST(PanelConfig, ReadsWindowsAndPlacements) {
 
 TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
     const std::string head = "[Window00]\nsize_mm=100,100\ngauge00=avq1!MCU,1,2\n";
-    struct Row {
+    const struct {
         const char *text, *warning;  // null: none
         std::size_t gaugesLeft;      // in the first window
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"gauge01=avq1MCU,1,2\n", "line 4: a gauge needs module!NAME", 1},
         {"gauge01=!MCU,1,2\n", "needs module!NAME", 1},
         {"gauge01=avq1!MCU\n", "has no place", 1},
@@ -70,7 +69,7 @@ TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
         {"[Window01]\nsize_mm=50,50\n", "windows 00 \"Window 00\" and 01 \"Window 01\" overlap", 1},
         {"[Window01]\nsize_mm=50,50\nident=0\nposition=8\n", "share ident 0", 1},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const PanelConfig config = ParsePanelConfig(head + row.text);
         if (row.warning != nullptr) {
             EXPECT_THAT(config.warnings, testing::Contains(HasSubstr(row.warning))) << row.text;

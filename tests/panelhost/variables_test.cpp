@@ -44,12 +44,10 @@ TEST(Variables, UnitsInvertTheReadersConversions) {
     world.magneticVariation = 5;
     world.aircraft.position.longitude = -71;
     world.clock.flightTimeS = 13 * 3600 + 62;
-    struct Row {
+    const struct {
         int number;
-        double factor;
-        double expected;
-    };
-    const Row rows[] = {
+        double factor, expected;
+    } rows[] = {
         {65, 0.7689468503937007, -1800},
         {551, 0.5924837511331251, 440},
         {614, 3.2808399, 12000},
@@ -69,7 +67,7 @@ TEST(Variables, UnitsInvertTheReadersConversions) {
         {306, 1, 6.7},
         {800, 1, -9.765},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_NEAR(Read(world, row.number) * row.factor, row.expected, 1e-6) << row.number;
     }
 }

@@ -25,39 +25,37 @@ AircraftPerformance Read(std::string_view text) {
 }
 
 TEST(AircraftFile, NumbersFollowTheRulesOfTheirKeys) {
-    struct Key {
+    const struct {
         double (*value)(const AircraftPerformance&);
         std::map<double, std::vector<const char*>> rows;  // texts that give the value
-    };
-    const Key keys[] = {
-        {[](const AircraftPerformance& p) { return 1.0 * p.climbIas; },
-         {{0, {"", "ClimbIas =280", ";ClimbIas=280", "ClimbIas=fast"}},
-          {119, {"ClimbTas=100"}},
-          {279, {"ClimbIas=279.9"}},
-          {280, {"climbias=280"}},
-          {290, {"ClimbIas=280\nClimbIas=290\n"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.cruiseIas; },
-         {{250, {""}}, {122, {"CruiseTas=100"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.descentIas; },
-         {{220, {""}}, {239, {"DescentTas=200"}}, {210, {"DescentIas=210"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.holdIas; },
-         {{0, {"", "DescentTas=200"}},
-          {210, {"DescentIas=210", "BestHoldIas=190\nDescentIas=210\n"}},
-          {190, {"DescentIas=210\nBestHoldIas=190.9\n"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.holdLegMinutes; },
-         {{1.0, {"", "HoldLegMins=0", "HoldLegMins=none"}}, {1.5, {"HoldLegMins=1.5"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.costIndex; }, {{-1, {""}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.climbRate; },
-         {{1999, {"ClimbRate=1999.9"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.descentRate; },
-         {{1750.5, {"DescentRate=1750.5"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.engineThrust; },
-         {{26, {"EngThrust=26"}}, {1000, {"EngThrust=1000"}}, {27, {"EngThrust=27300"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.vnavSpeedDistanceNm; },
-         {{40, {"VnavSetSpdRestDist=40"}},
-          {25, {"VnavSetSpdRestDist=0", "VnavSetSpdRestDist=-5"}}}},
-        {[](const AircraftPerformance& p) { return 1.0 * p.flightPathAngleDeg; },
-         {{3.1, {"FPA=3.1"}}}}};
+    } keys[] = {{[](const AircraftPerformance& p) { return 1.0 * p.climbIas; },
+                 {{0, {"", "ClimbIas =280", ";ClimbIas=280", "ClimbIas=fast"}},
+                  {119, {"ClimbTas=100"}},
+                  {279, {"ClimbIas=279.9"}},
+                  {280, {"climbias=280"}},
+                  {290, {"ClimbIas=280\nClimbIas=290\n"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.cruiseIas; },
+                 {{250, {""}}, {122, {"CruiseTas=100"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.descentIas; },
+                 {{220, {""}}, {239, {"DescentTas=200"}}, {210, {"DescentIas=210"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.holdIas; },
+                 {{0, {"", "DescentTas=200"}},
+                  {210, {"DescentIas=210", "BestHoldIas=190\nDescentIas=210\n"}},
+                  {190, {"DescentIas=210\nBestHoldIas=190.9\n"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.holdLegMinutes; },
+                 {{1.0, {"", "HoldLegMins=0", "HoldLegMins=none"}}, {1.5, {"HoldLegMins=1.5"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.costIndex; }, {{-1, {""}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.climbRate; },
+                 {{1999, {"ClimbRate=1999.9"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.descentRate; },
+                 {{1750.5, {"DescentRate=1750.5"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.engineThrust; },
+                 {{26, {"EngThrust=26"}}, {1000, {"EngThrust=1000"}}, {27, {"EngThrust=27300"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.vnavSpeedDistanceNm; },
+                 {{40, {"VnavSetSpdRestDist=40"}},
+                  {25, {"VnavSetSpdRestDist=0", "VnavSetSpdRestDist=-5"}}}},
+                {[](const AircraftPerformance& p) { return 1.0 * p.flightPathAngleDeg; },
+                 {{3.1, {"FPA=3.1"}}}}};
     for (const auto& [value, rows] : keys) {
         for (const auto& [expected, texts] : rows) {
             for (const char* const text : texts) {
@@ -132,13 +130,12 @@ TEST(AircraftFile, DerivesMachAndTrueSpeedsAndReadsTheTablesItNames) {
 }
 
 TEST(AircraftFile, CostIndexPicksSpeedsBetweenTheirLimits) {
-    struct Case {
+    const struct {
         const char* costIndex;
         std::int32_t climb, cruise, descent;
-    };
-    const Case cases[] = {{"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
-                          {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221}};
-    for (const Case& c : cases) {
+    } cases[] = {{"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
+                 {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221}};
+    for (const auto& c : cases) {
         AircraftPerformance read = Read(
             "ClimbIas=275\nCruiseIas=285\nDescentIas=265\nClimbIasMin=230\nClimbIasMax=311\n"
             "CruiseIasMin=240\nCruiseIasMax=321\nDescentIasMin=220\nDescentIasMax=301\nCostIndex=" +

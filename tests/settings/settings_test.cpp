@@ -20,40 +20,38 @@ Settings Read(std::string_view text) {
 }
 
 TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
-    struct Key {
+    const struct {
         double (*value)(const Settings&);
         std::map<double, std::vector<const char*>> rows;  // texts that give the value
-    };
-    const Key keys[] = {
-        {[](const Settings& s) { return 1.0 * s.WptChgDist; },
-         {{3.0,
-           {"", "WptChgDist=0.8", "WptChgDist=-2", "WptChgDist=far", "WptChgDist =4.5",
-            " WptChgDist=4.5", ";WptChgDist=4.5"}},
-          {4.5,
-           {"WptChgDist=4.5", "wptchgdist=4.5", "WptChgDist=4.5\nWptChgDist=0.5\n",
-            "WptChgDist= 4.5", "\xEF\xBB\xBFWptChgDist=4.5\r\n"}},
-          {1.2, {"WptChgDist=1.2"}},
-          {5.0, {"WptChgDist=4.5\nWptChgDist=5\n"}}}},
-        {[](const Settings& s) { return 1.0 * s.WptProcChgDist; },
-         {{3.5, {"WptProcChgDist=3.5"}}, {2.5, {"WptProcChgDist=0.5"}}}},
-        {[](const Settings& s) { return 1.0 * s.FlyoverWptChgDist; },
-         {{2.25, {"FlyoverWptChgDist=2.25"}}, {1.5, {"FlyoverWptChgDist=0.25"}}}},
-        {[](const Settings& s) { return 1.0 * s.TcasVertRange; },
-         {{27, {"TcasVertRange=2700"}},
-          {10, {"TcasVertRange=1099"}},
-          {140, {"TcasVertRange=900"}}}},
-        {[](const Settings& s) { return 1.0 * s.VnavSetSpd; },
-         {{2, {"VnavSetSpd=2"}}, {1, {"VnavSetSpd=0", "VnavSetSpd = 2"}}}},
-        {[](const Settings& s) { return 1.0 * s.VnavSetAlts; },
-         {{0, {"VnavSetAlts=0", "VnavSetAlts=no"}}}},
-        {[](const Settings& s) { return 1.0 * s.SetDestLoadTowerViewDist; },
-         {{1, {"SetDestLoadTowerViewDist=25"}}, {0, {"SetDestLoadTowerViewDist=-1"}}}},
-        {[](const Settings& s) { return 1.0 * s.LnavOffAtLastWpt; },
-         {{1, {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0"}}}},
-        {[](const Settings& s) { return 1.0 * s.DecLatLonDisp; },
-         {{1, {"DecLatLonDisp=1\nDecLatLonDisp=-1"}}}},
-        {[](const Settings& s) { return 1.0 * s.ShowTodBodIndicators; },
-         {{0, {"ShowTodBodIndicators=0"}}}}};
+    } keys[] = {{[](const Settings& s) { return 1.0 * s.WptChgDist; },
+                 {{3.0,
+                   {"", "WptChgDist=0.8", "WptChgDist=-2", "WptChgDist=far", "WptChgDist =4.5",
+                    " WptChgDist=4.5", ";WptChgDist=4.5"}},
+                  {4.5,
+                   {"WptChgDist=4.5", "wptchgdist=4.5", "WptChgDist=4.5\nWptChgDist=0.5\n",
+                    "WptChgDist= 4.5", "\xEF\xBB\xBFWptChgDist=4.5\r\n"}},
+                  {1.2, {"WptChgDist=1.2"}},
+                  {5.0, {"WptChgDist=4.5\nWptChgDist=5\n"}}}},
+                {[](const Settings& s) { return 1.0 * s.WptProcChgDist; },
+                 {{3.5, {"WptProcChgDist=3.5"}}, {2.5, {"WptProcChgDist=0.5"}}}},
+                {[](const Settings& s) { return 1.0 * s.FlyoverWptChgDist; },
+                 {{2.25, {"FlyoverWptChgDist=2.25"}}, {1.5, {"FlyoverWptChgDist=0.25"}}}},
+                {[](const Settings& s) { return 1.0 * s.TcasVertRange; },
+                 {{27, {"TcasVertRange=2700"}},
+                  {10, {"TcasVertRange=1099"}},
+                  {140, {"TcasVertRange=900"}}}},
+                {[](const Settings& s) { return 1.0 * s.VnavSetSpd; },
+                 {{2, {"VnavSetSpd=2"}}, {1, {"VnavSetSpd=0", "VnavSetSpd = 2"}}}},
+                {[](const Settings& s) { return 1.0 * s.VnavSetAlts; },
+                 {{0, {"VnavSetAlts=0", "VnavSetAlts=no"}}}},
+                {[](const Settings& s) { return 1.0 * s.SetDestLoadTowerViewDist; },
+                 {{1, {"SetDestLoadTowerViewDist=25"}}, {0, {"SetDestLoadTowerViewDist=-1"}}}},
+                {[](const Settings& s) { return 1.0 * s.LnavOffAtLastWpt; },
+                 {{1, {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0"}}}},
+                {[](const Settings& s) { return 1.0 * s.DecLatLonDisp; },
+                 {{1, {"DecLatLonDisp=1\nDecLatLonDisp=-1"}}}},
+                {[](const Settings& s) { return 1.0 * s.ShowTodBodIndicators; },
+                 {{0, {"ShowTodBodIndicators=0"}}}}};
     for (const auto& [value, rows] : keys) {
         for (const auto& [expected, texts] : rows) {
             for (const char* const text : texts) {
@@ -64,11 +62,10 @@ TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
 }
 
 TEST(Settings, EachPlainSwitchReachesItsOwnMember) {
-    struct Case {
+    const struct {
         const char* key;
         std::int32_t Settings::*member;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"ArmPauseAtTod", &Settings::ArmPauseAtTod},
         {"DispAppPtrnAlts", &Settings::DispAppPtrnAlts},
         {"DispETALocalTime", &Settings::DispETALocalTime},
@@ -89,9 +86,9 @@ TEST(Settings, EachPlainSwitchReachesItsOwnMember) {
         {"VnavSetAlts", &Settings::VnavSetAlts},
         {"VnavSetSpdOffOnManSpdChg", &Settings::VnavSetSpdOffOnManSpdChg},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const Settings read = Read(std::string(c.key) + "=7\n");
-        for (const Case& other : cases) {
+        for (const auto& other : cases) {
             const std::int32_t expected = &c == &other ? 7 : Settings{}.*(other.member);
             EXPECT_EQ(read.*(other.member), expected) << c.key << " and " << other.key;
         }
@@ -148,17 +145,16 @@ TEST(Settings, ComeFromTheUsersFileThenFromTheAircrafts) {
 }
 
 TEST(SimVersion, NeedsThreeEntriesOfTheLaterGeneration) {
-    struct Case {
+    const struct {
         std::vector<const char*> entries;
         std::int32_t version;
-    };
-    const Case cases[] = {{{}, 9},
-                          {{"FSX.EXE", "SimObjects/x"}, 9},
-                          {{"fs9.exe", "SimObjects/x", "Missions/x"}, 9},
-                          {{"FSX.EXE", "SimObjects/x", "MISSIONS/x"}, 10},
-                          {{"Ace.exe", "fsx.exe", "missions/x"}, 10},
-                          {{"fsx.exe.bak", "xfsx.exe", "simobjects2/x", "missions/x"}, 9}};
-    for (const Case& c : cases) {
+    } cases[] = {{{}, 9},
+                 {{"FSX.EXE", "SimObjects/x"}, 9},
+                 {{"fs9.exe", "SimObjects/x", "Missions/x"}, 9},
+                 {{"FSX.EXE", "SimObjects/x", "MISSIONS/x"}, 10},
+                 {{"Ace.exe", "fsx.exe", "missions/x"}, 10},
+                 {{"fsx.exe.bak", "xfsx.exe", "simobjects2/x", "missions/x"}, 9}};
+    for (const auto& c : cases) {
         ResetModuleState();
         const TempSimFolder folder;
         for (const char* entry : c.entries) {

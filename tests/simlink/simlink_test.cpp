@@ -26,14 +26,12 @@ class SimlinkTest : public ::testing::Test {
 };
 
 TEST_F(SimlinkTest, SnapshotConvertsToTheUnitsOfItsFields) {
-    struct Row {
+    const struct {
         std::int32_t variable;
         double raw;
         double AircraftState::*field;
-        double expected;
-        double tolerance;
-    };
-    const Row rows[] = {
+        double expected, tolerance;
+    } rows[] = {
         {71, 5000875, &AircraftState::latitude, 45.0, 1e-9},
         {71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
         {72, 70368744177664, &AircraftState::longitude, 90.0, 1e-9},
@@ -47,7 +45,7 @@ TEST_F(SimlinkTest, SnapshotConvertsToTheUnitsOfItsFields) {
         {109, 35000, &AircraftState::apAltitudeTargetFt, 35000, 0},
         {344, 271, &AircraftState::windDirection, 271, 0},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         simulator.variables[row.variable] = row.raw;
         RefreshAircraftState();
         EXPECT_NEAR(aircraft.*row.field, row.expected, row.tolerance) << row.variable;
