@@ -129,6 +129,11 @@ TEST_F(Ehsi, PointerLabelsNameTheirSourceAndDistance) {
     for (const char* text : {"VOR 1", "42.7", "VOR 2", "8.0"}) {
         EXPECT_TRUE(Picture::Shows(text)) << text;
     }
+    aircraft.nav1DmeNm = 0;  // a station without distance
+    Draw(1);
+    EXPECT_TRUE(Picture::Shows("---"));
+    EXPECT_FALSE(Picture::Shows("0.0"));
+    aircraft.nav1DmeNm = 42.66;
     SetNav1(false);
     simulator_->variables[58] = 0;
     Draw(5);

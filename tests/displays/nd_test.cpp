@@ -320,8 +320,12 @@ TEST_F(Nd, TheReceiverIsNamedWithFrequencyDistanceAndSense) {
         EXPECT_EQ(Picture::Shows("VVV"), mode == 5 || mode == 6) << mode;
     }
     aircraft.nav1Course = 120;
+    nd.ndShowStations = 1;
     Draw(5);
     EXPECT_TRUE(Picture::Shows("FROM"));
+    EXPECT_EQ(test::CountTexts("VVV"), 1);  // once only, though the stations show
+    EXPECT_TRUE(Picture::Shows("NN"));
+    nd.ndShowStations = 0;
     simulator_->variables[46] = 0x80;
     Draw(5);
     EXPECT_TRUE(Picture::Shows("ILS 1"));
