@@ -135,18 +135,16 @@ TEST(SplitSetting, ReadsTheKeyValueForm) {
         const char* line;
         bool taken;
         const char *key, *value;
-    } cases[] = {
-        {"WptChgDist=4.5", true, "WptChgDist", "4.5"},
-        {"Folder=C:\\My Plans\\", true, "Folder", "C:\\My Plans\\"},
-        {"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
-        {"a=b=c", true, "a", "b=c"},
-        {"a=b\r", true, "a", "b"},
-        {";a=b", false, "", ""},
-        {"a=", false, "", ""},
-        {"=b", false, "", ""},
-        {"alone", false, "", ""},
-        {"", false, "", ""},
-    };
+    } cases[] = {{"WptChgDist=4.5", true, "WptChgDist", "4.5"},
+                 {"Folder=C:\\My Plans\\", true, "Folder", "C:\\My Plans\\"},
+                 {"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
+                 {"a=b=c", true, "a", "b=c"},
+                 {"a=b\r", true, "a", "b"},
+                 {";a=b", false, "", ""},
+                 {"a=", false, "", ""},
+                 {"=b", false, "", ""},
+                 {"alone", false, "", ""},
+                 {"", false, "", ""}};
     for (const auto& c : cases) {
         std::string_view key;
         std::string_view value;

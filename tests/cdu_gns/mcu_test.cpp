@@ -210,11 +210,9 @@ TEST_F(McuPlansTest, CursorMovesAndScrolls) {
     constexpr struct {
         const char* key;
         std::int32_t cursor, first;
-    } kCases[] = {
-        {"FPLN", 0, 0},   {"PREV", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},
-        {"PREV*3", 1, 1}, {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2},
-        {"NEXT*9", 6, 3}, {"LEFT", 2, 2}, {"UP*2", 0, 0},
-    };
+    } kCases[] = {{"FPLN", 0, 0},   {"PREV", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},
+                  {"PREV*3", 1, 1}, {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2},
+                  {"NEXT*9", 6, 3}, {"LEFT", 2, 2}, {"UP*2", 0, 0}};
     for (const auto& c : kCases) {
         unit.Press(c.key);
         EXPECT_EQ(mcu.planCursor, c.cursor) << c.key;

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
 #include <string>
 
 #include "base/messages.h"
@@ -73,27 +75,25 @@ TEST_F(GuidanceTest, WindAndAirspeedAreDerived) {
     aircraft.windDirection = 30;
     aircraft.windSpeedKt = 40;
     aircraft.trueHeading = 330;
-    aircraft.groundSpeedKt = 400;
     aircraft.magneticVariation = 30;
     aircraft.simRateRaw = 512;
-    aircraft.bank = -0.034;
-    SimVersion = 10;
-    UpdateDerivedState();
-    EXPECT_NEAR(derived.headwindKt, 20, 1e-9);
-    EXPECT_NEAR(derived.crosswindKt, 34.64101615, 1e-6);
-    EXPECT_NEAR(derived.trueAirspeedEstimateKt, 420, 1e-9);
-    EXPECT_NEAR(derived.driftDeg, 34.64101615 / 7, 1e-6);
-    EXPECT_NEAR(derived.windDirectionMag, 360, 1e-9);
-    EXPECT_EQ(derived.simRate, 2);
-    EXPECT_EQ(aircraft.bank, 0);
-    aircraft.groundSpeedKt = 25;
-    aircraft.bank = 0.035;
-    SimVersion = 9;
-    UpdateDerivedState();
-    EXPECT_EQ(derived.trueAirspeedEstimateKt, 0);
-    EXPECT_EQ(derived.driftDeg, 0);
-    EXPECT_EQ(derived.simRate, 512);
-    EXPECT_EQ(aircraft.bank, 0.035);
+    const double across = 40 * std::sin(60 * kDegToRad);
+    const struct {
+        std::int32_t simVersion;
+        double groundSpeedKt, bank;
+        double airspeedKt, driftDeg, simRate, bankAfter;
+    } rows[] = {{10, 400, -0.034, 420, across / 7, 2, 0}, {9, 25, 0.035, 0, 0, 512, 0.035}};
+    for (const auto& row : rows) {
+        SimVersion = row.simVersion;
+        aircraft.groundSpeedKt = row.groundSpeedKt;
+        aircraft.bank = row.bank;
+        UpdateDerivedState();
+        EXPECT_THAT((std::array{derived.headwindKt, derived.crosswindKt, derived.windDirectionMag,
+                                derived.trueAirspeedEstimateKt, derived.driftDeg, derived.simRate,
+                                aircraft.bank}),
+                    Pointwise(DoubleNear(1e-9), {20.0, across, 360.0, row.airspeedKt, row.driftDeg,
+                                                 row.simRate, row.bankAfter}));
+    }
 }
 
 TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
@@ -168,28 +168,20 @@ TEST_F(GuidanceTest, AFreshPlanHasFreshDistances) {
     EXPECT_EQ(planBook.activeIndex, 1);
 }
 
-PlanWaypoint Named(const char* ident) {
-    PlanWaypoint entry;
-    entry.ident = ident;
-    return entry;
-}
-
 TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 1, 2}, {"DDD", 0, 3}, {"EEE", 2, 4}});
     SetActiveWaypoint(1);
     using Change = void (*)();
-    const Change changes[] = {
-        [] {},
-        [] { activePlan.entries[2].latitude = -1; },
-        [] { activePlan.entries[4].longitude = 5; },
-        [] { activePlan.entries[2] = Named("DISCO"); },
-        [] { activePlan.entries[2] = Named("FFF"); },
-        [] { planBook.activeIndex = 3; },
-        [] { activePlan.entries[4].latitude = 1; },
-        [] { planBook.activeIndex = 1; },
-        [] { activePlan.lastIndex = 3; },
-        [] { activePlan.entries[3] = Named("DISCO"); },
-    };
+    const Change changes[] = {[] {},
+                              [] { activePlan.entries[2].latitude = -1; },
+                              [] { activePlan.entries[4].longitude = 5; },
+                              [] { (activePlan.entries[2] = {}).ident = "DISCO"; },
+                              [] { (activePlan.entries[2] = {}).ident = "FFF"; },
+                              [] { planBook.activeIndex = 3; },
+                              [] { activePlan.entries[4].latitude = 1; },
+                              [] { planBook.activeIndex = 1; },
+                              [] { activePlan.lastIndex = 3; },
+                              [] { (activePlan.entries[3] = {}).ident = "DISCO"; }};
     int number = 0;
     for (const Change change : changes) {
         change();
@@ -234,9 +226,8 @@ TEST_F(GuidanceTest, VnavStartsAfreshEachTime) {
     ToggleVnav();
     EXPECT_EQ(guidance.vnavEngaged, 1);
     EXPECT_EQ(settings.VnavSetSpd, 1);
-    EXPECT_EQ(vnav.lastAltitudeSent, -999);
-    EXPECT_EQ(vnav.lastSpeedSent, -999);
-    EXPECT_EQ(vnav.restart, 1);
+    EXPECT_THAT((std::array{vnav.lastAltitudeSent, vnav.lastSpeedSent, vnav.restart}),
+                ElementsAre(-999, -999, 1));
     ToggleVnav();
     EXPECT_EQ(guidance.vnavEngaged, 0);
 }

@@ -308,18 +308,16 @@ TEST_F(Module, WindowOpenersAndDisplayCentresToggleTheirWindows) {
         const char* gauge;
         int x, y;
         std::uint32_t ident;
-    } cases[] = {
-        {"MCU_OPEN", 8, 8, 4001},          {"P1000_MFD_OPEN", 8, 8, 4002},
-        {"P1000_MFD", 150, 200, 4002},     {"P1000_MFD_CNTR_OPEN", 41, 41, 4003},
-        {"FMS_OPEN", 8, 8, 4004},          {"FMS_OPEN_LM", 8, 8, 4004},
-        {"GNSXLS", 200, 120, 4004},        {"EFS50_EADI", 180, 180, 4005},
-        {"EFS50_EADI_NB", 131, 131, 4005}, {"EHSI_CNTR_OPEN", 8, 8, 4007},
-        {"EHSI_CNTR_OPEN_LM", 8, 8, 4007}, {"EFS50_EHSI", 180, 180, 4008},
-        {"EFS50_EHSI_NB", 180, 180, 4009}, {"EHSI_TCAS_OPEN", 8, 8, 4010},
-        {"HW_B737_ND", 140, 168, 4011},    {"HW_B737_ND_NB", 120, 150, 4011},
-        {"FMS2_OPEN", 8, 8, 4012},         {"SMITHS_FMS", 200, 150, 4012},
-        {"EFIS_CTRL_OPEN", 8, 8, 4013},
-    };
+    } cases[] = {{"MCU_OPEN", 8, 8, 4001},          {"P1000_MFD_OPEN", 8, 8, 4002},
+                 {"P1000_MFD", 150, 200, 4002},     {"P1000_MFD_CNTR_OPEN", 41, 41, 4003},
+                 {"FMS_OPEN", 8, 8, 4004},          {"FMS_OPEN_LM", 8, 8, 4004},
+                 {"GNSXLS", 200, 120, 4004},        {"EFS50_EADI", 180, 180, 4005},
+                 {"EFS50_EADI_NB", 131, 131, 4005}, {"EHSI_CNTR_OPEN", 8, 8, 4007},
+                 {"EHSI_CNTR_OPEN_LM", 8, 8, 4007}, {"EFS50_EHSI", 180, 180, 4008},
+                 {"EFS50_EHSI_NB", 180, 180, 4009}, {"EHSI_TCAS_OPEN", 8, 8, 4010},
+                 {"HW_B737_ND", 140, 168, 4011},    {"HW_B737_ND_NB", 120, 150, 4011},
+                 {"FMS2_OPEN", 8, 8, 4012},         {"SMITHS_FMS", 200, 150, 4012},
+                 {"EFIS_CTRL_OPEN", 8, 8, 4013}};
     for (const auto& row : cases) {
         simulator.windows.clear();
         Placement gauge(row.gauge, nullptr);

@@ -107,16 +107,14 @@ TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {
         const PointTable& table;
         std::int32_t limit, warnedAt;
         const char* message;
-    } cases[] = {
-        {"avq_apts.txt", "K%d N 1 2 3\n", navDatabase.airports, 10000, 9998,
-         "Apts '9998' approaching struct_limit"},
-        {"avq_navs.txt", "N%d N 1 2 VOR 113\n", navDatabase.navaids, 17000, 9998,
-         "Navs '9998' approaching struct_limit"},
-        {"avq_ints.txt", "I%d N 1 2\n", navDatabase.intersections, 180000, 179998,
-         "Ints '179998' approaching struct_limit"},
-        {"fsb_awy2.txt", "J1 0010 FIX%d 1 2\n", navDatabase.airwayFixes, 100000, 99998,
-         "Ints '99998' approaching struct_limit"},
-    };
+    } cases[] = {{"avq_apts.txt", "K%d N 1 2 3\n", navDatabase.airports, 10000, 9998,
+                  "Apts '9998' approaching struct_limit"},
+                 {"avq_navs.txt", "N%d N 1 2 VOR 113\n", navDatabase.navaids, 17000, 9998,
+                  "Navs '9998' approaching struct_limit"},
+                 {"avq_ints.txt", "I%d N 1 2\n", navDatabase.intersections, 180000, 179998,
+                  "Ints '179998' approaching struct_limit"},
+                 {"fsb_awy2.txt", "J1 0010 FIX%d 1 2\n", navDatabase.airwayFixes, 100000, 99998,
+                  "Ints '99998' approaching struct_limit"}};
     for (const auto& c : cases) {
         std::string contents;
         for (std::int32_t i = 1; i < c.warnedAt; ++i) {
@@ -184,14 +182,12 @@ TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
         const char *ident, *kind;
         double latitude;
         std::int32_t index;
-    } cases[] = {
-        {"ABC", "", 10.5, 2},     {"ABC", "INT", 10.5, 2}, {"ABC", "VOR", 10.5, 2},
-        {"ABC", "NDB", 10.99, 1}, {"ABC", "N", 10.0, 1},   {"ABC", "I", 10.5, 0},
-        {"ABC", "VOR", 11.0, 0},  {"ABD", "V", 0.4, 3},    {"BBC", "", 20.5, 0},
-        {"BBC", "NDB", 20.5, 4},  {"BBC", "", -20.9, 5},   {"ZZZ", "VOR", 0.0, 6},
-        {"ABC", "VOR", 50.0, 0},  // outside its letter's first group
-        {"AB", "", 10.5, 0},      {"CCC", "", 10.5, 0},    {"", "", 10.5, 0},
-    };
+    } cases[] = {{"ABC", "", 10.5, 2},     {"ABC", "INT", 10.5, 2}, {"ABC", "VOR", 10.5, 2},
+                 {"ABC", "NDB", 10.99, 1}, {"ABC", "N", 10.0, 1},   {"ABC", "I", 10.5, 0},
+                 {"ABC", "VOR", 11.0, 0},  {"ABD", "V", 0.4, 3},    {"BBC", "", 20.5, 0},
+                 {"BBC", "NDB", 20.5, 4},  {"BBC", "", -20.9, 5},   {"ZZZ", "VOR", 0.0, 6},
+                 {"ABC", "VOR", 50.0, 0},  // outside its letter's first group
+                 {"AB", "", 10.5, 0},      {"CCC", "", 10.5, 0},    {"", "", 10.5, 0}};
     for (const auto& c : cases) {
         EXPECT_EQ(FindNavaid(c.ident, c.kind, c.latitude), c.index)
             << c.ident << ' ' << c.kind << ' ' << c.latitude;

@@ -40,11 +40,9 @@ TEST(FlightModel, TurnsTheShortWayAndCapturesTheHeading) {
         int bug;
         double variation, airspeedKt;
         bool toTheRight;
-    } rows[] = {
-        {90, 120, 0, 250, true},  {90, 60, 0, 250, false}, {350, 20, 0, 250, true},
-        {10, 340, 0, 250, false}, {90, 250, 5, 200, true}, {200, 40, -12, 300, false},
-        {181, 360, 0, 130, true},
-    };
+    } rows[] = {{90, 120, 0, 250, true},  {90, 60, 0, 250, false}, {350, 20, 0, 250, true},
+                {10, 340, 0, 250, false}, {90, 250, 5, 200, true}, {200, 40, -12, 300, false},
+                {181, 360, 0, 130, true}};
     for (const auto& row : rows) {
         World world = Cruising(row.from, 10000, row.airspeedKt);
         world.magneticVariation = row.variation;
@@ -99,11 +97,9 @@ TEST(FlightModel, ClimbsAtItsRateAndCapturesTheAltitude) {
         int targetFt, verticalSpeedFpm;
         bool verticalSpeedHold;
         double expectedFpm;
-    } rows[] = {
-        {10000, 14000, 0, false, 1800},    {10000, 7000, 0, false, -1800},
-        {10000, 13000, 1200, true, 1200},  {10000, 6000, -2400, true, -2400},
-        {10000, 7000, 1500, false, -1500}, {20000, 20300, 2000, false, 0},
-    };
+    } rows[] = {{10000, 14000, 0, false, 1800},    {10000, 7000, 0, false, -1800},
+                {10000, 13000, 1200, true, 1200},  {10000, 6000, -2400, true, -2400},
+                {10000, 7000, 1500, false, -1500}, {20000, 20300, 2000, false, 0}};
     for (const auto& row : rows) {
         World world = Cruising(90, row.fromFt, 250);
         Send(world, 66124, row.targetFt);

@@ -87,15 +87,13 @@ TEST(AircraftFile, ItsSettingsWinOverTheUsersByTheirOwnRules) {
     const auto vnavSpeed = []() { return settings.VnavSetSpd; };
     const auto traffic = []() { return settings.TcasVertRange; };
     const auto pause = []() { return settings.ArmPauseAtTod; };
-    const Case cases[] = {
-        {"LnavOffAtLastWpt=1", "LnavOffAtLastWpt=0", lnavOff, 0},
-        {"LnavOffAtLastWpt=0", "LnavOffAtLastWpt=1", lnavOff, 1},
-        {"VnavSetSpd=2", "VnavSetSpd=0", vnavSpeed, 2},
-        {"VnavSetSpd=2", "VnavSetSpd=1", vnavSpeed, 1},
-        {"TcasVertRange=2700", "TcasVertRange=999", traffic, 27},
-        {"TcasVertRange=2700", "TcasVertRange=9900", traffic, 99},
-        {"ArmPauseAtTod=0", "ArmPauseAtTod=1", pause, 0},
-    };
+    const Case cases[] = {{"LnavOffAtLastWpt=1", "LnavOffAtLastWpt=0", lnavOff, 0},
+                          {"LnavOffAtLastWpt=0", "LnavOffAtLastWpt=1", lnavOff, 1},
+                          {"VnavSetSpd=2", "VnavSetSpd=0", vnavSpeed, 2},
+                          {"VnavSetSpd=2", "VnavSetSpd=1", vnavSpeed, 1},
+                          {"TcasVertRange=2700", "TcasVertRange=999", traffic, 27},
+                          {"TcasVertRange=2700", "TcasVertRange=9900", traffic, 99},
+                          {"ArmPauseAtTod=0", "ArmPauseAtTod=1", pause, 0}};
     for (const Case& c : cases) {
         ResetModuleState();
         ApplySettingsText(c.user, settings);

@@ -65,27 +65,25 @@ TEST(Settings, EachPlainSwitchReachesItsOwnMember) {
     const struct {
         const char* key;
         std::int32_t Settings::*member;
-    } cases[] = {
-        {"ArmPauseAtTod", &Settings::ArmPauseAtTod},
-        {"DispAppPtrnAlts", &Settings::DispAppPtrnAlts},
-        {"DispETALocalTime", &Settings::DispETALocalTime},
-        {"DispPrevWpt", &Settings::DispPrevWpt},
-        {"EadiDualCue", &Settings::EadiDualCue},
-        {"EADIHdgTape", &Settings::EADIHdgTape},
-        {"EhsiStaticHdgPointer", &Settings::EhsiStaticHdgPointer},
-        {"ExpandEADI", &Settings::ExpandEADI},
-        {"ExpandEADILnav", &Settings::ExpandEADILnav},
-        {"LoadFuelonFlightPlanLoad", &Settings::LoadFuelonFlightPlanLoad},
-        {"Lnav1xAtTod", &Settings::Lnav1xAtTod},
-        {"LnavSetEnRouteFreqs", &Settings::LnavSetEnRouteFreqs},
-        {"SetSpdOffwhenAPMasterSetOff", &Settings::SetSpdOffwhenAPMasterSetOff},
-        {"SetWptBaro", &Settings::SetWptBaro},
-        {"ShowTodBodIndicators", &Settings::ShowTodBodIndicators},
-        {"VnavOffAtLastWpt", &Settings::VnavOffAtLastWpt},
-        {"VnavOffOnManAltChg", &Settings::VnavOffOnManAltChg},
-        {"VnavSetAlts", &Settings::VnavSetAlts},
-        {"VnavSetSpdOffOnManSpdChg", &Settings::VnavSetSpdOffOnManSpdChg},
-    };
+    } cases[] = {{"ArmPauseAtTod", &Settings::ArmPauseAtTod},
+                 {"DispAppPtrnAlts", &Settings::DispAppPtrnAlts},
+                 {"DispETALocalTime", &Settings::DispETALocalTime},
+                 {"DispPrevWpt", &Settings::DispPrevWpt},
+                 {"EadiDualCue", &Settings::EadiDualCue},
+                 {"EADIHdgTape", &Settings::EADIHdgTape},
+                 {"EhsiStaticHdgPointer", &Settings::EhsiStaticHdgPointer},
+                 {"ExpandEADI", &Settings::ExpandEADI},
+                 {"ExpandEADILnav", &Settings::ExpandEADILnav},
+                 {"LoadFuelonFlightPlanLoad", &Settings::LoadFuelonFlightPlanLoad},
+                 {"Lnav1xAtTod", &Settings::Lnav1xAtTod},
+                 {"LnavSetEnRouteFreqs", &Settings::LnavSetEnRouteFreqs},
+                 {"SetSpdOffwhenAPMasterSetOff", &Settings::SetSpdOffwhenAPMasterSetOff},
+                 {"SetWptBaro", &Settings::SetWptBaro},
+                 {"ShowTodBodIndicators", &Settings::ShowTodBodIndicators},
+                 {"VnavOffAtLastWpt", &Settings::VnavOffAtLastWpt},
+                 {"VnavOffOnManAltChg", &Settings::VnavOffOnManAltChg},
+                 {"VnavSetAlts", &Settings::VnavSetAlts},
+                 {"VnavSetSpdOffOnManSpdChg", &Settings::VnavSetSpdOffOnManSpdChg}};
     for (const auto& c : cases) {
         const Settings read = Read(std::string(c.key) + "=7\n");
         for (const auto& other : cases) {

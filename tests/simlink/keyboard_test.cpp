@@ -177,11 +177,9 @@ TEST_F(KeyboardTest, HookSwallowsTheSimulatorsLettersWithoutModifiers) {
         std::int32_t code;
         std::set<std::int32_t> keys;
         std::int32_t swallowed;
-    } rows[] = {
-        {0, {'S'}, 1},       {0, {'G'}, 1},       {3, {'Z'}, 1},       {0, {'A', 'Z'}, 1},
-        {-1, {'S'}, 0},      {0, {'A'}, 0},       {0, {}, 0},          {0, {'S', 0x10}, 0},
-        {0, {'G', 0x11}, 0}, {0, {'Z', 0x12}, 0}, {0, {0x10, 'A'}, 0},
-    };
+    } rows[] = {{0, {'S'}, 1},       {0, {'G'}, 1},       {3, {'Z'}, 1},      {0, {'A', 'Z'}, 1},
+                {-1, {'S'}, 0},      {0, {'A'}, 0},       {0, {}, 0},         {0, {'S', 0x10}, 0},
+                {0, {'G', 0x11}, 0}, {0, {'Z', 0x12}, 0}, {0, {0x10, 'A'}, 0}};
     for (const auto& row : rows) {
         keyboard.virtualKeys = row.keys;
         EXPECT_EQ(keyboard.hook(row.code), row.swallowed);

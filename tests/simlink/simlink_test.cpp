@@ -31,20 +31,18 @@ TEST_F(SimlinkTest, SnapshotConvertsToTheUnitsOfItsFields) {
         double raw;
         double AircraftState::*field;
         double expected, tolerance;
-    } rows[] = {
-        {71, 5000875, &AircraftState::latitude, 45.0, 1e-9},
-        {71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
-        {72, 70368744177664, &AircraftState::longitude, 90.0, 1e-9},
-        {72, 140737488355332, &AircraftState::longitude, 180.0, 1e-9},
-        {72, 211106232532992, &AircraftState::longitude, -90.0, 1e-9},
-        {72, 281474976710655, &AircraftState::longitude, 0.0, 1e-9},
-        {72, 281474976700000, &AircraftState::longitude, -1.363e-8, 1e-10},  // just west
-        {551, 100 * 1.6878098571, &AircraftState::groundSpeedKt, 100.0, 1e-4},
-        {614, 100, &AircraftState::radioAltitudeFt, 328.08399, 1e-9},
-        {65, 5.08 * 256, &AircraftState::verticalSpeedFpm, 1000.0, 1e-3},
-        {109, 35000, &AircraftState::apAltitudeTargetFt, 35000, 0},
-        {344, 271, &AircraftState::windDirection, 271, 0},
-    };
+    } rows[] = {{71, 5000875, &AircraftState::latitude, 45.0, 1e-9},
+                {71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
+                {72, 70368744177664, &AircraftState::longitude, 90.0, 1e-9},
+                {72, 140737488355332, &AircraftState::longitude, 180.0, 1e-9},
+                {72, 211106232532992, &AircraftState::longitude, -90.0, 1e-9},
+                {72, 281474976710655, &AircraftState::longitude, 0.0, 1e-9},
+                {72, 281474976700000, &AircraftState::longitude, -1.363e-8, 1e-10},  // just west
+                {551, 100 * 1.6878098571, &AircraftState::groundSpeedKt, 100.0, 1e-4},
+                {614, 100, &AircraftState::radioAltitudeFt, 328.08399, 1e-9},
+                {65, 5.08 * 256, &AircraftState::verticalSpeedFpm, 1000.0, 1e-3},
+                {109, 35000, &AircraftState::apAltitudeTargetFt, 35000, 0},
+                {344, 271, &AircraftState::windDirection, 271, 0}};
     for (const auto& row : rows) {
         simulator.variables[row.variable] = row.raw;
         RefreshAircraftState();
