@@ -175,6 +175,7 @@ double MissingTop(const NdPicture& picture) {
 void DrawMissing(NdPicture& picture) {
     if (const char* const text = NdMissingDatum(picture); text != nullptr) {
         const TextBox box = NdMissingBox(picture, text);
+        picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
         picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
     }
     if (!std::isfinite(aircraft.headingMag)) {
