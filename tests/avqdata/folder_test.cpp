@@ -2,9 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <fstream>
 
 #include "avqdata/check.h"
@@ -17,11 +14,10 @@
 #include "navdb/airways.h"
 #include "navdb/boundaries.h"
 #include "navdb/nav_database.h"
+#include "support/temp_sim_folder.h"
 
 namespace avqdata {
 namespace {
-
-namespace fs = std::filesystem;
 
 RunwayEnd End(const char* ident, int lengthFt, const LatLon& at) {
     RunwayEnd end;
@@ -49,11 +45,8 @@ Dataset SmallWorld() {
     return data;
 }
 
-struct TemporaryFolder {
-    fs::path path = fs::temp_directory_path() / ("avqdata_folder_test-" + std::to_string(getpid()));
-    TemporaryFolder() { fs::remove_all(path); }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    std::string Navdata() const { return (path / "avq" / "Navdata").string(); }
+struct TemporaryFolder : avq1::test::TempSimFolder {
+    std::string Navdata() const { return (root() / "avq" / "Navdata").string(); }
 };
 
 TEST(Folder, RoundTripThroughTheModule) {
@@ -66,7 +59,7 @@ TEST(Folder, RoundTripThroughTheModule) {
     EXPECT_EQ(report.Count(Topic::Fault), 0U);
 
     avq1::ResetModuleState();
-    avq1::SimFolder = folder.path.string();
+    avq1::SimFolder = folder.root().string();
     avq1::LoadNavDatabase();
     avq1::ReadDatabaseCycle();
     EXPECT_EQ(avq1::DatabaseCycle, "AIRAC2309");
@@ -189,8 +182,7 @@ TEST(Folder, AFolderThatCannotBeWrittenIsLeftAsItWas) {
     Import import;
     import.Add(SmallWorld());
     ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error));
-    const fs::path blocked = fs::path(folder.Navdata()) / "avq_apts.txt.new";
-    fs::create_directories(blocked / "full");  // no file of that name can be made
+    folder.Write("avq/Navdata/avq_apts.txt.new/full", "");  // no file of that name can be made
     FolderTexts changed = import.Texts();
     changed[kNavaidFile] += "ZZZ Z 1.0 1.0 VOR 113.00\n";
     changed[kAirportFile] += "ZZZZ Z 1 1.0 1.0\n";
@@ -198,22 +190,21 @@ TEST(Folder, AFolderThatCannotBeWrittenIsLeftAsItWas) {
     FolderTexts now;
     ASSERT_TRUE(ReadFolder(folder.Navdata(), now, import.error));
     EXPECT_EQ(now, import.Texts());
-    EXPECT_FALSE(fs::exists(fs::path(folder.Navdata()) / "avq_navs.txt.new"));
+    EXPECT_FALSE(folder.Exists("avq/Navdata/avq_navs.txt.new"));
 }
 
 TEST(Folder, FilesAreFoundWhateverTheirLetterCase) {
     TemporaryFolder folder;
-    fs::create_directories(folder.Navdata());
-    std::ofstream(fs::path(folder.Navdata()) / "AVQ_INTS.TXT") << "OLDIE OLDIE 1.0 1.0\r\n";
-    std::ofstream(fs::path(folder.Navdata()) / "mine.txt") << "keep";
+    folder.Write("avq/Navdata/AVQ_INTS.TXT", "OLDIE OLDIE 1.0 1.0\r\n");
+    folder.Write("avq/Navdata/mine.txt", "keep");
     Import import;
     FolderTexts texts;
     ASSERT_TRUE(ReadFolder(folder.Navdata(), texts, import.error));
     import.folder = ParseFolder(texts, import.report);
     import.Add(SmallWorld());
     ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error));
-    EXPECT_FALSE(fs::exists(fs::path(folder.Navdata()) / "avq_ints.txt"));
-    EXPECT_TRUE(fs::exists(fs::path(folder.Navdata()) / "mine.txt"));
+    EXPECT_FALSE(folder.Exists("avq/Navdata/avq_ints.txt"));
+    EXPECT_TRUE(folder.Exists("avq/Navdata/mine.txt"));
     ASSERT_TRUE(ReadFolder(folder.Navdata(), texts, import.error));
     EXPECT_EQ(LineOf(texts[kFixFile], "OLDIE"), "OLDIE OLDIE 1.00000 1.00000");
 }

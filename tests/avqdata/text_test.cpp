@@ -1,15 +1,14 @@
 // The small readers under the importers: numbers, tokens, dates, lines, compressed files, tables.
 #include <gtest/gtest.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <filesystem>
-#include <fstream>
 
 #include "avqdata/csv_table.h"
 #include "avqdata/cycle.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
+#include "support/temp_sim_folder.h"
 
 namespace avqdata {
 namespace {
@@ -56,9 +55,8 @@ TEST(Cycle, DatesAndCyclesBelongTogether) {
 }
 
 TEST(SourceFile, CompressedLinesComeWholeAndACutFileIsAnError) {
-    const std::string path = (std::filesystem::temp_directory_path() /
-                              ("avqdata_source_test-" + std::to_string(getpid()) + ".gz"))
-                                 .string();
+    const avq1::test::TempSimFolder folder;
+    const std::string path = (folder.root() / "source.gz").string();
     std::string text;
     for (int i = 0; i < 100000; ++i) {
         text += "line " + std::to_string(i * 7919) + "\r\n";
@@ -84,7 +82,6 @@ TEST(SourceFile, CompressedLinesComeWholeAndACutFileIsAnError) {
     while (cut.Next(line)) {
     }
     EXPECT_NE(cut.Error().find("cut short"), std::string::npos) << cut.Error();
-    std::filesystem::remove(path);
 }
 
 TEST(LineSource, LastLineNeedsNoEnd) {

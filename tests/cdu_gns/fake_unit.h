@@ -9,38 +9,20 @@
 #include <vector>
 
 #include "cdu_gns/mcu.h"
-#include "platform/services.h"
+#include "support/picture.h"
 
 namespace avq1::test {
 
 // One surface that shows the unit. What is painted on it stays until it is painted again.
 class FakeUnit {
   public:
-    explicit FakeUnit(int scale = 1)
-        : pixels_(static_cast<std::size_t>(420 * scale) * 159 * scale, 0xFF123456) {
-        context_.width = 420 * scale;
-        context_.height = 159 * scale;
-        context_.bytesPerRow = context_.width * 4;
-        context_.pixels = pixels_.data();
-        PlatformServices& services = Services();
-        services.size = sizeof services;
-        services.text_drawn = [](void* context, const char* text, double x, double y, double,
-                                 std::uint32_t argb) {
-            Captured().push_back({context, text, x, y, argb});
-        };
-        PlatformTable.services = &services;
-    }
+    explicit FakeUnit(int scale = 1) : picture_(420 * scale, 159 * scale, 0xFF123456) {}
     ~FakeUnit() {
         StopDrawingLibrary(drawingLibrary_);
         PlatformTable.services = nullptr;
     }
     FakeUnit(const FakeUnit&) = delete;
     FakeUnit& operator=(const FakeUnit&) = delete;
-
-    static PlatformServices& Services() {
-        static PlatformServices services;
-        return services;
-    }
 
     // Presses keys one after the other; "LEGS NEXT*3" presses NEXT three times. A draw after each.
     void Press(const std::string& keys) {
@@ -67,15 +49,14 @@ class FakeUnit {
 
     // Draws once; how many texts were painted on this surface.
     int Draw(DisplayDrawMode mode = DisplayDrawMode::Normal) {
-        Captured().clear();
-        DrawMcu({&context_, context_.width, context_.height, mode});
-        const std::vector<DrawnText> drawn = Captured();
+        Picture::Forget();
+        DrawMcu(picture_.Target(mode));
+        const std::vector<DrawnText>& drawn = Picture::Texts();
         if (!drawn.empty()) {
             screen_ = drawn;
         }
         return static_cast<int>(
-            std::count_if(drawn.begin(), drawn.end(),
-                          [&](const DrawnText& text) { return text.context == &context_; }));
+            std::ranges::count(drawn, &picture_.context(), &DrawnText::context));
     }
 
     // The painted rows from the top, the texts of a row from the left with "|" between them.
@@ -95,29 +76,14 @@ class FakeUnit {
         return joined;
     }
 
-    std::uint32_t Pixel(int x, int y) const {
-        return pixels_[static_cast<std::size_t>(y) * context_.width + x];
-    }
+    std::uint32_t Pixel(int x, int y) const { return picture_.At(x, y); }
     int CountPixels(std::uint32_t argb) const {
-        return static_cast<int>(std::count(pixels_.begin(), pixels_.end(), argb));
+        return static_cast<int>(std::ranges::count(picture_.pixels(), argb));
     }
 
   private:
-    struct DrawnText {
-        void* context;
-        std::string text;
-        double x;
-        double y;
-        std::uint32_t argb;
-    };
-    static std::vector<DrawnText>& Captured() {
-        static std::vector<DrawnText> captured;
-        return captured;
-    }
-
     std::uintptr_t drawingLibrary_ = StartDrawingLibrary();
-    PixelDeviceContext context_;
-    std::vector<std::uint32_t> pixels_;
+    Picture picture_;
     std::vector<DrawnText> screen_;
 };
 

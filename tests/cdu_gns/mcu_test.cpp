@@ -418,7 +418,7 @@ class McuTypingTest : public McuTest {
         }
     }
 
-    FakeKeyboard keyboard{FakeUnit::Services()};
+    FakeKeyboard keyboard{Picture::Services()};
     TempSimFolder folder;
 };
 

@@ -19,6 +19,7 @@ struct DrawnText {
     double y = 0;
     double pixelSize = 0;
     std::uint32_t argb = 0;
+    const void* context = nullptr;  // of the picture it was drawn on
 };
 
 class Picture {
@@ -54,6 +55,12 @@ class Picture {
         return true;
     }
 
+    // What the pictures put behind the platform table.
+    static PlatformServices& Services() {
+        static PlatformServices services;
+        return services;
+    }
+
     // The texts drawn since the last picture was made or Forget was called, in drawing order.
     static std::vector<DrawnText>& Texts() {
         static std::vector<DrawnText> texts;
@@ -72,11 +79,11 @@ class Picture {
 
   private:
     static void ListenForTexts() {
-        static PlatformServices services;
+        PlatformServices& services = Services();
         services.size = sizeof(services);
-        services.text_drawn = [](void*, const char* text, double x, double y, double pixelSize,
-                                 std::uint32_t argb) {
-            Texts().push_back({text, x, y, pixelSize, argb});
+        services.text_drawn = [](void* context, const char* text, double x, double y,
+                                 double pixelSize, std::uint32_t argb) {
+            Texts().push_back({text, x, y, pixelSize, argb, context});
         };
         PlatformTable.services = &services;
         Forget();
