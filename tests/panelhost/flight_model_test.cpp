@@ -23,9 +23,16 @@ World Cruising(double headingTrue, double altitudeFt, double airspeedKt) {
     return world;
 }
 
-void Send(World& world, int event, int value = 0) {
-    ASSERT_NE(FindKeyEvent(event), nullptr) << event;
-    FindKeyEvent(event)->apply(world, static_cast<std::uint32_t>(value));
+struct Event {
+    int number;
+    int value = 0;
+};
+
+void Send(World& world, std::initializer_list<Event> events) {
+    for (const Event& event : events) {
+        ASSERT_NE(FindKeyEvent(event.number), nullptr) << event.number;
+        FindKeyEvent(event.number)->apply(world, static_cast<std::uint32_t>(event.value));
+    }
 }
 
 void Fly(World& world, double seconds) {
@@ -46,8 +53,7 @@ TEST(FlightModel, TurnsTheShortWayAndCapturesTheHeading) {
     for (const auto& row : rows) {
         World world = Cruising(row.from, 10000, row.airspeedKt);
         world.magneticVariation = row.variation;
-        Send(world, 66042, row.bug);
-        Send(world, 65803);
+        Send(world, {{66042, row.bug}, {65803}});
         double steepest = 0;
         double overshoot = 0;
         for (int i = 0; i < 20 * 150; ++i) {
@@ -68,8 +74,7 @@ TEST(FlightModel, TurnsTheShortWayAndCapturesTheHeading) {
 
 TEST(FlightModel, TurnsOnTheRadiusOfItsBank) {
     World world = Cruising(0, 10000, 250);
-    Send(world, 66042, 180);
-    Send(world, 65803);
+    Send(world, {{66042, 180}, {65803}});
     Fly(world, 10);
     const double speed = world.aircraft.trueAirspeedKt * 1852 / 3600;
     const double bank = world.aircraft.bankRightDeg / kDegreesPerRadian;
@@ -83,8 +88,7 @@ TEST(FlightModel, TurnsOnTheRadiusOfItsBank) {
     EXPECT_NEAR(radius, speed * speed / (9.80665 * std::tan(bank)), radius * 0.01);
 
     World slow = Cruising(0, 50, 120);
-    Send(slow, 66042, 180);
-    Send(slow, 65803);
+    Send(slow, {{66042, 180}, {65803}});
     Fly(slow, 10);
     const double before = slow.aircraft.headingTrue;
     Fly(slow, 10);
@@ -102,9 +106,9 @@ TEST(FlightModel, ClimbsAtItsRateAndCapturesTheAltitude) {
                 {10000, 7000, 1500, false, -1500}, {20000, 20300, 2000, false, 0}};
     for (const auto& row : rows) {
         World world = Cruising(90, row.fromFt, 250);
-        Send(world, 66124, row.targetFt);
-        Send(world, 66036, row.verticalSpeedFpm);
-        Send(world, row.verticalSpeedHold ? 66102 : 65804);
+        Send(world, {{66124, row.targetFt},
+                     {66036, row.verticalSpeedFpm},
+                     {row.verticalSpeedHold ? 66102 : 65804}});
         Fly(world, 40);
         if (row.expectedFpm != 0) {
             EXPECT_NEAR(world.aircraft.verticalSpeedFpm, row.expectedFpm, 1) << row.targetFt;
@@ -123,9 +127,7 @@ TEST(FlightModel, ClimbsAtItsRateAndCapturesTheAltitude) {
 
 TEST(FlightModel, AVerticalSpeedAwayFromTheTargetFliesOn) {
     World world = Cruising(90, 10000, 250);
-    Send(world, 66124, 12000);
-    Send(world, 66036, -1000);
-    Send(world, 66102);
+    Send(world, {{66124, 12000}, {66036, -1000}, {66102}});
     Fly(world, 120);
     EXPECT_NEAR(world.aircraft.altitudeFt, 10000 - 1000 * 2, 150);
     EXPECT_TRUE(world.autopilot.verticalSpeedHold);
@@ -133,18 +135,17 @@ TEST(FlightModel, AVerticalSpeedAwayFromTheTargetFliesOn) {
 
 TEST(FlightModel, HoldsAirspeedAndStopsAtMach) {
     World world = Cruising(90, 10000, 250);
-    Send(world, 66037, 300);
+    Send(world, {{66037, 300}});
     Fly(world, 60);
     EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 250, 0.1) << "not engaged";
-    Send(world, 65858);
+    Send(world, {{65858}});
     Fly(world, 90);
     EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1);
-    Send(world, 65859);
+    Send(world, {{65859}});
     Fly(world, 60);
     EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1) << "what it had when let go";
     World high = Cruising(90, 36000, 250);
-    Send(high, 66037, 330);
-    Send(high, 65858);
+    Send(high, {{66037, 330}, {65858}});
     Fly(high, 200);
     EXPECT_NEAR(high.aircraft.trueAirspeedKt, 0.82 * 573.6, 2);
 }
@@ -182,17 +183,15 @@ TEST(FlightModel, TakesOffAndLands) {
     world.aircraft.parkingBrake = true;
     world.groundElevationFt = 1500;
     FillTanks(world.aircraft, 20000);
-    Send(world, 66037, 200);
-    Send(world, 65858);
-    Send(world, 66124, 5000);
+    Send(world, {{66037, 200}, {65858}, {66124, 5000}});
     Fly(world, 60);
     EXPECT_EQ(world.aircraft.indicatedAirspeedKt, 0) << "the brake is set";
     EXPECT_EQ(world.aircraft.altitudeFt, 1500);
-    Send(world, 65752);
+    Send(world, {{65752}});
     Fly(world, 240);
     EXPECT_FALSE(world.aircraft.onGround);
     EXPECT_NEAR(world.aircraft.altitudeFt, 5000, 10);
-    Send(world, 66124, 0);
+    Send(world, {{66124, 0}});
     Fly(world, 400);
     EXPECT_TRUE(world.aircraft.onGround);
     EXPECT_EQ(world.aircraft.altitudeFt, 1500);

@@ -31,120 +31,105 @@ Ground MakeGround() {
     return ground;
 }
 
-void Send(World& world, int event, std::uint32_t value) {
-    FindKeyEvent(event)->apply(world, value);
-}
+class Radios : public testing::Test {
+  protected:
+    void Send(int event, std::uint32_t value) { FindKeyEvent(event)->apply(world, value); }
+    double Read(int number) { return ReadVariable(world, number).value_or(-1); }
+    void ReceiveAt(const GeoPoint& position, double altitudeFt) {
+        world.aircraft.position = position;
+        world.aircraft.altitudeFt = altitudeFt;
+        UpdateReceivers(ground, Variation, world);
+    }
 
-double Read(const World& world, int number) {
-    return ReadVariable(world, number).value_or(-1);
-}
-
-struct VorCase {
-    double radialTrue;  // where the aircraft is, from the station
-    int courseMag;
-    int toFrom;
-    double needle;  // 127 is 10 degrees; positive: the course lies to the right
+    Ground ground = MakeGround();
+    World world;
 };
 
-TEST(Radios, VorNeedleAndToFromFollowTheRadial) {
-    Ground ground = MakeGround();
+TEST_F(Radios, VorNeedleAndToFromFollowTheRadial) {
     // Radial magnetic = radial true - 4. Inbound from the west (radial 270 true) is course 086.
-    const VorCase rows[] = {
+    const struct {
+        double radialTrue;  // where the aircraft is, from the station
+        int courseMag;
+        int toFrom;
+        double needle;  // 127 is 10 degrees; positive: the course lies to the right
+    } rows[] = {
         {270, 86, 1, 0},  {270, 81, 1, 63.5},  {270, 91, 1, -63.5},  {270, 60, 1, 127},
         {270, 266, 2, 0}, {270, 271, 2, 63.5}, {270, 261, 2, -63.5}, {0, 356, 2, 0},
         {0, 176, 1, 0},   {2, 360, 2, 25.4},
     };
-    for (const VorCase& row : rows) {
-        World world;
-        world.aircraft.position = Destination({45, 10}, row.radialTrue, 30);
-        world.aircraft.altitudeFt = 10000;
+    for (const auto& row : rows) {
+        world = World{};
         world.aircraft.headingTrue = 40;
-        Send(world, 65708, 0x11390);
-        Send(world, 65716, static_cast<std::uint32_t>(row.courseMag));
-        UpdateReceivers(ground, Variation, world);
+        Send(65708, 0x11390);
+        Send(65716, static_cast<std::uint32_t>(row.courseMag));
+        ReceiveAt(Destination({45, 10}, row.radialTrue, 30), 10000);
         ASSERT_EQ(world.nav1.ident, "ALF") << "the nearer of two on one frequency";
         EXPECT_EQ(world.nav1.toFrom, row.toFrom) << row.radialTrue << " " << row.courseMag;
-        EXPECT_NEAR(Read(world, 40), row.needle, 0.01) << row.radialTrue << " " << row.courseMag;
-        EXPECT_NEAR(AngleDifference(Read(world, 550), row.radialTrue + 180 - 40), 0, 0.6);
-        EXPECT_NEAR(Read(world, 31), std::hypot(30, 10000 / kFeetPerNm), 0.01);
-        EXPECT_EQ(Read(world, 46), 1);
-        EXPECT_GT(Read(world, 49), 0);
+        EXPECT_NEAR(Read(40), row.needle, 0.01) << row.radialTrue << " " << row.courseMag;
+        EXPECT_NEAR(AngleDifference(Read(550), row.radialTrue + 180 - 40), 0, 0.6);
+        EXPECT_NEAR(Read(31), std::hypot(30, 10000 / kFeetPerNm), 0.01);
+        EXPECT_EQ(Read(46), 1);
+        EXPECT_GT(Read(49), 0);
     }
 }
 
-TEST(Radios, FrequenciesComeInBinaryCodedDecimal) {
-    World world;
-    Send(world, 65708, 0x11390);
+TEST_F(Radios, FrequenciesComeInBinaryCodedDecimal) {
+    Send(65708, 0x11390);
     EXPECT_EQ(world.nav1.frequency, 11390);
-    Send(world, 65708, 0x1030);
+    Send(65708, 0x1030);
     EXPECT_EQ(world.nav1.frequency, 11030) << "four digits, as the simulator sends them";
-    Send(world, 65708, 0x1A30);
-    Send(world, 65708, 0x15000);
+    Send(65708, 0x1A30);
+    Send(65708, 0x15000);
     EXPECT_EQ(world.nav1.frequency, 11030) << "no digits, out of the band";
-    Send(world, 65714, 0x385);
+    Send(65714, 0x385);
     EXPECT_EQ(world.adf.frequency, 385);
 }
 
-TEST(Radios, OutOfReachThereIsNoSignal) {
-    Ground ground = MakeGround();
-    World world;
-    world.aircraft.position = Destination({45, 10}, 90, 150);
-    world.aircraft.altitudeFt = 5000;
+TEST_F(Radios, OutOfReachThereIsNoSignal) {
     world.nav1.frequency = 11390;
-    UpdateReceivers(ground, Variation, world);
-    EXPECT_EQ(Read(world, 49), 0);
-    EXPECT_EQ(Read(world, 852), 0);
-    EXPECT_EQ(Read(world, 31), 0);
-    world.aircraft.altitudeFt = 35000;
-    UpdateReceivers(ground, Variation, world);
-    EXPECT_GT(Read(world, 49), 0) << "line of sight grows with height";
+    ReceiveAt(Destination({45, 10}, 90, 150), 5000);
+    EXPECT_EQ(Read(49), 0);
+    EXPECT_EQ(Read(852), 0);
+    EXPECT_EQ(Read(31), 0);
+    ReceiveAt(world.aircraft.position, 35000);
+    EXPECT_GT(Read(49), 0) << "line of sight grows with height";
 }
 
-TEST(Radios, AdfPointsToTheBeacon) {
-    Ground ground = MakeGround();
-    World world;
-    world.aircraft.position = {45.0, 10.0};
+TEST_F(Radios, AdfPointsToTheBeacon) {
     world.aircraft.headingTrue = 90;
-    Send(world, 65714, 0x385);
-    UpdateReceivers(ground, Variation, world);
-    EXPECT_GT(Read(world, 20), 0);
-    EXPECT_NEAR(Read(world, 39), 270, 0.01);
+    Send(65714, 0x385);
+    ReceiveAt({45.0, 10.0}, 0);
+    EXPECT_GT(Read(20), 0);
+    EXPECT_NEAR(Read(39), 270, 0.01);
 }
 
-TEST(Radios, LocalizerAndGlideslopeGiveTheSidesOfThePath) {
-    Ground ground = MakeGround();
+TEST_F(Radios, LocalizerAndGlideslopeGiveTheSidesOfThePath) {
     const GeoPoint touchdown = Destination({45, 11}, 90, 1000 / kFeetPerNm);
-    World world;
-    Send(world, 65708, 0x11030);
+    Send(65708, 0x11030);
     const auto place = [&](double alongNm, double rightNm, double aboveFt) {
-        const GeoPoint abeam = Destination(touchdown, 270, alongNm);
-        world.aircraft.position = Destination(abeam, 180, rightNm);
-        world.aircraft.altitudeFt =
-            1500 + std::tan(3 / kDegreesPerRadian) * alongNm * kFeetPerNm + aboveFt;
-        UpdateReceivers(ground, Variation, world);
+        ReceiveAt(Destination(Destination(touchdown, 270, alongNm), 180, rightNm),
+                  1500 + std::tan(3 / kDegreesPerRadian) * alongNm * kFeetPerNm + aboveFt);
     };
     place(8, 0, 0);
-    EXPECT_EQ(static_cast<int>(Read(world, 46)) & 0xC0, 0xC0);
-    EXPECT_NEAR(Read(world, 40), 0, 2);
-    EXPECT_NEAR(Read(world, 41), 0, 1);
+    EXPECT_EQ(static_cast<int>(Read(46)) & 0xC0, 0xC0);
+    EXPECT_NEAR(Read(40), 0, 2);
+    EXPECT_NEAR(Read(41), 0, 1);
     place(8, 0.2, 0);
-    EXPECT_LT(Read(world, 40), -20) << "right of the centre line: fly left";
+    EXPECT_LT(Read(40), -20) << "right of the centre line: fly left";
     place(8, 0, 300);
-    EXPECT_GT(Read(world, 41), 20) << "above the path: the pointer is low, counted positive";
+    EXPECT_GT(Read(41), 20) << "above the path: the pointer is low, counted positive";
     place(8, 0, -300);
-    EXPECT_LT(Read(world, 41), -20);
+    EXPECT_LT(Read(41), -20);
     place(40, 0, 0);
-    EXPECT_EQ(Read(world, 46), 0) << "too far";
+    EXPECT_EQ(Read(46), 0) << "too far";
     place(4.66, 0, 0);
-    EXPECT_EQ(Read(world, 354), 1) << "outer marker";
+    EXPECT_EQ(Read(354), 1) << "outer marker";
 }
 
-TEST(Radios, FliesAnApproachToTheRunway) {
-    Ground ground = MakeGround();
+TEST_F(Radios, FliesAnApproachToTheRunway) {
     // The other end of the runway on the same frequency: its antenna lies on our side.
     std::vector<std::string> warnings;
     ParseLocalizers("IZZ 110.30 45.0 11.04 270 3 1500 LXXX 27 45.0 10.995\n", ground, warnings);
-    World world;
     world.magneticVariation = kVariation;
     world.aircraft.position = Destination(Destination({45, 11}, 270, 15), 180, 2);
     world.aircraft.headingTrue = 60;
@@ -153,10 +138,10 @@ TEST(Radios, FliesAnApproachToTheRunway) {
     world.aircraft.heldAirspeedKt = 160;
     FillTanks(world.aircraft, 10000);
     for (const int event : {65580, 65724, 65804}) {
-        Send(world, event, 0);
+        Send(event, 0);
     }
     world.autopilot.altitudeTargetFt = 4000;
-    Send(world, 65708, 0x11030);
+    Send(65708, 0x11030);
     double worstFt = 0;
     for (int i = 0; i < 20 * 900 && !world.aircraft.onGround; ++i) {
         world.groundElevationFt = GroundElevationFt(ground, world.aircraft.position);
@@ -178,8 +163,7 @@ TEST(Radios, FliesAnApproachToTheRunway) {
     EXPECT_GT(world.aircraft.verticalSpeedFpm, -400) << "flared";
 }
 
-TEST(Radios, GroundRisesSmoothlyAtAirports) {
-    Ground ground = MakeGround();
+TEST_F(Radios, GroundRisesSmoothlyAtAirports) {
     EXPECT_NEAR(GroundElevationFt(ground, {45, 11}), 1500, 1);
     EXPECT_EQ(GroundElevationFt(ground, {0, 0}), 0);
     double last = GroundElevationFt(ground, Destination({45, 11}, 270, 60));

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <set>
 
 #include "panelhost/script.h"
 #include "tests/panelhost/host_fixture.h"
@@ -12,7 +11,9 @@
 namespace panelhost {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::Field;
 using testing::HasSubstr;
 
 constexpr const char* kTwoWindows =
@@ -85,13 +86,9 @@ TEST_F(SessionTest, PlacementsOfOneGaugeAreIndependent) {
     session_.Step(0.01);
     session_.SetWindowVisible(4001, true);
     session_.Step(0.01);
-    std::multiset<std::string> main;
-    for (const DrawnText& text : session_.Texts(0)) {
-        main.insert(text.text);
-    }
-    EXPECT_EQ(main, (std::multiset<std::string>{"drawn 2", "drawn 2"}));
-    ASSERT_EQ(session_.Texts(1).size(), 1U);
-    EXPECT_EQ(session_.Texts(1)[0].text, "drawn 1") << "drew its own surface only once";
+    const auto drawn = [](const char* text) { return Field(&DrawnText::text, text); };
+    EXPECT_THAT(session_.Texts(0), ElementsAre(drawn("drawn 2"), drawn("drawn 2")));
+    EXPECT_THAT(session_.Texts(1), ElementsAre(drawn("drawn 1"))) << "its own surface, once";
     EXPECT_EQ(PixelAt(session_, 1, kProbeSurfaceX, kProbeSurfaceY), 0xFF010101U);
     EXPECT_EQ(PixelAt(session_, 0, 10 + kProbeSurfaceX, 20 + kProbeSurfaceY), 0xFF020202U);
 }
@@ -142,17 +139,14 @@ TEST_F(SessionTest, RoutesClicksInTheGaugesOwnPixels) {
         session_.Step(1.0 / 18, false);
     }
     session_.MouseUp();
-    const std::vector<ProbeRecord> clicks = Clicks();
-    std::vector<std::uint32_t> flags;
-    for (const ProbeRecord& click : clicks) {
-        flags.push_back(click.flags);
-        EXPECT_EQ(click.x, 2);
-        EXPECT_EQ(click.y, 3);
-        EXPECT_EQ(click.gauge, Gauges(*Log())[2]);
-    }
     namespace flag = avq1::mouse_flag;
-    EXPECT_THAT(flags, ElementsAre(flag::kLeftSingle, flag::kDownRepeat, flag::kDownRepeat,
-                                   flag::kDownRepeat, flag::kLeftRelease));
+    const auto click = [gauge = Gauges(*Log())[2]](std::uint32_t flags) {
+        return AllOf(Field(&ProbeRecord::flags, flags), Field(&ProbeRecord::gauge, gauge),
+                     Field(&ProbeRecord::x, 2), Field(&ProbeRecord::y, 3));
+    };
+    EXPECT_THAT(Clicks(), ElementsAre(click(flag::kLeftSingle), click(flag::kDownRepeat),
+                                      click(flag::kDownRepeat), click(flag::kDownRepeat),
+                                      click(flag::kLeftRelease)));
     EXPECT_FALSE(session_.Click(0, 5, 5)) << "no gauge there";
     EXPECT_FALSE(session_.Click(1, 4, 5)) << "a closed window takes no clicks";
     EXPECT_FALSE(session_.Wheel(0, 109, 33, false)) << "only wheel up is asked for";
@@ -174,16 +168,12 @@ TEST_F(SessionTest, SendsARectanglesKeyEventAndOpensWindows) {
 
 TEST_F(SessionTest, NamesKeysAndReadsExportedVariables) {
     ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
-    std::vector<std::string> labels;
-    for (const ClickArea& area : session_.ClickAreas(0)) {
-        labels.push_back(area.label);
-    }
-    EXPECT_THAT(labels, ElementsAre("LINE KEY 1", "", "LINE KEY 1", ""));
-    const std::vector<NamedVariable> variables = session_.Status().variables;
-    ASSERT_EQ(variables.size(), 3U);
-    EXPECT_EQ(variables[0].text, "INIT");
-    EXPECT_EQ(variables[1].number, 42);
-    EXPECT_EQ(variables[2].number, 12.5);
+    const auto label = [](const char* text) { return Field(&ClickArea::label, text); };
+    EXPECT_THAT(session_.ClickAreas(0),
+                ElementsAre(label("LINE KEY 1"), label(""), label("LINE KEY 1"), label("")));
+    EXPECT_THAT(session_.Status().variables,
+                ElementsAre(Field(&NamedVariable::text, "INIT"), Field(&NamedVariable::number, 42),
+                            Field(&NamedVariable::number, 12.5)));
     EXPECT_FALSE(session_.FindVariable("probe_other").has_value());
 }
 
