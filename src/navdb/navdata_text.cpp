@@ -116,17 +116,25 @@ void FillAirportDetail(std::string_view line, std::string_view ident, AirportDet
     }
 }
 
+// What the lines of fixes and navaids begin with; false for a comment.
+bool ReadNamedPlace(std::string_view& rest, PointRecord& record) {
+    if (rest.starts_with(kComment)) {
+        return false;
+    }
+    record.ident = NextField(rest);
+    record.name = NextField(rest);
+    record.latitude = NextNumberField(rest);
+    record.longitude = NextNumberField(rest);
+    return true;
+}
+
 }  // namespace
 
 void ReadIntersections(std::string_view text, PointTable& table) {
     ReadRecords(text, table, kIntersectionLimit, [](std::string_view& rest, PointRecord& record) {
-        if (rest.starts_with(kComment)) {
+        if (!ReadNamedPlace(rest, record)) {
             return false;
         }
-        record.ident = NextField(rest);
-        record.name = NextField(rest);
-        record.latitude = NextNumberField(rest);
-        record.longitude = NextNumberField(rest);
         record.kind = PointKind::Intersection;
         return !record.ident.empty();
     });
@@ -168,13 +176,9 @@ void ReadAirports(std::string_view text, PointTable& table) {
 
 void ReadNavaids(std::string_view text, PointTable& table) {
     ReadRecords(text, table, kNavaidLimit, [](std::string_view& rest, PointRecord& record) {
-        if (rest.starts_with(kComment)) {
+        if (!ReadNamedPlace(rest, record)) {
             return false;
         }
-        record.ident = NextField(rest);
-        record.name = NextField(rest);
-        record.latitude = NextNumberField(rest);
-        record.longitude = NextNumberField(rest);
         record.kind = NextField(rest) == "VOR" ? PointKind::Vor : PointKind::Navaid;
         record.frequency = NextField(rest);
         return !record.ident.empty();
