@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <utility>
 
 #include "base/module_state.h"
 #include "navdb/airport_detail.h"
@@ -64,42 +63,14 @@ void BuildRouteWaypoints(const RouteChoice& choice, std::vector<ProcedureWaypoin
     }
 }
 
-// Of the chosen type and to the chosen runway.
-bool IsOfChosenApproach(const ProcedureLeg& leg) {
+// A leg at the transition's fix counts whichever transition it stands in.
+bool IsChosenApproachLeg(const ProcedureLeg& leg) {
+    static constexpr std::string_view kEveryTransition[] = {"IAF*", "---", "MAP", "FAF", ""};
     const ProcedureChoice& choice = procedureChoice;
     return leg.group == choice.approachType &&
-           (leg.text2.empty() || leg.text2.find(choice.arrivalRunway) != std::string::npos);
-}
-
-bool IsOfChosenTransition(const ProcedureLeg& leg) {
-    static constexpr std::string_view kEveryTransition[] = {"IAF*", "---", "MAP", "FAF", ""};
-    return leg.qualifier == procedureChoice.approachTransition ||
-           IsOneOf(leg.qualifier, kEveryTransition);
-}
-
-bool Holds(const std::vector<ProcedureWaypoint>& list, std::string_view ident) {
-    return std::any_of(list.begin(), list.end(),
-                       [&](const ProcedureWaypoint& waypoint) { return waypoint.ident == ident; });
-}
-
-// A fix twice in a row, where a transition meets the common part, is one waypoint.
-void AppendApproachWaypoint(const ProcedureLeg& leg, std::vector<ProcedureWaypoint>& list) {
-    static constexpr std::string_view kShownRoles[] = {"IAF", "MAP", "FAF", "MAF", "ARC", "HP"};
-    ProcedureWaypoint waypoint{leg.fix,      IsOneOf(leg.role, kShownRoles) ? leg.role : "",
-                               leg.text1,    "",
-                               leg.latitude, leg.longitude,
-                               leg.flyover};
-    if (list.empty() || list.back().ident != leg.fix) {
-        if (HasRoom(list)) {
-            list.push_back(std::move(waypoint));
-        }
-        return;
-    }
-    if (waypoint.roleText.empty()) {
-        waypoint.roleText = list.back().roleText;
-    }
-    waypoint.flyover = std::max(waypoint.flyover, list.back().flyover);
-    list.back() = std::move(waypoint);
+           (leg.text2.empty() || leg.text2.find(choice.arrivalRunway) != std::string::npos) &&
+           (leg.fix == choice.approachTransition || leg.qualifier == choice.approachTransition ||
+            IsOneOf(leg.qualifier, kEveryTransition));
 }
 
 }  // namespace
@@ -119,16 +90,14 @@ void BuildStarWaypoints() {
 }
 
 void BuildApproachWaypoints() {
-    const std::string& transition = procedureChoice.approachTransition;
+    static constexpr std::string_view kShownRoles[] = {"IAF", "MAP", "FAF", "MAF", "ARC", "HP"};
     std::vector<ProcedureWaypoint>& list = procedureLists.approach;
     list.clear();
     for (const Procedure& approach : airportSlots[kArrivalSlot].procedures.approaches) {
         for (const ProcedureLeg& leg : approach.legs) {
-            // The transition's own fix counts wherever it stands; other transitions that pass it
-            // do not bring it back later on.
-            const bool begins = leg.fix == transition && !Holds(list, transition);
-            if (IsOfChosenApproach(leg) && (begins || IsOfChosenTransition(leg))) {
-                AppendApproachWaypoint(leg, list);
+            if (IsChosenApproachLeg(leg) && HasRoom(list)) {
+                list.push_back({leg.fix, IsOneOf(leg.role, kShownRoles) ? leg.role : "", leg.text1,
+                                "", leg.latitude, leg.longitude, leg.flyover});
             }
         }
     }
