@@ -285,7 +285,8 @@ void FeedClient(Server& server, SocketClient& client) {
             window.areasStamp = feed.areasStamp;
             SendText(client, feed.areas);
         }
-        if (feed.texts && window.textsStamp != feed.textsStamp && client.queuedMessages < kMaxWaiting) {
+        if (feed.texts && window.textsStamp != feed.textsStamp &&
+            client.queuedMessages < kMaxWaiting) {
             window.textsStamp = feed.textsStamp;
             SendText(client, feed.texts);
         }
