@@ -31,5 +31,10 @@ function(avq1_test name)
   target_compile_definitions(test_${name} PRIVATE
     AVQ1_SOURCE_DIR="${PROJECT_SOURCE_DIR}" AVQ1_BINARY_DIR="${CMAKE_BINARY_DIR}")
   target_link_libraries(test_${name} PRIVATE ${TEST_LINKS} GTest::gtest_main GTest::gmock)
+  if(TARGET test_base AND NOT name STREQUAL base)  # parsed once for all test programs
+    target_precompile_headers(test_${name} REUSE_FROM test_base)
+  else()
+    target_precompile_headers(test_${name} PRIVATE <gtest/gtest.h> <string> <vector>)
+  endif()
   gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60)
 endfunction()
