@@ -39,6 +39,7 @@ struct Reach {
 };
 
 std::vector<Reach> reaches;
+std::vector<CanvasPoint> run;  // the line being drawn; kept, so that a frame allocates nothing
 const StateReset kReset([] { reaches.clear(); });
 
 double ReachOf(std::size_t index, const std::vector<LatLon>& points) {
@@ -78,8 +79,7 @@ void DrawName(const MapFrame& frame, const AtcBoundary& boundary) {
 
 // The outline's lines as far as they are on the map. Cutting them here is far cheaper than a clip,
 // and points closer than the eye can tell apart are left out.
-void DrawBoundary(const MapFrame& frame, const AtcBoundary& boundary,
-                  std::vector<CanvasPoint>& run) {
+void DrawBoundary(const MapFrame& frame, const AtcBoundary& boundary) {
     constexpr double kLeastPx = 2.0;
     constexpr CanvasPen kPen{kBoundaryColour, 1.0};
     Canvas& canvas = frame.surface.canvas();
@@ -139,8 +139,7 @@ void DrawAtcBoundaries(const MapFrame& frame) {
     if (!atcBoundaries.loaded) {
         LoadAtcBoundaries();
     }
-    std::vector<CanvasPoint> run;
-    EachVisible(frame, [&](const AtcBoundary& boundary) { DrawBoundary(frame, boundary, run); });
+    EachVisible(frame, [&](const AtcBoundary& boundary) { DrawBoundary(frame, boundary); });
 }
 
 void DrawAtcBoundaryNames(const MapFrame& frame) {

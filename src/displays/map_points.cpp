@@ -28,6 +28,9 @@ struct SeenPoint {
     const PointRecord* record;
 };
 
+// Of the layer being drawn; kept, so that a frame allocates nothing.
+std::vector<SeenPoint> seen;
+
 TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
     return {point.at.x - halfWidth, point.at.y - halfWidth, 2 * halfWidth, 2 * halfWidth};
 }
@@ -37,12 +40,11 @@ bool SamePlace(const PointRecord& a, const PointRecord& b) {
     return a.latitude == b.latitude && a.longitude == b.longitude;
 }
 
-// What of the list stands on the map, nearest first.
-std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list,
-                              const PointRecord* except = nullptr) {
-    std::vector<SeenPoint> seen;
+// Finds what of the list stands on the map, nearest first.
+void FindSeen(const MapFrame& frame, const PointTable& list, const PointRecord* except) {
+    seen.clear();
     if (!IsUsable(frame.view)) {
-        return seen;
+        return;
     }
     const MapView& view = frame.view;
     const double reachDeg = frame.rangeNm / 60.0;
@@ -67,11 +69,10 @@ std::vector<SeenPoint> SeenOf(const MapFrame& frame, const PointTable& list,
         return a.distanceNm < b.distanceNm;
     };
     std::sort(seen.begin(), seen.end(), nearer);
-    return seen;
 }
 
 // Leaves those that do not cover each other or what is taken already.
-void Thin(const MapFrame& frame, TextBoxes places, std::vector<SeenPoint>& seen) {
+void ThinSeen(const MapFrame& frame, TextBoxes places) {
     const double apart = kApartPx + kApartPxPerNm * frame.rangeNm;
     std::size_t kept = 0;
     for (const SeenPoint& point : seen) {
@@ -84,36 +85,33 @@ void Thin(const MapFrame& frame, TextBoxes places, std::vector<SeenPoint>& seen)
 
 // Clipping costs more than drawing: only the symbols at the map's edge are clipped.
 template <class StyleOf>
-void DrawSymbolsOf(const MapFrame& frame, const std::vector<SeenPoint>& seen, SymbolCode code,
-                   StyleOf styleOf) {
+void DrawSymbolsWhere(const MapFrame& frame, bool inside, SymbolCode code, StyleOf styleOf) {
     Symbol symbol{code};
     symbol.rangeNm = frame.rangeNm;
-    const auto draw = [&](const SeenPoint& point) {
-        symbol.style = styleOf(*point.record);
-        DrawSymbol(frame.surface, point.at.x, point.at.y, symbol);
-    };
-    const auto isInside = [&](const SeenPoint& point) {
-        return InsideMap(frame, PlaceOf(point, kSymbolReach));
-    };
-    std::vector<SeenPoint> atEdge;
     for (const SeenPoint& point : seen) {
-        if (isInside(point)) {
-            draw(point);
-        } else {
-            atEdge.push_back(point);
+        if (InsideMap(frame, PlaceOf(point, kSymbolReach)) == inside) {
+            symbol.style = styleOf(*point.record);
+            DrawSymbol(frame.surface, point.at.x, point.at.y, symbol);
         }
     }
+}
+
+// Clipping costs more than drawing: only the symbols at the map's edge are clipped.
+template <class StyleOf>
+void DrawSymbols(const MapFrame& frame, SymbolCode code, StyleOf styleOf) {
+    DrawSymbolsWhere(frame, true, code, styleOf);
     frame.surface.canvas().SaveState();
     ClipToMap(frame);
-    std::for_each(atEdge.begin(), atEdge.end(), draw);
+    DrawSymbolsWhere(frame, false, code, styleOf);
     frame.surface.canvas().RestoreState();
 }
 
+// The seen points' symbols, and identifiers where there is room.
 template <class StyleOf>
-void DrawPoints(const MapFrame& frame, std::vector<SeenPoint> seen, const TextBoxes& taken,
-                SymbolCode code, std::uint32_t identColour, StyleOf styleOf) {
-    Thin(frame, taken, seen);
-    DrawSymbolsOf(frame, seen, code, styleOf);
+void DrawSeen(const MapFrame& frame, const TextBoxes& taken, SymbolCode code,
+              std::uint32_t identColour, StyleOf styleOf) {
+    ThinSeen(frame, taken);
+    DrawSymbols(frame, code, styleOf);
     for (const SeenPoint& point : seen) {
         frame.texts.Take(PlaceOf(point, kApartPx));
     }
@@ -139,21 +137,22 @@ SymbolStyle OwnStyle(const PointRecord& /*record*/) {
 }  // namespace
 
 void DrawNearbyStations(const MapFrame& frame, const PointRecord* except) {
-    DrawPoints(frame, SeenOf(frame, ListFor(frame, NavaidsAround), except), frame.fixedTexts,
-               SymbolCode::Station, colour::Cyan, [](const PointRecord& record) {
-                   return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
-               });
+    FindSeen(frame, ListFor(frame, NavaidsAround), except);
+    DrawSeen(frame, frame.fixedTexts, SymbolCode::Station, colour::Cyan,
+             [](const PointRecord& record) {
+                 return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
+             });
 }
 
 void DrawNearbyAirports(const MapFrame& frame) {
-    DrawPoints(frame, SeenOf(frame, ListFor(frame, AirportsAround)), frame.fixedTexts,
-               SymbolCode::Airport, colour::Cyan, OwnStyle);
+    FindSeen(frame, ListFor(frame, AirportsAround), nullptr);
+    DrawSeen(frame, frame.fixedTexts, SymbolCode::Airport, colour::Cyan, OwnStyle);
 }
 
 void DrawNearbyFixes(const MapFrame& frame) {
     // many fixes are also stations, which show already
-    DrawPoints(frame, SeenOf(frame, ListFor(frame, FixesAround)), frame.texts, SymbolCode::Fix,
-               colour::Blue, OwnStyle);
+    FindSeen(frame, ListFor(frame, FixesAround), nullptr);
+    DrawSeen(frame, frame.texts, SymbolCode::Fix, colour::Blue, OwnStyle);
 }
 
 }  // namespace avq1
