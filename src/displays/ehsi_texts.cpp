@@ -9,9 +9,9 @@
 #include "displays/ehsi_picture.h"
 #include "displays/flag.h"
 #include "displays/map_view.h"
+#include "displays/shown_values.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
-#include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
 
@@ -23,12 +23,6 @@ constexpr CanvasFont kData{"Arial", 10};
 constexpr CanvasFont kMain{"Arial", 12};
 constexpr double kLeft = 3;
 constexpr double kRight = 263;
-constexpr double kMovingKt = 25;  // no times to go at or below this ground speed
-
-// Beyond what any instrument shows, and never a number that is none.
-bool CanShow(double value) {
-    return std::isfinite(value) && std::abs(value) < 100000;
-}
 
 FixedText Value(const char* dashes, bool shown, double value, int decimals, int width) {
     return shown && CanShow(value) ? FixedText("%*.*f", width, decimals, value)
@@ -37,12 +31,6 @@ FixedText Value(const char* dashes, bool shown, double value, int decimals, int 
 
 FixedText Degrees(bool shown, double value) {
     return shown && CanShow(value) ? FixedText("%03.0f", value) : FixedText("---");
-}
-
-// A compass direction is never shown as 000.
-double Compass360(double directionMag) {
-    const double whole = PositiveModulo(std::round(directionMag), 360.0);
-    return whole < 1 ? 360.0 : whole;
 }
 
 void DrawCourseBox(EhsiPicture& picture) {

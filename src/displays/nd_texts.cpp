@@ -10,9 +10,9 @@
 #include "base/text.h"
 #include "displays/flag.h"
 #include "displays/nd_picture.h"
+#include "displays/shown_values.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
-#include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
 #include "traffic/targets.h"
@@ -27,21 +27,11 @@ constexpr double kLeft = 3;
 constexpr double kRight = 241;
 constexpr double kCentre = kNdWidth / 2;
 constexpr double kBottomRows[] = {264, 276, 288};
-constexpr double kMovingKt = 25;  // no times to go at or below this ground speed
 constexpr const char* kDashes = "- - -";
 
-// Beyond what any instrument shows, and never a number that is none.
-bool CanShow(double value) {
-    return std::isfinite(value) && std::abs(value) < 100000;
-}
-
-// A compass direction is never shown as 000.
 FixedText Degrees(bool shown, double directionMag) {
-    if (!shown || !CanShow(directionMag)) {
-        return FixedText("---");
-    }
-    const double whole = PositiveModulo(std::round(directionMag), 360.0);
-    return FixedText("%03.0f", whole < 1 ? 360.0 : whole);
+    return shown && CanShow(directionMag) ? FixedText("%03.0f", Compass360(directionMag))
+                                          : FixedText("---");
 }
 
 FixedText Named(const char* name, const FixedText& value) {
