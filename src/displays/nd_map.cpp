@@ -11,7 +11,6 @@
 #include "flightplan/plan_airports.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
-#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "traffic/targets.h"
 
@@ -103,8 +102,7 @@ void DrawNdCompass(NdPicture& picture) {
     if (NdIsMap() && !NdCentredOnWaypoint()) {
         DrawTrackLine(picture);
     }
-    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug,
-            settings.EhsiStaticHdgPointer == 1);
+    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug, false);
 }
 
 void DrawNdCourse(NdPicture& picture) {

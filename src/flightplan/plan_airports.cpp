@@ -113,6 +113,11 @@ void SetDestinationTexts(std::string_view ident, const AirportLine& airport) {
     planAirports.destinationElevationText = airport.Elevation();
 }
 
+// The traffic pattern's altitudes are those of the airport whose runways are shown.
+void ShowElevation(std::string_view, const AirportLine& airport) {
+    planAirports.destinationElevationText = airport.Elevation();
+}
+
 void ApplyDepartureElevation(std::string_view, const AirportLine& airport) {
     if (activePlan.lastIndex >= 0) {
         activePlan.entries[0].altitude = ToNumber(airport.Elevation());
@@ -206,7 +211,7 @@ const ModeRow kModes[] = {
     {PlanAirportMode::AppendToActive, true, AppendToActive, nullptr},
     {PlanAirportMode::ModifiedOrigin, true, PlaceModifiedOrigin, nullptr},
     {PlanAirportMode::AppendToModified, true, AppendToModified, nullptr},
-    {PlanAirportMode::RunwaysOnly, true, nullptr, nullptr},
+    {PlanAirportMode::RunwaysOnly, true, nullptr, ShowElevation},
 };
 
 const ModeRow& RowOf(PlanAirportMode mode) {
