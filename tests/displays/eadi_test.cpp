@@ -6,6 +6,9 @@
 #include <cmath>
 #include <optional>
 #include <set>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "base/module_state.h"
 #include "displays/ehsi.h"
@@ -26,13 +29,11 @@ using test::kInfinity;
 using test::kNan;
 using test::Picture;
 
-constexpr int kWidth = 266;
-constexpr int kHeight = 230;
 constexpr int kCentreX = 129;
 constexpr int kCentreY = 114;
 constexpr std::uint32_t kSky = 0xFF0060C4;
 constexpr std::uint32_t kGround = 0xFF946239;
-constexpr CanvasSize kDesign{kWidth, kHeight};
+constexpr CanvasSize kDesign{266, 230};
 
 class Eadi : public ::testing::Test {
   protected:
@@ -44,18 +45,18 @@ class Eadi : public ::testing::Test {
         aircraft.headingMag = 10;
     }
 
-    static std::unique_ptr<Picture> Draw(int scale = 1,
-                                         DisplayDrawMode mode = DisplayDrawMode::Normal) {
-        return test::DrawAt(DrawEadi, kDesign, scale, mode);
+    static std::unique_ptr<Picture> Draw() { return test::DrawAt(DrawEadi, kDesign); }
+
+    // The texts the picture shows, of those asked for.
+    static std::set<std::string> DrawnOf(std::set<std::string> texts) {
+        Draw();
+        std::erase_if(texts, [](const std::string& text) { return !Picture::Shows(text); });
+        return texts;
     }
 
-    static std::set<std::string> DrawnTexts() {
-        Draw();
-        std::set<std::string> texts;
-        for (const test::DrawnText& drawn : Picture::Texts()) {
-            texts.insert(drawn.text);
-        }
-        return texts;
+    static bool IsWorld(const Picture& picture, int x, int y) {
+        const std::uint32_t pixel = picture.At(kCentreX + x, kCentreY + y);
+        return IsColour(pixel, kSky, 12) || IsColour(pixel, kGround, 12);
     }
 
     // The centre of a colour's pixels in a part of the design, from the figure's centre.
@@ -91,73 +92,39 @@ class Eadi : public ::testing::Test {
 // ---- annunciations ----
 
 TEST_F(Eadi, AnnouncesModesOnlyWhileTheAutopilotIsOn) {
-    struct Case {
-        const char* name;
-        bool master, heading, nav, approach, lnav, yawDamper, altitude, vnav;
-        std::set<std::string> shown;
+    // the modes that are on: Master, Heading, Nav, aPproach, Lnav, Yaw damper, Altitude, Vnav
+    const std::pair<std::string, std::set<std::string>> cases[] = {
+        {"HNPLYAV", {}},       {"M", {"AP"}},           {"MHN", {"AP", "HDG"}},
+        {"MN", {"AP", "NAV"}}, {"MPL", {"AP", "APR"}},  {"MHLY", {"AP", "HDG", "LNAV", "YD"}},
+        {"MA", {"AP", "ALT"}}, {"MAV", {"AP", "VNAV"}}, {"MV", {"AP"}},
     };
-    const Case cases[] = {
-        {"off", false, true, true, true, true, true, true, true, {}},
-        {"bare", true, false, false, false, false, false, false, false, {"AP"}},
-        {"heading wins", true, true, true, false, false, false, false, false, {"AP", "HDG"}},
-        {"nav", true, false, true, false, false, false, false, false, {"AP", "NAV"}},
-        {"approach wins", true, false, false, true, true, false, false, false, {"AP", "APR"}},
-        {"lnav", true, true, false, false, true, true, false, false, {"AP", "HDG", "LNAV", "YD"}},
-        {"altitude", true, false, false, false, false, false, true, false, {"AP", "ALT"}},
-        {"vnav holds", true, false, false, false, false, false, true, true, {"AP", "VNAV"}},
-        {"vnav flies", true, false, false, false, false, false, false, true, {"AP"}},
-    };
-    const std::set<std::string> modes{"AP", "HDG", "NAV", "APR", "LNAV", "YD", "ALT", "VNAV"};
-    for (const Case& c : cases) {
-        aircraft.autopilotOn = c.master;
-        aircraft.headingHoldOn = c.heading;
-        aircraft.autopilotNav1Lock = c.nav;
-        aircraft.approachHoldOn = c.approach;
-        guidance.lnavEngaged = c.lnav;
-        aircraft.yawDamperOn = c.yawDamper;
-        aircraft.apAltitudeLockOn = c.altitude;
-        guidance.vnavEngaged = c.vnav;
-        std::set<std::string> shown;
-        for (const std::string& text : DrawnTexts()) {
-            if (modes.contains(text)) {
-                shown.insert(text);
-            }
-        }
-        EXPECT_EQ(shown, c.shown) << c.name;
-    }
-}
-
-TEST_F(Eadi, AnnouncesAtTheirPlaces) {
-    aircraft.autopilotOn = aircraft.headingHoldOn = aircraft.yawDamperOn = 1;
-    guidance.lnavEngaged = 1;
-    for (const int scale : {1, 2}) {
-        Draw(scale);
-        for (const auto& [text, x, y] : {std::tuple{"AP", -119, -114},
-                                         {"HDG", -54, -114},
-                                         {"LNAV", -54, -107},
-                                         {"YD", -119, -94}}) {
-            const test::DrawnText* const drawn = Picture::Find(text);
-            ASSERT_NE(drawn, nullptr) << text;
-            EXPECT_NEAR(drawn->x, scale * (kCentreX + x), 0.01) << text;
-            EXPECT_NEAR(drawn->y, scale * (kCentreY + y), 0.01) << text;
-        }
+    for (const auto& [modes, shown] : cases) {
+        const auto on = [&on = modes](char mode) { return on.find(mode) != on.npos ? 1 : 0; };
+        aircraft.autopilotOn = on('M');
+        aircraft.headingHoldOn = on('H');
+        aircraft.autopilotNav1Lock = on('N');
+        aircraft.approachHoldOn = on('P');
+        guidance.lnavEngaged = on('L');
+        aircraft.yawDamperOn = on('Y');
+        aircraft.apAltitudeLockOn = on('A');
+        guidance.vnavEngaged = on('V');
+        EXPECT_EQ(DrawnOf({"AP", "HDG", "NAV", "APR", "LNAV", "YD", "ALT", "VNAV"}), shown)
+            << modes;
     }
 }
 
 TEST_F(Eadi, ShowsHeightsWithinTheirBounds) {
-    struct Case {
-        double heightFt;
-        const char* value;  // null: hidden
-    };
-    for (const Case& c : {Case{-20.5, nullptr}, Case{-20, "  -20"}, Case{-0.3, "    0"},
-                          Case{187, "  187"}, Case{2500, " 2500"}, Case{2501, nullptr},
-                          Case{kNan, nullptr}, Case{kInfinity, nullptr}}) {
-        aircraft.radioAltitudeFt = c.heightFt;
-        ehsi.decisionHeight = 250;
-        const std::set<std::string> texts = DrawnTexts();
-        EXPECT_TRUE(texts.contains("DH") && texts.contains("250")) << c.heightFt;
-        EXPECT_EQ(texts.contains("RA"), c.value != nullptr) << c.heightFt;
-        EXPECT_TRUE(c.value == nullptr || texts.contains(c.value)) << c.heightFt;
+    ehsi.decisionHeight = 250;
+    const std::pair<double, const char*> cases[] = {
+        // null: hidden
+        {-20.5, nullptr}, {-20, "  -20"},  {-0.3, "    0"}, {187, "  187"},
+        {2500, " 2500"},  {2501, nullptr}, {kNan, nullptr}};
+    for (const auto& [heightFt, value] : cases) {
+        aircraft.radioAltitudeFt = heightFt;
+        Draw();
+        EXPECT_TRUE(Picture::Shows("DH") && Picture::Shows("250")) << heightFt;
+        EXPECT_EQ(Picture::Shows("RA"), value != nullptr) << heightFt;
+        EXPECT_TRUE(value == nullptr || Picture::Shows(value)) << heightFt;
     }
 }
 
@@ -172,8 +139,7 @@ TEST_F(Eadi, ShowsMarkerBeaconsInTheirColours) {
     }
     for (const double none : {0.0, 4.0, kNan}) {
         aircraft.markerBeacon = none;
-        const std::set<std::string> texts = DrawnTexts();
-        EXPECT_FALSE(texts.contains("OM") || texts.contains("MM") || texts.contains("IM")) << none;
+        EXPECT_EQ(DrawnOf({"OM", "MM", "IM"}), std::set<std::string>{}) << none;
     }
 }
 
@@ -183,58 +149,45 @@ TEST_F(Eadi, ShowsSpeedDeviationNearTheSelectedSpeedOnly) {
         std::optional<double> offset;  // of the pointer, down
         double holdTargetKt = 0;
     };
-    for (const Case& c : {Case{150, 150, 0}, Case{163, 150, 52}, Case{163.9, 150, 52},
-                          Case{164, 150, {}}, Case{137, 150, -52}, Case{136, 150, {}},
-                          Case{40, 41, {}}, Case{41, 40, {}}, Case{1, 1, {}}, Case{1, 150, 24, 156},
-                          Case{0, 150, {}, 156}, Case{kNan, 150, {}}, Case{150, kInfinity, {}}}) {
+    for (const Case& c :
+         {Case{163.9, 150, 52}, Case{164, 150, {}}, Case{137, 150, -52}, Case{136, 150, {}},
+          Case{40, 41, {}}, Case{41, 40, {}}, Case{1, 1, {}}, Case{1, 150, 24, 156},
+          Case{0, 150, {}, 156}, Case{kNan, 150, {}}, Case{150, kInfinity, {}}}) {
         aircraft.apSpeed115 = c.selectedKt;
         aircraft.apAirspeedTargetKt = c.holdTargetKt;
         aircraft.indicatedAirspeedKt = c.indicatedKt;
         const auto picture = Draw();
-        EXPECT_EQ(Picture::Shows("F"), c.offset.has_value()) << c.selectedKt;
-        EXPECT_EQ(Picture::Shows("S"), c.offset.has_value()) << c.selectedKt;
+        EXPECT_EQ(Picture::Shows("F") && Picture::Shows("S"), c.offset.has_value()) << c.selectedKt;
         const auto pointer = CentreOf(*picture, colour::Green, -121, -90, -103, 70);
         ASSERT_EQ(pointer.has_value(), c.offset.has_value()) << c.selectedKt;
-        if (pointer) {
-            EXPECT_NEAR(pointer->y, -11 + *c.offset, 1.0) << c.selectedKt;
-        }
+        EXPECT_NEAR(pointer ? pointer->y : -11, -11 + c.offset.value_or(0), 1) << c.selectedKt;
     }
 }
 
 TEST_F(Eadi, LabelsTheHeadingTape) {
     settings.EADIHdgTape = 1;
     const std::pair<double, std::set<std::string>> cases[] = {
-        {0, {"N", "3", "33"}},    {359.9, {"N", "3", "33"}},      {45, {"N", "3", "6", "E"}},
-        {180, {"S", "15", "21"}}, {285, {"24", "W", "30", "33"}}, {120, {"E", "12", "15"}}};
+        {359.9, {"N", "3", "33"}}, {45, {"N", "3", "6", "E"}}, {285, {"24", "W", "30", "33"}}};
     for (const auto& [heading, labels] : cases) {
         aircraft.headingMag = heading;
-        std::set<std::string> shown;
-        for (const std::string& text : DrawnTexts()) {
-            if (Picture::Find(text)->y > kCentreY + 90 && text != "DH" && text != "200" &&
-                text != "RA" && text != "    0") {
-                shown.insert(text);
-            }
-        }
-        EXPECT_EQ(shown, labels) << heading;
+        EXPECT_EQ(DrawnOf({"N", "3", "6", "E", "12", "15", "S", "21", "24", "W", "30", "33"}),
+                  labels)
+            << heading;
     }
 }
 
 // ---- geometry ----
 
 TEST_F(Eadi, HorizonFollowsPitchAndBank) {
-    struct Case {
-        double pitchDown, bankLeft;
-    };
-    for (const Case& c :
-         {Case{0, 0}, Case{-5, 0}, Case{8, 0}, Case{0, 20}, Case{0, -30}, Case{-6, 15}}) {
-        aircraft.pitch = c.pitchDown;
-        aircraft.bank = c.bankLeft;
+    for (const auto& [pitchDown, bankLeft] : {std::pair{-5, 0}, {8, 0}, {0, 20}, {-6, -30}}) {
+        aircraft.pitch = pitchDown;
+        aircraft.bank = bankLeft;
         const auto picture = Draw();
-        const double tangent = std::tan(c.bankLeft * 0.017453292519943295);
-        const double drop = -3.8 * c.pitchDown * std::sqrt(1 + tangent * tangent);
+        const double tangent = std::tan(bankLeft * 0.017453292519943295);
+        const double drop = -3.8 * pitchDown * std::sqrt(1 + tangent * tangent);
         for (const int x : {-90, 90}) {
             EXPECT_NEAR(HorizonAt(*picture, x), drop + x * tangent, 2.5)
-                << c.pitchDown << " " << c.bankLeft << " at " << x;
+                << pitchDown << " " << bankLeft << " at " << x;
         }
         EXPECT_TRUE(IsColour(picture->At(kCentreX - 95, kCentreY - 90), kSky, 20));
         EXPECT_TRUE(IsColour(picture->At(kCentreX + 50, kCentreY + 80), kGround, 20));
@@ -242,43 +195,27 @@ TEST_F(Eadi, HorizonFollowsPitchAndBank) {
 }
 
 TEST_F(Eadi, LayoutFollowsSettingsAndLnav) {
-    struct Case {
-        int expand, expandWithLnav, lnav;
-        bool expanded;
-    };
-    for (const Case& c :
-         {Case{0, 0, 1, false}, Case{1, 0, 0, true}, Case{0, 1, 0, false}, Case{0, 1, 1, true}}) {
-        settings.ExpandEADI = c.expand;
-        settings.ExpandEADILnav = c.expandWithLnav;
-        guidance.lnavEngaged = c.lnav;
-        aircraft.bank = 40;
-        aircraft.radioAltitudeFt = 3000;
+    aircraft.bank = 40;
+    aircraft.radioAltitudeFt = 3000;
+    for (const auto& [expand, expandWithLnav, lnav, expanded] :
+         {std::tuple{0, 0, 1, false}, {1, 0, 0, true}, {0, 1, 0, false}, {0, 1, 1, true}}) {
+        settings.ExpandEADI = expand;
+        settings.ExpandEADILnav = expandWithLnav;
+        guidance.lnavEngaged = lnav;
         const auto picture = Draw();
-        const int left = c.expanded ? -124 : -99;
-        const int right = c.expanded ? 124 : 99;
-        const int top = c.expanded ? -114 : -94;
-        const int bottom = c.expanded ? 113 : 88;
-        int outside = 0;
-        for (int y = 0; y < kHeight; ++y) {
-            for (int x = 0; x < kWidth; ++x) {
-                const bool world = IsColour(picture->At(x, y), kSky, 12) ||
-                                   IsColour(picture->At(x, y), kGround, 12);
-                outside += world && (x < kCentreX + left || x >= kCentreX + right ||
-                                     y < kCentreY + top || y >= kCentreY + bottom);
-            }
+        for (const int y : {-40, 40}) {
+            EXPECT_TRUE(IsWorld(*picture, 97, y)) << y;
+            EXPECT_EQ(IsWorld(*picture, 122, y), expanded) << y;
+            EXPECT_FALSE(IsWorld(*picture, 124, y)) << y;
         }
-        EXPECT_EQ(outside, 0);
-        for (const int y : {top + 2, -40, 40}) {
-            EXPECT_TRUE(IsColour(picture->At(kCentreX + right - 2, kCentreY + y), kSky, 12) ||
-                        IsColour(picture->At(kCentreX + right - 2, kCentreY + y), kGround, 12))
-                << c.expand << c.expandWithLnav << c.lnav << " row " << y;
-        }
+        EXPECT_EQ(IsWorld(*picture, 60, -112), expanded);
+        EXPECT_EQ(IsWorld(*picture, 60, 111), expanded);
     }
 }
 
 TEST_F(Eadi, DeviationPointersStandAtTheirNeedles) {
     simulator_->variables[46] = 0xC0;
-    for (const double needle : {-100.0, -40.0, 0.0, 60.0, 110.0}) {
+    for (const double needle : {-40.0, 110.0}) {
         aircraft.nav1CdiNeedle = needle;
         aircraft.nav1GlideslopeNeedle = needle;
         const auto picture = Draw();
@@ -300,23 +237,24 @@ TEST_F(Eadi, FlightDirectorShowsWhereToFly) {
         aircraft.pitch = -2;
         aircraft.bank = 5;
         simulator_->variables[792] = 0;
-        EXPECT_FALSE(CentreOf(*Draw(), colour::Magenta, -70, -70, 70, 70)) << dualCue;
+        const auto centreOf = [](int left, int top, int right) {
+            return CentreOf(*Draw(), colour::Magenta, left, top, right, 70);
+        };
+        EXPECT_FALSE(centreOf(-70, -70, 70)) << dualCue;
         simulator_->variables[792] = 1;
         aircraft.flightDirectorPitch = -2;
         aircraft.flightDirectorBank = 5;
-        const auto flown = CentreOf(*Draw(), colour::Magenta, -70, -70, 70, 70);
+        const auto flown = centreOf(-70, -70, 70);
         aircraft.flightDirectorPitch = -7;  // 5 degrees up
-        const auto up = CentreOf(*Draw(), colour::Magenta, -70, -70, 70, 70);
+        const auto up = centreOf(-70, -70, 70);
         ASSERT_TRUE(flown && up);
         EXPECT_LT(up->y, flown->y - 5) << dualCue;
         aircraft.flightDirectorPitch = -2;
         aircraft.flightDirectorBank = 20;  // to the left
-        const auto leftSide = CentreOf(*Draw(), colour::Magenta, -70, -70, -2, 70);
-        const auto rightSide = CentreOf(*Draw(), colour::Magenta, 2, -70, 70, 70);
         if (dualCue == 1) {
-            EXPECT_LT(CentreOf(*Draw(), colour::Magenta, -70, 20, 70, 70)->x, -20);
+            EXPECT_LT(centreOf(-70, 20, 70)->x, -20);
         } else {
-            EXPECT_GT(leftSide->y, rightSide->y + 10);
+            EXPECT_GT(centreOf(-70, -70, -2)->y, centreOf(2, -70, 70)->y + 10);
         }
     }
 }
@@ -331,26 +269,22 @@ TEST_F(Eadi, FlagsWhatIsNotANumber) {
     settings.EADIHdgTape = 1;
     simulator_->variables[46] = 0xC0;
     simulator_->variables[792] = 1;
-    struct Case {
-        double AircraftState::*value;
-        const char* flag;
-    };
-    for (const Case& c :
-         {Case{&AircraftState::bank, "ATT"}, Case{&AircraftState::pitch, "ATT"},
-          Case{&AircraftState::flightDirectorBank, "FD"}, Case{&AircraftState::headingMag, "HDG"},
-          Case{&AircraftState::nav1GlideslopeNeedle, "GS"}}) {
-        EXPECT_FALSE(DrawnTexts().contains(c.flag));
-        for (const double nonsense : {kNan, kInfinity, -kInfinity}) {
-            aircraft.*c.value = nonsense;
+    const std::pair<double AircraftState::*, std::string> cases[] = {
+        {&AircraftState::bank, "ATT"},
+        {&AircraftState::pitch, "ATT"},
+        {&AircraftState::flightDirectorBank, "FD"},
+        {&AircraftState::headingMag, "HDG"},
+        {&AircraftState::nav1GlideslopeNeedle, "GS"}};
+    for (const auto& [value, flag] : cases) {
+        EXPECT_TRUE(DrawnOf({flag}).empty());
+        for (const double nonsense : {kNan, kInfinity}) {
+            aircraft.*value = nonsense;
             const auto picture = Draw();
-            EXPECT_TRUE(Picture::Shows(c.flag));
-            EXPECT_EQ(Picture::Find(c.flag)->argb,
-                      std::string_view(c.flag) == "FD" ? colour::Amber : colour::Red);
-            EXPECT_EQ(picture->pixels(), Draw()->pixels());
-            const bool noSky = !CentreOf(*picture, kSky, -99, -94, 98, -40);
-            EXPECT_EQ(noSky, std::string_view(c.flag) == "ATT");
+            ASSERT_TRUE(Picture::Shows(flag));
+            EXPECT_EQ(Picture::Find(flag)->argb, flag == "FD" ? colour::Amber : colour::Red);
+            EXPECT_EQ(!CentreOf(*picture, kSky, -99, -94, 98, -40), flag == "ATT");
         }
-        aircraft.*c.value = 0;
+        aircraft.*value = 0;
     }
     for (const double huge : {1e9, -1e300}) {
         aircraft.pitch = aircraft.bank = aircraft.headingMag = huge;
@@ -371,12 +305,9 @@ TEST_F(Eadi, TextsKeepClearOfEachOther) {
     for (const auto& [pitch, bank] : {std::pair{0, 0}, {-10, 30}, {12, -25}, {-20, 60}}) {
         aircraft.pitch = pitch;
         aircraft.bank = bank;
-        for (const double heading : {0.0, 15.0, 44.0, 284.0}) {
-            aircraft.headingMag = heading;
-            Draw();
-            test::ExpectTextsApart(
-                kDesign, true, "pitch " + std::to_string(pitch) + " bank " + std::to_string(bank));
-        }
+        aircraft.headingMag = 44 + bank;
+        Draw();
+        test::ExpectTextsApart(kDesign, true, "bank " + std::to_string(bank));
     }
 }
 

