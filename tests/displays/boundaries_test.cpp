@@ -6,12 +6,10 @@
 #include <cmath>
 #include <tuple>
 
-#include "base/module_state.h"
 #include "displays/ehsi.h"
 #include "navdb/boundaries.h"
 #include "simlink/aircraft_state.h"
-#include "support/fake_simulator.h"
-#include "support/picture.h"
+#include "support/display_checks.h"
 #include "support/temp_sim_folder.h"
 
 namespace avq1 {
@@ -21,11 +19,10 @@ using test::Picture;
 
 constexpr std::uint32_t kBoundaryColour = 0xFF979700;
 
-class BoundaryLayer : public ::testing::Test {
+class BoundaryLayer : public test::DisplayTest {
   protected:
     void SetUp() override {
-        ResetModuleState();
-        test::FakeSimulator::Install();
+        DisplayTest::SetUp();
         aircraft.latitude = aircraft.longitude = 0;
         atcBoundaries.loaded = true;
     }
@@ -127,7 +124,6 @@ TEST_F(BoundaryLayer, ReadsItsFileAtTheFirstDrawing) {
 }
 
 TEST_F(BoundaryLayer, StandsOnTheMapsThatAskForIt) {
-    avionicsPower = 1;
     atcBoundaries.items = {Reaching("KZBW", 10)};
     const auto isDrawn = [](int mode, int overlay, DisplayDrawMode draw = DisplayDrawMode::Normal) {
         ehsi.ehsiMode = mode;

@@ -6,18 +6,15 @@
 #include <utility>
 #include <vector>
 
-#include "base/module_state.h"
 #include "displays/ehsi.h"
 #include "displays/mfd.h"
 #include "displays/nd_panel.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
-#include "support/fake_simulator.h"
+#include "support/display_checks.h"
 
 namespace avq1 {
 namespace {
-
-using test::FakeSimulator;
 
 enum class Half { Left, Right };
 
@@ -47,19 +44,13 @@ void Walk(std::span<const KeyArea> keys, std::string_view label, T& value,
     }
 }
 
-class PanelKeys : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        ResetModuleState();
-        simulator_ = &FakeSimulator::Install();
-    }
-    FakeSimulator* simulator_ = nullptr;
-};
+using PanelKeys = test::DisplayTest;
 
 TEST_F(PanelKeys, DecisionHeightStepsByOneBelow500AndByTenAbove) {
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 498, {499, 500, 510, 520});
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 520, {510, 500, 499, 498}, Half::Right);
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 2489, {2499, 2499});
+    Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 2480, {2490, 2490});
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 3, {2, 1, 1}, Half::Right);
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 505, {495, 494}, Half::Right);
 }

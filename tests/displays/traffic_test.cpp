@@ -7,15 +7,12 @@
 #include <tuple>
 #include <utility>
 
-#include "base/module_state.h"
 #include "displays/ehsi.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "drawing/palette.h"
-#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
-#include "support/fake_simulator.h"
 
 namespace avq1 {
 namespace {
@@ -28,13 +25,10 @@ constexpr CanvasSize kNdDesign{244, 302};
 constexpr CanvasSize kEhsiDesign{266, 230};
 constexpr double kLabelRightOfTarget = 13;
 
-class Traffic : public ::testing::Test {
+class Traffic : public test::DisplayTest {
   protected:
     void SetUp() override {
-        ResetModuleState();
-        test::FakeSimulator::Install();
-        settings = Settings{};
-        avionicsPower = 1;
+        DisplayTest::SetUp();
         aircraft.trueHeading = aircraft.headingMag = 350;
         traffic.sourceFound = true;
         ehsi.ehsiMode = kEhsiTrafficMode;

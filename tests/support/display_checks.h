@@ -6,14 +6,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "base/module_state.h"
 #include "geometry/geometry.h"
 #include "simlink/aircraft_state.h"
+#include "support/fake_simulator.h"
 #include "support/picture.h"
 
 namespace avq1::test {
@@ -21,6 +24,28 @@ namespace avq1::test {
 inline constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
 inline constexpr double kNonsense[] = {kNan, kInfinity, -kInfinity, 1e300, -1e300};
+
+// A display with power and nothing to show.
+class DisplayTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetModuleState();
+        simulator_ = &FakeSimulator::Install();
+        avionicsPower = 1;
+    }
+
+    void SetNav1(bool signal) {
+        simulator_->variables[49] = simulator_->variables[852] = signal ? 1 : 0;
+    }
+
+    static void ExpectShown(std::initializer_list<const char*> texts, bool shown = true) {
+        for (const char* text : texts) {
+            EXPECT_EQ(Picture::Shows(text), shown) << text;
+        }
+    }
+
+    FakeSimulator* simulator_ = nullptr;
+};
 
 using DrawDisplay = void (*)(const DrawTarget&);
 
