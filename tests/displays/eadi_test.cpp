@@ -218,8 +218,10 @@ TEST_F(Eadi, DeviationPointersStandAtTheirNeedles) {
         EXPECT_NEAR(localizer->x, std::min(needle, 127.0) * 0.6493506493506493, 1.0);
         EXPECT_NEAR(glideslope->y, std::min(needle, 120.0) * 0.5 - 11, 1.0);
     }
+    simulator_->variables[46] = 0x80;
+    EXPECT_FALSE(CentreOf(*Draw(), colour::Magenta, 104, -90, 120, 70));
     simulator_->variables[46] = 0x40;
-    Draw();
+    EXPECT_TRUE(CentreOf(*Draw(), colour::Magenta, 104, -90, 120, 70));
     EXPECT_FALSE(Picture::Shows("LOC"));
 }
 

@@ -151,26 +151,26 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     aircraft.headingMag = 0.3;
     Draw(4);
     ExpectShown({"--:--", "360"});
-    ExpectShown({"34"}, false);
+    ExpectShown({"34", "0"}, false);
 }
 
 TEST_F(Ehsi, TheRoseTurnsUnderTheLubberLine) {
     constexpr int kScale = 3;
     for (const int mode : {1, 4}) {
-        const auto isLit = [&](const Picture& picture, double direction) {
-            const double x = (RadiusOf(mode) - 7) * std::sin(direction * kDegToRad);
-            const double y = (RadiusOf(mode) - 7) * std::cos(direction * kDegToRad);
-            return HasColourNear(picture, kScale, {CentreOf(mode).x + x, CentreOf(mode).y - y},
-                                 colour::White);
-        };
-        for (const double heading : {3.0, 67.0, 181.5, 354.0}) {
+        for (const double heading : {3.0, 67.0, 354.0}) {
             aircraft.headingMag = heading;
             aircraft.apHeadingBug = aircraft.nav1Course = heading + 90;
             const auto picture = Draw(mode, kScale);
             // only the ticks of each ten degrees reach this far in
-            for (double tick = -40 - std::fmod(heading, 10); tick < 40; tick += 10) {
-                EXPECT_TRUE(std::abs(tick) < 3 || isLit(*picture, tick)) << heading << " " << tick;
-                EXPECT_TRUE(std::abs(tick + 5) < 3 || !isLit(*picture, tick + 5)) << heading;
+            const double first = -40 - std::fmod(heading, 10);
+            for (int i = 0; i <= 16; ++i) {
+                const double turn = (first + 5 * i) * kDegToRad;
+                const CanvasPoint at{CentreOf(mode).x + (RadiusOf(mode) - 7) * std::sin(turn),
+                                     CentreOf(mode).y - (RadiusOf(mode) - 7) * std::cos(turn)};
+                const bool atIndex = std::abs(first + 5 * i) < 4;
+                EXPECT_TRUE(atIndex ||
+                            HasColourNear(*picture, kScale, at, colour::White) == (i % 2 == 0))
+                    << mode << " " << heading << " " << i;
             }
         }
     }
@@ -365,50 +365,16 @@ TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
     for (int variant = 0; variant < 3; ++variant) {
         // crowded: waypoints within a few pixels of each other
         FlyPlan({{-2, -3}, {5, -3}, {5.5, -2.6}, {6, -3.2}, {5, -1}, {7, -2}, {9, 0}, {9.4, .3}});
-        activePlan.entries[1].ident = "LONGIDENT";
         guidance.crossTrackNm = 125;
-        guidance.crossTrackSide = 1;
+        activePlan.entries[1].ident = "LONGIDENT";
         SetNav1(variant != 1);
         planBook.activeIndex = variant == 2 ? kNoWaypoint : 1;
         ehsi.navSource = variant == 0 ? NavSource::FlightManagement : NavSource::NavReceiver;
         for (int mode = 1; mode <= 8; ++mode) {
             Draw(mode);
-            test::ExpectTextsApart(
-                kDesign, false,
-                "mode " + std::to_string(mode) + " variant " + std::to_string(variant));
+            test::ExpectTextsApart(kDesign, false, "mode " + std::to_string(mode));
         }
     }
-}
-
-TEST_F(Ehsi, ValuesThatAreNoNumbersNeverSpoilThePicture) {
-    FlyPlan({{-5, 0}, {5, 0}, {20, 20}});
-    const auto before = Draw(2);
-    const AircraftState good = aircraft;
-    const GuidanceState goodGuidance = guidance;
-    for (const double bad : test::kNonsense) {
-        for (int mode = 1; mode <= 8; ++mode) {
-            aircraft.headingMag = aircraft.trueHeading = bad;
-            aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
-            aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
-            aircraft.groundSpeedKt = aircraft.nav1DmeNm = bad;
-            aircraft.latitude = aircraft.longitude = bad;
-            guidance.desiredTrackMag = guidance.crossTrackNm = guidance.distanceToGoNm = bad;
-            guidance.bearingToWaypointMag = bad;
-            ehsi.bearingPointer1 = BearingSource::Fms;
-            ehsi.bearingPointer2 = BearingSource::Vor;
-            Picture::Forget();
-            Draw(mode);
-            test::ExpectNoNonsenseTexts();
-            if (!std::isfinite(bad)) {
-                EXPECT_TRUE(Picture::Shows("HDG")) << mode;
-                EXPECT_EQ(Picture::Shows("NO MAP"), IsMap(mode)) << mode;
-            }
-        }
-    }
-    aircraft = good;
-    guidance = goodGuidance;
-    ehsi.bearingPointer1 = ehsi.bearingPointer2 = BearingSource::Off;
-    EXPECT_EQ(Draw(2)->pixels(), before->pixels());
 }
 
 }  // namespace

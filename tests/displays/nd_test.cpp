@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -168,17 +167,14 @@ TEST_F(Nd, SymbolsStandWhereTheRecordsAre) {
 
 TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     FlyPlan();
-    nd.ndCentreIndex = 1;
+    nd.ndCentreIndex = 2;
     Draw(7);
-    const auto& texts = Picture::Texts();  // beside the map the identifier stands at the top
-    const auto ident = std::find_if(texts.begin(), texts.end(), [](const auto& text) {
-        return text.text == "WP1" && text.y > 50;
-    });
-    ASSERT_NE(ident, texts.end());
+    const test::DrawnText* const ident = Picture::Find("WP2");
+    ASSERT_NE(ident, nullptr);
     EXPECT_NEAR(ident->x, kCentred.x, 10);
     EXPECT_NEAR(ident->y, kCentred.y, 15);
     // records are seen around it, also far from the aircraft
-    activePlan.entries[1].latitude = 300.0 / 60;
+    activePlan.entries[2].latitude = 300.0 / 60;
     AddPoint(navDatabase.navaids, PointKind::Vor, "FAR", 303, -3);
     nd.ndShowStations = 1;
     Draw(7);
@@ -209,37 +205,28 @@ TEST_F(Nd, OpenPlacesOfAPendingRouteAreNamed) {
 }
 
 TEST_F(Nd, TheAltitudeArcLiesWhereTheAltitudeIsReached) {
-    constexpr int kScale = 2;
-    const auto descend = [] {
+    const auto shown = [](int mode, void (*spoil)()) {
         aircraft.autopilotOn = aircraft.apAltitudeLockOn = 1;
         aircraft.altitudeFt = 5000;
         aircraft.apAltitudeTargetFt = 4000;
         aircraft.verticalSpeedFpm = -1000;  // one minute, 5 nm
-    };
-    const auto shown = [](int mode) {
+        spoil();
         const CanvasPoint centre = mode == 5 ? kArc : kCentred;
-        // off the track line and the range mark's dashes
         const double radius = mode == 5 ? 107.5 : 55;
+        // off the track line and the range mark's dashes
         const CanvasPoint beside{centre.x + radius * std::sin(0.17),
                                  centre.y - radius * std::cos(0.17)};
-        return HasColourNear(*Draw(mode, kScale), kScale, beside, colour::Green);
+        return HasColourNear(*Draw(mode, 2), 2, beside, colour::Green);
     };
     for (const int mode : {5, 6, 7}) {
-        descend();
-        EXPECT_EQ(shown(mode), mode != 7) << mode;
+        EXPECT_EQ(shown(mode, [] {}), mode != 7) << mode;
     }
-    const std::function<void()> spoilers[] = {
-        [] { aircraft.autopilotOn = 0; },           [] { aircraft.apAltitudeLockOn = 0; },
-        [] { aircraft.apAltitudeTargetFt = 5000; }, [] { aircraft.verticalSpeedFpm = -200; },
-        [] { aircraft.verticalSpeedFpm = -500; },  // 10 nm: elsewhere
-        [] { aircraft.groundSpeedKt = kNan; },
-    };
-    for (const auto& spoil : spoilers) {
-        aircraft.groundSpeedKt = 300;
-        descend();
-        spoil();
-        EXPECT_FALSE(shown(5));
-    }
+    EXPECT_FALSE(shown(5, [] { aircraft.autopilotOn = 0; }));
+    EXPECT_FALSE(shown(5, [] { aircraft.apAltitudeLockOn = 0; }));
+    EXPECT_FALSE(shown(5, [] { aircraft.apAltitudeTargetFt = 5000; }));
+    EXPECT_FALSE(shown(5, [] { aircraft.verticalSpeedFpm = -200; }));
+    EXPECT_FALSE(shown(5, [] { aircraft.verticalSpeedFpm = -500; }));  // 10 nm: elsewhere
+    EXPECT_FALSE(shown(5, [] { aircraft.groundSpeedKt = kNan; }));
 }
 
 TEST_F(Nd, TheAdfNeedlePointsAtItsBearing) {
@@ -485,47 +472,33 @@ TEST_F(Nd, ValuesThatAreNoNumbersNeverSpoilThePicture) {
     FlyPlan();
     Crowd();
     ChooseRunway(360, 0);
-    const AircraftState good = aircraft;
+    for (const double latitude : {89.99, -89.99}) {
+        aircraft.latitude = latitude;
+        aircraft.longitude = -180;
+        Draw(6);
+        ExpectShown({"WP1"});
+    }
+    ehsi.bearingPointer1 = BearingSource::Fms;
+    ehsi.bearingPointer2 = BearingSource::Vor;
     for (const double bad : test::kNonsense) {
-        for (int mode = 1; mode <= 7; ++mode) {
-            aircraft.headingMag = aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
-            aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
-            aircraft.groundSpeedKt = aircraft.nav1DmeNm = aircraft.magneticVariation = bad;
-            aircraft.latitude = aircraft.longitude = aircraft.altitudeFt = bad;
-            aircraft.adfActive = aircraft.adfRelativeBearing = bad;
-            guidance.desiredTrackMag = guidance.crossTrackNm = guidance.distanceToGoNm = bad;
-            derived.driftDeg = derived.windDirectionMag = derived.trueAirspeedEstimateKt = bad;
-            Draw(mode);
-            test::ExpectNoNonsenseTexts();
-            if (!std::isfinite(bad)) {
-                ExpectShown({"NO MAP"}, mode >= 5);
-                ExpectShown({"HDG"});
+        aircraft.headingMag = aircraft.nav1Course = aircraft.nav1CdiNeedle = bad;
+        aircraft.nav1RelativeBearing = aircraft.apHeadingBug = aircraft.windSpeedKt = bad;
+        aircraft.groundSpeedKt = aircraft.nav1DmeNm = aircraft.magneticVariation = bad;
+        aircraft.latitude = aircraft.longitude = aircraft.altitudeFt = aircraft.trueHeading = bad;
+        aircraft.adfActive = aircraft.adfRelativeBearing = guidance.bearingToWaypointMag = bad;
+        guidance.desiredTrackMag = guidance.crossTrackNm = guidance.distanceToGoNm = bad;
+        derived.driftDeg = derived.windDirectionMag = derived.trueAirspeedEstimateKt = bad;
+        for (int mode = 1; mode <= 8; ++mode) {
+            const bool ehsiMap = mode % 3 != 1 && mode < 7;
+            for (const bool onEhsi : {true, false}) {
+                onEhsi ? DrawOnEhsi(mode) : static_cast<void>(Draw(std::min(mode, 7)));
+                test::ExpectNoNonsenseTexts();
+                if (!std::isfinite(bad)) {
+                    ExpectShown({"NO MAP"}, onEhsi ? ehsiMap : mode >= 5);
+                    ExpectShown({"HDG"});
+                }
             }
         }
-    }
-    for (const double latitude : {89.99, -89.99, 0.0}) {
-        for (const double longitude : {179.99, -180.0}) {
-            aircraft = good;
-            aircraft.latitude = latitude;
-            aircraft.longitude = longitude;
-            Draw(6);
-            ExpectShown({"WP1"});
-        }
-    }
-}
-
-TEST_F(Nd, RecordsAcrossTheDateLineAreNear) {
-    AddPoint(navDatabase.airports, PointKind::Airport, "ACROSS", 0, -179.96 * 60);
-    AddPoint(navDatabase.navaids, PointKind::Vor, "WEST", 0, 179.96 * 60);
-    nd.ndShowAirports = nd.ndShowStations = 1;
-    for (const double longitude : {179.98, -179.98, 180.0, -180.0}) {
-        aircraft.longitude = longitude;
-        Draw(6);
-        const test::DrawnText* const east = Picture::Find("ACROSS");
-        const test::DrawnText* const west = Picture::Find("WEST");
-        ASSERT_TRUE(east != nullptr && west != nullptr) << longitude;
-        EXPECT_GT(east->x, kCentred.x);
-        EXPECT_LT(west->x, kCentred.x);
     }
 }
 

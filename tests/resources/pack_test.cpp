@@ -36,14 +36,6 @@ TEST(Pack, ComesBackAsItWentIn) {
     EXPECT_EQ(resources.keyNames.at(0x2600).size(), 1U);
 }
 
-TEST(Pack, KeyNamesAreOneLineEach) {
-    BitmapPlan plan;
-    plan.keys = {{"INIT\nREF", {51, 298, 44, 30}},
-                 {"", {1, 1, 1, 1}},
-                 {"Line select 1 left", {7, 68, 46, 34}, nullptr, KeyArt::LineKey}};
-    EXPECT_EQ(KeyNames(plan), "51 298 44 30 INIT REF\n7 68 46 34 Line select 1 left\n");
-}
-
 TEST(Pack, ResourceScriptNamesBitmapsByDecimalNumber) {
     BitmapPlan plan;
     plan.number = 0x267A;
