@@ -345,15 +345,6 @@ TEST_F(Ehsi, TrafficModeMarksRangesAroundTheAircraft) {
     }
 }
 
-TEST_F(Ehsi, ALargerSurfaceShowsTheSameTextsInTheSamePlaces) {
-    FlyPlan({{-5, -3}, {5, -3}, {20, 0}, {10, 12}, {4, 20}});
-    ehsi.bearingPointer1 = BearingSource::Vor;
-    aircraft.windSpeedKt = 20;
-    for (ehsi.ehsiMode = 1; ehsi.ehsiMode <= 8; ++ehsi.ehsiMode) {
-        test::ExpectSharpAtTwice(DrawEhsi, {280, 262}, "mode " + std::to_string(ehsi.ehsiMode));
-    }
-}
-
 TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
     ehsi.bearingPointer1 = BearingSource::Vor;
     ehsi.bearingPointer2 = BearingSource::Vor;

@@ -239,28 +239,7 @@ TEST(DrawingLibrary, ScreensGoOnAfterAStopAndWithMorePicturesThanTheCacheHolds) 
     }
 }
 
-TEST(SurfaceTest, ClearsAndScalesTheDesignByDrawMode) {
-    for (const DisplayDrawMode mode :
-         {DisplayDrawMode::Skip, DisplayDrawMode::Normal, DisplayDrawMode::ClearOnly,
-          DisplayDrawMode::SecondCockpit}) {
-        Picture picture(200, 100, kRed);
-        Surface surface(picture.Target(mode), 100, 50);
-        EXPECT_EQ(surface.ShouldDraw(),
-                  mode == DisplayDrawMode::Normal || mode == DisplayDrawMode::SecondCockpit);
-        EXPECT_EQ(picture.IsClear(), mode != DisplayDrawMode::Skip);
-    }
-    Picture picture(200, 100);
-    Surface surface(picture.Target(), 100, 50);
-    const CanvasFont font{"Arial", 10};
-    const double width = surface.canvas().MeasureText("WIDE", font).width;
-    surface.TextCentred("WIDE", font, colour::White, 50, 1);
-    surface.TextRight("WIDE", font, colour::White, 99, 30);
-    EXPECT_NEAR(Picture::Texts()[0].x, 2 * (50 - width / 2), 1e-9);
-    EXPECT_NEAR(Picture::Texts()[1].x, 2 * (99 - width), 1e-9);
-}
-
 TEST(FixedTextTest, CutsWhatDoesNotFit) {
-    EXPECT_EQ(std::string_view(FixedText("%03.0f", 7.4)), "007");
     EXPECT_EQ(std::string_view(FixedText("%.1f", 1e60)).size(), 31u);
 }
 

@@ -59,11 +59,9 @@ inline std::unique_ptr<Picture> DrawAt(DrawDisplay draw, const CanvasSize& desig
 }
 
 inline int CountTexts(std::string_view text) {
-    int count = 0;
-    for (const DrawnText& drawn : Picture::Texts()) {
-        count += drawn.text == text;
-    }
-    return count;
+    const auto& texts = Picture::Texts();
+    return static_cast<int>(std::count_if(
+        texts.begin(), texts.end(), [&](const DrawnText& drawn) { return drawn.text == text; }));
 }
 
 // Draws in draw modes 1 and 3 only, and only with power.
@@ -112,22 +110,6 @@ inline void ExpectTextsApart(const CanvasSize& design, bool bold, const std::str
                 << box.text << " over " << other.text << ", " << where;
         }
         boxes.push_back(box);
-    }
-}
-
-// Twice as many pixels show the same texts in the same places.
-inline void ExpectSharpAtTwice(DrawDisplay draw, const CanvasSize& design,
-                               const std::string& where) {
-    DrawAt(draw, design);
-    const std::vector<DrawnText> small = Picture::Texts();
-    DrawAt(draw, design, 2);
-    const std::vector<DrawnText>& large = Picture::Texts();
-    ASSERT_EQ(small.size(), large.size()) << where;
-    for (std::size_t i = 0; i < small.size(); ++i) {
-        EXPECT_EQ(large[i].text, small[i].text) << where;
-        EXPECT_NEAR(large[i].x, 2 * small[i].x, 1e-6) << small[i].text << where;
-        EXPECT_NEAR(large[i].y, 2 * small[i].y, 1e-6) << small[i].text << where;
-        EXPECT_NEAR(large[i].pixelSize, 2 * small[i].pixelSize, 1e-6) << small[i].text << where;
     }
 }
 

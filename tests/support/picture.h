@@ -1,6 +1,7 @@
 // tests/support/picture.h - a screen in memory: a picture to draw on, and the texts drawn on it.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -47,12 +48,7 @@ class Picture {
                        static_cast<std::size_t>(x)];
     }
     bool IsClear() const {
-        for (const std::uint32_t pixel : pixels_) {
-            if (pixel != 0) {
-                return false;
-            }
-        }
-        return true;
+        return std::all_of(pixels_.begin(), pixels_.end(), [](auto pixel) { return pixel == 0; });
     }
 
     // What the pictures put behind the platform table.

@@ -4,8 +4,7 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-#include <string>
+#include <deque>
 #include <string_view>
 #include <vector>
 
@@ -75,47 +74,39 @@ class Placement {
 
   private:
     ElementHeader** CloneList(ElementHeader** source, ElementHeader* previous) {
-        std::size_t count = 0;
-        while (source != nullptr && source[count] != nullptr) {
-            ++count;
+        std::vector<ElementHeader*>& list = lists_.emplace_back();
+        for (; source != nullptr && *source != nullptr; ++source) {
+            list.push_back(CloneElement(**source, previous));
         }
-        ElementHeader** list =
-            lists_.emplace_back(std::make_unique<ElementHeader*[]>(count + 1)).get();
-        for (std::size_t i = 0; i < count; ++i) {
-            list[i] = CloneElement(*source[i], previous);
-        }
-        return list;
+        list.push_back(nullptr);
+        return list.data();
     }
 
     ElementHeader* CloneElement(const ElementHeader& source, ElementHeader* previous) {
-        StaticImageElement* copy = elements_
-                                       .emplace_back(std::make_unique<StaticImageElement>(
-                                           reinterpret_cast<const StaticImageElement&>(source)))
-                                       .get();
-        copy->header.gauge = &header_;
-        copy->header.previous = previous;
+        StaticImageElement& copy =
+            elements_.emplace_back(reinterpret_cast<const StaticImageElement&>(source));
+        copy.header.gauge = &header_;
+        copy.header.previous = previous;
         if ((source.imageFlags & image_flag::kMakeDeviceContext) != 0 && width_ > 0) {
             pixels_.assign(static_cast<std::size_t>(width_) * height_, 0xFF123456);
-            context_.width = width_;
-            context_.height = height_;
+            context_.width = image_.width = width_;
+            context_.height = image_.height = height_;
             context_.bytesPerRow = width_ * 4;
             context_.pixels = pixels_.data();
-            image_.width = width_;
-            image_.height = height_;
-            copy->imageSet[0] = &image_;
-            copy->deviceContext = &context_;
+            copy.imageSet[0] = &image_;
+            copy.deviceContext = &context_;
         }
         if (source.children != nullptr) {
-            copy->header.children = CloneList(source.children, &copy->header);
+            copy.header.children = CloneList(source.children, &copy.header);
         }
-        return &copy->header;
+        return &copy.header;
     }
 
     GaugeHeader header_;
     int width_;
     int height_;
-    std::vector<std::unique_ptr<ElementHeader*[]>> lists_;
-    std::vector<std::unique_ptr<StaticImageElement>> elements_;
+    std::deque<std::vector<ElementHeader*>> lists_;  // whose addresses stay
+    std::deque<StaticImageElement> elements_;
     std::vector<std::uint32_t> pixels_;
     PixelDeviceContext context_;
     ImageRecord image_;
