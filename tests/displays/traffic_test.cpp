@@ -42,28 +42,23 @@ class Traffic : public test::DisplayTest {
 TEST_F(Traffic, StandsAtItsBearingAndRangeOnEveryDisplay) {
     Add({350, 2.5, 5, '^', 'P'});  // straight ahead
     Add({80, 3, -12, 'v', 'P'});   // to the right
-    struct Case {
-        test::DrawDisplay draw;
-        CanvasSize design;
-        int ndMode;
-        CanvasPoint centre;
-        double pxPerNm;
-    };
-    for (const Case& c : {Case{DrawEhsi, kEhsiDesign, 0, {129, 114}, 18},
-                          Case{DrawNd, kNdDesign, 4, {122, 249}, 21.5},
-                          Case{DrawNd, kNdDesign, 6, {122, 171}, 11}}) {
-        nd.ndMode = c.ndMode;
+    const std::tuple<test::DrawDisplay, CanvasSize, int, CanvasPoint, double> cases[] = {
+        {DrawEhsi, kEhsiDesign, 0, {129, 114}, 18},
+        {DrawNd, kNdDesign, 4, {122, 249}, 21.5},
+        {DrawNd, kNdDesign, 6, {122, 171}, 11}};
+    for (const auto& [draw, design, ndMode, centre, pxPerNm] : cases) {
+        nd.ndMode = ndMode;
         nd.showTraffic = 1;
-        const auto picture = test::DrawAt(c.draw, c.design, 2);
-        const CanvasPoint ahead{c.centre.x, c.centre.y - std::trunc(2.5 * c.pxPerNm)};
-        const CanvasPoint right{c.centre.x + std::trunc(3 * c.pxPerNm), c.centre.y};
-        EXPECT_TRUE(HasColourNear(*picture, 2, ahead, colour::Cyan)) << c.ndMode;
+        const auto picture = test::DrawAt(draw, design, 2);
+        const CanvasPoint ahead{centre.x, centre.y - std::trunc(2.5 * pxPerNm)};
+        const CanvasPoint right{centre.x + std::trunc(3 * pxPerNm), centre.y};
+        EXPECT_TRUE(HasColourNear(*picture, 2, ahead, colour::Cyan)) << ndMode;
         const test::DrawnText* const above = Picture::Find("+05");
         ASSERT_NE(above, nullptr);
         EXPECT_NEAR(above->x / 2, ahead.x + kLabelRightOfTarget, 0.1);
         EXPECT_EQ(above->argb, colour::Cyan);
         const test::DrawnText* const below = Picture::Find("-12");
-        ASSERT_NE(below, nullptr) << c.ndMode;
+        ASSERT_NE(below, nullptr) << ndMode;
         EXPECT_NEAR(below->x / 2, right.x + kLabelRightOfTarget, 1.1);
     }
 }

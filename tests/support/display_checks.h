@@ -38,7 +38,8 @@ class DisplayTest : public ::testing::Test {
         simulator_->variables[49] = simulator_->variables[852] = signal ? 1 : 0;
     }
 
-    static void ExpectShown(std::initializer_list<const char*> texts, bool shown = true) {
+    using TextList = std::initializer_list<const char*>;
+    static void ExpectShown(TextList texts, bool shown = true) {
         for (const char* text : texts) {
             EXPECT_EQ(Picture::Shows(text), shown) << text;
         }
