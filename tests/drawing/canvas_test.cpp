@@ -139,24 +139,6 @@ TEST(Canvas, StateIsNestedAndMissingSavesAreHarmless) {
     EXPECT_EQ(picture.At(19, 19), kRed);
 }
 
-TEST(Canvas, ClipsOfSeveralShapesIntersect) {
-    Picture picture(40, 40);
-    Canvas canvas(&picture.context(), 40, 40);
-    canvas.BeginClip();
-    canvas.ClipEllipse(0, 0, 40, 40);
-    canvas.EndClip();
-    canvas.BeginClip();
-    canvas.ClipRectangle(0, 0, 40, 20);
-    canvas.EndClip();
-    canvas.FillRectangle(kRed, 0, 0, 40, 40);
-    EXPECT_EQ(picture.At(20, 5), kRed);
-    EXPECT_EQ(picture.At(1, 1), 0u);
-    EXPECT_EQ(picture.At(20, 25), 0u);
-    canvas.ResetClip();
-    canvas.FillRectangle(kRed, 0, 30, 40, 10);
-    EXPECT_EQ(picture.At(1, 35), kRed);
-}
-
 TEST(CanvasText, IsLatin1AndReportedAsUtf8) {
     const std::pair<std::string, std::string> cases[] = {
         {"45\xB0", "45\xC2\xB0"},

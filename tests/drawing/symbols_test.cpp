@@ -77,21 +77,21 @@ TEST(Symbols, VariantsFillOutlinesAndPointTrends) {
         EXPECT_NE(Drawn(filled)->At(middle, middle), 0u) << static_cast<int>(code);
     }
     Symbol traffic{SymbolCode::TrafficAdvisory};
-    const auto arrowPixels = [&](std::int32_t variant, int fromY, int toY) {
+    const auto leansUp = [&](std::int32_t variant) {  // pixels of the arrow, below counted off
         traffic.variant = variant;
         const auto picture = Drawn(traffic);
-        int count = 0;
-        for (int y = fromY * kScale; y < toY * kScale; ++y) {
-            for (int x = (kSize / 2 + 6) * kScale; x < (kSize / 2 + 13) * kScale; ++x) {
-                count += picture->At(x, y) != 0;
+        const int half = kSize / 2;
+        int pixels = 0;
+        for (int y = -6 * kScale; y < 6 * kScale; ++y) {
+            for (int x = (half + 6) * kScale; x < (half + 13) * kScale; ++x) {
+                pixels += picture->At(x, half * kScale + y) == 0 ? 0 : y < 0 ? 1 : -1;
             }
         }
-        return count;
+        return pixels;
     };
-    const int half = kSize / 2;
-    EXPECT_GT(arrowPixels(kClimbing, half - 6, half), arrowPixels(kClimbing, half, half + 6));
-    EXPECT_LT(arrowPixels(kDescending, half - 6, half), arrowPixels(kDescending, half, half + 6));
-    EXPECT_EQ(arrowPixels(0, half - 6, half + 6), 0);
+    EXPECT_GT(leansUp(kClimbing), 0);
+    EXPECT_LT(leansUp(kDescending), 0);
+    EXPECT_EQ(leansUp(0), 0);
 }
 
 TEST(Symbols, LabelsAreSmallerAtTheNearOddRanges) {

@@ -20,7 +20,6 @@ inline constexpr std::int32_t kHeadingBugEvent = 66042;
 inline constexpr std::int32_t kAltimeterEvent = 65584;
 inline constexpr std::int32_t kCourseEvent = 65716;
 inline constexpr std::int32_t kNavFrequencyEvent = 65708;
-inline constexpr std::int32_t kAdfFrequencyEvent = 65714;
 
 using EventList = std::vector<std::pair<std::int32_t, std::uint32_t>>;
 
