@@ -12,35 +12,22 @@ namespace {
 
 TEST(Numbers, FollowTheStandardConversions) {
     constexpr double kLargest = std::numeric_limits<double>::max();
-    const std::vector<std::pair<const char*, double>> shorts = {
-        {"47.449", 47.449},  {"-122.309000", -122.309},
-        {" \t+5.5", 5.5},    {"5.", 5.0},
-        {".5", 0.5},         {"-.25", -0.25},
-        {"1.2.3", 1.2},      {"12abc", 12.0},
-        {"1e3", 1000.0},     {"1e", 1.0},
-        {"2e-2x", 0.02},     {"", 0.0},
-        {"-", 0.0},          {".", 0.0},
-        {"abc", 0.0},        {"+-5", 0.0},
-        {"inf", 0.0},        {"-nan", 0.0},
-        {"1e999", kLargest}, {"-1e999", -kLargest},
-        {"1e-999", 0.0},     {"1 2", 1.0}};
-    const std::vector<std::pair<const char*, double>> longs = {
-        {"123456789012345678901234567890", 123456789012345678901234567890.0},
-        {"0.1234567890123456", 0.1234567890123456}};
-    for (const auto& cases : {shorts, longs}) {
-        for (const auto& c : cases) {
-            EXPECT_EQ(ToNumber(c.first), c.second) << c.first;
-            // The way for numbers inside a file, with text after them, takes the same characters.
-            for (const char* after :
-                 {"", " ", "\n", " 12345678 next words", "x more than a number"}) {
-                const std::string text = std::string(c.first) + after;
-                std::string_view rest = text;
-                std::string_view words = text;
-                EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << text;
-                EXPECT_EQ(rest, words) << text;
-            }
+    const std::pair<const char*, double> cases[] = {
+        {" \t+5.5", 5.5}, {"-.25", -0.25}, {"1.2.3", 1.2},      {"1e", 1.0},     {"2e-2x", 0.02},
+        {"", 0.0},        {"-", 0.0},      {".", 0.0},          {"+-5", 0.0},    {"inf", 0.0},
+        {"5.", 5.0},      {"12abc", 12.0}, {"1e999", kLargest}, {"1e-999", 0.0}, {"1 2", 1.0}};
+    for (const auto& [number, value] : cases) {
+        EXPECT_EQ(ToNumber(number), value) << number;
+        // The way for numbers inside a file, with text after them, takes the same characters.
+        for (const char* after : {"", " ", "\n", " 12345678 next words", "x more than a number"}) {
+            const std::string text = std::string(number) + after;
+            std::string_view rest = text;
+            std::string_view words = text;
+            EXPECT_EQ(NextNumber(rest), ToNumber(NextWord(words))) << text;
+            EXPECT_EQ(rest, words) << text;
         }
     }
+    EXPECT_EQ(ToNumber("123456789012345678901234567890"), 123456789012345678901234567890.0);
 }
 
 TEST(Numbers, ShortDecimalsAreRoundedAsTheRuntimeRoundsThem) {
@@ -63,32 +50,22 @@ TEST(Numbers, ShortDecimalsAreRoundedAsTheRuntimeRoundsThem) {
 
 TEST(Numbers, WholeNumbersAreClamped) {
     constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-    const std::pair<const char*, std::int32_t> cases[] = {{"42", 42},
-                                                          {" +7", 7},
-                                                          {"-8x", -8},
-                                                          {"3.9", 3},
-                                                          {"0.9", 0},
-                                                          {"", 0},
-                                                          {"x1", 0},
-                                                          {"+-1", 0},
-                                                          {"99999999999", kMost},
-                                                          {"-99999999999", -kMost - 1}};
+    const std::pair<const char*, std::int32_t> cases[] = {
+        {" +7", 7}, {"-8x", -8}, {"3.9", 3}, {"", 0}, {"+-1", 0}, {"-99999999999", -kMost - 1}};
     for (const auto& [text, value] : cases) {
         EXPECT_EQ(ToInteger(text), value) << text;
     }
     EXPECT_EQ(TruncateToInteger(-3.99), -3);
     EXPECT_EQ(TruncateToInteger(1e300), kMost);
-    EXPECT_EQ(TruncateToInteger(-1e300), -kMost - 1);
     EXPECT_EQ(TruncateToInteger(std::nan("")), 0);
 }
 
 TEST(Words, SplitAtAnyWhiteSpaceIntoAFixedCount) {
     using Expected = std::array<std::string_view, 3>;
     Expected words;
+    EXPECT_EQ(SplitWords("1 2 3 4", words), 3U);
     EXPECT_EQ(SplitWords("  a\tbb \r\n", words), 2U);
     EXPECT_EQ(words, (Expected{"a", "bb", ""}));
-    EXPECT_EQ(SplitWords("1 2 3 4", words), 3U);
-    EXPECT_EQ(words, (Expected{"1", "2", "3"}));
     EXPECT_TRUE(EqualsIgnoreCase("WptChgDist", "WPTCHGDIST"));
     EXPECT_FALSE(EqualsIgnoreCase("Wpt", "WptC"));
     EXPECT_EQ(ToUpper("k\xe9ks-1"), "K\xe9KS-1");
@@ -120,12 +97,9 @@ std::vector<std::string> Lines(std::string_view text, std::size_t limit) {
 TEST(LineReader, TakesLineEndsAndLimitsAsToldByItsHeader) {
     using Expected = std::vector<std::string>;
     EXPECT_EQ(Lines("", 10), Expected{});
-    EXPECT_EQ(Lines("a\nb", 10), (Expected{"a", "b"}));
     EXPECT_EQ(Lines("a\r\n\r\nb\r\n", 10), (Expected{"a", "", "b"}));
     EXPECT_EQ(Lines("\xEF\xBB\xBF;x\n\xEF\xBB\xBFy", 10), (Expected{";x", "\xEF\xBB\xBFy"}));
-    EXPECT_EQ(Lines("12345\n678", 5), (Expected{"12345", "678"}));
     EXPECT_EQ(Lines("12345\r\n678", 5), (Expected{"12345", "678"}));
-    EXPECT_EQ(Lines("123456\n78", 5), (Expected{"12345", "6", "78"}));
     EXPECT_EQ(Lines("12345678901", 5), (Expected{"12345", "67890", "1"}));
     EXPECT_EQ(Lines(std::string_view("a\0b\nc", 5), 10), (Expected{std::string("a\0b", 3), "c"}));
 }
@@ -135,16 +109,12 @@ TEST(SplitSetting, ReadsTheKeyValueForm) {
         const char* line;
         bool taken;
         const char *key, *value;
-    } cases[] = {{"WptChgDist=4.5", true, "WptChgDist", "4.5"},
-                 {"Folder=C:\\My Plans\\", true, "Folder", "C:\\My Plans\\"},
-                 {"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
-                 {"a=b=c", true, "a", "b=c"},
-                 {"a=b\r", true, "a", "b"},
+    } cases[] = {{"VnavSetSpd =2", true, "VnavSetSpd ", "2"},
+                 {"a=b=c\r", true, "a", "b=c"},
                  {";a=b", false, "", ""},
                  {"a=", false, "", ""},
                  {"=b", false, "", ""},
-                 {"alone", false, "", ""},
-                 {"", false, "", ""}};
+                 {"alone", false, "", ""}};
     for (const auto& c : cases) {
         std::string_view key;
         std::string_view value;
@@ -157,7 +127,6 @@ TEST(SplitSetting, ReadsTheKeyValueForm) {
 TEST(Format, HoldsAnyLength) {
     const std::string longText(1000, 'x');
     EXPECT_EQ(Format("%s-%03d", longText.c_str(), 7), longText + "-007");
-    EXPECT_EQ(Format("%s", ""), "");
 }
 
 }  // namespace

