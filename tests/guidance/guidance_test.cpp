@@ -27,8 +27,6 @@ using test::FakeSimulator;
 using test::SetActivePlan;
 using ::testing::DoubleNear;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::Pair;
 using ::testing::Pointwise;
 
 class GuidanceTest : public ::testing::Test {
@@ -51,9 +49,8 @@ TEST_F(GuidanceTest, TimesToGo) {
     const struct {
         double distanceNm, speedKt, simRate, hours, minutes, tenths, realHours, realMinutes;
     } rows[] = {{30, 240, 1, 0, 7.5, 5, 0, 7.5}, {30, 240, 4, 0, 7.5, 5, 0, 1.875},
-                {600, 400, 1, 1, 30, 0, 1, 30},  {600, 400, 2, 1, 30, 0, 0, 45},
-                {240, 240, 1, 1, 0, 0, 1, 0},    {30, 25, 1, 0, 0, 0, 0, 0},
-                {30, 240, 0, 0, 7.5, 5, 0, 0},   {0, 240, 1, 0, 0, 0, 0, 0},
+                {600, 400, 2, 1, 30, 0, 0, 45},  {240, 240, 1, 1, 0, 0, 1, 0},
+                {30, 25, 1, 0, 0, 0, 0, 0},      {30, 240, 0, 0, 7.5, 5, 0, 0},
                 {-1, 240, 1, 0, 0, 0, 0, 0}};
     for (const auto& row : rows) {
         guidance.distanceToGoNm = row.distanceNm;
@@ -103,8 +100,8 @@ TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
         double crossTrackNm;
         std::int32_t side;
     } rows[] = {
-        {-2.0 / 60, CrossTrackMode::Guidance, 2, 1}, {2.0 / 60, CrossTrackMode::Guidance, 2, 2},
-        {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, 1}, {-8.0 / 60, CrossTrackMode::Guidance, 8, 1},
+        {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, 1},
+        {-8.0 / 60, CrossTrackMode::Guidance, 8, 1},
         {4, CrossTrackMode::Guidance, 125, 2},
     };
     for (const auto& row : rows) {
@@ -153,21 +150,6 @@ TEST_F(GuidanceTest, LooksAheadByCrossTrack) {
     }
 }
 
-TEST_F(GuidanceTest, AFreshPlanHasFreshDistances) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
-    PlaceAt(0, 0.99);
-    SetActiveWaypoint(1);
-    SetActivePlan({{"DDD", 0, 1}, {"EEE", 0, 2}, {"FFF", 0, 3}});
-    SetActiveWaypoint(1);
-    EXPECT_NEAR(guidance.distanceToGoNm, 1.01 * 60, 1e-6);
-    EXPECT_NEAR(guidance.legLengthNm, 60, 1e-6);
-    EXPECT_NEAR(progress.routeDistanceToDestination, 2.01 * 60, 1e-6);
-    EXPECT_NEAR(progress.destinationBearingMag, 90, 1e-6);
-    guidance.lnavEngaged = 1;
-    SequenceWaypoint();
-    EXPECT_EQ(planBook.activeIndex, 1);
-}
-
 TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 1, 2}, {"DDD", 0, 3}, {"EEE", 2, 4}});
     SetActiveWaypoint(1);
@@ -176,12 +158,9 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
                               [] { activePlan.entries[2].latitude = -1; },
                               [] { activePlan.entries[4].longitude = 5; },
                               [] { (activePlan.entries[2] = {}).ident = "DISCO"; },
-                              [] { (activePlan.entries[2] = {}).ident = "FFF"; },
                               [] { planBook.activeIndex = 3; },
-                              [] { activePlan.entries[4].latitude = 1; },
                               [] { planBook.activeIndex = 1; },
-                              [] { activePlan.lastIndex = 3; },
-                              [] { (activePlan.entries[3] = {}).ident = "DISCO"; }};
+                              [] { activePlan.lastIndex = 3; }};
     int number = 0;
     for (const Change change : changes) {
         change();
@@ -196,40 +175,18 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
     }
 }
 
-TEST_F(GuidanceTest, LnavNeedsSomethingToFlyTo) {
-    ToggleLnav();
-    EXPECT_EQ(guidance.lnavEngaged, 0);
-    EXPECT_EQ(requests.unitRedraw, 1);
+TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}});
     SetActiveWaypoint(1);
     settings.LnavSetEnRouteFreqs = 1;
-    guidance.trackLeg = 1;
     ToggleLnav();
-    EXPECT_EQ(guidance.lnavEngaged, 1);
     EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
-    ToggleLnav();
-    EXPECT_EQ(guidance.lnavEngaged, 0);
-    EXPECT_EQ(guidance.trackLeg, 0);
-    ToggleLnav();
-    SetActiveWaypoint(0);
-    EXPECT_EQ(guidance.lnavEngaged, 0);
-}
-
-TEST_F(GuidanceTest, VnavStartsAfreshEachTime) {
-    ToggleVnav();
-    EXPECT_EQ(guidance.vnavEngaged, 0);
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}});
-    SetActiveWaypoint(1);
-    settings.VnavSetSpd = 2;
+    EXPECT_EQ(requests.unitRedraw, 1);
     vnav.lastAltitudeSent = 5000;
     vnav.lastSpeedSent = 250;
     ToggleVnav();
-    EXPECT_EQ(guidance.vnavEngaged, 1);
-    EXPECT_EQ(settings.VnavSetSpd, 1);
     EXPECT_THAT((std::array{vnav.lastAltitudeSent, vnav.lastSpeedSent, vnav.restart}),
                 ElementsAre(-999, -999, 1));
-    ToggleVnav();
-    EXPECT_EQ(guidance.vnavEngaged, 0);
 }
 
 TEST_F(GuidanceTest, PassageKeepsFuelInTheUnitAskedFor) {
@@ -256,35 +213,27 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
     };
     const test::PlanEntry gap{"DISCO", 0, 0, ""};
     const struct {
-        const char* name;
         std::initializer_list<test::PlanEntry> plan;
         double variation;
         EventList events;
-    } rows[] = {
-        {"a VOR ahead", {a, b, vor(2)}, 10, {{65716, 80}, {65708, 0x11390}}},
-        {"an NDB", {a, {"NNN", 0, 1, "NDB", "", "385"}}, 0, {{65716, 90}, {65714, 0x385}}},
-        {"only the first entry with a frequency counts", {a, vor(4.2), vor(1, "110.10")}, 0, {}},
-        {"a discontinuity before the station",
-         {a, {"BBB", 1, 1}, gap, {"VVV", 1, 2, "VOR", "", "113.90"}},
-         0,
-         {{65716, 89}, {65708, 0x11390}}},
-        {"a frequency that reads as 0", {a, vor(1, "x")}, 0, {{65716, 90}}},
-        {"a short frequency", {a, vor(1, "113")}, 0, {{65716, 90}, {65708, 0x113}}},
-        {"a course of half a degree to one has no whole part",
-         {a, vor(1)},
-         89.4,
-         {{65708, 0x11390}}},
-        {"a course below half a degree", {a, vor(1)}, 89.7, {{65716, 360}, {65708, 0x11390}}},
-        {"the station just passed gives the course", {vor(0), b}, 0, {{65716, 90}}},
-        {"no stations", {a, b}, 0, {}},
-        {"no active waypoint", {vor(0)}, 0, {}}};
+    } rows[] = {{{a, b, vor(2)}, 10, {{65716, 80}, {65708, 0x11390}}},
+                {{a, {"NNN", 0, 1, "NDB", "", "385"}}, 0, {{65716, 90}, {65714, 0x385}}},
+                {{a, vor(4.2), vor(1)}, 0, {}},  // only the first entry with a frequency counts
+                {{a, {"BBB", 1, 1}, gap, {"VVV", 1, 2, "VOR", "", "113.90"}},
+                 0,
+                 {{65716, 89}, {65708, 0x11390}}},
+                {{a, vor(1, "x")}, 0, {{65716, 90}}},
+                {{a, vor(1)}, 89.4, {{65708, 0x11390}}},                // no whole part
+                {{a, vor(1)}, 89.7, {{65716, 360}, {65708, 0x11390}}},  // below half a degree
+                {{vor(0), b}, 0, {{65716, 90}}},                        // just passed
+                {{vor(0)}, 0, {}}};                                     // no active waypoint
     for (const auto& row : rows) {
         SetActivePlan(row.plan);
         aircraft.magneticVariation = row.variation;
         planBook.activeIndex = row.plan.size() > 1 ? 1 : kNoWaypoint;
         simulator.events.clear();
         TuneRadios(TuneMode::FlightPlan);
-        EXPECT_EQ(simulator.events, row.events) << row.name;
+        EXPECT_EQ(simulator.events, row.events) << &row - rows;
     }
 }
 
@@ -292,7 +241,6 @@ TEST_F(GuidanceTest, RadiosFollowThePilotsEntry) {
     const std::pair<const char*, EventList> rows[] = {
         {"90 385", {{65716, 90}, {65708, 0x385}}},
         {"0 1139", {{65708, 0x1139}}},
-        {"270", {{65716, 270}}},
         {"270 38577", {{65716, 270}, {65708, 0x38}}},  // six characters count
         {"", {}}};
     for (const auto& [entry, events] : rows) {
@@ -309,7 +257,6 @@ class ActivationTest : public GuidanceTest {
         folder.Write("avq/flightplans/ABCD.RTE",
                      "CruiseAlt=31000\nFuel=6000\n[FlightPlan]\n"
                      "AAA 0 0 APT ---\nBBB 0 1 VOR 113.90\nCCC 0 2 APT ---\n");
-        folder.Write("avq/flightplans/ONE.RTE", "[FlightPlan]\nAAA 0 0 APT ---\n");
     }
     test::TempSimFolder folder;
 };
@@ -323,7 +270,6 @@ TEST_F(ActivationTest, ALoadedPlanIsFlownFromItsFirstWaypoint) {
     AppendMessage("kept");
     AppendMessage("dropped");
     LoadPlanToActive("ABCD.RTE");
-    EXPECT_EQ(planBook.activeIndex, 1);
     EXPECT_EQ(planBook.status, RouteStatus::Active);
     EXPECT_EQ(vnav.cruiseAltitude, 31000);
     EXPECT_NEAR(guidance.distanceToGoNm, 60, 1e-6);
@@ -335,29 +281,6 @@ TEST_F(ActivationTest, ALoadedPlanIsFlownFromItsFirstWaypoint) {
     ASSERT_EQ(messages.count, 2);
     EXPECT_EQ(messages.lines[1], "kept");
     EXPECT_EQ(messages.lines[2], "FPL 'ABCD.RTE' loaded");
-    EXPECT_THAT(simulator.events, IsEmpty());
-    EXPECT_TRUE(planBook.flightLogStartRequested);
-}
-
-TEST_F(ActivationTest, SwitchesSendWhatTheyAskFor) {
-    settings.LnavSetEnRouteFreqs = 1;
-    settings.SetWptBaro = 1;
-    aircraft.groundSpeedKt = 5;
-    LoadPlanToActive("ABCD.RTE");
-    EXPECT_THAT(simulator.events,
-                ElementsAre(Pair(65716, 90U), Pair(65708, 0x11390U), Pair(65584, 0U)));
-    EXPECT_FALSE(planBook.flightLogStartRequested);
-}
-
-TEST_F(ActivationTest, APlanWithoutALegLeavesNothingToFly) {
-    for (const char* const name : {"ONE.RTE", "MISSING.RTE"}) {
-        LoadPlanToActive("ABCD.RTE");
-        ASSERT_TRUE(EngageLnav());
-        LoadPlanToActive(name);
-        EXPECT_FALSE(HasActiveWaypoint()) << name;
-        EXPECT_EQ(guidance.lnavEngaged, 0) << name;
-        EXPECT_EQ(messages.lines[2], "FPL '" + std::string(name) + "' loaded");
-    }
 }
 
 TEST_F(ActivationTest, TheDestinationIsLoadedOnceUnderWay) {

@@ -57,19 +57,16 @@ class HoldsTest : public ::testing::Test {
 };
 
 TEST_F(HoldsTest, ThePatternLiesAroundItsFix) {
-    struct Row {
-        std::int32_t turnDirection;
-        double east[5];  // of the corners, in leg lengths
-    };
+    // Where the corners lie, in leg lengths, when it turns right.
     const double north[] = {0, 0.2, 0.2, -0.8, -0.8};
-    const Row rows[] = {{1, {0, 0, 0.5, 0.5, 0}}, {2, {0, 0, -0.5, -0.5, 0}}};
-    for (const Row& row : rows) {
-        holdList.holds[1].turnDirection = row.turnDirection;
+    const double east[] = {0, 0, 0.5, 0.5, 0};
+    for (const std::int32_t turnDirection : {1, 2}) {
+        holdList.holds[1].turnDirection = turnDirection;
         BuildAndFlyHold();
         for (int corner = 0; corner < 5; ++corner) {
             const HoldCorner& placed = holdList.holds[1].corners[corner];
-            EXPECT_NEAR(placed.latitude * 60 / 5, north[corner], 1e-3) << corner;
-            EXPECT_NEAR(placed.longitude * 60 / 5, row.east[corner], 1e-3) << corner;
+            EXPECT_NEAR(placed.latitude * 12, north[corner], 1e-3) << corner;
+            EXPECT_NEAR(placed.longitude * 12, east[corner] * (3 - 2 * turnDirection), 1e-3);
         }
     }
     EXPECT_EQ(holdList.holds[1].corners[3].name, "Base");
@@ -106,7 +103,6 @@ TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
         Step();
     }
     EXPECT_EQ(holdList.count, 0);
-    EXPECT_EQ(holdList.holdActive, 0);
     EXPECT_EQ(planBook.activeIndex, 2);
     Step();
     EXPECT_NE(guidance.lastHeadingSent, kNoHeadingSent);
