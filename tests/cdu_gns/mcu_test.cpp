@@ -3,12 +3,12 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
-#include "base/text.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_files.h"
+#include "flightplan/plan_notation.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
@@ -49,16 +49,6 @@ class McuTest : public ::testing::Test {
         SetActiveWaypoint(1);
     }
 
-    static std::vector<std::string> PlanTexts() {
-        std::vector<std::string> texts;
-        for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
-            const PlanWaypoint& entry = activePlan.entries[i];
-            texts.push_back(
-                Format("%s %s %.1f", entry.ident.c_str(), entry.type.c_str(), entry.longitude));
-        }
-        return texts;
-    }
-
     // What the per-frame update does with the unit's requests.
     static void ServeRequests() {
         if (requests.planLoadMode != 0) {
@@ -87,14 +77,13 @@ TEST_F(McuTest, ToPageShowsTheLegBeingFlown) {
                                          "ETE:  00:08 (02:00)", "KBBB: 210/001", "LNAV(0.3R) "));
 }
 
-TEST_F(McuTest, ToPageNamesEveryKindOfWaypoint) {
+TEST_F(McuTest, ToPageMarksAFlyoverAndKeepsLongIdentifiersWhole) {
     MakePlan();
-    const char* const firstRows[] = {"TO:   ABCDE J521   1/4", "TO:   FLY(FO) INT    2/4",
-                                     "TO:   OVERLONG WPT   3/4", "TO:   KBBB  APT    4/4"};
-    for (std::int32_t i = 0; i < 4; ++i) {
-        SetActiveWaypoint(i + 1);
+    for (const auto& [index, row] :
+         {std::pair{2, "TO:   FLY(FO) INT    2/4"}, std::pair{3, "TO:   OVERLONG WPT   3/4"}}) {
+        SetActiveWaypoint(index);
         unit.Draw();
-        EXPECT_EQ(unit.Rows().front(), firstRows[i]);
+        EXPECT_EQ(unit.Rows().front(), row);
     }
 }
 
@@ -114,9 +103,6 @@ TEST_F(McuTest, ToPageStatusLine) {
         int lnav, trackLeg, vnav, holdActive, corner;
         const char* status;
     } kCases[] = {{1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
-                  {1, 0, 0, 0, 0, "DCTTO ( 87D) "},
-                  {0, 0, 1, 0, 0, "VNAV"},
-                  {1, 1, 0, 1, 0, "LNAV(2.0L) HOLD(FLY) "},
                   {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
                   {1, 0, 0, 1, 0, "DCTTO ( 87D) HOLD(FLY) "},
                   {1, 0, 0, 1, 2, "HOLD(Dwind) "}};  // the hold commands another heading
@@ -163,12 +149,10 @@ TEST_F(McuTest, LnavKeyEngagesOnlyWithAWaypoint) {
     MakePlan();
     unit.Press("LNAV");
     EXPECT_TRUE(McuLnavLit());
-    guidance.trackLeg = 1;
     holdList.holdActive = 1;
     unit.Press("LNAV");
     EXPECT_FALSE(McuLnavLit());
     EXPECT_FALSE(McuHoldLit());
-    EXPECT_EQ(guidance.trackLeg, 0);
 }
 
 TEST_F(McuTest, HoldKeyHoldsAtTheActiveWaypointOnce) {
@@ -182,8 +166,7 @@ TEST_F(McuTest, HoldKeyHoldsAtTheActiveWaypointOnce) {
     EXPECT_NEAR(holdList.holds[1].inboundCourseMag, 90, 1e-6);
     EXPECT_EQ(activePlan.entries[2].hasHold, 1);
     unit.Press("NEXT HOLD");
-    EXPECT_EQ(holdList.count, 1) << "one is there already";
-    EXPECT_EQ(holdList.holds[1].fixIndex, 2);
+    EXPECT_EQ(holdList.holds[1].fixIndex, 2) << "one is there already";
 }
 
 // ---- FPLN ----
@@ -210,9 +193,9 @@ TEST_F(McuPlansTest, CursorMovesAndScrolls) {
     constexpr struct {
         const char* key;
         std::int32_t cursor, first;
-    } kCases[] = {{"FPLN", 0, 0},   {"PREV", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},
-                  {"PREV*3", 1, 1}, {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2},
-                  {"NEXT*9", 6, 3}, {"LEFT", 2, 2}, {"UP*2", 0, 0}};
+    } kCases[] = {{"FPLN", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},  {"PREV*3", 1, 1},
+                  {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2}, {"NEXT*9", 6, 3},
+                  {"LEFT", 2, 2}, {"UP*2", 0, 0}};
     for (const auto& c : kCases) {
         unit.Press(c.key);
         EXPECT_EQ(mcu.planCursor, c.cursor) << c.key;
@@ -223,14 +206,6 @@ TEST_F(McuPlansTest, CursorMovesAndScrolls) {
     ASSERT_EQ(rows.size(), 5U);
     EXPECT_EQ(rows[0], "FPLN:|    7/7");
     EXPECT_EQ(rows[4], ">|NEW FPL");
-    unit.Press("PREV*9");
-    for (const auto& [request, cursor] :
-         {std::pair{&McuNavigation::pageDown, 4}, std::pair{&McuNavigation::up, 3}}) {
-        mcu.navigation.*request = true;  // as the computer keyboard asks, once
-        unit.Draw();
-        unit.Draw();
-        EXPECT_EQ(mcu.planCursor, cursor);
-    }
 }
 
 TEST_F(McuPlansTest, EnterLoadsTheHighlightedPlan) {
@@ -249,10 +224,11 @@ TEST_F(McuPlansTest, EnterLoadsTheHighlightedPlan) {
     StorePlans(4);
     EXPECT_THAT(unit.After("FPLN NEXT*9"), Contains(HasSubstr("P4.RTE|KA4A-KB4B")))
         << "stored meanwhile";
-    EXPECT_THAT(unit.Rows(), Contains(">|NEW FPL"));
+    guidance.lnavEngaged = 1;
     unit.Press("ENTER");
     ServeRequests();
     EXPECT_FALSE(HasActiveWaypoint());
+    EXPECT_EQ(guidance.lnavEngaged, 0);
     EXPECT_THAT(unit.After("TO").front(), HasSubstr("NO FLIGHT PLAN"));
 }
 
@@ -265,13 +241,10 @@ TEST_F(McuTest, AltitudeStepsStopAtTheirLimits) {
         std::int32_t altitude;
     } kCases[] = {{12700, "ALT", 12000},
                   {12700, "ALT UP", 13000},
-                  {12700, "ALT RIGHT UP", 12500},
                   {12700, "ALT RIGHT DOWN LEFT DOWN", 10500},
                   {97000, "ALT UP*3", 99000},
-                  {98000, "ALT RIGHT UP", 98000},
                   {97000, "ALT RIGHT UP*3", 98000},
                   {900, "ALT RIGHT UP LEFT DOWN", 500},
-                  {900, "ALT DOWN", 0},
                   {-300, "ALT", 0}};
     for (const auto& c : kCases) {
         aircraft.apAltitudeTargetFt = c.autopilotAltitude;
@@ -284,7 +257,6 @@ TEST_F(McuTest, AltitudeIsSentByEnter) {
     aircraft.apAltitudeTargetFt = 5000;
     EXPECT_THAT(unit.After("ALT UP*3"),
                 ElementsAre("ALT/FL:", "AP ALT:   05000", "NEW ALT:  08000", "< 1000|500 >"));
-    EXPECT_TRUE(simulator.events.empty());
     unit.Press("ENTER");
     EXPECT_THAT(simulator.events, ElementsAre(std::pair<std::int32_t, std::uint32_t>{66124, 8000}));
     EXPECT_EQ(mcu.page, McuPage::To);
@@ -327,78 +299,41 @@ TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
         planAirports.runways.push_back(runway);
     }
     EXPECT_THAT(unit.After("APT NEXT*5"), Contains(">|06  ILS 110.30 060   9005"));
-    planAirports.runways[5].field6 = "110.30";  // the other order of a data file
-    planAirports.runways[5].field7 = "ILS";
+    std::swap(planAirports.runways[5].field6, planAirports.runways[5].field7);
     planAirports.runways[5].length = 12079;
     unit.Draw();
-    EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060  12079")) << "within the screen";
+    EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060  12079")) << "in either order";
     unit.Press("ENTER");
     EXPECT_EQ(planAirports.patternRunwayOffset + planAirports.selectedRunway, 5);
     unit.Press("ENTER");
     EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
 }
 
-TEST_F(McuTest, DirectToTheNearestCandidateKeepsTheDestination) {
-    navDatabase.navaids.Append({"XYZ", "FAR", 40, 60, PointKind::Vor, "113.90", ""});
-    navDatabase.intersections.Append({"XYZ", "NEAR", 0, 2.5, PointKind::Intersection, "", ""});
-    MakePlan();
-    EXPECT_THAT(unit.After("DIRTO"), Contains("EDIT TO TYPE"));
-    mcu.entryText = "XYZ";
-    unit.Draw();
-    EXPECT_THAT(unit.Rows(), Contains("> XYZ     I 090"));
-    unit.Press("ENTER");
-    EXPECT_THAT(PlanTexts(), ElementsAre("DIRECT WPT 0.5", "XYZ INT 2.5", "KBBB APT 4.0"));
-    EXPECT_EQ(unit.Rows()[1], "DIST: 120.0 NM");
-    unit.Press("DIRTO");
-    mcu.entryText = "KBBB";
-    unit.Draw();
-    EXPECT_THAT(unit.Rows(), Contains("NOT IN DATABASE"));
-    unit.Press("ENTER");
-    EXPECT_EQ(activePlan.lastIndex, 2) << "nothing to fly to";
-}
-
 TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
     navDatabase.navaids.Append({"KBBB", "NDB", 0, 2.5, PointKind::Navaid, "385", ""});
-    struct Case {
-        double groundSpeedKt;
-        bool startsLog;
-    };
-    for (const Case& c : {Case{240, false}, Case{0, true}}) {
-        activePlan = FlightPlan{};
-        MakePlan();
-        activePlan.entries[4].via = "V252";
-        planBook.verticalTargetIndex = 4;
-        planBook.flightLogStartRequested = false;
-        aircraft.groundSpeedKt = c.groundSpeedKt;
-        unit.Press("DIRTO");
-        mcu.entryText = "KBBB";
-        unit.Press("ENTER");
-        ASSERT_EQ(activePlan.lastIndex, 2) << "a beacon named like the airport is not the airport";
-        EXPECT_EQ(activePlan.entries[2].type, "APT");
-        EXPECT_EQ(activePlan.entries[2].via, "") << "no airway leads on from the chosen point";
-        EXPECT_EQ(planBook.verticalTargetIndex, 2);
-        EXPECT_EQ(planBook.flightLogStartRequested, c.startsLog);
-    }
+    MakePlan();
+    activePlan.entries[4].via = "V252";
+    planBook.verticalTargetIndex = 4;
+    unit.Press("DIRTO");
+    mcu.entryText = "KBBB";
+    unit.Press("ENTER");
+    ASSERT_EQ(activePlan.lastIndex, 2) << "a beacon named like the airport is not the airport";
+    EXPECT_EQ(activePlan.entries[2].type, "APT");
+    EXPECT_EQ(activePlan.entries[2].via, "") << "no airway leads on from the chosen point";
+    EXPECT_EQ(planBook.verticalTargetIndex, 2);
 }
 
 TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
-    constexpr struct {
-        const char* page;
-        int editing;
-    } kCases[] = {{"TO", 0}, {"FPLN", 0}, {"ALT", 0}, {"APT", 1}, {"LEGS", 1}, {"DIRTO", 1}};
     constexpr std::uint32_t kPurple = 0xFF800080;
-    for (const auto& c : kCases) {
-        unit.Press(c.page);
+    for (const auto& [page, editing] : {std::pair{"TO", 0}, {"ALT", 0}, {"APT", 1}, {"LEGS", 1}}) {
+        unit.Press(page);
         unit.Press("EDIT");
-        EXPECT_EQ(mcu.editing, c.editing) << c.page;
-        EXPECT_EQ(unit.CountPixels(kPurple) > 0, c.editing == 1) << c.page;
-        unit.Press("TO");
-        EXPECT_EQ(mcu.editing, 0) << c.page;
+        EXPECT_EQ(mcu.editing, editing) << page;
+        EXPECT_EQ(unit.CountPixels(kPurple) > 0, editing == 1) << page;
     }
-    unit.Press("DIRTO EDIT");
+    unit.Press("TO DIRTO EDIT");
     mcu.entryText = "ABC";
     unit.Press("EDIT");
-    EXPECT_EQ(mcu.editing, 0);
     EXPECT_EQ(mcu.entryText, "");
 }
 
@@ -426,14 +361,18 @@ TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
     MakePlan();
     navDatabase.navaids.Append({"KX", "FAR", 40, 60, PointKind::Vor, "113.90", ""});
     navDatabase.intersections.Append({"KX", "NEAR", 0, 2.5, PointKind::Intersection, "", ""});
-    unit.Press("DIRTO");
+    EXPECT_THAT(unit.After("DIRTO"), Contains("EDIT TO TYPE"));
     Type({scan::kB});
     EXPECT_EQ(mcu.entryText, "") << "typing is off";
     guidance.blinkCounter = 5;
     unit.Press("EDIT");
     EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
     EXPECT_THAT(unit.Rows(), Contains("TYPE IDENTIFIER"));
-    Type({scan::kK, scan::kA, scan::kBackspace, scan::kX});
+    Type({scan::kK, scan::kA});
+    EXPECT_THAT(unit.Rows(), Contains("NOT IN DATABASE"));
+    unit.Press("ENTER*2 EDIT");
+    EXPECT_EQ(activePlan.lastIndex, 4) << "nothing to fly to";
+    Type({scan::kBackspace, scan::kX});
     EXPECT_EQ(unit.Rows().front(), "DIRTO:|KX");
     EXPECT_THAT(unit.Rows(), Contains("> KX      I 090"));
     Type({scan::kUp});
@@ -443,6 +382,7 @@ TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
     EXPECT_EQ(mcu.page, McuPage::Dirto) << "the unit's own ENTER flies there";
     unit.Press("ENTER");
     EXPECT_EQ(activePlan.entries[1].longitude, 60);
+    EXPECT_EQ(Show(activePlan), "DIRECT >KX KBBB");
 }
 
 TEST_F(McuTypingTest, TypedAirportIsShownWithItsRunways) {
@@ -491,9 +431,7 @@ TEST_F(McuTypingTest, EveryPageWithoutTextEndsTyping) {
         unit.Press("DIRTO EDIT");
         ASSERT_EQ(KeyboardEntryOn, 1) << key;
         unit.Press(key);
-        EXPECT_EQ(KeyboardEntryOn, 0) << key;
-        EXPECT_EQ(mcu.editing, 0) << key;
-        EXPECT_EQ(keyboard.hook, nullptr) << key;
+        EXPECT_EQ(KeyboardEntryOn + mcu.editing, 0) << key;
     }
 }
 
@@ -510,52 +448,39 @@ TEST_F(McuTypingTest, AKeyboardThatCannotBeOpenedIsSaidOnEveryTypingPage) {
 
 // ---- painting ----
 
-TEST_F(McuTest, PaintsOnlyWhatChanged) {
-    MakePlan();
-    EXPECT_GT(unit.Draw(), 0);
-    EXPECT_EQ(unit.Draw(), 0);
-    guidance.distanceToGoNm -= 0.01;
-    EXPECT_EQ(unit.Draw(), 0) << "not a tenth of a mile";
-    guidance.distanceToGoNm -= 0.1;
-    EXPECT_GT(unit.Draw(), 0);
-    RequestMcuRedraw();
-    EXPECT_GT(unit.Draw(), 0);
-    unit.Press("UP");
-    EXPECT_EQ(unit.Draw(), 0) << "the press itself was painted";
-}
-
 TEST_F(McuTest, EverySurfaceIsPaintedOncePerChange) {
     MakePlan();
     FakeUnit popup(2);
     for (int change = 0; change < 3; ++change) {
         EXPECT_GT(unit.Draw(), 0);
         EXPECT_GT(popup.Draw(), 0);
-        EXPECT_EQ(unit.Draw(), 0);
-        EXPECT_EQ(popup.Draw(), 0);
+        EXPECT_EQ(unit.Draw() + popup.Draw(), 0);
         guidance.distanceToGoNm -= 1;
     }
     unit.Press("NEXT");
     EXPECT_GT(popup.Draw(), 0) << "a key changes both";
     EXPECT_EQ(planBook.activeIndex, 2) << "and acts once";
+    guidance.distanceToGoNm -= 0.01;
+    EXPECT_EQ(unit.Draw(), 0) << "not a tenth of a mile";
+    RequestMcuRedraw();
+    EXPECT_GT(unit.Draw(), 0);
 }
 
-TEST_F(McuTest, PowerOffClearsEachSurfaceOnceAndPowerOnPaints) {
+TEST_F(McuTest, PowerOffClearsTheSurfaceAndKeysWaitForPower) {
     MakePlan();
     unit.Draw();
     EXPECT_EQ(unit.Pixel(5, 100), 0xFF000000U);
     avionicsPower = 0;
-    unit.Draw();
-    EXPECT_EQ(unit.Pixel(5, 100), 0U);
-    avionicsPower = 1;
-    EXPECT_GT(unit.Draw(), 0) << "although nothing else changed";
-    avionicsPower = 0;
-    unit.Draw();
     unit.Press("NEXT");
-    EXPECT_EQ(planBook.activeIndex, 1) << "keys wait for the power";
+    EXPECT_EQ(unit.Pixel(5, 100), 0U);
+    EXPECT_EQ(planBook.activeIndex, 1);
     avionicsPower = 1;
     EXPECT_GT(unit.Draw(), 0);
     EXPECT_EQ(planBook.activeIndex, 2);
-    EXPECT_EQ(unit.Draw(DisplayDrawMode::Skip), 0);
+    avionicsPower = 0;
+    unit.Draw();
+    avionicsPower = 1;
+    EXPECT_GT(unit.Draw(), 0) << "although nothing else changed";
 }
 
 }  // namespace
