@@ -33,20 +33,16 @@ TEST(Resources, SurvivesFilesCutAnywhereAndBytesTurned) {
     // Behind the last resource the linker may have padded the section.
     const std::size_t used = section.find("LINE KEY 1") + 10;
     for (std::size_t length = 0; length < used; length += 7) {
-        const ModuleResources resources =
-            ParseResources(std::string_view(section).substr(0, length));
-        EXPECT_FALSE(resources.problems.empty()) << length;
+        EXPECT_FALSE(ParseResources(section.substr(0, length)).problems.empty()) << length;
     }
-    for (std::size_t at = 0; at < 200 && at < section.size(); ++at) {
+    for (std::size_t at = 0; at < 200; ++at) {
         std::string turned = section;
         turned[at] = static_cast<char>(0xFF);
         ParseResources(turned);
-    }
-    for (std::size_t at = 0; at < 64; ++at) {
-        std::string turned = file;
+        turned = file;
         turned[at] = static_cast<char>(0xFF);
         FindElfSection(turned, ".avq_res");
-        FindElfSection(std::string_view(file).substr(0, at), ".avq_res");
+        FindElfSection(turned.substr(0, at), ".avq_res");
     }
 }
 
@@ -59,13 +55,7 @@ TEST(Resources, ReadsKeyNamesAndSkipsWhatIsNone) {
     EXPECT_EQ(names[1].label, "Ä");
 }
 
-TEST(Compose, ResamplingKeepsFlatColoursAndMeans) {
-    const Picture flat{3, 2, std::vector<std::uint32_t>(6, 0xFF204060)};
-    for (const int size : {1, 2, 5, 9}) {
-        for (const std::uint32_t pixel : Resample(flat, size, size).pixels) {
-            EXPECT_EQ(pixel, 0xFF204060U);
-        }
-    }
+TEST(Compose, ResamplingKeepsMeans) {
     Picture board{8, 8, {}};
     for (int i = 0; i < 64; ++i) {
         board.pixels.push_back((i + i / 8) % 2 == 0 ? 0xFFFFFFFFU : 0xFF000000U);

@@ -81,25 +81,11 @@ TEST_F(SessionTest, SendsEventsInTheSimulatorsOrderAndRates) {
     dlclose(keep);
 }
 
-TEST_F(SessionTest, PlacementsOfOneGaugeAreIndependent) {
-    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
-    session_.Step(0.01);
-    session_.SetWindowVisible(4001, true);
-    session_.Step(0.01);
-    const auto drawn = [](const char* text) { return Field(&DrawnText::text, text); };
-    EXPECT_THAT(session_.Texts(0), ElementsAre(drawn("drawn 2"), drawn("drawn 2")));
-    EXPECT_THAT(session_.Texts(1), ElementsAre(drawn("drawn 1"))) << "its own surface, once";
-    EXPECT_EQ(PixelAt(session_, 1, kProbeSurfaceX, kProbeSurfaceY), 0xFF010101U);
-    EXPECT_EQ(PixelAt(session_, 0, 10 + kProbeSurfaceX, 20 + kProbeSurfaceY), 0xFF020202U);
-}
-
 TEST_F(SessionTest, ComposesBitmapsSurfacesAndIconsAtScale) {
     options_.surfaceScale = 2;
     ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
     session_.Step(0.01);
-    const WindowInfo window = session_.Windows()[0];
-    EXPECT_EQ(window.width, 400);
-    EXPECT_EQ(window.height, 200);
+    EXPECT_EQ(session_.Windows()[0].width, 400);
     constexpr std::uint32_t kPanel = 0xFF0A14C8;
     struct Row {
         int x, y;  // gauge pixels of the unscaled first placement at 10,20
@@ -117,18 +103,15 @@ TEST_F(SessionTest, ComposesBitmapsSurfacesAndIconsAtScale) {
            {kProbeSurfaceX + kProbeSurfaceWidth - 1, kProbeSurfaceY, 0xFF010101, "surface's end"},
            {kProbeSurfaceX + kProbeSurfaceWidth, kProbeSurfaceY, kPanel, "beside the surface"},
            {2, 26, kPanel, "hidden icon"}});
-    std::uint64_t before = session_.Windows()[0].revision;
+    const std::uint64_t before = session_.Windows()[0].revision;
     session_.Step(0.01, false);
     EXPECT_EQ(session_.Windows()[0].revision, before) << "nothing changed";
-    session_.Step(0.06);
-    EXPECT_GT(session_.Windows()[0].revision, before) << "the surfaces were drawn again";
-    before = session_.Windows()[0].revision;
     ASSERT_TRUE(session_.Click(0, (10 + 3) * 2, (20 + 4) * 2));
     session_.Step(0.01, false);
     EXPECT_GT(session_.Windows()[0].revision, before) << "the icon appeared";
-    check({{2, 26, 0xFF00FF00, "shown icon"}, {2, 24, kPanel, "black of a transparent icon"}});
-    EXPECT_EQ(PixelAt(session_, 0, (100 + 4) * 2, (20 + 52) * 2), kPanel)
-        << "the other placement's icon stays hidden";
+    check({{2, 26, 0xFF00FF00, "shown icon"},
+           {2, 24, kPanel, "black of a transparent icon"},
+           {94, 52, kPanel, "the other placement's icon stays hidden"}});
 }
 
 TEST_F(SessionTest, RoutesClicksInTheGaugesOwnPixels) {
@@ -166,17 +149,6 @@ TEST_F(SessionTest, SendsARectanglesKeyEventAndOpensWindows) {
     EXPECT_TRUE(session_.Windows()[1].visible);
 }
 
-TEST_F(SessionTest, NamesKeysAndReadsExportedVariables) {
-    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
-    const auto label = [](const char* text) { return Field(&ClickArea::label, text); };
-    EXPECT_THAT(session_.ClickAreas(0),
-                ElementsAre(label("LINE KEY 1"), label(""), label("LINE KEY 1"), label("")));
-    EXPECT_THAT(session_.Status().variables,
-                ElementsAre(Field(&NamedVariable::text, "INIT"), Field(&NamedVariable::number, 42),
-                            Field(&NamedVariable::number, 12.5)));
-    EXPECT_FALSE(session_.FindVariable("probe_other").has_value());
-}
-
 TEST_F(SessionTest, NamesWhatThePanelFileAsksInVain) {
     ASSERT_TRUE(
         Open("[Window00]\nsize_mm=100,100\ngauge00=probe!NOSUCH, 0,0\n"
@@ -193,6 +165,7 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
     WriteFile("cut.gau", std::string("\x7F"
                                      "ELF\x02\x01\x01",
                                      7));
+    WriteFile("panel.cfg", "[Window00]\nsize_mm=10,10\n");
     const std::string fake = AVQ1_BINARY_DIR "/fake/";
     const std::pair<std::string, const char*> rows[] = {
         {(folder_ / "none.gau").string(), "no such file"},
@@ -200,17 +173,10 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
         {(folder_ / "cut.gau").string(), "cut.gau"},
         {fake + "empty.gau", "no Linkage"},
         {fake + "stranger.gau", "version 0x700"}};
-    WriteFile("panel.cfg", "[Window00]\nsize_mm=10,10\n");
-    options_.simFolder = folder_.string();
     for (const auto& [path, message] : rows) {
         SCOPED_TRACE(path);
-        options_.modulePath = path;
-        EXPECT_FALSE(session_.Open(options_));
-        EXPECT_THAT(session_.error(), HasSubstr(message));
-
-        const std::string command = std::string(AVQ1_BINARY_DIR "/avqpanel --sim ") +
-                                    folder_.string() + " --module " + path +
-                                    " --script - 2>&1 </dev/null";
+        const std::string command = AVQ1_BINARY_DIR "/avqpanel --sim " + folder_.string() +
+                                    " --module " + path + " --script - 2>&1 </dev/null";
         std::FILE* const program = popen(command.c_str(), "r");
         std::string output;
         for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
@@ -222,25 +188,18 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
     }
 }
 
-TEST_F(SessionTest, SameSeedAndStepsGiveTheSameTrace) {
-    const auto fly = [this](std::uint32_t seed, const char* file) {
+TEST_F(SessionTest, ASeedGivesItsOwnTurbulenceAgain) {
+    std::vector<double> banks;
+    for (const std::uint32_t seed : {1U, 1U, 2U}) {
         options_.seed = seed;
         ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
-        const Script script = ParseScript(std::string("set turbulence 8\ntrace ") + file +
-                                          " every 2s bank\nevent HEADING_BUG_SET 300\nrun 120\n");
+        const Script script = ParseScript("set turbulence 8\nevent HEADING_BUG_SET 300\nrun 120\n");
         EXPECT_EQ(RunScript(session_, script, folder_.string(), stdout).error, "");
+        banks.push_back(session_.Status().bankRightDeg);
         session_.Close();
-    };
-    const auto read = [this](const char* file) {
-        std::ifstream stream(folder_ / file);
-        return std::string(std::istreambuf_iterator<char>(stream), {});
-    };
-    fly(1, "a");
-    fly(1, "b");
-    fly(2, "c");
-    EXPECT_GT(read("a").size(), 60U * 20);
-    EXPECT_EQ(read("a"), read("b"));
-    EXPECT_NE(read("a"), read("c")) << "another seed is another turbulence";
+    }
+    EXPECT_EQ(banks[0], banks[1]);
+    EXPECT_NE(banks[0], banks[2]);
 }
 
 }  // namespace
