@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <initializer_list>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -72,6 +71,23 @@ class Nd : public test::DisplayTest {
         AddPoint(navDatabase.airwayFixes, PointKind::Intersection, "FARFX", 20, 15);
     }
 
+    // Records all around, closer than a map can show them.
+    static void Crowd() {
+        static std::array<std::string, 300> idents;
+        for (std::size_t i = 0; i < idents.size(); ++i) {
+            idents[i] = "P" + std::to_string(i);
+            const char* const ident = idents[i].c_str();
+            const double number = static_cast<double>(i);
+            const double northNm = std::fmod(number * 0.61803, 1.0) * 42 - 21;
+            const double eastNm = std::fmod(number * 0.75487, 1.0) * 42 - 21;
+            const PointKind kind = i % 2 == 0 ? PointKind::Vor : PointKind::Navaid;
+            AddPoint(navDatabase.navaids, kind, ident, northNm, eastNm);
+            AddPoint(navDatabase.airports, kind, ident, northNm + 0.6, eastNm);
+            AddPoint(navDatabase.airwayFixes, kind, ident, northNm + 0.6, eastNm + 0.78);
+        }
+        nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = nd.ndShowAdf = 1;
+    }
+
     static std::unique_ptr<Picture> Draw(int mode, int scale = 1,
                                          DisplayDrawMode drawMode = DisplayDrawMode::Normal) {
         nd.ndMode = mode;
@@ -94,26 +110,6 @@ class Nd : public test::DisplayTest {
         ehsi.navSource = NavSource::FlightManagement;
     }
 };
-
-// Records all around, closer than a map can show them.
-void Crowd() {
-    static std::array<std::string, 300> idents;
-    for (int i = 0; i < 300; ++i) {
-        std::string& ident = idents[static_cast<std::size_t>(i)];
-        ident = "P" + std::to_string(i);
-        PointRecord record;
-        record.ident = ident;
-        record.kind = i % 2 == 0 ? PointKind::Vor : PointKind::Navaid;
-        record.latitude = std::fmod(i * 0.61803, 1.0) * 0.7 - 0.35;
-        record.longitude = std::fmod(i * 0.75487, 1.0) * 0.7 - 0.35;
-        navDatabase.navaids.Append(record);
-        record.latitude += 0.01;
-        navDatabase.airports.Append(record);
-        record.longitude += 0.013;
-        navDatabase.airwayFixes.Append(record);
-    }
-    nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = nd.ndShowAdf = 1;
-}
 
 TEST_F(Nd, StaysTransparentWhenCoveredOrWithoutPower) {
     for (nd.ndMode = 1; nd.ndMode <= 7; ++nd.ndMode) {
