@@ -143,18 +143,6 @@ TEST_F(McuTest, PrevAndNextGoAroundThePlanAndPassGaps) {
     }
 }
 
-TEST_F(McuTest, LnavKeyEngagesOnlyWithAWaypoint) {
-    unit.Press("LNAV");
-    EXPECT_FALSE(McuLnavLit());
-    MakePlan();
-    unit.Press("LNAV");
-    EXPECT_TRUE(McuLnavLit());
-    holdList.holdActive = 1;
-    unit.Press("LNAV");
-    EXPECT_FALSE(McuLnavLit());
-    EXPECT_FALSE(McuHoldLit());
-}
-
 TEST_F(McuTest, HoldKeyHoldsAtTheActiveWaypointOnce) {
     MakePlan();
     unit.Press("HOLD");

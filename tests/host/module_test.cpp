@@ -61,13 +61,18 @@ TEST_F(Module, OffersItsGaugesInOrderWithTheirElementTrees) {
         EXPECT_EQ((background.imageFlags & image_flag::kLuminous) != 0, name.ends_with("_LM"));
         EXPECT_EQ((background.imageFlags & image_flag::kTransparent) != 0, name.ends_with("_NB"));
         int depth = 1;
-        if (GaugeTable()[i].surface.resource != 0) {
-            EXPECT_EQ(gauge.Element(depth++)->header.imageFlags & 0x24u, 0x24u);
+        if (const auto& row = GaugeTable()[i].surface; row.resource != 0) {
+            const ElementHeader& surface = gauge.Element(depth++)->header;
+            EXPECT_EQ(surface.position.x, row.box.x);
+            EXPECT_EQ(surface.position.y, row.box.y);
+            EXPECT_EQ(surface.imageFlags & 0x24u, 0x24u);
         }
         for (const IconRow& icon : GaugeTable()[i].icons) {
             ASSERT_NE(gauge.Element(depth), nullptr);
-            EXPECT_EQ(gauge.Element(depth)->header.resourceNumber, icon.resource);
-            EXPECT_NE(gauge.Element(depth++)->header.imageFlags & image_flag::kHidden, 0u);
+            const ElementHeader& element = gauge.Element(depth++)->header;
+            EXPECT_EQ(element.resourceNumber, icon.resource);
+            EXPECT_EQ(element.position.x, icon.box.x);
+            EXPECT_NE(element.imageFlags & image_flag::kHidden, 0u);
         }
         EXPECT_EQ(gauge.Element(depth), nullptr);
     }
