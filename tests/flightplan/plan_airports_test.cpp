@@ -3,12 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "base/messages.h"
-#include "base/module_state.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/plan_notation.h"
 #include "settings/parking.h"
 #include "settings/settings.h"
-#include "support/temp_sim_folder.h"
 
 namespace avq1 {
 namespace {
@@ -18,9 +16,8 @@ using test::Show;
 
 constexpr const char* kPlan = "KJFK AAA KBOS";
 
-class PlanAirport : public testing::Test {
-  protected:
-    void SetUp() override {
+struct PlanAirport : test::FolderTest {
+    PlanAirport() {
         folder_.Write("avq/Navdata/avq_apts.txt",
                       "KJFK John_F_Kennedy 13 40.63945 -73.77932 "
                       "04L_12079_40.6_-73.7_31.2_x_y_0 22R_12079_40.7_-73.7_211.2_x_y_224\n"
@@ -36,46 +33,29 @@ class PlanAirport : public testing::Test {
         activePlan.entries[2].altitudeConstraint = 1;
         activePlan.entries[2].speed = 140;
     }
-
-  private:
-    struct FreshState {
-        FreshState() { ResetModuleState(); }
-    } freshState_;  // before the folder, whose path is module state
-
-  protected:
-    test::TempSimFolder folder_;
 };
 
 TEST_F(PlanAirport, StandsWhereTheModeSays) {
+    using enum PlanAirportMode;
     const struct {
         PlanAirportMode mode;
         const char* active;
         const char* modified;
+        const char* altitudes;  // of the first and the last entry, constraint and speed of the last
         std::int32_t verticalTarget;
-        double firstAltitude;
-        double lastAltitude;
-        std::int32_t lastConstraint;
-        double lastSpeed;
         double parkingLatitude;
-        const char* destination;
-        double destinationElevation;
-        double destinationLatitude;
+        const char* destination;  // with its elevation and latitude
     } cases[] = {
-        {PlanAirportMode::DepartureElevation, kPlan, kPlan, 0, 20, kUnset, 1, 140, 1.5, "", 0, 0},
-        {PlanAirportMode::ActiveDestination, kPlan, kPlan, 0, kUnset, 20, 0, 140, 1.5, "KBOS", 0,
-         0},
-        {PlanAirportMode::LoadedDestination, kPlan, kPlan, 0, kUnset, 20, 1, kUnset, 0, "KBOS", 20,
-         0},
-        {PlanAirportMode::ActiveOrigin, "KBOS AAA KBOS", kPlan, 0, kUnset, kUnset, 1, 140, 1.5, "",
-         0, 0},
-        {PlanAirportMode::AppendToActive, "KJFK AAA KBOS KBOS", kPlan, 3, kUnset, 20, 0, kUnset,
-         1.5, "KBOS", 20, 42.36},
-        {PlanAirportMode::ModifiedOrigin, kPlan, "KBOS AAA KBOS", 0, kUnset, kUnset, 1, 140, 1.5,
-         "", 0, 0},
-        {PlanAirportMode::AppendToModified, kPlan, "KJFK AAA KBOS KBOS", 0, kUnset, kUnset, 1, 140,
-         1.5, "", 0, 0},
-        {PlanAirportMode::RunwaysOnly, kPlan, kPlan, 0, kUnset, kUnset, 1, 140, 1.5, "", 0, 0},
+        {DepartureElevation, kPlan, kPlan, "20 - 1 140", 0, 1.5, " 0 0"},
+        {ActiveDestination, kPlan, kPlan, "- 20 0 140", 0, 1.5, "KBOS 0 0"},
+        {LoadedDestination, kPlan, kPlan, "- 20 1 -", 0, 0, "KBOS 20 0"},
+        {ActiveOrigin, "KBOS AAA KBOS", kPlan, "- - 1 140", 0, 1.5, " 0 0"},
+        {AppendToActive, "KJFK AAA KBOS KBOS", kPlan, "- 20 0 -", 3, 1.5, "KBOS 20 42.36"},
+        {ModifiedOrigin, kPlan, "KBOS AAA KBOS", "- - 1 140", 0, 1.5, " 0 0"},
+        {AppendToModified, kPlan, "KJFK AAA KBOS KBOS", "- - 1 140", 0, 1.5, " 0 0"},
+        {RunwaysOnly, kPlan, kPlan, "- - 1 140", 0, 1.5, " 0 0"},
     };
+    const auto number = [](double value) { return value == kUnset ? "-" : Format("%g", value); };
     for (const auto& c : cases) {
         SCOPED_TRACE(static_cast<int>(c.mode));
         SetPlans();
@@ -86,19 +66,17 @@ TEST_F(PlanAirport, StandsWhereTheModeSays) {
         SetPlanAirport("KBOS", c.mode);
         EXPECT_EQ(Show(activePlan), c.active);
         EXPECT_EQ(Show(modifiedPlan), c.modified);
-        EXPECT_EQ(planBook.verticalTargetIndex, c.verticalTarget);
-        EXPECT_EQ(activePlan.entries[0].altitude, c.firstAltitude);
         const PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
-        EXPECT_EQ(last.altitude, c.lastAltitude);
-        EXPECT_EQ(last.altitudeConstraint, c.lastConstraint);
-        EXPECT_EQ(last.speed, c.lastSpeed);
+        EXPECT_EQ(number(activePlan.entries[0].altitude) + " " + number(last.altitude) + " " +
+                      number(last.altitudeConstraint) + " " + number(last.speed),
+                  c.altitudes);
+        EXPECT_EQ(planBook.verticalTargetIndex, c.verticalTarget);
         EXPECT_EQ(parkingPosition.latitude, c.parkingLatitude);
-        EXPECT_EQ(planAirports.destinationIdent, c.destination);
-        EXPECT_EQ(planAirports.destinationElevation, c.destinationElevation);
-        EXPECT_EQ(planAirports.destinationLatitude, c.destinationLatitude);
+        EXPECT_EQ(planAirports.destinationIdent + " " + number(planAirports.destinationElevation) +
+                      " " + number(planAirports.destinationLatitude),
+                  c.destination);
         EXPECT_EQ(planAirports.selectedRunway, 1);
-        EXPECT_EQ(planAirports.lastAirportIdent, "KBOS");
-        EXPECT_EQ(lastAirportElevationText, "20");
+        EXPECT_EQ(planAirports.lastAirportIdent + lastAirportElevationText, "KBOS20");
         EXPECT_EQ(messages.lines[messages.count], "APT 'KBOS' Set");
     }
 }

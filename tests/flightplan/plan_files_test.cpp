@@ -3,19 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <csignal>
+#include <set>
 
 #include "base/messages.h"
-#include "base/module_state.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_notation.h"
 #include "settings/settings.h"
-#include "support/temp_sim_folder.h"
 
 namespace avq1 {
 namespace {
@@ -23,7 +20,6 @@ namespace {
 using test::SetPlan;
 using test::Show;
 using testing::ElementsAre;
-using testing::UnorderedElementsAre;
 
 constexpr const char* kFolder = "avq/flightplans/";
 constexpr const char* kBostonPlan =
@@ -37,20 +33,10 @@ constexpr const char* kAirports =
     "22R_12079_40.7_-73.7_211.2_x_y_224\n"
     "KBOS Logan 20 42.36197 -71.00790 04R_10006_42.3_-71.0_35_x_y_35 9_7001_42.3_-71.0_92_x_y_92\n";
 
-class PlanFiles : public testing::Test {
-  protected:
+struct PlanFiles : test::FolderTest {
     void Store(const std::string& name, const std::string& text) const {
         folder_.Write(kFolder + name, text);
     }
-    std::string Stored(const std::string& name) const { return folder_.Read(kFolder + name); }
-
-  private:
-    struct FreshState {
-        FreshState() { ResetModuleState(); }
-    } freshState_;  // before the folder, whose path is module state
-
-  protected:
-    test::TempSimFolder folder_;
 };
 
 TEST_F(PlanFiles, LinesHaveFixedColumns) {
@@ -73,24 +59,6 @@ TEST_F(PlanFiles, LinesHaveFixedColumns) {
     EXPECT_EQ(activePlan.entries[3].type, "");
 }
 
-TEST_F(PlanFiles, SavedPlanReadsBack) {
-    SetPlan(activePlan, "KJFK J1 AAA DISCO BBB KBOS");
-    activePlan.entries[1].frequency = "113.10";
-    activePlan.entries[1].procedure = "SID";
-    activePlan.entries[1].altitude = 9000;
-    ASSERT_TRUE(SavePlan("OUT.RTE"));
-    LoadPlan("OUT.RTE");
-    EXPECT_EQ(Show(modifiedPlan), "KJFK J1 SID(AAA) DISCO BBB KBOS");
-    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
-        const PlanWaypoint& entry = modifiedPlan.entries[i];
-        EXPECT_EQ(entry.type, activePlan.entries[i].type);
-        EXPECT_EQ(entry.frequency, activePlan.entries[i].frequency);
-        EXPECT_EQ(entry.procedure, activePlan.entries[i].procedure);
-        EXPECT_NEAR(entry.latitude, activePlan.entries[i].latitude, 5e-6);
-        EXPECT_EQ(entry.altitude, kUnset);
-    }
-}
-
 TEST_F(PlanFiles, KeyLines) {
     const struct {
         const char* keys;
@@ -99,7 +67,6 @@ TEST_F(PlanFiles, KeyLines) {
         double total;
         double reserve;
     } cases[] = {
-        {"", false, 0, 0, 0},
         {"CruiseAlt=32000\n", false, 32000, 0, 0},
         {"cruisealt 32000\n", false, 32000, 0, 0},
         {"TripFuel=4000\nResvFuel=1500\n", false, 0, 5500, 1500},
@@ -133,7 +100,6 @@ TEST_F(PlanFiles, LinesThatAreUnusual) {
     } cases[] = {
         {"both line ends and a mark", "\xEF\xBB\xBF[FlightPlan]\r\nA 1 2 INT ---\r\nB 3 4 INT ---",
          "A B", 1},
-        {"no section line", "A 1 2 INT ---\n", ""},
         {"another section line", "[flightplan]\nA 1 2 INT ---\n", ""},
         {"blank after it", "[FlightPlan] \nA 1 2 INT ---\n", ""},
         {"blank and comment lines", "[FlightPlan]\n\n  \n;A 1 2\n  ;B\nC 5 6 INT\n", "C", 5},
@@ -208,16 +174,6 @@ TEST_F(PlanFiles, ListIsBoundedAndPaged) {
         EXPECT_EQ(storedPlans.pageCount, c.pages);
         EXPECT_EQ(storedPlans.plans.back().fileName, "NEW FPL");
     }
-}
-
-TEST_F(PlanFiles, FolderSettingReplacesTheDefaultFolder) {
-    EXPECT_EQ(PlansFolder(), SimFolder + "\\avq\\flightplans\\");
-    folder_.Write("elsewhere/X.RTE", kBostonPlan);
-    settings.FlightPlansFolder = folder_.root().string() + "\\elsewhere";
-    ListStoredPlans();
-    EXPECT_EQ(storedPlans.plans.front().fileName, "X.RTE");
-    ASSERT_TRUE(SavePlan("Y.RTE"));
-    EXPECT_TRUE(folder_.Exists("elsewhere/Y.RTE"));
 }
 
 TEST_F(PlanFiles, PreviewTouchesNothingElse) {
@@ -338,84 +294,49 @@ TEST_F(PlanFiles, MissingFoldersAreCreatedOnSave) {
     }
 }
 
-// Takes the disk's room, the folder's or the file's permission away for as long as it lives.
-class DiskFault {
-  public:
-    enum class Kind { None, FullAfter, FolderLocked, FileLocked };
+// The disk takes no more than `bytes` of a file for as long as this lives.
+struct FullDisk {
+    rlimit before = {};
 
-    DiskFault(Kind kind, std::size_t bytes, const std::filesystem::path& folder)
-        : kind_(kind), folder_(folder) {
-        getrlimit(RLIMIT_FSIZE, &limit_);
-        if (kind == Kind::FullAfter) {
-            signal(SIGXFSZ, SIG_IGN);
-            const rlimit small = {bytes, limit_.rlim_max};
-            setrlimit(RLIMIT_FSIZE, &small);
-        } else if (kind != Kind::None) {
-            // A folder with the sticky bit takes new files but gives none of another's away.
-            chmod(folder.c_str(), kind == Kind::FolderLocked ? 0555 : 01777);
-            EXPECT_EQ(seteuid(kNobody), 0);
-        }
+    explicit FullDisk(std::size_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before);
+        signal(SIGXFSZ, SIG_IGN);
+        const rlimit small = {bytes, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
     }
-    ~DiskFault() {
-        setrlimit(RLIMIT_FSIZE, &limit_);
-        if (kind_ == Kind::FolderLocked || kind_ == Kind::FileLocked) {
-            EXPECT_EQ(seteuid(0), 0);
-            chmod(folder_.c_str(), 0755);
-        }
-    }
-    DiskFault(const DiskFault&) = delete;
-    DiskFault& operator=(const DiskFault&) = delete;
-
-  private:
-    static constexpr uid_t kNobody = 65534;
-    Kind kind_;
-    std::filesystem::path folder_;
-    rlimit limit_ = {};
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before); }
 };
 
 TEST_F(PlanFiles, AFailedSaveKeepsTheOldPlanAndLeavesNothingBehind) {
-    using Kind = DiskFault::Kind;
     SetPlan(activePlan, "KPIT AAA KBUF");
-    const std::size_t size = PlanText(activePlan).size();
-    const struct {
-        const char* what;
-        Kind kind;
-        std::size_t bytes;  // that the disk still takes
-        const char* name;
-        bool saved;
-    } cases[] = {
-        {"a full disk", Kind::FullAfter, 0, "A.RTE", false},
-        {"full half way", Kind::FullAfter, size / 2, "A.RTE", false},
-        {"full at the last byte", Kind::FullAfter, size - 1, "A.RTE", false},
-        {"a folder that takes no files", Kind::FolderLocked, 0, "A.RTE", false},
-        {"a plan that cannot be replaced", Kind::FileLocked, 0, "A.RTE", false},
-        {"a folder of the name", Kind::None, 0, "FOLDER.RTE", false},
-        {"just enough room", Kind::FullAfter, size, "A.RTE", true},
-    };
+    const std::string text = PlanText(activePlan);
     const std::filesystem::path folder = folder_.root() / kFolder;
     std::filesystem::create_directories(folder / "FOLDER.RTE" / "x");
-    chmod(folder_.root().c_str(), 0755);
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.what);
-        if ((c.kind == Kind::FolderLocked || c.kind == Kind::FileLocked) && geteuid() != 0) {
-            continue;  // only root can become somebody the folder is closed to
-        }
+    const struct {
+        const char* name;
+        std::size_t bytes;
+        bool saved;
+    } cases[] = {
+        {"A.RTE", 0, false},
+        {"A.RTE", text.size() - 1, false},
+        {"FOLDER.RTE", text.size(), false},
+        {"A.RTE", text.size(), true},
+    };
+    for (const auto& [name, bytes, saved] : cases) {
+        SCOPED_TRACE(testing::Message() << name << bytes);
         Store("A.RTE", kBostonPlan);
         messages = {};
-        bool saved = false;
         {
-            const DiskFault fault(c.kind, c.bytes, folder);
-            saved = SavePlan(c.name);
+            const FullDisk disk(bytes);
+            EXPECT_EQ(SavePlan(name), saved);
         }
-        EXPECT_EQ(saved, c.saved);
-        EXPECT_EQ(Stored("A.RTE"), c.saved ? PlanText(activePlan) : kBostonPlan);
-        ASSERT_EQ(messages.count, c.saved ? 0 : 1);
-        EXPECT_TRUE(c.saved || messages.lines[1] == "FPL '" + std::string(c.name) + "' not saved");
-        std::vector<std::string> names;
+        EXPECT_EQ(folder_.Read(std::string(kFolder) + "A.RTE"), saved ? text : kBostonPlan);
+        EXPECT_EQ(messages.lines.back(), saved ? "" : "FPL '" + std::string(name) + "' not saved");
+        std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-            names.push_back(entry.path().filename());
+            names.insert(entry.path().filename());
         }
-        EXPECT_THAT(names, UnorderedElementsAre("A.RTE", "FOLDER.RTE"));
+        EXPECT_EQ(names, (std::set<std::string>{"A.RTE", "FOLDER.RTE"}));
     }
     ListStoredPlans();
     EXPECT_EQ(storedPlans.plans.size(), 2U);  // a folder is no plan

@@ -8,16 +8,30 @@
 // an entry with a hold. Names of four letters are airports.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 #include <string_view>
 
+#include "base/module_state.h"
 #include "base/text.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "navdb/nav_database.h"
+#include "support/temp_sim_folder.h"
 
 namespace avq1::test {
+
+// Begins with a fresh state and an empty simulator folder.
+class FolderTest : public testing::Test {
+    struct FreshState {
+        FreshState() { ResetModuleState(); }
+    } freshState_;  // before the folder, whose path is module state
+
+  protected:
+    TempSimFolder folder_;
+};
 
 inline bool IsActive(const FlightPlan& plan) {
     return &plan == &activePlan;

@@ -1,18 +1,12 @@
 // Any bytes as an aircraft file and as performance tables: no crash, every derived speed inside
 // what its limits allow, no table beyond its capacity.
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
-
 #include "base/module_state.h"
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "settings/aircraft_performance.h"
 #include "settings/performance_tables.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avq1;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     ResetModuleState();
     ApplyAircraftText(text, performance);
     DeriveMachLimits(performance);
@@ -34,5 +28,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const ClimbRow& row : tables.climb) {
         Require(std::isfinite(row.altitudeFt) && std::isfinite(row.fuelFlow.back()));
     }
-    return 0;
 }

@@ -1,19 +1,13 @@
 // Any bytes as the airway file and as the boundary file: no crash, no table beyond its capacity,
 // and every fix of an airway can be looked up as its entry.
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
-
 #include "base/module_state.h"
 #include "base/text.h"
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "navdb/airways.h"
 #include "navdb/boundaries.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avq1;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     ResetModuleState();
     LineReader lines(text, 200);
     std::string_view line;
@@ -40,5 +34,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(!boundary.points.empty() && boundary.points.size() <= kBoundaryPointCapacity);
         Require(std::isfinite(boundary.label.latitude) && std::isfinite(boundary.label.longitude));
     }
-    return 0;
 }

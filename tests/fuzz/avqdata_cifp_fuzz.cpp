@@ -1,22 +1,11 @@
 // Any bytes as coded procedures.
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
-#include "avqdata/importers.h"
 #include "fuzz/avqdata_sound.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avqdata;
-    LineSource lines = LineSource::OfText({reinterpret_cast<const char*>(bytes), size}, "fuzz");
-    const ImportOptions options;
-    Report report;
-    const ImportContext context{options, report, {}, nullptr};
-    Dataset data;
-    std::string error;
-    if (ReadCifp(lines, context, data, error)) {
-        RequireSoundFolder(std::move(data), options);
+    LineSource lines = LineSource::OfText(std::string(text), "fuzz");
+    FuzzImport import;
+    if (ReadCifp(lines, import.Context(), import.data, import.error)) {
+        import.RequireSoundFolder();
     }
-    return 0;
 }

@@ -1,28 +1,17 @@
 // Any bytes as X-Plane's four files and as OpenAir: the first byte says which.
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
-#include "avqdata/importers.h"
-#include "avqdata/variation.h"
 #include "avqdata/xplane.h"
 #include "fuzz/avqdata_sound.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avqdata;
-    if (size == 0) {
-        return 0;
+    if (text.empty()) {
+        return;
     }
-    const std::string_view text(reinterpret_cast<const char*>(bytes) + 1, size - 1);
-    LineSource lines = LineSource::OfText(text, "fuzz");
-    const ImportOptions options;
-    Report report;
-    const ImportContext context{options, report, {}, nullptr};
-    Dataset data;
+    LineSource lines = LineSource::OfText(std::string(text.substr(1)), "fuzz");
+    FuzzImport import;
+    auto& [options, report, data, error] = import;
     XplaneTables tables;
-    std::string error;
-    switch (bytes[0] % 5) {
+    switch (static_cast<unsigned char>(text[0]) % 5) {
         case 0:
             ReadXplaneNavaids(lines, report, data, tables, error);
             break;
@@ -37,8 +26,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             FillHeadings(data, report);
             break;
         default:
-            ReadOpenAir(lines, context, data, error);
+            ReadOpenAir(lines, import.Context(), data, error);
     }
-    RequireSoundFolder(std::move(data), options);
-    return 0;
+    import.RequireSoundFolder();
 }

@@ -1,26 +1,14 @@
 // Any bytes as a plan of any format: what is read can be shown, and what a format takes of it comes
 // back from there with the same waypoints in the same places.
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <string_view>
-
 #include "avqdata/plan_exchange.h"
 #include "avqdata/plan_table.h"
+#include "fuzz/fuzz_text.h"
 
 namespace {
 
 using namespace avqdata;
 
 constexpr double kCoarsestDeg = 1e-4;  // half a hundredth of a minute, and a little
-
-void Require(bool holds) {
-    if (!holds) {
-        std::abort();
-    }
-}
 
 std::vector<const avq1::PlanWaypoint*> Placed(const ExchangePlan& plan) {
     std::vector<const avq1::PlanWaypoint*> placed;
@@ -46,15 +34,14 @@ void RequireSame(const ExchangePlan& plan, const ExchangePlan& again) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const std::string_view text(reinterpret_cast<const char*>(bytes), size);
+void FuzzText(std::string_view text) {
     ExchangePlan plan;
     const PlanFormat* format = nullptr;
     Report report;
     std::string error;
     if (!ReadExchangePlan(text, "fuzz", plan, format, report, error)) {
         Require(!error.empty());
-        return 0;
+        return;
     }
     Require(!PlanTable(plan, *format).empty());
     plan.cycle = plan.cycle.empty() ? "2309" : plan.cycle;
@@ -73,5 +60,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             RequireSame(plan, again);
         }
     }
-    return 0;
 }

@@ -1,13 +1,7 @@
 // Any bytes as any of the navigation files: no crash, no table beyond its capacity, no position
 // that is not a number, and every record found again by its own identifier.
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "base/module_state.h"
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "navdb/nav_database.h"
 #include "navdb/navdata_text.h"
 #include "navdb/nearby.h"
@@ -25,9 +19,8 @@ void CheckTable(const avq1::PointTable& table, std::int32_t capacity) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avq1;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     ResetModuleState();
     ReadIntersections(text, navDatabase.intersections);
     ReadAirwayFixes(text, navDatabase.airwayFixes);
@@ -58,5 +51,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const Navaid& first = navDatabase.navaids[1];
         Require(FindNavaid(first.ident, KindText(first.kind), first.latitude) == 1);
     }
-    return 0;
 }

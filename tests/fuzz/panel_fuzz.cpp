@@ -1,16 +1,11 @@
 // Any text read as a panel file or a script gives records within their bounds.
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
-
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "panelhost/panel_config.h"
 #include "panelhost/script.h"
 #include "panelhost/session.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace panelhost;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     const PanelConfig config = ParsePanelConfig(text);
     Require(config.windows.size() <= static_cast<std::size_t>(kMaxWindows));
     Require(!config.windows.empty() || !config.warnings.empty());
@@ -27,5 +22,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const ScriptLine& line : ParseScript(text).lines) {
         Require(line.line >= 1 && line.command >= 0);
     }
-    return 0;
 }

@@ -1,12 +1,7 @@
 // Any bytes as any of the procedure files: no crash, no table beyond its capacity, and every
 // section found by the index is the one a plain reading finds.
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "base/module_state.h"
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "navdb/airport_detail.h"
 #include "navdb/procedures.h"
 #include "navdb/section_index.h"
@@ -33,9 +28,8 @@ std::size_t LegCount(const std::vector<avq1::Procedure>& table) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace avq1;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
     ResetModuleState();
     AirportProcedures whole;
     AirportProcedures part;
@@ -60,5 +54,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ListApproachTypes(kNoChoice, kNoChoice);
     ListApproaches(kNoChoice);
     ListApproachTransitions("ILS", kNoChoice);
-    return 0;
 }

@@ -1,10 +1,5 @@
 // Any text from a page is refused with a reason or gives a message whose every value is in range.
-#include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
-
-#include "fuzz/require.h"
+#include "fuzz/fuzz_text.h"
 #include "panelhost/web/client_message.h"
 
 namespace {
@@ -21,16 +16,15 @@ void RequireWithin(const std::optional<double>& value, double low, double high) 
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void FuzzText(std::string_view text) {
     using namespace panelhost;
-    const ClientMessage message =
-        ParseClientMessage(std::string_view(reinterpret_cast<const char*>(data), size));
+    const ClientMessage message = ParseClientMessage(text);
     const bool bad = message.action == ClientAction::Bad;
     Require(bad != message.problem.empty());
     if (bad) {
-        return 0;
+        return;
     }
-    Require(size <= kMaxClientMessageBytes);
+    Require(text.size() <= kMaxClientMessageBytes);
     RequireWithin(message.window, 0, 1023);
     RequireWithin(message.x, 0, 16384);
     RequireWithin(message.y, 0, 16384);
@@ -50,5 +44,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const int window : message.windows) {
         RequireWithin(window, 0, 1023);
     }
-    return 0;
 }

