@@ -144,8 +144,8 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "DDDDD|DDDDD|---|---",
          "legs to no fix (VA)"},
         {"without a common route the meeting fix becomes one",
-         "D QUAX2 4 RW09L AAAAA EE__ CF\nD QUAX2 4 RW09R AAAAA EE__ CF\n"
-         "D QUAX2 6 CCCCC AAAAA E___ IF\nD QUAX2 6 CCCCC CCCCC EE__ TF\nD VECT1 T RW09L - ____ "
+         "D QUAX2 1 RW09L AAAAA EE__ CF\nD QUAX2 1 RW09R AAAAA EE__ CF\n"
+         "D QUAX2 3 CCCCC AAAAA E___ IF\nD QUAX2 3 CCCCC CCCCC EE__ TF\nD VECT1 T RW09L - ____ "
          "VM\n",
          "QUAX2 09L,09R: AAAAA|AAAAA|---|---* CCCCC|CCCCC|---|---",
          "procedures that are vectors only"},
@@ -166,6 +166,11 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "09L: RNAVY|DDDDD|IAF|DDDDD RNAVY|CCCCC|| RNAVY|BBBBB|FAF| RNAVY|RW09L|MAF|! "
          "RNAVY|AAAAA||MISSED!; : VOR-A|BBBBB|FAF|",
          "legs of missed approaches back to a fix that names a transition"},
+        {"a transition of one fix keeps it",
+         "F R09RZ A AAAAA AAAAA E__A IF\nF R09RZ A AAAAA BBBBB E__D TF\n"
+         "F R09RZ A CCCCC CCCCC E__A IF\nF R09RZ R - CCCCC E__I IF\nF R09RZ R - RW09R E__M TF\n",
+         "09R: RNAVZ|AAAAA|IAF|AAAAA RNAVZ|BBBBB||AAAAA RNAVZ|CCCCC|IAF|CCCCC RNAVZ|CCCCC|| "
+         "RNAVZ|RW09R|MAF|"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);

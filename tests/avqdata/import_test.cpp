@@ -6,6 +6,7 @@
 #include "avqdata/import_helpers.h"
 #include "avqdata/variation.h"
 #include "avqdata/xplane.h"
+#include "base/text.h"
 
 namespace avqdata {
 namespace {
@@ -284,16 +285,13 @@ TEST(Airspace, GeoJsonLongitudeFirst) {
 TEST(Airspace, LongOutlinesAreThinnedToWhatIsRead) {
     Import import;
     Dataset data;
-    std::string ring;
-    for (int i = 0; i <= 4000; ++i) {
+    std::string text = R"({"features":[{"properties":{"name":"RING"},"geometry":{"type":"Polygon",)"
+                       R"("coordinates":[[[9.0,50.0])";
+    for (int i = 1; i <= 4000; ++i) {
         const double angle = i * avq1::kTwoPi / 4000;
-        ring += (i > 0 ? ",[" : "[") + std::to_string(8 + std::cos(angle)) + "," +
-                std::to_string(50 + std::sin(angle)) + "]";
+        text += avq1::Format(",[%f,%f]", 8 + std::cos(angle), 50 + std::sin(angle));
     }
-    ASSERT_TRUE(
-        ReadGeoJson("{\"features\":[{\"geometry\":{\"type\":\"Polygon\",\"coordinates\":[[" + ring +
-                        "]]},\"properties\":{\"name\":\"RING\"}}]}",
-                    "x", import.Context(), data, import.error));
+    ASSERT_TRUE(ReadGeoJson(text + "]]}}]}", "x", import.Context(), data, import.error));
     ASSERT_EQ(data.boundaries.size(), 1U);
     EXPECT_LE(data.boundaries[0].points.size(), 800U);
     EXPECT_GE(data.boundaries[0].points.size(), 100U);

@@ -2,10 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 #include "avqdata/plan_helpers.h"
+#include "base/text.h"
 
 namespace avqdata {
 namespace {
@@ -15,102 +15,66 @@ using testing::HasSubstr;
 
 // ---- there and back ----
 
-constexpr const char* kSamples[] = {
-    // A plain route over all types.
-    "[FlightPlan]\n"
-    "EDDF 50.03333 8.57056 APT ---\n"
-    "FFM 50.05371 8.63709 VOR 114.20\n"
-    "ANEKI 49.31694 8.48000 INT ---\n"
-    "WPT01 48.50000 8.99999 WPT ---\n"
-    "BNX -0.00001 0.00001 NDB 322\n"
-    "FACT -33.96481 18.60167 APT ---\n",
-    // Airways, procedures, a gap, the keys; both sides of 180 degrees.
+// All types, airways, procedures, a gap, the keys; both sides of 180 degrees.
+constexpr const char* kSample =
     "CruiseAlt=37000\nTripFuel=40000\nResvFuel=5000.5\n[FlightPlan]\n"
     "NZAA -37.00806 174.79167 APT ---\n"
     "POINT -37.10000 175.10000 INT --- POIN2A SID\n"
-    "MOGRA -30.00000 179.99999 INT --- B599\n"
+    "MOGRA -30.00000 179.99999 NDB 322 B599\n"
     "DISCO 0 0 WPT ---\n"
-    "AB123 -20.00000 -180.00000 INT --- B599\n"
-    "NAVAI -17.50000 -179.99999 VOR 114.70 J1.TR STAR\n"
-    "NFFN -17.75528 177.44333 APT --- B600\n",
-};
+    "AB123 -20.00000 -180.00000 WPT --- B599\n"
+    "NAVAI -0.00001 -179.99999 VOR 114.70 J1.TR STAR\n"
+    "NFFN -17.75528 177.44333 APT --- B600\n";
 
-struct RoundTrip {
-    const char* format;
-    double toleranceDeg;  // half of the last digit written, and half of the fifth decimal
-};
-constexpr RoundTrip kRoundTrips[] = {
-    {"rte", 1e-9},
-    {"pln-xml", 0.5e-5 + 0.005 / 3600},
-    {"pln-keys", 0.5e-5 + 0.005 / 60},
-    {"fms1100", 0.6e-5},
-    {"fms3", 0.6e-5},
-};
-
-// What the row of a format says that it carries must come back, and nothing else may.
-ExchangePlan AsCarried(const ExchangePlan& plan, unsigned carries) {
-    ExchangePlan kept;
-    for (const PlanWaypoint& original : plan.entries) {
-        PlanWaypoint entry = original;
-        if (avq1::IsDiscontinuity(entry) && (carries & kCarriesGaps) == 0) {
-            continue;
-        }
-        const bool last = &original == &plan.entries.back();  // the samples begin without
-        const unsigned airway = last ? kCarriesEndAirways : kCarriesAirways;
-        const unsigned needed = entry.procedure.empty() ? airway : kCarriesProcedures;
-        if ((carries & needed) == 0) {
-            entry.via.clear();
-            entry.procedure.clear();
-        }
-        if ((carries & kCarriesFrequencies) == 0) {
-            entry.frequency.clear();
-        }
-        kept.entries.push_back(entry);
+std::string ShowRoute(const ExchangePlan& plan) {
+    std::string text =
+        avq1::Format("%d %g %g:", plan.cruiseAltitudeFt, plan.fuelTotal, plan.reserveFuel);
+    for (const PlanWaypoint& entry : plan.entries) {
+        text += " " + entry.ident + "/" + entry.type + "/" + entry.frequency + "/" + entry.via +
+                "/" + entry.procedure;
     }
-    kept.cruiseAltitudeFt = (carries & kCarriesCruise) != 0 ? plan.cruiseAltitudeFt : 0;
-    kept.fuelTotal = (carries & kCarriesFuel) != 0 ? plan.fuelTotal : 0;
-    kept.reserveFuel = (carries & kCarriesFuel) != 0 ? plan.reserveFuel : 0;
-    return kept;
+    return text;
 }
 
-void ExpectSame(const ExchangePlan& got, const ExchangePlan& want, double toleranceDeg) {
-    ASSERT_EQ(got.entries.size(), want.entries.size());
-    for (std::size_t i = 0; i < want.entries.size(); ++i) {
-        const PlanWaypoint& a = got.entries[i];
-        const PlanWaypoint& b = want.entries[i];
-        EXPECT_EQ(a.ident, b.ident);
-        EXPECT_EQ(a.type, b.type) << b.ident;
-        EXPECT_EQ(a.via, b.via) << b.ident;
-        EXPECT_EQ(a.procedure, b.procedure) << b.ident;
-        EXPECT_EQ(a.frequency, b.frequency) << b.ident;
-        EXPECT_NEAR(a.latitude, b.latitude, toleranceDeg) << b.ident;
-        EXPECT_NEAR(a.longitude, b.longitude, toleranceDeg) << b.ident;
-    }
-    EXPECT_EQ(got.cruiseAltitudeFt, want.cruiseAltitudeFt);
-    EXPECT_EQ(got.fuelTotal, want.fuelTotal);
-    EXPECT_EQ(got.reserveFuel, want.reserveFuel);
-}
-
+// What a format has no place for is gone when a plan comes back, and nothing else.
 TEST(PlanFormats, RoundTrips) {
-    for (const char* sample : kSamples) {
-        const PlanReading original(sample);
-        ASSERT_TRUE(original.done) << original.error;
-        for (const RoundTrip& trip : kRoundTrips) {
-            SCOPED_TRACE(std::string(trip.format) + " of " + original.Idents());
-            ExchangePlan plan = original.plan;
-            plan.cycle = "2309";
-            const PlanWriting there(trip.format, plan);
-            ASSERT_TRUE(there.done) << there.error;
-            const PlanReading abroad(there.text);
-            ASSERT_TRUE(abroad.done) << abroad.error;
-            EXPECT_STREQ(abroad.format->name, trip.format);
-            EXPECT_EQ(abroad.Said(), "");
-            const PlanWriting back("rte", abroad.plan);
-            ASSERT_TRUE(back.done) << back.error;
-            ExpectSame(PlanReading(back.text).plan,
-                       AsCarried(original.plan, FormatNamed(trip.format)->carries),
-                       trip.toleranceDeg);
+    const char* const simRoute =
+        "37000 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB//B599/ AB123/WPT//B599/ NAVAI/VOR/// "
+        "NFFN/APT//B600/";
+    const struct {
+        const char* format;
+        double toleranceDeg;  // half of the last digit written, and half of the fifth decimal
+        const char* route;
+    } cases[] = {
+        {"rte", 1e-9,
+         "37000 45000.5 5000.5: NZAA/APT/// POINT/INT//POIN2A/SID MOGRA/NDB/322/B599/ DISCO//// "
+         "AB123/WPT//B599/ NAVAI/VOR/114.70/J1.TR/STAR NFFN/APT//B600/"},
+        {"pln-xml", 0.5e-5 + 0.005 / 3600, simRoute},
+        {"pln-keys", 0.5e-5 + 0.005 / 60, simRoute},
+        {"fms1100", 0.6e-5,
+         "0 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB//B599/ AB123/WPT//B599/ NAVAI/VOR/// "
+         "NFFN/APT///"},
+        {"fms3", 0.6e-5,
+         "0 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/// AB123/WPT/// NAVAI/VOR/// NFFN/APT///"},
+    };
+    const PlanReading original(kSample);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.format);
+        ExchangePlan plan = original.plan;
+        plan.cycle = "2309";
+        const PlanReading abroad(PlanWriting(c.format, plan).text);
+        EXPECT_EQ(abroad.Said(), "");
+        const PlanReading back(PlanWriting("rte", abroad.plan).text);
+        EXPECT_EQ(ShowRoute(back.plan), c.route);
+        auto entry = back.plan.entries.begin();
+        for (const PlanWaypoint& want : original.plan.entries) {
+            if (entry != back.plan.entries.end() && want.ident == entry->ident) {
+                EXPECT_NEAR(entry->latitude, want.latitude, c.toleranceDeg) << want.ident;
+                EXPECT_NEAR(entry->longitude, want.longitude, c.toleranceDeg) << want.ident;
+                ++entry;
+            }
         }
+        EXPECT_EQ(entry, back.plan.entries.end());
     }
 }
 
@@ -174,22 +138,18 @@ TEST(PlanFormats, WritesEachFormAsItsProgramsDo) {
 
 TEST(PlanFormats, RefusesWhatTheFormatsProgramsWouldNotRead) {
     const PlanWaypoint gap = avq1::Discontinuity();
-    const auto place = [](const char* ident, const char* type = "APT") {
+    const auto with = [](auto change) {
         PlanWaypoint entry;
-        entry.ident = ident;
-        entry.type = type;
-        return entry;
-    };
-    const auto at = [&](double latitude, double longitude) {
-        PlanWaypoint entry = place("AAAA");
-        entry.latitude = latitude;
-        entry.longitude = longitude;
-        return entry;
-    };
-    const auto with = [&](auto change) {
-        PlanWaypoint entry = place("AAAA");
+        entry.ident = "AAAA";
+        entry.type = "APT";
         change(entry);
         return entry;
+    };
+    const auto place = [&](const char* ident, const char* type = "APT") {
+        return with([&](auto& e) { e.ident = ident, e.type = type; });
+    };
+    const auto at = [&](double latitude, double longitude) {
+        return with([&](auto& e) { e.latitude = latitude, e.longitude = longitude; });
     };
     const PlanWaypoint end = place("BBBB");
     const double nan = std::numeric_limits<double>::quiet_NaN();
@@ -200,7 +160,6 @@ TEST(PlanFormats, RefusesWhatTheFormatsProgramsWouldNotRead) {
         const char* why;
     } cases[] = {
         {"kml", {}, "two waypoints"},
-        {"rte", {end}, "two waypoints"},
         {"geojson", {end, gap}, "two waypoints"},
         {"rte", many, "202 waypoints are more than the 201"},
         {"fms3", many, "more than the 100"},
@@ -210,23 +169,18 @@ TEST(PlanFormats, RefusesWhatTheFormatsProgramsWouldNotRead) {
         {"rte", {at(0, -180.1), end}, "no position"},
         {"rte", {place(""), end}, "no identifier"},
         {"rte", {place("SEVENTEENLETTERS1"), end}, "more than 16 characters"},
-        {"pln-xml",
-         {end, place("SIXLET", "INT"), end},
-         "waypoint 2 has an identifier of more than 5"},
+        {"pln-xml", {end, place("SIXLET", "INT"), end}, "2 has an identifier of more than 5"},
         {"pln-keys", {end, place("ELEVENCHARS", "WPT"), end}, "more than 10"},
         {"fms3", {place("AB CD"), end}, "more than letters"},
         {"fms1100", {place("\xC3\x84RGER"), end}, "more than letters"},
         {"pln-keys", {end, place("A,B", "WPT"), end}, "more than letters"},
-        {"pln-xml", {end, place("A<B", "WPT"), end}, "more than letters"},
         {"rte", {place(";AB"), end}, "more than letters"},
         {"rte", {end, with([](auto& e) { e.via = "TWO WORDS"; })}, "no plain word"},
         {"geojson", {end, with([](auto& e) { e.frequency = "1\n2"; })}, "no plain word"},
         {"fms3", {end, with([nan](auto& e) { e.altitude = nan; })}, "no possible altitude"},
-        {"pln-xml", {end, with([](auto& e) { e.altitude = 1e9; }), end}, "no possible altitude"},
         {"kml", {end, with([](auto& e) { e.speed = -5; })}, "no possible speed"},
         {"rte", {end, place("THEN", "OAWY"), end}, "an airway that is not entered"},
         {"pln-xml", {end, place("POINT", "INT")}, "an airport at both ends"},
-        {"pln-keys", {gap, end, end}, "an airport at both ends"},
         {"fms1100", {end, end}, "cycle in four digits"},
     };
     for (const auto& c : cases) {
@@ -269,12 +223,10 @@ TEST(PlanFormats, ReadsWhatItCanAndSaysTheRest) {
         {kFmsHead + kFmsRows + "0 ---- 0.000000 0.000000 0.000000\n", "AAAA BBBB", "", 0},
         {kNewHead + "FUTURE KEY\n" + kNewRows, "AAAA BBBB", "", 0},
         {"I\n1200 Version\n" + kNewRows, "AAAA BBBB", "plan:2: version 1200 is not known", 0},
-        {"I\n8 version\n" + kFmsRows, "AAAA BBBB", "version 8 is not known", 0},
         // A waypoint that cannot be used is left out, and the line named.
         {kFmsHead + "1 AAAA 0 5O.1 8\n" + kFmsRows, "AAAA BBBB", "plan:5: '5O.1' '8' is no pos", 1},
         {kFmsHead + "1 AAAA 0 91 8\n" + kFmsRows, "AAAA BBBB", "plan:5: '91' '8' is no position",
          1},
-        {kFmsHead + "1 AAAA 0 nan inf\n" + kFmsRows, "AAAA BBBB", "'nan' 'inf' is no position", 1},
         {kFmsHead + kFmsRows + "11 CCC", "AAAA BBBB", "plan:7: has 2 of 5 columns", 1},
         {kNewHead + "1 AAAA 0 50 8\n" + kNewRows, "AAAA BBBB", "plan:7: has 5 of 6 columns", 1},
         {kFmsHead + kFmsRows + "garbage here\n", "AAAA BBBB", "plan:7: begins with 'garbage'", 1},
@@ -287,14 +239,12 @@ TEST(PlanFormats, ReadsWhatItCanAndSaysTheRest) {
         {kFmsHead + "11 DISCO 0 50 8\n11 THEN 0 51 8\n", "DISCOX THENX", "", 0},
         // Nothing to be had.
         {"", "", "no flight plan in a form that is known", 0},
-        {kFmsHead, "", "holds no waypoint", 0},
         {"I\n3 version\n1\n1\n1 AAAA", "", "holds no waypoint", 1},
         {"\xFF\xFEI", "", "is UTF-16", 0},
         {"[flightplan]\nAAAA 50 8 APT ---\n", "", "must read exactly [FlightPlan]", 1},
         // The module's own plans, whose reader passes over everything in silence.
         {kRteHead + "AAAA x 8 APT ---\nBBBB 51 8 APT ---\n", "AAAA BBBB",
          "plan:2: AAAA has a coord", 1},
-        {kRteHead + "AAAA 50 181 APT ---\n", "AAAA", "no number in its range", 1},
         {kRteHead + "AAAA\n", "AAAA", "plan:2: AAAA has no position", 1},
         {kRteHead + "; note\n\nAAAA 50 8 XYZ\n", "AAAA", "plan:4: AAAA has no known type", 0},
         {kRteHead + "AAAA 50 8 APT " + std::string(140, '-') + "\n", "AAAA",
