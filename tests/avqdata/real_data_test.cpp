@@ -134,12 +134,6 @@ TEST_F(RealData, ARandomSampleIsReportedNotFeared) {
     EXPECT_GT(import.report.Count(Topic::Unresolved, "procedure fixes that are not in the source"),
               1000U);
     ExpectSound();
-    for (const char* file :
-         {"cifp/09J_vor-a_pi_af_cycle2609.pc", "cifp/single_leg_oddities_cycle2609.pc"}) {
-        Import small;
-        Dataset data;
-        EXPECT_TRUE(ImportCifp(kData + file, small.Context(), data, small.error)) << small.error;
-    }
 }
 
 TEST_F(RealData, AirspacesOfBothForms) {

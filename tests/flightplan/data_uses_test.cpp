@@ -81,7 +81,6 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
     } cases[] = {
         {"", kNoPatternRunway, 45, -90, 120},
         {"", 0, 10 + 0.21 / 60, 20, 0},
-        {"", 7, 45, -90, 120},  // there is no such runway
         {"[KBOS]\ntowerviewLAT=42.5\nTowerViewLon = -71.5\nTowerViewAlt=250.9\n", 0, 42.5, -71.5,
          250},
         {"[KJFK]\nTowerViewLat=1\n\n[kbos]\r\nTowerViewLat=-42.5\r\nTowerViewLon=180\r\n\r\n"

@@ -47,27 +47,6 @@ TEST_F(PlanEdit, InsertionKeepsTrackedEntryAndHoldsAndLeavesAGap) {
     }
 }
 
-TEST_F(PlanEdit, InsertedEntryIsCleanAndHasAPlanType) {
-    const std::pair<PointKind, const char*> cases[] = {{PointKind::Vor, "VOR"},
-                                                       {PointKind::Navaid, "NDB"},
-                                                       {PointKind::Intersection, "INT"},
-                                                       {PointKind::Airport, "APT"}};
-    for (const auto& [kind, type] : cases) {
-        SetPlan(modifiedPlan, "KJFK AAA BBB CCC KBOS");
-        PlanWaypoint& stale = modifiedPlan.entries[5];
-        stale.procedure = "STAR";
-        stale.altitude = 9000;
-        stale.hasHold = 1;
-        Offer("NEW", kind, 45, -75, "113.40");
-        ASSERT_TRUE(InsertWaypoint(5));
-        EXPECT_EQ(stale.type, type);
-        EXPECT_EQ(stale.frequency + stale.procedure, "113.40");
-        EXPECT_EQ(stale.latitude, 45);
-        EXPECT_EQ(stale.altitude, kUnset);
-        EXPECT_EQ(stale.hasHold, 0);
-    }
-}
-
 TEST_F(PlanEdit, FullPlanRefusesAndStaysAsItIs) {
     const struct {
         std::int32_t entries;

@@ -176,19 +176,6 @@ TEST_F(PlanFiles, ListIsBoundedAndPaged) {
     }
 }
 
-TEST_F(PlanFiles, PreviewTouchesNothingElse) {
-    Store("A.RTE", kBostonPlan);
-    SetPlan(activePlan, "KPIT KBUF");
-    planBook.fuelTotal = 77;
-    PreviewPlan("A.RTE");
-    EXPECT_EQ(Show(previewPlan), "KJFK T608 STAR(GDM) KBOS");
-    EXPECT_EQ(Show(activePlan), "KPIT KBUF");
-    EXPECT_EQ(modifiedPlan.lastIndex, -1);
-    EXPECT_EQ(planBook.fuelTotal, 77);
-    PreviewPlan("MISSING.RTE");
-    EXPECT_EQ(previewPlan.lastIndex, -1);
-}
-
 TEST_F(PlanFiles, WhatHoldsNoWaypointIsRefusedInWords) {
     Store("SIM.PLN", "[flightplan]\ndeparture_id=KJFK\n");
     Store("OTHER.RTE", "RM:KJFK:40.6:-73.8\n");

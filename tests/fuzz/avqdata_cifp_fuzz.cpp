@@ -3,7 +3,7 @@
 
 void FuzzText(std::string_view text) {
     using namespace avqdata;
-    LineSource lines = LineSource::OfText(std::string(text), "fuzz");
+    LineSource lines = LineSource::OfText(text, "fuzz");
     FuzzImport import;
     if (ReadCifp(lines, import.Context(), import.data, import.error)) {
         import.RequireSoundFolder();

@@ -7,7 +7,7 @@ void FuzzText(std::string_view text) {
     if (text.empty()) {
         return;
     }
-    LineSource lines = LineSource::OfText(std::string(text.substr(1)), "fuzz");
+    LineSource lines = LineSource::OfText(text.substr(1), "fuzz");
     FuzzImport import;
     auto& [options, report, data, error] = import;
     XplaneTables tables;

@@ -4,15 +4,11 @@
 
 #include <string>
 
-#include "base/module_state.h"
 #include "base/text.h"
 #include "navdb/boundaries.h"
-#include "support/temp_sim_folder.h"
 
 namespace avq1 {
 namespace {
-
-using test::TempSimFolder;
 
 std::string Show(const AirwayLookup& lookup, const PointTable& results) {
     std::string text = Format("%d %d %d:", lookup.entryIndex, lookup.exitIndex, lookup.entryPage);
@@ -35,13 +31,14 @@ TEST(Airways, AreFoundByNameWithTheEntryFix) {
     const std::string text =
         "; J1 0 SSSS 1 1\nJ1 10 AAAA 1 1\n; inside\nJ1 20 BBBB 2 2\n\n  J1 30 CCCC 3 3\r\n"
         "J10 10 AAAA 1 1\nJ1 40 DDDD 4 4\n  V3 1 EEEE 5 5\nJ2 1 EEEE 5 5 " +
-        std::string(200 - 14, ' ') + "J1 50 FFFF 6 6\n;J1 2 CCCC 3 3\n";
+        std::string(200 - 14, ' ') + "J1 50 FFFF 6 6\n;J1 2 CCCC 3 3\nV3 2 GGGG 7 7\n";
     const std::string all = " J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3 J1/DDDD/4/4 J1/FFFF/6/6";
     const struct {
         const char* name;
         const char* entry;
         std::string expected;
     } cases[] = {
+        {"J1", "AAAA", "1 1 1: J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3"},
         {"J1", "BBBB", "2 2 1: J1/AAAA/1/1 J1/BBBB/2/2 J1/CCCC/3/3"},
         {"J1", "DDDD", "4 4 1:" + all.substr(0, all.size() - 12)},
         {"J1", "FFFF", "5 5 1:" + all},
@@ -67,20 +64,6 @@ TEST(Airways, TheSeventeenthFixStandsOnTheSecondPage) {
     EXPECT_EQ(ReadAirway(text, "J1", "FIX017", results).entryPage, 2);
     EXPECT_EQ(ReadAirway(text, "J1", "FIX251", results).entryIndex, 0);
     EXPECT_EQ(results.count, kSearchResultCapacity);
-}
-
-TEST(Airways, ComeFromTheLoadedDatabase) {
-    ResetModuleState();
-    const TempSimFolder folder;
-    EXPECT_FALSE(FindAirway("J1", "AAAA"));
-    folder.Write("avq/navdata/fsb_awy2.txt", "J1 10 AAAA 1 1\nJ1 20 BBBB 2 2\n");
-    LoadNavDatabase();
-    EXPECT_TRUE(FindAirway("J1", "BBBB"));
-    EXPECT_EQ(airwayLookup.entryIndex, 2);
-    EXPECT_EQ(navDatabase.searchResults.count, 2);
-    EXPECT_TRUE(FindAirway("J9", "BBBB"));
-    EXPECT_EQ(airwayLookup.entryIndex, 0);
-    EXPECT_EQ(navDatabase.searchResults.count, 0);
 }
 
 TEST(Boundaries, BeginWhereTheIdentifierChangesAndLabelTheMiddle) {
