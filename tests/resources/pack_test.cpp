@@ -36,6 +36,12 @@ TEST(Pack, ComesBackAsItWentIn) {
     EXPECT_EQ(resources.keyNames.at(0x2600).size(), 1U);
 }
 
+TEST(Pack, KeyNamesAreOneLineEach) {
+    BitmapPlan plan;
+    plan.keys = {{"INIT\nREF", {51, 298, 44, 30}}, {"", {1, 1, 1, 1}}};
+    EXPECT_EQ(KeyNames(plan), "51 298 44 30 INIT REF\n");
+}
+
 TEST(Pack, ResourceScriptNamesBitmapsByDecimalNumber) {
     BitmapPlan plan;
     plan.number = 0x267A;
