@@ -24,6 +24,12 @@ void OpenEntry(std::int32_t position) {
     OpenPlanEntry(modifiedPlan, position);
 }
 
+// Where an insertion goes: without a position, to the first place behind the departure.
+std::int32_t InsertionPlace(std::int32_t position) {
+    const std::int32_t wanted = position == kNoWaypoint ? 1 : position;
+    return std::clamp(wanted, 0, modifiedPlan.lastIndex + 1);
+}
+
 // The tracked entry may have been the last one and gone.
 void KeepTrackedIndexInPlan() {
     if (planBook.trackedIndex != kNoWaypoint && planBook.trackedIndex > modifiedPlan.lastIndex) {
@@ -95,7 +101,7 @@ void CopyActiveToModified() {
 }
 
 bool InsertWaypoint(std::int32_t position) {
-    const std::int32_t at = std::min(position <= 0 ? 1 : position, modifiedPlan.lastIndex + 1);
+    const std::int32_t at = InsertionPlace(position <= 0 ? 1 : position);
     const bool needsGap = at < modifiedPlan.lastIndex;
     if (!HasResult(1) || modifiedPlan.lastIndex + (needsGap ? 2 : 1) > kMaxPlanIndex) {
         return false;
@@ -114,8 +120,7 @@ bool InsertNamedPoint(std::int32_t position, std::int32_t result) {
     if (!HasResult(result) || modifiedPlan.IsFull()) {
         return false;
     }
-    const std::int32_t wanted = position == kNoWaypoint ? 1 : position;
-    const std::int32_t at = std::clamp(wanted, 0, modifiedPlan.lastIndex + 1);
+    const std::int32_t at = InsertionPlace(position);
     PlanWaypoint entry = EntryFromResult(navDatabase.searchResults[result]);
     if (planBook.pendingBearing >= 0 && planBook.pendingDistanceNm >= 0) {
         ApplyPendingBearing(entry);
@@ -135,7 +140,7 @@ bool InsertAirwayPlaceholder(std::int32_t position) {
     if (modifiedPlan.IsFull()) {
         return false;
     }
-    const std::int32_t at = std::clamp(position, 0, modifiedPlan.lastIndex + 1);
+    const std::int32_t at = InsertionPlace(position);
     PlanWaypoint entry;
     entry.ident = kAirwayPlaceholder;
     entry.type = "OAWY";

@@ -16,15 +16,16 @@ namespace avq1 {
 // modified-plan references.
 void CopyActiveToModified();
 
-// Inserts search result 1 at `position` (0 means 1, beyond the end appends), and a discontinuity
-// after it unless the new entry is the last or the one before the last. Refused as well when there
-// is room for the entry and not for the discontinuity it needs.
+// Inserts search result 1 at `position` (0 and 999 mean 1, beyond the end appends), and a
+// discontinuity after it unless the new entry is the last or the one before the last. Refused as
+// well when there is room for the entry and not for the discontinuity it needs.
 bool InsertWaypoint(std::int32_t position);
 
 // Inserts search result `result`, without a discontinuity, at `position` (999 means 1), made into a
 // place-bearing-distance point or a present-position hold when the entry asked for it.
 bool InsertNamedPoint(std::int32_t position, std::int32_t result);
 
+// Inserts the place of an airway still to be entered at `position` (999 means 1).
 bool InsertAirwayPlaceholder(std::int32_t position);
 void RemovePlaceholders();
 

@@ -181,7 +181,7 @@ bool ReadPlanToActive(std::string_view fileName) {
     }
     planBook.originIdent = activePlan.entries[0].ident;
     planBook.destinationIdent = activePlan.entries[last].ident;
-    LoadAirportDetail(planBook.originIdent, kDepartureSlot);
+    LoadPlanAirportDetail(planBook.originIdent, kDepartureSlot);
     LoadPlanAirportDetail(planBook.destinationIdent, kArrivalSlot);
     SetPlanAirport(planBook.destinationIdent, PlanAirportMode::LoadedDestination);
     return true;

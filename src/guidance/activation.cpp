@@ -53,10 +53,14 @@ void FlyActivePlan(std::int32_t index) {
     requests.unitRedraw = 1;
 }
 
-void TakeStoredValues() {
+void TakeStoredCruiseAltitude() {
     if (planBook.cruiseAltitudeFt > 0) {
         vnav.cruiseAltitude = planBook.cruiseAltitudeFt;
     }
+}
+
+void TakeStoredValues() {
+    TakeStoredCruiseAltitude();
     if (OnGround()) {
         RequestPlanFuel();
     }
@@ -77,9 +81,9 @@ void CopyModifiedToActive() {
     ExecutePendingHolds();
 }
 
-// The next entry with an altitude to keep, else the last.
-std::int32_t VerticalTargetBehind(std::int32_t index) {
-    std::int32_t target = index + 1;
+// From the entry flown to on, the first one with an altitude to keep, else the last.
+std::int32_t VerticalTargetFrom(std::int32_t index) {
+    std::int32_t target = index;
     while (target < activePlan.lastIndex && activePlan.entries[target].altitudeConstraint == 0) {
         ++target;
     }
@@ -152,12 +156,15 @@ bool ExecuteModification() {
     const std::string oldDestination =
         activePlan.lastIndex >= 0 ? activePlan.entries[activePlan.lastIndex].ident : "";
     CopyModifiedToActive();
+    if (isNewRoute) {
+        TakeStoredCruiseAltitude();
+    }
     if (isNewRoute || !activePlan.Holds(planBook.trackedIndex)) {
         StartActivePlan();
         return true;
     }
     const std::int32_t flown = std::max(planBook.trackedIndex, kFirstWaypoint);
-    planBook.verticalTargetIndex = VerticalTargetBehind(flown);
+    planBook.verticalTargetIndex = VerticalTargetFrom(flown);
     if (activePlan.entries[activePlan.lastIndex].ident != oldDestination) {
         ForgetDestination();
     }

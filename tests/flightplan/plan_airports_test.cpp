@@ -75,6 +75,9 @@ TEST_F(PlanAirport, StandsWhereTheModeSays) {
         EXPECT_EQ(planAirports.destinationIdent + " " + number(planAirports.destinationElevation) +
                       " " + number(planAirports.destinationLatitude),
                   c.destination);
+        const bool elevationShown =
+            c.mode == RunwaysOnly || planAirports.destinationIdent == "KBOS";
+        EXPECT_EQ(planAirports.destinationElevationText, elevationShown ? "20" : "");
         EXPECT_EQ(planAirports.selectedRunway, 1);
         EXPECT_EQ(planAirports.lastAirportIdent + lastAirportElevationText, "KBOS20");
         EXPECT_EQ(messages.lines[messages.count], "APT 'KBOS' Set");

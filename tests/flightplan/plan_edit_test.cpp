@@ -33,6 +33,7 @@ TEST_F(PlanEdit, InsertionKeepsTrackedEntryAndHoldsAndLeavesAGap) {
         {"KJFK AAA BBB >CCC@ KBOS", 3, "KJFK AAA BBB NEW DISCO >CCC@ KBOS"},
         {"KJFK AAA BBB CCC KBOS", 5, "KJFK AAA BBB CCC KBOS NEW"},
         {"KJFK >AAA@ BBB KBOS", 0, "KJFK NEW DISCO >AAA@ BBB KBOS"},
+        {"KJFK >AAA BBB KBOS", kNoWaypoint, "KJFK NEW DISCO >AAA BBB KBOS"},
         {"KJFK KBOS", 1, "KJFK NEW KBOS"},
         {"KJFK AAA KBOS", 60, "KJFK AAA KBOS NEW"},
         {"", 1, "NEW"},

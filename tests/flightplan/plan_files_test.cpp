@@ -237,6 +237,7 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     EXPECT_EQ(planBook.destinationIdent, "KBOS");
     EXPECT_EQ(planAirports.destinationIdent, "KBOS");
     EXPECT_EQ(planAirports.destinationElevation, 20);
+    EXPECT_EQ(activePlan.entries[0].altitude, airportSlots[kDepartureSlot].elevationFt);
     EXPECT_EQ(activePlan.entries[2].altitude, 20);
     EXPECT_EQ(airportSlots[kArrivalSlot].runways.size(), 2U);
     EXPECT_EQ(holdList.count, 0);

@@ -9,6 +9,7 @@
 #include "flightplan/procedures.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/vnav.h"
 #include "navdb/airport_detail.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
@@ -73,12 +74,14 @@ TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
         first.altitudeConstraint = 1;
         first.ataText = "12:00";
         planBook.status = c.status;
+        planBook.cruiseAltitudeFt = 33000;  // of the stored route that was loaded
         guidance.trackLeg = 1;
         guidance.destinationNearDone = 1;
         planAirports.destinationAirportState = 2;
         planAirports.patternRunwayOffset = 3;
         EXPECT_EQ(ExecuteModification(), c.flown != nullptr);
         EXPECT_EQ(Show(activePlan), c.flown != nullptr ? c.flown : c.active);
+        EXPECT_EQ(vnav.cruiseAltitude, c.status == RouteStatus::AwaitsExecution ? 33000 : 0);
         EXPECT_EQ(guidance.destinationNearDone, c.started ? 0 : 1);
         EXPECT_EQ(planAirports.destinationAirportState, c.started ? 1 : 2);
         EXPECT_EQ(planAirports.patternRunwayOffset, c.started ? kNoPatternRunway : 3);
@@ -105,7 +108,7 @@ TEST_F(ActivePlan, ExecutionAimsTheDescentAtTheNextAltitudeToKeep) {
         modifiedPlan.entries[constrained].altitudeConstraint = 1;
         planBook.status = RouteStatus::Modified;
         ExecuteModification();
-        EXPECT_EQ(planBook.verticalTargetIndex, constrained > 2 ? constrained : 5);
+        EXPECT_EQ(planBook.verticalTargetIndex, constrained >= 2 ? constrained : 5);
     }
 }
 
