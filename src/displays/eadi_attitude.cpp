@@ -7,6 +7,7 @@
 #include "displays/eadi_picture.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
+#include "geometry/geometry.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/sim_variables.h"
@@ -114,7 +115,7 @@ void DrawBankScale(EadiPicture& picture) {
     std::array<CanvasPoint, 4 * std::size(kMarks)> segments;
     std::size_t used = 0;
     for (const Mark& mark : kMarks) {
-        const double angle = mark.bankDeg * 0.017453292519943295;
+        const double angle = mark.bankDeg * kDegToRad;
         for (const double side : {-1.0, 1.0}) {
             for (const double radius : {kBankRadius, kBankRadius + mark.lengthPx}) {
                 segments[used++] = {side * radius * std::sin(angle), -radius * std::cos(angle)};

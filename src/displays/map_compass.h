@@ -59,7 +59,7 @@ void ClaimRoseLabels(const MapCompass& compass, TextBoxes& texts);  // before an
 void DrawRose(Surface& surface, const MapCompass& compass);
 void DrawLubberLine(Surface& surface, const MapCompass& compass);
 // `stops`: a heading beyond the arc keeps its pointer at the arc's end.
-void DrawBug(Surface& surface, const MapCompass& compass, double directionMag, bool stops);
+void DrawBug(Surface& surface, const MapCompass& compass, double directionMag, bool stops = false);
 void DrawCourse(Surface& surface, const MapCompass& compass, const CourseNeedle& needle,
                 CoursePointerStyle style);
 // Degrees clockwise from straight up.

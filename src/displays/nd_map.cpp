@@ -102,7 +102,7 @@ void DrawNdCompass(NdPicture& picture) {
     if (NdIsMap() && !NdCentredOnWaypoint()) {
         DrawTrackLine(picture);
     }
-    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug, false);
+    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug);
 }
 
 void DrawNdCourse(NdPicture& picture) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 #include <span>
 
 #include "drawing/palette.h"
@@ -49,7 +50,7 @@ void Label(const Pen& pen, const char* text) {
 // the inside.
 template <std::size_t sides>
 std::array<CanvasPoint, 2 * (sides + 1)> OutlineArea(double innerRadius, double firstCornerDeg) {
-    constexpr double kDegToRad = 0.017453292519943295;
+    constexpr double kDegToRad = std::numbers::pi / 180;
     constexpr double kSideDeg = 360.0 / sides;
     const double toCorner = 1 / std::cos(kSideDeg / 2 * kDegToRad);
     std::array<CanvasPoint, 2 * (sides + 1)> area;
