@@ -6,6 +6,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "cdu_gns/mcu_pages.h"
 #include "drawing/palette.h"
 #include "simlink/aircraft_state.h"
@@ -59,6 +60,7 @@ struct PaintState {
     std::array<PaintRecord, 16> records;
     std::size_t nextRecord = 0;
     std::uint32_t generation = 1;
+    std::uint32_t redrawCount = 0;  // redraws asked for that have been painted
     McuScreen composed;
     McuScreen shown;  // what the present generation shows
 };
@@ -158,10 +160,11 @@ void DrawMcu(const DrawTarget& target) {
     }
     HandleKeys();
     Compose();
-    if (paint.composed != paint.shown) {
+    if (paint.composed != paint.shown || paint.redrawCount != UnitRedrawCount()) {
         mcu.redraw = 1;
     }
     if (mcu.redraw != 0 || mcu.force != 0) {
+        paint.redrawCount = UnitRedrawCount();
         paint.shown = paint.composed;
         ++paint.generation;
         mcu.redraw = 0;
@@ -176,10 +179,6 @@ void DrawMcu(const DrawTarget& target) {
         record.generation = paint.generation;
         record.dark = false;
     }
-}
-
-void RequestMcuRedraw() {
-    mcu.redraw = 1;
 }
 
 std::int32_t McuRowsToMove(bool withArrows) {

@@ -72,8 +72,4 @@ void DrawMcu(const DrawTarget& target);
 // Takes what was typed on the computer keyboard into the page's text; before each draw.
 void PollMcuKeyboard();
 
-// Marks the screen for painting on every surface (other parts changed something it shows, or a
-// surface was made anew).
-void RequestMcuRedraw();
-
 }  // namespace avq1

@@ -108,7 +108,6 @@ void PressPointer2(const KeyClick& /*click*/) {
 
 void PressLnav(const KeyClick& /*click*/) {
     ToggleLnav();
-    requests.unitRedraw = 1;
 }
 
 void PressBoundaries(const KeyClick& /*click*/) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/messages.h"
+#include "base/redraw.h"
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
@@ -50,7 +51,7 @@ void FlyActivePlan(std::int32_t index) {
     if (OnGround()) {
         planBook.flightLogStartRequested = true;
     }
-    requests.unitRedraw = 1;
+    RequestUnitRedraw();
 }
 
 void TakeStoredCruiseAltitude() {
@@ -178,7 +179,7 @@ bool EditActivePlan(bool (*edit)(FlightPlan& plan)) {
     }
     guidance.firstLegPrepared = 0;
     SetActiveWaypoint(planBook.activeIndex);
-    requests.unitRedraw = 1;
+    RequestUnitRedraw();
     return true;
 }
 

@@ -79,8 +79,6 @@ struct GuidanceRequests {
     std::string planLoadName;
     std::int32_t radioTuneMode = 0;  // 1 from radioEntry, 2 from the plan
     std::string radioEntry;          // "course frequency"
-    std::int32_t unitRedraw = 0;     // the control units have something new to show
-    std::int32_t fullRedraw = 0;     // the keyboard asks for everything to be painted anew
     std::int32_t towerView = 0;      // the destination's tower view position is to be sent
 };
 

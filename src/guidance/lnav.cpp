@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "base/messages.h"
+#include "base/redraw.h"
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
@@ -96,7 +97,7 @@ void StopAtDiscontinuity() {
     if (guidance.lnavEngaged == 1 && IsDiscontinuity(ActiveWaypoint())) {
         DisengageLnav();
         AppendMessage("LNAV OFF - DISCONTINUITY");
-        requests.unitRedraw = 1;
+        RequestUnitRedraw();
     }
 }
 
@@ -155,7 +156,7 @@ void ToggleLnav() {
     } else {
         EngageLnav();
     }
-    requests.unitRedraw = 1;
+    RequestUnitRedraw();
     guidance.blinkCounter = kRestartBlink;
 }
 
@@ -172,7 +173,7 @@ void ToggleVnav() {
             settings.VnavSetSpd = 1;
         }
     }
-    requests.unitRedraw = 1;
+    RequestUnitRedraw();
 }
 
 void StampArrivalTime() {
@@ -215,7 +216,7 @@ void SequenceWaypoint() {
     }
     if (planBook.activeIndex >= activePlan.lastIndex) {
         DisengageLnav();
-        requests.unitRedraw = 1;
+        RequestUnitRedraw();
         return;
     }
     RecordPassage();

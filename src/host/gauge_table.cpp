@@ -32,13 +32,10 @@ void ToggleWindow(const KeyClick&) {
 
 void PressVnavButton(const KeyClick&) {
     ToggleVnav();
-    RequestMcuRedraw();
 }
 
 void PressLnavButton(const KeyClick&) {
     ToggleLnav();
-    RequestMcuRedraw();
-    guidance.blinkCounter = kRestartBlink;
 }
 
 using ButtonKeys = std::array<KeyArea, 1>;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "displays/mfd.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/flight_plan.h"
@@ -73,9 +74,6 @@ void AdvanceDisplayTimers() {
     if (guidance.framesSinceStart <= kFramesWithoutBlink) {
         guidance.blinkCounter = 0;
     }
-    if (std::exchange(requests.fullRedraw, 0) != 0) {
-        requests.unitRedraw = 1;
-    }
 }
 
 void FlyActivePlan() {
@@ -127,11 +125,11 @@ void ServePageRequests() {
 void ServeDataRequests() {
     if (const double quantity = std::exchange(planBook.fuelLoadRequested, 0); quantity > 0) {
         LoadFuel(quantity);
-        requests.unitRedraw = 1;
+        RequestUnitRedraw();
     }
     if (std::exchange(requests.towerView, 0) == 1) {
         SendTowerView();
-        requests.unitRedraw = 1;
+        RequestUnitRedraw();
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
@@ -450,7 +451,7 @@ TEST_F(McuTest, EverySurfaceIsPaintedOncePerChange) {
     EXPECT_EQ(planBook.activeIndex, 2) << "and acts once";
     guidance.distanceToGoNm -= 0.01;
     EXPECT_EQ(unit.Draw(), 0) << "not a tenth of a mile";
-    RequestMcuRedraw();
+    RequestUnitRedraw();
     EXPECT_GT(unit.Draw(), 0);
 }
 

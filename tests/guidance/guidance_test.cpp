@@ -181,7 +181,6 @@ TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
     settings.LnavSetEnRouteFreqs = 1;
     ToggleLnav();
     EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
-    EXPECT_EQ(requests.unitRedraw, 1);
     vnav.lastAltitudeSent = 5000;
     vnav.lastSpeedSent = 250;
     ToggleVnav();

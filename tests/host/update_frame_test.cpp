@@ -373,14 +373,10 @@ TEST_F(UpdateFrameTest, TheAutopilotGoingOffReleasesTheAirspeedHold) {
 TEST_F(UpdateFrameTest, QueuedRequestsAreServedOnce) {
     requests.radioTuneMode = 1;
     requests.radioEntry = "270 385";
-    requests.fullRedraw = 1;
-    requests.unitRedraw = 0;
     TickAt(0, 0);
     EXPECT_EQ(simulator.CountEvents(test::kCourseEvent), 1);
-    EXPECT_EQ(requests.unitRedraw, 1);
     TickAt(0, 0);
     EXPECT_EQ(simulator.CountEvents(test::kCourseEvent), 1);
-    EXPECT_EQ(requests.fullRedraw, 0);
 }
 
 TEST_F(UpdateFrameTest, NothingTheSimulatorSaysBreaksTheUpdate) {
