@@ -10,16 +10,9 @@
 
 namespace avq1 {
 
-// A click, in pixels from the area's top-left corner.
-struct KeyClick {
-    PixelPoint point;
-    PixelBox box;
-    std::uint32_t flags = 0;
+struct KeyClick;
 
-    bool InRightHalf() const { return point.x >= box.width / 2; }
-    bool InLowerHalf() const { return point.y >= box.height / 2; }
-};
-
+// Runs when the area is clicked, on the panel thread; the click says which row it was.
 using KeyAction = void (*)(const KeyClick& click);
 
 // What the bezel painter draws for the area.
@@ -35,6 +28,7 @@ struct KeyArea {
     const char* label = "";
     PixelBox box;
     KeyAction action = nullptr;  // null: the key is there but has nothing to do yet
+    std::int32_t code = 0;       // what tells the keys of one action apart: a line, a character
     KeyArt art = KeyArt::Cap;
     bool repeats = false;  // fires again and again while held
     MouseCursor cursor = MouseCursor::Hand;
@@ -43,5 +37,18 @@ struct KeyArea {
         return mouse_flag::kLeftSingle | (repeats ? mouse_flag::kDownRepeat : 0);
     }
 };
+
+// One click on a key; `point` in pixels from the area's top-left corner.
+struct KeyClick {
+    const KeyArea& key;
+    PixelPoint point;
+    std::uint32_t flags = 0;
+
+    bool InRightHalf() const { return point.x >= key.box.width / 2; }
+    bool InLowerHalf() const { return point.y >= key.box.height / 2; }
+};
+
+// Opens or closes the panel window whose ident is the key's code; without one nothing happens.
+void ToggleKeyWindow(const KeyClick& click);
 
 }  // namespace avq1

@@ -1,15 +1,9 @@
 #include "cdu_gns/gns_keys.h"
 
-#include "platform/services.h"
-
 namespace avq1 {
 namespace {
 
-constexpr std::uint32_t kUnitWindowIdent = 4004;
-
-void ToggleUnitWindow(const KeyClick& /*click*/) {
-    TogglePanelWindow(kUnitWindowIdent);
-}
+constexpr std::int32_t kUnitWindowIdent = 4004;
 
 }  // namespace
 
@@ -21,16 +15,16 @@ const std::array<KeyArea, kGnsKeyCount> kGnsKeys = {{
     {"FUEL", {363, 11, 36, 28}},
     {"HOLD", {428, 48, 36, 28}},
     // line select keys 1 to 5 (left), 6 to 10 (right), top to bottom
-    {"Line select 1 left", {60, 70, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 2 left", {60, 115, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 3 left", {60, 160, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 4 left", {60, 204, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 5 left", {57, 247, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 1 right", {390, 70, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 2 right", {390, 115, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 3 right", {390, 160, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 4 right", {390, 204, 24, 17}, nullptr, KeyArt::LineKey},
-    {"Line select 5 right", {390, 247, 24, 17}, nullptr, KeyArt::LineKey},
+    {"Line select 1 left", {60, 70, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 2 left", {60, 115, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 3 left", {60, 160, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 4 left", {60, 204, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 5 left", {57, 247, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 1 right", {390, 70, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 2 right", {390, 115, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 3 right", {390, 160, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 4 right", {390, 204, 24, 17}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 5 right", {390, 247, 24, 17}, nullptr, 0, KeyArt::LineKey},
     // paging and entry
     {"PREV", {18, 140, 30, 38}},
     {"NEXT", {18, 185, 30, 38}},
@@ -78,7 +72,7 @@ const std::array<KeyArea, kGnsKeyCount> kGnsKeys = {{
     {"#", {428, 218, 30, 36}},
     {"0", {462, 218, 30, 36}},
     // the screen's centre
-    {"Unit window", {190, 101, 80, 80}, &ToggleUnitWindow, KeyArt::None},
+    {"Unit window", {190, 101, 80, 80}, ToggleKeyWindow, kUnitWindowIdent, KeyArt::None},
 }};
 
 }  // namespace avq1

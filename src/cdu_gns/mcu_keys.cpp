@@ -129,9 +129,8 @@ void PressEdit(const KeyClick&) {
     Touch();
 }
 
-template <McuArrow arrow>
-void PressArrow(const KeyClick&) {
-    mcu.arrowKey = arrow;
+void PressArrow(const KeyClick& click) {
+    mcu.arrowKey = static_cast<McuArrow>(click.key.code);
     Touch();
 }
 
@@ -154,15 +153,15 @@ const std::array<KeyArea, kMcuKeyCount> kMcuKeys = {{
     {"HOLD", {127, 258, 70, 25}, PressHold},
     {"CROSS", {213, 258, 70, 25}, PressCross},
     {"LEGS", {40, 292, 70, 25}, PressLegs},
-    {"PREV", {127, 292, 70, 25}, PressPrev, KeyArt::Cap, kRepeats},
+    {"PREV", {127, 292, 70, 25}, PressPrev, 0, KeyArt::Cap, kRepeats},
     {"ALT", {213, 292, 70, 25}, PressAlt},
     {"APT", {40, 324, 70, 25}, PressApt},
-    {"NEXT", {127, 324, 70, 25}, PressNext, KeyArt::Cap, kRepeats},
+    {"NEXT", {127, 324, 70, 25}, PressNext, 0, KeyArt::Cap, kRepeats},
     {"EDIT", {213, 324, 70, 25}, PressEdit},
-    {"UP", {371, 224, 32, 32}, PressArrow<McuArrow::Up>, KeyArt::Cap, kRepeats},
-    {"DOWN", {371, 290, 32, 32}, PressArrow<McuArrow::Down>, KeyArt::Cap, kRepeats},
-    {"LEFT", {338, 256, 32, 32}, PressArrow<McuArrow::Left>},
-    {"RIGHT", {404, 256, 32, 32}, PressArrow<McuArrow::Right>},
+    {"UP", {371, 224, 32, 32}, PressArrow, 1, KeyArt::Cap, kRepeats},
+    {"DOWN", {371, 290, 32, 32}, PressArrow, 2, KeyArt::Cap, kRepeats},
+    {"LEFT", {338, 256, 32, 32}, PressArrow, 3},
+    {"RIGHT", {404, 256, 32, 32}, PressArrow, 4},
     {"ENTER", {350, 324, 70, 25}, PressEnter},
 }};
 

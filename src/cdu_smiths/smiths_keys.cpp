@@ -1,15 +1,9 @@
 #include "cdu_smiths/smiths_keys.h"
 
-#include "platform/services.h"
-
 namespace avq1 {
 namespace {
 
-constexpr std::uint32_t kUnitWindowIdent = 4012;
-
-void ToggleUnitWindow(const KeyClick& /*click*/) {
-    TogglePanelWindow(kUnitWindowIdent);
-}
+constexpr std::int32_t kUnitWindowIdent = 4012;
 
 }  // namespace
 
@@ -30,18 +24,18 @@ const std::array<KeyArea, kSmithsKeyCount> kSmithsKeys = {{
     {"PREV\nPAGE", {51, 418, 46, 34}},
     {"NEXT\nPAGE", {104, 418, 46, 34}},
     // line select keys L1 to L6, R1 to R6
-    {"Line select 1 left", {7, 68, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 2 left", {7, 100, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 3 left", {7, 132, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 4 left", {7, 165, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 5 left", {7, 197, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 6 left", {7, 230, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 1 right", {379, 68, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 2 right", {379, 100, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 3 right", {379, 132, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 4 right", {379, 165, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 5 right", {379, 197, 46, 34}, nullptr, KeyArt::LineKey},
-    {"Line select 6 right", {379, 230, 46, 34}, nullptr, KeyArt::LineKey},
+    {"Line select 1 left", {7, 68, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 2 left", {7, 100, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 3 left", {7, 132, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 4 left", {7, 165, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 5 left", {7, 197, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 6 left", {7, 230, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 1 right", {379, 68, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 2 right", {379, 100, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 3 right", {379, 132, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 4 right", {379, 165, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 5 right", {379, 197, 46, 34}, nullptr, 0, KeyArt::LineKey},
+    {"Line select 6 right", {379, 230, 46, 34}, nullptr, 0, KeyArt::LineKey},
     // letters
     {"A", {172, 381, 36, 36}},
     {"B", {212, 381, 36, 36}},
@@ -73,7 +67,7 @@ const std::array<KeyArea, kSmithsKeyCount> kSmithsKeys = {{
     {"SP", {212, 582, 34, 34}},
     {"DEL", {252, 582, 36, 34}},
     {"/", {293, 582, 34, 34}},
-    {"CLR", {332, 582, 34, 34}, nullptr, KeyArt::Cap, true},
+    {"CLR", {332, 582, 34, 34}, nullptr, 0, KeyArt::Cap, true},
     // digits, point and sign
     {"1", {51, 461, 34, 34}},
     {"2", {90, 461, 34, 34}},
@@ -88,7 +82,7 @@ const std::array<KeyArea, kSmithsKeyCount> kSmithsKeys = {{
     {"0", {90, 582, 34, 34}},
     {"+/-", {130, 582, 34, 34}},
     // the screen's centre
-    {"Unit window", {160, 100, 92, 92}, &ToggleUnitWindow, KeyArt::None},
+    {"Unit window", {160, 100, 92, 92}, ToggleKeyWindow, kUnitWindowIdent, KeyArt::None},
 }};
 
 }  // namespace avq1

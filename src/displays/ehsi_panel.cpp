@@ -119,8 +119,8 @@ constexpr bool kRepeats = true;
 }  // namespace
 
 const std::array<KeyArea, kEhsiPanelKeyCount> kEhsiPanelKeys = {{
-    {"CRS", {54, 100, 55, 55}, TurnCourse, KeyArt::Knob, kRepeats},
-    {"DH", {60, 18, 36, 40}, TurnDecisionHeight, KeyArt::Knob, kRepeats},
+    {"CRS", {54, 100, 55, 55}, TurnCourse, 0, KeyArt::Knob, kRepeats},
+    {"DH", {60, 18, 36, 40}, TurnDecisionHeight, 0, KeyArt::Knob, kRepeats},
     {"HSI", {135, 46, 45, 30}, PressFullCompass},
     {"ARC", {198, 46, 45, 30}, PressArcCompass},
     {"NAV", {260, 46, 45, 30}, PressNavSource},
@@ -131,7 +131,7 @@ const std::array<KeyArea, kEhsiPanelKeyCount> kEhsiPanelKeys = {{
     {"RNG-", {324, 83, 45, 30}, PressRangeDown},
     {"LNAV", {198, 120, 45, 30}, PressLnav},
     {"BDRY", {260, 120, 45, 30}, PressBoundaries},
-    {"HDG", {384, 106, 54, 54}, TurnHeading, KeyArt::Knob, kRepeats},
+    {"HDG", {384, 106, 54, 54}, TurnHeading, 0, KeyArt::Knob, kRepeats},
 }};
 
 }  // namespace avq1

@@ -11,14 +11,12 @@ namespace {
 
 const StateReset resetNd{[] { nd = NdState{}; }};
 
-template <std::int32_t mode>
-void SelectMode(const KeyClick& /*click*/) {
-    nd.ndMode = mode;
+void SelectMode(const KeyClick& click) {
+    nd.ndMode = click.key.code;
 }
 
-template <std::int32_t rangeNm>
-void SelectRange(const KeyClick& /*click*/) {
-    nd.ndRange = rangeNm;
+void SelectRange(const KeyClick& click) {
+    nd.ndRange = click.key.code;
 }
 
 template <std::int32_t NdState::*layer>
@@ -30,8 +28,9 @@ void ToggleBoundaries(const KeyClick& /*click*/) {
     ehsi.mapOverlayOn = 1 - ehsi.mapOverlayOn;
 }
 
-constexpr KeyArea Mode(const char* label, PixelPoint place, KeyAction action) {
-    return {label, {place.x, place.y, 14, 14}, action, KeyArt::Position};
+constexpr KeyArea Position(const char* label, PixelPoint place, KeyAction action,
+                           std::int32_t code) {
+    return {label, {place.x, place.y, 14, 14}, action, code, KeyArt::Position};
 }
 
 constexpr KeyArea Button(const char* label, std::int32_t x, KeyAction action) {
@@ -41,19 +40,19 @@ constexpr KeyArea Button(const char* label, std::int32_t x, KeyAction action) {
 }  // namespace
 
 const std::array<KeyArea, kNdPanelKeyCount> kNdPanelKeys = {{
-    Mode("10", {228, 63}, SelectRange<10>),
-    Mode("20", {221, 49}, SelectRange<20>),
-    Mode("40", {226, 33}, SelectRange<40>),
-    Mode("80", {238, 23}, SelectRange<80>),
-    Mode("160", {253, 19}, SelectRange<160>),
-    Mode("320", {272, 21}, SelectRange<320>),
-    Mode("VOR", {123, 63}, SelectMode<1>),
-    Mode("NAV", {117, 34}, SelectMode<2>),
-    Mode("EXP VOR", {141, 19}, SelectMode<3>),
-    Mode("EXP NAV", {171, 20}, SelectMode<4>),
-    Mode("MAP", {188, 42}, SelectMode<5>),
-    Mode("CTR", {187, 58}, SelectMode<6>),
-    Mode("PLAN", {166, 80}, SelectMode<7>),
+    Position("10", {228, 63}, SelectRange, 10),
+    Position("20", {221, 49}, SelectRange, 20),
+    Position("40", {226, 33}, SelectRange, 40),
+    Position("80", {238, 23}, SelectRange, 80),
+    Position("160", {253, 19}, SelectRange, 160),
+    Position("320", {272, 21}, SelectRange, 320),
+    Position("VOR", {123, 63}, SelectMode, 1),
+    Position("NAV", {117, 34}, SelectMode, 2),
+    Position("EXP VOR", {141, 19}, SelectMode, 3),
+    Position("EXP NAV", {171, 20}, SelectMode, 4),
+    Position("MAP", {188, 42}, SelectMode, 5),
+    Position("CTR", {187, 58}, SelectMode, 6),
+    Position("PLAN", {166, 80}, SelectMode, 7),
     Button("WPT", 256, ToggleLayer<&NdState::ndShowWaypoints>),
     Button("ARPT", 190, ToggleLayer<&NdState::ndShowAirports>),
     Button("STA", 157, ToggleLayer<&NdState::ndShowStations>),

@@ -25,11 +25,6 @@ namespace {
 constexpr PixelBox kButtonBox{7, 7, 35, 35};
 constexpr PixelPoint kButtonSize{50, 49};
 
-template <std::uint32_t ident>
-void ToggleWindow(const KeyClick&) {
-    TogglePanelWindow(ident);
-}
-
 void PressVnavButton(const KeyClick&) {
     ToggleVnav();
 }
@@ -40,20 +35,20 @@ void PressLnavButton(const KeyClick&) {
 
 using ButtonKeys = std::array<KeyArea, 1>;
 
-constexpr ButtonKeys Button(const char* label, KeyAction action) {
-    return {KeyArea{label, kButtonBox, action}};
+constexpr ButtonKeys Button(const char* label, KeyAction action, std::int32_t code = 0) {
+    return {KeyArea{label, kButtonBox, action, code}};
 }
 
 constexpr ButtonKeys kVnavKeys = Button("VNAV", PressVnavButton);
 constexpr ButtonKeys kLnavKeys = Button("LNAV", PressLnavButton);
-constexpr ButtonKeys kMcuOpenKeys = Button("MCU", ToggleWindow<4001>);
-constexpr ButtonKeys kMfdOpenKeys = Button("MFD", ToggleWindow<4002>);
-constexpr ButtonKeys kMfdPanelOpenKeys = Button("MFD\nCTRL", ToggleWindow<4003>);
-constexpr ButtonKeys kFmsOpenKeys = Button("FMS", ToggleWindow<4004>);
-constexpr ButtonKeys kEhsiPanelOpenKeys = Button("EHSI\nCTRL", ToggleWindow<4007>);
-constexpr ButtonKeys kTcasOpenKeys = Button("TCAS", ToggleWindow<4010>);
-constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleWindow<4012>);
-constexpr ButtonKeys kEfisOpenKeys = Button("EFIS\nCTRL", ToggleWindow<4013>);
+constexpr ButtonKeys kMcuOpenKeys = Button("MCU", ToggleKeyWindow, 4001);
+constexpr ButtonKeys kMfdOpenKeys = Button("MFD", ToggleKeyWindow, 4002);
+constexpr ButtonKeys kMfdPanelOpenKeys = Button("MFD\nCTRL", ToggleKeyWindow, 4003);
+constexpr ButtonKeys kFmsOpenKeys = Button("FMS", ToggleKeyWindow, 4004);
+constexpr ButtonKeys kEhsiPanelOpenKeys = Button("EHSI\nCTRL", ToggleKeyWindow, 4007);
+constexpr ButtonKeys kTcasOpenKeys = Button("TCAS", ToggleKeyWindow, 4010);
+constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleKeyWindow, 4012);
+constexpr ButtonKeys kEfisOpenKeys = Button("EFIS\nCTRL", ToggleKeyWindow, 4013);
 
 // ---- icons ----
 bool VnavLit() {

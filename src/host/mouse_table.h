@@ -17,13 +17,7 @@ template <const auto& keys, std::size_t index>
 std::int32_t AVQ1_PANEL_CALL OnKeyClick(MouseCallbackData* data, std::uint32_t flags) {
     const KeyArea& key = keys[index];
     if (key.action != nullptr) {
-        KeyClick click;
-        click.box = key.box;
-        click.flags = flags;
-        if (data != nullptr) {
-            click.point = data->relativePoint;
-        }
-        key.action(click);
+        key.action({key, data != nullptr ? data->relativePoint : PixelPoint{}, flags});
     }
     return 0;
 }

@@ -35,7 +35,7 @@ class FakeUnit {
                                             [&](const KeyArea& row) { return key == row.label; });
             ASSERT_NE(found, kMcuKeys.end()) << key;
             for (int i = 0; i < times; ++i) {
-                found->action(KeyClick{});
+                found->action({*found, {}});
                 Draw();
             }
         }

@@ -21,11 +21,9 @@ enum class Half { Left, Right };
 void Press(std::span<const KeyArea> keys, std::string_view label, Half half = Half::Left) {
     for (const KeyArea& key : keys) {
         if (key.label == label) {
-            KeyClick click;
-            click.box = key.box;
-            click.point = {half == Half::Left ? key.box.width / 2 - 1 : key.box.width / 2, 3};
             ASSERT_NE(key.action, nullptr) << label;
-            key.action(click);
+            const std::int32_t middle = key.box.width / 2;
+            key.action({key, {half == Half::Left ? middle - 1 : middle, 3}});
             return;
         }
     }
