@@ -11,6 +11,7 @@
 
 #include "base/key_area.h"
 #include "drawing/surface.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 
@@ -33,9 +34,9 @@ struct McuNavigation {
 
 struct McuState {
     McuPage page = McuPage::To;
-    std::int32_t redraw = 1;  // something shown changed
-    std::int32_t force = 1;   // a key was pressed: paint whatever the comparison says
-    std::int32_t editing = 0;
+    std::int32_t redraw = 1;   // something shown changed
+    std::int32_t force = 1;    // a key was pressed: paint whatever the comparison says
+    std::int32_t editing = 0;  // 1 while the unit has the computer keyboard
     McuArrow arrowKey = McuArrow::None;
     bool enterPressed = false;
     bool prevPressed = false;
@@ -71,5 +72,7 @@ void DrawMcu(const DrawTarget& target);
 
 // Takes what was typed on the computer keyboard into the page's text; before each draw.
 void PollMcuKeyboard();
+
+extern const KeyboardUser kMcuKeyboard;
 
 }  // namespace avq1

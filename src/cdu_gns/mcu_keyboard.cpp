@@ -6,6 +6,8 @@
 
 namespace avq1 {
 
+const KeyboardUser kMcuKeyboard{[] { mcu.editing = 0; }};
+
 bool McuPageTakesText() {
     return mcu.page == McuPage::Apt || mcu.page == McuPage::Dirto || mcu.page == McuPage::Legs;
 }
@@ -15,14 +17,13 @@ std::string& McuTypedText() {
 }
 
 void PollMcuKeyboard() {
-    if (KeyboardEntryOn == 0) {
+    if (!HasKeyboard(kMcuKeyboard)) {
         return;
     }
     std::string text = McuTypedText();
     const KeyboardPoll poll = PollKeyboard(text);
     if (poll.read && McuPageTakesText() && text != McuTypedText()) {
         McuTypedText() = text;
-        mcu.redraw = 1;
     }
     mcu.navigation.up |= poll.up;
     mcu.navigation.down |= poll.down;
@@ -30,8 +31,6 @@ void PollMcuKeyboard() {
     mcu.navigation.pageDown |= poll.pageDown;
     if (poll.enter) {
         mcu.entryComplete = true;
-        mcu.editing = 0;
-        mcu.redraw = 1;
     }
 }
 

@@ -123,7 +123,7 @@ void PressEdit(const KeyClick&) {
         McuTypedText().clear();
     } else if (McuPageTakesText()) {
         mcu.editing = 1;
-        StartKeyboardEntry();
+        StartKeyboardEntry(kMcuKeyboard);
         guidance.blinkCounter = kRestartBlink;
     }
     Touch();
@@ -166,8 +166,7 @@ const std::array<KeyArea, kMcuKeyCount> kMcuKeys = {{
 }};
 
 void EndMcuEditing() {
-    if (mcu.editing != 0) {
-        mcu.editing = 0;
+    if (HasKeyboard(kMcuKeyboard)) {
         StopKeyboardEntry();
     }
 }

@@ -125,6 +125,7 @@ constexpr GaugeBehaviour MapDisplay(void (*drawScreen)(const DrawTarget&), std::
 
 constexpr GaugeBehaviour CompactUnit() {
     GaugeBehaviour behaviour = Display(DrawMcu, 0);
+    behaviour.keyboardUser = &kMcuKeyboard;
     behaviour.beforeUpdate = PollMcuKeyboard;
     return behaviour;
 }

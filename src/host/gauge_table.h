@@ -11,6 +11,7 @@
 #include "base/key_area.h"
 #include "drawing/surface.h"
 #include "platform/panel_interface.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 
@@ -40,12 +41,13 @@ struct GaugeBehaviour {
     bool loadsNavigation = false;  // its loads include the navigation database and stored plans
     bool logsAfterLoad = false;    // its navigation load is followed by the flight log's start
     std::span<const std::string_view> placementWords = {};  // parameters that name no aircraft
-    void (*beforeUpdate)() = nullptr;   // draw: comes before the per-frame update
-    bool updatesFrame = false;          // draw: runs the per-frame update
-    bool startsGraphics = false;        // connect and disconnect
-    bool hiddenWhileMainShows = false;  // a "VC" instance draws nothing then
-    std::uint32_t popupIdent = 0;       // its own pop-up window; 0 = none
-    bool secondCockpit = false;         // a "VC2" instance has a mode of its own
+    const KeyboardUser* keyboardUser = nullptr;  // loses the keyboard on disconnect and kill
+    void (*beforeUpdate)() = nullptr;            // draw: comes before the per-frame update
+    bool updatesFrame = false;                   // draw: runs the per-frame update
+    bool startsGraphics = false;                 // connect and disconnect
+    bool hiddenWhileMainShows = false;           // a "VC" instance draws nothing then
+    std::uint32_t popupIdent = 0;                // its own pop-up window; 0 = none
+    bool secondCockpit = false;                  // a "VC2" instance has a mode of its own
     void (*drawScreen)(const DrawTarget&) = nullptr;
     void (*onInstall)() = nullptr;
     void (*onPanelDraw)() = nullptr;  // draw event of a control panel

@@ -13,6 +13,7 @@
 #include "platform/services.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
+#include "simlink/keyboard.h"
 
 namespace avq1 {
 
@@ -124,11 +125,14 @@ void DrawSurface(const GaugeRow& row, GaugeHeader* gauge) {
 
 void Draw(const GaugeRow& row, GaugeHeader* gauge) {
     const GaugeBehaviour& behaviour = *row.behaviour;
-    if (behaviour.beforeUpdate != nullptr) {
+    // A placement that shows nothing takes no typing either.
+    if (behaviour.beforeUpdate != nullptr &&
+        DrawModeFor(behaviour, gauge->parameters) != DisplayDrawMode::Skip) {
         behaviour.beforeUpdate();
     }
     if (behaviour.updatesFrame) {
         UpdateFrame();
+        TakeKeyboardFromUnseenUnit();
     }
     if (behaviour.onPanelDraw != nullptr) {
         behaviour.onPanelDraw();
@@ -138,20 +142,38 @@ void Draw(const GaugeRow& row, GaugeHeader* gauge) {
     }
 }
 
+void TakeKeyboard(const GaugeBehaviour& behaviour) {
+    if (behaviour.keyboardUser != nullptr && HasKeyboard(*behaviour.keyboardUser)) {
+        StopKeyboardEntry();
+    }
+}
+
+void Kill(const GaugeBehaviour& behaviour) {
+    TakeKeyboard(behaviour);
+    if (behaviour.onKill != nullptr) {
+        behaviour.onKill();
+    }
+}
+
 void Connect() {
     if (GdiplusToken == 0) {
         GdiplusToken = StartDrawingLibrary();
     }
 }
 
-void Disconnect() {
-    if (GdiplusToken != 0) {
+void Disconnect(const GaugeBehaviour& behaviour) {
+    TakeKeyboard(behaviour);
+    if (behaviour.startsGraphics && GdiplusToken != 0) {
         StopDrawingLibrary(GdiplusToken);
         GdiplusToken = 0;
     }
 }
 
 }  // namespace
+
+void ReleaseModule() {
+    StopKeyboardEntry();
+}
 
 ElementHeader* ElementAtDepth(GaugeHeader* gauge, int depth) {
     ElementHeader** list = gauge->elements;
@@ -200,11 +222,11 @@ void HandleGaugeEvent(const GaugeRow& row, GaugeHeader* gauge, std::int32_t even
         case PanelEvent::Draw:
             return Draw(row, gauge);
         case PanelEvent::Kill:
-            return behaviour.onKill != nullptr ? behaviour.onKill() : void();
+            return Kill(behaviour);
         case PanelEvent::ConnectToWindow:
             return behaviour.startsGraphics ? Connect() : void();
         case PanelEvent::DisconnectFromWindow:
-            return behaviour.startsGraphics ? Disconnect() : void();
+            return Disconnect(behaviour);
         default:
             return;
     }

@@ -18,6 +18,9 @@ inline constexpr std::uint32_t kMainPanelIdent = 0;
 // Handles one event of a placement of gauge `row`. Unknown events are ignored.
 void HandleGaugeEvent(const GaugeRow& row, GaugeHeader* gauge, std::int32_t event);
 
+// The module is about to be unloaded: what it holds of the simulator's thread is given back.
+void ReleaseModule();
+
 // Draw mode of a placement with this parameter text (may be null).
 DisplayDrawMode DrawModeFor(const GaugeBehaviour& behaviour, const char* parameters);
 

@@ -63,12 +63,16 @@ std::array<GaugeCallback, kGaugeCount> Callbacks(std::index_sequence<index...>) 
 
 void AVQ1_PANEL_CALL DoNothing() {}
 
+void AVQ1_PANEL_CALL Unload() {
+    ReleaseModule();
+}
+
 LinkageRecord BuildLinkage() {
     static std::array<GaugeRecords, kGaugeCount> gauges;
     const auto callbacks = Callbacks(std::make_index_sequence<kGaugeCount>{});
     LinkageRecord linkage;
     linkage.init = DoNothing;
-    linkage.deinit = DoNothing;
+    linkage.deinit = Unload;
     for (std::size_t i = 0; i < kGaugeCount; ++i) {
         const GaugeRow& row = GaugeTable()[i];
         GaugeRecords& gauge = gauges[i];

@@ -2,10 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <utility>
 
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "base/sim_folder.h"
 #include "platform/services.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/sim_variables.h"
 
 namespace avq1 {
 
@@ -63,6 +68,8 @@ using KeyStates = std::array<std::uint8_t, 256>;
 
 struct KeyboardState {
     KeyStates previousKeys{};  // of the last poll; kept between entry periods
+    const KeyboardUser* user = nullptr;
+    double lastUseTick = 0;
     bool deviceOpen = false;
     bool hookInstalled = false;
 };
@@ -74,10 +81,16 @@ const StateReset resetKeyboard([] {
     keyboard = KeyboardState{};
 });
 
+// A tick behind the last use belongs to another flight.
+bool IsIdle() {
+    return std::abs(ReadTick() - keyboard.lastUseTick) > kKeyboardIdleTicks;
+}
+
+// The simulator's thread goes on when no gauge is drawn at all: then the keys are its own again.
 std::int32_t OnKeyMessage(std::int32_t code) {
     const auto down = [](std::int32_t key) { return KeyState(key) != 0; };
     return code >= 0 && std::ranges::none_of(kHookModifiers, down) &&
-                   std::ranges::any_of(kSwallowedKeys, down)
+                   std::ranges::any_of(kSwallowedKeys, down) && !IsIdle()
                ? 1
                : 0;
 }
@@ -91,17 +104,32 @@ bool ReadKeys(KeyStates& keys) {
     return false;
 }
 
-void TypeCharacters(const KeyStates& keys, std::string& text) {
+// Keys down before the keyboard was given are not typed.
+void RememberHeldKeys() {
+    KeyStates keys{};
+    if (keyboard.deviceOpen && ReadKeys(keys)) {
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            keyboard.previousKeys[i] |= keys[i];
+        }
+    }
+}
+
+// Whether anything was typed or erased.
+bool TypeCharacters(const KeyStates& keys, std::string& text) {
+    bool typed = false;
     for (const TypedKey& key : kTypedKeys) {
         const bool pressed =
             (keys[key.scanCode] & kDown) != 0 && (keyboard.previousKeys[key.scanCode] & kDown) == 0;
         if (pressed && text.size() < kTextLimit) {
             text += key.character;
+            typed = true;
         }
     }
     if ((keys[kBackspace] & kDown) != 0 && !text.empty()) {
         text.pop_back();
+        typed = true;
     }
+    return typed;
 }
 
 }  // namespace
@@ -114,14 +142,21 @@ std::int32_t SetKeyboardHook(bool on) {
     return keyboard.hookInstalled ? 1 : 0;
 }
 
-void StartKeyboardEntry() {
+void StartKeyboardEntry(const KeyboardUser& user) {
+    if (keyboard.user != &user) {
+        StopKeyboardEntry();
+    }
     KeyboardEntryOn = 1;
+    keyboard.user = &user;
+    keyboard.lastUseTick = ReadTick();
     SetKeyboardHook(true);
     if (!keyboard.deviceOpen) {
         const char* const failure = OpenKeyboard(SimPath(kModuleFile).c_str());
         keyboard.deviceOpen = failure == nullptr;
         KeyboardMessage = failure != nullptr ? failure : "";
+        RememberHeldKeys();
     }
+    RequestUnitRedraw();
 }
 
 void StopKeyboardEntry() {
@@ -132,10 +167,25 @@ void StopKeyboardEntry() {
         keyboard.deviceOpen = false;
     }
     KeyboardMessage.clear();
+    if (const KeyboardUser* const user = std::exchange(keyboard.user, nullptr)) {
+        user->onKeyboardGone();
+        RequestUnitRedraw();
+    }
+}
+
+bool HasKeyboard(const KeyboardUser& user) {
+    return keyboard.user == &user;
+}
+
+void TakeKeyboardFromUnseenUnit() {
+    if (keyboard.user != nullptr && (avionicsPower == 0 || IsIdle())) {
+        StopKeyboardEntry();
+    }
 }
 
 KeyboardPoll PollKeyboard(std::string& text) {
     KeyboardPoll poll;
+    keyboard.lastUseTick = ReadTick();
     KeyStates keys{};
     if (KeyboardEntryOn == 0 || !keyboard.deviceOpen || !ReadKeys(keys)) {
         return poll;
@@ -143,10 +193,14 @@ KeyboardPoll PollKeyboard(std::string& text) {
     const auto down = [&keys](std::uint8_t scanCode) { return (keys[scanCode] & kDown) != 0; };
     if (std::ranges::none_of(kModifiers, down)) {
         poll.read = true;
-        TypeCharacters(keys, text);
+        bool found = TypeCharacters(keys, text);
         for (const RequestKey& key : kRequestKeys) {
             poll.*key.request =
                 down(key.scanCode) && (keyboard.previousKeys[key.scanCode] & kDown) == 0;
+            found |= poll.*key.request;
+        }
+        if (found) {
+            RequestUnitRedraw();
         }
     }
     if (down(kEnter) || down(kKeypadEnter)) {

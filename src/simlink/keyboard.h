@@ -3,7 +3,11 @@
 // While entry is on, each poll reads the whole keyboard by scan code and turns what was pressed
 // since the last poll into text and requests; a hook on the simulator's thread keeps it from
 // acting on the letters it uses itself. A device that cannot be opened leaves entry on and says
-// why in KeyboardMessage; polls then do nothing. Panel thread only.
+// why in KeyboardMessage; polls then do nothing.
+//
+// One unit at a time has the keyboard. It gives the keyboard back itself, or loses it: when the
+// host takes the unit away, when another unit takes it, without avionics power, and when the unit
+// has not polled for kKeyboardIdleTicks. Whichever way, its user is told. Panel thread only.
 #pragma once
 
 #include <cstdint>
@@ -11,11 +15,26 @@
 
 namespace avq1 {
 
+// A unit that takes typing; known by its address, so it must outlive the module's use of it.
+struct KeyboardUser {
+    void (*onKeyboardGone)();  // the unit leaves its entry mode; asks for no redraw
+};
+
+// Simulator ticks (18 a second) without a poll after which nobody sees what is typed.
+inline constexpr double kKeyboardIdleTicks = 36;
+
 extern std::int32_t KeyboardEntryOn;
 extern std::string KeyboardMessage;  // the step of opening the keyboard that failed, else empty
 
-void StartKeyboardEntry();
-void StopKeyboardEntry();
+// Gives the keyboard to a unit. Keys that are down by now are not typed before they are pressed
+// anew.
+void StartKeyboardEntry(const KeyboardUser& user);
+void StopKeyboardEntry();  // whoever has the keyboard; nothing when nobody has
+
+bool HasKeyboard(const KeyboardUser& user);
+
+// Takes the keyboard from a unit nobody can see: no power, or not drawn any more. Once a frame.
+void TakeKeyboardFromUnseenUnit();
 
 // Installs or removes the hook; asking twice does nothing. 1 while it is installed.
 std::int32_t SetKeyboardHook(bool on);
@@ -33,7 +52,7 @@ struct KeyboardPoll {
 };
 
 // Letters and digits typed since the last poll are added to `text`; Backspace takes one character
-// away at every poll while it is held.
+// away at every poll while it is held. What was found asks the units for a redraw.
 KeyboardPoll PollKeyboard(std::string& text);
 
 }  // namespace avq1

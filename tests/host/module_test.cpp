@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <random>
 
 #include "base/module_state.h"
 #include "base/sim_folder.h"
+#include "cdu_gns/mcu.h"
 #include "displays/nd_panel.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/plan_files.h"
@@ -17,6 +19,7 @@
 #include "navdb/nav_database.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
+#include "support/fake_keyboard.h"
 #include "support/leak_suppressions.h"
 #include "support/placement.h"
 #include "support/temp_sim_folder.h"
@@ -182,6 +185,70 @@ TEST_F(Module, LoadsTheSharedCoreOnceAndRetriesOnlyAMissingAirportFile) {
     ehsi.Send(PanelEvent::Initialise);
     EXPECT_EQ(navDatabase.airports.count, 1);
     EXPECT_DOUBLE_EQ(settings.WptChgDist, 4.5);  // read once
+}
+
+// Typing keeps the simulator's letters from it: whatever happens to the unit, they come back.
+TEST_F(Module, TheKeyboardComesBackWhenTheCompactUnitCannotBeTypedInto) {
+    Placement unit("MCU", nullptr, 420, 159);
+    Placement cockpit("MCU", "VC", 420, 159);
+    Placement display("EFS50_EHSI", nullptr, 64, 48);
+    const auto fly = [&](int ticks, std::initializer_list<Placement*> drawn) {
+        for (int i = 0; i < ticks; ++i) {
+            simulator.NextTick();
+            for (Placement* gauge : drawn) {
+                gauge->Send(PanelEvent::Draw);
+            }
+        }
+    };
+    struct Case {
+        const char* what;
+        bool kept;
+        std::function<void()> happens;
+    };
+    const Case cases[] = {
+        {"drawn on", true,
+         [&] {
+             fly(100, {&display, &unit});
+         }},
+        {"another gauge killed", true, [&] { display.Send(PanelEvent::Kill); }},
+        {"another gauge disconnected", true,
+         [&] { display.Send(PanelEvent::DisconnectFromWindow); }},
+        {"hardly missed", true, [&] { fly(36, {&display}); }},
+        {"not drawn", false, [&] { fly(37, {&display}); }},
+        {"drawn where it shows nothing", false,
+         [&] {
+             fly(37, {&display, &cockpit});
+         }},
+        {"killed", false, [&] { unit.Send(PanelEvent::Kill); }},
+        {"disconnected", false, [&] { unit.Send(PanelEvent::DisconnectFromWindow); }},
+        {"no power", false,
+         [&] {
+             simulator.variables[773] = 0;
+             fly(1, {&unit});
+         }},
+        {"unloaded", false, [] { Linkage.deinit(); }},
+    };
+    simulator.windows[kMainPanelIdent] = true;
+    for (const Case& row : cases) {
+        PlatformServices services;
+        test::FakeKeyboard keyboard(services);
+        simulator.variables[773] = 1;
+        mcu = McuState{};
+        fly(1, {&display, &unit});
+        unit.Click(45, 265);   // DIRTO
+        unit.Click(220, 330);  // EDIT
+        keyboard.virtualKeys = {'S'};
+        ASSERT_NE(keyboard.hook, nullptr) << row.what;
+        EXPECT_EQ(keyboard.hook(0), 1) << row.what;
+        row.happens();
+        EXPECT_EQ(keyboard.hook != nullptr, row.kept) << row.what;
+        EXPECT_EQ(mcu.editing, row.kept ? 1 : 0) << row.what;
+        const int reads = keyboard.reads;
+        fly(1, {&unit});
+        EXPECT_EQ(keyboard.reads > reads, row.kept) << row.what;
+        Linkage.deinit();
+        PlatformTable.services = nullptr;
+    }
 }
 
 TEST_F(Module, ServerPublishesTheGuidanceVariables) {

@@ -5,7 +5,10 @@
 #include <string>
 
 #include "base/module_state.h"
+#include "base/redraw.h"
+#include "simlink/aircraft_state.h"
 #include "support/fake_keyboard.h"
+#include "support/fake_simulator.h"
 
 namespace avq1 {
 namespace {
@@ -13,9 +16,16 @@ namespace {
 using test::FakeKeyboard;
 namespace scan = test::scan;
 
+int timesGone = 0;
+const KeyboardUser kUser{[] { ++timesGone; }};
+const KeyboardUser kOtherUser{[] {}};
+
 class KeyboardTest : public ::testing::Test {
   protected:
-    KeyboardTest() { ResetModuleState(); }
+    KeyboardTest() {
+        ResetModuleState();
+        avionicsPower = 1;
+    }
     ~KeyboardTest() override { PlatformTable.services = nullptr; }
 
     // Holds exactly these keys for a poll.
@@ -42,7 +52,7 @@ TEST_F(KeyboardTest, EveryLetterAndDigitKeyTypesItsCharacter) {
         std::uint8_t first;
         const char* characters;
     } runs[] = {{0x02, "1234567890"}, {0x10, "QWERTYUIOP"}, {0x1E, "ASDFGHJKL"}, {0x2C, "ZXCVBNM"}};
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     EXPECT_EQ(KeyboardMessage, "");
     for (const auto& run : runs) {
         text.clear();
@@ -62,14 +72,14 @@ TEST_F(KeyboardTest, EveryLetterAndDigitKeyTypesItsCharacter) {
 }
 
 TEST_F(KeyboardTest, KeysPressedTogetherAreTypedLettersFirstThenDigits) {
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     Hold({scan::k9, scan::k1, scan::k0, scan::kZ, scan::kB, scan::kA});
     PollKeyboard(text);
     EXPECT_EQ(text, "ABZ019") << "once, however long they are held";
 }
 
 TEST_F(KeyboardTest, ModifiersTypeNothingAndTheKeyMustBePressedAgain) {
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     for (const std::uint8_t modifier : {0x2A, 0x36, 0x1D, 0x9D, 0x38}) {
         text = "X";
         EXPECT_EQ(Hold({modifier, scan::kA, scan::kBackspace, scan::kUp}), KeyboardPoll{})
@@ -85,7 +95,7 @@ TEST_F(KeyboardTest, ModifiersTypeNothingAndTheKeyMustBePressedAgain) {
 }
 
 TEST_F(KeyboardTest, BackspaceErasesAtEveryPollWhileHeld) {
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     text = "ABC";
     for (const char* const left : {"AB", "A", "", ""}) {
         Hold({scan::kBackspace});
@@ -101,24 +111,30 @@ TEST_F(KeyboardTest, ArrowAndPageKeysAskOncePerPress) {
                 {scan::kDown, &KeyboardPoll::down},
                 {scan::kPageUp, &KeyboardPoll::pageUp},
                 {scan::kPageDown, &KeyboardPoll::pageDown}};
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     for (const auto& row : rows) {
         KeyboardPoll expected{.read = true};
         expected.*row.request = true;
+        const std::uint32_t redraws = UnitRedrawCount();
         EXPECT_EQ(Hold({row.key}), expected);
+        EXPECT_EQ(UnitRedrawCount(), redraws + 1);
         EXPECT_FALSE(PollKeyboard(text).*row.request) << "held";
+        EXPECT_EQ(UnitRedrawCount(), redraws + 1) << "held";
     }
 }
 
 TEST_F(KeyboardTest, EnterEndsEntryEvenWithModifiersAndWithoutText) {
+    timesGone = 0;
     for (const std::uint8_t enter : {scan::kEnter, scan::kKeypadEnter}) {
         keyboard.keys.fill(0);
-        StartKeyboardEntry();
+        StartKeyboardEntry(kUser);
         EXPECT_NE(keyboard.hook, nullptr);
         EXPECT_TRUE(Hold({0x2A, enter}).enter);
         EXPECT_EQ(KeyboardEntryOn, 0);
         EXPECT_EQ(keyboard.hook, nullptr);
+        EXPECT_FALSE(HasKeyboard(kUser));
     }
+    EXPECT_EQ(timesGone, 2);
     const int reads = keyboard.reads;
     PollKeyboard(text);
     EXPECT_EQ(keyboard.reads, reads) << "the keyboard is let go";
@@ -126,16 +142,59 @@ TEST_F(KeyboardTest, EnterEndsEntryEvenWithModifiersAndWithoutText) {
 
 TEST_F(KeyboardTest, AKeyHeldAcrossEntryPeriodsIsNotTypedAgain) {
     for (int period = 0; period < 2; ++period) {
-        StartKeyboardEntry();
+        StartKeyboardEntry(kUser);
         Hold({scan::kA});
         StopKeyboardEntry();
     }
     EXPECT_EQ(text, "A");
+    keyboard.Down(scan::kB);  // while nobody reads the keyboard
+    StartKeyboardEntry(kUser);
+    PollKeyboard(text);
+    Hold({});
+    EXPECT_EQ(text, "A");
+    Type(scan::kB);
+    EXPECT_EQ(text, "AB");
+}
+
+TEST_F(KeyboardTest, AnotherUnitTakesTheKeyboardAndTheFirstIsTold) {
+    timesGone = 0;
+    StartKeyboardEntry(kUser);
+    StartKeyboardEntry(kUser);
+    EXPECT_EQ(timesGone, 0);
+    StartKeyboardEntry(kOtherUser);
+    EXPECT_EQ(timesGone, 1);
+    EXPECT_FALSE(HasKeyboard(kUser));
+    EXPECT_TRUE(HasKeyboard(kOtherUser));
+    EXPECT_NE(keyboard.hook, nullptr);
+    StopKeyboardEntry();
+    StopKeyboardEntry();
+    EXPECT_EQ(timesGone, 1);
+    EXPECT_FALSE(HasKeyboard(kOtherUser));
+}
+
+// The simulator's ticks go on, or start anew with another flight, without a poll.
+TEST_F(KeyboardTest, WithoutPollsTheHookLetsKeysPass) {
+    test::FakeSimulator& simulator = test::FakeSimulator::Install();
+    keyboard.virtualKeys = {'S'};
+    const struct {
+        double tick;
+        std::int32_t swallowed;
+    } rows[] = {{1000 + kKeyboardIdleTicks, 1}, {1001 + kKeyboardIdleTicks, 0}, {3, 0}};
+    for (const auto& row : rows) {
+        simulator.variables[1] = 1000;
+        StartKeyboardEntry(kUser);
+        simulator.variables[1] = row.tick;
+        EXPECT_EQ(keyboard.hook(0), row.swallowed) << row.tick;
+        TakeKeyboardFromUnseenUnit();
+        EXPECT_EQ(HasKeyboard(kUser), row.swallowed == 1) << row.tick;
+        StopKeyboardEntry();
+    }
+    ImportTable.panel.services = nullptr;
 }
 
 TEST_F(KeyboardTest, WithoutADeviceEntryIsOnWithAMessage) {
     services.read_keyboard = nullptr;
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     EXPECT_EQ(KeyboardEntryOn, 1);
     EXPECT_EQ(KeyboardMessage, "CreateDevice failed");
     EXPECT_FALSE(Hold({scan::kA}).read);
@@ -144,7 +203,7 @@ TEST_F(KeyboardTest, WithoutADeviceEntryIsOnWithAMessage) {
 }
 
 TEST_F(KeyboardTest, AKeyboardTakenAwayTypesNothingUntilItIsBack) {
-    StartKeyboardEntry();
+    StartKeyboardEntry(kUser);
     for (const std::int32_t failure : {kKeyboardInputLost, -1}) {
         keyboard.result = failure;
         EXPECT_EQ(Hold({scan::kA}), KeyboardPoll{});
