@@ -1,3 +1,4 @@
+// ALT/FL: the autopilot's altitude, set by the arrows in thousands or five hundreds of feet.
 #include "cdu_gns/mcu_pages.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/key_events.h"
@@ -5,52 +6,59 @@
 namespace avq1 {
 namespace {
 
-void PutAltitudeStep(McuScreen& screen) {
-    screen.Put(mcu.altStep == 1 ? McuStyle::Highlight : McuStyle::Data, 0, kMcuRowY[5], "< 1000");
-    screen.Put(mcu.altStep == 2 ? McuStyle::Highlight : McuStyle::Data, 84, kMcuRowY[5], "500 >");
+void HandleAltFl(const UnitInput& input) {
+    StepMcuAltitude(input.arrowKey);
 }
+
+void ShowAutopilotAltitude(const FieldRow&, UnitText& text) {
+    text.Put("AP ALT:   %05.0f", aircraft.apAltitudeTargetFt);
+}
+
+void ShowNewAltitude(const FieldRow&, UnitText& text) {
+    text.Put("NEW ALT:  %05.0f", static_cast<double>(mcu.newAltitude));
+}
+
+EntryResult SendNewAltitude(const FieldRow&) {
+    SendKeyEvent(KeyEvent::AltitudeSet, mcu.newAltitude);
+    return EntryResult::Accepted;
+}
+
+void PutSteps(Screen& screen) {
+    screen.Put(mcu.altStep == 1 ? kMcuHighlight : kMcuData, 0, kMcuRowY[5], "< 1000");
+    screen.Put(mcu.altStep == 2 ? kMcuHighlight : kMcuData, 84, kMcuRowY[5], "500 >");
+}
+
+constexpr FieldRow kFields[] = {
+    {.label = "ALT/FL:", .labelStyle = kMcuTitle},
+    {.show = ShowAutopilotAltitude, .style = kMcuData, .valueAt = {0, kMcuRowY[2]}},
+    {.line = kEnterLine,
+     .show = ShowNewAltitude,
+     .press = SendNewAltitude,
+     .opens = kMcuTo,
+     .style = kMcuActive,
+     .valueAt = {0, kMcuRowY[3]}},
+};
 
 }  // namespace
 
-void StepMcuAltitude() {
-    switch (mcu.arrowKey) {
-        case McuArrow::Left:
-            mcu.altStep = 1;
-            return;
-        case McuArrow::Right:
-            mcu.altStep = 2;
-            return;
-        case McuArrow::None:
-            return;
-        default:
-            break;
+void StepMcuAltitude(UnitArrow arrow) {
+    if (arrow == UnitArrow::Left || arrow == UnitArrow::Right) {
+        mcu.altStep = arrow == UnitArrow::Left ? 1 : 2;
+        return;
     }
     if (mcu.altStep == 0) {
         return;
     }
     const std::int32_t step = mcu.altStep == 1 ? 1000 : 500;
     const std::int32_t highest = mcu.altStep == 1 ? 98000 : 97500;
-    if (mcu.arrowKey == McuArrow::Up && mcu.newAltitude <= highest) {
+    if (arrow == UnitArrow::Up && mcu.newAltitude <= highest) {
         mcu.newAltitude += step;
-    } else if (mcu.arrowKey == McuArrow::Down && mcu.newAltitude >= step) {
+    } else if (arrow == UnitArrow::Down && mcu.newAltitude >= step) {
         mcu.newAltitude -= step;
     }
 }
 
-void HandleAltFlKeys() {
-    StepMcuAltitude();
-    if (mcu.enterPressed) {
-        SendKeyEvent(KeyEvent::AltitudeSet, mcu.newAltitude);
-        mcu.page = McuPage::To;
-    }
-}
-
-void ComposeAltFl(McuScreen& screen) {
-    screen.Put(McuStyle::Title, 0, kMcuRowY[0], "ALT/FL:");
-    screen.Put(McuStyle::Data, 0, kMcuRowY[2], "AP ALT:   %05.0f", aircraft.apAltitudeTargetFt);
-    screen.Put(McuStyle::Active, 0, kMcuRowY[3], "NEW ALT:  %05.0f",
-               static_cast<double>(mcu.newAltitude));
-    PutAltitudeStep(screen);
-}
+constinit const PageRow kMcuAltFlPage{
+    .page = kMcuAltFl, .fields = kFields, .handle = HandleAltFl, .compose = PutSteps};
 
 }  // namespace avq1

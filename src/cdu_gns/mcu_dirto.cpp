@@ -1,3 +1,4 @@
+// DIRTO: the points that bear the typed identifier; ENTER flies to the highlighted one.
 #include <string>
 
 #include "base/module_state.h"
@@ -14,11 +15,12 @@
 namespace avq1 {
 namespace {
 
+constexpr int kTypedX = 67;
+
 // The records found for the typed identifier, kept here because every search fills the same table.
 struct Candidates {
     std::string ident;
     PointTable found;
-    std::int32_t first = 0;  // the first one shown, from 0
 };
 
 Candidates candidates;
@@ -31,11 +33,11 @@ void RefreshCandidates() {
     }
     candidates = Candidates{};
     candidates.ident = mcu.entryText;
-    mcu.candidateIndex = 0;
+    mcu.candidates = {};
     if (!candidates.ident.empty()) {
         SearchIdent(candidates.ident, SearchCategory::All);
         candidates.found = navDatabase.searchResults;
-        mcu.candidateIndex = candidates.found.count > 0 ? NearestResult() - 1 : 0;
+        mcu.candidates.row = candidates.found.count > 0 ? NearestResult() - 1 : 0;
     }
 }
 
@@ -80,51 +82,64 @@ void FlyDirectTo(const PointRecord& record) {
     planBook.verticalTargetIndex = activePlan.lastIndex;
     StartActivePlan();
     CopyActiveToModified();
+}
+
+void HandleDirto(const UnitInput& input) {
+    RefreshCandidates();
+    mcu.candidates.Move(RowsToMoveWithArrows(input, kMcuListRows), candidates.found.count,
+                        kMcuListRows);
+}
+
+EntryResult FlyToHighlighted(const FieldRow&, std::string_view) {
+    if (candidates.found.count == 0) {
+        return EntryResult::NotInDatabase;
+    }
+    FlyDirectTo(candidates.found[mcu.candidates.row + 1]);
     mcu.entryText.clear();
     candidates = Candidates{};
-    mcu.candidateIndex = 0;
-    mcu.page = McuPage::To;
+    mcu.candidates = {};
+    OpenPage(mcu, kMcuTo);
+    return EntryResult::Accepted;
 }
 
-}  // namespace
-
-void HandleDirtoKeys() {
-    RefreshCandidates();
-    MoveMcuCursor(mcu.candidateIndex, candidates.first, McuRowsToMove(true),
-                  candidates.found.count);
-    if (mcu.enterPressed && candidates.found.count > 0) {
-        const PointRecord chosen = candidates.found[mcu.candidateIndex + 1];
-        FlyDirectTo(chosen);
-    }
+void PutCandidate(Screen& screen, std::int32_t row, int y, bool highlighted) {
+    const PointRecord& record = candidates.found[row + 1];
+    double distanceNm = 0;
+    double courseTrue = 0;
+    DistanceAndCourse(aircraft.latitude, aircraft.longitude, record.latitude, record.longitude,
+                      distanceNm, courseTrue);
+    const std::string ident(record.ident);
+    const std::string kind(KindText(record.kind));
+    screen.Put(highlighted ? kMcuHighlight : kMcuData, kTypedX, y, "%s%-5s %3s %03.0f",
+               highlighted ? "> " : "  ", ident.c_str(), kind.c_str(),
+               TrueToMagnetic(courseTrue, aircraft.magneticVariation));
 }
 
-void ComposeDirto(McuScreen& screen) {
-    screen.Put(McuStyle::Title, 0, kMcuRowY[0], "DIRTO:");
-    screen.Put(McuStyle::Active, 67, kMcuRowY[0], "%.8s", mcu.entryText.c_str());
+void ComposeDirto(Screen& screen) {
+    screen.Put(kMcuActive, kTypedX, kMcuRowY[0], "%.8s", mcu.entryText.c_str());
     if (mcu.entryText.empty()) {
-        screen.Put(McuStyle::Data, 67, kMcuListY[0], "%s",
+        screen.Put(kMcuData, kTypedX, kMcuListY[0], "%s",
                    mcu.editing == 0          ? "EDIT TO TYPE"
                    : KeyboardMessage.empty() ? "TYPE IDENTIFIER"
                                              : "");
     } else if (candidates.found.count == 0) {
-        screen.Put(McuStyle::Data, 67, kMcuListY[0], "NOT IN DATABASE");
+        screen.Put(kMcuData, kTypedX, kMcuListY[0], "NOT IN DATABASE");
     }
-    for (int i = 0; i < kMcuListRows && candidates.first + i < candidates.found.count; ++i) {
-        const std::int32_t index = candidates.first + i;
-        const PointRecord& record = candidates.found[index + 1];
-        double distanceNm = 0;
-        double courseTrue = 0;
-        DistanceAndCourse(aircraft.latitude, aircraft.longitude, record.latitude, record.longitude,
-                          distanceNm, courseTrue);
-        const bool highlighted = index == mcu.candidateIndex;
-        const std::string ident(record.ident);
-        const std::string kind(KindText(record.kind));
-        screen.Put(highlighted ? McuStyle::Highlight : McuStyle::Data, 67,
-                   kMcuListY[static_cast<std::size_t>(i)], "%s%-5s %3s %03.0f",
-                   highlighted ? "> " : "  ", ident.c_str(), kind.c_str(),
-                   TrueToMagnetic(courseTrue, aircraft.magneticVariation));
-    }
+    mcu.candidates.ForEachShown(
+        candidates.found.count, kMcuListRows,
+        [&](std::int32_t slot, std::int32_t row, bool highlighted) {
+            PutCandidate(screen, row, kMcuListY[static_cast<std::size_t>(slot)], highlighted);
+        });
     PutMcuMessage(screen);
 }
+
+constexpr FieldRow kFields[] = {
+    {.line = kEnterLine, .label = "DIRTO:", .enter = FlyToHighlighted, .labelStyle = kMcuTitle},
+};
+
+}  // namespace
+
+constinit const PageRow kMcuDirtoPage{
+    .page = kMcuDirto, .fields = kFields, .handle = HandleDirto, .compose = ComposeDirto};
 
 }  // namespace avq1

@@ -1,3 +1,4 @@
+// FPLN: the stored flight plans; ENTER asks for the highlighted one.
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/plan_files.h"
 #include "guidance/guidance_state.h"
@@ -13,45 +14,61 @@ std::int32_t PlanCount() {
     return static_cast<std::int32_t>(storedPlans.plans.size());
 }
 
-}  // namespace
+const StoredPlan& PlanAt(std::int32_t row) {
+    return storedPlans.plans[static_cast<std::size_t>(row)];
+}
 
-void HandleFplnKeys() {
-    if (mcu.fplnPressed) {
+void HandleFpln(const UnitInput& input) {
+    if (input.openedPage != 0) {
         ListStoredPlans();  // plans that came since the module was loaded are there at once
     }
-    std::int32_t rows = McuRowsToMove(true);
-    rows += kMcuListRows * ((mcu.arrowKey == McuArrow::Right) - (mcu.arrowKey == McuArrow::Left));
-    MoveMcuCursor(mcu.planCursor, mcu.planScroll, rows, PlanCount());
-    if (mcu.enterPressed && mcu.planCursor < PlanCount()) {
-        requests.planLoadMode = kPlanLoadRequest;
-        requests.planLoadName =
-            storedPlans.plans[static_cast<std::size_t>(mcu.planCursor)].fileName;
+    const std::int32_t pages =
+        (input.arrowKey == UnitArrow::Right) - (input.arrowKey == UnitArrow::Left);
+    mcu.plans.Move(RowsToMoveWithArrows(input, kMcuListRows) + kMcuListRows * pages, PlanCount(),
+                   kMcuListRows);
+}
+
+EntryResult RequestHighlightedPlan(const FieldRow&) {
+    if (mcu.plans.row >= PlanCount()) {
+        return EntryResult::None;
+    }
+    requests.planLoadMode = kPlanLoadRequest;
+    requests.planLoadName = PlanAt(mcu.plans.row).fileName;
+    return EntryResult::Accepted;
+}
+
+void PutPlan(Screen& screen, const StoredPlan& plan, int y, bool highlighted) {
+    const McuStyle style = PutMcuCursor(screen, y, highlighted);
+    screen.Put(style, kMcuColumnWidth, y, "%.26s", plan.fileName.c_str());
+    if (plan.fileName.size() <= kNameBesideIdents && !plan.lastIdent.empty()) {
+        screen.Put(style, kIdentsX, y, "%.5s-%.5s", plan.firstIdent.c_str(),
+                   plan.lastIdent.c_str());
     }
 }
 
-void ComposeFpln(McuScreen& screen) {
-    screen.Put(McuStyle::Title, 0, kMcuRowY[0], "FPLN:");
+void ComposeFpln(Screen& screen) {
     const std::int32_t count = PlanCount();
-    PutMcuPosition(screen, count == 0 ? 0 : mcu.planCursor + 1, count);
+    PutMcuPosition(screen, count == 0 ? 0 : mcu.plans.row + 1, count);
     if (count == 0) {
-        screen.Put(McuStyle::Data, kMcuColumnWidth, kMcuListY[0], "NO STORED PLANS");
+        screen.Put(kMcuData, kMcuColumnWidth, kMcuListY[0], "NO STORED PLANS");
     }
-    for (int i = 0; i < kMcuListRows && mcu.planScroll + i < count; ++i) {
-        const std::int32_t index = mcu.planScroll + i;
-        const StoredPlan& plan = storedPlans.plans[static_cast<std::size_t>(index)];
-        const bool highlighted = index == mcu.planCursor;
-        const McuStyle style = highlighted ? McuStyle::Highlight : McuStyle::Data;
-        const int y = kMcuListY[static_cast<std::size_t>(i)];
-        if (highlighted) {
-            PutMcuCursor(screen, y);
-        }
-        screen.Put(style, kMcuColumnWidth, y, "%.26s", plan.fileName.c_str());
-        if (plan.fileName.size() <= kNameBesideIdents && !plan.lastIdent.empty()) {
-            screen.Put(style, kIdentsX, y, "%.5s-%.5s", plan.firstIdent.c_str(),
-                       plan.lastIdent.c_str());
-        }
-    }
+    mcu.plans.ForEachShown(
+        count, kMcuListRows, [&](std::int32_t slot, std::int32_t row, bool highlighted) {
+            PutPlan(screen, PlanAt(row), kMcuListY[static_cast<std::size_t>(slot)], highlighted);
+        });
     PutMcuMessage(screen);
 }
+
+constexpr FieldRow kFields[] = {
+    {.line = kEnterLine,
+     .label = "FPLN:",
+     .press = RequestHighlightedPlan,
+     .labelStyle = kMcuTitle},
+};
+
+}  // namespace
+
+constinit const PageRow kMcuFplnPage{
+    .page = kMcuFpln, .fields = kFields, .handle = HandleFpln, .compose = ComposeFpln};
 
 }  // namespace avq1

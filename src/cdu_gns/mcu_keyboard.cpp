@@ -9,11 +9,11 @@ namespace avq1 {
 const KeyboardUser kMcuKeyboard{[] { mcu.editing = 0; }};
 
 bool McuPageTakesText() {
-    return mcu.page == McuPage::Apt || mcu.page == McuPage::Dirto || mcu.page == McuPage::Legs;
+    return mcu.page == kMcuApt || mcu.page == kMcuDirto || mcu.page == kMcuLegs;
 }
 
 std::string& McuTypedText() {
-    return mcu.page == McuPage::Legs ? mcu.secondEntryText : mcu.entryText;
+    return mcu.page == kMcuLegs ? mcu.secondEntryText : mcu.entryText;
 }
 
 void PollMcuKeyboard() {
@@ -22,16 +22,14 @@ void PollMcuKeyboard() {
     }
     std::string text = McuTypedText();
     const KeyboardPoll poll = PollKeyboard(text);
-    if (poll.read && McuPageTakesText() && text != McuTypedText()) {
+    if (poll.read && McuPageTakesText()) {
         McuTypedText() = text;
     }
-    mcu.navigation.up |= poll.up;
-    mcu.navigation.down |= poll.down;
-    mcu.navigation.pageUp |= poll.pageUp;
-    mcu.navigation.pageDown |= poll.pageDown;
-    if (poll.enter) {
-        mcu.entryComplete = true;
-    }
+    mcu.input.upAsked |= poll.up;
+    mcu.input.downAsked |= poll.down;
+    mcu.input.pageUpAsked |= poll.pageUp;
+    mcu.input.pageDownAsked |= poll.pageDown;
+    mcu.input.entryComplete |= poll.enter;
 }
 
 }  // namespace avq1

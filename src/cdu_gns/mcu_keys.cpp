@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/redraw.h"
 #include "cdu_gns/mcu.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/flight_plan.h"
@@ -13,37 +14,27 @@
 namespace avq1 {
 namespace {
 
-void Touch() {
-    mcu.redraw = 1;
-    mcu.force = 1;
-}
-
+// A page key: shown at once, and again when it is the page shown already.
 void ShowPage(McuPage page) {
-    mcu.page = page;
-    Touch();
+    OpenPage(mcu, page);
+    mcu.input.openedPage = page;
+    RequestUnitRedraw();
 }
 
-void PressTo(const KeyClick&) {
+void PressPage(const KeyClick& click) {
     EndMcuEditing();
-    ShowPage(McuPage::To);
-}
-
-void PressFpln(const KeyClick&) {
-    EndMcuEditing();
-    mcu.fplnPressed = true;
-    ShowPage(McuPage::Fpln);
+    ShowPage(static_cast<McuPage>(click.key.code));
 }
 
 void PressLnav(const KeyClick&) {
     ToggleLnav();
-    Touch();
 }
 
 void PressDirto(const KeyClick&) {
     mcu.entryText.clear();
     mcu.secondEntryText.clear();
-    mcu.candidateIndex = 0;
-    ShowPage(McuPage::Dirto);
+    mcu.candidates = {};
+    ShowPage(kMcuDirto);
 }
 
 // A hold at the active waypoint on the leg's own course, to be flown on reaching it.
@@ -67,7 +58,7 @@ void PressHold(const KeyClick&) {
         HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex)) {
         HoldAtActiveWaypoint();
     }
-    Touch();
+    RequestUnitRedraw();
 }
 
 // The leg being flown comes first; the list starts at entry 1 without one.
@@ -76,9 +67,9 @@ void OpenLegs(bool crossingEntry) {
     mcu.secondEntryText.clear();
     mcu.takenText.clear();
     const bool flying = HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex);
-    mcu.legsCursor = flying ? planBook.activeIndex : 1;
-    mcu.legsScroll = mcu.legsCursor;
-    ShowPage(McuPage::Legs);
+    mcu.legs.row = flying ? planBook.activeIndex - 1 : 0;
+    mcu.legs.first = mcu.legs.row;
+    ShowPage(kMcuLegs);
 }
 
 void PressCross(const KeyClick&) {
@@ -93,8 +84,8 @@ void PressLegs(const KeyClick&) {
 }
 
 void PressPrev(const KeyClick&) {
-    mcu.prevPressed = true;
-    Touch();
+    mcu.input.prevPressed = true;
+    RequestUnitRedraw();
 }
 
 void PressAlt(const KeyClick&) {
@@ -102,19 +93,19 @@ void PressAlt(const KeyClick&) {
     mcu.newAltitude = static_cast<std::int32_t>(std::clamp(thousands, 0.0, 99.0)) * 1000;
     mcu.altStep = 1;
     EndMcuEditing();
-    ShowPage(McuPage::AltFl);
+    ShowPage(kMcuAltFl);
 }
 
 void PressApt(const KeyClick&) {
     EndMcuEditing();
-    mcu.runway = {};
+    mcu.runways = {};
     mcu.entryText.clear();
-    ShowPage(McuPage::Apt);
+    ShowPage(kMcuApt);
 }
 
 void PressNext(const KeyClick&) {
-    mcu.nextPressed = true;
-    Touch();
+    mcu.input.nextPressed = true;
+    RequestUnitRedraw();
 }
 
 void PressEdit(const KeyClick&) {
@@ -126,19 +117,19 @@ void PressEdit(const KeyClick&) {
         StartKeyboardEntry(kMcuKeyboard);
         guidance.blinkCounter = kRestartBlink;
     }
-    Touch();
+    RequestUnitRedraw();
 }
 
 void PressArrow(const KeyClick& click) {
-    mcu.arrowKey = static_cast<McuArrow>(click.key.code);
-    Touch();
+    mcu.input.arrowKey = static_cast<UnitArrow>(click.key.code);
+    RequestUnitRedraw();
 }
 
 void PressEnter(const KeyClick&) {
-    mcu.enterPressed = true;
-    mcu.entryComplete = mcu.editing != 0;
+    mcu.input.enterPressed = true;
+    mcu.input.entryComplete = mcu.editing != 0;
     EndMcuEditing();
-    Touch();
+    RequestUnitRedraw();
 }
 
 constexpr bool kRepeats = true;
@@ -146,8 +137,8 @@ constexpr bool kRepeats = true;
 }  // namespace
 
 const std::array<KeyArea, kMcuKeyCount> kMcuKeys = {{
-    {"TO", {40, 224, 70, 25}, PressTo},
-    {"FPLN", {127, 224, 70, 25}, PressFpln},
+    {"TO", {40, 224, 70, 25}, PressPage, kMcuTo},
+    {"FPLN", {127, 224, 70, 25}, PressPage, kMcuFpln},
     {"LNAV", {213, 222, 70, 25}, PressLnav},
     {"DIRTO", {40, 258, 70, 25}, PressDirto},
     {"HOLD", {127, 258, 70, 25}, PressHold},

@@ -1,6 +1,7 @@
+// LEGS: the active plan leg by leg; with the crossing entry the leg at the cursor gets an altitude.
 #include <algorithm>
-#include <cstdio>
 
+#include "cdu/formats.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
@@ -11,21 +12,28 @@ namespace avq1 {
 namespace {
 
 constexpr std::size_t kAltitudeDigits = 5;
+constexpr int kTypedX = 67;
+constexpr int kNewAltitudeX = 84;
 constexpr int kFlyoverX = kMcuColumnWidth + 151;
 constexpr int kAltitudeX = kMcuColumnWidth + 176;
 
-void PutLeg(McuScreen& screen, std::int32_t index, int y) {
+// The list leaves out entry 0, where no leg ends.
+std::int32_t LegCount() {
+    return std::max(activePlan.lastIndex, 0);
+}
+
+std::int32_t EntryAtCursor() {
+    return mcu.legs.row + 1;
+}
+
+void PutLeg(Screen& screen, std::int32_t index, int y, bool highlighted) {
     const PlanWaypoint& entry = activePlan.entries[index];
-    const bool active = index == planBook.activeIndex;
-    const McuStyle style = active                    ? McuStyle::Active
-                           : index == mcu.legsCursor ? McuStyle::Highlight
-                                                     : McuStyle::Data;
-    if (index == mcu.legsCursor) {
-        PutMcuCursor(screen, y);
-    }
     const PlanWaypoint& from = activePlan.entries[index - 1];
+    const McuStyle cursorStyle = PutMcuCursor(screen, y, highlighted);
+    const McuStyle style = index == planBook.activeIndex ? kMcuActive : cursorStyle;
     if (IsDiscontinuity(entry) || IsDiscontinuity(from)) {
-        screen.Put(style, kMcuColumnWidth, y, "%-8.8s----- ---", entry.ident.c_str());
+        screen.Put(style, kMcuColumnWidth, y, "%-8.8s%s %s", entry.ident.c_str(), Dashes(5).c_str(),
+                   Dashes(3).c_str());
     } else {
         double distanceNm = 0;
         double courseTrue = 0;
@@ -47,7 +55,7 @@ void PutLeg(McuScreen& screen, std::int32_t index, int y) {
 void FindTypedLeg() {
     for (std::int32_t index = 1; index <= activePlan.lastIndex; ++index) {
         if (activePlan.entries[index].ident.starts_with(mcu.secondEntryText)) {
-            mcu.legsCursor = index;
+            mcu.legs.row = index - 1;
             return;
         }
     }
@@ -81,63 +89,92 @@ void TakeTypedText() {
     mcu.takenText = mcu.secondEntryText;
 }
 
+// In the crossing entry the arrows set the altitude and PREV and NEXT alone move the cursor.
+void HandleLegs(const UnitInput& input) {
+    if (LegCount() > 0) {
+        TakeTypedText();
+    }
+    mcu.legs.Move(mcu.crossingEntry ? RowsToMove(input, kMcuListRows)
+                                    : RowsToMoveWithArrows(input, kMcuListRows),
+                  LegCount(), kMcuListRows);
+    if (mcu.crossingEntry && LegCount() > 0) {
+        StepMcuAltitude(input.arrowKey);
+    }
+}
+
+// An altitude of 0 takes the constraint away.
+EntryResult SetCrossingAltitude(const FieldRow&) {
+    PlanWaypoint& entry = activePlan.entries[EntryAtCursor()];
+    entry.altitude = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
+    entry.altitudeConstraint = mcu.newAltitude > 0 ? 1 : 0;
+    mcu.crossingEntry = false;
+    return EntryResult::Accepted;
+}
+
+EntryResult SetTypedCrossing(const FieldRow& field, std::string_view) {
+    return SetCrossingAltitude(field);
+}
+
+bool CrossingIsSet(const FieldRow&) {
+    return mcu.crossingEntry && LegCount() > 0;
+}
+
+void ShowCrossing(const FieldRow&, UnitText& text) {
+    if (KeyboardMessage.empty()) {
+        text.Put("> Cross %s At %d", activePlan.entries[EntryAtCursor()].ident.c_str(),
+                 mcu.newAltitude);
+    }
+}
+
+void ShowNewAltitude(const FieldRow&, UnitText& text) {
+    text.Put("%05d", mcu.newAltitude);
+}
+
+void ShowTyped(const FieldRow&, UnitText& text) {
+    text.Put("%.8s", mcu.secondEntryText.c_str());
+}
+
+bool SearchIsTyped(const FieldRow&) {
+    return !mcu.crossingEntry && mcu.editing != 0;
+}
+
+void ComposeLegs(Screen& screen) {
+    const std::int32_t count = LegCount();
+    PutMcuPosition(screen, count == 0 ? 0 : EntryAtCursor(), count);
+    if (count == 0) {
+        screen.Put(kMcuData, kMcuColumnWidth, kMcuRowY[1], "NO FLIGHT PLAN");
+    }
+    mcu.legs.ForEachShown(
+        count, kMcuListRows, [&](std::int32_t slot, std::int32_t row, bool highlighted) {
+            PutLeg(screen, row + 1, kMcuRowY[static_cast<std::size_t>(slot) + 1], highlighted);
+        });
+    if (count == 0 || !mcu.crossingEntry || !KeyboardMessage.empty()) {
+        PutMcuMessage(screen);
+    }
+}
+
+constexpr FieldRow kFields[] = {
+    {.label = "LEGS:", .labelStyle = kMcuTitle},
+    {.show = ShowTyped,
+     .visible = SearchIsTyped,
+     .style = kMcuActive,
+     .valueAt = {kTypedX, kMcuRowY[0]}},
+    {.show = ShowNewAltitude,
+     .visible = CrossingIsSet,
+     .style = kMcuActive,
+     .valueAt = {kNewAltitudeX, kMcuRowY[0]}},
+    {.line = kEnterLine,
+     .show = ShowCrossing,
+     .visible = CrossingIsSet,
+     .enter = SetTypedCrossing,
+     .press = SetCrossingAltitude,
+     .style = kMcuHighlight,
+     .valueAt = {0, kMcuRowY[5]}},
+};
+
 }  // namespace
 
-void HandleLegsKeys() {
-    const std::int32_t last = activePlan.lastIndex;
-    if (last < 1) {
-        mcu.legsCursor = 1;
-        mcu.legsScroll = 1;
-        return;
-    }
-    TakeTypedText();
-    std::int32_t row = mcu.legsCursor - 1;
-    std::int32_t first = mcu.legsScroll - 1;
-    MoveMcuCursor(row, first, McuRowsToMove(!mcu.crossingEntry), last);
-    mcu.legsCursor = row + 1;
-    mcu.legsScroll = first + 1;
-    if (!mcu.crossingEntry) {
-        return;
-    }
-    StepMcuAltitude();
-    if (mcu.enterPressed) {
-        // An altitude of 0 takes the constraint away.
-        PlanWaypoint& entry = activePlan.entries[mcu.legsCursor];
-        entry.altitude = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
-        entry.altitudeConstraint = mcu.newAltitude > 0 ? 1 : 0;
-        mcu.crossingEntry = false;
-    }
-}
-
-void ComposeLegs(McuScreen& screen) {
-    const std::int32_t last = activePlan.lastIndex;
-    screen.Put(McuStyle::Title, 0, kMcuRowY[0], "LEGS:");
-    if (!mcu.crossingEntry && mcu.editing != 0) {
-        screen.Put(McuStyle::Active, 67, kMcuRowY[0], "%.8s", mcu.secondEntryText.c_str());
-    }
-    PutMcuPosition(screen, last < 1 ? 0 : mcu.legsCursor, std::max(last, 0));
-    if (last < 1) {
-        screen.Put(McuStyle::Data, kMcuColumnWidth, kMcuRowY[1], "NO FLIGHT PLAN");
-        PutMcuMessage(screen);
-        return;
-    }
-    for (int i = 0; i < kMcuListRows && mcu.legsScroll + i <= last; ++i) {
-        PutLeg(screen, mcu.legsScroll + i, kMcuRowY[static_cast<std::size_t>(i) + 1]);
-    }
-    if (!mcu.crossingEntry || !KeyboardMessage.empty()) {
-        PutMcuMessage(screen);
-    }
-    if (!mcu.crossingEntry) {
-        return;
-    }
-    screen.Put(McuStyle::Active, 84, kMcuRowY[0], "%05d", mcu.newAltitude);
-    std::array<char, 8> altitude{};
-    std::snprintf(altitude.data(), altitude.size(), "%d", mcu.newAltitude);
-    if (!KeyboardMessage.empty()) {
-        return;
-    }
-    screen.Put(McuStyle::Highlight, 0, kMcuRowY[5], "> Cross %s At %s",
-               activePlan.entries[mcu.legsCursor].ident.c_str(), altitude.data());
-}
+constinit const PageRow kMcuLegsPage{
+    .page = kMcuLegs, .fields = kFields, .handle = HandleLegs, .compose = ComposeLegs};
 
 }  // namespace avq1

@@ -1,56 +1,49 @@
-// cdu_gns/mcu_pages.h - the pages of the compact unit, one row each.
+// cdu_gns/mcu_pages.h - the pages of the compact unit, one file each, and what they share.
 //
-// A page is a function that handles what the keys left behind and one that composes the screen.
-// To add a page: write the two functions and add their row to kMcuPages in mcu.cpp.
+// The screen is 239 x 78 design units; texts stand on the rows of kMcuRowY, lists on kMcuListY.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
+#include "cdu/unit.h"
 #include "cdu_gns/mcu.h"
-#include "cdu_gns/mcu_screen.h"
 
 namespace avq1 {
 
-struct McuPageRow {
-    McuPage page;
-    void (*handleKeys)();
-    void (*compose)(McuScreen& screen);
+extern const PageRow kMcuToPage;
+extern const PageRow kMcuFplnPage;
+extern const PageRow kMcuAptPage;
+extern const PageRow kMcuLegsPage;
+extern const PageRow kMcuDirtoPage;
+extern const PageRow kMcuAltFlPage;
+
+inline constexpr int kMcuColumnWidth = 17;  // two characters: texts beside a cursor start here
+inline constexpr int kMcuListRows = 4;
+inline constexpr std::array<std::int16_t, 6> kMcuRowY = {0, 12, 24, 36, 48, 62};
+inline constexpr std::array<std::int16_t, kMcuListRows> kMcuListY = {13, 25, 37, 49};
+
+enum McuStyle : std::uint8_t {
+    kMcuTitle,      // amber, bold
+    kMcuData,       // pale green
+    kMcuHighlight,  // amber
+    kMcuActive,     // magenta, bold: the leg being flown
+    kMcuStatus,     // amber, proportional: a full status line fits the width
+    kMcuFrame,      // purple
 };
 
-void HandleToKeys();
-void ComposeTo(McuScreen& screen);
-void HandleFplnKeys();
-void ComposeFpln(McuScreen& screen);
-void HandleAltFlKeys();
-void ComposeAltFl(McuScreen& screen);
-void HandleLegsKeys();
-void ComposeLegs(McuScreen& screen);
-void HandleAptKeys();
-void ComposeApt(McuScreen& screen);
-void HandleDirtoKeys();
-void ComposeDirto(McuScreen& screen);
-
-// ---- what several pages need ----
-
-// Up and down arrow, PREV and NEXT and the keyboard's keys, as rows to move a list's cursor: -1, 1
-// or a whole page. Takes the keyboard's requests. `withArrows` is false where the arrows set a
-// value.
-std::int32_t McuRowsToMove(bool withArrows);
-
-// Moves a cursor within 0..count-1 and scrolls the list so that it stays among the shown rows.
-void MoveMcuCursor(std::int32_t& row, std::int32_t& first, std::int32_t rows, std::int32_t count);
-
 // The altitude entry: left and right choose the step, up and down change mcu.newAltitude.
-void StepMcuAltitude();
+void StepMcuAltitude(UnitArrow arrow);
 
-// ">" before the highlighted row of a list, and "3/12" at the right end of the title row.
-void PutMcuCursor(McuScreen& screen, int y);
-void PutMcuPosition(McuScreen& screen, std::int32_t row, std::int32_t count);
+// A list's style of a row, and ">" before the highlighted one.
+McuStyle PutMcuCursor(Screen& screen, int y, bool highlighted);
+// "3/12" at the right end of the title row.
+void PutMcuPosition(Screen& screen, std::int32_t row, std::int32_t count);
 
 // The message line at the bottom: the keyboard's failure, else the last line of the message list.
 // The list gives way while text is typed: the entry frame would run through it.
-void PutMcuMessage(McuScreen& screen);
+void PutMcuMessage(Screen& screen);
 
 // Whether the page shown takes text from the computer keyboard, and the text it goes to.
 bool McuPageTakesText();

@@ -187,8 +187,8 @@ TEST_F(McuPlansTest, CursorMovesAndScrolls) {
                   {"LEFT", 2, 2}, {"UP*2", 0, 0}};
     for (const auto& c : kCases) {
         unit.Press(c.key);
-        EXPECT_EQ(mcu.planCursor, c.cursor) << c.key;
-        EXPECT_EQ(mcu.planScroll, c.first) << c.key;
+        EXPECT_EQ(mcu.plans.row, c.cursor) << c.key;
+        EXPECT_EQ(mcu.plans.first, c.first) << c.key;
     }
     unit.Press("NEXT*9");
     const std::vector<std::string> rows = unit.Rows();
@@ -248,7 +248,7 @@ TEST_F(McuTest, AltitudeIsSentByEnter) {
                 ElementsAre("ALT/FL:", "AP ALT:   05000", "NEW ALT:  08000", "< 1000|500 >"));
     unit.Press("ENTER");
     EXPECT_THAT(simulator.events, ElementsAre(std::pair<std::int32_t, std::uint32_t>{66124, 8000}));
-    EXPECT_EQ(mcu.page, McuPage::To);
+    EXPECT_EQ(mcu.page, kMcuTo);
 }
 
 TEST_F(McuTest, LegsListStartsAtTheActiveLegAndScrolls) {
@@ -368,7 +368,7 @@ TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
     EXPECT_THAT(unit.Rows(), Contains(HasSubstr("> KX      V")));
     Type({scan::kEnter});
     EXPECT_EQ(mcu.editing, 0);
-    EXPECT_EQ(mcu.page, McuPage::Dirto) << "the unit's own ENTER flies there";
+    EXPECT_EQ(mcu.page, kMcuDirto) << "the unit's own ENTER flies there";
     unit.Press("ENTER");
     EXPECT_EQ(activePlan.entries[1].longitude, 60);
     EXPECT_EQ(Show(activePlan), "DIRECT >KX KBBB");
@@ -395,9 +395,9 @@ TEST_F(McuTypingTest, LegsFindTheTypedWaypointAndCrossTakesTheTypedAltitude) {
     MakePlan();
     unit.Press("LEGS EDIT");
     Type({scan::kK, scan::kB});
-    EXPECT_EQ(mcu.legsCursor, 4);
+    EXPECT_EQ(mcu.legs.row + 1, 4);
     Type({scan::kPageUp, scan::kX});
-    EXPECT_EQ(mcu.legsCursor, 1) << "no waypoint begins like this";
+    EXPECT_EQ(mcu.legs.row + 1, 1) << "no waypoint begins like this";
     unit.Press("CROSS");
     Type({scan::kDown, scan::k1, scan::kA, scan::k1, scan::k0, scan::k0, scan::k0, scan::k9});
     EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4");

@@ -1,0 +1,76 @@
+#include "cdu/screen.h"
+
+#include <algorithm>
+
+namespace avq1 {
+namespace {
+
+ScreenPoint At(int x, int y) {
+    return {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y)};
+}
+
+}  // namespace
+
+ScreenItem* Screen::Add(ScreenItem::Kind kind, std::uint8_t style, ScreenPoint at,
+                        ScreenPoint size) {
+    if (count_ == items_.size()) {
+        return nullptr;
+    }
+    ScreenItem& item = items_[count_++];
+    item.kind = kind;
+    item.style = style;
+    item.at = at;
+    item.size = size;
+    item.text.Set({});
+    return &item;
+}
+
+void Screen::PutText(std::uint8_t style, ScreenPoint at, const UnitText& text) {
+    if (!text.empty()) {
+        if (ScreenItem* item = Add(ScreenItem::Kind::Text, style, at, {})) {
+            item->text = text;
+        }
+    }
+}
+
+void Screen::Put(std::uint8_t style, int x, int y, const char* format, ...) {
+    UnitText text;
+    va_list arguments;
+    va_start(arguments, format);
+    text.PutList(format, arguments);
+    va_end(arguments);
+    PutText(style, At(x, y), text);
+}
+
+void Screen::Fill(std::uint8_t style, int x, int y, int width, int height) {
+    Add(ScreenItem::Kind::Fill, style, At(x, y), At(width, height));
+}
+
+void Screen::Frame(std::uint8_t style, int x, int y, int width, int height) {
+    Add(ScreenItem::Kind::Frame, style, At(x, y), At(width, height));
+}
+
+bool operator==(const Screen& a, const Screen& b) {
+    return std::ranges::equal(a.items(), b.items());
+}
+
+void PaintScreen(const Screen& screen, std::span<const ScreenStyle> styles, Surface& surface) {
+    for (const ScreenItem& item : screen.items()) {
+        const ScreenStyle& style = styles[item.style];
+        switch (item.kind) {
+            case ScreenItem::Kind::Text:
+                surface.Text(item.text.view(), style.font, style.argb, item.at.x, item.at.y);
+                break;
+            case ScreenItem::Kind::Fill:
+                surface.canvas().FillRectangle(style.argb, item.at.x, item.at.y, item.size.x,
+                                               item.size.y);
+                break;
+            case ScreenItem::Kind::Frame:
+                surface.canvas().DrawRectangle({style.argb}, item.at.x, item.at.y, item.size.x,
+                                               item.size.y);
+                break;
+        }
+    }
+}
+
+}  // namespace avq1
