@@ -32,7 +32,7 @@ const PageRow* PageShown(const CduUnit& unit) {
 }
 
 // Each press is handed over exactly once.
-UnitInput TakeInput(UnitState& state) {
+UnitInput TakeInput(CduState& state) {
     const UnitInput input = std::exchange(state.input, {});
     state.input.lineKey = std::exchange(state.lineKeyRepost, 0);
     return input;
@@ -112,12 +112,12 @@ void Paint(const CduUnit& unit, const DrawTarget& target, PaintRecord& record) {
 
 }  // namespace
 
-void OpenPage(UnitState& state, std::int32_t page) {
+void OpenPage(CduState& state, std::int32_t page) {
     state.page = page;
     state.returnCount = 0;
 }
 
-void CallPage(UnitState& state, std::int32_t page) {
+void CallPage(CduState& state, std::int32_t page) {
     auto& pages = state.returnPages;
     if (state.returnCount == static_cast<std::int32_t>(pages.size())) {
         std::shift_left(pages.begin(), pages.end(), 1);
@@ -127,7 +127,7 @@ void CallPage(UnitState& state, std::int32_t page) {
     state.page = page;
 }
 
-void ReturnPage(UnitState& state, std::int32_t otherwise) {
+void ReturnPage(CduState& state, std::int32_t otherwise) {
     state.page = state.returnCount > 0
                      ? state.returnPages[static_cast<std::size_t>(--state.returnCount)]
                      : otherwise;

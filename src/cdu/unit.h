@@ -31,7 +31,7 @@ struct PageRow {
 };
 
 // What every unit keeps. A unit's own record begins with this one.
-struct UnitState {
+struct CduState {
     std::int32_t page = 0;                      // the one shown
     std::array<std::int32_t, 8> returnPages{};  // the way back, the last one opened from last
     std::int32_t returnCount = 0;
@@ -40,12 +40,12 @@ struct UnitState {
 };
 
 // Shows a page and forgets the way back: what a page key does.
-void OpenPage(UnitState& state, std::int32_t page);
+void OpenPage(CduState& state, std::int32_t page);
 // Shows a page that ends by ReturnPage: what a page does that needs another one's answer. A way
 // back that is too long forgets its oldest step.
-void CallPage(UnitState& state, std::int32_t page);
+void CallPage(CduState& state, std::int32_t page);
 // Back to the page that called this one; `otherwise` when none did.
-void ReturnPage(UnitState& state, std::int32_t otherwise);
+void ReturnPage(CduState& state, std::int32_t otherwise);
 
 // What a surface shows: each placement and pop-up has its own, and each must be painted once per
 // change. More surfaces than records only means a repaint too many.
@@ -68,7 +68,7 @@ struct UnitPaint {
 
 // A unit as its constants.
 struct CduUnit {
-    UnitState& state;
+    CduState& state;
     UnitPaint& paint;
     std::span<const PageRow* const> pages;
     std::span<const ScreenStyle> styles;  // by the unit's own style numbers

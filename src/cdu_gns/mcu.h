@@ -25,7 +25,7 @@ enum McuPage : std::int32_t {
     kMcuAltFl = 19,
 };
 
-struct McuState : UnitState {
+struct McuState : CduState {
     McuState() { page = kMcuTo; }
 
     std::int32_t editing = 0;      // 1 while the unit has the computer keyboard

@@ -29,7 +29,7 @@ constexpr std::array<ScreenStyle, 3> kStyles = {{
 }};
 enum Page : std::int32_t { kFirstPage = 3, kSecondPage = 7, kNoSuchPage = 99 };
 
-struct SmallUnit : UnitState {
+struct SmallUnit : CduState {
     std::string scratchpad;
     std::string message;
     std::array<std::string, 2> values;
