@@ -49,8 +49,8 @@ struct FieldRow {
     std::int32_t item = 0;
     std::uint8_t style = 0;       // of the value
     std::uint8_t labelStyle = 0;  // of the label
-    ScreenPoint valueAt;
-    ScreenPoint labelAt;
+    ScreenPoint valueAt = {};
+    ScreenPoint labelAt = {};
 };
 
 // What the pilot has in hand when a field's key is pressed.
