@@ -1,11 +1,8 @@
 #include "cdu_gns/gns_keys.h"
 
+#include "base/panel_windows.h"
+
 namespace avq1 {
-namespace {
-
-constexpr std::int32_t kUnitWindowIdent = 4004;
-
-}  // namespace
 
 const std::array<KeyArea, kGnsKeyCount> kGnsKeys = {{
     // function keys
@@ -72,7 +69,7 @@ const std::array<KeyArea, kGnsKeyCount> kGnsKeys = {{
     {"#", {428, 218, 30, 36}},
     {"0", {462, 218, 30, 36}},
     // the screen's centre
-    {"Unit window", {190, 101, 80, 80}, ToggleKeyWindow, kUnitWindowIdent, KeyArt::None},
+    {"Unit window", {190, 101, 80, 80}, ToggleKeyWindow, panel_window::kGns, KeyArt::None},
 }};
 
 }  // namespace avq1

@@ -1,11 +1,8 @@
 #include "cdu_smiths/smiths_keys.h"
 
+#include "base/panel_windows.h"
+
 namespace avq1 {
-namespace {
-
-constexpr std::int32_t kUnitWindowIdent = 4012;
-
-}  // namespace
 
 const std::array<KeyArea, kSmithsKeyCount> kSmithsKeys = {{
     // function and paging keys
@@ -82,7 +79,7 @@ const std::array<KeyArea, kSmithsKeyCount> kSmithsKeys = {{
     {"0", {90, 582, 34, 34}},
     {"+/-", {130, 582, 34, 34}},
     // the screen's centre
-    {"Unit window", {160, 100, 92, 92}, ToggleKeyWindow, kUnitWindowIdent, KeyArt::None},
+    {"Unit window", {160, 100, 92, 92}, ToggleKeyWindow, panel_window::kSmiths, KeyArt::None},
 }};
 
 }  // namespace avq1

@@ -1,6 +1,7 @@
 #include "displays/mfd.h"
 
 #include "base/module_state.h"
+#include "base/panel_windows.h"
 #include "guidance/guidance_state.h"
 
 namespace avq1 {
@@ -11,14 +12,13 @@ namespace {
 
 const StateReset resetMfd{[] { mfd = MfdState{}; }};
 
-constexpr std::int32_t kMfdWindow = 4002;
 constexpr std::int32_t kLastPanelFrame = 29999;
 constexpr bool kRepeats = true;
 
 }  // namespace
 
 const std::array<KeyArea, kMfdKeyCount> kMfdKeys = {{
-    {"MFD window", {102, 147, 100, 100}, ToggleKeyWindow, kMfdWindow, KeyArt::None},
+    {"MFD window", {102, 147, 100, 100}, ToggleKeyWindow, panel_window::kMfd, KeyArt::None},
     {"SET", {19, 387, 36, 36}, nullptr, 0, KeyArt::Knob, kRepeats},
     {"1", {70, 382, 30, 24}},
     {"2", {107, 382, 30, 24}},

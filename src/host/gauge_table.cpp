@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "base/panel_windows.h"
 #include "cdu_gns/gns_keys.h"
 #include "cdu_gns/mcu.h"
 #include "cdu_smiths/smiths_keys.h"
@@ -14,6 +15,7 @@
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "host/bitmaps.h"
 #include "host/mouse_table.h"
 #include "platform/services.h"
 #include "simlink/exported_variables.h"
@@ -41,14 +43,17 @@ constexpr ButtonKeys Button(const char* label, KeyAction action, std::int32_t co
 
 constexpr ButtonKeys kVnavKeys = Button("VNAV", PressVnavButton);
 constexpr ButtonKeys kLnavKeys = Button("LNAV", PressLnavButton);
-constexpr ButtonKeys kMcuOpenKeys = Button("MCU", ToggleKeyWindow, 4001);
-constexpr ButtonKeys kMfdOpenKeys = Button("MFD", ToggleKeyWindow, 4002);
-constexpr ButtonKeys kMfdPanelOpenKeys = Button("MFD\nCTRL", ToggleKeyWindow, 4003);
-constexpr ButtonKeys kFmsOpenKeys = Button("FMS", ToggleKeyWindow, 4004);
-constexpr ButtonKeys kEhsiPanelOpenKeys = Button("EHSI\nCTRL", ToggleKeyWindow, 4007);
-constexpr ButtonKeys kTcasOpenKeys = Button("TCAS", ToggleKeyWindow, 4010);
-constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleKeyWindow, 4012);
-constexpr ButtonKeys kEfisOpenKeys = Button("EFIS\nCTRL", ToggleKeyWindow, 4013);
+constexpr ButtonKeys kMcuOpenKeys = Button("MCU", ToggleKeyWindow, panel_window::kMcu);
+constexpr ButtonKeys kMfdOpenKeys = Button("MFD", ToggleKeyWindow, panel_window::kMfd);
+constexpr ButtonKeys kMfdPanelOpenKeys =
+    Button("MFD\nCTRL", ToggleKeyWindow, panel_window::kMfdPanel);
+constexpr ButtonKeys kFmsOpenKeys = Button("FMS", ToggleKeyWindow, panel_window::kGns);
+constexpr ButtonKeys kEhsiPanelOpenKeys =
+    Button("EHSI\nCTRL", ToggleKeyWindow, panel_window::kEhsiPanel);
+constexpr ButtonKeys kTcasOpenKeys = Button("TCAS", ToggleKeyWindow, panel_window::kTcas);
+constexpr ButtonKeys kFms2OpenKeys = Button("FMS\n2", ToggleKeyWindow, panel_window::kSmiths);
+constexpr ButtonKeys kEfisOpenKeys =
+    Button("EFIS\nCTRL", ToggleKeyWindow, panel_window::kEfisPanel);
 
 // ---- icons ----
 bool VnavLit() {
@@ -72,24 +77,29 @@ bool NdRangeIs() {
 }
 
 constexpr IconRow kMcuIcons[] = {
-    {0x2636, {220, 228, 8, 16}, McuLnavLit},
-    {0x2636, {134, 264, 8, 16}, McuHoldLit},
+    {bitmap::kMcuLamp, {220, 228, 8, 16}, McuLnavLit},
+    {bitmap::kMcuLamp, {134, 264, 8, 16}, McuHoldLit},
 };
-constexpr IconRow kVnavIcons[] = {{0x2638, {9, 10, 31, 29}, VnavLit}};
-constexpr IconRow kLnavIcons[] = {{0x2660, {9, 10, 31, 29}, McuLnavLit}};
+constexpr IconRow kVnavIcons[] = {{bitmap::kVnavLit, {9, 10, 31, 29}, VnavLit}};
+constexpr IconRow kLnavIcons[] = {{bitmap::kLnavLit, {9, 10, 31, 29}, McuLnavLit}};
 constexpr IconRow kSmithsIcons[] = {
-    {0x2665, {314, 336, 52, 34}, ExecLit},
-    {0x2672, {376, 434, 26, 26}, NeverLit},
+    {bitmap::kSmithsExecLit, {314, 336, 52, 34}, ExecLit},
+    {bitmap::kSmithsMessageLit, {376, 434, 26, 26}, NeverLit},
 };
 constexpr PixelBox kModeKnobBox{137, 40, 44, 44};
 constexpr PixelBox kRangeKnobBox{243, 35, 40, 40};
 constexpr IconRow kEfisIcons[] = {
-    {0x2673, kModeKnobBox, NdModeIs<1>},     {0x2674, kModeKnobBox, NdModeIs<2>},
-    {0x2675, kModeKnobBox, NdModeIs<3>},     {0x2676, kModeKnobBox, NdModeIs<4>},
-    {0x2677, kModeKnobBox, NdModeIs<5>},     {0x2678, kModeKnobBox, NdModeIs<6>},
-    {0x2679, kRangeKnobBox, NdRangeIs<10>},  {0x267A, kRangeKnobBox, NdRangeIs<40>},
-    {0x267B, kRangeKnobBox, NdRangeIs<80>},  {0x267C, kRangeKnobBox, NdRangeIs<160>},
-    {0x267D, kRangeKnobBox, NdRangeIs<320>},
+    {bitmap::kEfisMode1, kModeKnobBox, NdModeIs<1>},
+    {bitmap::kEfisMode2, kModeKnobBox, NdModeIs<2>},
+    {bitmap::kEfisMode3, kModeKnobBox, NdModeIs<3>},
+    {bitmap::kEfisMode4, kModeKnobBox, NdModeIs<4>},
+    {bitmap::kEfisMode5, kModeKnobBox, NdModeIs<5>},
+    {bitmap::kEfisMode6, kModeKnobBox, NdModeIs<6>},
+    {bitmap::kEfisRange10, kRangeKnobBox, NdRangeIs<10>},
+    {bitmap::kEfisRange40, kRangeKnobBox, NdRangeIs<40>},
+    {bitmap::kEfisRange80, kRangeKnobBox, NdRangeIs<80>},
+    {bitmap::kEfisRange160, kRangeKnobBox, NdRangeIs<160>},
+    {bitmap::kEfisRange320, kRangeKnobBox, NdRangeIs<320>},
 };
 
 // ---- screens ----
@@ -140,15 +150,15 @@ constexpr GaugeBehaviour Unit(void (*drawScreen)(const DrawTarget&), bool logsAf
 }
 
 constexpr GaugeBehaviour kMcu = CompactUnit();
-constexpr GaugeBehaviour kMfd = Display(DrawBlank, 4002);
+constexpr GaugeBehaviour kMfd = Display(DrawBlank, panel_window::kMfd);
 constexpr GaugeBehaviour kMfdPanel{
     .takesSimFolder = true, .initialises = true, .onPanelDraw = DrawMfdPanel};
 constexpr GaugeBehaviour kGns = Unit(DrawBlank, false);
-constexpr GaugeBehaviour kEadi = Display(DrawEadi, 4005);
-constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, 4008, true);
-constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, 4009, false);
-constexpr GaugeBehaviour kTcas = Display(DrawBlank, 4010);
-constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, 4011, false);
+constexpr GaugeBehaviour kEadi = Display(DrawEadi, panel_window::kEadi);
+constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, panel_window::kEhsi, true);
+constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, panel_window::kEhsiNoBezel, false);
+constexpr GaugeBehaviour kTcas = Display(DrawBlank, panel_window::kTcas);
+constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, panel_window::kNd, false);
 constexpr GaugeBehaviour kPanel{.initialises = true,
                                 .loadsNavigation = true,
                                 .placementWords = kPanelWords,
@@ -163,14 +173,14 @@ constexpr std::uint32_t kPlain = 0;
 constexpr std::uint32_t kLuminous = image_flag::kLuminous;
 constexpr std::uint32_t kBare = image_flag::kTransparent;
 
-constexpr SurfaceRow kMcuSurface{0x2611, {40, 32, 420, 159}, true};
-constexpr SurfaceRow kMfdSurface{0x2601, {28, 33, 272, 314}};
-constexpr SurfaceRow kGnsSurface{0x2617, {90, 57, 292, 217}};
-constexpr SurfaceRow kEfsSurface{0x2621, {51, 42, 280, 262}};
-constexpr SurfaceRow kEfsBareSurface{0x2621, {0, 0, 280, 262}};
-constexpr SurfaceRow kNdSurface{0x2666, {18, 25, 247, 294}};
-constexpr SurfaceRow kNdBareSurface{0x2666, {0, 0, 247, 294}};
-constexpr SurfaceRow kSmithsSurface{0x2662, {66, 40, 284, 233}};
+constexpr SurfaceRow kMcuSurface{bitmap::kMcuScreen, {40, 32, 420, 159}, true};
+constexpr SurfaceRow kMfdSurface{bitmap::kMfdScreen, {28, 33, 272, 314}};
+constexpr SurfaceRow kGnsSurface{bitmap::kGnsScreen, {90, 57, 292, 217}};
+constexpr SurfaceRow kEfsSurface{bitmap::kEfsScreen, {51, 42, 280, 262}};
+constexpr SurfaceRow kEfsBareSurface{bitmap::kEfsScreen, {0, 0, 280, 262}};
+constexpr SurfaceRow kNdSurface{bitmap::kNdScreen, {18, 25, 247, 294}};
+constexpr SurfaceRow kNdBareSurface{bitmap::kNdScreen, {0, 0, 247, 294}};
+constexpr SurfaceRow kSmithsSurface{bitmap::kSmithsScreen, {66, 40, 284, 233}};
 
 constexpr PixelPoint kMcuSize{501, 386};
 constexpr PixelPoint kGnsSize{550, 433};
@@ -193,38 +203,38 @@ std::array<GaugeRow, kGaugeCount> BuildGaugeTable() {
     const KeyTable* const ehsiPanelKeys = KeyTableOf<kEhsiPanelKeys>();
     const KeyTable* const ndKeys = KeyTableOf<kNdKeys>();
     return {{
-        {"MCU", 0x2607, kMcuSize, kPlain, kMcuSurface, kMcuIcons, KeyTableOf<kMcuKeys>(), &kMcu},
-        {"MCU_LM", 0x2607, kMcuSize, kLuminous, kMcuSurface, kMcuIcons, KeyTableOf<kMcuKeys>(), &kMcu},
-        {"P1000_MFD", 0x2600, {326, 433}, kPlain, kMfdSurface, {}, KeyTableOf<kMfdKeys>(), &kMfd},
-        {"P1000_MFD_CNTR", 0x2612, {605, 234}, kPlain, {}, {}, KeyTableOf<kMfdPanelKeys>(), &kMfdPanel},
-        {"GNSXLS", 0x2618, kGnsSize, kPlain, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
-        {"GNSXLS_LM", 0x2618, kGnsSize, kLuminous, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
-        {"EFS50_EADI", 0x2622, kEfsSize, kPlain, kEfsSurface, {}, eadiKeys, &kEadi},
-        {"EFS50_EHSI", 0x2624, kEfsSize, kPlain, kEfsSurface, {}, KeyTableOf<kEhsiKeys>(), &kEhsi},
-        {"EFS50_EADI_NB", 0x2621, kEfsBareSize, kBare, kEfsBareSurface, {}, eadiKeys, &kEadi},
-        {"EFS50_EHSI_NB", 0x2621, kEfsBareSize, kBare, kEfsBareSurface, {}, KeyTableOf<kEhsiNbKeys>(), &kEhsiNoBezel},
-        {"EFS50_TCAS", 0x2624, kEfsSize, kPlain, kEfsSurface, {}, nullptr, &kTcas},
-        {"EFS50_EHSI_CNTR", 0x2632, kEhsiPanelSize, kPlain, {}, {}, ehsiPanelKeys, &kPanel},
-        {"EFS50_EHSI_CNTR_LM", 0x2632, kEhsiPanelSize, kLuminous, {}, {}, ehsiPanelKeys, &kPanel},
-        {"VNAV", 0x2634, kButtonSize, kPlain, {}, kVnavIcons, KeyTableOf<kVnavKeys>(), &kModeButton},
-        {"LNAV", 0x2658, kButtonSize, kPlain, {}, kLnavIcons, KeyTableOf<kLnavKeys>(), &kModeButton},
-        Opener("EFIS_CTRL_OPEN", 0x2700, kPlain, KeyTableOf<kEfisOpenKeys>()),
-        Opener("EHSI_CNTR_OPEN", 0x2640, kPlain, KeyTableOf<kEhsiPanelOpenKeys>()),
-        Opener("EHSI_CNTR_OPEN_LM", 0x2640, kLuminous, KeyTableOf<kEhsiPanelOpenKeys>()),
-        Opener("EHSI_TCAS_OPEN", 0x2642, kPlain, KeyTableOf<kTcasOpenKeys>()),
-        Opener("FMS_OPEN", 0x2644, kPlain, KeyTableOf<kFmsOpenKeys>()),
-        Opener("FMS_OPEN_LM", 0x2644, kLuminous, KeyTableOf<kFmsOpenKeys>()),
-        Opener("FMS2_OPEN", 0x2698, kPlain, KeyTableOf<kFms2OpenKeys>()),
-        Opener("MCU_OPEN", 0x2646, kPlain, KeyTableOf<kMcuOpenKeys>()),
-        Opener("P1000_MFD_OPEN", 0x2654, kPlain, KeyTableOf<kMfdOpenKeys>()),
-        Opener("P1000_MFD_CNTR_OPEN", 0x2656, kPlain, KeyTableOf<kMfdPanelOpenKeys>()),
-        {"HW_B737_ND", 0x2668, kNdSize, kPlain, kNdSurface, {}, ndKeys, &kNd},
-        {"HW_B737_ND_BR", 0x2669, kNdSize, kPlain, kNdSurface, {}, ndKeys, &kNd},
-        {"HW_B737_ND_NB", 0x2666, kNdBareSize, kBare, kNdBareSurface, {}, ndKeys, &kNd},
-        {"HW_B737_EFIS_CNTR", 0x2670, kEfisPanelSize, kPlain, {}, kEfisIcons, KeyTableOf<kNdPanelKeys>(), &kPanel},
-        {"HW_B737_EFIS_CNTR_BR", 0x2671, kEfisPanelSize, kPlain, {}, kEfisIcons, KeyTableOf<kNdPanelKeys>(), &kPanel},
-        {"SMITHS_FMS_BR", 0x2663, kSmithsSize, kPlain, kSmithsSurface, kSmithsIcons, KeyTableOf<kSmithsKeys>(), &kSmiths},
-        {"SMITHS_FMS", 0x2664, kSmithsSize, kPlain, kSmithsSurface, kSmithsIcons, KeyTableOf<kSmithsKeys>(), &kSmiths},
+        {"MCU", bitmap::kMcu, kMcuSize, kPlain, kMcuSurface, kMcuIcons, KeyTableOf<kMcuKeys>(), &kMcu},
+        {"MCU_LM", bitmap::kMcu, kMcuSize, kLuminous, kMcuSurface, kMcuIcons, KeyTableOf<kMcuKeys>(), &kMcu},
+        {"P1000_MFD", bitmap::kMfd, {326, 433}, kPlain, kMfdSurface, {}, KeyTableOf<kMfdKeys>(), &kMfd},
+        {"P1000_MFD_CNTR", bitmap::kMfdPanel, {605, 234}, kPlain, {}, {}, KeyTableOf<kMfdPanelKeys>(), &kMfdPanel},
+        {"GNSXLS", bitmap::kGns, kGnsSize, kPlain, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
+        {"GNSXLS_LM", bitmap::kGns, kGnsSize, kLuminous, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
+        {"EFS50_EADI", bitmap::kEadi, kEfsSize, kPlain, kEfsSurface, {}, eadiKeys, &kEadi},
+        {"EFS50_EHSI", bitmap::kEhsi, kEfsSize, kPlain, kEfsSurface, {}, KeyTableOf<kEhsiKeys>(), &kEhsi},
+        {"EFS50_EADI_NB", bitmap::kEfsScreen, kEfsBareSize, kBare, kEfsBareSurface, {}, eadiKeys, &kEadi},
+        {"EFS50_EHSI_NB", bitmap::kEfsScreen, kEfsBareSize, kBare, kEfsBareSurface, {}, KeyTableOf<kEhsiNbKeys>(), &kEhsiNoBezel},
+        {"EFS50_TCAS", bitmap::kEhsi, kEfsSize, kPlain, kEfsSurface, {}, nullptr, &kTcas},
+        {"EFS50_EHSI_CNTR", bitmap::kEhsiPanel, kEhsiPanelSize, kPlain, {}, {}, ehsiPanelKeys, &kPanel},
+        {"EFS50_EHSI_CNTR_LM", bitmap::kEhsiPanel, kEhsiPanelSize, kLuminous, {}, {}, ehsiPanelKeys, &kPanel},
+        {"VNAV", bitmap::kVnavButton, kButtonSize, kPlain, {}, kVnavIcons, KeyTableOf<kVnavKeys>(), &kModeButton},
+        {"LNAV", bitmap::kLnavButton, kButtonSize, kPlain, {}, kLnavIcons, KeyTableOf<kLnavKeys>(), &kModeButton},
+        Opener("EFIS_CTRL_OPEN", bitmap::kEfisPanelOpener, kPlain, KeyTableOf<kEfisOpenKeys>()),
+        Opener("EHSI_CNTR_OPEN", bitmap::kEhsiPanelOpener, kPlain, KeyTableOf<kEhsiPanelOpenKeys>()),
+        Opener("EHSI_CNTR_OPEN_LM", bitmap::kEhsiPanelOpener, kLuminous, KeyTableOf<kEhsiPanelOpenKeys>()),
+        Opener("EHSI_TCAS_OPEN", bitmap::kTcasOpener, kPlain, KeyTableOf<kTcasOpenKeys>()),
+        Opener("FMS_OPEN", bitmap::kGnsOpener, kPlain, KeyTableOf<kFmsOpenKeys>()),
+        Opener("FMS_OPEN_LM", bitmap::kGnsOpener, kLuminous, KeyTableOf<kFmsOpenKeys>()),
+        Opener("FMS2_OPEN", bitmap::kSmithsOpener, kPlain, KeyTableOf<kFms2OpenKeys>()),
+        Opener("MCU_OPEN", bitmap::kMcuOpener, kPlain, KeyTableOf<kMcuOpenKeys>()),
+        Opener("P1000_MFD_OPEN", bitmap::kMfdOpener, kPlain, KeyTableOf<kMfdOpenKeys>()),
+        Opener("P1000_MFD_CNTR_OPEN", bitmap::kMfdPanelOpener, kPlain, KeyTableOf<kMfdPanelOpenKeys>()),
+        {"HW_B737_ND", bitmap::kNd, kNdSize, kPlain, kNdSurface, {}, ndKeys, &kNd},
+        {"HW_B737_ND_BR", bitmap::kNdBrown, kNdSize, kPlain, kNdSurface, {}, ndKeys, &kNd},
+        {"HW_B737_ND_NB", bitmap::kNdScreen, kNdBareSize, kBare, kNdBareSurface, {}, ndKeys, &kNd},
+        {"HW_B737_EFIS_CNTR", bitmap::kEfisPanel, kEfisPanelSize, kPlain, {}, kEfisIcons, KeyTableOf<kNdPanelKeys>(), &kPanel},
+        {"HW_B737_EFIS_CNTR_BR", bitmap::kEfisPanelBrown, kEfisPanelSize, kPlain, {}, kEfisIcons, KeyTableOf<kNdPanelKeys>(), &kPanel},
+        {"SMITHS_FMS_BR", bitmap::kSmithsBrown, kSmithsSize, kPlain, kSmithsSurface, kSmithsIcons, KeyTableOf<kSmithsKeys>(), &kSmiths},
+        {"SMITHS_FMS", bitmap::kSmiths, kSmithsSize, kPlain, kSmithsSurface, kSmithsIcons, KeyTableOf<kSmithsKeys>(), &kSmiths},
         {"SERVER", 0, {0, 0}, kPlain, {}, {}, nullptr, &kServer},
     }};
 }

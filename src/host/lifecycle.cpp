@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "base/module_state.h"
+#include "base/panel_windows.h"
 #include "base/sim_folder.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/plan_files.h"
@@ -190,7 +191,7 @@ DisplayDrawMode DrawModeFor(const GaugeBehaviour& behaviour, const char* paramet
     const std::string_view word = ParameterText(parameters);
     DisplayDrawMode mode = DisplayDrawMode::Normal;
     if (behaviour.hiddenWhileMainShows && word == kVirtualCockpit &&
-        PanelWindowShown(kMainPanelIdent)) {
+        PanelWindowShown(panel_window::kMainPanel)) {
         mode = DisplayDrawMode::Skip;
     }
     if (behaviour.popupIdent == 0) {

@@ -13,8 +13,6 @@ namespace avq1 {
 // The drawing library's start token, 0 while it is not running.
 extern std::uintptr_t GdiplusToken;
 
-inline constexpr std::uint32_t kMainPanelIdent = 0;
-
 // Handles one event of a placement of gauge `row`. Unknown events are ignored.
 void HandleGaugeEvent(const GaugeRow& row, GaugeHeader* gauge, std::int32_t event);
 

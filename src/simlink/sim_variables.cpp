@@ -22,23 +22,37 @@ enum Variable : std::int32_t {
     kHorizontalDeviation = 852,
 };
 
-constexpr double kFullTankLevel = 8388608;
-
 struct TankRow {
-    std::int32_t level;     // 0 to kFullTankLevel
-    std::int32_t capacity;  // gallons
+    FuelTank tank;
+    std::int32_t level;         // variable, 0 to kFullTankLevel
+    std::int32_t capacity;      // variable, gallons
+    std::uint32_t levelOffset;  // of the data service
 };
 
-// Summed in this order.
+// In the order of FuelTank, in which they are summed.
 constexpr std::array<TankRow, 7> kTanks{{
-    {289, 290},  // centre
-    {291, 292},  // left main
-    {297, 298},  // right main
-    {293, 294},  // left auxiliary
-    {299, 300},  // right auxiliary
-    {295, 296},  // left tip
-    {301, 302},  // right tip
+    {FuelTank::Centre, 289, 290, 0x0B74},
+    {FuelTank::LeftMain, 291, 292, 0x0B7C},
+    {FuelTank::RightMain, 297, 298, 0x0B94},
+    {FuelTank::LeftAuxiliary, 293, 294, 0x0B84},
+    {FuelTank::RightAuxiliary, 299, 300, 0x0B9C},
+    {FuelTank::LeftTip, 295, 296, 0x0B8C},
+    {FuelTank::RightTip, 301, 302, 0x0BA4},
 }};
+
+constexpr bool InOrderOfTanks() {
+    for (std::size_t i = 0; i < kTanks.size(); ++i) {
+        if (kTanks[i].tank != static_cast<FuelTank>(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(InOrderOfTanks());
+
+const TankRow& RowOf(FuelTank tank) {
+    return kTanks[static_cast<std::size_t>(tank)];
+}
 
 using EngineFamily = std::array<std::int32_t, 4>;
 constexpr EngineFamily kPistonFlows{421, 460, 499, 538};
@@ -95,6 +109,14 @@ bool FlightDirectorOn() {
 
 double ReadParkingBrake() {
     return ReadVariable(kParkingBrake);
+}
+
+double TankCapacityLb(FuelTank tank) {
+    return ReadVariable(RowOf(tank).capacity) * ReadVariable(kFuelWeightPerGallon);
+}
+
+std::uint32_t TankLevelOffset(FuelTank tank) {
+    return RowOf(tank).levelOffset;
 }
 
 double FuelOnBoard() {

@@ -22,6 +22,22 @@ bool HorizontalDeviationValid();
 bool FlightDirectorOn();
 double ReadParkingBrake();
 
+enum class FuelTank : std::uint8_t {
+    Centre,
+    LeftMain,
+    RightMain,
+    LeftAuxiliary,
+    RightAuxiliary,
+    LeftTip,
+    RightTip,
+};
+
+// The level of a full tank, as it is read and written; an empty one has 0.
+inline constexpr double kFullTankLevel = 8388608;
+
+double TankCapacityLb(FuelTank tank);          // 0 for a tank the aircraft does not have
+std::uint32_t TankLevelOffset(FuelTank tank);  // where the data service takes its level, 4 bytes
+
 // Fuel on board in pounds, summed over seven tanks.
 double FuelOnBoard();
 

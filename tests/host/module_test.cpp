@@ -146,7 +146,7 @@ TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
     EXPECT_EQ(std::ranges::count(panel.pixels(), 0u), 280 * 262);
     popup.Send(PanelEvent::Draw);
     EXPECT_LT(std::ranges::count(popup.pixels(), 0u), 280 * 262);
-    simulator.windows[kMainPanelIdent] = true;
+    simulator.windows[0] = true;
     cockpit.Send(PanelEvent::Draw);
     EXPECT_EQ(std::ranges::count(cockpit.pixels(), 0xFF123456u), 280 * 262);
 }
@@ -228,7 +228,7 @@ TEST_F(Module, TheKeyboardComesBackWhenTheCompactUnitCannotBeTypedInto) {
          }},
         {"unloaded", false, [] { Linkage.deinit(); }},
     };
-    simulator.windows[kMainPanelIdent] = true;
+    simulator.windows[0] = true;
     for (const Case& row : cases) {
         PlatformServices services;
         test::FakeKeyboard keyboard(services);

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <numbers>
 
+#include "host/bitmaps.h"
+
 namespace avq1 {
 namespace {
 
@@ -25,44 +27,67 @@ struct BezelArt {
 };
 
 constexpr BezelArt kBezelArts[] = {
-    {0x2600, &kCharcoal, 5}, {0x2607, &kGrey, 6},     {0x2612, &kCharcoal, 6},
-    {0x2618, &kCharcoal, 6}, {0x2622, &kCharcoal, 6}, {0x2624, &kCharcoal, 6},
-    {0x2632, &kCharcoal, 6}, {0x2634, &kButton, 0},   {0x2640, &kButton, 0},
-    {0x2642, &kButton, 0},   {0x2644, &kButton, 0},   {0x2646, &kButton, 0},
-    {0x2654, &kButton, 0},   {0x2656, &kButton, 0},   {0x2658, &kButton, 0},
-    {0x2663, &kBrown, 6},    {0x2664, &kGrey, 6},     {0x2668, &kGrey, 4},
-    {0x2669, &kBrown, 4},    {0x2670, &kGrey, 5},     {0x2671, &kBrown, 5},
-    {0x2698, &kButton, 0},   {0x2700, &kButton, 0},
+    {bitmap::kMfd, &kCharcoal, 5},
+    {bitmap::kMcu, &kGrey, 6},
+    {bitmap::kMfdPanel, &kCharcoal, 6},
+    {bitmap::kGns, &kCharcoal, 6},
+    {bitmap::kEadi, &kCharcoal, 6},
+    {bitmap::kEhsi, &kCharcoal, 6},
+    {bitmap::kEhsiPanel, &kCharcoal, 6},
+    {bitmap::kVnavButton, &kButton, 0},
+    {bitmap::kEhsiPanelOpener, &kButton, 0},
+    {bitmap::kTcasOpener, &kButton, 0},
+    {bitmap::kGnsOpener, &kButton, 0},
+    {bitmap::kMcuOpener, &kButton, 0},
+    {bitmap::kMfdOpener, &kButton, 0},
+    {bitmap::kMfdPanelOpener, &kButton, 0},
+    {bitmap::kLnavButton, &kButton, 0},
+    {bitmap::kSmithsBrown, &kBrown, 6},
+    {bitmap::kSmiths, &kGrey, 6},
+    {bitmap::kNd, &kGrey, 4},
+    {bitmap::kNdBrown, &kBrown, 4},
+    {bitmap::kEfisPanel, &kGrey, 5},
+    {bitmap::kEfisPanelBrown, &kBrown, 5},
+    {bitmap::kSmithsOpener, &kButton, 0},
+    {bitmap::kEfisPanelOpener, &kButton, 0},
 };
 
 constexpr Legend kLegends[] = {
-    {0x2600, "AVQ1", {133, 8, 60, 16}, 12},
-    {0x2607, "AVQ1", {200, 5, 100, 17}, 13},
-    {0x2612, "AVQ1", {420, 50, 120, 30}, 18},
-    {0x2612, "MULTIFUNCTION DISPLAY CONTROL", {350, 90, 245, 20}, 11},
-    {0x2618, "AVQ1", {246, 12, 90, 26}, 16},
-    {0x2622, "AVQ1", {142, 326, 100, 24}, 14},
-    {0x2624, "AVQ1", {142, 326, 100, 24}, 14},
-    {0x2632, "AVQ1", {195, 12, 110, 22}, 13},
-    {0x2663, "AVQ1", {157, 6, 100, 22}, 14},
-    {0x2664, "AVQ1", {157, 6, 100, 22}, 14},
-    {0x2668, "AVQ1", {110, 4, 60, 13}, 10},
-    {0x2669, "AVQ1", {110, 4, 60, 13}, 10},
-    {0x2670, "AVQ1", {22, 24, 70, 22}, 14},
-    {0x2671, "AVQ1", {22, 24, 70, 22}, 14},
-    {0x2670, "EFIS CONTROL", {16, 52, 84, 18}, 10},
-    {0x2671, "EFIS CONTROL", {16, 52, 84, 18}, 10},
+    {bitmap::kMfd, "AVQ1", {133, 8, 60, 16}, 12},
+    {bitmap::kMcu, "AVQ1", {200, 5, 100, 17}, 13},
+    {bitmap::kMfdPanel, "AVQ1", {420, 50, 120, 30}, 18},
+    {bitmap::kMfdPanel, "MULTIFUNCTION DISPLAY CONTROL", {350, 90, 245, 20}, 11},
+    {bitmap::kGns, "AVQ1", {246, 12, 90, 26}, 16},
+    {bitmap::kEadi, "AVQ1", {142, 326, 100, 24}, 14},
+    {bitmap::kEhsi, "AVQ1", {142, 326, 100, 24}, 14},
+    {bitmap::kEhsiPanel, "AVQ1", {195, 12, 110, 22}, 13},
+    {bitmap::kSmithsBrown, "AVQ1", {157, 6, 100, 22}, 14},
+    {bitmap::kSmiths, "AVQ1", {157, 6, 100, 22}, 14},
+    {bitmap::kNd, "AVQ1", {110, 4, 60, 13}, 10},
+    {bitmap::kNdBrown, "AVQ1", {110, 4, 60, 13}, 10},
+    {bitmap::kEfisPanel, "AVQ1", {22, 24, 70, 22}, 14},
+    {bitmap::kEfisPanelBrown, "AVQ1", {22, 24, 70, 22}, 14},
+    {bitmap::kEfisPanel, "EFIS CONTROL", {16, 52, 84, 18}, 10},
+    {bitmap::kEfisPanelBrown, "EFIS CONTROL", {16, 52, 84, 18}, 10},
 };
 
 constexpr IconArt kIconArts[] = {
-    {0x2636, IconKind::Lamp, kGreenLamp, ""},    {0x2638, IconKind::LitKey, kGreenLamp, ""},
-    {0x2660, IconKind::LitKey, kGreenLamp, ""},  {0x2665, IconKind::LitFrame, kWhiteLamp, ""},
-    {0x2672, IconKind::Sign, kAmberLamp, "MSG"}, {0x2673, IconKind::ModeSelector, 0, "1"},
-    {0x2674, IconKind::ModeSelector, 0, "2"},    {0x2675, IconKind::ModeSelector, 0, "3"},
-    {0x2676, IconKind::ModeSelector, 0, "4"},    {0x2677, IconKind::ModeSelector, 0, "5"},
-    {0x2678, IconKind::ModeSelector, 0, "6"},    {0x2679, IconKind::RangeSelector, 0, "10"},
-    {0x267A, IconKind::RangeSelector, 0, "40"},  {0x267B, IconKind::RangeSelector, 0, "80"},
-    {0x267C, IconKind::RangeSelector, 0, "160"}, {0x267D, IconKind::RangeSelector, 0, "320"},
+    {bitmap::kMcuLamp, IconKind::Lamp, kGreenLamp, ""},
+    {bitmap::kVnavLit, IconKind::LitKey, kGreenLamp, ""},
+    {bitmap::kLnavLit, IconKind::LitKey, kGreenLamp, ""},
+    {bitmap::kSmithsExecLit, IconKind::LitFrame, kWhiteLamp, ""},
+    {bitmap::kSmithsMessageLit, IconKind::Sign, kAmberLamp, "MSG"},
+    {bitmap::kEfisMode1, IconKind::ModeSelector, 0, "1"},
+    {bitmap::kEfisMode2, IconKind::ModeSelector, 0, "2"},
+    {bitmap::kEfisMode3, IconKind::ModeSelector, 0, "3"},
+    {bitmap::kEfisMode4, IconKind::ModeSelector, 0, "4"},
+    {bitmap::kEfisMode5, IconKind::ModeSelector, 0, "5"},
+    {bitmap::kEfisMode6, IconKind::ModeSelector, 0, "6"},
+    {bitmap::kEfisRange10, IconKind::RangeSelector, 0, "10"},
+    {bitmap::kEfisRange40, IconKind::RangeSelector, 0, "40"},
+    {bitmap::kEfisRange80, IconKind::RangeSelector, 0, "80"},
+    {bitmap::kEfisRange160, IconKind::RangeSelector, 0, "160"},
+    {bitmap::kEfisRange320, IconKind::RangeSelector, 0, "320"},
 };
 // The positions without a picture: the knob painted on the background points at them.
 constexpr const char* kBareModePosition = "7";
