@@ -60,10 +60,11 @@ void DrawEadi(const DrawTarget& target) {
     canvas.FillRectangle(colour::Black, 0, 0, kEadiDesignWidth, kEadiDesignHeight);
     canvas.Translate(kEadiCentre.x, kEadiCentre.y);
     EadiPicture picture{surface, canvas, ChosenLayout()};
-    picture.attitudeValid = std::isfinite(aircraft.bank) && std::isfinite(aircraft.pitch);
+    const AircraftState& shown = ShownAircraft();
+    picture.attitudeValid = std::isfinite(shown.bank) && std::isfinite(shown.pitch);
     if (picture.attitudeValid) {
-        picture.bank = std::remainder(aircraft.bank, 360.0);
-        picture.pitch = std::clamp(aircraft.pitch, -90.0, 90.0);
+        picture.bank = std::remainder(shown.bank, 360.0);
+        picture.pitch = std::clamp(shown.pitch, -90.0, 90.0);
     }
     for (const Layer& layer : kLayers) {
         canvas.SaveState();

@@ -143,8 +143,8 @@ void DrawFlightDirector(EadiPicture& picture) {
     constexpr double kLimitPx = 55;
     constexpr double kLimitDeg = 45;
     constexpr double kPxPerBankDeg = 1.6;
-    const double bankLeft = aircraft.flightDirectorBank - picture.bank;
-    const double pitchDown = aircraft.flightDirectorPitch - picture.pitch;
+    const double bankLeft = ShownAircraft().flightDirectorBank - picture.bank;
+    const double pitchDown = ShownAircraft().flightDirectorPitch - picture.pitch;
     if (!std::isfinite(bankLeft) || !std::isfinite(pitchDown)) {
         DrawFlag(picture.surface, "FD", colour::Amber, -78, 40);
         return;

@@ -83,7 +83,8 @@ void DrawTapeMarks(EadiPicture& picture, double heading) {
 // the hold's target is what is selected.
 double SelectedAirspeedKt() {
     constexpr double kHoldOn = 1;
-    return aircraft.apSpeed115 == kHoldOn ? aircraft.apAirspeedTargetKt : aircraft.apSpeed115;
+    return ShownAircraft().apSpeed115 == kHoldOn ? ShownAircraft().apAirspeedTargetKt
+                                                 : ShownAircraft().apSpeed115;
 }
 
 }  // namespace
@@ -93,7 +94,7 @@ void DrawHeadingTape(EadiPicture& picture) {
         return;
     }
     Canvas& canvas = picture.canvas;
-    if (!std::isfinite(aircraft.headingMag)) {
+    if (!std::isfinite(ShownAircraft().headingMag)) {
         DrawFlag(picture.surface, "HDG", colour::Red, 0, kTapeTop + kTapeHeight / 2);
         return;
     }
@@ -102,7 +103,7 @@ void DrawHeadingTape(EadiPicture& picture) {
     canvas.EndClip();
     canvas.FillRectangle(colour::Black, -kTapeHalfWidth, kTapeTop, 2 * kTapeHalfWidth, kTapeHeight);
     canvas.DrawLine({colour::White, 1.2}, -kTapeHalfWidth, kTapeTop, kTapeHalfWidth, kTapeTop);
-    DrawTapeMarks(picture, PositiveModulo(aircraft.headingMag, 360.0));
+    DrawTapeMarks(picture, PositiveModulo(ShownAircraft().headingMag, 360.0));
     constexpr std::array<CanvasPoint, 3> kIndex{
         {{-5, kTapeTop - 2}, {5, kTapeTop - 2}, {0, kTapeTop + 6}}};
     canvas.FillPolygon(colour::Yellow, kIndex);
@@ -113,13 +114,14 @@ void DrawLocalizer(EadiPicture& picture) {
         return;
     }
     constexpr double kReachPx = kFullCourseUnits * kPxPerCourseUnit;
-    const bool valid = std::isfinite(aircraft.nav1CdiNeedle);
+    const bool valid = std::isfinite(ShownAircraft().nav1CdiNeedle);
     EadiText(picture, "LOC", {"Arial", 9, true}, valid ? colour::Green : colour::Red, -97, 62);
     DrawDots(picture.canvas, 0, kLocalizerY, kReachPx, 0);
     if (valid) {
-        DrawDiamond(picture.canvas, colour::Magenta,
-                    std::clamp(aircraft.nav1CdiNeedle * kPxPerCourseUnit, -kReachPx, kReachPx),
-                    kLocalizerY);
+        DrawDiamond(
+            picture.canvas, colour::Magenta,
+            std::clamp(ShownAircraft().nav1CdiNeedle * kPxPerCourseUnit, -kReachPx, kReachPx),
+            kLocalizerY);
     }
 }
 
@@ -130,9 +132,9 @@ void DrawGlideslope(EadiPicture& picture) {
     constexpr double kReachPx = kFullGlideUnits * kPxPerGlideUnit;
     DrawUprightGround(picture, kGlideslopeX);
     DrawDots(picture.canvas, kGlideslopeX, kUprightCentreY, 0, kReachPx);
-    if (std::isfinite(aircraft.nav1GlideslopeNeedle)) {
+    if (std::isfinite(ShownAircraft().nav1GlideslopeNeedle)) {
         const double offset =
-            std::clamp(aircraft.nav1GlideslopeNeedle * kPxPerGlideUnit, -kReachPx, kReachPx);
+            std::clamp(ShownAircraft().nav1GlideslopeNeedle * kPxPerGlideUnit, -kReachPx, kReachPx);
         DrawDiamond(picture.canvas, colour::Magenta, kGlideslopeX, kUprightCentreY + offset);
     } else {
         DrawFlag(picture.surface, "GS", colour::Red, kGlideslopeX, kUprightCentreY);
@@ -144,8 +146,12 @@ void DrawSpeedDeviation(EadiPicture& picture) {
     constexpr int kReachKt = 13;
     constexpr double kPxPerKt = 4;
     const double selected = SelectedAirspeedKt();
-    const double indicated = aircraft.indicatedAirspeedKt;
+    const double indicated = ShownAircraft().indicatedAirspeedKt;
     const double slowKt = std::trunc(selected - indicated);
+    if (std::isnan(selected + indicated)) {
+        DrawFlag(picture.surface, "IAS", colour::Red, kSpeedX, kUprightCentreY);
+        return;
+    }
     if (!(selected > kLeastKt && indicated > kLeastKt && std::abs(slowKt) <= kReachKt)) {
         return;
     }

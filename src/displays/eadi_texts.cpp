@@ -21,16 +21,20 @@ bool IsOn(double flag) {
 }
 
 const char* Lateral() {
-    return IsOn(aircraft.headingHoldOn) ? "HDG" : IsOn(aircraft.autopilotNav1Lock) ? "NAV" : "";
+    return IsOn(ShownAircraft().headingHoldOn)       ? "HDG"
+           : IsOn(ShownAircraft().autopilotNav1Lock) ? "NAV"
+                                                     : "";
 }
 const char* SecondLateral() {
-    return IsOn(aircraft.approachHoldOn) ? "APR" : guidance.lnavEngaged == 1 ? "LNAV" : "";
+    return IsOn(ShownAircraft().approachHoldOn) ? "APR" : guidance.lnavEngaged == 1 ? "LNAV" : "";
 }
 const char* YawDamper() {
-    return IsOn(aircraft.yawDamperOn) ? "YD" : "";
+    return IsOn(ShownAircraft().yawDamperOn) ? "YD" : "";
 }
 const char* Vertical() {
-    return !IsOn(aircraft.apAltitudeLockOn) ? "" : guidance.vnavEngaged == 1 ? "VNAV" : "ALT";
+    return !IsOn(ShownAircraft().apAltitudeLockOn) ? ""
+           : guidance.vnavEngaged == 1             ? "VNAV"
+                                                   : "ALT";
 }
 
 struct Annunciation {
@@ -63,7 +67,11 @@ constexpr Marker kMarkers[] = {
 }  // namespace
 
 void DrawAnnunciations(EadiPicture& picture) {
-    if (!IsOn(aircraft.autopilotOn)) {
+    const bool known = std::isfinite(ShownAircraft().autopilotOn);
+    if (!known) {
+        EadiText(picture, "AP", kModeFont, colour::Red, kAnnunciations[0].x, kAnnunciations[0].y);
+    }
+    if (!known || !IsOn(ShownAircraft().autopilotOn)) {
         return;
     }
     for (const Annunciation& row : kAnnunciations) {
@@ -80,8 +88,10 @@ void DrawHeights(EadiPicture& picture) {
     constexpr double kHighestFt = 2500;
     EadiText(picture, "DH", kHeightFont, colour::White, -121, kTop);
     EadiText(picture, FixedText("%d", ehsi.decisionHeight), kHeightFont, colour::Cyan, -98, kTop);
-    const double heightFt = aircraft.radioAltitudeFt;
-    if (heightFt >= kLowestFt && heightFt <= kHighestFt) {
+    const double heightFt = ShownAircraft().radioAltitudeFt;
+    if (std::isnan(heightFt)) {
+        EadiText(picture, "RA ---", kHeightFont, colour::Red, 68, kTop);
+    } else if (heightFt >= kLowestFt && heightFt <= kHighestFt) {
         const FixedText value("%5.0f", std::nearbyint(heightFt) + 0.0);  // never "-0"
         const bool low = heightFt <= ehsi.decisionHeight;
         const double width = picture.canvas.MeasureText(value, kHeightFont).width;
@@ -97,7 +107,7 @@ void DrawMarker(EadiPicture& picture) {
     constexpr double kWidth = 21;
     constexpr double kHeight = 15;
     for (const Marker& marker : kMarkers) {
-        if (aircraft.markerBeacon == marker.value) {
+        if (ShownAircraft().markerBeacon == marker.value) {
             picture.canvas.FillRectangle(colour::Black, kLeft, kTop, kWidth, kHeight);
             picture.canvas.DrawRectangle({marker.argb, 1.2}, kLeft, kTop, kWidth, kHeight);
             picture.surface.TextCentred(marker.text, {"Arial", 11, true}, marker.argb,

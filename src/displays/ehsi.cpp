@@ -81,7 +81,7 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
 MapCompass RoseOf(const EhsiPicture& picture) {
     const EhsiCompass& compass = picture.compass;
     return {compass.centre,      compass.radius, compass.halfAngleDeg,
-            compass.labelFontPx, kArcBottom,     aircraft.headingMag};
+            compass.labelFontPx, kArcBottom,     ShownAircraft().headingMag};
 }
 
 void ClipToCompass(EhsiPicture& picture) {

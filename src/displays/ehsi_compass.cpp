@@ -21,12 +21,13 @@ Needle NeedleOf(const EhsiPicture& picture, BearingSource source, bool first) {
             return {};
         case BearingSource::Vor:
             return first ? Needle{receivers.nav1Signal && !receivers.localizer,
-                                  aircraft.nav1RelativeBearing}
-                         : Needle{receivers.nav2Signal, aircraft.nav2RelativeBearing};
+                                  ShownAircraft().nav1RelativeBearing}
+                         : Needle{receivers.nav2Signal, ShownAircraft().nav2RelativeBearing};
         case BearingSource::Fms:
-            return {picture.hasWaypoint, picture.rose.FromUp(guidance.bearingToWaypointMag)};
+            return {picture.hasWaypoint && PositionKnown(),
+                    picture.rose.FromUp(guidance.bearingToWaypointMag)};
         case BearingSource::Adf:
-            return {aircraft.adfActive >= 1, aircraft.adfRelativeBearing};
+            return {ShownAircraft().adfActive >= 1, ShownAircraft().adfRelativeBearing};
     }
     return {};
 }
@@ -42,7 +43,7 @@ void DrawCompassRose(EhsiPicture& picture) {
 }
 
 void DrawHeadingBug(EhsiPicture& picture) {
-    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug,
+    DrawBug(picture.surface, picture.rose, ShownAircraft().apHeadingBug,
             settings.EhsiStaticHdgPointer == 1);
 }
 

@@ -36,7 +36,7 @@ FixedText Degrees(bool shown, double value) {
 void DrawCourseBox(EhsiPicture& picture) {
     const bool fms = FromFlightManagement();
     const FixedText degrees = fms ? Degrees(picture.hasWaypoint, guidance.desiredTrackMag)
-                                  : Degrees(true, aircraft.nav1Course);
+                                  : Degrees(true, ShownAircraft().nav1Course);
     const std::string_view digits = degrees;
     const FixedText text("%s %.*s", fms ? "DTK" : "CRS", static_cast<int>(digits.size()),
                          digits.data());
@@ -52,10 +52,12 @@ void DrawReceiverSource(EhsiPicture& picture) {
         colour::Green, kLeft, 16);
     if (!picture.receivers.nav1Signal) {
         picture.surface.Text("NO SIGNAL", kSmall, colour::Amber, kLeft, 28);
+    } else if (NavReceiverFailed(picture.receivers)) {
+        picture.surface.Text("NAV FAIL", kSmall, colour::Red, kLeft, 28);
     } else {
-        const bool hasDme = aircraft.nav1DmeNm > 0;
-        picture.surface.Text(Value("----", hasDme, aircraft.nav1DmeNm, 1, 4), kData, colour::White,
-                             kLeft, 27);
+        const bool hasDme = ShownAircraft().nav1DmeNm > 0;
+        picture.surface.Text(Value("----", hasDme, ShownAircraft().nav1DmeNm, 1, 4), kData,
+                             colour::White, kLeft, 27);
     }
 }
 
@@ -64,6 +66,8 @@ void DrawFlightManagementSource(EhsiPicture& picture) {
     picture.surface.Text("FMS", kData, colour::Magenta, kLeft, 16);
     if (!picture.hasWaypoint) {
         picture.surface.Text("NO ROUTE", kSmall, colour::Amber, kLeft, 28);
+    } else if (!PositionKnown()) {
+        picture.surface.Text("NO POSITION", kSmall, colour::Red, kLeft, 28);
     } else if (guidance.crossTrackNm != kNoCrossTrack && CanShow(guidance.crossTrackNm)) {
         picture.surface.Text(FixedText("XTK%4.1f%c", guidance.crossTrackNm,
                                        guidance.crossTrackSide == kRightOfTrack ? 'R' : 'L'),
@@ -83,8 +87,13 @@ void DrawSource(EhsiPicture& picture) {
 void DrawWind(EhsiPicture& picture) {
     constexpr CanvasPoint kArrowCentre{11, 50};
     constexpr double kArrowHalfPx = 8;
-    const double turn = derived.windDirectionMag - aircraft.headingMag + 180.0;
-    if (!(aircraft.windSpeedKt >= 1) || !CanShow(aircraft.windSpeedKt) || !std::isfinite(turn)) {
+    const double turn = ShownDerived().windDirectionMag - ShownAircraft().headingMag + 180.0;
+    if (std::isnan(turn + ShownAircraft().windSpeedKt)) {
+        picture.surface.Text("---", kData, colour::White, 22, 44);
+        return;
+    }
+    if (!(ShownAircraft().windSpeedKt >= 1) || !CanShow(ShownAircraft().windSpeedKt) ||
+        !std::isfinite(turn)) {
         return;
     }
     CanvasPen pen{colour::White, 1.2};
@@ -92,7 +101,8 @@ void DrawWind(EhsiPicture& picture) {
     picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
         picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
     });
-    picture.surface.Text(FixedText("%.0f", aircraft.windSpeedKt), kData, colour::White, 22, 44);
+    picture.surface.Text(FixedText("%.0f", ShownAircraft().windSpeedKt), kData, colour::White, 22,
+                         44);
 }
 
 void DrawNextWaypoint(EhsiPicture& picture) {
@@ -100,13 +110,15 @@ void DrawNextWaypoint(EhsiPicture& picture) {
         return;
     }
     picture.surface.TextRight(ActiveWaypoint().ident, kMain, colour::Magenta, kRight, 1);
-    const FixedText distance = Value("--.-", true, std::max(guidance.distanceToGoNm, 0.0), 1, 4);
+    const FixedText distance =
+        Value("--.-", PositionKnown(), std::max(guidance.distanceToGoNm, 0.0), 1, 4);
     const std::string_view digits = distance;
     picture.surface.TextRight(FixedText("%.*s NM", static_cast<int>(digits.size()), digits.data()),
                               kData, colour::White, kRight, 16);
     // rounded before it is split, so that no minute reads 60
     const double minutes = std::round(progress.eteWaypointHours * 60 + progress.eteWaypointMinutes);
-    const bool timed = aircraft.groundSpeedKt > kMovingKt && CanShow(minutes);
+    const bool timed =
+        ShownAircraft().groundSpeedKt > kMovingKt && PositionKnown() && CanShow(minutes);
     picture.surface.TextRight(
         timed ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
               : FixedText("--:--"),
@@ -114,9 +126,9 @@ void DrawNextWaypoint(EhsiPicture& picture) {
 }
 
 void DrawHeadingReadout(EhsiPicture& picture) {
-    const bool valid = std::isfinite(aircraft.headingMag);
+    const bool valid = std::isfinite(ShownAircraft().headingMag);
     const double centreX = picture.compass.centre.x;
-    picture.surface.TextCentred(Degrees(valid, Compass360(aircraft.headingMag)), kData,
+    picture.surface.TextCentred(Degrees(valid, Compass360(ShownAircraft().headingMag)), kData,
                                 valid ? colour::White : colour::Red, centreX,
                                 picture.compass.readoutY);
     if (!valid) {
@@ -126,11 +138,11 @@ void DrawHeadingReadout(EhsiPicture& picture) {
 
 void DrawSpeeds(EhsiPicture& picture) {
     picture.surface.Text("GS", kSmall, colour::White, kLeft, 205);
-    picture.surface.TextRight(Value("---", true, aircraft.groundSpeedKt, 0, 4), kData,
+    picture.surface.TextRight(Value("---", true, ShownAircraft().groundSpeedKt, 0, 4), kData,
                               colour::Green, 42, 204);
     picture.surface.Text("TAS", kSmall, colour::White, 109, 218);
-    picture.surface.TextRight(Value("---", true, derived.trueAirspeedEstimateKt, 0, 4), kData,
-                              colour::Green, 152, 217);
+    picture.surface.TextRight(Value("---", true, ShownDerived().trueAirspeedEstimateKt, 0, 4),
+                              kData, colour::Green, 152, 217);
 }
 
 bool NothingToMap(const EhsiPicture& picture) {
@@ -163,9 +175,12 @@ PointerLabel LabelOf(BearingSource source, const char* vorName, bool signal, dou
         case BearingSource::Vor:
             return {vorName, Value("---", signal && dmeNm > 0, dmeNm, 1, 3)};
         case BearingSource::Fms:
-            return {"FMS", FixedText("%s", hasWaypoint ? "" : "---")};
+            return {"FMS", FixedText("%s", hasWaypoint && PositionKnown() ? "" : "---")};
         case BearingSource::Adf:
-            return {"ADF", FixedText("%s", aircraft.adfActive >= 1 ? "" : "---")};
+            return {"ADF", FixedText("%s", ShownAircraft().adfActive >= 1 &&
+                                                   std::isfinite(ShownAircraft().adfRelativeBearing)
+                                               ? ""
+                                               : "---")};
     }
     return {};
 }
@@ -174,9 +189,9 @@ void DrawPointerLabels(EhsiPicture& picture) {
     constexpr double kGapPx = 4;
     constexpr double kTop = 217;
     const PointerLabel first = LabelOf(ehsi.bearingPointer1, "VOR 1", picture.receivers.nav1Signal,
-                                       aircraft.nav1DmeNm, picture.hasWaypoint);
+                                       ShownAircraft().nav1DmeNm, picture.hasWaypoint);
     const PointerLabel second = LabelOf(ehsi.bearingPointer2, "VOR 2", picture.receivers.nav2Signal,
-                                        aircraft.nav2DmeNm, picture.hasWaypoint);
+                                        ShownAircraft().nav2DmeNm, picture.hasWaypoint);
     if (first.name != nullptr) {
         const double nameEnd = kLeft + picture.canvas.MeasureText(first.name, kData).width;
         picture.surface.Text(first.name, kData, colour::Blue, kLeft, kTop);

@@ -81,7 +81,7 @@ void DrawTrafficPresentation(EhsiPicture& picture) {
     }
     DrawAircraftSymbol(picture.surface, centre.x, centre.y, colour::White);
     DrawTargets(picture, centre);
-    if (!std::isfinite(aircraft.trueHeading)) {
+    if (!std::isfinite(ShownAircraft().trueHeading)) {
         DrawFlag(picture.surface, "HDG", colour::Red, centre.x, centre.y - 36);
     }
 }

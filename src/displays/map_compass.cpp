@@ -129,19 +129,30 @@ bool CourseNeedle::PointsAway() const {
     return std::abs(PositiveModulo(bearingMag - courseMag + 180.0, 360.0) - 180.0) > 90;
 }
 
+bool PositionKnown() {
+    const AircraftState& shown = ShownAircraft();
+    return std::isfinite(shown.latitude + shown.longitude);
+}
+
+bool NavReceiverFailed(const ReceiverState& receivers) {
+    const AircraftState& shown = ShownAircraft();
+    return receivers.nav1Signal && !std::isfinite(shown.nav1Course + shown.nav1CdiNeedle);
+}
+
 ReceiverState ReadReceivers() {
     return {Nav1HasSignal(), Nav2HasSignal(), (ReadNavFlagWord() & kNavFlagLocalizer) != 0,
             HorizontalDeviationValid()};
 }
 
 CourseNeedle CourseOfNavReceiver(const ReceiverState& receivers) {
+    const AircraftState& shown = ShownAircraft();
     CourseNeedle needle;
-    needle.pointed = true;
+    needle.pointed = std::isfinite(shown.nav1Course);
     needle.deviationShown = receivers.nav1Signal && receivers.deviationValid;
     needle.hasToFrom = needle.deviationShown && !receivers.localizer;
-    needle.courseMag = aircraft.nav1Course;
-    needle.deviation = aircraft.nav1CdiNeedle / kFullScaleNeedle;
-    needle.bearingMag = aircraft.headingMag + aircraft.nav1RelativeBearing;
+    needle.courseMag = shown.nav1Course;
+    needle.deviation = shown.nav1CdiNeedle / kFullScaleNeedle;
+    needle.bearingMag = shown.headingMag + shown.nav1RelativeBearing;
     needle.argb = colour::Green;
     return needle;
 }
@@ -150,7 +161,8 @@ CourseNeedle CourseOfFlightManagement() {
     constexpr std::int32_t kRightOfTrack = 1;
     CourseNeedle needle;
     needle.pointed = HasActiveWaypoint();
-    needle.deviationShown = needle.pointed && guidance.crossTrackNm != kNoCrossTrack;
+    needle.deviationShown =
+        needle.pointed && guidance.crossTrackNm != kNoCrossTrack && PositionKnown();
     needle.hasToFrom = needle.deviationShown;
     needle.courseMag = guidance.desiredTrackMag;
     needle.deviation = guidance.crossTrackNm / kFullScaleCrossTrackNm *

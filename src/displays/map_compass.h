@@ -50,6 +50,12 @@ struct ReceiverState {
 };
 
 ReceiverState ReadReceivers();
+
+// Whether what guidance tells of the way to the waypoint still holds.
+bool PositionKnown();
+// NAV1 has a signal, but its course or deviation has been lost.
+bool NavReceiverFailed(const ReceiverState& receivers);
+
 CourseNeedle CourseOfNavReceiver(const ReceiverState& receivers);
 CourseNeedle CourseOfFlightManagement();
 

@@ -44,7 +44,7 @@ double MovedNm(const LatLon& since) {
 const PointTable& Around(const KindLists& lists, Freshness& fresh, const LatLon& mapCentre,
                          double rangeNm) {
     const LatLon here{aircraft.latitude, aircraft.longitude};
-    if (!std::isfinite(here.latitude) || !std::isfinite(here.longitude)) {
+    if (!std::isfinite(here.latitude + here.longitude + mapCentre.latitude + mapCentre.longitude)) {
         return kEmpty;
     }
     const bool rebuild =

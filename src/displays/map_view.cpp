@@ -8,12 +8,13 @@
 namespace avq1 {
 
 MapView ViewFromAircraft(double centreX, double centreY, double radiusPx, double rangeNm) {
+    const AircraftState& shown = ShownAircraft();
     return {centreX,
             centreY,
             radiusPx / rangeNm,
-            PositiveModulo(aircraft.headingMag + aircraft.magneticVariation, 360.0),
-            aircraft.latitude,
-            aircraft.longitude};
+            PositiveModulo(shown.headingMag + shown.magneticVariation, 360.0),
+            shown.latitude,
+            shown.longitude};
 }
 
 bool IsUsable(const MapView& view) {

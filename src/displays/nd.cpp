@@ -42,10 +42,11 @@ bool WithBoundaries(const NdPicture& picture) {
     return ehsi.mapOverlayOn == 1 && picture.drawMode != DisplayDrawMode::SecondCockpit;
 }
 bool WithAdf(const NdPicture&) {
-    return nd.ndShowAdf == 1 && aircraft.adfActive > 0;
+    return nd.ndShowAdf == 1 && ShownAircraft().adfActive > 0;
 }
 bool WithNav1Station(const NdPicture& picture) {
-    return picture.receivers.nav1Signal && aircraft.nav1DmeNm > 0 && !picture.receivers.localizer;
+    return picture.receivers.nav1Signal && ShownAircraft().nav1DmeNm > 0 &&
+           !picture.receivers.localizer;
 }
 bool WithStations(const NdPicture&) {
     return nd.ndShowStations == 1;
@@ -64,9 +65,9 @@ bool WithPendingRoute(const NdPicture&) {
 }
 bool WithAltitudeArc(const NdPicture&) {
     constexpr double kDescendingFpm = -200;
-    return aircraft.autopilotOn > 0 && aircraft.apAltitudeLockOn > 0 &&
-           aircraft.apAltitudeTargetFt < aircraft.altitudeFt &&
-           aircraft.verticalSpeedFpm < kDescendingFpm;
+    const AircraftState& shown = ShownAircraft();
+    return shown.autopilotOn > 0 && shown.apAltitudeLockOn > 0 &&
+           shown.apAltitudeTargetFt < shown.altitudeFt && shown.verticalSpeedFpm < kDescendingFpm;
 }
 bool WithTraffic(const NdPicture&) {
     return nd.showTraffic == 1;
@@ -137,7 +138,8 @@ void DrawLayers(NdPicture& picture) {
 
 MapCompass RoseOf(const ModeRow& row) {
     constexpr double kLabelFontPx = 12;
-    const double up = Mode() == kPlanMode ? -aircraft.magneticVariation : aircraft.headingMag;
+    const double up =
+        Mode() == kPlanMode ? -ShownAircraft().magneticVariation : ShownAircraft().headingMag;
     return {row.centre, row.radius, row.halfAngleDeg, kLabelFontPx, kNdMapBottom, up};
 }
 
@@ -161,13 +163,14 @@ const PointRecord* ReceivedStation(const ReceiverState& receivers) {
     constexpr double kSearchNm = 170;
     constexpr double kBearingToleranceDeg = 3;
     constexpr double kNearNm = 3;  // bearings tell little nearer than this
-    const double dmeNm = aircraft.nav1DmeNm;
+    const AircraftState& shown = ShownAircraft();
+    const double dmeNm = shown.nav1DmeNm;
     if (!receivers.nav1Signal || receivers.localizer || !(dmeNm > 0 && dmeNm < kSearchNm)) {
         return nullptr;
     }
-    const LatLon here{aircraft.latitude, aircraft.longitude};
+    const LatLon here{shown.latitude, shown.longitude};
     const double bearingTrue =
-        aircraft.headingMag + aircraft.nav1RelativeBearing + aircraft.magneticVariation;
+        shown.headingMag + shown.nav1RelativeBearing + shown.magneticVariation;
     const PointTable& list = NavaidsAround(here, kSearchNm);
     const PointRecord* best = nullptr;
     double bestErrorNm = 0.5 + 0.01 * dmeNm;
@@ -181,7 +184,7 @@ const PointRecord* ReceivedStation(const ReceiverState& receivers) {
         DistanceAndCourse(here.latitude, here.longitude, list[i].latitude, list[i].longitude,
                           distanceNm, courseTrue);
         const double errorNm =
-            std::abs(std::hypot(distanceNm, aircraft.altitudeFt / kFeetPerNm) - dmeNm);
+            std::abs(std::hypot(distanceNm, shown.altitudeFt / kFeetPerNm) - dmeNm);
         const double offDeg =
             std::abs(PositiveModulo(courseTrue - bearingTrue + 180.0, 360.0) - 180.0);
         if (errorNm < bestErrorNm && (offDeg <= kBearingToleranceDeg || distanceNm < kNearNm)) {

@@ -56,7 +56,7 @@ void DrawRangeArc(NdPicture& picture) {
 
 void DrawTrackLine(NdPicture& picture) {
     constexpr double kFromPx = 20;
-    const double trackMag = aircraft.headingMag - derived.driftDeg;
+    const double trackMag = ShownAircraft().headingMag - ShownDerived().driftDeg;
     const MapCompass& rose = picture.rose;
     picture.surface.Turned(rose.centre.x, rose.centre.y, rose.FromUp(trackMag), [&] {
         picture.canvas.DrawLine({colour::White, 1.0, kTrackDashes}, 0, -kFromPx, 0, -rose.radius);
@@ -102,7 +102,7 @@ void DrawNdCompass(NdPicture& picture) {
     if (NdIsMap() && !NdCentredOnWaypoint()) {
         DrawTrackLine(picture);
     }
-    DrawBug(picture.surface, picture.rose, aircraft.apHeadingBug);
+    DrawBug(picture.surface, picture.rose, ShownAircraft().apHeadingBug);
 }
 
 void DrawNdCourse(NdPicture& picture) {
@@ -117,7 +117,7 @@ void DrawNdAdfNeedle(NdPicture& picture) {
     const double tip = rose.radius - 4;
     const std::array<CanvasPoint, 6> needle{
         {{0, tip}, {0, -tip}, {-5, 9 - tip}, {0, -tip}, {5, 9 - tip}, {0, -tip}}};
-    const double turn = PositiveModulo(aircraft.adfRelativeBearing + 360.0, 360.0);
+    const double turn = PositiveModulo(ShownAircraft().adfRelativeBearing + 360.0, 360.0);
     picture.surface.Turned(rose.centre.x, rose.centre.y, turn, [&] {
         picture.canvas.DrawSegments({colour::Blue, 1.5}, needle);
     });
@@ -125,13 +125,13 @@ void DrawNdAdfNeedle(NdPicture& picture) {
 
 void DrawNdNav1Station(NdPicture& picture) {
     const MapCompass& rose = picture.rose;
-    const double fromAircraftPx = aircraft.nav1DmeNm * picture.view.pxPerNm;
-    const CanvasPoint at = OnRose(rose, aircraft.nav1RelativeBearing, fromAircraftPx);
+    const double fromAircraftPx = ShownAircraft().nav1DmeNm * picture.view.pxPerNm;
+    const CanvasPoint at = OnRose(rose, ShownAircraft().nav1RelativeBearing, fromAircraftPx);
     const double farPx = fromAircraftPx + 2 * rose.radius;
     if (!std::isfinite(farPx)) {
         return;
     }
-    picture.surface.Turned(at.x, at.y, rose.FromUp(aircraft.nav1Course), [&] {
+    picture.surface.Turned(at.x, at.y, rose.FromUp(ShownAircraft().nav1Course), [&] {
         picture.canvas.DrawLine({colour::Green, 1.0, kCourseDashes}, 0, -farPx, 0, farPx);
     });
     Symbol symbol{SymbolCode::Station};
@@ -177,13 +177,13 @@ void DrawNdPendingRoute(NdPicture& picture) {
 void DrawNdAltitudeArc(NdPicture& picture) {
     constexpr double kHalfAngleDeg = 15;
     const MapCompass& rose = picture.rose;
-    const double minutes =
-        (aircraft.altitudeFt - aircraft.apAltitudeTargetFt) / -aircraft.verticalSpeedFpm;
-    const double radius = minutes / 60.0 * aircraft.groundSpeedKt * picture.view.pxPerNm;
+    const double minutes = (ShownAircraft().altitudeFt - ShownAircraft().apAltitudeTargetFt) /
+                           -ShownAircraft().verticalSpeedFpm;
+    const double radius = minutes / 60.0 * ShownAircraft().groundSpeedKt * picture.view.pxPerNm;
     if (!(radius > 0 && radius <= rose.radius)) {
         return;
     }
-    const double middle = rose.FromUp(aircraft.headingMag - derived.driftDeg) - 90;
+    const double middle = rose.FromUp(ShownAircraft().headingMag - ShownDerived().driftDeg) - 90;
     picture.canvas.DrawArc({colour::Green, 1.8}, {rose.centre.x - radius, rose.centre.y - radius},
                            {2 * radius, 2 * radius}, middle - kHalfAngleDeg, 2 * kHalfAngleDeg);
 }
@@ -203,14 +203,14 @@ void DrawNdOwnAircraft(NdPicture& picture) {
     }
     CanvasPoint at = rose.centre;
     if (NdCentredOnWaypoint()) {
-        at = PlaceOnMap(picture.view, aircraft.latitude, aircraft.longitude);
+        at = PlaceOnMap(picture.view, ShownAircraft().latitude, ShownAircraft().longitude);
         if (!IsUsable(picture.view) || !NearMap(FrameOf(picture), at)) {
             return;
         }
     }
     const Symbol symbol{NdIsMap() || !rose.IsFull() ? SymbolCode::OwnAircraft
                                                     : SymbolCode::OwnAircraftPlan};
-    picture.surface.Turned(at.x, at.y, rose.FromUp(aircraft.headingMag),
+    picture.surface.Turned(at.x, at.y, rose.FromUp(ShownAircraft().headingMag),
                            [&] { DrawSymbol(picture.surface, 0, 0, symbol); });
 }
 

@@ -45,17 +45,22 @@ void DrawSpeeds(NdPicture& picture) {
     };
     Surface& surface = picture.surface;
     surface.Text("GS", kSmall, colour::White, kLeft, 3);
-    surface.TextRight(speed(aircraft.groundSpeedKt), kData, colour::Green, 40, 2);
+    surface.TextRight(speed(ShownAircraft().groundSpeedKt), kData, colour::Green, 40, 2);
     surface.Text("TAS", kSmall, colour::White, 46, 3);
-    surface.TextRight(speed(derived.trueAirspeedEstimateKt), kData, colour::Green, 88, 2);
+    surface.TextRight(speed(ShownDerived().trueAirspeedEstimateKt), kData, colour::Green, 88, 2);
 }
 
 // An arrow the way the wind blows, as seen on this picture.
 void DrawWind(NdPicture& picture) {
     constexpr CanvasPoint kArrowCentre{10, 24};
     constexpr double kArrowHalfPx = 7;
-    const double turn = picture.rose.FromUp(derived.windDirectionMag + 180.0);
-    if (!(aircraft.windSpeedKt >= 1) || !CanShow(aircraft.windSpeedKt) || !std::isfinite(turn)) {
+    const double turn = picture.rose.FromUp(ShownDerived().windDirectionMag + 180.0);
+    if (std::isnan(turn + ShownAircraft().windSpeedKt)) {
+        picture.surface.Text("---/---", kData, colour::White, 21, 17);
+        return;
+    }
+    if (!(ShownAircraft().windSpeedKt >= 1) || !CanShow(ShownAircraft().windSpeedKt) ||
+        !std::isfinite(turn)) {
         return;
     }
     CanvasPen pen{colour::White, 1.2};
@@ -63,17 +68,17 @@ void DrawWind(NdPicture& picture) {
     picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
         picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
     });
-    const FixedText direction = Degrees(true, derived.windDirectionMag);
+    const FixedText direction = Degrees(true, ShownDerived().windDirectionMag);
     const std::string_view digits = direction;
     picture.surface.Text(FixedText("%.*s/%.0f", static_cast<int>(digits.size()), digits.data(),
-                                   aircraft.windSpeedKt),
+                                   ShownAircraft().windSpeedKt),
                          kData, colour::White, 21, 17);
 }
 
 void DrawCourseText(NdPicture& picture) {
     const bool receiver = NdFollowsNavReceiver();
     const FixedText text =
-        receiver ? Named("CRS", Degrees(true, aircraft.nav1Course))
+        receiver ? Named("CRS", Degrees(true, ShownAircraft().nav1Course))
                  : Named("DTK", Degrees(picture.hasWaypoint, guidance.desiredTrackMag));
     picture.surface.Text(text, kData, receiver ? colour::Green : colour::Magenta, kLeft, 32);
 }
@@ -82,18 +87,20 @@ void DrawHeadingBox(NdPicture& picture) {
     constexpr double kHalfWidth = 15;
     constexpr double kHeight = 15;
     const double top = picture.rose.centre.y - picture.rose.radius - 19;
-    const bool valid = std::isfinite(aircraft.headingMag);
+    const bool valid = std::isfinite(ShownAircraft().headingMag);
     const std::uint32_t argb = valid ? colour::White : colour::Red;
     picture.surface.TextRight("HDG", kSmall, colour::Green, kCentre - kHalfWidth - 3, top + 3);
     picture.surface.Text("MAG", kSmall, colour::Green, kCentre + kHalfWidth + 3, top + 3);
     picture.canvas.DrawRectangle({argb, 1.0}, kCentre - kHalfWidth, top, 2 * kHalfWidth, kHeight);
-    picture.surface.TextCentred(Degrees(valid, aircraft.headingMag), kMain, argb, kCentre, top + 1);
+    picture.surface.TextCentred(Degrees(valid, ShownAircraft().headingMag), kMain, argb, kCentre,
+                                top + 1);
 }
 
 void DrawTrack(NdPicture& picture) {
-    const double trackMag = aircraft.headingMag - derived.driftDeg;
-    picture.surface.TextCentred(Named("TRK", Degrees(aircraft.groundSpeedKt > kMovingKt, trackMag)),
-                                kData, colour::White, kCentre, kBottomRows[2]);
+    const double trackMag = ShownAircraft().headingMag - ShownDerived().driftDeg;
+    picture.surface.TextCentred(
+        Named("TRK", Degrees(ShownAircraft().groundSpeedKt > kMovingKt, trackMag)), kData,
+        colour::White, kCentre, kBottomRows[2]);
 }
 
 void DrawNextWaypoint(NdPicture& picture) {
@@ -104,12 +111,13 @@ void DrawNextWaypoint(NdPicture& picture) {
     surface.TextRight(ActiveWaypoint().ident, kMain, colour::Magenta, kRight, 1);
     // rounded before it is split, so that no minute reads 60
     const double minutes = std::round(progress.eteWaypointHours * 60 + progress.eteWaypointMinutes);
-    const bool timed = aircraft.groundSpeedKt > kMovingKt && CanShow(minutes);
+    const bool timed =
+        ShownAircraft().groundSpeedKt > kMovingKt && PositionKnown() && CanShow(minutes);
     surface.TextRight(
         timed ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
               : FixedText("--:--"),
         kData, colour::White, kRight, 16);
-    const bool hasDistance = CanShow(guidance.distanceToGoNm);
+    const bool hasDistance = PositionKnown() && CanShow(guidance.distanceToGoNm);
     surface.TextRight(hasDistance ? FixedText("%.1f NM", std::max(guidance.distanceToGoNm, 0.0))
                                   : FixedText("--.- NM"),
                       kData, colour::White, kRight, 28);
@@ -125,10 +133,10 @@ void DrawReceiver(NdPicture& picture) {
                                                      : FixedText("%s", kDashes),
                  kData, colour::White, kLeft, kBottomRows[1]);
     const bool hasDme =
-        receivers.nav1Signal && aircraft.nav1DmeNm > 0 && CanShow(aircraft.nav1DmeNm);
+        receivers.nav1Signal && ShownAircraft().nav1DmeNm > 0 && CanShow(ShownAircraft().nav1DmeNm);
     surface.Text("DME", kSmall, colour::White, kLeft, kBottomRows[2] + 1);
-    surface.Text(hasDme ? FixedText("%.1f", aircraft.nav1DmeNm) : FixedText("%s", kDashes), kData,
-                 colour::White, 26, kBottomRows[2]);
+    surface.Text(hasDme ? FixedText("%.1f", ShownAircraft().nav1DmeNm) : FixedText("%s", kDashes),
+                 kData, colour::White, 26, kBottomRows[2]);
     const bool away =
         receivers.nav1Signal && !receivers.localizer && CourseOfNavReceiver(receivers).PointsAway();
     if (away) {
@@ -140,8 +148,8 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     Surface& surface = picture.surface;
     if (nd.ndShowAdf == 1) {
         surface.TextRight("ADF 1", kData, colour::Blue, kRight, kBottomRows[0]);
-        const double bearingMag = aircraft.headingMag + aircraft.adfRelativeBearing;
-        const bool received = aircraft.adfActive > 0 && CanShow(bearingMag);
+        const double bearingMag = ShownAircraft().headingMag + ShownAircraft().adfRelativeBearing;
+        const bool received = ShownAircraft().adfActive > 0 && CanShow(bearingMag);
         surface.TextRight(received ? Degrees(true, bearingMag) : FixedText("%s", kDashes), kData,
                           colour::Blue, kRight, kBottomRows[1]);
     }
@@ -168,7 +176,7 @@ void DrawMissing(NdPicture& picture) {
         picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
         picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
     }
-    if (!std::isfinite(aircraft.headingMag)) {
+    if (!std::isfinite(ShownAircraft().headingMag)) {
         DrawFlag(picture.surface, "HDG", colour::Red, kCentre,
                  picture.rose.centre.y - picture.rose.radius * 0.65);
     }
@@ -193,9 +201,14 @@ const char* NdMissingDatum(const NdPicture& picture) {
         return "NO NAV DATA";
     }
     if (NdFollowsNavReceiver()) {
-        return picture.receivers.nav1Signal ? nullptr : "NO SIGNAL";
+        return !picture.receivers.nav1Signal          ? "NO SIGNAL"
+               : NavReceiverFailed(picture.receivers) ? "NAV FAIL"
+                                                      : nullptr;
     }
-    return picture.hasWaypoint ? nullptr : "NO FLIGHT PLAN";
+    if (!picture.hasWaypoint) {
+        return "NO FLIGHT PLAN";
+    }
+    return PositionKnown() ? nullptr : "NO POSITION";
 }
 
 TextBox NdMissingBox(NdPicture& picture, const char* text) {

@@ -12,12 +12,14 @@
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
+#include "drawing/palette.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "host/bitmaps.h"
 #include "host/mouse_table.h"
 #include "platform/services.h"
+#include "simlink/aircraft_state.h"
 #include "simlink/exported_variables.h"
 
 namespace avq1 {
@@ -103,20 +105,19 @@ constexpr IconRow kEfisIcons[] = {
 };
 
 // ---- screens ----
-// Screens that are not there yet show their glass cleared.
+// Screens that are not there yet show dark glass.
 void DrawBlank(const DrawTarget& target) {
-    Surface(target, target.widthPx, target.heightPx);
+    Surface surface(target, target.widthPx, target.heightPx);
+    if (surface.ShouldDraw() && avionicsPower != 0) {
+        surface.canvas().FillRectangle(colour::Black, 0, 0, target.widthPx, target.heightPx);
+    }
 }
 
 // ---- behaviours ----
-constexpr std::string_view kDisplayWords[] = {"VC", "VC2", "WN"};
-constexpr std::string_view kPanelWords[] = {"VC", "WN"};
-
 constexpr GaugeBehaviour Display(void (*drawScreen)(const DrawTarget&), std::uint32_t popupIdent) {
     return {.takesSimFolder = true,
             .initialises = true,
             .loadsNavigation = true,
-            .placementWords = kDisplayWords,
             .updatesFrame = true,
             .startsGraphics = true,
             .hiddenWhileMainShows = true,
@@ -159,11 +160,8 @@ constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, panel_window::kEhsi, true)
 constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, panel_window::kEhsiNoBezel, false);
 constexpr GaugeBehaviour kTcas = Display(DrawBlank, panel_window::kTcas);
 constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, panel_window::kNd, false);
-constexpr GaugeBehaviour kPanel{.initialises = true,
-                                .loadsNavigation = true,
-                                .placementWords = kPanelWords,
-                                .updatesFrame = true};
-constexpr GaugeBehaviour kModeButton{.initialises = true, .placementWords = kPanelWords};
+constexpr GaugeBehaviour kPanel{.initialises = true, .loadsNavigation = true, .updatesFrame = true};
+constexpr GaugeBehaviour kModeButton{.initialises = true};
 constexpr GaugeBehaviour kSmiths = Unit(DrawBlank, true);
 constexpr GaugeBehaviour kServer{.onInstall = RegisterExportedVariables,
                                  .onKill = UnregisterExportedVariables};

@@ -40,7 +40,6 @@ struct GaugeBehaviour {
     bool initialises = false;      // initialise: the one-time loads
     bool loadsNavigation = false;  // its loads include the navigation database and stored plans
     bool logsAfterLoad = false;    // its navigation load is followed by the flight log's start
-    std::span<const std::string_view> placementWords = {};  // parameters that name no aircraft
     const KeyboardUser* keyboardUser = nullptr;  // loses the keyboard on disconnect and kill
     void (*beforeUpdate)() = nullptr;            // draw: comes before the per-frame update
     bool updatesFrame = false;                   // draw: runs the per-frame update

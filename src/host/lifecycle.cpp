@@ -28,6 +28,9 @@ constexpr std::string_view kVirtualCockpit = "VC";
 constexpr std::string_view kSecondVirtualCockpit = "VC2";
 constexpr std::string_view kOwnWindow = "WN";
 
+// Parameters that say where an instance stands, and so name no aircraft.
+constexpr std::string_view kPlacementWords[] = {kVirtualCockpit, kSecondVirtualCockpit, kOwnWindow};
+
 std::string_view ParameterText(const char* parameters) {
     return parameters != nullptr ? std::string_view(parameters) : std::string_view();
 }
@@ -48,12 +51,10 @@ void EnsureFlightLogStarted() {
 }
 
 // The first gauge with a usable parameter fixes the aircraft for as long as the module is loaded.
-void TakeAircraft(const GaugeBehaviour& behaviour, std::string_view parameters) {
-    if (!AircraftName.empty()) {
-        return;
-    }
-    const auto words = behaviour.placementWords;
-    if (parameters.empty() || std::ranges::find(words, parameters) != words.end()) {
+void TakeAircraft(std::string_view parameters) {
+    const bool placement =
+        std::ranges::find(kPlacementWords, parameters) != std::end(kPlacementWords);
+    if (!AircraftName.empty() || parameters.empty() || placement) {
         return;
     }
     AircraftName = parameters;
@@ -77,7 +78,7 @@ void LoadSharedCore(const GaugeBehaviour& behaviour, std::string_view parameters
             RunFlightLogStartPass();
         }
     }
-    TakeAircraft(behaviour, parameters);
+    TakeAircraft(parameters);
     if (behaviour.loadsNavigation && storedPlans.plans.empty()) {
         ListStoredPlans();
     }

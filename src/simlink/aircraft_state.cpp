@@ -1,11 +1,13 @@
 #include "simlink/aircraft_state.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
+#include <span>
 
 #include "base/module_state.h"
 #include "base/text.h"
 #include "platform/services.h"
-#include "simlink/sim_variables.h"
 
 namespace avq1 {
 
@@ -27,6 +29,17 @@ constexpr double kFpmPerRawVerticalSpeed = 0.7689468503937007;
 constexpr double kDegreesPerRawLatitude = 8.998425275459816e-06;
 constexpr double kDegreesPerRawLongitude = 1.278976924368144e-12;
 constexpr double kRawHalfTurn = 140737488355332;  // from here on the longitude is west
+
+constexpr double kNotKnown = std::numeric_limits<double>::quiet_NaN();
+
+struct LostValues {
+    AircraftState badReadings{.latitude = 0, .longitude = 0};  // of each field, in a row
+    std::int32_t count = 0;                                    // fields lost at the last refresh
+    AircraftState shownAircraft;
+    DerivedState shownDerived;
+};
+
+LostValues lost;
 
 // The airspeed reader's own record: it carries the smoothed value from reading to reading.
 ModuleVariable airspeedVariable{kAirspeedVariable};
@@ -116,6 +129,31 @@ constexpr SnapshotRow kSnapshot[] = {
     {344, &AircraftState::windDirection},
 };
 
+struct DerivedRow {
+    double DerivedState::*field;
+    std::span<double AircraftState::*const> from;
+};
+
+constexpr double AircraftState::*kWind[] = {
+    &AircraftState::windSpeedKt, &AircraftState::windDirection, &AircraftState::trueHeading};
+constexpr double AircraftState::*kMotion[] = {
+    &AircraftState::groundSpeedKt, &AircraftState::windSpeedKt, &AircraftState::windDirection,
+    &AircraftState::trueHeading};
+constexpr double AircraftState::*kWindDirection[] = {&AircraftState::windDirection,
+                                                     &AircraftState::magneticVariation};
+constexpr double AircraftState::*kSimRate[] = {&AircraftState::simRateRaw};
+
+constexpr DerivedRow kDerived[] = {
+    {&DerivedState::headwindKt, kWind},
+    {&DerivedState::crosswindKt, kWind},
+    {&DerivedState::trueAirspeedEstimateKt, kMotion},
+    {&DerivedState::driftDeg, kMotion},
+    {&DerivedState::windDirectionMag, kWindDirection},
+    {&DerivedState::simRate, kSimRate},
+};
+
+// A reading that is not a number leaves the field as it was: one bad sample must not carry into
+// the smoothing or the position guidance flies by.
 void RefreshField(const SnapshotRow& row) {
     ModuleVariable onStack;
     ModuleVariable& variable = row.variable == kAirspeedVariable ? airspeedVariable : onStack;
@@ -123,15 +161,25 @@ void RefreshField(const SnapshotRow& row) {
     const double previous = variable.previousValue;
     LookupVariable(variable);
     variable.previousValue = previous;  // the smoothing's own, whatever the host writes
-    // A reading that is not a number leaves the field as it was: one bad sample must not carry
-    // into the smoothing or the position guidance flies by.
-    if (!std::isfinite(variable.value)) {
-        variable.value = previous;
-        return;
-    }
-    const double converted = row.convert(variable.value);
+    const double converted =
+        std::isfinite(variable.value) ? row.convert(variable.value) : kNotKnown;
+    double& badReadings = lost.badReadings.*row.field;
     if (std::isfinite(converted)) {
         aircraft.*row.field = converted;
+        badReadings = 0;
+    } else {
+        variable.value = previous;
+        badReadings += 1;
+        lost.count += IsLost(row.field) ? 1 : 0;
+    }
+}
+
+void RefreshAvionicsPower() {
+    ModuleVariable power;
+    power.number = kAvionicsPowerVariable;
+    LookupVariable(power);
+    if (std::isfinite(power.value)) {
+        avionicsPower = TruncateToInteger(power.value);
     }
 }
 
@@ -139,16 +187,48 @@ const StateReset resetAircraftState([] {
     aircraft = {};
     derived = {};
     avionicsPower = 0;
+    lost = LostValues{};
     airspeedVariable = ModuleVariable{kAirspeedVariable};
 });
 
 }  // namespace
 
 void RefreshAircraftState() {
+    lost.count = 0;
     for (const SnapshotRow& row : kSnapshot) {
         RefreshField(row);
     }
-    avionicsPower = TruncateToInteger(ReadVariable(kAvionicsPowerVariable));
+    RefreshAvionicsPower();
+}
+
+bool IsLost(double AircraftState::*field) {
+    return lost.badReadings.*field > kReadingsUntilLost;
+}
+
+const AircraftState& ShownAircraft() {
+    if (lost.count == 0) {
+        return aircraft;
+    }
+    lost.shownAircraft = aircraft;
+    for (const SnapshotRow& row : kSnapshot) {
+        if (IsLost(row.field)) {
+            lost.shownAircraft.*row.field = kNotKnown;
+        }
+    }
+    return lost.shownAircraft;
+}
+
+const DerivedState& ShownDerived() {
+    if (lost.count == 0) {
+        return derived;
+    }
+    lost.shownDerived = derived;
+    for (const DerivedRow& row : kDerived) {
+        if (std::ranges::any_of(row.from, IsLost)) {
+            lost.shownDerived.*row.field = kNotKnown;
+        }
+    }
+    return lost.shownDerived;
 }
 
 }  // namespace avq1

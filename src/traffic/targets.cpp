@@ -68,7 +68,7 @@ void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layo
     symbol.rangeNm = view.rangeNm;
     int x = 0;
     int y = 0;
-    PolarToScreen(aircraft.trueHeading, target.bearingTrue, view.centreX, view.centreY,
+    PolarToScreen(ShownAircraft().trueHeading, target.bearingTrue, view.centreX, view.centreY,
                   target.rangeNm * (view.radiusPx / view.rangeNm), x, y);
     const CanvasPoint at{static_cast<double>(x), static_cast<double>(y)};
     DrawSymbol(surface, at.x, at.y, symbol);
@@ -86,7 +86,7 @@ void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout
                             target.relativeAltitudeHundreds <= bandHundreds;
         // false also for what is no number
         const bool near = std::abs(target.rangeNm) < kFarRanges * view.rangeNm;
-        if (inBand && near && std::isfinite(target.bearingTrue + aircraft.trueHeading)) {
+        if (inBand && near && std::isfinite(target.bearingTrue + ShownAircraft().trueHeading)) {
             DrawOneTarget(surface, view, layout, target);
         }
     }

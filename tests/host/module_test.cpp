@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <functional>
 #include <random>
+#include <set>
 
 #include "base/module_state.h"
 #include "base/sim_folder.h"
@@ -151,20 +152,51 @@ TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
     EXPECT_EQ(std::ranges::count(cockpit.pixels(), 0xFF123456u), 280 * 262);
 }
 
-TEST_F(Module, TheFirstUsableParameterNamesTheAircraft) {
-    const struct {
-        const char *gauge, *parameter, *aircraftAfter;
-    } cases[] = {{"EFS50_EHSI", "VC", ""},
-                 {"MCU", "WN", ""},
-                 {"EFS50_EHSI_CNTR", "VC", ""},
-                 {"EFS50_EHSI", nullptr, ""},
-                 {"EFS50_EHSI_CNTR", "VC2", "VC2"},  // no placement word of a control panel
-                 {"MCU", "B737", "VC2"}};            // fixed for as long as the module is loaded
-    for (const auto& row : cases) {
-        Placement gauge(row.gauge, row.parameter);
-        gauge.Send(PanelEvent::Initialise);
-        EXPECT_EQ(AircraftName, row.aircraftAfter) << row.gauge;
+TEST_F(Module, EveryScreenIsOpaqueWithPowerAndTransparentWithout) {
+    const auto opacities = [](Placement& gauge) {
+        std::set<std::uint32_t> found;
+        for (const std::uint32_t pixel : gauge.pixels()) {
+            found.insert(pixel >> 24);
+        }
+        return found;
+    };
+    int screens = 0;
+    for (const GaugeRow& row : GaugeTable()) {
+        if (row.surface.resource == 0) {
+            continue;
+        }
+        ++screens;
+        for (const double scale : {1.0, 1.37}) {
+            Placement gauge(row.name, nullptr, static_cast<int>(row.surface.box.width * scale),
+                            static_cast<int>(row.surface.box.height * scale));
+            gauge.Send(PanelEvent::ConnectToWindow);
+            for (const double power : {1.0, 0.0, 1.0}) {
+                simulator.variables[773] = power;
+                simulator.NextTick();
+                gauge.Send(PanelEvent::Draw);
+                EXPECT_EQ(opacities(gauge), std::set<std::uint32_t>{power == 0 ? 0u : 0xFFu})
+                    << row.name << " x " << scale;
+            }
+        }
     }
+    EXPECT_EQ(screens, 15);
+}
+
+TEST_F(Module, TheFirstUsableParameterNamesTheAircraft) {
+    const auto place = [](const char* gauge, const char* parameter) {
+        Placement(gauge, parameter).Send(PanelEvent::Initialise);
+        return AircraftName;
+    };
+    for (const GaugeHeader* gauge : Linkage.gauges) {
+        if (gauge != nullptr && gauge->callback != nullptr) {
+            for (const char* word : {"VC", "VC2", "WN", "", static_cast<const char*>(nullptr)}) {
+                EXPECT_EQ(place(gauge->name, word), "") << gauge->name;
+            }
+        }
+    }
+    EXPECT_EQ(place("SERVER", "A320"), "") << "loads nothing";
+    EXPECT_EQ(place("P1000_MFD_CNTR", "B737"), "B737");
+    EXPECT_EQ(place("MCU", "A320"), "B737") << "for as long as the module is loaded";
 }
 
 TEST_F(Module, LoadsTheSharedCoreOnceAndRetriesOnlyAMissingAirportFile) {

@@ -61,11 +61,41 @@ TEST_F(SimlinkTest, AirspeedIsSmoothedAndAReadingThatIsNoNumberChangesNothing) {
         EXPECT_NEAR(aircraft.latitude, 40, 1e-9);
         EXPECT_NEAR(aircraft.longitude, -70, 1e-9);
         EXPECT_NEAR(aircraft.indicatedAirspeedKt, 30, 1e-9);
-        EXPECT_EQ(avionicsPower, 0);
+        EXPECT_EQ(avionicsPower, 1);
     }
     simulator.variables[61] = 100;
     RefreshAircraftState();
     EXPECT_NEAR(aircraft.indicatedAirspeedKt, 51, 1e-9);
+}
+
+TEST_F(SimlinkTest, AFieldIsLostAfterEighteenBadReadingsInARow) {
+    derived.driftDeg = 3;
+    derived.windDirectionMag = 5;
+    simulator.variables[82] = simulator.variables[551] = 10;
+    const auto read = [&](double variation, int times) {
+        simulator.variables[82] = variation;
+        for (int i = 0; i < times; ++i) {
+            RefreshAircraftState();
+        }
+        return IsLost(&AircraftState::magneticVariation);
+    };
+    EXPECT_FALSE(read(10, 1));
+    EXPECT_FALSE(read(kNan, 18));
+    EXPECT_FALSE(read(11, 1)) << "in a row";
+    EXPECT_FALSE(read(kNan, 18));
+    EXPECT_EQ(ShownAircraft().magneticVariation, 11);
+    EXPECT_TRUE(read(kNan, 1));
+    EXPECT_EQ(aircraft.magneticVariation, 11) << "guidance keeps the last good value";
+    EXPECT_TRUE(std::isnan(ShownAircraft().magneticVariation));
+    EXPECT_EQ(ShownAircraft().groundSpeedKt, aircraft.groundSpeedKt);
+    EXPECT_TRUE(std::isnan(ShownDerived().windDirectionMag));
+    EXPECT_EQ(ShownDerived().driftDeg, 3) << "of other fields";
+    EXPECT_FALSE(read(12, 1));
+    EXPECT_EQ(ShownAircraft().magneticVariation, 12);
+    EXPECT_EQ(ShownDerived().windDirectionMag, 5);
+    simulator.variables[614] = 1e308;  // a number of metres, but none of feet
+    read(12, 19);
+    EXPECT_TRUE(IsLost(&AircraftState::radioAltitudeFt));
 }
 
 TEST_F(SimlinkTest, FuelIsSummedOverSevenTanks) {
