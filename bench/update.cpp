@@ -1,5 +1,10 @@
-// The per-frame update against its lower bound: the same number of bare great-circle evaluations.
+// The per-frame update against its lower bound: the same variables read from the same host, and the
+// spherical geometry the steps of a frame ask for.
 #include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
 
 #include "base/module_state.h"
 #include "bench/allocation_counter.h"
@@ -8,17 +13,74 @@
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "host/update_frame.h"
+#include "platform/services.h"
 #include "simlink/aircraft_state.h"
-#include "tests/support/fake_simulator.h"
 
 namespace avq1 {
 namespace {
 
-// A gently curving route of `legs` legs of 20 nm; the aircraft is early on its first leg.
-void FlyPlanOf(int legs, test::FakeSimulator& simulator) {
+constexpr std::int32_t kVariables = 1024;
+constexpr std::int32_t kTickVariable = 1;
+constexpr std::int32_t kLatitudeVariable = 71;
+constexpr double kRawPerDegreeLatitude = 1 / 8.998425275459816e-06;
+constexpr double kRawPerDegreeLongitude = 1 / 1.278976924368144e-12;
+constexpr std::int32_t kTicksThere = 128;  // the aircraft goes to and fro, so a run may last
+
+// The simulator as cheap as one can be: its variables are an array.
+struct ArrayHost {
+    std::array<double, kVariables> variables{};
+    std::int32_t reads = 0;
+    std::int32_t tick = 0;
+    PanelServices services;
+};
+
+ArrayHost host;
+
+void Lookup(ModuleVariable* variable) {
+    variable->value = host.variables[static_cast<std::size_t>(variable->number)];
+}
+
+void LookupCounted(ModuleVariable* variable) {
+    ++host.reads;
+    Lookup(variable);
+}
+
+void InstallHost() {
+    ResetModuleState();
+    host = {};
+    host.services.lookup_var = Lookup;
+    host.services.trigger_key_event = [](std::int32_t, std::uint32_t) { return 1; };
+    host.services.panel_window_shown = [](std::uint32_t) { return 0; };
+    ImportTable.panel.services = &host.services;
+    const struct {
+        std::int32_t variable;
+        double value;
+    } rows[] = {{kLatitudeVariable, 40.01 * kRawPerDegreeLatitude},
+                {72, (360 - 79.9) * kRawPerDegreeLongitude},
+                {551, 400 / 0.5924837511331251},  // ground speed
+                {81, 82},                         // heading
+                {86, 82},
+                {106, 1},   // heading hold on
+                {773, 1}};  // avionics power
+    for (const auto& row : rows) {
+        host.variables[row.variable] = row.value;
+    }
+    RefreshAircraftState();
+}
+
+// The next tick: the aircraft has moved by a few metres.
+void NextTick() {
+    constexpr double kStepRaw = 3e-5 * kRawPerDegreeLatitude;
+    host.variables[kTickVariable] = ++host.tick;
+    host.variables[kLatitudeVariable] += host.tick / kTicksThere % 2 == 0 ? kStepRaw : -kStepRaw;
+}
+
+// A gently curving route of `legs` legs of 20 nm; LNAV flies its first.
+void FlyPlanOf(std::int64_t legs) {
+    InstallHost();
     double latitude = 40.0;
     double longitude = -80.0;
-    for (int i = 0; i <= legs; ++i) {
+    for (std::int32_t i = 0; i <= legs; ++i) {
         PlanWaypoint& entry = activePlan.entries[i];
         entry = PlanWaypoint{};
         entry.ident = "WP" + std::to_string(i);
@@ -27,65 +89,107 @@ void FlyPlanOf(int legs, test::FakeSimulator& simulator) {
         entry.longitude = longitude;
         PointAtDistance(latitude, longitude, 80.0 + i % 20, 20.0, latitude, longitude);
     }
-    activePlan.lastIndex = legs;
-    simulator.SetPosition(40.01, -79.99);
-    simulator.SetGroundSpeedKt(400);
-    simulator.variables[106] = 1;  // heading hold on
-    simulator.variables[81] = simulator.variables[86] = 82;
-    simulator.variables[773] = 1;
-    RefreshAircraftState();
+    activePlan.lastIndex = static_cast<std::int32_t>(legs);
     SetActiveWaypoint(1);
     EngageLnav();
+    guidance.trackLeg = 1;
+    NextTick();
+    UpdateFrame();
 }
 
-// What one update cannot do without: the leg, the waypoint, the look-ahead and the cross-track
-// (six evaluations) and the route from the aircraft through every entry to come, and its straight
-// line (one a leg and two).
-int GreatCirclesOf(int legs) {
-    return 6 + legs + 1;
+std::int32_t ReadsOf(void (*work)()) {
+    host.services.lookup_var = LookupCounted;
+    host.reads = 0;
+    work();
+    host.services.lookup_var = Lookup;
+    return host.reads;
 }
 
 void UpdateFrameWithLegs(benchmark::State& state) {
-    ResetModuleState();
-    test::FakeSimulator& simulator = test::FakeSimulator::Install();
-    const int legs = static_cast<int>(state.range(0));
-    FlyPlanOf(legs, simulator);
-    simulator.NextTick();
-    UpdateFrame();
+    FlyPlanOf(state.range(0));
     const long before = bench::AllocationCount();
     for (auto _ : state) {
-        simulator.NextTick();
+        NextTick();
         UpdateFrame();
     }
     state.counters["allocations"] = benchmark::Counter(
         static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
-    state.counters["great_circles"] = GreatCirclesOf(legs);
 }
-BENCHMARK(UpdateFrameWithLegs)->Arg(10)->Arg(100);
+BENCHMARK(UpdateFrameWithLegs)->Arg(10)->Arg(100)->Arg(kMaxPlanIndex);
 
-void BareGreatCircles(benchmark::State& state) {
-    const int count = GreatCirclesOf(static_cast<int>(state.range(0)));
-    double latitude = 40.0;
+void SnapshotAlone(benchmark::State& state) {
+    FlyPlanOf(10);
     for (auto _ : state) {
-        for (int i = 0; i < count; ++i) {
-            double distance = 0;
-            double course = 0;
-            DistanceAndCourse(latitude, -80.0, 40.5 + i * 0.01, -79.0, distance, course);
-            benchmark::DoNotOptimize(distance);
+        NextTick();
+        RefreshAircraftState();
+    }
+}
+BENCHMARK(SnapshotAlone);
+
+// `count` variables read through the host's table into records of their own.
+void ReadBare(std::int32_t count) {
+    for (std::int32_t i = 0; i < count; ++i) {
+        ModuleVariable variable;
+        variable.number = kTickVariable + 3 * i;
+        LookupVariable(variable);
+        benchmark::DoNotOptimize(variable.value);
+    }
+}
+
+void BareReadsOfTheSnapshot(benchmark::State& state) {
+    FlyPlanOf(10);
+    const std::int32_t reads = ReadsOf(RefreshAircraftState);
+    for (auto _ : state) {
+        NextTick();
+        ReadBare(reads);
+    }
+    state.counters["reads"] = reads;
+}
+BENCHMARK(BareReadsOfTheSnapshot);
+
+// What the steps of a frame that follows a leg ask geometry/ for. Distances and courses: the leg
+// and the way to its waypoint (leg geometry, again for the cross-track), the ways to the next entry
+// and to the destination (route), from the abeam point (cross-track), to the look-ahead point
+// (steering). Points: abeam and look-ahead.
+constexpr std::int64_t kGreatCirclesAsked = 8;
+// Each of them once: the leg, the waypoint (it is the next entry), the destination, the abeam
+// point, the look-ahead point.
+constexpr std::int64_t kGreatCirclesOnce = 5;
+constexpr std::int64_t kPoints = 2;
+
+// The lower bound of a frame: its variables read, its geometry evaluated, nothing kept.
+void BareReadsAndGeometry(benchmark::State& state) {
+    FlyPlanOf(10);
+    NextTick();
+    const std::int32_t reads = ReadsOf(UpdateFrame);
+    for (auto _ : state) {
+        NextTick();
+        ReadBare(reads);
+        const double from = 40.01 + host.tick % kTicksThere * 3e-5;
+        double distanceNm = 0;
+        double course = 0;
+        for (std::int64_t i = 0; i < state.range(0); ++i) {
+            const double step = static_cast<double>(i) * 0.01;
+            DistanceAndCourse(from, -79.9, 40.5 + step, -79.0, distanceNm, course);
+            benchmark::DoNotOptimize(distanceNm);
             benchmark::DoNotOptimize(course);
         }
-        benchmark::DoNotOptimize(latitude);
+        for (std::int64_t i = 0; i < kPoints; ++i) {
+            double latitude = 0;
+            double longitude = 0;
+            PointAtDistance(from, -79.9, course, distanceNm, latitude, longitude);
+            benchmark::DoNotOptimize(latitude);
+            benchmark::DoNotOptimize(longitude);
+        }
     }
-    state.counters["great_circles"] = count;
+    state.counters["reads"] = reads;
+    state.counters["great_circles"] = static_cast<double>(state.range(0));
+    state.counters["points"] = kPoints;
 }
-BENCHMARK(BareGreatCircles)->Arg(10)->Arg(100);
+BENCHMARK(BareReadsAndGeometry)->Arg(kGreatCirclesAsked)->Arg(kGreatCirclesOnce);
 
 void UpdateFrameLaterCallsOfATick(benchmark::State& state) {
-    ResetModuleState();
-    test::FakeSimulator& simulator = test::FakeSimulator::Install();
-    FlyPlanOf(100, simulator);
-    simulator.NextTick();
-    UpdateFrame();
+    FlyPlanOf(100);
     for (auto _ : state) {
         UpdateFrame();
     }
