@@ -108,15 +108,23 @@ TEST_F(Eadi, AnnouncesModesOnlyWhileTheAutopilotIsOn) {
 
 TEST_F(Eadi, ShowsHeightsWithinTheirBounds) {
     ehsi.decisionHeight = 250;
-    const std::pair<double, const char*> cases[] = {
-        // null: hidden
-        {-20.5, nullptr}, {-20, "  -20"},  {-0.3, "    0"}, {187, "  187"},
-        {2500, " 2500"},  {2501, nullptr}, {kNan, nullptr}};
-    for (const auto& [heightFt, value] : cases) {
+    const std::tuple<double, const char*, std::uint32_t> cases[] = {// null: hidden
+                                                                    {-20.5, nullptr, 0},
+                                                                    {-20, "  -20", colour::Amber},
+                                                                    {-0.3, "    0", colour::Amber},
+                                                                    {250, "  250", colour::Amber},
+                                                                    {250.6, "  251", colour::Green},
+                                                                    {2500, " 2500", colour::Green},
+                                                                    {2501, nullptr, 0},
+                                                                    {kNan, nullptr, 0}};
+    for (const auto& [heightFt, value, argb] : cases) {
         aircraft.radioAltitudeFt = heightFt;
         Draw();
         ExpectShown({"DH", "250"});
         ExpectShown({"RA", value == nullptr ? "RA" : value}, value != nullptr);
+        if (value != nullptr) {
+            EXPECT_EQ(Picture::Find(value)->argb, argb) << value;
+        }
     }
 }
 

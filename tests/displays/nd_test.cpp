@@ -264,8 +264,13 @@ TEST_F(Nd, TheReceiverIsNamedWithFrequencyDistanceAndSense) {
     ExpectDrawn(5, {"FROM", "NN"});
     EXPECT_EQ(test::CountTexts("VVV"), 1);  // once only, though the stations show
     nd.ndShowStations = 0;
+    const auto stationDrawn = [] {
+        return HasColourNear(*Draw(5, 2), 2, {kArc.x - 3 * 21.5, kArc.y - 3 * 21.5}, colour::Green);
+    };
+    EXPECT_TRUE(stationDrawn());
     simulator_->variables[46] = 0x80;
     ExpectDrawn(5, {"ILS 1"}, {"FROM", "VVV"});
+    EXPECT_FALSE(stationDrawn());
     simulator_->variables[46] = 0;
     aircraft.nav1RelativeBearing = 300;  // no station there
     ExpectDrawn(5, {}, {"113.40", "VVV"});
@@ -408,11 +413,17 @@ TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
 
 TEST_F(Nd, NearbyListsAreMadeAnewOnlyFarAway) {
     AddPoints();
+    AddPoint(navDatabase.navaids, PointKind::Vor, "EDGE", 189, 0);
     nd.ndShowStations = 1;
     Draw(5);
-    EXPECT_EQ(nearby.navaids600.points.count, 2);
+    EXPECT_EQ(nearby.navaids600.points.count, 3);
     EXPECT_EQ(nearby.airports600.points.count, 0);  // not shown: not built
     const LatLon before = nearby.navaids600.reference;
+    for (const auto& [northNm, count] : {std::pair{9.9, 2}, {10.1, 3}, {0.2, 3}, {0.0, 2}}) {
+        aircraft.latitude = northNm / 60;
+        Draw(5);
+        EXPECT_EQ(nearby.navaids180.points.count, count) << northNm;
+    }
     aircraft.latitude = 59.0 / 60;
     Draw(5);
     EXPECT_EQ(nearby.navaids600.reference.latitude, before.latitude);

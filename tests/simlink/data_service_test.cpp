@@ -40,6 +40,8 @@ TEST_F(DataService, OpensOnlyWithAServiceItCanTrust) {
     } cases[] = {
         {0x19980005, 0xFADE0007, 9, 0, 52, DsError::None},
         {0x20000000, 0xFADE0007, 9, 7, 1024, DsError::None},
+        {0x20000000, 0xFADEC107, 9, 0xC107, 1024, DsError::None},  // all its low half counts
+        {0x20000000, 0xFADEC107, 9, 7, 1024, DsError::WrongSimulator},
         {0x19980004, 0xFADE0007, 9, 0, 1024, DsError::WrongVersion},
         {0x19980005, 0xFADD0007, 9, 0, 1024, DsError::WrongVersion},
         {0x19980005, 0xFADE0007, 9, 8, 1024, DsError::WrongSimulator},
