@@ -269,7 +269,7 @@ TEST_F(Nd, TheReceiverIsNamedWithFrequencyDistanceAndSense) {
     };
     EXPECT_TRUE(stationDrawn());
     simulator_->variables[46] = 0x80;
-    ExpectDrawn(5, {"ILS 1"}, {"FROM", "VVV"});
+    ExpectDrawn(5, {"ILS 1"}, {"FROM", "VVV", "113.40"});
     EXPECT_FALSE(stationDrawn());
     simulator_->variables[46] = 0;
     aircraft.nav1RelativeBearing = 300;  // no station there

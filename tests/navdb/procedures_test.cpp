@@ -129,9 +129,10 @@ void WriteAirport(const TempSimFolder& folder) {
     folder.Write("avq/Navdata/avq_stars.txt",
                  "[KBOS]\nT STAR1 x 22L\nSTAR1.ZZZ ZZZ\nSTAR1.AAA AAA\n"
                  "STAR1.ZZZ YYY\nSTAR1 MMM\n[KZZZ]\nSTAR9 AAA\n");
-    folder.Write("avq/Navdata/avq_apps.txt",
-                 "[KBOS]\n22L ILS PROVI IAF\n22L ILS MILTT FAF\n22L ILS RUNWY MAP\n22L RNAV PROVI IAF\n"
-                 "22L RNAV WINNI WINNI\n04R ILS MILIS IAF\n22L ILS REPLY MAF\n-- VORA LWM IAF\n");
+    folder.Write(
+        "avq/Navdata/avq_apps.txt",
+        "[KBOS]\n22L ILS PROVI IAF\n22L ILS MILTT FAF\n22L ILS RUNWY MAP\n22L RNAV PROVI IAF\n"
+        "22L RNAV WINNI WINNI\n04R ILS MILIS IAF\n22L ILS REPLY MAF\n-- VORA LWM IAF\n");
 }
 
 TEST(Procedures, AnAirportSlotGetsItsOwnKinds) {
