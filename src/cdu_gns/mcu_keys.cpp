@@ -45,16 +45,14 @@ void HoldAtActiveWaypoint() {
     hold.inboundCourseMag = guidance.desiredTrackMag;
     hold.corners[0] = {guidance.activeLatitude, guidance.activeLongitude,
                        activePlan.entries[fix].ident};
-    holdList.holds[1] = hold;
-    holdList.count = 1;
-    holdList.holdActive = 1;
-    holdList.holdTargetCorner = 0;
-    holdList.holdState = 0;
+    AddHold(hold);
+    holdFlight = {};
+    holdFlight.holdActive = 1;
     activePlan.entries[fix].hasHold = 1;
 }
 
 void PressHold(const KeyClick&) {
-    if (guidance.lnavEngaged != 0 && holdList.holdActive == 0 && holdList.count == 0 &&
+    if (guidance.lnavEngaged != 0 && holdFlight.holdActive == 0 && holdList.count == 0 &&
         HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex)) {
         HoldAtActiveWaypoint();
     }
@@ -167,7 +165,7 @@ bool McuLnavLit() {
 }
 
 bool McuHoldLit() {
-    return holdList.holdActive != 0;
+    return holdFlight.holdActive != 0;
 }
 
 }  // namespace avq1

@@ -104,22 +104,22 @@ void ShowDestination(const FieldRow&, UnitText& text) {
 // The corner a hold is flown to, or its fix before the pattern is reached.
 const char* HoldTarget() {
     const HoldPattern& hold = holdList.holds[1];
-    if (holdList.holdTargetCorner == 0 && activePlan.Holds(hold.fixIndex)) {
+    if (holdFlight.holdTargetCorner == 0 && activePlan.Holds(hold.fixIndex)) {
         return activePlan.entries[hold.fixIndex].ident.c_str();
     }
-    return hold.corners[static_cast<std::size_t>(holdList.holdTargetCorner)].name.c_str();
+    return hold.corners[static_cast<std::size_t>(holdFlight.holdTargetCorner)].name.c_str();
 }
 
 void ShowStatus(const FieldRow&, UnitText& text) {
     UnitText lateral;
     if (guidance.lnavEngaged != 0 && guidance.trackLeg != 0) {
         lateral.Put("LNAV(%.1f%c) ", guidance.crossTrackNm,
-                    guidance.crossTrackSide == 1 ? 'R' : 'L');
+                    guidance.crossTrackSide == Side::Right ? 'R' : 'L');
     } else if (guidance.lnavEngaged != 0 && !HoldBeingFlown()) {  // a hold commands its own
         lateral.Put("DCTTO (%3.0fD) ", WholeCourse(guidance.headingCommandMag));
     }
     UnitText hold;
-    if (holdList.holdActive != 0) {
+    if (holdFlight.holdActive != 0) {
         hold.Put("HOLD(%.8s) ", HoldTarget());
     }
     text.Put("%s%s%s", lateral.c_str(), hold.c_str(), guidance.vnavEngaged != 0 ? "VNAV" : "");

@@ -62,7 +62,6 @@ void DrawReceiverSource(EhsiPicture& picture) {
 }
 
 void DrawFlightManagementSource(EhsiPicture& picture) {
-    constexpr std::int32_t kRightOfTrack = 1;
     picture.surface.Text("FMS", kData, colour::Magenta, kLeft, 16);
     if (!picture.hasWaypoint) {
         picture.surface.Text("NO ROUTE", kSmall, colour::Amber, kLeft, 28);
@@ -70,7 +69,7 @@ void DrawFlightManagementSource(EhsiPicture& picture) {
         picture.surface.Text("NO POSITION", kSmall, colour::Red, kLeft, 28);
     } else if (guidance.crossTrackNm != kNoCrossTrack && CanShow(guidance.crossTrackNm)) {
         picture.surface.Text(FixedText("XTK%4.1f%c", guidance.crossTrackNm,
-                                       guidance.crossTrackSide == kRightOfTrack ? 'R' : 'L'),
+                                       guidance.crossTrackSide == Side::Right ? 'R' : 'L'),
                              kSmall, colour::White, kLeft, 28);
     }
 }

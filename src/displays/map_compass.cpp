@@ -158,7 +158,6 @@ CourseNeedle CourseOfNavReceiver(const ReceiverState& receivers) {
 }
 
 CourseNeedle CourseOfFlightManagement() {
-    constexpr std::int32_t kRightOfTrack = 1;
     CourseNeedle needle;
     needle.pointed = HasActiveWaypoint();
     needle.deviationShown =
@@ -166,7 +165,7 @@ CourseNeedle CourseOfFlightManagement() {
     needle.hasToFrom = needle.deviationShown;
     needle.courseMag = guidance.desiredTrackMag;
     needle.deviation = guidance.crossTrackNm / kFullScaleCrossTrackNm *
-                       (guidance.crossTrackSide == kRightOfTrack ? -1 : 1);
+                       (guidance.crossTrackSide == Side::Right ? -1 : 1);
     needle.bearingMag = guidance.bearingToWaypointMag;
     needle.argb = colour::Magenta;
     return needle;

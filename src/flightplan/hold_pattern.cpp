@@ -1,5 +1,7 @@
 #include "flightplan/hold_pattern.h"
 
+#include <algorithm>
+
 #include "base/module_state.h"
 #include "flightplan/flight_plan.h"
 #include "settings/aircraft_performance.h"
@@ -7,10 +9,14 @@
 namespace avq1 {
 
 HoldList holdList;
+HoldFlight holdFlight;
 
 namespace {
 
-const StateReset resetHolds([] { holdList = HoldList{}; });
+const StateReset resetHolds([] {
+    holdList = {};
+    holdFlight = {};
+});
 
 // Takes record `number` out of the list. Only record 1 is ever flown, so only its removal touches
 // the flight state.
@@ -21,13 +27,13 @@ void RemoveRecord(std::int32_t number) {
     holdList.holds[holdList.count] = HoldPattern{};
     --holdList.count;
     if (number == 1) {
-        if (holdList.holdActive == 1 && holdList.holdTargetCorner > 0) {
-            holdList.holdState = kHoldRemovedWhileFlown;
+        if (holdFlight.holdActive == 1 && holdFlight.holdTargetCorner > 0) {
+            holdFlight.holdState = HoldState::RemovedWhileFlown;
         }
-        holdList.holdTargetCorner = 0;
+        holdFlight.holdTargetCorner = 0;
     }
     if (holdList.count == 0) {
-        holdList.holdActive = 0;
+        holdFlight.holdActive = 0;
     }
 }
 
@@ -57,15 +63,36 @@ HoldPattern NewHold() {
     return hold;
 }
 
-void DeleteHold(std::int32_t fixIndex) {
+bool AddHold(const HoldPattern& hold) {
+    if (holdList.count >= kHoldCapacity) {
+        return false;
+    }
+    holdList.holds[++holdList.count] = hold;
+    return true;
+}
+
+std::int32_t HoldNumberAt(std::int32_t fixIndex) {
     for (std::int32_t i = 1; i <= holdList.count; ++i) {
         if (fixIndex > 0 && holdList.holds[i].fixIndex == fixIndex) {
-            RemoveRecord(i);
-            if (activePlan.Holds(fixIndex)) {
-                activePlan.entries[fixIndex].hasHold = 0;
-            }
-            return;
+            return i;
         }
+    }
+    return 0;
+}
+
+void PutHoldFirst(std::int32_t number) {
+    const auto first = holdList.holds.begin() + 1;
+    std::rotate(first, first + number - 1, first + number);
+}
+
+void DeleteHold(std::int32_t fixIndex) {
+    const std::int32_t number = HoldNumberAt(fixIndex);
+    if (number == 0) {
+        return;
+    }
+    RemoveRecord(number);
+    if (activePlan.Holds(fixIndex)) {
+        activePlan.entries[fixIndex].hasHold = 0;
     }
 }
 
@@ -100,7 +127,8 @@ void DeleteAllHolds() {
             modifiedPlan.entries[hold.pendingFixIndex].hasHold = 0;
         }
     }
-    holdList = HoldList{};
+    holdList = {};
+    holdFlight = {};
 }
 
 void RenumberHolds(std::int32_t from, std::int32_t to) {

@@ -325,15 +325,17 @@ struct Backup {
     FlightPlan plan;
     PlanBook book;
     HoldList holds;
+    HoldFlight flight;
 };
 
 template <typename Body>
 bool Splice(FlightPlan& plan, Body body) {
-    const auto backup = std::make_unique<Backup>(Backup{plan, planBook, holdList});
+    const auto backup = std::make_unique<Backup>(Backup{plan, planBook, holdList, holdFlight});
     if (!body(plan)) {
         plan = backup->plan;
         planBook = backup->book;
         holdList = backup->holds;
+        holdFlight = backup->flight;
         AppendMessage(kPlanFullMessage);
         return false;
     }

@@ -74,7 +74,7 @@ PolarOffset OffsetOf(double reference, double bearing, double rangePx) {
     PolarOffset offset;
     offset.across = std::fabs(rangePx * std::sin(angle * kDegToRad));
     offset.along = std::fabs(rangePx * std::cos(angle * kDegToRad));
-    offset.toTheRight = reference == bearing || TurnSide(reference, bearing) == 1;
+    offset.toTheRight = reference == bearing || TurnSide(reference, bearing) == Side::Right;
     offset.ahead = angle <= 90.0;
     return offset;
 }
@@ -150,9 +150,9 @@ double SmallerAngle(double a, double b) {
     return difference > 180.0 ? 360.0 - difference : difference;
 }
 
-int TurnSide(double a, double b) {
+Side TurnSide(double a, double b) {
     const bool clockwise = b > a ? b - a <= 180.0 : a - b > 180.0;
-    return clockwise ? 1 : 2;
+    return clockwise ? Side::Right : Side::Left;
 }
 
 void FormatLatLon(double latitude, double longitude, PositionText& latitudeText,

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace avq1 {
@@ -47,8 +48,10 @@ double TrueToMagnetic(double courseTrue, double variation);
 // The smaller angle between two directions in [0, 360], 0 to 180.
 double SmallerAngle(double a, double b);
 
-// 1 when direction b lies clockwise of a by at most 180 degrees, else 2 (also when equal).
-int TurnSide(double a, double b);
+enum class Side : std::int32_t { None = 0, Right = 1, Left = 2 };
+
+// Right when direction b lies clockwise of a by at most 180 degrees, else Left (also when equal).
+Side TurnSide(double a, double b);
 
 using PositionText = std::array<char, 16>;
 

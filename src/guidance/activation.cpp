@@ -110,7 +110,7 @@ void LoadPlanAirports() {
 void StartActivePlan() {
     ForgetDestination();
     guidance.trackLeg = 0;
-    guidance.pendingTurnSide = 0;
+    guidance.pendingTurnSide = Side::None;
     guidance.directToTurn = GuidanceState{}.directToTurn;
     FlyActivePlan(kFirstWaypoint);
 }

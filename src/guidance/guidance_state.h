@@ -9,6 +9,7 @@
 #include <string>
 
 #include "flightplan/flight_plan.h"
+#include "geometry/geometry.h"
 
 namespace avq1 {
 
@@ -29,10 +30,10 @@ struct GuidanceState {
     double previousDistanceToGoNm = 0;
     double previousDesiredTrackMag = 0;
     double crossTrackNm = kNoCrossTrack;
-    std::int32_t crossTrackSide = 0;  // 1 right of track, 2 left
-    std::int32_t waypointSideOfTrack = 0;
-    double waypointTrackAngle = 0;  // raw positive difference of true courses
-    std::int32_t trackSideOfHeading = 0;
+    Side crossTrackSide = Side::None;       // of the leg, where the aircraft is
+    Side waypointSideOfTrack = Side::None;  // of the leg's course, where the waypoint is
+    double waypointTrackAngle = 0;          // raw positive difference of true courses
+    Side trackSideOfHeading = Side::None;   // of the leg's course, where the heading points
     double trackHeadingAngle = 0;
     double waypointChangeDistanceNm = 3.0;
     std::int32_t firstLegPrepared = 0;
@@ -43,7 +44,7 @@ struct GuidanceState {
     double headingCommandMag = 0;
     std::int32_t lastHeadingSent = kNoHeadingSent;
     std::string directToTurn = "DEFAULT";  // "DEFAULT", "LEFT" or "RIGHT"
-    std::int32_t pendingTurnSide = 0;      // a forced direct-to turn: ends on this side
+    Side pendingTurnSide = Side::None;     // a forced direct-to turn: ends on this side
     std::string passedIdent;
     std::string passedTimeZulu;
     double passedAltitude = 0;

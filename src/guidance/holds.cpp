@@ -19,7 +19,6 @@ constexpr double kMissedCornerSides = 2.5;  // farther off than this many sides:
 constexpr double kReachedLegFraction = 0.25;
 constexpr double kRightAngle = 90;
 constexpr double kFullTurn = 360;
-constexpr double kNoHoldHeading = -999;
 
 // How each corner follows from the one before: quarter turns off the inbound course, and the
 // distance as a fraction of the leg length.
@@ -51,11 +50,11 @@ CornerApproach ApproachTo(const HoldCorner& corner) {
 
 // The corner lies behind the aircraft, or so far away that it will not be reached.
 bool CornerMissed(const HoldPattern& hold, const CornerApproach& approach) {
-    if (holdList.holdTargetCorner == 0) {
+    if (holdFlight.holdTargetCorner == 0) {
         return false;
     }
-    const HoldCorner& from = hold.corners[holdList.previousCorner];
-    const HoldCorner& to = hold.corners[holdList.holdTargetCorner];
+    const HoldCorner& from = hold.corners[holdFlight.previousCorner];
+    const HoldCorner& to = hold.corners[holdFlight.holdTargetCorner];
     double sideNm = 0;
     double sideCourseTrue = 0;
     DistanceAndCourse(from.latitude, from.longitude, to.latitude, to.longitude, sideNm,
@@ -65,46 +64,60 @@ bool CornerMissed(const HoldPattern& hold, const CornerApproach& approach) {
 }
 
 bool ExitsAtThisCorner() {
-    return holdList.holdState == kHoldExiting ||
-           (holdList.holdState == kHoldExitRequested && holdList.holdTargetCorner == kFirstCorner);
+    return holdFlight.holdState == HoldState::Exiting ||
+           (holdFlight.holdState == HoldState::ExitRequested &&
+            holdFlight.holdTargetCorner == kFirstCorner);
 }
 
 void BeginHold() {
-    holdList.holdActive = 1;
-    holdList.holdState = kHoldNormal;
-    holdList.lastHoldHeading = kNoHoldHeading;
+    holdFlight.holdActive = 1;
+    holdFlight.holdState = HoldState::Normal;
+    holdFlight.lastHoldHeading = kNoHoldHeading;
 }
 
 void FinishHold(std::int32_t fixIndex) {
-    holdList.holdState = kHoldExiting;
-    holdList.holdActive = 0;
+    holdFlight.holdState = HoldState::Exiting;
+    holdFlight.holdActive = 0;
     DeleteHold(fixIndex);
-    holdList.holdTargetCorner = 0;
+    holdFlight.holdTargetCorner = 0;
 }
 
 void AdvanceCorner() {
-    holdList.holdTargetCorner =
-        holdList.holdTargetCorner >= kLastCorner ? kFirstCorner : holdList.holdTargetCorner + 1;
-    holdList.previousCorner =
-        holdList.holdTargetCorner == kFirstCorner ? kLastCorner : holdList.holdTargetCorner - 1;
+    holdFlight.holdTargetCorner =
+        holdFlight.holdTargetCorner >= kLastCorner ? kFirstCorner : holdFlight.holdTargetCorner + 1;
+    holdFlight.previousCorner =
+        holdFlight.holdTargetCorner == kFirstCorner ? kLastCorner : holdFlight.holdTargetCorner - 1;
 }
 
 void SendHoldHeading(double bearingTrue) {
     const double headingMag = TrueToMagnetic(bearingTrue, aircraft.magneticVariation);
     const std::int32_t whole = WholeHeading(headingMag);
-    const bool sent = holdList.lastHoldHeading != kNoHoldHeading &&
-                      whole == WholeHeading(holdList.lastHoldHeading);
+    const bool sent = holdFlight.lastHoldHeading != kNoHoldHeading &&
+                      whole == WholeHeading(holdFlight.lastHoldHeading);
     if (HoldBeingFlown() && !sent) {
         SendKeyEvent(KeyEvent::HeadingBugSet, whole);
-        holdList.lastHoldHeading = headingMag;
+        holdFlight.lastHoldHeading = headingMag;
+    }
+}
+
+// Holds need not stand in the order of the route: the one whose fix is flown to comes first. A
+// hold left for another waypoint is not flown on.
+void TakeHoldAtActiveWaypoint() {
+    if (HoldBeingFlown()) {
+        if (holdList.holds[kFirstHold].fixIndex != planBook.activeIndex) {
+            holdFlight = {};
+        }
+    } else if (const std::int32_t number = HoldNumberAt(planBook.activeIndex);
+               number > kFirstHold) {
+        PutHoldFirst(number);
     }
 }
 
 void FlyHold(const HoldPattern& hold) {
-    CornerApproach approach = ApproachTo(hold.corners[holdList.holdTargetCorner]);
+    CornerApproach approach = ApproachTo(hold.corners[holdFlight.holdTargetCorner]);
     const bool reached = CornerMissed(hold, approach) ||
                          approach.distanceNm <= kReachedLegFraction * hold.legDistanceNm;
-    if (holdList.holdTargetCorner == 0) {
+    if (holdFlight.holdTargetCorner == 0) {
         const bool atFix = reached || approach.distanceNm <= guidance.waypointChangeDistanceNm;
         if (!atFix || hold.fixIndex != planBook.activeIndex) {
             return;  // the fix is still ahead, or the route only comes near it
@@ -118,7 +131,7 @@ void FlyHold(const HoldPattern& hold) {
         }
         AdvanceCorner();
     }
-    approach = ApproachTo(hold.corners[holdList.holdTargetCorner]);
+    approach = ApproachTo(hold.corners[holdFlight.holdTargetCorner]);
     SendHoldHeading(approach.bearingTrue);
 }
 
@@ -129,7 +142,7 @@ void LayOutHold(HoldPattern& hold, const PlanWaypoint& fix) {
         const double speedKt = std::max(aircraft.groundSpeedKt, kSlowestTimedSpeedKt);
         hold.legDistanceNm = speedKt / 60.0 * hold.legMinutes;
     }
-    const double turn = hold.turnDirection == 1 ? kRightAngle : -kRightAngle;
+    const double turn = hold.turnDirection == HoldTurn::Right ? kRightAngle : -kRightAngle;
     const double inboundTrue =
         PositiveModulo(hold.inboundCourseMag + aircraft.magneticVariation, kFullTurn);
     hold.corners[0].latitude = fix.latitude;
@@ -146,10 +159,11 @@ void LayOutHold(HoldPattern& hold, const PlanWaypoint& fix) {
 }
 
 bool HoldBeingFlown() {
-    return holdList.holdActive == 1 && holdList.holdTargetCorner > 0;
+    return holdFlight.holdActive == 1 && holdFlight.holdTargetCorner > 0;
 }
 
 void BuildAndFlyHold() {
+    TakeHoldAtActiveWaypoint();
     HoldPattern& hold = holdList.holds[kFirstHold];
     if (holdList.count < kFirstHold || hold.fixIndex <= 0 || !activePlan.Holds(hold.fixIndex)) {
         return;
@@ -175,17 +189,8 @@ void DeletePassedHolds() {
 }
 
 void EndHoldFlight() {
-    HoldPattern& first = holdList.holds[kFirstHold];
-    if (holdList.count >= kFirstHold && first.fixIndex > 0) {
-        if (first.pendingFixIndex > 0) {
-            first.fixIndex = 0;  // still wanted by the modification being edited
-        } else {
-            DeleteHold(first.fixIndex);
-        }
-    }
-    holdList.holdActive = 0;
-    holdList.holdTargetCorner = 0;
-    holdList.holdState = kHoldLnavOff;
+    holdFlight = {};
+    holdFlight.holdState = HoldState::LnavOff;
 }
 
 }  // namespace avq1

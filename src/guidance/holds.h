@@ -1,8 +1,9 @@
 // guidance/holds.h - flying the first holding pattern of the list.
 //
 // The pattern is a rectangle of four corners around the fix; while a hold leg is under way the
-// hold commands the autopilot's heading and the fix is not passed. Distances nm, courses
-// magnetic unless named True. A hold whose fix has no position is not flown.
+// hold commands the autopilot's heading and the fix is not passed. A flight begins whenever the
+// fix is reached with LNAV engaged: after an interruption the hold is entered at its fix again.
+// Distances nm, courses magnetic unless named True. A hold whose fix has no position is not flown.
 #pragma once
 
 #include "flightplan/flight_plan.h"
@@ -22,7 +23,8 @@ void BuildAndFlyHold();
 // Deletes every hold whose fix lies before the active waypoint.
 void DeletePassedHolds();
 
-// LNAV was disengaged: the first hold is given up and none is flown.
+// LNAV was disengaged: no hold is flown any more, and an exit that was asked for is forgotten.
+// All holds stay planned.
 void EndHoldFlight();
 
 }  // namespace avq1

@@ -102,7 +102,7 @@ void StopAtDiscontinuity() {
 }
 
 bool HoldKeepsWaypoint() {
-    return HoldBeingFlown() && holdList.holdState != kHoldRemovedWhileFlown;
+    return HoldBeingFlown() && holdFlight.holdState != HoldState::RemovedWhileFlown;
 }
 
 // The exported text buffer holds `ident` already.
@@ -192,11 +192,10 @@ void PrepareFirstLeg() {
 }
 
 void ApplyPassedWaypointRule() {
-    const bool fixOfFirstHold =
-        holdList.count > 0 && holdList.holds[1].fixIndex == planBook.activeIndex;
     if (guidance.lnavEngaged != 1 || !HeadingHoldEngaged() ||
         !(guidance.distanceToGoNm < kPassedWaypointRangeNm) ||
-        planBook.activeIndex >= activePlan.lastIndex - 1 || fixOfFirstHold) {
+        planBook.activeIndex >= activePlan.lastIndex - 1 ||
+        HoldNumberAt(planBook.activeIndex) > 0) {
         return;
     }
     const double angle = SmallerAngle(guidance.bearingToWaypointMag, guidance.desiredTrackMag);
@@ -211,8 +210,8 @@ void SequenceWaypoint() {
         guidance.lnavEngaged != 1 || HoldKeepsWaypoint()) {
         return;
     }
-    if (holdList.holdState == kHoldRemovedWhileFlown) {
-        holdList.holdState = kHoldNormal;
+    if (holdFlight.holdState == HoldState::RemovedWhileFlown) {
+        holdFlight = {};
     }
     if (planBook.activeIndex >= activePlan.lastIndex) {
         DisengageLnav();

@@ -19,8 +19,6 @@ constexpr double kLegTrackingLimitNm = 10;  // farther off: straight at the wayp
 constexpr double kNearTrackNm = 3.5;
 constexpr double kNearLookAheadNm = 3;
 constexpr double kFarLookAheadNm = 5;
-constexpr std::int32_t kRight = 1;
-constexpr std::int32_t kLeft = 2;
 
 // How far along the leg the aircraft is taken to be; negative before the leg's start.
 double AlongTrackNm() {
@@ -76,15 +74,18 @@ void ComputeCrossTrack(CrossTrackMode mode) {
     FindAbeamOffset(leg, legCourseTrue, offsetNm, offsetCourseTrue);
     guidance.crossTrackNm = LimitCrossTrack(offsetNm, mode);
 
-    guidance.trackSideOfHeading = TurnSide(aircraft.headingMag, legCourseMag) == 1 ? 2 : 1;
+    guidance.trackSideOfHeading =
+        TurnSide(aircraft.headingMag, legCourseMag) == Side::Right ? Side::Left : Side::Right;
     guidance.trackHeadingAngle = std::fabs(legCourseMag - aircraft.headingMag);
     guidance.waypointSideOfTrack = TurnSide(legCourseTrue, bearingTrue);
     guidance.waypointTrackAngle = std::fabs(legCourseTrue - bearingTrue);
 
     if (offsetCourseTrue > legCourseTrue) {
-        guidance.crossTrackSide = offsetCourseTrue - legCourseTrue <= 180 ? kRight : kLeft;
+        guidance.crossTrackSide =
+            offsetCourseTrue - legCourseTrue <= 180 ? Side::Right : Side::Left;
     } else {
-        guidance.crossTrackSide = legCourseTrue - offsetCourseTrue <= 180 ? kLeft : kRight;
+        guidance.crossTrackSide =
+            legCourseTrue - offsetCourseTrue <= 180 ? Side::Left : Side::Right;
     }
 }
 
@@ -111,7 +112,7 @@ void SendHeadingBug() {
         guidance.lastHeadingSent = kNoHeadingSent;
         return;
     }
-    if (guidance.pendingTurnSide == 0) {
+    if (guidance.pendingTurnSide == Side::None) {
         const std::int32_t heading = WholeHeading(guidance.headingCommandMag);
         if (heading != guidance.lastHeadingSent) {
             SendKeyEvent(KeyEvent::HeadingBugSet, heading);
@@ -119,7 +120,7 @@ void SendHeadingBug() {
         }
     } else if (TurnSide(guidance.bearingToWaypointMag, aircraft.headingMag) ==
                guidance.pendingTurnSide) {
-        guidance.pendingTurnSide = 0;
+        guidance.pendingTurnSide = Side::None;
         guidance.directToTurn = "DEFAULT";
     }
 }

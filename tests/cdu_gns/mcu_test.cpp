@@ -67,7 +67,7 @@ TEST_F(McuTest, ToPageShowsTheLegBeingFlown) {
     guidance.lnavEngaged = 1;
     guidance.trackLeg = 1;
     guidance.crossTrackNm = 0.34;
-    guidance.crossTrackSide = 1;
+    guidance.crossTrackSide = Side::Right;
     progress.eteWaypointMinutes = 7.6;
     progress.eteDestinationHours = 1;
     progress.eteDestinationMinutes = 59.7;
@@ -111,14 +111,14 @@ TEST_F(McuTest, ToPageStatusLine) {
     holdList.holds[1].fixIndex = 2;
     holdList.holds[1].corners[2].name = "Dwind";
     guidance.crossTrackNm = 2.0;
-    guidance.crossTrackSide = 2;
+    guidance.crossTrackSide = Side::Left;
     guidance.headingCommandMag = 87.4;
     for (const auto& c : kCases) {
         guidance.lnavEngaged = c.lnav;
         guidance.trackLeg = c.trackLeg;
         guidance.vnavEngaged = c.vnav;
-        holdList.holdActive = c.holdActive;
-        holdList.holdTargetCorner = c.corner;
+        holdFlight.holdActive = c.holdActive;
+        holdFlight.holdTargetCorner = c.corner;
         unit.Draw();
         EXPECT_EQ(unit.Rows().back(), c.status);
     }

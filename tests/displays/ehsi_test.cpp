@@ -138,7 +138,7 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     derived.trueAirspeedEstimateKt = 420.4;
     guidance.distanceToGoNm = 9.46;
     guidance.crossTrackNm = 1.26;
-    guidance.crossTrackSide = 2;
+    guidance.crossTrackSide = Side::Left;
     progress.eteWaypointHours = 1;
     progress.eteWaypointMinutes = 59.7;
     ExpectDrawn(1, {" 452", " 420", "34", "360", "WP1", " 9.5 NM", " 2:00", "XTK 1.3L", "DTK 094"});
@@ -274,10 +274,10 @@ TEST_F(Ehsi, TheCourseBarStandsOnTheTracksSide) {
     FlyPlan({{0, -10}, {0, 10}});
     guidance.desiredTrackMag = 50;
     guidance.crossTrackNm = 2.5;
-    guidance.crossTrackSide = 1;  // the aircraft is right of the track
+    guidance.crossTrackSide = Side::Right;  // the aircraft is right of the track
     EXPECT_NEAR(barOffset(colour::Magenta), -20, 1);
     guidance.crossTrackNm = 60;
-    guidance.crossTrackSide = 2;
+    guidance.crossTrackSide = Side::Left;
     EXPECT_NEAR(barOffset(colour::Magenta), 40, 1);
 }
 

@@ -372,9 +372,9 @@ TEST_F(Nd, HoldsAreDrawnAsTheyAreFlown) {
     };
     EXPECT_TRUE(shows(6, 2, colour::White));
     EXPECT_FALSE(shows(7, 2, colour::White));
-    hold.turnDirection = 2;
+    hold.turnDirection = HoldTurn::Left;
     EXPECT_TRUE(shows(6, -2, colour::White));
-    holdList.holdActive = holdList.holdTargetCorner = 1;
+    holdFlight.holdActive = holdFlight.holdTargetCorner = 1;
     EXPECT_TRUE(shows(6, -2, colour::Magenta));
     hold.fixIndex = 150;  // beyond the plan
     EXPECT_FALSE(shows(6, -2, colour::White));

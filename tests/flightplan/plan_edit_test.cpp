@@ -182,13 +182,13 @@ TEST_F(PlanEdit, HoldDeletedInAModificationIsFlownUntilItIsExecuted) {
     for (const bool execute : {true, false}) {
         ResetModuleState();
         SetPlan(activePlan, "KJFK AAA >BBB@ CCC@ DDD KBOS");
-        holdList.holdActive = 1;
-        holdList.holdTargetCorner = 2;
+        holdFlight.holdActive = 1;
+        holdFlight.holdTargetCorner = 2;
         CopyActiveToModified();
         DeleteWaypoint(2, true);
         EXPECT_EQ(Show(modifiedPlan), "KJFK AAA >CCC@ DDD KBOS");
         EXPECT_EQ(Show(activePlan), "KJFK AAA >BBB@ CCC@ DDD KBOS");
-        EXPECT_EQ(holdList.holdTargetCorner, 2);
+        EXPECT_EQ(holdFlight.holdTargetCorner, 2);
         if (!execute) {
             CopyActiveToModified();  // erased instead
             EXPECT_EQ(Show(modifiedPlan), "KJFK AAA >BBB@ CCC@ DDD KBOS");
@@ -198,8 +198,8 @@ TEST_F(PlanEdit, HoldDeletedInAModificationIsFlownUntilItIsExecuted) {
         ASSERT_EQ(holdList.count, 1);
         EXPECT_EQ(holdList.holds[1].fixIndex, 2);
         EXPECT_EQ(holdList.holds[1].pendingFixIndex, 0);
-        EXPECT_EQ(holdList.holdState, 4);
-        EXPECT_EQ(holdList.holdTargetCorner, 0);
+        EXPECT_EQ(holdFlight.holdState, HoldState::RemovedWhileFlown);
+        EXPECT_EQ(holdFlight.holdTargetCorner, 0);
     }
 }
 
@@ -208,25 +208,25 @@ TEST_F(PlanEdit, DeletingAHoldMovesTheOthersUp) {
         std::int32_t fix;
         std::int32_t count;
         std::int32_t firstFix;
-        std::int32_t state;
+        HoldState state;
         std::int32_t corner;
     } cases[] = {
-        {1, 2, 2, 4, 0},  // the one being flown
-        {3, 2, 1, 0, 3},
-        {0, 3, 1, 0, 3},
+        {1, 2, 2, HoldState::RemovedWhileFlown, 0},  // the one being flown
+        {3, 2, 1, HoldState::Normal, 3},
+        {0, 3, 1, HoldState::Normal, 3},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.fix);
         ResetModuleState();
         SetPlan(activePlan, "KJFK AAA@ BBB@ CCC@ KBOS");
-        holdList.holdActive = 1;
-        holdList.holdTargetCorner = 3;
+        holdFlight.holdActive = 1;
+        holdFlight.holdTargetCorner = 3;
         DeleteHold(c.fix);
         EXPECT_EQ(holdList.count, c.count);
         EXPECT_EQ(holdList.holds[1].fixIndex, c.firstFix);
-        EXPECT_EQ(holdList.holdState, c.state);
-        EXPECT_EQ(holdList.holdTargetCorner, c.corner);
-        EXPECT_EQ(holdList.holdActive, 1);
+        EXPECT_EQ(holdFlight.holdState, c.state);
+        EXPECT_EQ(holdFlight.holdTargetCorner, c.corner);
+        EXPECT_EQ(holdFlight.holdActive, 1);
     }
     SetPlan(activePlan, "KJFK AAA KBOS");
     DeleteHold(1);
@@ -234,7 +234,7 @@ TEST_F(PlanEdit, DeletingAHoldMovesTheOthersUp) {
     EXPECT_EQ(holdList.count, 1);
     DeleteHold(3);
     EXPECT_EQ(holdList.count, 0);
-    EXPECT_EQ(holdList.holdActive, 0);
+    EXPECT_EQ(holdFlight.holdActive, 0);
 }
 
 TEST_F(PlanEdit, StatusAdvancesAndTheFirstStepOnGroundReadiesTheFlight) {

@@ -113,10 +113,11 @@ TEST(TrueToMagnetic, LiesBetweenHalfADegreeAndFullCirclePlusHalf) {
 
 struct DirectionCase {
     double a, b, smallerAngle;
-    int side;  // TurnSide
+    Side side;
 };
-constexpr DirectionCase kDirections[] = {{20, 10, 10, 2},  {350, 10, 20, 1}, {10, 350, 20, 2},
-                                         {0, 180, 180, 1}, {180, 0, 180, 2}, {45, 45, 0, 2}};
+constexpr DirectionCase kDirections[] = {{20, 10, 10, Side::Left},  {350, 10, 20, Side::Right},
+                                         {10, 350, 20, Side::Left}, {0, 180, 180, Side::Right},
+                                         {180, 0, 180, Side::Left}, {45, 45, 0, Side::Left}};
 
 TEST(Directions, SmallerAngleAndTurnSide) {
     for (const DirectionCase& c : kDirections) {

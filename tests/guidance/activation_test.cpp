@@ -157,7 +157,7 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     modifiedPlan.entries[1].altitudeConstraint = 1;
     modifiedPlan.entries[1].speed = 210;
     procedureChoice.sidName = "OLD1";
-    guidance.pendingTurnSide = 1;
+    guidance.pendingTurnSide = Side::Right;
     settings.LoadFuelonFlightPlanLoad = 1;
     planBook.fuelTotal = 9000;
     planBook.reserveFuel = 1500;
@@ -171,7 +171,7 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     EXPECT_EQ(planAirports.destinationIdent, "KBOS");
     EXPECT_EQ(airportSlots[kDepartureSlot].ident, "KJFK");
     EXPECT_EQ(procedureChoice.sidName, "");
-    EXPECT_EQ(guidance.pendingTurnSide, 0);
+    EXPECT_EQ(guidance.pendingTurnSide, Side::None);
     EXPECT_EQ(planBook.fuelLoadRequested, 9000);
     EXPECT_EQ(planBook.reserveFuelInUse, 1500);
     EXPECT_EQ(planBook.verticalTargetIndex, 3);

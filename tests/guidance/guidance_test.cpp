@@ -98,11 +98,11 @@ TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
         double latitude;
         CrossTrackMode mode;
         double crossTrackNm;
-        std::int32_t side;
+        Side side;
     } rows[] = {
-        {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, 1},
-        {-8.0 / 60, CrossTrackMode::Guidance, 8, 1},
-        {4, CrossTrackMode::Guidance, 125, 2},
+        {-8.0 / 60, CrossTrackMode::Clamp5Nm, 5, Side::Right},
+        {-8.0 / 60, CrossTrackMode::Guidance, 8, Side::Right},
+        {4, CrossTrackMode::Guidance, 125, Side::Left},
     };
     for (const auto& row : rows) {
         SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 10}});
@@ -120,14 +120,14 @@ TEST_F(GuidanceTest, SidesAndAnglesAreRawDifferences) {
     SetActiveWaypoint(1);
     aircraft.headingMag = 10;
     ComputeCrossTrack(CrossTrackMode::Guidance);
-    EXPECT_EQ(guidance.trackSideOfHeading, 1);
+    EXPECT_EQ(guidance.trackSideOfHeading, Side::Right);
     EXPECT_NEAR(guidance.trackHeadingAngle, 350, 1e-9);
-    EXPECT_EQ(guidance.waypointSideOfTrack, 1);
+    EXPECT_EQ(guidance.waypointSideOfTrack, Side::Right);
     EXPECT_NEAR(guidance.waypointTrackAngle, 360 - 11.3, 0.1);
-    EXPECT_EQ(guidance.crossTrackSide, 2);
+    EXPECT_EQ(guidance.crossTrackSide, Side::Left);
     aircraft.headingMag = 350;
     ComputeCrossTrack(CrossTrackMode::Guidance);
-    EXPECT_EQ(guidance.trackSideOfHeading, 2);
+    EXPECT_EQ(guidance.trackSideOfHeading, Side::Left);
     SetActiveWaypoint(7);
     EXPECT_FALSE(HasActiveWaypoint());
     EXPECT_EQ(guidance.crossTrackNm, kNoCrossTrack);

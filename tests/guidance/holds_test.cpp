@@ -20,12 +20,7 @@ class HoldsTest : public ::testing::Test {
     HoldsTest() {
         ResetModuleState();
         SetActivePlan({{"AAA", -0.5, 0}, {"FIX", 0, 0}, {"BBB", 0.5, 0}, {"CCC", 1, 0}});
-        HoldPattern& hold = holdList.holds[1];
-        holdList.count = 1;
-        hold.fixIndex = 1;
-        hold.inboundCourseMag = 360;
-        hold.legByTime = 0;
-        hold.legDistanceNm = 5;
+        PlanHoldAt(1);
         pilot.latitude = -0.2;
         pilot.headingTrue = 360;
         pilot.speedKt = 200;
@@ -33,6 +28,14 @@ class HoldsTest : public ::testing::Test {
     }
     ~HoldsTest() override { ImportTable.panel.services = nullptr; }
 
+    static bool PlanHoldAt(std::int32_t fixIndex) {
+        HoldPattern hold;
+        hold.fixIndex = fixIndex;
+        hold.inboundCourseMag = 360;
+        hold.legByTime = 0;
+        hold.legDistanceNm = 5;
+        return AddHold(hold);
+    }
     // The steps of a frame that move the hold and the route on.
     void Step() {
         pilot.Fly(0.5);
@@ -46,10 +49,10 @@ class HoldsTest : public ::testing::Test {
     }
     // Flies until the corner is the target; false when that takes more than twenty minutes.
     bool FlyToCorner(std::int32_t corner) {
-        for (int i = 0; i < 2400 && holdList.holdTargetCorner != corner; ++i) {
+        for (int i = 0; i < 2400 && holdFlight.holdTargetCorner != corner; ++i) {
             Step();
         }
-        return holdList.holdTargetCorner == corner;
+        return holdFlight.holdTargetCorner == corner;
     }
 
     FakeSimulator& simulator = FakeSimulator::Install();
@@ -60,13 +63,14 @@ TEST_F(HoldsTest, ThePatternLiesAroundItsFix) {
     // Where the corners lie, in leg lengths, when it turns right.
     const double north[] = {0, 0.2, 0.2, -0.8, -0.8};
     const double east[] = {0, 0, 0.5, 0.5, 0};
-    for (const std::int32_t turnDirection : {1, 2}) {
+    for (const HoldTurn turnDirection : {HoldTurn::Right, HoldTurn::Left}) {
+        const double outwards = turnDirection == HoldTurn::Right ? 1 : -1;
         holdList.holds[1].turnDirection = turnDirection;
         BuildAndFlyHold();
         for (int corner = 0; corner < 5; ++corner) {
             const HoldCorner& placed = holdList.holds[1].corners[corner];
             EXPECT_NEAR(placed.latitude * 12, north[corner], 1e-3) << corner;
-            EXPECT_NEAR(placed.longitude * 12, east[corner] * (3 - 2 * turnDirection), 1e-3);
+            EXPECT_NEAR(placed.longitude * 12, east[corner] * outwards, 1e-3);
         }
     }
     EXPECT_EQ(holdList.holds[1].corners[3].name, "Base");
@@ -94,10 +98,10 @@ TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
         }
     }
     ASSERT_TRUE(FlyToCorner(3));
-    holdList.holdState = 2;  // the pilot asks to leave
+    holdFlight.holdState = HoldState::ExitRequested;  // the pilot asks to leave
     for (const std::int32_t corner : {4, 1}) {
         ASSERT_TRUE(FlyToCorner(corner));
-        EXPECT_EQ(holdList.holdActive, 1);
+        EXPECT_EQ(holdFlight.holdActive, 1);
     }
     for (int i = 0; i < 600 && planBook.activeIndex == 1; ++i) {
         Step();
@@ -115,11 +119,11 @@ TEST_F(HoldsTest, DeletingItLetsTheFixBePassed) {
     SequenceWaypoint();
     EXPECT_EQ(planBook.activeIndex, 1);
     DeleteHold(1);
-    EXPECT_EQ(holdList.holdState, 4);
+    EXPECT_EQ(holdFlight.holdState, HoldState::RemovedWhileFlown);
     guidance.distanceToGoNm = 1;
     SequenceWaypoint();
     EXPECT_EQ(planBook.activeIndex, 2);
-    EXPECT_EQ(holdList.holdState, 0);
+    EXPECT_EQ(holdFlight.holdState, HoldState::Normal);
 }
 
 TEST_F(HoldsTest, HoldsBehindTheRouteAreDeletedAndPendingOnesKept) {
@@ -135,16 +139,85 @@ TEST_F(HoldsTest, HoldsBehindTheRouteAreDeletedAndPendingOnesKept) {
     EXPECT_EQ(holdList.holds[2].fixIndex, 2);
 }
 
-TEST_F(HoldsTest, DisengagingLnavGivesTheHoldUp) {
+// Whoever turns LNAV off: the flight ends, an exit asked for is forgotten, every hold stays.
+TEST_F(HoldsTest, DisengagingLnavEndsTheFlightAndDeletesNoHold) {
+    PlanHoldAt(3);
+    using Way = void (*)();
+    const Way ways[] = {ToggleLnav, DisengageLnav, [] { SetActiveWaypoint(kNoWaypoint); }};
+    for (const Way turnOff : ways) {
+        for (const HoldState state : {HoldState::Normal, HoldState::ExitRequested}) {
+            StartAt(pilot, 1);
+            ASSERT_TRUE(FlyToCorner(2));
+            holdFlight.holdState = state;
+            turnOff();
+            EXPECT_FALSE(HoldBeingFlown());
+            EXPECT_EQ(holdFlight.holdState, HoldState::LnavOff);
+            EXPECT_EQ(holdFlight.holdActive, 0);
+            EXPECT_EQ(HoldNumberAt(1), 1);
+            EXPECT_EQ(HoldNumberAt(3), 2);
+            planBook.activeIndex = 1;
+            const std::size_t sent = simulator.events.size();
+            for (int i = 0; i < 480; ++i) {  // flies on for four minutes, across the fix or not
+                Step();
+            }
+            EXPECT_EQ(simulator.events.size(), sent);
+            EXPECT_EQ(planBook.activeIndex, 1);
+        }
+    }
+    StartAt(pilot, 1);  // back to the fix, and round again
+    for (const std::int32_t corner : {1, 2, 3, 4, 1, 2}) {
+        ASSERT_TRUE(FlyToCorner(corner)) << corner;
+    }
+}
+
+TEST_F(HoldsTest, LnavEndingOnTheWayKeepsTheHoldsAhead) {
+    holdList = {};
+    PlanHoldAt(3);
+    activePlan.entries[2].ident = kDiscontinuity;
     StartAt(pilot, 1);
+    guidance.distanceToGoNm = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(HoldNumberAt(3), 1);
+    pilot.latitude = 0.9;
+    StartAt(pilot, 3);  // the last entry
+    ASSERT_TRUE(FlyToCorner(1));
+    holdFlight = {};
+    guidance.distanceToGoNm = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(guidance.lnavEngaged, 0);
+    EXPECT_EQ(HoldNumberAt(3), 1);
+}
+
+TEST_F(HoldsTest, TheHoldAtTheWaypointFlownToIsTheFirst) {
+    holdList = {};
+    for (const std::int32_t fix : {3, 2, 1}) {
+        PlanHoldAt(fix);
+    }
+    StartAt(pilot, 1);
+    for (const std::int32_t fix : {1, 2}) {
+        ASSERT_TRUE(FlyToCorner(1)) << fix;
+        EXPECT_EQ(holdList.holds[1].fixIndex, fix);
+        DeleteHold(fix);
+    }
+    EXPECT_EQ(HoldNumberAt(3), 1);
+    for (const std::int32_t fix : {5, 6, 7}) {
+        EXPECT_TRUE(PlanHoldAt(fix));
+    }
+    EXPECT_FALSE(PlanHoldAt(8));
+    EXPECT_EQ(holdList.count, kHoldCapacity);
+}
+
+TEST_F(HoldsTest, FlyingToAnotherWaypointLeavesTheHold) {
+    holdList.holds[1].fixIndex = 2;
+    pilot.latitude = 0.3;
+    StartAt(pilot, 2);
     ASSERT_TRUE(FlyToCorner(2));
-    DisengageLnav();
-    EXPECT_FALSE(HoldBeingFlown());
-    EXPECT_EQ(holdList.holdState, 1);
-    EXPECT_EQ(holdList.holds[1].fixIndex, 0);
-    const std::size_t sent = simulator.events.size();
+    SetActiveWaypoint(1);
     Step();
-    EXPECT_EQ(simulator.events.size(), sent);
+    EXPECT_EQ(holdFlight.holdActive, 0);
+    EXPECT_NE(guidance.lastHeadingSent, kNoHeadingSent);
+    EXPECT_EQ(HoldNumberAt(2), 1);
 }
 
 TEST_F(HoldsTest, AFixTheRouteOnlyComesNearIsNotHeldAt) {

@@ -222,14 +222,14 @@ TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
 TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
     pilot.headingTrue = 100;  // the waypoint lies left: heading is clockwise of the bearing
     Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0);
-    guidance.pendingTurnSide = 2;
+    guidance.pendingTurnSide = Side::Left;
     guidance.directToTurn = "RIGHT";
     TickAt(0, 0);
     EXPECT_EQ(simulator.CountEvents(66042), 0);
-    EXPECT_EQ(guidance.pendingTurnSide, 2);
+    EXPECT_EQ(guidance.pendingTurnSide, Side::Left);
     pilot.headingTrue = 280;
     TickAt(0, 0);
-    EXPECT_EQ(guidance.pendingTurnSide, 0);
+    EXPECT_EQ(guidance.pendingTurnSide, Side::None);
     EXPECT_EQ(guidance.directToTurn, "DEFAULT");
     TickAt(0, 0);
     EXPECT_EQ(simulator.CountEvents(66042), 1);
