@@ -1,7 +1,6 @@
 #include "flightlog/flight_log.h"
 
 #include "base/module_state.h"
-#include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 
 namespace avq1 {
@@ -24,9 +23,13 @@ void RunFlightLogStartPass() {
 
 void StartFlightLog() {
     RunFlightLogStartPass();
-    if (activePlan.lastIndex >= 0) {
-        flightLog.phase = kFlightLogWanted;
-        guidance.elapsedSeconds = 0;
+    flightLog.phase = kFlightLogWanted;
+    guidance.elapsedSeconds = 0;
+}
+
+void LogStartedPlan(const GuidanceReport& report) {
+    if (report.onGround) {
+        StartFlightLog();
     }
 }
 

@@ -16,8 +16,9 @@ namespace avq1 {
 
 inline constexpr std::int32_t kPlanCapacity = 201;  // entries 0 to 200
 inline constexpr std::int32_t kMaxPlanIndex = kPlanCapacity - 1;
-inline constexpr std::int32_t kNoWaypoint = 999;  // "none" for an index
-inline constexpr double kUnset = -999.0;          // an unset altitude or speed
+inline constexpr std::int32_t kNoWaypoint = 999;   // "none" for an index
+inline constexpr std::int32_t kFirstWaypoint = 1;  // flown to first: entry 0 is the departure
+inline constexpr double kUnset = -999.0;           // an unset altitude or speed
 inline constexpr std::string_view kDiscontinuity = "DISCO";
 inline constexpr std::string_view kAirwayPlaceholder = "THEN";
 inline constexpr std::string_view kEmptyRow = "******";
@@ -88,9 +89,8 @@ struct PlanBook {
     double fuelTotal = 0;               // weight units of the simulator, 0 = none
     double reserveFuel = 0;
     double reserveFuelInUse = 0;
-    bool flightLogStartRequested = false;  // served by the per-frame update
-    std::string entryNotice;               // what the last plan read lacks; empty when all is well
-    double fuelLoadRequested = 0;          // weight units for the tanks, 0 = none
+    std::string entryNotice;       // what the last plan read lacks; empty when all is well
+    double fuelLoadRequested = 0;  // weight units for the tanks, 0 = none
 };
 
 extern FlightPlan activePlan;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <span>
 
 #include "base/messages.h"
 #include "base/module_state.h"
@@ -23,46 +24,68 @@ constexpr std::size_t kLineLimit = 1499;
 constexpr std::size_t kMaxWords = 24;
 constexpr std::size_t kFirstRunwayWord = 4;
 
-const StateReset resetPlanAirports([] { planAirports = PlanAirports{}; });
-
+// What the files say of an airport: its line of the airport file, the pattern sides of its runways,
+// the parking position.
 struct AirportLine {
-    std::array<std::string_view, kMaxWords> words;  // after the identifier: name, elevation ...
-    std::size_t count = 0;
+    std::string ident;
+    bool found = false;
+    bool complete = false;  // the line has all words up to the position
+    std::string elevation;
+    LatLon position;
+    std::vector<PlanRunway> runways;
+    ParkingPosition parking;
 
-    std::string_view Elevation() const { return words[1]; }
-    LatLon Position() const { return {ToNumber(words[2]), ToNumber(words[3])}; }
+    std::string_view Elevation() const { return elevation; }
+    LatLon Position() const { return position; }
 };
 
-// The first line of the airport file that begins with the identifier.
-bool FindAirportLine(std::string_view file, std::string_view ident, AirportLine& airport) {
+AirportLine destinationAhead;
+
+const StateReset resetPlanAirports([] {
+    planAirports = PlanAirports{};
+    destinationAhead = {};
+});
+
+void ReadRunways(std::span<const std::string_view> tokens, AirportLine& airport) {
+    for (const std::string_view token :
+         tokens.first(std::min(tokens.size(), static_cast<std::size_t>(kRunwayCapacity)))) {
+        PlanRunway runway;
+        static_cast<Runway&>(runway) = ParseRunwayToken(ToUpper(token));
+        if (runway.field8 == 0) {
+            runway.field8 = runway.heading;
+        }
+        airport.runways.push_back(runway);
+    }
+}
+
+// The first line of the airport file that begins with the identifier; false without one.
+bool ReadAirportLine(AirportLine& airport) {
+    std::string file;
+    if (!ReadWholeFile(SimPath("\\avq\\Navdata\\avq_apts.txt"), file)) {
+        return false;
+    }
     LineReader reader(file, kLineLimit);
     std::string_view line;
     while (reader.Next(line)) {
-        if (const std::string_view first = NextWord(line); EqualsIgnoreCase(first, ident)) {
-            airport.count = SplitWords(line, airport.words);
-            return true;
+        if (const std::string_view first = NextWord(line);
+            !EqualsIgnoreCase(first, airport.ident)) {
+            continue;
         }
+        std::array<std::string_view, kMaxWords> words;  // name, elevation, position, runways
+        const std::size_t count = SplitWords(line, words);
+        airport.complete = count >= kFirstRunwayWord;
+        airport.elevation = words[1];
+        airport.position = {ToNumber(words[2]), ToNumber(words[3])};
+        if (airport.complete) {
+            ReadRunways(std::span(words).first(count).subspan(kFirstRunwayWord), airport);
+        }
+        return true;
     }
     return false;
 }
 
-void ReadRunways(const AirportLine& airport) {
-    planAirports.runways.clear();
-    for (std::size_t i = kFirstRunwayWord; i < airport.count; ++i) {
-        if (planAirports.runways.size() >= static_cast<std::size_t>(kRunwayCapacity)) {
-            return;
-        }
-        PlanRunway runway;
-        static_cast<Runway&>(runway) = ParseRunwayToken(ToUpper(airport.words[i]));
-        if (runway.field8 == 0) {
-            runway.field8 = runway.heading;
-        }
-        planAirports.runways.push_back(runway);
-    }
-}
-
 // A word "RWY27R=RIGHTPATTERN". The file may leave out a designator's leading zero.
-void ApplyRunwaySetting(std::string_view word) {
+void ApplyRunwaySetting(std::string_view word, AirportLine& airport) {
     constexpr std::string_view kKey = "RWY";
     const std::size_t equals = word.find('=');
     if (!word.starts_with(kKey) || equals == std::string_view::npos ||
@@ -70,20 +93,20 @@ void ApplyRunwaySetting(std::string_view word) {
         return;
     }
     const std::string designator(word.substr(kKey.size(), equals - kKey.size()));
-    for (PlanRunway& runway : planAirports.runways) {
+    for (PlanRunway& runway : airport.runways) {
         if (runway.ident == designator || runway.ident == "0" + designator) {
             runway.rightPattern = 1;
         }
     }
 }
 
-void ReadPatternSides(std::string_view ident) {
+void ReadPatternSides(AirportLine& airport) {
     constexpr std::size_t kHeadingLength = 6;
     std::string file;
     if (!ReadWholeFile(SimPath("\\avq\\Navdata\\apt_additional_info.txt"), file)) {
         return;
     }
-    const std::string heading = Format("[%s]", ToUpper(ident).c_str());
+    const std::string heading = Format("[%s]", ToUpper(airport.ident).c_str());
     LineReader reader(file, kLineLimit);
     std::string_view line;
     bool inSection = false;
@@ -94,9 +117,20 @@ void ReadPatternSides(std::string_view ident) {
         } else if (word.starts_with('[')) {
             return;
         } else {
-            ApplyRunwaySetting(word);
+            ApplyRunwaySetting(word, airport);
         }
     }
+}
+
+AirportLine ReadAirport(std::string_view ident) {
+    AirportLine airport;
+    airport.ident = ident;
+    airport.found = ReadAirportLine(airport);
+    if (airport.found) {
+        ReadPatternSides(airport);
+        airport.parking = FindParkingPosition(ident);
+    }
+    return airport;
 }
 
 // The active plan's last entry when it is this airport.
@@ -235,22 +269,23 @@ bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot) {
 }
 
 void SetPlanAirport(std::string_view ident, PlanAirportMode mode) {
-    constexpr std::size_t kWordsForImmediateEffect = 4;
-    std::string file;
-    AirportLine airport;
-    if (ident.empty() || !ReadWholeFile(SimPath("\\avq\\Navdata\\avq_apts.txt"), file) ||
-        !FindAirportLine(file, ident, airport)) {
+    if (ident.empty()) {
+        return;
+    }
+    const bool isAhead =
+        mode == PlanAirportMode::ActiveDestination && destinationAhead.ident == ident;
+    const AirportLine airport = isAhead ? destinationAhead : ReadAirport(ident);
+    if (!airport.found) {
         return;
     }
     const ModeRow& row = RowOf(mode);
     if (row.looksUpParking) {
-        LoadParkingPosition(ident);
+        parkingPosition = airport.parking;
     }
-    if (row.atOnce != nullptr && airport.count >= kWordsForImmediateEffect) {
+    if (row.atOnce != nullptr && airport.complete) {
         row.atOnce(ident, airport);
     }
-    ReadRunways(airport);
-    ReadPatternSides(ident);
+    planAirports.runways = airport.runways;
     planAirports.lastAirportIdent = ident;
     lastAirportElevationText = airport.Elevation();
     if (row.afterLookup != nullptr) {
@@ -258,6 +293,19 @@ void SetPlanAirport(std::string_view ident, PlanAirportMode mode) {
     }
     planAirports.selectedRunway = 1;
     AppendMessage(Format("APT '%s' Set", std::string(ident).c_str()));
+    if (ArrivalEntry(ident) != nullptr) {
+        destinationAhead = airport;
+    }
+}
+
+void ReadDestinationAhead() {
+    if (activePlan.lastIndex < 0 || planAirports.destinationAirportState != kAirportStillToLoad) {
+        return;
+    }
+    const PlanWaypoint& destination = activePlan.entries[activePlan.lastIndex];
+    if (destination.type == kAirportType && destination.ident != destinationAhead.ident) {
+        destinationAhead = ReadAirport(destination.ident);
+    }
 }
 
 }  // namespace avq1

@@ -18,6 +18,8 @@ struct PlanRunway : Runway {
 };
 
 inline constexpr std::int32_t kNoPatternRunway = -999;
+inline constexpr std::int32_t kAirportStillToLoad = 1;
+inline constexpr std::int32_t kAirportLoaded = 2;
 
 struct PlanAirports {
     std::string destinationIdent;
@@ -29,7 +31,7 @@ struct PlanAirports {
     std::vector<PlanRunway> runways;  // PlanAirportRunways, from 0
     std::int32_t selectedRunway = 1;
     std::int32_t patternRunwayOffset = kNoPatternRunway;
-    std::int32_t destinationAirportState = 0;  // 1 = data still to be loaded, 2 = loaded
+    std::int32_t destinationAirportState = 0;  // kAirportStillToLoad, kAirportLoaded
 };
 
 extern PlanAirports planAirports;
@@ -52,5 +54,10 @@ enum class PlanAirportMode : std::int32_t {
 // Looks the airport up and applies the mode. All modes but LoadedDestination look up the parking
 // position; every mode sets the runways. A full plan refuses an append with a message.
 void SetPlanAirport(std::string_view ident, PlanAirportMode mode);
+
+// Reads what the files say of the active plan's destination while it is still to be loaded, so that
+// ActiveDestination, which the update asks for under way, opens no file. Nothing happens when it
+// is known already.
+void ReadDestinationAhead();
 
 }  // namespace avq1

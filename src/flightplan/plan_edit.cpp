@@ -15,7 +15,6 @@
 namespace avq1 {
 namespace {
 
-constexpr double kOnGroundBelowKt = 5;
 constexpr double kLeastFuelLoad = 5;
 constexpr std::size_t kRouteViewCapacity = 200;
 constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
@@ -246,10 +245,9 @@ void AdvanceRouteStatus() {
     switch (planBook.status) {
         case RouteStatus::None:
             planBook.status = RouteStatus::BeingBuilt;
-            if (aircraft.groundSpeedKt < kOnGroundBelowKt) {
+            if (OnGround()) {
                 RequestPlanFuel();
                 planBook.reserveFuelInUse = planBook.reserveFuel;
-                planBook.flightLogStartRequested = true;
             }
             break;
         case RouteStatus::BeingBuilt:

@@ -10,25 +10,16 @@
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "flightplan/procedures.h"
+#include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
-#include "guidance/radio_tuning.h"
 #include "guidance/vnav.h"
-#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
-#include "simlink/key_events.h"
 
 namespace avq1 {
 namespace {
 
-constexpr double kOnGroundSpeedKt = 5;
 constexpr std::int32_t kMessagesKept = 1;
-constexpr std::int32_t kAirportStillToLoad = 1;
-constexpr std::int32_t kFirstWaypoint = 1;
-
-bool OnGround() {
-    return aircraft.groundSpeedKt < kOnGroundSpeedKt;
-}
 
 void ForgetDestination() {
     guidance.destinationNearDone = 0;
@@ -42,14 +33,10 @@ void FlyActivePlan(std::int32_t index) {
     planBook.status = RouteStatus::Active;
     SetActiveWaypoint(index);
     planBook.trackedIndex = planBook.activeIndex;  // of the modified plan, which is the same now
-    if (settings.LnavSetEnRouteFreqs == 1) {
-        TuneRadios(TuneMode::FlightPlan);
-    }
-    if (settings.SetWptBaro == 1) {
-        SendKeyEvent(KeyEvent::AltimeterSet, 0);
-    }
-    if (OnGround()) {
-        planBook.flightLogStartRequested = true;
+    TuneRadiosAsSet();
+    SetAltimeterAsSet();
+    if (activePlan.lastIndex >= 0) {
+        TellGuidanceEvent(GuidanceEvent::PlanStarted, planBook.activeIndex);
     }
     RequestUnitRedraw();
 }

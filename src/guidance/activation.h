@@ -2,7 +2,7 @@
 //
 // However a plan becomes the active one, the same step ends it (StartActivePlan): the waypoint
 // flown to is made active afresh, radios are tuned and the altimeter is set when the settings say
-// so, and on the ground a new flight log is asked for. Units never write planBook.activeIndex.
+// so, and the listeners are told. Units never write planBook.activeIndex.
 #pragma once
 
 #include <string_view>

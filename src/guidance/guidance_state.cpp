@@ -21,7 +21,7 @@ const StateReset resetGuidance([] {
 }  // namespace
 
 bool HasActiveWaypoint() {
-    return planBook.activeIndex >= 1 && activePlan.Holds(planBook.activeIndex);
+    return planBook.activeIndex >= kFirstWaypoint && activePlan.Holds(planBook.activeIndex);
 }
 
 const PlanWaypoint& ActiveWaypoint() {

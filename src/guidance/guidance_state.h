@@ -48,8 +48,7 @@ struct GuidanceState {
     std::string passedIdent;
     std::string passedTimeZulu;
     double passedAltitude = 0;
-    double passedFuel = 0;            // as the WeightUnit setting asks
-    std::int32_t waypointPassed = 0;  // a waypoint was passed in this frame
+    double passedFuel = 0;  // as the WeightUnit setting asks
     std::int32_t destinationNearDone = 0;
     std::int32_t blinkCounter = kRestartBlink;  // 0 to 91
     std::int32_t framesSinceStart = 0;

@@ -82,11 +82,13 @@ void FinishHold(std::int32_t fixIndex) {
     holdFlight.holdTargetCorner = 0;
 }
 
-void AdvanceCorner() {
+// Turns to the next corner of the pattern.
+CornerApproach AdvanceCorner(const HoldPattern& hold) {
     holdFlight.holdTargetCorner =
         holdFlight.holdTargetCorner >= kLastCorner ? kFirstCorner : holdFlight.holdTargetCorner + 1;
     holdFlight.previousCorner =
         holdFlight.holdTargetCorner == kFirstCorner ? kLastCorner : holdFlight.holdTargetCorner - 1;
+    return ApproachTo(hold.corners[holdFlight.holdTargetCorner]);
 }
 
 void SendHoldHeading(double bearingTrue) {
@@ -123,15 +125,14 @@ void FlyHold(const HoldPattern& hold) {
             return;  // the fix is still ahead, or the route only comes near it
         }
         BeginHold();
-        AdvanceCorner();
+        approach = AdvanceCorner(hold);
     } else if (reached) {
         if (ExitsAtThisCorner()) {
             FinishHold(hold.fixIndex);
             return;
         }
-        AdvanceCorner();
+        approach = AdvanceCorner(hold);
     }
-    approach = ApproachTo(hold.corners[holdFlight.holdTargetCorner]);
     SendHoldHeading(approach.bearingTrue);
 }
 

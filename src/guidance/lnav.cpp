@@ -13,6 +13,7 @@
 #include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
 #include "guidance/active_leg.h"
+#include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/progress.h"
@@ -33,28 +34,14 @@ constexpr double kPassedNow = -1;  // a distance to go below every change distan
 constexpr double kArrivalStampSpeedKt = 65;
 constexpr double kDestinationNearNm = 25;
 constexpr double kDepartedNm = 8;
-constexpr std::int32_t kAirportStillToLoad = 1;
-constexpr std::int32_t kAirportLoaded = 2;
 constexpr std::int32_t kSpeedSuspended = 2;
 constexpr std::int32_t kNothingSent = -999;
 
 // Entries of an inserted approach carry another tag and change at the en-route distance.
 constexpr std::string_view kProcedureTags[] = {"SID", "STAR", "SIDSTAR", "APCH"};
 
-void SendAltimeterEvent() {
-    if (settings.SetWptBaro == 1) {
-        SendKeyEvent(KeyEvent::AltimeterSet, 0);
-    }
-}
-
-void TuneEnRoute() {
-    if (settings.LnavSetEnRouteFreqs == 1) {
-        TuneRadios(TuneMode::FlightPlan);
-    }
-}
-
 // A plain entry keeps the present change distance.
-void ChooseChangeDistance(const PlanWaypoint& entry) {
+void AdjustChangeDistance(const PlanWaypoint& entry) {
     if (std::find(std::begin(kProcedureTags), std::end(kProcedureTags), entry.procedure) !=
         std::end(kProcedureTags)) {
         guidance.waypointChangeDistanceNm = settings.WptProcChgDist;
@@ -64,9 +51,22 @@ void ChooseChangeDistance(const PlanWaypoint& entry) {
     }
 }
 
+// The waypoint flown to is another one, or stands elsewhere.
+void AimAtActiveWaypoint() {
+    const PlanWaypoint& entry = ActiveWaypoint();
+    guidance.waypointChangeDistanceNm = settings.WptChgDist;
+    AdjustChangeDistance(entry);
+    guidance.activeLatitude = entry.latitude;
+    guidance.activeLongitude = entry.longitude;
+}
+
 void ForgetLeg() {
     guidance.legLengthNm = 0;
+    guidance.desiredTrackMag = 0;
     guidance.distanceToGoNm = 0;
+    guidance.bearingToWaypointMag = 0;
+    guidance.crossTrackNm = kNoCrossTrack;
+    guidance.crossTrackSide = Side::None;
 }
 
 void RecordPassage() {
@@ -77,7 +77,7 @@ void RecordPassage() {
     if (settings.WeightUnit == "KGS") {
         guidance.passedFuel *= kPoundsPerKilogram;
     }
-    guidance.waypointPassed = 1;
+    TellGuidanceEvent(GuidanceEvent::WaypointPassed, planBook.activeIndex);
 }
 
 void ApplyLastWaypointSettings() {
@@ -117,19 +117,18 @@ bool HeadingHoldEngaged() {
 }
 
 void SetActiveWaypoint(std::int32_t index) {
-    const bool flyable = index >= 1 && activePlan.Holds(index);
+    const bool flyable = index >= kFirstWaypoint && activePlan.Holds(index);
     planBook.activeIndex = flyable ? index : kNoWaypoint;
     if (!flyable) {
         if (guidance.lnavEngaged == 1) {
             DisengageLnav();
         }
         ForgetLeg();
-        guidance.crossTrackNm = kNoCrossTrack;
         UpdateRouteDistance();
         return;
     }
-    guidance.activeLatitude = ActiveWaypoint().latitude;
-    guidance.activeLongitude = ActiveWaypoint().longitude;
+    AimAtActiveWaypoint();
+    ReadDestinationAhead();
     StopAtDiscontinuity();
     RefreshLegGeometry();
     UpdateRouteDistance();
@@ -140,7 +139,7 @@ bool EngageLnav() {
         return false;
     }
     guidance.lnavEngaged = 1;
-    TuneEnRoute();
+    TuneRadiosAsSet();
     return true;
 }
 
@@ -158,6 +157,18 @@ void ToggleLnav() {
     }
     RequestUnitRedraw();
     guidance.blinkCounter = kRestartBlink;
+}
+
+void TuneRadiosAsSet() {
+    if (settings.LnavSetEnRouteFreqs == 1) {
+        TuneRadios(TuneMode::FlightPlan);
+    }
+}
+
+void SetAltimeterAsSet() {
+    if (settings.SetWptBaro == 1) {
+        SendKeyEvent(KeyEvent::AltimeterSet, 0);
+    }
 }
 
 void ToggleVnav() {
@@ -185,8 +196,8 @@ void StampArrivalTime() {
 }
 
 void PrepareFirstLeg() {
-    if (guidance.firstLegPrepared == 0 && planBook.activeIndex == 1) {
-        ChooseChangeDistance(ActiveWaypoint());
+    if (guidance.firstLegPrepared == 0 && planBook.activeIndex == kFirstWaypoint) {
+        AdjustChangeDistance(ActiveWaypoint());
         guidance.firstLegPrepared = 1;
     }
 }
@@ -205,7 +216,6 @@ void ApplyPassedWaypointRule() {
 }
 
 void SequenceWaypoint() {
-    guidance.waypointPassed = 0;
     if (!(guidance.distanceToGoNm < guidance.waypointChangeDistanceNm) ||
         guidance.lnavEngaged != 1 || HoldKeepsWaypoint()) {
         return;
@@ -226,15 +236,11 @@ void SequenceWaypoint() {
     ApplyLastWaypointSettings();
     StopAtDiscontinuity();
     if (guidance.lnavEngaged == 1) {
-        TuneEnRoute();
+        TuneRadiosAsSet();
     }
-    const PlanWaypoint& entry = ActiveWaypoint();
-    guidance.waypointChangeDistanceNm = settings.WptChgDist;
-    ChooseChangeDistance(entry);
+    AimAtActiveWaypoint();
     guidance.trackLeg = 1;
-    guidance.activeLatitude = entry.latitude;
-    guidance.activeLongitude = entry.longitude;
-    SendAltimeterEvent();
+    SetAltimeterAsSet();
 }
 
 void RefreshLegGeometry() {
@@ -245,13 +251,12 @@ void RefreshLegGeometry() {
         ForgetLeg();
         return;
     }
-    double courseTrue = 0;
-    DistanceAndCourse(leg.from.latitude, leg.from.longitude, leg.to.latitude, leg.to.longitude,
-                      guidance.legLengthNm, courseTrue);
-    guidance.desiredTrackMag = TrueToMagnetic(courseTrue, aircraft.magneticVariation);
-    DistanceAndCourse(aircraft.latitude, aircraft.longitude, guidance.activeLatitude,
-                      guidance.activeLongitude, guidance.distanceToGoNm, courseTrue);
-    guidance.bearingToWaypointMag = TrueToMagnetic(courseTrue, aircraft.magneticVariation);
+    const GreatCircle& along = AlongLeg(leg);
+    const GreatCircle& direct = FromAircraft({guidance.activeLatitude, guidance.activeLongitude});
+    guidance.legLengthNm = along.distanceNm;
+    guidance.desiredTrackMag = TrueToMagnetic(along.courseTrue, aircraft.magneticVariation);
+    guidance.distanceToGoNm = direct.distanceNm;
+    guidance.bearingToWaypointMag = TrueToMagnetic(direct.courseTrue, aircraft.magneticVariation);
 }
 
 void PublishGuidance() {
@@ -284,7 +289,7 @@ void ApplyDestinationNear() {
         requests.towerView = 1;
     }
     guidance.destinationNearDone = 1;
-    SendAltimeterEvent();
+    SetAltimeterAsSet();
 }
 
 void LoadDestinationAirport() {

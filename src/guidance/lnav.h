@@ -3,15 +3,16 @@
 //
 // The steps work on guidance/guidance_state.h and the active plan; each does nothing it need not.
 // They send heading, altimeter and radio events only when a value changes or a leg begins.
+// Distances nm, courses magnetic unless named True.
 #pragma once
 
 #include <cstdint>
 
 namespace avq1 {
 
-// Makes entry `index` of the active plan the waypoint flown to: position copy, leg geometry and
-// distance to go are fresh at once. An index outside 1..last leaves no active waypoint; there, and
-// with a message at a discontinuity, LNAV is disengaged.
+// Makes entry `index` of the active plan the waypoint flown to: position copy, change distance, leg
+// geometry and distance to go are fresh at once. An index outside 1..last leaves no active
+// waypoint; there, and with a message at a discontinuity, LNAV is disengaged.
 void SetActiveWaypoint(std::int32_t index);
 
 // Engages LNAV when there is an active waypoint (tuning the radios when the setting says so);
@@ -20,6 +21,11 @@ bool EngageLnav();
 // Disengages LNAV and ends what belongs to it: leg tracking and a hold being flown.
 void DisengageLnav();
 void ToggleLnav();
+
+// What the settings want sent to the simulator as a plan is started or a leg begins: the radios
+// tuned from the plan; the altimeter set to the sea-level pressure.
+void TuneRadiosAsSet();
+void SetAltimeterAsSet();
 
 // Engages VNAV when there is an active waypoint, else disengages it.
 void ToggleVnav();
@@ -32,7 +38,7 @@ void StampArrivalTime();
 void PrepareFirstLeg();
 void ApplyPassedWaypointRule();
 void SequenceWaypoint();
-void RefreshLegGeometry();
+void RefreshLegGeometry();  // without a leg everything about it reads as none
 void PublishGuidance();
 void ApplyDestinationNear();
 void LoadDestinationAirport();

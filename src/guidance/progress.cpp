@@ -7,6 +7,7 @@
 #include "base/module_state.h"
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
+#include "guidance/active_leg.h"
 #include "guidance/guidance_state.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
@@ -130,14 +131,14 @@ void UpdateRouteDistance() {
     const std::int32_t first = PositionedEntry(planBook.activeIndex, 1);
     const PlanWaypoint& next = activePlan.entries[first];
     const PlanWaypoint& destination = activePlan.entries[PositionedEntry(activePlan.lastIndex, -1)];
-    progress.routeDistanceToDestination =
-        GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, next.latitude,
-                              next.longitude) +
-        routeSums.entries[first].remainingNm;
-    double bearingTrue = 0;
-    DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
-                      destination.longitude, progress.destinationDistanceDirect, bearingTrue);
-    progress.destinationBearingMag = TrueToMagnetic(bearingTrue, aircraft.magneticVariation);
+    GreatCircle direct = FromAircraft({next.latitude, next.longitude});
+    progress.routeDistanceToDestination = direct.distanceNm + routeSums.entries[first].remainingNm;
+    if (&destination != &next) {
+        DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
+                          destination.longitude, direct.distanceNm, direct.courseTrue);
+    }
+    progress.destinationDistanceDirect = direct.distanceNm;
+    progress.destinationBearingMag = TrueToMagnetic(direct.courseTrue, aircraft.magneticVariation);
 }
 
 void UpdateTimeToGo() {

@@ -60,13 +60,9 @@ void ComputeCrossTrack(CrossTrackMode mode) {
         guidance.crossTrackNm = kNoCrossTrack;
         return;
     }
-    double distanceNm = 0;
-    double bearingTrue = 0;
-    double legCourseTrue = 0;
-    DistanceAndCourse(aircraft.latitude, aircraft.longitude, guidance.activeLatitude,
-                      guidance.activeLongitude, distanceNm, bearingTrue);
-    DistanceAndCourse(leg.from.latitude, leg.from.longitude, leg.to.latitude, leg.to.longitude,
-                      distanceNm, legCourseTrue);
+    const double bearingTrue =
+        FromAircraft({guidance.activeLatitude, guidance.activeLongitude}).courseTrue;
+    const double legCourseTrue = AlongLeg(leg).courseTrue;
     const double legCourseMag = TrueToMagnetic(legCourseTrue, aircraft.magneticVariation);
 
     double offsetNm = 0;

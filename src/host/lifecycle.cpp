@@ -8,6 +8,7 @@
 #include "base/sim_folder.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/plan_files.h"
+#include "host/listeners.h"
 #include "host/update_frame.h"
 #include "navdb/nav_database.h"
 #include "platform/canvas.h"
@@ -36,6 +37,7 @@ std::string_view ParameterText(const char* parameters) {
 }
 
 void Install(const GaugeBehaviour& behaviour) {
+    ConnectListeners();
     if (behaviour.takesSimFolder) {
         EnsureSimFolder();
     }

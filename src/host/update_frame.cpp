@@ -102,8 +102,7 @@ void IdleGuidance() {
         DisengageLnav();
     }
     guidance.lastHeadingSent = kNoHeadingSent;
-    guidance.waypointPassed = 0;
-    ComputeCrossTrack(CrossTrackMode::Guidance);
+    RefreshLegGeometry();
     UpdateRouteDistance();
     UpdateTimeToGo();
     PublishGuidance();
@@ -130,12 +129,6 @@ void ServeDataRequests() {
     if (std::exchange(requests.towerView, 0) == 1) {
         SendTowerView();
         RequestUnitRedraw();
-    }
-}
-
-void ServeFlightLog() {
-    if (std::exchange(planBook.flightLogStartRequested, false)) {
-        StartFlightLog();
     }
 }
 
@@ -167,7 +160,6 @@ void UpdateFrame() {
     }
     ServePageRequests();
     ServeDataRequests();
-    ServeFlightLog();
     ReleaseAirspeedHold();
 }
 

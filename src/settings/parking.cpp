@@ -19,12 +19,11 @@ const StateReset kReset([] { parkingPosition = {}; });
 
 ParkingPosition parkingPosition;
 
-void LoadParkingPosition(std::string_view airportIdent) {
-    parkingPosition = {};
+ParkingPosition FindParkingPosition(std::string_view airportIdent) {
     std::string text;
     if (airportIdent.empty() || settings.ParkingFile.empty() ||
         !ReadWholeFile(SimPath("\\avq\\Aircraft\\") + settings.ParkingFile, text)) {
-        return;
+        return {};
     }
     LineReader lines(text, kMaxLineLength);
     std::string_view line;
@@ -35,10 +34,9 @@ void LoadParkingPosition(std::string_view airportIdent) {
             continue;
         }
         const double headingDeg = ToNumber(words[3]);
-        parkingPosition = {ToNumber(words[1]), ToNumber(words[2]),
-                           headingDeg == 360 ? 0 : headingDeg};
-        return;
+        return {ToNumber(words[1]), ToNumber(words[2]), headingDeg == 360 ? 0 : headingDeg};
     }
+    return {};
 }
 
 }  // namespace avq1

@@ -14,8 +14,9 @@ struct ParkingPosition {
     double headingDeg = 0;  // below 360
 };
 
-extern ParkingPosition parkingPosition;  // at the airport looked up last
+extern ParkingPosition parkingPosition;  // at the airport set last
 
-void LoadParkingPosition(std::string_view airportIdent);
+// What the file says of the airport.
+ParkingPosition FindParkingPosition(std::string_view airportIdent);
 
 }  // namespace avq1

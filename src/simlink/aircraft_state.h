@@ -78,6 +78,12 @@ extern std::int32_t avionicsPower;  // 0 blanks every display and unit
 
 inline constexpr std::int32_t kReadingsUntilLost = 18;
 
+// The aircraft stands or taxies slowly: a plan that is started now starts a flight.
+inline constexpr double kOnGroundBelowKt = 5;
+inline bool OnGround() {
+    return aircraft.groundSpeedKt < kOnGroundBelowKt;
+}
+
 // Fills `aircraft` and `avionicsPower`; a table of rows names each variable and its conversion.
 void RefreshAircraftState();
 

@@ -272,7 +272,6 @@ TEST_F(PlanEdit, StatusAdvancesAndTheFirstStepOnGroundReadiesTheFlight) {
             EXPECT_EQ(planBook.status, BeingBuilt);
         }
         EXPECT_EQ(planBook.reserveFuelInUse, c.readied ? 1500 : 0);
-        EXPECT_EQ(planBook.flightLogStartRequested, c.readied);
         EXPECT_EQ(planBook.fuelLoadRequested, c.fuelRequested);
     }
 }

@@ -79,12 +79,14 @@ TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
         guidance.destinationNearDone = 1;
         planAirports.destinationAirportState = 2;
         planAirports.patternRunwayOffset = 3;
+        test::HearGuidance();
         EXPECT_EQ(ExecuteModification(), c.flown != nullptr);
         EXPECT_EQ(Show(activePlan), c.flown != nullptr ? c.flown : c.active);
         EXPECT_EQ(vnav.cruiseAltitude, c.status == RouteStatus::AwaitsExecution ? 33000 : 0);
         EXPECT_EQ(guidance.destinationNearDone, c.started ? 0 : 1);
         EXPECT_EQ(planAirports.destinationAirportState, c.started ? 1 : 2);
         EXPECT_EQ(planAirports.patternRunwayOffset, c.started ? kNoPatternRunway : 3);
+        ASSERT_EQ(test::heard.size(), c.flown != nullptr ? 1U : 0U);
         if (c.flown == nullptr) {
             EXPECT_EQ(planBook.status, c.status);
             continue;
@@ -97,7 +99,8 @@ TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
         EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 1);
         EXPECT_EQ(activePlan.entries[1].ataText, "");
         EXPECT_DOUBLE_EQ(guidance.distanceToGoNm, DistanceToEntry(planBook.activeIndex));
-        EXPECT_TRUE(planBook.flightLogStartRequested);  // it stands on the ground
+        EXPECT_EQ(test::heard[0].event, GuidanceEvent::PlanStarted);
+        EXPECT_EQ(test::heard[0].entryIndex, planBook.activeIndex);
     }
 }
 
@@ -182,7 +185,6 @@ TEST_F(ActivePlan, SwitchesSendWhatTheyAskForHoweverAPlanBecomesActive) {
         for (const std::int32_t on : {0, 1}) {
             ResetModuleState();
             settings.LnavSetEnRouteFreqs = settings.SetWptBaro = on;
-            aircraft.groundSpeedKt = 5;
             aircraft.latitude = 40;
             aircraft.longitude = -70;
             SetPlan(activePlan, "KJFK >AAA KBOS");
@@ -194,7 +196,6 @@ TEST_F(ActivePlan, SwitchesSendWhatTheyAskForHoweverAPlanBecomesActive) {
             EXPECT_TRUE(way());
             EXPECT_EQ(simulator_.CountEvents(test::kNavFrequencyEvent), on);
             EXPECT_EQ(simulator_.CountEvents(test::kAltimeterEvent), on);
-            EXPECT_FALSE(planBook.flightLogStartRequested);  // it flies
         }
     }
 }

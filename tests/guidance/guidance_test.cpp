@@ -14,6 +14,7 @@
 #include "guidance/progress.h"
 #include "guidance/radio_tuning.h"
 #include "guidance/vnav.h"
+#include "settings/parking.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
@@ -139,7 +140,7 @@ TEST_F(GuidanceTest, LooksAheadByCrossTrack) {
         double longitude;  // at 0, the leg's start, the abeam point is the aircraft's own
         double lookAheadNm;
     };
-    for (const Row& row : {Row{2, 1, 3}, Row{3.4, 1, 3}, Row{4, 1, 5}, Row{0, 0, 5}}) {
+    for (const Row& row : {Row{2, 1, 3}, Row{3.45, 1, 3}, Row{3.55, 1, 5}, Row{0, 0, 5}}) {
         SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 2}});
         PlaceAt(-row.offsetNm / 60, row.longitude);
         SetActiveWaypoint(1);
@@ -199,8 +200,51 @@ TEST_F(GuidanceTest, PassageKeepsFuelInTheUnitAskedFor) {
         guidance.lnavEngaged = 1;
         SequenceWaypoint();
         EXPECT_NEAR(guidance.passedFuel, kilograms ? 2204.62262 : 1000, 1e-6);
-        EXPECT_EQ(guidance.waypointPassed, 1);
+    }
+}
+
+TEST_F(GuidanceTest, ThePassageIsTold) {
+    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 0.01}, {"CCC", 0, 1}});
+    for (const auto& [groundSpeedKt, onGround] : {std::pair{4.9, true}, {5.0, false}}) {
+        test::HearGuidance();
+        test::HearGuidance();  // once is enough
+        SetActiveWaypoint(1);
+        guidance.lnavEngaged = 1;
+        aircraft.groundSpeedKt = groundSpeedKt;
+        aircraft.altitudeFt = 9000;
         SequenceWaypoint();
+        SequenceWaypoint();  // nothing to pass
+        ASSERT_EQ(test::heard.size(), 1U);
+        EXPECT_EQ(test::heard[0].event, GuidanceEvent::WaypointPassed);
+        EXPECT_EQ(test::heard[0].entryIndex, 1);
+        EXPECT_EQ(test::heard[0].altitudeFt, 9000);
+        EXPECT_EQ(test::heard[0].onGround, onGround);
+        EXPECT_EQ(guidance.passedIdent, "BBB");
+    }
+}
+
+// However it was made active; only a first leg's preparation leaves a plain entry's as it is.
+TEST_F(GuidanceTest, TheWaypointFlownToHasItsOwnChangeDistance) {
+    SetActivePlan({{"AAA", 0, 0},
+                   {"BBB", 0, 1},
+                   {"CCC", 0, 2, "INT", "STAR", "", 1},
+                   {"DDD", 0, 3, "INT", "STAR"},
+                   {"EEE", 0, 4}});
+    const struct {
+        std::int32_t index;
+        double changeNm;
+    } rows[] = {{2, 1.5}, {1, 3}, {3, 2.5}, {4, 3}, {2, 1.5}};
+    for (const auto& row : rows) {
+        SetActiveWaypoint(row.index);
+        EXPECT_EQ(guidance.waypointChangeDistanceNm, row.changeNm) << row.index;
+    }
+    for (const auto& [flyover, changeNm] : {std::pair{0, 2.2}, {1, 1.5}}) {
+        SetActiveWaypoint(1);
+        guidance.waypointChangeDistanceNm = 2.2;
+        guidance.firstLegPrepared = 0;
+        activePlan.entries[1].flyover = flyover;
+        PrepareFirstLeg();
+        EXPECT_EQ(guidance.waypointChangeDistanceNm, changeNm);
     }
 }
 
@@ -217,7 +261,8 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
         EventList events;
     } rows[] = {{{a, b, vor(2)}, 10, {{65716, 80}, {65708, 0x11390}}},
                 {{a, {"NNN", 0, 1, "NDB", "", "385"}}, 0, {{65716, 90}, {65714, 0x385}}},
-                {{a, vor(4.2), vor(1)}, 0, {}},  // only the first entry with a frequency counts
+                {{a, vor(3.82)}, 0, {{65716, 90}, {65708, 0x11390}}},  // 229 nm
+                {{a, vor(3.85), vor(1)}, 0, {}},  // 231 nm; only the first with a frequency counts
                 {{a, {"BBB", 1, 1}, gap, {"VVV", 1, 2, "VOR", "", "113.90"}},
                  0,
                  {{65716, 89}, {65708, 0x11390}}},
@@ -300,6 +345,37 @@ TEST_F(ActivationTest, TheDestinationIsLoadedOnceUnderWay) {
         EXPECT_EQ(planAirports.destinationAirportState, row.state) << row.type;
         EXPECT_EQ(planAirports.destinationElevationText, row.elevation) << row.type;
         EXPECT_EQ(planAirports.patternRunwayOffset, row.state == 2 ? kNoPatternRunway : 4);
+    }
+}
+
+// Whatever the pilot looks up meanwhile.
+TEST_F(ActivationTest, TheDestinationIsReadAsThePlanStartsAndNoFileUnderWay) {
+    using Way = void (*)();
+    for (const Way start : {Way([] { LoadPlanToActive("ABCD.RTE"); }), Way([] {
+                                SetActivePlan({{"AAA", 0, 0, "APT"}, {"CCC", 0, 2, "APT"}});
+                                StartActivePlan();
+                            })}) {
+        ResetModuleState();
+        SimFolder = folder.root().string();
+        folder.Write("avq/Navdata/avq_apts.txt",
+                     "BBB BRAVO 9 0.0 1.0\nCCC CHARLIE 1234 0.0 2.0 09_090_0.0_2.0_150_0_0_0\n");
+        folder.Write("avq/Navdata/apt_additional_info.txt", "[CCC]\nRWY9=RIGHTPATTERN\n");
+        folder.Write("avq/Aircraft/stands.txt", "CCC 1.5 2.5 90\n");
+        settings.ParkingFile = "stands.txt";
+        start();
+        SetPlanAirport("BBB", PlanAirportMode::RunwaysOnly);
+        for (const char* file :
+             {"Navdata/avq_apts.txt", "Navdata/apt_additional_info.txt", "Aircraft/stands.txt"}) {
+            folder.Write(std::string("avq/") + file, "");
+        }
+        PlaceAt(0, 1);
+        LoadDestinationAirport();
+        EXPECT_EQ(planAirports.destinationElevationText, "1234");
+        EXPECT_EQ(activePlan.entries[activePlan.lastIndex].altitude, 1234);
+        ASSERT_EQ(planAirports.runways.size(), 1U);
+        EXPECT_EQ(planAirports.runways[0].rightPattern, 1);
+        EXPECT_EQ(parkingPosition.headingDeg, 90);
+        EXPECT_EQ(messages.lines[messages.count], "APT 'CCC' Set");
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "base/module_state.h"
 #include "flightplan/hold_pattern.h"
 #include "guidance/guidance_state.h"
@@ -63,9 +65,18 @@ TEST_F(HoldsTest, ThePatternLiesAroundItsFix) {
     // Where the corners lie, in leg lengths, when it turns right.
     const double north[] = {0, 0.2, 0.2, -0.8, -0.8};
     const double east[] = {0, 0, 0.5, 0.5, 0};
-    for (const HoldTurn turnDirection : {HoldTurn::Right, HoldTurn::Left}) {
-        const double outwards = turnDirection == HoldTurn::Right ? 1 : -1;
-        holdList.holds[1].turnDirection = turnDirection;
+    const struct {
+        HoldTurn turnDirection;
+        double inboundMag, variation;
+    } rows[] = {{HoldTurn::Right, 360, 0},
+                {HoldTurn::Left, 360, 0},
+                {HoldTurn::Right, 350, 10},
+                {HoldTurn::Left, 20, -20}};
+    for (const auto& row : rows) {
+        const double outwards = row.turnDirection == HoldTurn::Right ? 1 : -1;
+        holdList.holds[1].turnDirection = row.turnDirection;
+        holdList.holds[1].inboundCourseMag = row.inboundMag;
+        aircraft.magneticVariation = row.variation;
         BuildAndFlyHold();
         for (int corner = 0; corner < 5; ++corner) {
             const HoldCorner& placed = holdList.holds[1].corners[corner];
@@ -87,6 +98,8 @@ TEST_F(HoldsTest, TimedLegsFollowTheGroundSpeed) {
 
 TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
     StartAt(pilot, 1);
+    ASSERT_TRUE(FlyToCorner(1));
+    simulator.events.clear();
     int laps = 0;
     for (; laps < 3; ++laps) {
         for (const std::int32_t corner : {1, 2, 3, 4}) {
@@ -97,6 +110,8 @@ TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
             EXPECT_LT(GreatCircleDistanceNm(pilot.latitude, pilot.longitude, 0, 0), 7);
         }
     }
+    EXPECT_EQ(std::adjacent_find(simulator.events.begin(), simulator.events.end()),
+              simulator.events.end());  // a heading is sent when it changes
     ASSERT_TRUE(FlyToCorner(3));
     holdFlight.holdState = HoldState::ExitRequested;  // the pilot asks to leave
     for (const std::int32_t corner : {4, 1}) {
@@ -110,6 +125,41 @@ TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
     EXPECT_EQ(planBook.activeIndex, 2);
     Step();
     EXPECT_NE(guidance.lastHeadingSent, kNoHeadingSent);
+}
+
+// The pattern is 5 nm long and 2.5 nm wide; the third corner, "Base", ends its 5 nm side south.
+TEST_F(HoldsTest, ACornerIsReachedOrMissed) {
+    const struct {
+        double northNm, eastNm;  // of the corner
+        bool turns;
+    } rows[] = {{1.3, 0, false},  {1.2, 0, true},    // a quarter of the leg
+                {0.2, 2, false},  {-0.2, 2, true},   // it lies abeam: ahead and behind
+                {12.4, 0, false}, {12.6, 0, true}};  // two and a half sides
+    StartAt(pilot, 1);
+    ASSERT_TRUE(FlyToCorner(3));
+    const HoldFlight toBase = holdFlight;
+    for (const auto& row : rows) {
+        holdFlight = toBase;
+        aircraft.latitude = (-4 + row.northNm) / 60;
+        aircraft.longitude = (2.5 + row.eastNm) / 60;
+        BuildAndFlyHold();
+        EXPECT_EQ(holdFlight.holdTargetCorner, row.turns ? 4 : 3) << row.northNm << row.eastNm;
+    }
+}
+
+TEST_F(HoldsTest, BeginsWithinAQuarterOfItsLegOrTheChangeDistance) {
+    const struct {
+        double legNm, atNm;
+        bool begins;
+    } rows[] = {{5, 3.1, false}, {5, 2.9, true}, {20, 5.1, false}, {20, 4.9, true}};
+    for (const auto& row : rows) {
+        holdFlight = {};
+        holdList.holds[1].legDistanceNm = row.legNm;
+        pilot.latitude = -row.atNm / 60;
+        StartAt(pilot, 1);
+        BuildAndFlyHold();
+        EXPECT_EQ(HoldBeingFlown(), row.begins) << row.atNm;
+    }
 }
 
 TEST_F(HoldsTest, DeletingItLetsTheFixBePassed) {

@@ -12,10 +12,12 @@
 #include "flightlog/flight_log.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/vnav.h"
 #include "settings/settings.h"
 #include "simlink/exported_variables.h"
+#include "support/placement.h"
 #include "support/test_flight.h"
 
 namespace avq1 {
@@ -61,6 +63,16 @@ class UpdateFrameTest : public ::testing::Test {
         pilot.latitude = latitude;
         pilot.longitude = longitude;
         StartAt(pilot, index);
+    }
+    static void ExpectOnTheFirstLeg() {
+        EXPECT_STREQ(exported.activeIdent.data(), "BBB");
+        EXPECT_EQ(exported.activeIndex, 1U);
+        EXPECT_EQ(exported.lastIndex, 2U);
+        EXPECT_NEAR(exported.distanceToGoNm, 30, 0.01);
+        EXPECT_NEAR(exported.desiredTrackMag, 90, 1e-6);
+        EXPECT_NEAR(exported.bearingToWaypointMag, 91.1, 0.1);
+        EXPECT_EQ(exported.crossTrackSide, 2U);
+        EXPECT_EQ(exported.lnavEngaged, 1U);
     }
     // One tick with the aircraft put somewhere.
     void TickAt(double latitude, double longitude) {
@@ -149,17 +161,23 @@ TEST_F(UpdateFrameTest, TheFirstEntryIsPassedAtItsOwnDistance) {
 
 TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
     const struct {
-        double distanceNm, headingHold;
+        double distanceNm;
+        double angle;  // between the bearing to it and the leg
+        double headingHold;
         int lastIndex;  // the last but one must be reached
         bool holdAtFix, passed;
-    } rows[] = {{8, 1, 3, false, true},  {11, 1, 3, false, false}, {8, 0, 3, false, false},
-                {8, 1, 2, false, false}, {8, 1, 3, true, false},   {8, 0.6, 3, false, true}};
+    } rows[] = {{8, 95, 1, 3, false, true},      {9.95, 95, 1, 3, false, true},
+                {10.05, 95, 1, 3, false, false}, {8, 90.7, 1, 3, false, false},
+                {8, 91.3, 1, 3, false, true},    {8, 95, 0, 3, false, false},
+                {8, 95, 1, 2, false, false},     {8, 95, 1, 3, true, false},
+                {8, 95, 0.6, 3, false, true}};
     for (const auto& row : rows) {
         ResetModuleState();
         SetActivePlan(kEquator4);
         activePlan.lastIndex = row.lastIndex;
-        pilot.longitude = 1 + row.distanceNm / 60 * std::sin(5 * kDegToRad);
-        pilot.latitude = row.distanceNm / 60 * std::cos(5 * kDegToRad);
+        const double beyond = (row.angle - 90) * kDegToRad;
+        pilot.longitude = 1 + row.distanceNm / 60 * std::sin(beyond);
+        pilot.latitude = row.distanceNm / 60 * std::cos(beyond);
         StartAt(pilot, 1);
         if (row.holdAtFix) {
             holdList.count = 1;
@@ -168,7 +186,7 @@ TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
         simulator.variables[106] = row.headingHold;
         Tick();
         EXPECT_EQ(planBook.activeIndex, row.passed ? 2 : 1)
-            << row.distanceNm << ' ' << row.headingHold << ' ' << row.lastIndex;
+            << row.distanceNm << ' ' << row.angle << ' ' << row.headingHold << row.lastIndex;
     }
 }
 
@@ -238,19 +256,22 @@ TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
 TEST_F(UpdateFrameTest, TheLastEntryEndsTheFlight) {
     const struct {
         int lnavOff, vnavOff, topOfClimbReached;
-        std::uint32_t lnavOnFinalLeg, vnavOnFinalLeg;
+        std::uint32_t lnavOnFinalLeg, vnavOnFinalLeg;  // and tuned for it only with LNAV
     } rows[] = {{0, 0, 1, 1, 1}, {1, 0, 1, 0, 1}, {0, 1, 1, 1, 0}, {0, 1, 0, 1, 1}};
     for (const auto& row : rows) {
         ResetModuleState();
         settings.LnavOffAtLastWpt = row.lnavOff;
         settings.VnavOffAtLastWpt = row.vnavOff;
-        Start(kEquator3, 1, 0.97);
+        Start({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2, "VOR", "", "113.90"}}, 1, 0.97);
+        settings.LnavSetEnRouteFreqs = 1;
+        simulator.events.clear();
         guidance.vnavEngaged = 1;
         vnav.topOfClimbReached = row.topOfClimbReached;
         TickAt(0, 0.97);
         ASSERT_EQ(planBook.activeIndex, 2);
         EXPECT_EQ(exported.lnavEngaged, row.lnavOnFinalLeg);
         EXPECT_EQ(exported.vnavEngaged, row.vnavOnFinalLeg);
+        EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), row.lnavOff == 1 ? 0 : 1);
         TwoTicksAt(0, 1.97);
         EXPECT_EQ(exported.lnavEngaged, 0U);
         EXPECT_EQ(planBook.activeIndex, 2);
@@ -302,20 +323,45 @@ TEST_F(UpdateFrameTest, AGapInTheRouteEndsLnavWithAMessage) {
 }
 
 TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
-    Start(kEquator3, 1, 0);
-    TwoTicksAt(0, 0.5);
-    EXPECT_STREQ(exported.activeIdent.data(), "BBB");
-    EXPECT_EQ(exported.activeIndex, 1U);
-    EXPECT_EQ(exported.lastIndex, 2U);
-    EXPECT_NEAR(exported.distanceToGoNm, 30, 1e-6);
-    EXPECT_NEAR(exported.bearingToWaypointMag, 90, 1e-6);
-    EXPECT_EQ(exported.lnavEngaged, 1U);
-    SetActiveWaypoint(kNoWaypoint);
-    TickAt(0, 0.5);
-    EXPECT_STREQ(exported.activeIdent.data(), "");
-    EXPECT_EQ(exported.activeIndex, 0U);
-    EXPECT_EQ(exported.crossTrackNm, -99.0);
-    EXPECT_EQ(exported.lnavEngaged, 0U);
+    using Way = void (*)();
+    for (const Way endFlight :
+         {Way([] { SetActiveWaypoint(kNoWaypoint); }), Way([] { activePlan.lastIndex = -1; })}) {
+        Start(kEquator3, 1, 0);
+        TwoTicksAt(0.01, 0.5);
+        ExpectOnTheFirstLeg();
+        endFlight();
+        TickAt(0.01, 0.5);
+        EXPECT_STREQ(exported.activeIdent.data(), "");
+        EXPECT_EQ(exported.activeIndex, 0U);
+        EXPECT_EQ(exported.distanceToGoNm, 0);
+        EXPECT_EQ(exported.desiredTrackMag, 0);
+        EXPECT_EQ(exported.bearingToWaypointMag, 0);
+        EXPECT_EQ(exported.crossTrackNm, -99.0);
+        EXPECT_EQ(exported.crossTrackSide, 0U);
+        EXPECT_EQ(exported.lnavEngaged, 0U);
+    }
+}
+
+// Installing any gauge is enough.
+TEST_F(UpdateFrameTest, APlanStartedOnTheGroundBeginsALog) {
+    test::Placement("LNAV", nullptr).Send(PanelEvent::Install);
+    const struct {
+        double groundSpeedKt;
+        std::int32_t lastIndex;
+        std::int32_t phase;
+        double elapsedSeconds;
+    } rows[] = {{4.9, 2, kFlightLogWanted, 0}, {5, 2, 3, 77}, {4.9, -1, 3, 77}};
+    for (const auto& row : rows) {
+        SetActivePlan(kEquator3);
+        activePlan.lastIndex = row.lastIndex;
+        aircraft.groundSpeedKt = row.groundSpeedKt;
+        flightLog.phase = 3;
+        guidance.elapsedSeconds = 77;
+        StartActivePlan();
+        EXPECT_EQ(flightLog.phase, row.phase) << row.groundSpeedKt << row.lastIndex;
+        EXPECT_EQ(guidance.elapsedSeconds, row.elapsedSeconds);
+    }
+    EXPECT_EQ(FlightLogStarted, 1);
 }
 
 TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {

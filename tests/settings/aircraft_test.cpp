@@ -184,7 +184,7 @@ TEST(DemoAircraft, LoadWhole) {
         for (const CruiseRow& row : tables.cruise) {
             EXPECT_EQ(row.fuelFlowCount, weights) << row.altitudeFt;
         }
-        LoadParkingPosition("KBOS");
+        parkingPosition = FindParkingPosition("KBOS");
         EXPECT_NEAR(parkingPosition.latitude, 42.36, 0.02);
     }
     SimFolder.clear();
@@ -196,14 +196,14 @@ TEST(Parking, TakesTheFirstLineOfTheAirport) {
     folder.Write(
         "avq/Aircraft/stands.txt",
         "KBO 1 2 3\nkbos 4 5 6\nKBOS 42.36 -71.01 360\nKBOS 7 8 9\nKJFK 40.6 -73.8 44.5\n");
-    LoadParkingPosition("KBOS");
+    parkingPosition = FindParkingPosition("KBOS");
     EXPECT_EQ(parkingPosition.latitude, 0);  // no file is named yet
     settings.ParkingFile = "stands.txt";
-    LoadParkingPosition("KBOS");
+    parkingPosition = FindParkingPosition("KBOS");
     EXPECT_EQ(parkingPosition.latitude, 42.36);
     EXPECT_EQ(parkingPosition.longitude, -71.01);
     EXPECT_EQ(parkingPosition.headingDeg, 0);
-    LoadParkingPosition("LFPG");
+    parkingPosition = FindParkingPosition("LFPG");
     EXPECT_EQ(parkingPosition.latitude, 0);
 }
 

@@ -10,6 +10,7 @@
 
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
+#include "guidance/guidance_events.h"
 #include "guidance/lnav.h"
 #include "simlink/aircraft_state.h"
 #include "support/fake_simulator.h"
@@ -22,6 +23,18 @@ inline constexpr std::int32_t kCourseEvent = 65716;
 inline constexpr std::int32_t kNavFrequencyEvent = 65708;
 
 using EventList = std::vector<std::pair<std::int32_t, std::uint32_t>>;
+
+// What guidance tells, in order, once HearGuidance() was called.
+inline std::vector<GuidanceReport> heard;
+
+inline void HearGuidance() {
+    heard.clear();
+    using enum GuidanceEvent;
+    for (const GuidanceEvent event : {PlanStarted, WaypointPassed, TopOfClimb, TopOfDescent}) {
+        ConnectGuidanceListener(event,
+                                [](const GuidanceReport& report) { heard.push_back(report); });
+    }
+}
 
 struct PlanEntry {
     const char* ident;
