@@ -2,7 +2,8 @@
 //
 // However a plan becomes the active one, the same step ends it (StartActivePlan): the waypoint
 // flown to is made active afresh, radios are tuned and the altimeter is set when the settings say
-// so, and the listeners are told. Units never write planBook.activeIndex.
+// so, and the listeners are told. Units never write planBook.activeIndex. Altitudes are feet, fuel
+// the simulator's weight units, as in the plan.
 #pragma once
 
 #include <string_view>

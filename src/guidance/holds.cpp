@@ -70,9 +70,8 @@ bool ExitsAtThisCorner() {
 }
 
 void BeginHold() {
+    holdFlight = {};
     holdFlight.holdActive = 1;
-    holdFlight.holdState = HoldState::Normal;
-    holdFlight.lastHoldHeading = kNoHoldHeading;
 }
 
 void FinishHold(std::int32_t fixIndex) {

@@ -1,4 +1,7 @@
 // guidance/progress.h - route distance and time to go.
+//
+// Written to `progress` and `derived`: distances nm on the sphere, bearings degrees magnetic, times
+// minutes and whole hours, speeds kt, angles degrees.
 #pragma once
 
 namespace avq1 {

@@ -1,4 +1,7 @@
 // guidance/radio_tuning.h - turns flight plan data or a pilot's entry into radio events.
+//
+// Courses are whole degrees magnetic, frequencies the digits of their text (MHz; kHz of an NDB),
+// distances nm. Nothing is sent when there is nothing to tune.
 #pragma once
 
 #include <cstdint>

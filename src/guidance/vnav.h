@@ -1,4 +1,6 @@
 // guidance/vnav.h - the vertical profile and its steps in the per-frame update.
+//
+// Altitudes are feet, speeds kt indicated, positions decimal degrees, flags 0 or 1.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +17,8 @@ struct VnavProfile {
     double tocLongitude = 0;
     double todLatitude = 0;
     double todLongitude = 0;
-    double targetValue = 0;  // reset by the VNAV selector
-    std::int32_t lastAltitudeSent = -999;
+    double targetValue = 0;                // reset by the VNAV selector
+    std::int32_t lastAltitudeSent = -999;  // -999 = none
     std::int32_t lastSpeedSent = -999;
     std::int32_t restart = 0;  // the VNAV selector asked for the commands to be sent anew
 };

@@ -172,6 +172,12 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
                         RouteLengthNm(activePlan, planBook.activeIndex, activePlan.lastIndex),
                     1e-9)
             << number;
+        const PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
+        double directNm = 0;
+        double bearingTrue = 0;
+        DistanceAndCourse(0, 0, last.latitude, last.longitude, directNm, bearingTrue);
+        EXPECT_EQ(progress.destinationDistanceDirect, directNm) << number;
+        EXPECT_EQ(progress.destinationBearingMag, bearingTrue) << number;
         ++number;
     }
 }

@@ -153,12 +153,14 @@ TEST_F(HoldsTest, BeginsWithinAQuarterOfItsLegOrTheChangeDistance) {
         bool begins;
     } rows[] = {{5, 3.1, false}, {5, 2.9, true}, {20, 5.1, false}, {20, 4.9, true}};
     for (const auto& row : rows) {
-        holdFlight = {};
+        holdFlight.holdActive = holdFlight.holdTargetCorner = 0;  // as a hold that was left
         holdList.holds[1].legDistanceNm = row.legNm;
         pilot.latitude = -row.atNm / 60;
         StartAt(pilot, 1);
+        simulator.events.clear();
         BuildAndFlyHold();
         EXPECT_EQ(HoldBeingFlown(), row.begins) << row.atNm;
+        EXPECT_EQ(simulator.CountEvents(test::kHeadingBugEvent), row.begins ? 1 : 0);
     }
 }
 
