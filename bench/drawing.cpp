@@ -50,13 +50,12 @@ void SetUpFlight(test::FakeSimulator& simulator) {
                                 {42.7, -73.8},  {42.7, -75.0}, {42.9, -76.4}, {42.9, -78.7}};
     std::int32_t index = 0;
     for (const auto& place : places) {
-        PlanWaypoint& entry = activePlan.entries[index];
-        entry = PlanWaypoint{};
+        PlanWaypoint entry;
         entry.ident = "FIX" + std::to_string(index++);
         entry.latitude = place[0];
         entry.longitude = place[1];
+        activePlan.Append(std::move(entry));
     }
-    activePlan.lastIndex = index - 1;
     simulator.variables[773] = 1;
     simulator.variables[81] = simulator.variables[86] = 290;
     simulator.variables[343] = 40;

@@ -216,10 +216,11 @@ BENCHMARK(FindAirwayLineEnds)->Unit(benchmark::kMicrosecond);
 
 void SpliceDeparture(benchmark::State& state) {
     ResetModuleState();
-    modifiedPlan.lastIndex = 150;
-    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
-        modifiedPlan.entries[i].ident = Format("W%04d", i);
-        modifiedPlan.entries[i].type = i % 150 == 0 ? kAirportType : "INT";
+    for (std::int32_t i = 0; i <= 150; ++i) {
+        PlanWaypoint entry;
+        entry.ident = Format("W%04d", i);
+        entry.type = i % 150 == 0 ? kAirportType : "INT";
+        modifiedPlan.Append(std::move(entry));
     }
     planBook.editIndex = 1;
     for (int i = 0; i < 40; ++i) {

@@ -78,18 +78,18 @@ void NextTick() {
 // A gently curving route of `legs` legs of 20 nm; LNAV flies its first.
 void FlyPlanOf(std::int64_t legs) {
     InstallHost();
+    activePlan.CutTo(-1);
     double latitude = 40.0;
     double longitude = -80.0;
     for (std::int32_t i = 0; i <= legs; ++i) {
-        PlanWaypoint& entry = activePlan.entries[i];
-        entry = PlanWaypoint{};
+        PlanWaypoint entry;
         entry.ident = "WP" + std::to_string(i);
         entry.type = "INT";
         entry.latitude = latitude;
         entry.longitude = longitude;
+        activePlan.Append(entry);
         PointAtDistance(latitude, longitude, 80.0 + i % 20, 20.0, latitude, longitude);
     }
-    activePlan.lastIndex = static_cast<std::int32_t>(legs);
     SetActiveWaypoint(1);
     EngageLnav();
     guidance.trackLeg = 1;

@@ -70,14 +70,13 @@ void FlyDirectTo(const PointRecord& record) {
     const bool isArrival = arrival.ident == chosen.ident && arrival.type == chosen.type;
     const bool keepsArrival = arrival.type == "APT" && !isArrival;
     DeleteAllHolds();
-    activePlan.entries[0] = DirectEntry();
-    activePlan.entries[1] = chosen;
-    activePlan.lastIndex = 1;
+    activePlan.CutTo(-1);
+    activePlan.Append(DirectEntry());
+    activePlan.Append(chosen);
     if (keepsArrival) {
         arrival.ataText.clear();
         arrival.via.clear();  // its leg begins at the chosen point now, off any airway
-        activePlan.entries[2] = arrival;
-        activePlan.lastIndex = 2;
+        activePlan.Append(arrival);
     }
     planBook.verticalTargetIndex = activePlan.lastIndex;
     StartActivePlan();

@@ -48,7 +48,7 @@ void HoldAtActiveWaypoint() {
     AddHold(hold);
     holdFlight = {};
     holdFlight.holdActive = 1;
-    activePlan.entries[fix].hasHold = 1;
+    activePlan.Edit(fix).hasHold = 1;
 }
 
 void PressHold(const KeyClick&) {

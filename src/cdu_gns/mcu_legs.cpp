@@ -104,7 +104,7 @@ void HandleLegs(const UnitInput& input) {
 
 // An altitude of 0 takes the constraint away.
 EntryResult SetCrossingAltitude(const FieldRow&) {
-    PlanWaypoint& entry = activePlan.entries[EntryAtCursor()];
+    PlanWaypoint& entry = activePlan.Edit(EntryAtCursor());
     entry.altitude = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
     entry.altitudeConstraint = mcu.newAltitude > 0 ? 1 : 0;
     mcu.crossingEntry = false;

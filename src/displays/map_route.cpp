@@ -11,6 +11,7 @@
 #include "drawing/symbols.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
+#include "flightplan/route_walk.h"
 #include "guidance/holds.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
@@ -78,16 +79,9 @@ bool OnActiveRoute(const PlanWaypoint& entry) {
 // An open place of the route has no position; its text says what is missing. The entry that text
 // stands beside: the one it follows, or at the start the one it precedes.
 const PlanWaypoint* BesideOpenPlace(const FlightPlan& plan, std::int32_t index) {
-    for (const std::int32_t step : {-1, 1}) {
-        std::int32_t neighbour = index + step;
-        while (plan.Holds(neighbour) && !HasPosition(Entry(plan, neighbour))) {
-            neighbour += step;
-        }
-        if (plan.Holds(neighbour)) {
-            return &Entry(plan, neighbour);
-        }
-    }
-    return nullptr;
+    const std::int32_t before = PositionedEntryBack(plan, index);
+    const std::int32_t beside = before == kNoEntry ? PositionedEntryFrom(plan, index) : before;
+    return beside == kNoEntry ? nullptr : &Entry(plan, beside);
 }
 
 void DrawHold(const MapFrame& frame, HoldPattern hold) {

@@ -71,10 +71,7 @@ bool InsertAirway(FlightPlan& plan) {
     std::int32_t position = planBook.editIndex;
     for (std::int32_t fix = entryIndex; fix != exitIndex; fix += step) {
         OpenPlanEntry(plan, ++position);
-        plan.entries[position] = AirwayEntry(airwayLookup.fixes[fix + step]);
-    }
-    if (plan.lastIndex < kMaxPlanIndex) {
-        plan.entries[plan.lastIndex + 1].ident = kEmptyRow;
+        plan.Edit(position) = AirwayEntry(airwayLookup.fixes[fix + step]);
     }
     if (&plan == &modifiedPlan) {
         NoteEdit();

@@ -1,9 +1,10 @@
 #include "flightplan/flight_plan.h"
 
 #include <algorithm>
+#include <cassert>
+#include <utility>
 
 #include "base/module_state.h"
-#include "geometry/geometry.h"
 
 namespace avq1 {
 
@@ -16,13 +17,39 @@ namespace {
 
 const StateReset resetPlans([] {
     for (FlightPlan* plan : {&activePlan, &modifiedPlan, &previewPlan}) {
-        plan->entries.fill(PlanWaypoint{});
-        plan->lastIndex = -1;
+        *plan = FlightPlan{};
     }
     planBook = PlanBook{};
 });
 
 }  // namespace
+
+FlightPlan::FlightPlan(const FlightPlan& other)
+    : entries_(other.entries_), lastIndex_(other.lastIndex_) {}
+
+FlightPlan& FlightPlan::operator=(const FlightPlan& other) {
+    ++revision_;
+    std::copy_n(other.entries_.begin(), other.lastIndex_ + 1, entries_.begin());
+    lastIndex_ = other.lastIndex_;
+    return *this;
+}
+
+PlanWaypoint& FlightPlan::Edit(std::int32_t index) {
+    assert(index >= 0 && index <= kMaxPlanIndex);
+    ++revision_;
+    return entries_[static_cast<std::size_t>(index)];
+}
+
+void FlightPlan::CutTo(std::int32_t last) {
+    assert(last >= -1 && last <= lastIndex_);
+    ++revision_;
+    lastIndex_ = last;
+}
+
+void FlightPlan::Append(PlanWaypoint entry) {
+    Edit(lastIndex_ + 1) = std::move(entry);
+    ++lastIndex_;
+}
 
 bool IsDiscontinuity(const PlanWaypoint& entry) {
     return entry.ident == kDiscontinuity;
@@ -36,23 +63,6 @@ PlanWaypoint Discontinuity() {
     PlanWaypoint entry;
     entry.ident = kDiscontinuity;
     return entry;
-}
-
-double RouteLengthNm(const FlightPlan& plan, std::int32_t from, std::int32_t to) {
-    const PlanWaypoint* previous = nullptr;
-    double lengthNm = 0;
-    for (std::int32_t i = std::max(from, 0); i <= std::min(to, plan.lastIndex); ++i) {
-        const PlanWaypoint& entry = plan.entries[i];
-        if (!HasPosition(entry)) {
-            continue;
-        }
-        if (previous != nullptr) {
-            lengthNm += GreatCircleDistanceNm(previous->latitude, previous->longitude,
-                                              entry.latitude, entry.longitude);
-        }
-        previous = &entry;
-    }
-    return lengthNm;
 }
 
 }  // namespace avq1

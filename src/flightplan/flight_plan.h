@@ -21,7 +21,7 @@ inline constexpr std::int32_t kFirstWaypoint = 1;  // flown to first: entry 0 is
 inline constexpr double kUnset = -999.0;           // an unset altitude or speed
 inline constexpr std::string_view kDiscontinuity = "DISCO";
 inline constexpr std::string_view kAirwayPlaceholder = "THEN";
-inline constexpr std::string_view kEmptyRow = "******";
+inline constexpr std::string_view kEmptyRow = "******";  // shown to type on; never in a plan
 inline constexpr std::string_view kAirportType = "APT";
 inline constexpr std::string_view kPlanFullMessage = "FLIGHT PLAN FULL";
 
@@ -44,12 +44,34 @@ struct PlanWaypoint {
     std::string frequency;  // as written in the database; empty unless a navaid
 };
 
-struct FlightPlan {
-    std::array<PlanWaypoint, kPlanCapacity> entries;
-    std::int32_t lastIndex = -1;
+// One copy of the plan. Everybody reads `entries` and `lastIndex`; whoever changes them goes
+// through the functions below, each of which moves `revision` on, so that what was worked out from
+// a plan can be kept until the plan is another one. A reference from Edit is for the change at
+// hand.
+class FlightPlan {
+  public:
+    FlightPlan() = default;
+    FlightPlan(const FlightPlan& other);
+    FlightPlan& operator=(const FlightPlan& other);  // entries and lastIndex; a change like others
 
-    bool IsFull() const { return lastIndex >= kMaxPlanIndex; }
-    bool Holds(std::int32_t index) const { return index >= 0 && index <= lastIndex; }
+    const std::array<PlanWaypoint, kPlanCapacity>& entries = entries_;
+    const std::int32_t& lastIndex = lastIndex_;
+    const std::uint32_t& revision = revision_;  // never 0
+
+    bool IsFull() const { return lastIndex_ >= kMaxPlanIndex; }
+    bool Holds(std::int32_t index) const { return index >= 0 && index <= lastIndex_; }
+
+    // The entry for writing. `index` is 0 to kMaxPlanIndex.
+    PlanWaypoint& Edit(std::int32_t index);
+    // Entry `last`, -1 to lastIndex, ends the plan from here on.
+    void CutTo(std::int32_t last);
+    // Puts the entry behind the last one; the plan must not be full.
+    void Append(PlanWaypoint entry);
+
+  private:
+    std::array<PlanWaypoint, kPlanCapacity> entries_;
+    std::int32_t lastIndex_ = -1;
+    std::uint32_t revision_ = 1;
 };
 
 // A discontinuity has no position: it is left out of distances, tuning and drawing.
@@ -97,9 +119,5 @@ extern FlightPlan activePlan;
 extern FlightPlan modifiedPlan;
 extern FlightPlan previewPlan;
 extern PlanBook planBook;
-
-// Great-circle length in nm from entry `from` through the later entries to entry `to`; entries
-// without a position are left out, so a gap counts as the straight way across it.
-double RouteLengthNm(const FlightPlan& plan, std::int32_t from, std::int32_t to);
 
 }  // namespace avq1

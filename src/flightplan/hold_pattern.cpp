@@ -92,7 +92,7 @@ void DeleteHold(std::int32_t fixIndex) {
     }
     RemoveRecord(number);
     if (activePlan.Holds(fixIndex)) {
-        activePlan.entries[fixIndex].hasHold = 0;
+        activePlan.Edit(fixIndex).hasHold = 0;
     }
 }
 
@@ -102,7 +102,7 @@ void DeletePendingHold(std::int32_t pendingFixIndex) {
         if (pendingFixIndex > 0 && hold.pendingFixIndex == pendingFixIndex) {
             MarkRemovedInModification(hold);
             if (modifiedPlan.Holds(pendingFixIndex)) {
-                modifiedPlan.entries[pendingFixIndex].hasHold = 0;
+                modifiedPlan.Edit(pendingFixIndex).hasHold = 0;
             }
             RemoveRecordsIf(BelongsToNoPlan);
             return;
@@ -121,10 +121,10 @@ void DeleteAllHolds() {
     for (std::int32_t i = 1; i <= holdList.count; ++i) {
         const HoldPattern& hold = holdList.holds[i];
         if (activePlan.Holds(hold.fixIndex)) {
-            activePlan.entries[hold.fixIndex].hasHold = 0;
+            activePlan.Edit(hold.fixIndex).hasHold = 0;
         }
         if (modifiedPlan.Holds(hold.pendingFixIndex)) {
-            modifiedPlan.entries[hold.pendingFixIndex].hasHold = 0;
+            modifiedPlan.Edit(hold.pendingFixIndex).hasHold = 0;
         }
     }
     holdList = {};

@@ -138,8 +138,9 @@ PlanWaypoint* ArrivalEntry(std::string_view ident) {
     if (activePlan.lastIndex < 0) {
         return nullptr;
     }
-    PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
-    return last.type == kAirportType && last.ident == ident ? &last : nullptr;
+    const PlanWaypoint& last = activePlan.entries[activePlan.lastIndex];
+    return last.type == kAirportType && last.ident == ident ? &activePlan.Edit(activePlan.lastIndex)
+                                                            : nullptr;
 }
 
 void SetDestinationTexts(std::string_view ident, const AirportLine& airport) {
@@ -154,7 +155,7 @@ void ShowElevation(std::string_view, const AirportLine& airport) {
 
 void ApplyDepartureElevation(std::string_view, const AirportLine& airport) {
     if (activePlan.lastIndex >= 0) {
-        activePlan.entries[0].altitude = ToNumber(airport.Elevation());
+        activePlan.Edit(0).altitude = ToNumber(airport.Elevation());
     }
 }
 
@@ -185,10 +186,9 @@ void PlaceAirport(PlanWaypoint& entry, std::string_view ident, const AirportLine
 
 void PlaceOrigin(FlightPlan& plan, std::string_view ident, const AirportLine& airport) {
     if (plan.lastIndex < 0) {
-        plan.entries[0] = PlanWaypoint{};
-        plan.lastIndex = 0;
+        plan.Append(PlanWaypoint{});
     }
-    PlaceAirport(plan.entries[0], ident, airport);
+    PlaceAirport(plan.Edit(0), ident, airport);
 }
 
 // Null when the plan is full.
@@ -197,8 +197,8 @@ PlanWaypoint* AppendAirport(FlightPlan& plan, std::string_view ident, const Airp
         AppendMessage(kPlanFullMessage);
         return nullptr;
     }
-    PlanWaypoint& entry = plan.entries[++plan.lastIndex];
-    entry = PlanWaypoint{};
+    plan.Append(PlanWaypoint{});
+    PlanWaypoint& entry = plan.Edit(plan.lastIndex);
     PlaceAirport(entry, ident, airport);
     return &entry;
 }
@@ -263,7 +263,7 @@ bool LoadPlanAirportDetail(std::string_view ident, std::int32_t slot) {
     // A departure loaded for a plan not yet active must not touch the one being flown.
     if (slot == kDepartureSlot && activePlan.lastIndex >= 0 &&
         activePlan.entries[0].ident == ident) {
-        activePlan.entries[0].altitude = airportSlots[kDepartureSlot].elevationFt;
+        activePlan.Edit(0).altitude = airportSlots[kDepartureSlot].elevationFt;
     }
     return true;
 }

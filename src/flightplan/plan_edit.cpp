@@ -90,11 +90,10 @@ std::string_view PlanTypeOf(PointKind kind) {
 }
 
 void CopyActiveToModified() {
-    for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
-        modifiedPlan.entries[i] = activePlan.entries[i];
-        modifiedPlan.entries[i].ataText.clear();
+    modifiedPlan = activePlan;
+    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
+        modifiedPlan.Edit(i).ataText.clear();
     }
-    modifiedPlan.lastIndex = activePlan.lastIndex;
     planBook.trackedIndex = planBook.activeIndex;
     CopyHoldsToPending();
 }
@@ -106,10 +105,10 @@ bool InsertWaypoint(std::int32_t position) {
         return false;
     }
     OpenEntry(at);
-    modifiedPlan.entries[at] = EntryFromResult(navDatabase.searchResults[1]);
+    modifiedPlan.Edit(at) = EntryFromResult(navDatabase.searchResults[1]);
     if (needsGap) {
         OpenEntry(at + 1);
-        modifiedPlan.entries[at + 1] = Discontinuity();
+        modifiedPlan.Edit(at + 1) = Discontinuity();
     }
     NoteEdit();
     return true;
@@ -130,7 +129,7 @@ bool InsertNamedPoint(std::int32_t position, std::int32_t result) {
         entry.procedure = kHoldPresentPosition;
     }
     OpenEntry(at);
-    modifiedPlan.entries[at] = std::move(entry);
+    modifiedPlan.Edit(at) = std::move(entry);
     NoteEdit();
     return true;
 }
@@ -146,7 +145,7 @@ bool InsertAirwayPlaceholder(std::int32_t position) {
     entry.via = planBook.airwayText;
     entry.speed = -1;
     OpenEntry(at);
-    modifiedPlan.entries[at] = std::move(entry);
+    modifiedPlan.Edit(at) = std::move(entry);
     NoteEdit();
     return true;
 }
@@ -163,7 +162,7 @@ void RemovePlaceholders() {
             planBook.trackedIndex = kept;  // the entry after the placeholder comes to stand here
         }
     }
-    modifiedPlan.lastIndex = kept - 1;
+    modifiedPlan.CutTo(kept - 1);
     KeepTrackedIndexInPlan();
 }
 
@@ -176,10 +175,10 @@ void DeleteWaypoint(std::int32_t position, bool force) {
         for (std::int32_t i = position + 1; i <= modifiedPlan.lastIndex; ++i) {
             MovePlanEntry(modifiedPlan, i, i - 1);
         }
-        --modifiedPlan.lastIndex;
+        modifiedPlan.CutTo(modifiedPlan.lastIndex - 1);
         KeepTrackedIndexInPlan();
     } else {
-        modifiedPlan.entries[position] = Discontinuity();
+        modifiedPlan.Edit(position) = Discontinuity();
     }
     NoteEdit();
 }
@@ -188,10 +187,10 @@ void DeleteRange(std::int32_t first, std::int32_t beyond) {
     if (first < 0 || beyond <= first || beyond > modifiedPlan.lastIndex + 1) {
         return;
     }
-    std::move(modifiedPlan.entries.begin() + beyond,
-              modifiedPlan.entries.begin() + modifiedPlan.lastIndex + 1,
-              modifiedPlan.entries.begin() + first);
-    modifiedPlan.lastIndex -= beyond - first;
+    for (std::int32_t i = beyond; i <= modifiedPlan.lastIndex; ++i) {
+        modifiedPlan.Edit(i - (beyond - first)) = std::move(modifiedPlan.Edit(i));
+    }
+    modifiedPlan.CutTo(modifiedPlan.lastIndex - (beyond - first));
     NoteEdit();
     planBook.airwayText.clear();
     BuildRouteView();

@@ -95,9 +95,7 @@ void ReadPlan(std::string_view fileName, FlightPlan& plan, PlanBook* book, bool 
 }
 
 void StartEmptyPlan() {
-    modifiedPlan.entries.fill(PlanWaypoint{});
-    modifiedPlan.entries[0].ident = kEmptyRow;
-    modifiedPlan.lastIndex = 0;
+    modifiedPlan.CutTo(-1);
     planBook.editIndex = kNoWaypoint;
     planBook.cruiseAltitudeFt = 0;
     planBook.fuelTotal = 0;
@@ -168,16 +166,11 @@ bool ReadPlanToActive(std::string_view fileName) {
     planBook.editIndex = kNoWaypoint;
     planBook.trackedIndex = kNoWaypoint;
     DeleteAllHolds();
-    modifiedPlan.lastIndex = activePlan.lastIndex;
+    modifiedPlan = activePlan;
     const std::int32_t last = activePlan.lastIndex;
     planBook.verticalTargetIndex = std::max(last, 0);
     if (last < 0) {
         return false;
-    }
-    std::copy_n(activePlan.entries.begin(), last + 1, modifiedPlan.entries.begin());
-    if (last < kMaxPlanIndex) {
-        modifiedPlan.entries[last + 1] = PlanWaypoint{};
-        modifiedPlan.entries[last + 1].ident = kEmptyRow;
     }
     planBook.originIdent = activePlan.entries[0].ident;
     planBook.destinationIdent = activePlan.entries[last].ident;

@@ -24,7 +24,7 @@ std::int32_t& FollowedIndex(const FlightPlan& plan) {
 }
 
 void MovePlanEntry(FlightPlan& plan, std::int32_t from, std::int32_t to) {
-    plan.entries[to] = std::move(plan.entries[from]);
+    plan.Edit(to) = std::move(plan.Edit(from));
     Follow(FollowedIndex(plan), from, to);
     if (IsActivePlan(plan)) {
         Follow(planBook.verticalTargetIndex, from, to);
@@ -35,10 +35,10 @@ void MovePlanEntry(FlightPlan& plan, std::int32_t from, std::int32_t to) {
 }
 
 void OpenPlanEntry(FlightPlan& plan, std::int32_t position) {
-    for (std::int32_t i = plan.lastIndex; i >= position; --i) {
+    plan.Append({});
+    for (std::int32_t i = plan.lastIndex - 1; i >= position; --i) {
         MovePlanEntry(plan, i, i + 1);
     }
-    ++plan.lastIndex;
 }
 
 void ClosePlanEntries(FlightPlan& plan, std::int32_t first, std::int32_t beyond) {
@@ -51,7 +51,7 @@ void ClosePlanEntries(FlightPlan& plan, std::int32_t first, std::int32_t beyond)
     for (std::int32_t i = beyond; i <= plan.lastIndex; ++i) {
         MovePlanEntry(plan, i, i - (beyond - first));
     }
-    plan.lastIndex -= beyond - first;
+    plan.CutTo(plan.lastIndex - (beyond - first));
 }
 
 void RemoveHoldAt(FlightPlan& plan, std::int32_t index) {

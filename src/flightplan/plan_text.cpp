@@ -90,7 +90,7 @@ std::int32_t ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* bo
     keys.cruiseAltitudeFt = 0;
     keys.fuelTotal = 0;
     keys.reserveFuel = 0;
-    plan.lastIndex = -1;
+    plan.CutTo(-1);
     LineReader reader(text.substr(0, text.find('\0')), text.size());
     std::string_view line;
     bool inPlan = false;
@@ -105,7 +105,7 @@ std::int32_t ParsePlanText(std::string_view text, FlightPlan& plan, PlanBook* bo
         } else if (HoldsWaypoint(line) && plan.IsFull()) {
             ++withoutRoom;
         } else if (HoldsWaypoint(line)) {
-            plan.entries[++plan.lastIndex] = EntryFromLine(line);
+            plan.Append(EntryFromLine(line));
         }
     }
     return withoutRoom;
@@ -115,9 +115,9 @@ std::string PlanText(FlightPlan& plan) {
     std::string text(kSectionLine);
     text += '\n';
     for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
-        PlanWaypoint& entry = plan.entries[i];
+        const PlanWaypoint& entry = plan.entries[i];
         if (!IsDiscontinuity(entry) && !IsStoredType(entry.type)) {
-            entry.type = kUntyped;
+            plan.Edit(i).type = kUntyped;
         }
         text += EntryLine(entry, IsDiscontinuity(entry) ? kUntyped : entry.type);
     }

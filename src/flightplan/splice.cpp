@@ -47,7 +47,7 @@ bool InsertEntry(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) {
         return false;
     }
     OpenPlanEntry(plan, position);
-    plan.entries[position] = std::move(entry);
+    plan.Edit(position) = std::move(entry);
     return true;
 }
 
@@ -61,9 +61,9 @@ void CutPlan(FlightPlan& plan, std::int32_t last) {
         RemoveHoldAt(plan, i);
     }
     if (plan.lastIndex < 0) {
-        plan.entries[0] = PlanWaypoint{};
+        plan.Append({});
     }
-    plan.lastIndex = last;
+    plan.CutTo(last);
 }
 
 // An index that pointed behind `last` points at `instead` from here on.
@@ -92,8 +92,8 @@ void StepBackFrom(std::int32_t& index, std::int32_t removed) {
 
 // Removes the first of two neighbours that are the same waypoint; its hold goes over to the second.
 void MergeEntries(FlightPlan& plan, std::int32_t first) {
-    PlanWaypoint& removed = plan.entries[first];
-    PlanWaypoint& kept = plan.entries[first + 1];
+    const PlanWaypoint& removed = plan.entries[first];
+    PlanWaypoint& kept = plan.Edit(first + 1);
     if (kept.hasHold != 0) {
         RemoveHoldAt(plan, first);
     } else {
@@ -106,18 +106,17 @@ void MergeEntries(FlightPlan& plan, std::int32_t first) {
     for (std::int32_t i = first + 1; i <= plan.lastIndex; ++i) {
         MovePlanEntry(plan, i, i - 1);
     }
-    --plan.lastIndex;
+    plan.CutTo(plan.lastIndex - 1);
 }
 
 // Where a departure meets an arrival in one waypoint, it belongs to both.
 void MergeRepeated(FlightPlan& plan, std::string_view otherKind) {
     for (std::int32_t i = 1; i < plan.lastIndex; ++i) {
-        PlanWaypoint& next = plan.entries[i + 1];
-        if (next.ident != plan.entries[i].ident) {
+        if (plan.entries[i + 1].ident != plan.entries[i].ident) {
             continue;
         }
         if (plan.entries[i].procedure == otherKind) {
-            next.procedure = kSidAndStar;
+            plan.Edit(i + 1).procedure = kSidAndStar;
         }
         MergeEntries(plan, i);
     }
@@ -143,7 +142,7 @@ bool SpliceSid(FlightPlan& plan) {
     const bool flyingOldSid = followed >= 1 && followed < kept;
     ClosePlanEntries(plan, 1, kept);
     if (!airportSlots[kDepartureSlot].ident.empty()) {
-        PlaceSlotAirport(plan.entries[0], airportSlots[kDepartureSlot]);
+        PlaceSlotAirport(plan.Edit(0), airportSlots[kDepartureSlot]);
     }
     std::int32_t position = 0;
     for (const ProcedureWaypoint& waypoint : procedureLists.sid) {
@@ -220,7 +219,7 @@ bool InsertStarBeforeApproach(FlightPlan& plan, std::int32_t enRoute) {
             return false;
         }
     }
-    PlanWaypoint& last = plan.entries[plan.lastIndex];
+    PlanWaypoint& last = plan.Edit(plan.lastIndex);
     if (last.type == kAirportType) {
         const std::int32_t hasHold = last.hasHold;
         last = ArrivalAirportEntry(last);

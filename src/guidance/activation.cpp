@@ -54,17 +54,12 @@ void TakeStoredValues() {
     }
 }
 
-bool ModifiedPlanHoldsWaypoints() {
-    return modifiedPlan.lastIndex >= 0 && modifiedPlan.entries[0].ident != kEmptyRow;
-}
-
 void CopyModifiedToActive() {
     RemovePlaceholders();
-    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
-        activePlan.entries[i] = modifiedPlan.entries[i];
-        activePlan.entries[i].ataText.clear();
+    activePlan = modifiedPlan;
+    for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
+        activePlan.Edit(i).ataText.clear();
     }
-    activePlan.lastIndex = modifiedPlan.lastIndex;
     planBook.verticalTargetIndex = std::max(activePlan.lastIndex, 0);
     ExecutePendingHolds();
 }
@@ -117,13 +112,13 @@ void LoadPlanToActive(std::string_view fileName) {
 }
 
 bool ActivateModifiedPlan() {
-    if (!ModifiedPlanHoldsWaypoints()) {
+    if (modifiedPlan.lastIndex < 0) {
         return false;
     }
     CopyModifiedToActive();
     for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
-        activePlan.entries[i].altitude = kUnset;
-        activePlan.entries[i].altitudeConstraint = 0;
+        activePlan.Edit(i).altitude = kUnset;
+        activePlan.Edit(i).altitudeConstraint = 0;
     }
     ProcedureChoice nothingChosen;
     nothingChosen.airport = procedureChoice.airport;
@@ -137,8 +132,7 @@ bool ActivateModifiedPlan() {
 
 bool ExecuteModification() {
     const bool isNewRoute = planBook.status == RouteStatus::AwaitsExecution;
-    if ((!isNewRoute && planBook.status != RouteStatus::Modified) ||
-        !ModifiedPlanHoldsWaypoints()) {
+    if ((!isNewRoute && planBook.status != RouteStatus::Modified) || modifiedPlan.lastIndex < 0) {
         return false;
     }
     const std::string oldDestination =

@@ -188,10 +188,11 @@ void ToggleVnav() {
 }
 
 void StampArrivalTime() {
-    PlanWaypoint& entry = activePlan.entries[planBook.activeIndex];
+    const PlanWaypoint& entry = activePlan.entries[planBook.activeIndex];
     if (guidance.distanceToGoNm < guidance.waypointChangeDistanceNm && entry.ataText.empty() &&
         aircraft.groundSpeedKt > kArrivalStampSpeedKt && !IsDiscontinuity(entry)) {
-        entry.ataText = Format("%02.0f:%02.0f", aircraft.clockHour, aircraft.clockMinute);
+        activePlan.Edit(planBook.activeIndex).ataText =
+            Format("%02.0f:%02.0f", aircraft.clockHour, aircraft.clockMinute);
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "base/module_state.h"
 #include "flightplan/flight_plan.h"
+#include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/active_leg.h"
 #include "guidance/guidance_state.h"
@@ -49,71 +50,33 @@ double RealMinutes(double minutes) {
     return derived.simRate > 0 ? minutes / derived.simRate : 0;
 }
 
-// What one entry of the active plan was when the route was last summed, and the route from there.
-struct RouteEntry {
-    double latitude = 0;
-    double longitude = 0;
-    bool hasPosition = false;
-    double remainingNm = 0;  // from the next entry with a position, this one included, to the end
-
-    bool Describes(const PlanWaypoint& entry) const {
-        return entry.latitude == latitude && entry.longitude == longitude &&
-               HasPosition(entry) == hasPosition;
-    }
-};
-
-// The route as summed last: comparing it with the plan costs a frame far less than the great
-// circles of a long route.
+// The active plan's legs as summed last: the great circles of a long route cost far more than a
+// frame has.
 struct RouteSums {
-    std::array<RouteEntry, kPlanCapacity> entries;
-    std::int32_t first = 0;
-    std::int32_t last = -1;
+    std::uint32_t revision = 0;                         // of the plan that was summed
+    std::array<double, kPlanCapacity> remainingNm{};    // from an entry with a position to the end
+    std::array<std::int32_t, kPlanCapacity> flownTo{};  // the nearest such entry from each one on
+    std::int32_t destination = 0;                       // the last such entry
 };
 
 RouteSums routeSums;
 const StateReset resetRouteSums([] { routeSums = {}; });
 
-bool RouteUnchanged() {
-    if (planBook.activeIndex < routeSums.first || activePlan.lastIndex != routeSums.last) {
-        return false;
-    }
-    for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex; ++i) {
-        if (!routeSums.entries[i].Describes(activePlan.entries[i])) {
-            return false;
-        }
-    }
-    return true;
-}
-
+// Entries behind the last one with a position are flown to as they are.
 void SumRoute() {
-    routeSums.first = planBook.activeIndex;
-    routeSums.last = activePlan.lastIndex;
-    const RouteEntry* next = nullptr;
-    for (std::int32_t i = routeSums.last; i >= routeSums.first; --i) {
-        const PlanWaypoint& entry = activePlan.entries[i];
-        RouteEntry& sum = routeSums.entries[i];
-        sum = {entry.latitude, entry.longitude, HasPosition(entry), 0};
-        if (next != nullptr) {
-            sum.remainingNm = next->remainingNm;
-            if (sum.hasPosition) {
-                sum.remainingNm += GreatCircleDistanceNm(entry.latitude, entry.longitude,
-                                                         next->latitude, next->longitude);
-            }
-        }
-        if (sum.hasPosition) {
-            next = &sum;
-        }
+    routeSums.revision = activePlan.revision;
+    const std::int32_t last = activePlan.lastIndex;
+    const std::int32_t lastPositioned = PositionedEntryBack(activePlan, last);
+    routeSums.destination = lastPositioned == kNoEntry ? last : lastPositioned;
+    std::int32_t ahead = kNoEntry;
+    for (std::int32_t i = last; i >= 0; --i) {
+        ahead = HasPosition(activePlan.entries[i]) ? i : ahead;
+        routeSums.flownTo[i] = ahead == kNoEntry ? i : ahead;
+        routeSums.remainingNm[i] = 0;
     }
-}
-
-// The nearest entry with a position, walking from `index` by `step`; `index` when there is none.
-std::int32_t PositionedEntry(std::int32_t index, std::int32_t step) {
-    for (std::int32_t i = index; activePlan.Holds(i); i += step) {
-        if (HasPosition(activePlan.entries[i])) {
-            return i;
-        }
+    for (const RouteLeg& leg : RouteLegs(activePlan, last, 0)) {
+        routeSums.remainingNm[leg.from] = leg.walkedNm;
     }
-    return index;
 }
 
 }  // namespace
@@ -125,14 +88,14 @@ void UpdateRouteDistance() {
         progress.destinationBearingMag = 0;
         return;
     }
-    if (!RouteUnchanged()) {
+    if (routeSums.revision != activePlan.revision) {
         SumRoute();
     }
-    const std::int32_t first = PositionedEntry(planBook.activeIndex, 1);
+    const std::int32_t first = routeSums.flownTo[planBook.activeIndex];
     const PlanWaypoint& next = activePlan.entries[first];
-    const PlanWaypoint& destination = activePlan.entries[PositionedEntry(activePlan.lastIndex, -1)];
+    const PlanWaypoint& destination = activePlan.entries[routeSums.destination];
     GreatCircle direct = FromAircraft({next.latitude, next.longitude});
-    progress.routeDistanceToDestination = direct.distanceNm + routeSums.entries[first].remainingNm;
+    progress.routeDistanceToDestination = direct.distanceNm + routeSums.remainingNm[first];
     if (&destination != &next) {
         DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
                           destination.longitude, direct.distanceNm, direct.courseTrue);

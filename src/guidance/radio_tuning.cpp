@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "base/text.h"
-#include "flightplan/flight_plan.h"
+#include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
@@ -17,22 +17,11 @@ namespace {
 constexpr double kTuningRangeNm = 230;
 constexpr std::size_t kDecimalPointPosition = 3;  // of "113.90"
 constexpr std::size_t kPilotEntryLength = 6;
-constexpr std::int32_t kNoEntry = -1;
 
 void SendUnlessZero(KeyEvent event, std::int32_t parameter) {
     if (parameter != 0) {
         SendKeyEvent(event, parameter);
     }
-}
-
-// The nearest entry before `index` that has a position.
-std::int32_t PositionedEntryBefore(std::int32_t index) {
-    for (std::int32_t before = index - 1; before >= 0; --before) {
-        if (!IsDiscontinuity(activePlan.entries[before])) {
-            return before;
-        }
-    }
-    return kNoEntry;
 }
 
 void SendCourse(std::int32_t from, std::int32_t to) {
@@ -90,7 +79,7 @@ void TuneFromPlan() {
         const double distanceNm = GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
                                                         entry.latitude, entry.longitude);
         if (distanceNm <= kTuningRangeNm) {
-            SendCourse(PositionedEntryBefore(station), station);
+            SendCourse(PositionedEntryBack(activePlan, station - 1), station);
             SendFrequency(entry);
         }
         return;

@@ -45,8 +45,8 @@ class McuTest : public ::testing::Test {
                        {"FLY", 0, 2, "INT", "", "", 1},
                        {"OVERLONG", 0, 3, "WPT"},
                        {"KBBB", 0, 4, "APT"}});
-        activePlan.entries[1].via = "J521";
-        activePlan.entries[2].altitude = 8000;
+        activePlan.Edit(1).via = "J521";
+        activePlan.Edit(2).altitude = 8000;
         SetActiveWaypoint(1);
     }
 
@@ -128,7 +128,7 @@ TEST_F(McuTest, PrevAndNextGoAroundThePlanAndPassGaps) {
     unit.Press("NEXT");
     EXPECT_FALSE(HasActiveWaypoint()) << "nothing to fly to in an empty plan";
     MakePlan();
-    activePlan.entries[3].ident = std::string(kDiscontinuity);
+    activePlan.Edit(3).ident = std::string(kDiscontinuity);
     constexpr struct {
         std::int32_t from;
         const char* key;
@@ -301,7 +301,7 @@ TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
 TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
     navDatabase.navaids.Append({"KBBB", "NDB", 0, 2.5, PointKind::Navaid, "385", ""});
     MakePlan();
-    activePlan.entries[4].via = "V252";
+    activePlan.Edit(4).via = "V252";
     planBook.verticalTargetIndex = 4;
     unit.Press("DIRTO");
     mcu.entryText = "KBBB";

@@ -43,14 +43,14 @@ class Ehsi : public test::DisplayTest {
     void FlyPlan(std::initializer_list<CanvasPoint> northEastNm) {
         activePlan = FlightPlan{};
         for (const CanvasPoint& place : northEastNm) {
-            PlanWaypoint& entry =
-                activePlan.entries[static_cast<std::size_t>(++activePlan.lastIndex)];
-            entry.ident = "WP" + std::to_string(activePlan.lastIndex);
+            PlanWaypoint entry;
+            entry.ident = "WP" + std::to_string(activePlan.lastIndex + 1);
             entry.type = "WPT";
             entry.latitude = aircraft.latitude + place.x / 60;
             entry.longitude =
                 aircraft.longitude + place.y / 60 / std::cos(aircraft.latitude * kDegToRad);
             entry.longitude -= entry.longitude > 180 ? 360 : 0;
+            activePlan.Append(std::move(entry));
         }
         planBook.activeIndex = 1;
         ehsi.navSource = NavSource::FlightManagement;
@@ -208,8 +208,7 @@ TEST_F(Ehsi, TheRouteLiesWhereItIsFlownAlsoAcrossTheDateLine) {
 
 TEST_F(Ehsi, ADiscontinuityLeavesAGap) {
     FlyPlan({{-5, 0}, {5, 0}, {0, 0}, {5, 10}, {-5, 10}});
-    activePlan.entries[2] = PlanWaypoint{};
-    activePlan.entries[2].ident = "DISCO";
+    activePlan.Edit(2) = Discontinuity();
     const auto withGap = Draw(2, 2);
     ExpectShown({"DISCO"}, false);
     // 40 px are 12.5 nm: halfway between entries 1 and 3, and halfway between 3 and 4
@@ -349,7 +348,7 @@ TEST_F(Ehsi, NoTextStandsOverAnotherOrBesideTheScreen) {
         // crowded: waypoints within a few pixels of each other
         FlyPlan({{-2, -3}, {5, -3}, {5.5, -2.6}, {6, -3.2}, {5, -1}, {7, -2}, {9, 0}, {9.4, .3}});
         guidance.crossTrackNm = 125;
-        activePlan.entries[1].ident = "LONGIDENT";
+        activePlan.Edit(1).ident = "LONGIDENT";
         SetNav1(variant != 1);
         planBook.activeIndex = variant == 2 ? kNoWaypoint : 1;
         ehsi.navSource = variant == 0 ? NavSource::FlightManagement : NavSource::NavReceiver;

@@ -175,7 +175,7 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     EXPECT_NEAR(ident->x, kCentred.x, 10);
     EXPECT_NEAR(ident->y, kCentred.y, 15);
     // records are seen around it, also far from the aircraft
-    activePlan.entries[2].latitude = 300.0 / 60;
+    activePlan.Edit(2).latitude = 300.0 / 60;
     AddPoint(navDatabase.navaids, PointKind::Vor, "FAR", 303, -3);
     nd.ndShowStations = 1;
     Draw(7);
@@ -188,10 +188,10 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
 TEST_F(Nd, OpenPlacesOfAPendingRouteAreNamed) {
     FlyPlan();
     modifiedPlan = activePlan;
-    modifiedPlan.entries[0].latitude = 3.0 / 60;
-    modifiedPlan.entries[1] = Discontinuity();
-    modifiedPlan.entries[3].ident = kAirwayPlaceholder;
-    modifiedPlan.lastIndex = 3;
+    modifiedPlan.Edit(0).latitude = 3.0 / 60;
+    modifiedPlan.Edit(1) = Discontinuity();
+    modifiedPlan.Append({});
+    modifiedPlan.Edit(3).ident = kAirwayPlaceholder;
     Crowd();  // whose identifiers leave these their places
     for (const RouteStatus status :
          {RouteStatus::None, RouteStatus::BeingBuilt, RouteStatus::AwaitsExecution,

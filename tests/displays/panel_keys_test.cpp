@@ -98,8 +98,8 @@ TEST_F(PanelKeys, KnobsSendCourseAndHeadingEvents) {
 
 TEST_F(PanelKeys, LnavEngagesOnlyWithAnActiveWaypoint) {
     Walk(kEhsiPanelKeys, "LNAV", guidance.lnavEngaged, 0, {0});
-    activePlan.lastIndex = 1;
-    activePlan.entries[1].ident = "FJC";
+    activePlan.Append({});
+    activePlan.Append({});
     planBook.activeIndex = 1;
     Walk(kEhsiPanelKeys, "LNAV", guidance.lnavEngaged, 0, {1, 0});
 }

@@ -65,8 +65,8 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
     const test::TempSimFolder folder;
     folder.Write("avq/Navdata/avq_apts.txt", "KBOS Logan 20 42.36 -71.00\n");
     test::SetPlan(activePlan, "KJFK KBOS");
-    activePlan.entries[1].latitude = 45;
-    activePlan.entries[1].longitude = -90;
+    activePlan.Edit(1).latitude = 45;
+    activePlan.Edit(1).longitude = -90;
     aircraft.magneticVariation = -20;
     PlanRunway runway;
     runway.latitude = 10;

@@ -30,8 +30,8 @@ struct PlanAirport : test::FolderTest {
     static void SetPlans() {
         SetPlan(activePlan, kPlan);
         SetPlan(modifiedPlan, kPlan);
-        activePlan.entries[2].altitudeConstraint = 1;
-        activePlan.entries[2].speed = 140;
+        activePlan.Edit(2).altitudeConstraint = 1;
+        activePlan.Edit(2).speed = 140;
     }
 };
 
@@ -127,7 +127,9 @@ TEST_F(PlanAirport, DepartureAltitudeGoesToThePlanItBelongsTo) {
 }
 
 TEST_F(PlanAirport, AFullPlanRefusesOneMore) {
-    activePlan.lastIndex = kMaxPlanIndex;
+    while (!activePlan.IsFull()) {
+        activePlan.Append({});
+    }
     SetPlanAirport("KBOS", PlanAirportMode::AppendToActive);
     EXPECT_EQ(activePlan.lastIndex, kMaxPlanIndex);
     EXPECT_EQ(planBook.verticalTargetIndex, 0);

@@ -6,7 +6,6 @@
 #include "base/module_state.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_notation.h"
-#include "geometry/geometry.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 
@@ -166,8 +165,8 @@ TEST_F(PlanEdit, RouteViewGathersAirways) {
 
 TEST_F(PlanEdit, CopyOfTheActivePlanFollowsTheActiveWaypoint) {
     SetPlan(activePlan, "KJFK AAA >BBB@ CCC KBOS");
-    activePlan.entries[1].ataText = "12:34";
-    activePlan.entries[1].altitude = 11000;
+    activePlan.Edit(1).ataText = "12:34";
+    activePlan.Edit(1).altitude = 11000;
     HoldPattern& leftover = holdList.holds[++holdList.count];  // of a modification given up
     leftover.pendingFixIndex = 3;
     CopyActiveToModified();
@@ -274,15 +273,6 @@ TEST_F(PlanEdit, StatusAdvancesAndTheFirstStepOnGroundReadiesTheFlight) {
         EXPECT_EQ(planBook.reserveFuelInUse, c.readied ? 1500 : 0);
         EXPECT_EQ(planBook.fuelLoadRequested, c.fuelRequested);
     }
-}
-
-TEST_F(PlanEdit, RouteLengthLeavesOutWhatHasNoPosition) {
-    SetPlan(activePlan, "KJFK AAA DISCO BBB THEN KBOS");  // half a degree of latitude an index
-    const double halfDegreeNm = 30;
-    EXPECT_NEAR(RouteLengthNm(activePlan, 0, 5), 5 * halfDegreeNm, 1e-6);
-    EXPECT_NEAR(RouteLengthNm(activePlan, 2, 5), 2 * halfDegreeNm, 1e-6);
-    EXPECT_NEAR(RouteLengthNm(activePlan, -4, 999), 5 * halfDegreeNm, 1e-6);
-    EXPECT_EQ(RouteLengthNm(activePlan, 4, 2), 0);
 }
 
 }  // namespace

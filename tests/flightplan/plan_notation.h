@@ -71,9 +71,8 @@ inline std::string_view NextFix(std::string_view& fixes) {
 
 inline void AppendEntry(FlightPlan& plan, std::string_view fix, std::string_view procedure,
                         std::string_view via) {
-    const std::int32_t index = ++plan.lastIndex;
-    PlanWaypoint& entry = plan.entries[index];
-    entry = PlanWaypoint{};
+    const std::int32_t index = plan.lastIndex + 1;
+    PlanWaypoint entry;
     entry.procedure = procedure;
     entry.via = via;
     if (fix.front() == '>') {
@@ -92,11 +91,12 @@ inline void AppendEntry(FlightPlan& plan, std::string_view fix, std::string_view
         entry.latitude = 40 + 0.5 * index;
         entry.longitude = -70;
     }
+    plan.Append(std::move(entry));
 }
 
 inline void SetPlan(FlightPlan& plan, std::string_view route) {
     (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex) = kNoWaypoint;
-    plan.lastIndex = -1;
+    plan.CutTo(-1);
     std::string_view airway;
     for (std::string_view text = NextWord(route); !text.empty(); text = NextWord(route)) {
         if (IsAirway(text)) {

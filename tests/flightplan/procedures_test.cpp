@@ -170,7 +170,7 @@ TEST(Splices, RebuildTheAirports) {
         SetAirports();
         procedureLists.approachReady = true;
         SetPlan(c.plan, "KLGA AAA >KPVD");
-        c.plan.entries[2].altitude = 1500;
+        c.plan.Edit(2).altitude = 1500;
         ASSERT_TRUE(Splice(c.plan, c.splice));
         const PlanWaypoint& arrival = c.plan.entries[3];
         EXPECT_EQ(arrival.ident + arrival.type, "KBOSAPT");
@@ -396,7 +396,7 @@ TEST_F(Airways, GoIntoThePlanForwardsAndBackwards) {
 TEST_F(Airways, NeedRoomForAllTheirFixes) {
     for (const int entries : {198, 197}) {
         FillPlan(modifiedPlan, entries);
-        modifiedPlan.entries[1].ident = "BBB";
+        modifiedPlan.Edit(1).ident = "BBB";
         planBook.editIndex = 1;
         LookupAirway("#J1");
         airwayLookup.exitIndex = 4;

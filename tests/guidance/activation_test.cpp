@@ -5,6 +5,7 @@
 #include "base/module_state.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_edit.h"
+#include "flightplan/plan_files.h"
 #include "flightplan/plan_notation.h"
 #include "flightplan/procedures.h"
 #include "guidance/guidance_state.h"
@@ -69,7 +70,7 @@ TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
         ResetModuleState();
         SetPlan(activePlan, c.active);
         SetPlan(modifiedPlan, c.modified);
-        PlanWaypoint& first = modifiedPlan.entries[1];
+        PlanWaypoint& first = modifiedPlan.Edit(1);
         first.altitude = 9000;
         first.altitudeConstraint = 1;
         first.ataText = "12:00";
@@ -108,7 +109,7 @@ TEST_F(ActivePlan, ExecutionAimsTheDescentAtTheNextAltitudeToKeep) {
     for (const std::int32_t constrained : {1, 2, 3, 4}) {
         SetPlan(activePlan, "KJFK AAA >BBB CCC DDD KBOS");
         SetPlan(modifiedPlan, "KJFK AAA >BBB CCC DDD KBOS");
-        modifiedPlan.entries[constrained].altitudeConstraint = 1;
+        modifiedPlan.Edit(constrained).altitudeConstraint = 1;
         planBook.status = RouteStatus::Modified;
         ExecuteModification();
         EXPECT_EQ(planBook.verticalTargetIndex, constrained >= 2 ? constrained : 5);
@@ -132,7 +133,7 @@ TEST_F(ActivePlan, WaypointsPassedMeanwhileAreNotFlownAgain) {
         SetPlan(modifiedPlan, c.modified);
         for (std::int32_t i = 1; i <= modifiedPlan.lastIndex; ++i) {  // where the active plan's are
             for (const PlanWaypoint& entry : activePlan.entries) {
-                PlanWaypoint& moved = modifiedPlan.entries[i];
+                PlanWaypoint& moved = modifiedPlan.Edit(i);
                 moved.latitude = entry.ident == moved.ident ? entry.latitude : moved.latitude;
             }
         }
@@ -151,14 +152,14 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     const test::TempSimFolder folder;
     folder.Write("avq/Navdata/avq_apts.txt", "KJFK JFK 13 40.6 -73.8\nKBOS Logan 20 42.36 -71.0\n");
     EXPECT_FALSE(ActivateModifiedPlan());
-    SetPlan(modifiedPlan, "******");
+    LoadPlan("NEW FPL");
     EXPECT_FALSE(ActivateModifiedPlan());
     SetPlan(activePlan, "KPIT AAA >BBB@ KBUF");
     SetPlan(modifiedPlan, "KJFK CCC DDD KBOS");
     DeleteAllPendingHolds();  // as loading a plan does
-    modifiedPlan.entries[1].altitude = 9000;
-    modifiedPlan.entries[1].altitudeConstraint = 1;
-    modifiedPlan.entries[1].speed = 210;
+    modifiedPlan.Edit(1).altitude = 9000;
+    modifiedPlan.Edit(1).altitudeConstraint = 1;
+    modifiedPlan.Edit(1).speed = 210;
     procedureChoice.sidName = "OLD1";
     guidance.pendingTurnSide = Side::Right;
     settings.LoadFuelonFlightPlanLoad = 1;
@@ -189,8 +190,8 @@ TEST_F(ActivePlan, SwitchesSendWhatTheyAskForHoweverAPlanBecomesActive) {
             aircraft.longitude = -70;
             SetPlan(activePlan, "KJFK >AAA KBOS");
             SetPlan(modifiedPlan, "KJFK >AAA KBOS");
-            modifiedPlan.entries[1].type = "VOR";
-            modifiedPlan.entries[1].frequency = "113.90";
+            modifiedPlan.Edit(1).type = "VOR";
+            modifiedPlan.Edit(1).frequency = "113.90";
             planBook.status = RouteStatus::Modified;
             simulator_.events.clear();
             EXPECT_TRUE(way());

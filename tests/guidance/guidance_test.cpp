@@ -8,6 +8,7 @@
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/route_walk.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
@@ -156,12 +157,12 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
     SetActiveWaypoint(1);
     using Change = void (*)();
     const Change changes[] = {[] {},
-                              [] { activePlan.entries[2].latitude = -1; },
-                              [] { activePlan.entries[4].longitude = 5; },
-                              [] { (activePlan.entries[2] = {}).ident = "DISCO"; },
+                              [] { activePlan.Edit(2).latitude = -1; },
+                              [] { activePlan.Edit(4).longitude = 5; },
+                              [] { activePlan.Edit(2) = Discontinuity(); },
                               [] { planBook.activeIndex = 3; },
                               [] { planBook.activeIndex = 1; },
-                              [] { activePlan.lastIndex = 3; }};
+                              [] { activePlan.CutTo(3); }};
     int number = 0;
     for (const Change change : changes) {
         change();

@@ -174,7 +174,7 @@ TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
     for (const auto& row : rows) {
         ResetModuleState();
         SetActivePlan(kEquator4);
-        activePlan.lastIndex = row.lastIndex;
+        activePlan.CutTo(row.lastIndex);
         const double beyond = (row.angle - 90) * kDegToRad;
         pilot.longitude = 1 + row.distanceNm / 60 * std::sin(beyond);
         pilot.latitude = row.distanceNm / 60 * std::cos(beyond);

@@ -47,10 +47,9 @@ struct PlanEntry {
 };
 
 inline void SetActivePlan(std::initializer_list<PlanEntry> entries) {
-    activePlan.lastIndex = -1;
+    activePlan.CutTo(-1);
     for (const PlanEntry& row : entries) {
-        PlanWaypoint& entry = activePlan.entries[++activePlan.lastIndex];
-        entry = {};
+        PlanWaypoint entry;
         entry.ident = row.ident;
         entry.latitude = row.latitude;
         entry.longitude = row.longitude;
@@ -58,6 +57,7 @@ inline void SetActivePlan(std::initializer_list<PlanEntry> entries) {
         entry.procedure = row.procedure;
         entry.frequency = row.frequency;
         entry.flyover = row.flyover;
+        activePlan.Append(std::move(entry));
     }
 }
 

@@ -112,7 +112,7 @@ std::string KeyLines(const ExchangePlan& plan) {
 bool WriteRte(const PlanFormat&, const ExchangePlan& plan, std::string& text, std::string&) {
     const auto stored = std::make_unique<avq1::FlightPlan>();
     for (const avq1::PlanWaypoint& entry : plan.entries) {
-        stored->entries[++stored->lastIndex] = entry;
+        stored->Append(entry);
     }
     text = KeyLines(plan) + avq1::PlanText(*stored);
     return true;
