@@ -1,7 +1,7 @@
 // base/key_area.h - one row per clickable area of a gauge: its label, rectangle and action.
 //
 // The same rows make the mouse rectangles and the painted key caps. Positions are gauge pixels
-// from the gauge's top-left corner. Actions only change state; the work is done at the next draw.
+// from the gauge's top-left corner.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,8 @@ namespace avq1 {
 
 struct KeyClick;
 
-// Runs when the area is clicked, on the panel thread; the click says which row it was.
+// Runs when the area is clicked, on the panel thread; the click says which row it was. A control
+// unit's actions only change its state, the work is done at the next draw; others act at once.
 using KeyAction = void (*)(const KeyClick& click);
 
 // What the bezel painter draws for the area.

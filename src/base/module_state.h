@@ -1,7 +1,8 @@
-// base/module_state.h - one call that returns every module-wide record to its initial value.
+// base/module_state.h - one call that returns the module-wide records to their initial values.
 //
-// A topic defines its record and, beside it, a StateReset. The module itself never resets: its
-// state lives as long as it is loaded. Tests start each case with ResetModuleState().
+// What the host filled in and the drawing backend's caches stay. A topic defines its record and,
+// beside it, a StateReset. The module itself never resets: its state lives as long as it is loaded.
+// Tests start each case with ResetModuleState().
 #pragma once
 
 namespace avq1 {

@@ -1,7 +1,8 @@
 // displays/eadi.h - the attitude display: attitude, flight director, annunciations, deviations.
 //
-// Nothing is kept between draws: everything shown comes from the snapshot, the guidance state and
-// the settings, read once a draw. A value that is not a number leaves its place with a flag.
+// Nothing is kept between draws: what is shown comes from the snapshot, the navigation flags and
+// the flight director's switch in the simulator, the guidance state, the settings and the EHSI's
+// decision height. A value that is lost leaves its place to a flag.
 #pragma once
 
 #include "drawing/surface.h"

@@ -1,7 +1,7 @@
 // displays/ehsi_picture.h - one draw of the EHSI: what its layers share.
 //
 // The picture is drawn in design pixels, 266 x 230. Receiver states are read once a draw. Layers
-// only read; texts that stand in the map area claim their places first.
+// change nothing but the places their texts take; texts in the map area claim theirs first.
 #pragma once
 
 #include <cstdint>

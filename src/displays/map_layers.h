@@ -1,7 +1,8 @@
 // displays/map_layers.h - what the map-type displays draw around the aircraft: route, holding
 // patterns, climb and descent markers, runway pattern, stations, airports and waypoints.
 //
-// A display describes its map once a draw in a MapFrame; layers only read. What is drawn of the
+// A display describes its map once a draw in a MapFrame; layers change nothing but the
+// places its texts take and the lists of records around the aircraft. What is drawn of the
 // plan and the pattern is the caller's to clip (ClipToMap); records keep to the map themselves,
 // since a clip costs more than drawing. Identifiers stay wholly inside and beside each other. A
 // view that is not usable draws nothing.

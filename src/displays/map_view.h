@@ -1,7 +1,7 @@
 // displays/map_view.h - places positions on a map whose centre is the aircraft.
 //
 // Distances and courses are those guidance flies by; up is the aircraft's heading, in degrees true.
-// A position that is not finite has no place.
+// A position that is not finite has no place, and a view from a lost one is not usable.
 #pragma once
 
 #include "drawing/surface.h"

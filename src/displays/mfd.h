@@ -1,5 +1,5 @@
-// displays/mfd.h - the multifunction display's presence flag and the keys of the display and of
-// its control panel.
+// displays/mfd.h - whether the multifunction display's control panel is drawn, and the keys of the
+// display and of the panel.
 #pragma once
 
 #include <array>

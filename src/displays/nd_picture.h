@@ -1,7 +1,7 @@
 // displays/nd_picture.h - one draw of the navigation display: what its layers share.
 //
-// Design pixels, 244 x 302. Receivers are read once a draw; layers only read, and texts claim
-// their places as they come.
+// Design pixels, 244 x 302. Receivers are read once a draw; layers change nothing but
+// the places their texts take, which they claim as they come.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// drawing/palette.h - the colours of every screen, ARGB, opaque.
+// drawing/palette.h - the colours screens share, ARGB, opaque but for Clear.
 #pragma once
 
 #include <cstdint>

@@ -3,7 +3,8 @@
 // A screen opens a Surface on the device context it is given, draws in its own design coordinates
 // and lets it go. Opening sets anti-aliased shapes and text, clears the surface to fully
 // transparent and scales the design to the surface's pixels. A screen with nothing to show (draw
-// mode 2, avionics off) stops there. Text's (x, y) is its top-left corner.
+// mode 2, avionics off) stops there, others begin with an opaque black ground. Text's (x, y) is its
+// top-left corner. Without a usable device context everything draws nothing.
 #pragma once
 
 #include <cstdint>

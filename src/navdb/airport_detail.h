@@ -3,7 +3,8 @@
 //
 // Slot 1 holds the plan's departure airport, slot 2 its arrival airport; slots 0 and 3 are spare.
 // A slot is overwritten by the next load into it. An airport that is not in the file leaves the
-// slot with no runways and procedures and its previous identity.
+// slot with no runways and procedures and its previous identity. Degrees, runway headings as
+// written (magnetic).
 #pragma once
 
 #include <array>
@@ -51,7 +52,8 @@ extern std::string lastAirportElevationText;  // of the airport loaded or set la
 Runway ParseRunwayToken(std::string_view token);
 
 // Loads one airport into the slot: departures with slot 1, arrivals and approaches with any other.
-// True when it was found.
+// True when it was found; it is then also the first search result, whose identifier holds until the
+// next load.
 bool LoadAirportDetail(std::string_view ident, std::int32_t slot);
 
 }  // namespace avq1

@@ -1,8 +1,9 @@
 // navdb/nearby.h - records around the aircraft, for maps and nearest pages.
 //
 // Two stages: a build scans the whole table (600 nm), a narrowing scans the build's list. Order
-// is table order; limits drop the rest with one message. Lists keep their contents until the
-// next call. Distances are great-circle nm from the aircraft's present position.
+// is table order; limits drop the rest, with one message but for the fixes within 600 nm. Lists
+// keep their contents until the next call; their records have no name and no elevation. Distances
+// are great-circle nm from the aircraft's present position.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace avq1 {
 
 struct NearbyList {
     PointTable points;
-    LatLon reference;  // where the map was centred when the list was made
+    LatLon reference;  // 600 nm: where the map was centred; fixes200: the aircraft; else unused
 };
 
 struct NearbyLists {

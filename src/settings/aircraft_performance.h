@@ -85,7 +85,8 @@ extern std::string AircraftName;  // without folder and extension; empty until a
 // names.
 void LoadAircraftFile();
 
-// Applies one aircraft file's text: the keys only, nothing derived.
+// Applies one aircraft file's text: the keys only, nothing derived. Keys of the settings file that
+// an aircraft may set again go to `settings`.
 void ApplyAircraftText(std::string_view text, AircraftPerformance& target);
 
 // What the values give once all keys are in: Mach limits, speeds by cost index, Mach and true

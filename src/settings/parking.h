@@ -11,7 +11,7 @@ namespace avq1 {
 struct ParkingPosition {
     double latitude = 0;
     double longitude = 0;
-    double headingDeg = 0;  // below 360
+    double headingDeg = 0;  // as written, 360 as 0
 };
 
 extern ParkingPosition parkingPosition;  // at the airport set last

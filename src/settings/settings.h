@@ -1,7 +1,8 @@
 // settings/settings.h - the user's switches from \avq\avq.cfg, read once, and what the same pass
 // decides: the simulator generation.
 //
-// A missing file leaves every default; unknown keys are ignored; the last accepted value stands.
+// Numbers without a unit are switches, on at 1. A missing file leaves every default; unknown keys
+// are ignored; the last accepted value stands.
 // The aircraft file and some unit pages may overwrite values later.
 #pragma once
 

@@ -2,7 +2,7 @@
 // offers the simulator's state as numbered byte offsets.
 //
 // Callers open, queue records, process once and close within one function; while closed nothing is
-// kept. Every call returns an error, None on success. A record that does not fit is dropped and the
+// kept. Calls tell an error, None on success. A record that does not fit is dropped and the
 // others are still sent. Panel thread only; the service has answered when DsProcess returns.
 #pragma once
 
@@ -30,6 +30,7 @@ inline constexpr std::int32_t kAnySimulator = 0;
 // Shared by all uses.
 extern std::array<std::byte, 1024> dsBuffer;
 
+// The buffer is the caller's and must live until DsClose; at most 32512 bytes of it are used.
 DsError DsOpen(std::int32_t simulatorWanted, void* buffer, std::size_t size);
 
 // The destination is filled by DsProcess and must live until then, or until DsClose.

@@ -1,7 +1,7 @@
-// simlink/key_events.h - every command this system sends to the simulator.
+// simlink/key_events.h - the key events this system sends to the simulator.
 //
-// Key events are fire-and-forget: a number and one 32-bit parameter, sent only when a value
-// changes (the senders see to that).
+// Fire-and-forget: a number and one 32-bit parameter; without a host nothing happens. Nothing here
+// remembers what was sent: senders that repeat themselves compare first.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,8 @@ enum class KeyEvent : std::int32_t {
     AltitudeSet = 66124,       // whole feet
 };
 
-// The one way to the simulator. A floating-point value is truncated toward zero.
+// A floating-point value is truncated toward zero and clamped to 32 bits; one that is not finite is
+// not sent.
 void SendKeyEvent(KeyEvent event, std::int32_t parameter);
 void SendKeyEvent(KeyEvent event, double value);
 
@@ -35,7 +36,7 @@ void SendKeyEvent(KeyEvent event, double value);
 std::int32_t WholeHeading(double headingMag);
 
 // Rewrites the decimal digits of a non-negative integer as hexadecimal digits: 11390 -> 0x11390.
-// Negative values give 0.
+// Negative values give 0; digits beyond the eighth are dropped.
 std::int32_t ToBcd(std::int32_t value);
 
 }  // namespace avq1

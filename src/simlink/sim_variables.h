@@ -1,26 +1,27 @@
 // simlink/sim_variables.h - values read from the simulator at the moment of use.
 //
-// Draw-time readers and the fuel sums; everything else reads the snapshot in aircraft_state.h.
+// For what the snapshot in aircraft_state.h does not hold. Without a host, and for a value that is
+// no finite number, a reader gives 0. Panel thread only.
 #pragma once
 
 #include <cstdint>
 
 namespace avq1 {
 
-// The raw value of a numbered variable; 0 without a host.
+// A variable by its number, in the simulator's own unit.
 double ReadVariable(std::int32_t number);
 
-double ReadTick();
-double ReadUtcDayOfYear();
-double ReadUtcYear();
+double ReadTick();                // 18 a second
+double ReadUtcDayOfYear();        // from 1
+double ReadUtcYear();             // four digits
 std::uint32_t ReadNavFlagWord();  // bits below
 inline constexpr std::uint32_t kNavFlagLocalizer = 0x80;
 inline constexpr std::uint32_t kNavFlagGlideslope = 0x40;
 bool Nav1HasSignal();
 bool Nav2HasSignal();
-bool HorizontalDeviationValid();
+bool HorizontalDeviationValid();  // NAV1
 bool FlightDirectorOn();
-double ReadParkingBrake();
+double ReadParkingBrake();  // 0 released
 
 enum class FuelTank : std::uint8_t {
     Centre,
