@@ -134,7 +134,7 @@ class Places:
     def at_token(self, index):
         token = self.tokens[index]
         if token.kind == 'number':
-            if not self.starts_result(index):
+            if not self.never_read(index):
                 self.at_number(token)
         elif token.kind == 'word' and token.text in WORDS:
             if token.text != 'break' or self.in_loop(index):
@@ -142,10 +142,12 @@ class Places:
         elif token.kind == 'mark':
             self.at_mark(index, token)
 
-    def starts_result(self, index):
-        """Whether this is the starting value of a local that a call sets next."""
+    def never_read(self, index):
+        """Whether this starts a local that a call sets next, or a field of a record at zero."""
         if index < 2 or self.tokens[index - 1].text != '=' or self.tokens[index + 1].text != ';':
             return False
+        if self.tokens[index].text == '0' and self.in_record(index):
+            return True
         name = self.tokens[index - 2].text
         used = next((at for at in range(index + 1, len(self.tokens) - 1)
                      if self.tokens[at].text == name), None)
@@ -164,7 +166,8 @@ class Places:
             self.add(token.start, token.end, hex(other), 'number')
         else:
             value = float(digits.replace("'", ''))
-            self.add(token.start, token.end, repr(value * 1.1 if value else 1.0) + suffix, 'number')
+            other = value + 1 if value == 0 or value >= 10 else value * 1.1
+            self.add(token.start, token.end, repr(other) + suffix, 'number')
 
     def at_mark(self, index, token):
         spaced = self.text[token.start - 1:token.end + 1]
@@ -179,6 +182,14 @@ class Places:
             self.add(token.start, token.end, '--' if token.text == '++' else '++', 'arithmetic')
         elif token.text == '!':
             self.add(token.start, token.end, '', 'logic')
+
+    def in_record(self, index):
+        depth = 0
+        for at in range(index, -1, -1):
+            depth += (self.tokens[at].text == '}') - (self.tokens[at].text == '{')
+            if depth < 0:
+                return at >= 2 and self.tokens[at - 2].text == 'struct'
+        return False
 
     def in_loop(self, index):
         """Whether the nearest switch or loop around a token is a loop (continue needs one)."""
@@ -257,6 +268,8 @@ class Places:
             spans = [(self.tokens[a].start, self.tokens[a_end - 1].end),
                      (self.tokens[b].start, self.tokens[b_end - 1].end)]
             left, right = (self.text[start:end] for start, end in spans)
+            if left.startswith('{') and right.startswith('{'):
+                continue  # whole rows: their order seldom matters
             plausible = self.tokens[a].kind == self.tokens[b].kind or '(' in left + right
             if left != right and plausible:
                 between = self.text[spans[0][1]:spans[1][0]]
