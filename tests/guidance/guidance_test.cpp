@@ -249,7 +249,7 @@ TEST_F(GuidanceTest, TheWaypointFlownToHasItsOwnChangeDistance) {
         SetActiveWaypoint(1);
         guidance.waypointChangeDistanceNm = 2.2;
         guidance.firstLegPrepared = 0;
-        activePlan.entries[1].flyover = flyover;
+        activePlan.Edit(1).flyover = flyover;
         PrepareFirstLeg();
         EXPECT_EQ(guidance.waypointChangeDistanceNm, changeNm);
     }

@@ -225,7 +225,7 @@ TEST_F(HoldsTest, DisengagingLnavEndsTheFlightAndDeletesNoHold) {
 TEST_F(HoldsTest, LnavEndingOnTheWayKeepsTheHoldsAhead) {
     holdList = {};
     PlanHoldAt(3);
-    activePlan.entries[2].ident = kDiscontinuity;
+    activePlan.Edit(2).ident = kDiscontinuity;
     StartAt(pilot, 1);
     guidance.distanceToGoNm = 1;
     SequenceWaypoint();

@@ -325,7 +325,7 @@ TEST_F(UpdateFrameTest, AGapInTheRouteEndsLnavWithAMessage) {
 TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
     using Way = void (*)();
     for (const Way endFlight :
-         {Way([] { SetActiveWaypoint(kNoWaypoint); }), Way([] { activePlan.lastIndex = -1; })}) {
+         {Way([] { SetActiveWaypoint(kNoWaypoint); }), Way([] { activePlan.CutTo(-1); })}) {
         Start(kEquator3, 1, 0);
         TwoTicksAt(0.01, 0.5);
         ExpectOnTheFirstLeg();
@@ -353,7 +353,7 @@ TEST_F(UpdateFrameTest, APlanStartedOnTheGroundBeginsALog) {
     } rows[] = {{4.9, 2, kFlightLogWanted, 0}, {5, 2, 3, 77}, {4.9, -1, 3, 77}};
     for (const auto& row : rows) {
         SetActivePlan(kEquator3);
-        activePlan.lastIndex = row.lastIndex;
+        activePlan.CutTo(row.lastIndex);
         aircraft.groundSpeedKt = row.groundSpeedKt;
         flightLog.phase = 3;
         guidance.elapsedSeconds = 77;
