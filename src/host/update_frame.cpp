@@ -14,6 +14,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
 #include "guidance/progress.h"
 #include "guidance/radio_tuning.h"
 #include "guidance/vnav.h"
@@ -158,6 +159,7 @@ void UpdateFrame() {
     } else {
         IdleGuidance();
     }
+    RefreshPredictions();
     ServePageRequests();
     ServeDataRequests();
     ReleaseAirspeedHold();
