@@ -163,11 +163,12 @@ void SearchOneIdent(benchmark::State& state) {
     if (!LoadDataSet(state)) {
         return;
     }
+    SearchResults results;
     for (auto _ : state) {
-        SearchIdent("BOS", SearchCategory::All);
-        benchmark::DoNotOptimize(NearestResult());
+        SearchIdent("BOS", SearchCategory::All, results);
+        benchmark::DoNotOptimize(NearestResult(results));
     }
-    state.counters["results"] = navDatabase.searchResults.count;
+    state.counters["results"] = results.count;
 }
 BENCHMARK(SearchOneIdent)->ArgName("world")->Arg(kDemo)->Arg(kWorld)->Unit(benchmark::kMicrosecond);
 

@@ -186,10 +186,11 @@ void LookUpAirway(benchmark::State& state) {
     const std::string text = WorldAirways();
     const char* const name = state.range(0) != 0 ? "J121" : "NONE1";
     SetAirwayText(text, true);
+    AirwayLookup lookup;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(FindAirway(name, "NO"));
+        benchmark::DoNotOptimize(FindAirway(name, "NO", lookup));
     }
-    state.counters["fixes"] = navDatabase.searchResults.count;
+    state.counters["fixes"] = lookup.fixes.count;
     state.counters["bytes"] = static_cast<double>(text.size());
 }
 BENCHMARK(LookUpAirway)->ArgName("known")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);

@@ -1,4 +1,5 @@
 // DIRTO: the points that bear the typed identifier; ENTER flies to the highlighted one.
+#include <algorithm>
 #include <string>
 
 #include "base/module_state.h"
@@ -17,10 +18,10 @@ namespace {
 
 constexpr int kTypedX = 67;
 
-// The records found for the typed identifier, kept here because every search fills the same table.
+// The records found for the typed identifier.
 struct Candidates {
     std::string ident;
-    PointTable found;
+    SearchResults found;
 };
 
 Candidates candidates;
@@ -35,52 +36,9 @@ void RefreshCandidates() {
     candidates.ident = mcu.entryText;
     mcu.candidates = {};
     if (!candidates.ident.empty()) {
-        SearchIdent(candidates.ident, SearchCategory::All);
-        candidates.found = navDatabase.searchResults;
-        mcu.candidates.row = candidates.found.count > 0 ? NearestResult() - 1 : 0;
+        SearchIdent(candidates.ident, SearchCategory::All, candidates.found);
+        mcu.candidates.row = std::max(NearestResult(candidates.found) - 1, 0);
     }
-}
-
-PlanWaypoint DirectEntry() {
-    PlanWaypoint entry;
-    entry.ident = "DIRECT";
-    entry.type = "WPT";
-    entry.latitude = aircraft.latitude;
-    entry.longitude = aircraft.longitude;
-    return entry;
-}
-
-PlanWaypoint EntryOf(const PointRecord& record) {
-    PlanWaypoint entry;
-    entry.ident = record.ident;
-    entry.type = PlanTypeOf(record.kind);
-    entry.latitude = record.latitude;
-    entry.longitude = record.longitude;
-    entry.frequency = record.frequency;
-    return entry;
-}
-
-// The plan becomes: present position, the chosen point, and the airport the old plan ended at.
-void FlyDirectTo(const PointRecord& record) {
-    PlanWaypoint arrival;
-    if (activePlan.lastIndex >= 0) {
-        arrival = activePlan.entries[activePlan.lastIndex];
-    }
-    const PlanWaypoint chosen = EntryOf(record);
-    const bool isArrival = arrival.ident == chosen.ident && arrival.type == chosen.type;
-    const bool keepsArrival = arrival.type == "APT" && !isArrival;
-    DeleteAllHolds();
-    activePlan.CutTo(-1);
-    activePlan.Append(DirectEntry());
-    activePlan.Append(chosen);
-    if (keepsArrival) {
-        arrival.ataText.clear();
-        arrival.via.clear();  // its leg begins at the chosen point now, off any airway
-        activePlan.Append(arrival);
-    }
-    planBook.verticalTargetIndex = activePlan.lastIndex;
-    StartActivePlan();
-    CopyActiveToModified();
 }
 
 void HandleDirto(const UnitInput& input) {
@@ -93,7 +51,7 @@ EntryResult FlyToHighlighted(const FieldRow&, std::string_view) {
     if (candidates.found.count == 0) {
         return EntryResult::NotInDatabase;
     }
-    FlyDirectTo(candidates.found[mcu.candidates.row + 1]);
+    FlyDirectToPoint(EntryFrom(candidates.found[mcu.candidates.row + 1]), true);
     mcu.entryText.clear();
     candidates = Candidates{};
     mcu.candidates = {};
@@ -102,15 +60,14 @@ EntryResult FlyToHighlighted(const FieldRow&, std::string_view) {
 }
 
 void PutCandidate(Screen& screen, std::int32_t row, int y, bool highlighted) {
-    const PointRecord& record = candidates.found[row + 1];
+    const FoundPoint& record = candidates.found[row + 1];
     double distanceNm = 0;
     double courseTrue = 0;
     DistanceAndCourse(aircraft.latitude, aircraft.longitude, record.latitude, record.longitude,
                       distanceNm, courseTrue);
-    const std::string ident(record.ident);
     const std::string kind(KindText(record.kind));
     screen.Put(highlighted ? kMcuHighlight : kMcuData, kTypedX, y, "%s%-5s %3s %03.0f",
-               highlighted ? "> " : "  ", ident.c_str(), kind.c_str(),
+               highlighted ? "> " : "  ", record.ident.c_str(), kind.c_str(),
                TrueToMagnetic(courseTrue, aircraft.magneticVariation));
 }
 

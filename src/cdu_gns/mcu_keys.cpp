@@ -6,6 +6,7 @@
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
+#include "flightplan/plan_edit.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "simlink/aircraft_state.h"
@@ -41,14 +42,11 @@ void PressDirto(const KeyClick&) {
 void HoldAtActiveWaypoint() {
     const std::int32_t fix = planBook.activeIndex;
     HoldPattern hold = NewHold();
-    hold.fixIndex = fix;
     hold.inboundCourseMag = guidance.desiredTrackMag;
-    hold.corners[0] = {guidance.activeLatitude, guidance.activeLongitude,
-                       activePlan.entries[fix].ident};
-    AddHold(hold);
-    holdFlight = {};
-    holdFlight.holdActive = 1;
-    activePlan.Edit(fix).hasHold = 1;
+    if (HoldAt(activePlan, fix, hold)) {
+        holdFlight = {};
+        holdFlight.holdActive = 1;
+    }
 }
 
 void PressHold(const KeyClick&) {

@@ -3,8 +3,9 @@
 
 #include "cdu/formats.h"
 #include "cdu_gns/mcu_pages.h"
-#include "flightplan/flight_plan.h"
+#include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
+#include "guidance/activation.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/keyboard.h"
 
@@ -104,9 +105,11 @@ void HandleLegs(const UnitInput& input) {
 
 // An altitude of 0 takes the constraint away.
 EntryResult SetCrossingAltitude(const FieldRow&) {
-    PlanWaypoint& entry = activePlan.Edit(EntryAtCursor());
-    entry.altitude = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
-    entry.altitudeConstraint = mcu.newAltitude > 0 ? 1 : 0;
+    const double altitudeFt = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
+    EditActivePlan([&](FlightPlan& plan) {
+        const std::int32_t index = EntryAtCursor();
+        return SetCrossing(plan, index, {altitudeFt, plan.entries[index].speed});
+    });
     mcu.crossingEntry = false;
     return EntryResult::Accepted;
 }

@@ -11,9 +11,7 @@
 namespace avq1 {
 namespace {
 
-constexpr std::string_view kNotOnAirway = " (N/A)";
-
-PlanWaypoint AirwayEntry(const PointRecord& fix) {
+PlanWaypoint AirwayEntry(const FoundPoint& fix) {
     PlanWaypoint entry;
     entry.ident = fix.ident;
     entry.latitude = fix.latitude;
@@ -41,26 +39,17 @@ bool TieToNavaid(PlanWaypoint& entry) {
     return true;
 }
 
-void LookupAirway(std::string_view enteredText) {
-    const std::string name(enteredText.substr(enteredText.empty() ? 0 : 1));
-    const std::string_view entryFix = modifiedPlan.Holds(planBook.editIndex)
-                                          ? modifiedPlan.entries[planBook.editIndex].ident
-                                          : std::string_view{};
-    if (!FindAirway(name, entryFix)) {
-        return;
-    }
-    planBook.airwayText = name;
-    if (airwayLookup.entryIndex == 0) {
-        planBook.airwayText += kNotOnAirway;
-    }
+void LookupAirway(const FlightPlan& plan, std::int32_t entry, std::string_view enteredText,
+                  AirwayLookup& lookup) {
+    const std::string_view name = enteredText.substr(enteredText.empty() ? 0 : 1);
+    FindAirway(name, plan.Holds(entry) ? plan.entries[entry].ident : std::string_view{}, lookup);
 }
 
-bool InsertAirway(FlightPlan& plan) {
-    const std::int32_t entryIndex = airwayLookup.entryIndex;
-    const std::int32_t exitIndex = airwayLookup.exitIndex;
-    const std::int32_t known = airwayLookup.fixes.count;
-    if (entryIndex < 1 || exitIndex < 1 || entryIndex > known || exitIndex > known ||
-        entryIndex == exitIndex || !plan.Holds(planBook.editIndex)) {
+bool InsertAirway(FlightPlan& plan, std::int32_t entry, const AirwayLookup& lookup) {
+    const std::int32_t entryIndex = lookup.entryIndex;
+    const std::int32_t exitIndex = lookup.exitIndex;
+    if (!lookup.fixes.Holds(entryIndex) || !lookup.fixes.Holds(exitIndex) ||
+        entryIndex == exitIndex || !plan.Holds(entry)) {
         return true;
     }
     if (plan.lastIndex + std::abs(exitIndex - entryIndex) > kMaxPlanIndex) {
@@ -68,14 +57,20 @@ bool InsertAirway(FlightPlan& plan) {
         return false;
     }
     const std::int32_t step = entryIndex < exitIndex ? 1 : -1;
-    std::int32_t position = planBook.editIndex;
+    std::int32_t position = entry;
     for (std::int32_t fix = entryIndex; fix != exitIndex; fix += step) {
         OpenPlanEntry(plan, ++position);
-        plan.Edit(position) = AirwayEntry(airwayLookup.fixes[fix + step]);
+        plan.Edit(position) = AirwayEntry(lookup.fixes[fix + step]);
     }
-    if (&plan == &modifiedPlan) {
-        NoteEdit();
+    if (position < plan.lastIndex &&
+        plan.entries[position + 1].ident == plan.entries[position].ident) {
+        plan.Edit(position + 1).via = plan.entries[position].via;
+        MergePlanEntries(plan, position, true);
     }
+    if (IsActivePlan(plan)) {
+        planBook.verticalTargetIndex = NextRestriction(plan, planBook.activeIndex);
+    }
+    NoteEdit(plan);
     return true;
 }
 

@@ -9,15 +9,15 @@
 
 namespace avq1 {
 
-// Looks up the airway typed as "#J1" from the modified plan's entry at the edit index. Fills the
-// search results and airwayLookup; planBook.airwayText becomes the name, followed by " (N/A)" when
-// the airway does not pass that entry. Without an airway file the text stays as it is.
-void LookupAirway(std::string_view enteredText);
+// Looks up the airway typed as "#J1" from the plan's entry `entry` on. Without an airway file there
+// are no fixes and the lookup's text stays as it is.
+void LookupAirway(const FlightPlan& plan, std::int32_t entry, std::string_view enteredText,
+                  AirwayLookup& lookup);
 
-// Inserts the airway's fixes behind the entry fix up to airwayLookup.exitIndex into the active or
-// the modified plan, after the edit index, with the airway as their via. False, with a message and
-// nothing changed, when the plan has no room for all of them.
-bool InsertAirway(FlightPlan& plan);
+// Inserts the airway's fixes behind the entry fix up to lookup.exitIndex after the plan's entry
+// `entry`, with the airway as their via. An exit that the plan goes on from stands there once.
+// False, with a message and nothing changed, when the plan has no room for all of them.
+bool InsertAirway(FlightPlan& plan, std::int32_t entry, const AirwayLookup& lookup);
 
 // How a fix of a procedure or an airway is tied to the database: a navaid of its name and latitude
 // gives it type and frequency. False, with nothing changed, when there is none.

@@ -94,19 +94,26 @@ struct RoutePair {
     std::string via;
 };
 
+// What a control unit has chosen on its page: an entry of the plan shown, or the row behind its
+// last one. It follows the entry; kNoWaypoint = nothing chosen.
+struct PlanSelection {
+    const FlightPlan* plan = nullptr;
+    std::int32_t index = kNoWaypoint;
+};
+enum class PlanUnit : std::size_t { Compact, Gns, Smiths };
+inline constexpr std::size_t kPlanUnitCount = 3;
+
 // What is kept beside the plans.
 struct PlanBook {
     std::string originIdent;
     std::string destinationIdent;
     std::int32_t activeIndex = kNoWaypoint;   // in the active plan: the waypoint being flown to
     std::int32_t verticalTargetIndex = 0;     // in the active plan: what the descent aims at
-    std::int32_t editIndex = kNoWaypoint;     // in the modified plan: insertions work after it
+    std::int32_t editIndex = kNoWaypoint;     // in the modified plan: where the next entry goes
     std::int32_t trackedIndex = kNoWaypoint;  // in the modified plan: follows its entry
-    std::vector<RoutePair> routeView;         // at most 200 pairs, from the modified plan
+    std::array<PlanSelection, kPlanUnitCount> selections;  // by PlanUnit
+    std::vector<RoutePair> routeView;  // at most 200 pairs, from the modified plan
     RouteStatus status = RouteStatus::None;
-    std::string airwayText;      // airway being entered
-    double pendingBearing = -1;  // place-bearing-distance entry, degrees magnetic
-    double pendingDistanceNm = -1;
     std::int32_t cruiseAltitudeFt = 0;  // from the plan file; 0 = none
     double fuelTotal = 0;               // weight units of the simulator, 0 = none
     double reserveFuel = 0;

@@ -3,16 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
-#include "base/module_state.h"
 #include "base/text.h"
-#include "flightplan/flight_plan.h"
 
 namespace avq1 {
 namespace {
-
-std::string offeredName;  // what the search result's view refers to
-const StateReset resetOfferedName([] { offeredName.clear(); });
 
 using Vector = std::array<double, 3>;
 
@@ -59,11 +55,11 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
 
 }  // namespace
 
-std::string NextPilotPointName(std::string_view prefix) {
+std::string NextPilotPointName(const FlightPlan& plan, std::string_view prefix) {
     constexpr std::int32_t kLongestNumber = 4;
     std::int32_t highest = 0;
-    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
-        const std::string_view ident = WithoutLeadingBlanks(modifiedPlan.entries[i].ident);
+    for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
+        const std::string_view ident = WithoutLeadingBlanks(plan.entries[i].ident);
         if (ident.substr(0, prefix.size()) != prefix) {
             continue;
         }
@@ -75,19 +71,13 @@ std::string NextPilotPointName(std::string_view prefix) {
     return Format("%3s%02d", std::string(prefix).c_str(), highest + 1);
 }
 
-void OfferPilotPoint(const LatLon& point, std::string_view prefix) {
-    offeredName = NextPilotPointName(prefix);
-    PointRecord record;
-    record.ident = offeredName;
-    record.latitude = point.latitude;
-    record.longitude = point.longitude;
-    record.kind = PointKind::Intersection;
-    navDatabase.searchResults.Clear();
-    navDatabase.searchResults.Append(record);
-}
-
-bool IsPilotPoint(const PointRecord& record) {
-    return record.ident.data() == offeredName.data();
+FoundPoint PilotPoint(const LatLon& position, std::string name) {
+    FoundPoint point;
+    point.ident = std::move(name);
+    point.latitude = position.latitude;
+    point.longitude = position.longitude;
+    point.kind = PointKind::PilotPoint;
+    return point;
 }
 
 bool CrossingOfCourses(const LatLon& place1, double course1True, const LatLon& place2,

@@ -1,12 +1,12 @@
 // flightplan/pilot_points.h - points the pilot makes up: their names, and where two bearings cross.
 //
-// A made-up point stands in the search results under a name this topic keeps until it makes the
-// next one. Names count on from the modified plan's entries.
+// Names count on from the entries of the plan the point is meant for.
 #pragma once
 
 #include <string>
 #include <string_view>
 
+#include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
 #include "navdb/nav_database.h"
 
@@ -15,13 +15,11 @@ namespace avq1 {
 inline constexpr std::string_view kPilotPointPrefix = "WPT";
 inline constexpr std::string_view kPilotPointType = "WPT";
 
-// The prefix and a two-digit number one higher than the highest one an entry of the modified plan
-// carries after the same prefix.
-std::string NextPilotPointName(std::string_view prefix);
+// The prefix and a two-digit number one higher than the highest one an entry of the plan carries
+// after the same prefix.
+std::string NextPilotPointName(const FlightPlan& plan, std::string_view prefix);
 
-// Makes the point the only search result.
-void OfferPilotPoint(const LatLon& point, std::string_view prefix);
-bool IsPilotPoint(const PointRecord& record);
+FoundPoint PilotPoint(const LatLon& position, std::string name);
 
 // The point where the great circles that leave two places on their true courses meet. False when
 // they do not meet ahead of both within kCrossingRangeNm: bearings that part meet again only on

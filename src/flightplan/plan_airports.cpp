@@ -9,7 +9,7 @@
 #include "base/module_state.h"
 #include "base/sim_folder.h"
 #include "base/text.h"
-#include "flightplan/flight_plan.h"
+#include "flightplan/plan_moves.h"
 #include "geometry/geometry.h"
 #include "platform/files.h"
 #include "settings/parking.h"
@@ -225,7 +225,9 @@ void AppendToActive(std::string_view ident, const AirportLine& airport) {
 }
 
 void AppendToModified(std::string_view ident, const AirportLine& airport) {
-    AppendAirport(modifiedPlan, ident, airport);
+    if (AppendAirport(modifiedPlan, ident, airport) != nullptr) {
+        planBook.editIndex = NextEntryPlace(modifiedPlan);
+    }
 }
 
 using ApplyMode = void (*)(std::string_view ident, const AirportLine& airport);

@@ -1,6 +1,7 @@
 #include "flightplan/plan_edit.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -19,20 +20,53 @@ constexpr double kLeastFuelLoad = 5;
 constexpr std::size_t kRouteViewCapacity = 200;
 constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
 
-void OpenEntry(std::int32_t position) {
-    OpenPlanEntry(modifiedPlan, position);
-}
+constexpr std::string_view kProcedureTags[] = {"SID", "SIDSTAR", "STAR", "APPR"};
+constexpr std::string_view kBothTag = "SIDSTAR";
 
 // Where an insertion goes: without a position, to the first place behind the departure.
-std::int32_t InsertionPlace(std::int32_t position) {
-    const std::int32_t wanted = position == kNoWaypoint ? 1 : position;
-    return std::clamp(wanted, 0, modifiedPlan.lastIndex + 1);
+std::int32_t InsertionPlace(const FlightPlan& plan, std::int32_t position) {
+    const std::int32_t wanted = position == kNoWaypoint ? 1 : std::max(position, 1);
+    return std::min(wanted, plan.lastIndex + 1);
 }
 
-// The tracked entry may have been the last one and gone.
-void KeepTrackedIndexInPlan() {
-    if (planBook.trackedIndex != kNoWaypoint && planBook.trackedIndex > modifiedPlan.lastIndex) {
-        planBook.trackedIndex = modifiedPlan.lastIndex >= 0 ? modifiedPlan.lastIndex : kNoWaypoint;
+bool HasRoomFor(const FlightPlan& plan, std::int32_t entries) {
+    return plan.lastIndex + entries <= kMaxPlanIndex;
+}
+
+void PutEntry(FlightPlan& plan, std::int32_t at, PlanWaypoint entry) {
+    const bool fliesInserted = IsActivePlan(plan) && planBook.activeIndex == 1 && at <= 1;
+    OpenPlanEntry(plan, at);
+    plan.Edit(at) = std::move(entry);
+    if (fliesInserted) {
+        planBook.activeIndex = 1;
+    }
+}
+
+bool IsProcedureTag(std::string_view tag) {
+    return std::find(std::begin(kProcedureTags), std::end(kProcedureTags), tag) !=
+           std::end(kProcedureTags);
+}
+
+void ClearProcedure(FlightPlan& plan, const std::string& tag) {
+    for (std::int32_t i = 0; IsProcedureTag(tag) && i <= plan.lastIndex; ++i) {
+        if (plan.entries[i].procedure == tag) {
+            plan.Edit(i).procedure.clear();
+        }
+    }
+}
+
+// An entry that comes to stand between two of a procedure breaks it. A departure and an arrival
+// that only meet there are both whole.
+void ClearProcedureAround(FlightPlan& plan, std::int32_t position) {
+    if (!plan.Holds(position) || !plan.Holds(position - 1)) {
+        return;
+    }
+    const std::string before = plan.entries[position - 1].procedure;
+    const std::string after = plan.entries[position].procedure;
+    if (before == after || (IsProcedureTag(before) && IsProcedureTag(after) &&
+                            (before == kBothTag || after == kBothTag))) {
+        ClearProcedure(plan, before);
+        ClearProcedure(plan, after);
     }
 }
 
@@ -40,35 +74,53 @@ bool IsSamePoint(const PlanWaypoint& a, const PlanWaypoint& b) {
     return a.ident == b.ident && a.latitude == b.latitude && a.longitude == b.longitude;
 }
 
-bool HasResult(std::int32_t result) {
-    return result >= 1 &&
-           static_cast<std::size_t>(result) < navDatabase.searchResults.records.size();
-}
-
-PlanWaypoint EntryFromResult(const PointRecord& record) {
+template <typename Text>
+PlanWaypoint EntryOf(const BasicPoint<Text>& point) {
     PlanWaypoint entry;
-    entry.ident = record.ident;
-    entry.latitude = record.latitude;
-    entry.longitude = record.longitude;
-    entry.type = IsPilotPoint(record) ? kPilotPointType : PlanTypeOf(record.kind);
-    entry.frequency = record.frequency;
+    entry.ident = point.ident;
+    entry.latitude = point.latitude;
+    entry.longitude = point.longitude;
+    entry.type = PlanTypeOf(point.kind);
+    entry.frequency = point.frequency;
     return entry;
 }
 
 // Turns a reference into the point at the pending bearing and distance from it.
-void ApplyPendingBearing(PlanWaypoint& entry) {
+void ApplyPendingBearing(const FlightPlan& plan, const SearchResults& results,
+                         PlanWaypoint& entry) {
     double latitude = 0;
     double longitude = 0;
     PointAtDistance(entry.latitude, entry.longitude,
-                    planBook.pendingBearing + aircraft.magneticVariation,
-                    planBook.pendingDistanceNm, latitude, longitude);
+                    results.pendingBearingMag + aircraft.magneticVariation,
+                    results.pendingDistanceNm, latitude, longitude);
     entry.latitude = latitude;
     entry.longitude = longitude;
-    entry.ident = NextPilotPointName(std::string_view(entry.ident).substr(0, 3));
+    entry.ident = NextPilotPointName(plan, std::string_view(entry.ident).substr(0, 3));
     entry.type = kPilotPointType;
     entry.frequency.clear();
-    planBook.pendingBearing = -1;
-    planBook.pendingDistanceNm = -1;
+}
+
+PlanWaypoint DirectEntry(const LatLon& position) {
+    PlanWaypoint entry;
+    entry.ident = kDirectEntry;
+    entry.type = kPilotPointType;
+    entry.latitude = position.latitude;
+    entry.longitude = position.longitude;
+    return entry;
+}
+
+bool IsDirectEntry(const PlanWaypoint& entry) {
+    return entry.ident == kDirectEntry && entry.type == kPilotPointType;
+}
+
+// Only the first hold is flown, so they stand in the list as they stand in the route.
+void AddHold(std::int32_t HoldPattern::*planIndex, const HoldPattern& hold) {
+    std::int32_t number = ++holdList.count;
+    while (number > 1 && holdList.holds[number - 1].*planIndex > hold.*planIndex) {
+        holdList.holds[number] = holdList.holds[number - 1];
+        --number;
+    }
+    holdList.holds[number] = hold;
 }
 
 }  // namespace
@@ -84,6 +136,7 @@ std::string_view PlanTypeOf(PointKind kind) {
         case PointKind::Airport:
             return "APT";
         case PointKind::None:
+        case PointKind::PilotPoint:
             break;
     }
     return kPilotPointType;
@@ -95,105 +148,254 @@ void CopyActiveToModified() {
         modifiedPlan.Edit(i).ataText.clear();
     }
     planBook.trackedIndex = planBook.activeIndex;
+    planBook.editIndex = NextEntryPlace(modifiedPlan);
+    KeepIndexesInPlan(modifiedPlan);
     CopyHoldsToPending();
 }
 
-bool InsertWaypoint(std::int32_t position) {
-    const std::int32_t at = InsertionPlace(position <= 0 ? 1 : position);
-    const bool needsGap = at < modifiedPlan.lastIndex;
-    if (!HasResult(1) || modifiedPlan.lastIndex + (needsGap ? 2 : 1) > kMaxPlanIndex) {
+PlanWaypoint EntryFrom(const PointRecord& record) {
+    return EntryOf(record);
+}
+
+PlanWaypoint EntryFrom(const FoundPoint& point) {
+    return EntryOf(point);
+}
+
+bool InsertWaypoint(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) {
+    const std::int32_t at = InsertionPlace(plan, position);
+    const bool needsGap = at < plan.lastIndex;
+    if (!HasRoomFor(plan, needsGap ? 2 : 1)) {
         return false;
     }
-    OpenEntry(at);
-    modifiedPlan.Edit(at) = EntryFromResult(navDatabase.searchResults[1]);
+    PutEntry(plan, at, std::move(entry));
     if (needsGap) {
-        OpenEntry(at + 1);
-        modifiedPlan.Edit(at + 1) = Discontinuity();
+        OpenPlanEntry(plan, at + 1);
+        plan.Edit(at + 1) = Discontinuity();
     }
-    NoteEdit();
+    NoteEdit(plan);
     return true;
 }
 
-bool InsertNamedPoint(std::int32_t position, std::int32_t result) {
-    if (!HasResult(result) || modifiedPlan.IsFull()) {
+bool InsertLeg(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) {
+    const std::int32_t at = InsertionPlace(plan, position);
+    const bool fliesInserted = FlownIndex(plan) == at;
+    if (!InsertWaypoint(plan, at, std::move(entry))) {
         return false;
     }
-    const std::int32_t at = InsertionPlace(position);
-    PlanWaypoint entry = EntryFromResult(navDatabase.searchResults[result]);
-    if (planBook.pendingBearing >= 0 && planBook.pendingDistanceNm >= 0) {
-        ApplyPendingBearing(entry);
+    if (fliesInserted) {
+        SetFlownIndex(plan, at);
+    }
+    return true;
+}
+
+bool InsertBetween(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) {
+    if (plan.IsFull()) {
+        return false;
+    }
+    const std::int32_t at = InsertionPlace(plan, position);
+    ClearProcedureAround(plan, at);
+    PutEntry(plan, at, std::move(entry));
+    if (IsActivePlan(plan) && planBook.activeIndex == kNoWaypoint && plan.lastIndex == 1) {
+        planBook.activeIndex = 1;
+    }
+    NoteEdit(plan);
+    return true;
+}
+
+bool InsertNamedPoint(FlightPlan& plan, std::int32_t position, SearchResults& results,
+                      std::int32_t result) {
+    if (!results.Holds(result) || plan.IsFull()) {
+        return false;
+    }
+    PlanWaypoint entry = EntryFrom(results[result]);
+    if (results.HasPendingPoint()) {
+        ApplyPendingBearing(plan, results, entry);
+        results.pendingBearingMag = -1;
+        results.pendingDistanceNm = -1;
     }
     if (entry.ident == kHoldPresentPosition) {
-        entry.ident = NextPilotPointName(kPilotPointPrefix);
+        entry.ident = NextPilotPointName(plan, kPilotPointPrefix);
         entry.type = kPilotPointType;
         entry.procedure = kHoldPresentPosition;
     }
-    OpenEntry(at);
-    modifiedPlan.Edit(at) = std::move(entry);
-    NoteEdit();
+    PutEntry(plan, InsertionPlace(plan, position), std::move(entry));
+    NoteEdit(plan);
     return true;
 }
 
-bool InsertAirwayPlaceholder(std::int32_t position) {
-    if (modifiedPlan.IsFull()) {
+bool InsertDiscontinuity(FlightPlan& plan, std::int32_t position) {
+    if (plan.IsFull()) {
         return false;
     }
-    const std::int32_t at = InsertionPlace(position);
+    const std::int32_t at = InsertionPlace(plan, position);
+    OpenPlanEntry(plan, at);
+    plan.Edit(at) = Discontinuity();
+    NoteEdit(plan);
+    return true;
+}
+
+bool InsertAirwayPlaceholder(FlightPlan& plan, std::int32_t position, std::string_view airway) {
+    if (plan.IsFull()) {
+        return false;
+    }
     PlanWaypoint entry;
     entry.ident = kAirwayPlaceholder;
     entry.type = "OAWY";
-    entry.via = planBook.airwayText;
+    entry.via = airway;
     entry.speed = -1;
-    OpenEntry(at);
-    modifiedPlan.Edit(at) = std::move(entry);
-    NoteEdit();
+    const std::int32_t at = InsertionPlace(plan, position);
+    OpenPlanEntry(plan, at);
+    plan.Edit(at) = std::move(entry);
+    NoteEdit(plan);
     return true;
 }
 
-void RemovePlaceholders() {
-    std::int32_t kept = 0;
-    for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
-        if (modifiedPlan.entries[i].ident != kAirwayPlaceholder) {
-            if (kept != i) {
-                MovePlanEntry(modifiedPlan, i, kept);
-            }
-            ++kept;
-        } else if (planBook.trackedIndex == i) {
-            planBook.trackedIndex = kept;  // the entry after the placeholder comes to stand here
+void RemovePlaceholders(FlightPlan& plan) {
+    for (std::int32_t i = plan.lastIndex; i >= 0; --i) {
+        if (plan.entries[i].ident == kAirwayPlaceholder) {
+            ClosePlanEntries(plan, i, i + 1);
         }
     }
-    modifiedPlan.CutTo(kept - 1);
-    KeepTrackedIndexInPlan();
 }
 
-void DeleteWaypoint(std::int32_t position, bool force) {
-    if (modifiedPlan.lastIndex <= 1 || !modifiedPlan.Holds(position)) {
-        return;
+bool DeleteWaypoint(FlightPlan& plan, std::int32_t position, bool force) {
+    if (plan.lastIndex <= 1 || !plan.Holds(position)) {
+        return false;
     }
-    DeletePendingHold(position);
-    if (position < 2 || position >= modifiedPlan.lastIndex - 1 || force) {
-        for (std::int32_t i = position + 1; i <= modifiedPlan.lastIndex; ++i) {
-            MovePlanEntry(modifiedPlan, i, i - 1);
-        }
-        modifiedPlan.CutTo(modifiedPlan.lastIndex - 1);
-        KeepTrackedIndexInPlan();
+    if (position < 2 || position >= plan.lastIndex - 1 || force) {
+        ClosePlanEntries(plan, position, position + 1);
     } else {
-        modifiedPlan.Edit(position) = Discontinuity();
+        RemoveHoldAt(plan, position);
+        plan.Edit(position) = Discontinuity();
     }
-    NoteEdit();
+    NoteEdit(plan);
+    return true;
 }
 
-void DeleteRange(std::int32_t first, std::int32_t beyond) {
-    if (first < 0 || beyond <= first || beyond > modifiedPlan.lastIndex + 1) {
+bool DeleteBetween(FlightPlan& plan, std::int32_t position) {
+    if (!plan.Holds(position)) {
+        return false;
+    }
+    const std::string procedure = plan.entries[position].procedure;
+    ClosePlanEntries(plan, position, position + 1);
+    ClearProcedure(plan, procedure);
+    NoteEdit(plan);
+    return true;
+}
+
+bool CloseDiscontinuity(FlightPlan& plan, std::int32_t position) {
+    if (!plan.Holds(position) || !IsDiscontinuity(plan.entries[position])) {
+        return false;
+    }
+    ClosePlanEntries(plan, position, position + 1);
+    NoteEdit(plan);
+    return true;
+}
+
+void DeleteRange(FlightPlan& plan, std::int32_t first, std::int32_t beyond) {
+    if (first < 0 || beyond <= first || beyond > plan.lastIndex + 1) {
         return;
     }
-    for (std::int32_t i = beyond; i <= modifiedPlan.lastIndex; ++i) {
-        modifiedPlan.Edit(i - (beyond - first)) = std::move(modifiedPlan.Edit(i));
+    for (std::int32_t i = beyond; i <= plan.lastIndex; ++i) {
+        plan.Edit(i - (beyond - first)) = std::move(plan.Edit(i));
     }
-    modifiedPlan.CutTo(modifiedPlan.lastIndex - (beyond - first));
-    NoteEdit();
-    planBook.airwayText.clear();
+    plan.CutTo(plan.lastIndex - (beyond - first));
+    KeepIndexesInPlan(plan);
+    NoteEdit(plan);
     BuildRouteView();
+}
+
+bool DirectTo(FlightPlan& plan, std::int32_t index, const LatLon& presentPosition) {
+    if (!plan.Holds(index) || !HasPosition(plan.entries[index]) ||
+        IsDirectEntry(plan.entries[index])) {
+        return false;
+    }
+    const auto* const end = plan.entries.begin() + plan.lastIndex + 1;
+    if (plan.IsFull() && std::none_of(plan.entries.begin(), end, IsDirectEntry)) {
+        return false;
+    }
+    std::int32_t target = index;
+    for (std::int32_t i = plan.lastIndex; i >= 0; --i) {
+        if (IsDirectEntry(plan.entries[i])) {
+            ClosePlanEntries(plan, i, i + 1);
+            target -= i < target ? 1 : 0;
+        }
+    }
+    OpenPlanEntry(plan, target);
+    plan.Edit(target) = DirectEntry(presentPosition);
+    plan.Edit(target).via = "DCT";
+    plan.Edit(target + 1).via.clear();
+    SetFlownIndex(plan, target + 1);
+    NoteEdit(plan);
+    return true;
+}
+
+void DirectToPoint(FlightPlan& plan, PlanWaypoint chosen, bool keepsArrival,
+                   const LatLon& presentPosition) {
+    PlanWaypoint arrival;
+    if (plan.lastIndex >= 0) {
+        arrival = plan.entries[plan.lastIndex];
+    }
+    const bool isArrival = arrival.ident == chosen.ident && arrival.type == chosen.type;
+    if (IsActivePlan(plan)) {
+        DeleteAllHolds();
+    } else if (&plan == &modifiedPlan) {
+        DeleteAllPendingHolds();
+    }
+    plan.CutTo(-1);
+    plan.Append(DirectEntry(presentPosition));
+    plan.Append(std::move(chosen));
+    if (keepsArrival && arrival.type == kAirportType && !isArrival) {
+        arrival.ataText.clear();
+        arrival.via.clear();  // its leg begins at the chosen point now, off any airway
+        arrival.hasHold = 0;
+        plan.Append(std::move(arrival));
+    }
+    KeepIndexesInPlan(plan);
+    SetFlownIndex(plan, 1);
+    if (IsActivePlan(plan)) {
+        planBook.verticalTargetIndex = NextRestriction(plan, 1);
+    } else if (&plan == &modifiedPlan) {
+        planBook.editIndex = NextEntryPlace(plan);
+    }
+    NoteEdit(plan);
+}
+
+bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold) {
+    if (&plan == &previewPlan || index < 1 || !plan.Holds(index) ||
+        !HasPosition(plan.entries[index]) || plan.entries[index].hasHold != 0 ||
+        holdList.count >= kHoldCapacity) {
+        return false;
+    }
+    const PlanWaypoint& fix = plan.entries[index];
+    hold.corners[0] = {fix.latitude, fix.longitude, fix.ident};
+    const auto planIndex =
+        IsActivePlan(plan) ? &HoldPattern::fixIndex : &HoldPattern::pendingFixIndex;
+    hold.*planIndex = index;
+    AddHold(planIndex, hold);
+    plan.Edit(index).hasHold = 1;
+    NoteEdit(plan);
+    return true;
+}
+
+bool SetCrossing(FlightPlan& plan, std::int32_t index, const Crossing& crossing) {
+    if (!plan.Holds(index) || !HasPosition(plan.entries[index])) {
+        return false;
+    }
+    PlanWaypoint& entry = plan.Edit(index);
+    entry.altitude = crossing.altitudeFt;
+    entry.speed = crossing.speedKt;
+    entry.altitudeConstraint = crossing.altitudeFt == kUnset ? 0 : crossing.constraint;
+    NoteEdit(plan);
+    return true;
+}
+
+std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index) {
+    std::int32_t target = std::max(index, 0);
+    while (target < plan.lastIndex && plan.entries[target].altitudeConstraint == 0) {
+        ++target;
+    }
+    return std::clamp(target, 0, std::max(plan.lastIndex, 0));
 }
 
 void BuildRouteView() {
@@ -228,7 +430,13 @@ void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next) {
         ahead <= modifiedPlan.lastIndex ? ahead : std::min(tracked + 1, modifiedPlan.lastIndex);
 }
 
-void NoteEdit() {
+void NoteEdit(const FlightPlan& plan) {
+    if (&plan != &modifiedPlan) {
+        return;
+    }
+    if (planBook.editIndex == kNoWaypoint) {
+        planBook.editIndex = NextEntryPlace(plan);
+    }
     if (planBook.status == RouteStatus::None || planBook.status == RouteStatus::Active) {
         AdvanceRouteStatus();
     }

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_moves.h"
 #include "flightplan/sim_plan.h"
 #include "platform/files.h"
 #include "settings/settings.h"
@@ -149,6 +150,7 @@ void LoadPlan(std::string_view fileName) {
     }
     ReadPlan(fileName, modifiedPlan, &planBook, false);
     SayNotice();
+    KeepIndexesInPlan(modifiedPlan);
     if (modifiedPlan.lastIndex < 0) {
         planBook.editIndex = kNoWaypoint;
         return;
@@ -166,12 +168,15 @@ bool ReadPlanToActive(std::string_view fileName) {
     planBook.editIndex = kNoWaypoint;
     planBook.trackedIndex = kNoWaypoint;
     DeleteAllHolds();
+    KeepIndexesInPlan(activePlan);
     modifiedPlan = activePlan;
     const std::int32_t last = activePlan.lastIndex;
     planBook.verticalTargetIndex = std::max(last, 0);
     if (last < 0) {
         return false;
     }
+    planBook.editIndex = NextEntryPlace(modifiedPlan);
+    KeepIndexesInPlan(modifiedPlan);
     planBook.originIdent = activePlan.entries[0].ident;
     planBook.destinationIdent = activePlan.entries[last].ident;
     LoadPlanAirportDetail(planBook.originIdent, kDepartureSlot);

@@ -63,14 +63,16 @@ void BuildRouteWaypoints(const RouteChoice& choice, std::vector<ProcedureWaypoin
     }
 }
 
-// A leg at the transition's fix counts whichever transition it stands in.
-bool IsChosenApproachLeg(const ProcedureLeg& leg) {
+// A leg at the transition's fix counts whichever transition it stands in; one of a qualifier that
+// is no transition belongs to all.
+bool IsChosenApproachLeg(const ProcedureLeg& leg, const std::vector<std::string>& transitions) {
     static constexpr std::string_view kEveryTransition[] = {"IAF*", "---", "MAP", "FAF", ""};
     const ProcedureChoice& choice = procedureChoice;
     return leg.group == choice.approachType &&
            (leg.text2.empty() || leg.text2.find(choice.arrivalRunway) != std::string::npos) &&
            (leg.fix == choice.approachTransition || leg.qualifier == choice.approachTransition ||
-            IsOneOf(leg.qualifier, kEveryTransition));
+            IsOneOf(leg.qualifier, kEveryTransition) ||
+            std::find(transitions.begin(), transitions.end(), leg.qualifier) == transitions.end());
 }
 
 }  // namespace
@@ -93,9 +95,11 @@ void BuildApproachWaypoints() {
     static constexpr std::string_view kShownRoles[] = {"IAF", "MAP", "FAF", "MAF", "ARC", "HP"};
     std::vector<ProcedureWaypoint>& list = procedureLists.approach;
     list.clear();
+    const std::vector<std::string> transitions =
+        ListApproachTransitions(procedureChoice.approachType, kNoChoice);
     for (const Procedure& approach : airportSlots[kArrivalSlot].procedures.approaches) {
         for (const ProcedureLeg& leg : approach.legs) {
-            if (IsChosenApproachLeg(leg) && HasRoom(list)) {
+            if (IsChosenApproachLeg(leg, transitions) && HasRoom(list)) {
                 list.push_back({leg.fix, IsOneOf(leg.role, kShownRoles) ? leg.role : "", leg.text1,
                                 "", leg.latitude, leg.longitude, leg.flyover});
             }

@@ -1,11 +1,11 @@
 // flightplan/procedures.h - departures, arrivals and approaches in the plan.
 //
 // A chosen procedure is first built into a list of waypoints, which the pages show, and then
-// spliced into the active or the modified plan in place of an earlier one of its kind. Entries that
-// move take the active waypoint, the vertical target, the tracked entry and the holds with them. A
-// plan without room refuses the splice: it returns false, says so in the message list and changes
-// nothing. Guidance must learn that the active plan's legs changed: splice into that one through
-// EditActivePlan (guidance/activation.h).
+// spliced into a plan in place of an earlier one of its kind. Entries that move take what points at
+// them with them (plan_moves.h); the fix at which two parts join stands once; the vertical target
+// is the next restriction. A plan without room refuses the splice: it returns false, says so in the
+// message list and changes nothing. Guidance must learn that the active plan's legs changed: splice
+// through EditPlan (guidance/activation.h).
 #pragma once
 
 #include <cstddef>
@@ -61,16 +61,15 @@ void BuildSidWaypoints();
 void BuildStarWaypoints();
 void BuildApproachWaypoints();
 
-// Splices the list after the departure airport. A plan without a current waypoint (the active
-// waypoint, or the edit index of the modified plan) keeps nothing but its first entry. In the
-// active plan the first waypoint of the departure becomes the active one.
+// Splices the list after the departure airport. In the active plan the first waypoint of the
+// departure becomes the active one.
 bool InsertSid(FlightPlan& plan);
 
 // Splices the list before the arrival airport, or before an approach that no arrival precedes.
 bool InsertStar(FlightPlan& plan);
 
-// Splices the list before the arrival airport; `withDiscontinuity` puts a gap in front of it in the
-// modified plan.
+// Splices the list, but its missed approach, before the arrival airport; `withDiscontinuity` puts a
+// gap in front of it unless the plan is the active one.
 bool InsertApproach(FlightPlan& plan, bool withDiscontinuity);
 
 }  // namespace avq1

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <utility>
 
 #include "base/text.h"
 #include "flightplan/pilot_points.h"
@@ -31,15 +32,20 @@ bool ParsePlaceBearing(std::string_view text, PlaceBearing& result) {
     return result.bearingMag <= 360;
 }
 
+// What an entry is resolved for, and into.
+struct Resolution {
+    const FlightPlan& plan;
+    SearchCategory category;
+    SearchResults& results;
+};
+
 // Searches the place and takes the result nearest to the aircraft.
-bool FindPlace(std::string_view place, SearchCategory category, PointRecord& found) {
-    SearchIdent(place, category);
-    const std::int32_t nearest = NearestResult();
-    if (nearest < 1) {
-        return false;
-    }
-    found = navDatabase.searchResults[nearest];
-    return true;
+bool FindPlace(std::string_view place, SearchCategory category, FoundPoint& found) {
+    SearchResults results;
+    SearchIdent(place, category, results);
+    const std::int32_t nearest = NearestResult(results);
+    found = results[nearest];
+    return nearest >= 1;
 }
 
 double ToTrue(double courseMag) {
@@ -47,35 +53,33 @@ double ToTrue(double courseMag) {
 }
 
 void ResolveBearingDistance(const PlaceBearing& reference, double distanceNm,
-                            SearchCategory category) {
-    PointRecord place;
-    if (distanceNm > kHalfCircumferenceNm || !FindPlace(reference.place, category, place)) {
-        navDatabase.searchResults.Clear();
-        return;
+                            const Resolution& resolution) {
+    FoundPoint place;
+    if (distanceNm <= kHalfCircumferenceNm &&
+        FindPlace(reference.place, resolution.category, place)) {
+        resolution.results.Append(place);
+        resolution.results.pendingBearingMag = reference.bearingMag;
+        resolution.results.pendingDistanceNm = std::trunc(distanceNm);
     }
-    navDatabase.searchResults.Clear();
-    navDatabase.searchResults.Append(place);
-    planBook.pendingBearing = reference.bearingMag;
-    planBook.pendingDistanceNm = std::trunc(distanceNm);
 }
 
 void ResolveCrossing(const PlaceBearing& first, const PlaceBearing& second,
-                     SearchCategory category) {
-    PointRecord place1;
-    PointRecord place2;
+                     const Resolution& resolution) {
+    FoundPoint place1;
+    FoundPoint place2;
     LatLon crossing;
-    if (FindPlace(first.place, category, place1) && FindPlace(second.place, category, place2) &&
+    if (FindPlace(first.place, resolution.category, place1) &&
+        FindPlace(second.place, resolution.category, place2) &&
         CrossingOfCourses({place1.latitude, place1.longitude}, ToTrue(first.bearingMag),
                           {place2.latitude, place2.longitude}, ToTrue(second.bearingMag),
                           crossing)) {
-        OfferPilotPoint(crossing, first.place.substr(0, kBearingDigits));
-        return;
+        const std::string_view prefix = first.place.substr(0, kBearingDigits);
+        resolution.results.Append(
+            PilotPoint(crossing, NextPilotPointName(resolution.plan, prefix)));
     }
-    navDatabase.searchResults.Clear();
 }
 
-void ResolvePlaceBearing(std::string_view text, std::size_t slash, SearchCategory category) {
-    navDatabase.searchResults.Clear();
+void ResolvePlaceBearing(std::string_view text, std::size_t slash, const Resolution& resolution) {
     PlaceBearing first;
     PlaceBearing second;
     if (!ParsePlaceBearing(text.substr(0, slash), first)) {
@@ -85,26 +89,27 @@ void ResolvePlaceBearing(std::string_view text, std::size_t slash, SearchCategor
     const std::string_view rest = text.substr(slash + 1);
     const bool isNumber = rest.find_first_not_of("0123456789.") == std::string_view::npos;
     if (isNumber && ToNumber(rest) > 0) {
-        ResolveBearingDistance(first, ToNumber(rest), category);
+        ResolveBearingDistance(first, ToNumber(rest), resolution);
     } else if (text.size() > kLongestPlaceBearingDistance && ParsePlaceBearing(rest, second)) {
-        ResolveCrossing(first, second, category);
+        ResolveCrossing(first, second, resolution);
     }
 }
 
 }  // namespace
 
-void ResolveEntry(std::string_view text, SearchCategory category) {
-    planBook.pendingBearing = -1;  // of an entry that was given up
-    planBook.pendingDistanceNm = -1;
-    LatLon point;
+void ResolveEntry(const FlightPlan& plan, std::string_view text, SearchCategory category,
+                  SearchResults& results) {
+    SearchResults found;
+    LatLon position;
     const std::size_t slash = text.find('/');
-    if (ParseTypedPosition(text, point)) {
-        OfferPilotPoint(point, kPilotPointPrefix);
+    if (ParseTypedPosition(text, position)) {
+        found.Append(PilotPoint(position, NextPilotPointName(plan, kPilotPointPrefix)));
     } else if (slash != std::string_view::npos && slash > 0) {
-        ResolvePlaceBearing(text, slash, category);
+        ResolvePlaceBearing(text, slash, {plan, category, found});
     } else {
-        SearchIdent(text, category);
+        SearchIdent(text, category, found);
     }
+    results = std::move(found);
 }
 
 }  // namespace avq1

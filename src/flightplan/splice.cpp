@@ -15,6 +15,7 @@
 namespace avq1 {
 namespace {
 
+constexpr std::string_view kMissedApproachRole = "MAF";
 constexpr std::string_view kSid = "SID";
 constexpr std::string_view kStar = "STAR";
 constexpr std::string_view kSidAndStar = "SIDSTAR";
@@ -55,91 +56,52 @@ bool AppendEntry(FlightPlan& plan, PlanWaypoint entry) {
     return InsertEntry(plan, plan.lastIndex + 1, std::move(entry));
 }
 
-// Keeps the entries up to `last`. What pointed at later ones is the caller's to set.
-void CutPlan(FlightPlan& plan, std::int32_t last) {
-    for (std::int32_t i = last + 1; i <= plan.lastIndex; ++i) {
-        RemoveHoldAt(plan, i);
+// Which of two kinds' entries a merge looks at.
+struct MergeRule {
+    std::string_view inserted;  // the kind whose restrictions count first
+    std::string_view other;     // one that ends or begins in the same waypoint belongs to both
+    std::int32_t from = 1;
+};
+
+// The fix at which two parts of the route join stands once. What leads up to an approach keeps its
+// last waypoint when that approach is replaced.
+void MergeRepeated(FlightPlan& plan, const MergeRule& rule) {
+    for (std::int32_t i = std::max(rule.from, 1); i < plan.lastIndex; ++i) {
+        if (plan.entries[i + 1].ident != plan.entries[i].ident) {
+            continue;
+        }
+        PlanWaypoint& next = plan.Edit(i + 1);
+        const PlanWaypoint& first = plan.entries[i];
+        const bool firstRules = first.procedure == rule.inserted && next.procedure != rule.inserted;
+        if (first.procedure == rule.other) {
+            next.procedure = kSidAndStar;
+        } else if (next.procedure == kApproach && first.procedure != kApproach) {
+            next.procedure = first.procedure;
+            next.via = first.via;
+        }
+        MergePlanEntries(plan, i, firstRules);
+    }
+}
+
+// The airport whose procedures are chosen, where the plan has none. A preview goes without.
+void TakeChosenAirport(FlightPlan& plan, PlanAirportMode inActive, PlanAirportMode inModified) {
+    if (&plan != &previewPlan) {
+        SetPlanAirport(procedureChoice.airport, IsActivePlan(plan) ? inActive : inModified);
     }
     if (plan.lastIndex < 0) {
         plan.Append({});
     }
-    plan.CutTo(last);
-}
-
-// An index that pointed behind `last` points at `instead` from here on.
-void RetargetBehind(std::int32_t& index, std::int32_t last, std::int32_t instead) {
-    if (index != kNoWaypoint && index > last) {
-        index = instead;
-    }
-}
-
-// The plan may have become shorter than what pointed into it.
-void KeepIndexesInPlan(FlightPlan& plan) {
-    std::int32_t& followed = FollowedIndex(plan);
-    if (followed != kNoWaypoint) {
-        followed = std::clamp(followed, std::min(1, plan.lastIndex), plan.lastIndex);
-    }
-    if (IsActivePlan(plan)) {
-        planBook.verticalTargetIndex = std::min(planBook.verticalTargetIndex, plan.lastIndex);
-    }
-}
-
-void StepBackFrom(std::int32_t& index, std::int32_t removed) {
-    if (index == removed && removed > 1) {
-        --index;
-    }
-}
-
-// Removes the first of two neighbours that are the same waypoint; its hold goes over to the second.
-void MergeEntries(FlightPlan& plan, std::int32_t first) {
-    const PlanWaypoint& removed = plan.entries[first];
-    PlanWaypoint& kept = plan.Edit(first + 1);
-    if (kept.hasHold != 0) {
-        RemoveHoldAt(plan, first);
-    } else {
-        kept.hasHold = removed.hasHold;
-    }
-    StepBackFrom(FollowedIndex(plan), first);
-    if (IsActivePlan(plan)) {
-        StepBackFrom(planBook.verticalTargetIndex, first);
-    }
-    for (std::int32_t i = first + 1; i <= plan.lastIndex; ++i) {
-        MovePlanEntry(plan, i, i - 1);
-    }
-    plan.CutTo(plan.lastIndex - 1);
-}
-
-// Where a departure meets an arrival in one waypoint, it belongs to both.
-void MergeRepeated(FlightPlan& plan, std::string_view otherKind) {
-    for (std::int32_t i = 1; i < plan.lastIndex; ++i) {
-        if (plan.entries[i + 1].ident != plan.entries[i].ident) {
-            continue;
-        }
-        if (plan.entries[i].procedure == otherKind) {
-            plan.Edit(i + 1).procedure = kSidAndStar;
-        }
-        MergeEntries(plan, i);
-    }
 }
 
 bool SpliceSid(FlightPlan& plan) {
-    const bool active = IsActivePlan(plan);
-    if ((active ? planBook.activeIndex : planBook.editIndex) == kNoWaypoint) {
-        CutPlan(plan, 0);
-    }
     if (plan.lastIndex < 0 || plan.entries[0].type != kAirportType) {
-        SetPlanAirport(procedureChoice.airport,
-                       active ? PlanAirportMode::ActiveOrigin : PlanAirportMode::ModifiedOrigin);
-    }
-    if (plan.lastIndex < 0) {
-        CutPlan(plan, 0);
+        TakeChosenAirport(plan, PlanAirportMode::ActiveOrigin, PlanAirportMode::ModifiedOrigin);
     }
     std::int32_t kept = 1;
     while (plan.Holds(kept) && plan.entries[kept].procedure == kSid) {
         ++kept;
     }
-    std::int32_t& followed = FollowedIndex(plan);
-    const bool flyingOldSid = followed >= 1 && followed < kept;
+    const bool fliesOldSid = FlownIndex(plan) >= 1 && FlownIndex(plan) < kept;
     ClosePlanEntries(plan, 1, kept);
     if (!airportSlots[kDepartureSlot].ident.empty()) {
         PlaceSlotAirport(plan.Edit(0), airportSlots[kDepartureSlot]);
@@ -150,9 +112,9 @@ bool SpliceSid(FlightPlan& plan) {
             return false;
         }
     }
-    MergeRepeated(plan, kStar);
-    if (active || flyingOldSid) {
-        followed = 1;
+    MergeRepeated(plan, {kSid, kStar});
+    if (IsActivePlan(plan) || fliesOldSid) {
+        SetFlownIndex(plan, 1);
     }
     return true;
 }
@@ -204,9 +166,8 @@ std::int32_t ArrivalBeforeGap(const FlightPlan& plan, std::int32_t gap) {
 // Returns where the gap stands afterwards.
 std::int32_t RemoveArrivalBeforeGap(FlightPlan& plan, std::int32_t gap) {
     const std::int32_t first = ArrivalBeforeGap(plan, gap);
-    std::int32_t& followed = FollowedIndex(plan);
-    if (followed >= first && followed < gap) {
-        followed = first - 1;
+    if (FlownIndex(plan) >= first && FlownIndex(plan) < gap) {
+        SetFlownIndex(plan, first - 1);
     }
     ClosePlanEntries(plan, first, gap);
     return first;
@@ -233,10 +194,8 @@ bool ReplaceArrival(FlightPlan& plan, std::int32_t lastBeforeArrival) {
     const std::int32_t arrival = ArrivalBeforeGap(plan, lastBeforeArrival);
     const std::int32_t enRoute = arrival < lastBeforeArrival ? arrival - 1 : lastBeforeArrival;
     const PlanWaypoint oldLast = plan.entries[plan.lastIndex];
-    const bool tracksLast = !IsActivePlan(plan) && planBook.trackedIndex == plan.lastIndex;
-    const bool targetsLast = IsActivePlan(plan) && planBook.verticalTargetIndex == plan.lastIndex;
+    const bool tracksLast = &plan == &modifiedPlan && planBook.trackedIndex == plan.lastIndex;
     CutPlan(plan, enRoute);
-    RetargetBehind(FollowedIndex(plan), enRoute, enRoute);
     for (const ProcedureWaypoint& waypoint : procedureLists.star) {
         if (!AppendEntry(plan, EntryFrom(waypoint, kStar))) {
             return false;
@@ -252,24 +211,16 @@ bool ReplaceArrival(FlightPlan& plan, std::int32_t lastBeforeArrival) {
     if (tracksLast) {
         planBook.trackedIndex = plan.lastIndex;
     }
-    if (targetsLast) {
-        planBook.verticalTargetIndex = plan.lastIndex;
-    }
     return true;
 }
 
 bool SpliceStar(FlightPlan& plan) {
-    const bool active = IsActivePlan(plan);
     if (plan.lastIndex < 0 || plan.entries[plan.lastIndex].type != kAirportType) {
-        SetPlanAirport(procedureChoice.airport, active ? PlanAirportMode::AppendToActive
-                                                       : PlanAirportMode::AppendToModified);
-    }
-    if (plan.lastIndex < 0) {
-        CutPlan(plan, 0);
+        TakeChosenAirport(plan, PlanAirportMode::AppendToActive, PlanAirportMode::AppendToModified);
     }
     const std::int32_t enRoute = LastEnRouteIndex(plan, false);
-    if (active) {
-        RetargetBehind(planBook.activeIndex, enRoute, enRoute);
+    if (IsActivePlan(plan) && planBook.activeIndex != kNoWaypoint) {
+        planBook.activeIndex = std::min(planBook.activeIndex, enRoute);
     }
     const bool beforeApproach =
         enRoute + 1 < plan.lastIndex && plan.entries[enRoute + 1].procedure == kApproach;
@@ -278,19 +229,17 @@ bool SpliceStar(FlightPlan& plan) {
         return false;
     }
     if (plan.lastIndex >= 2) {
-        MergeRepeated(plan, kSid);
+        MergeRepeated(plan, {kStar, kSid});
     }
     return true;
 }
 
-// The vertical target stays with the plan's last entry as that moves on.
-bool AppendApproachEntry(FlightPlan& plan, const ProcedureWaypoint& waypoint) {
-    const bool targetsLast = IsActivePlan(plan) && planBook.verticalTargetIndex == plan.lastIndex;
-    if (!AppendEntry(plan, EntryFrom(waypoint, kApproach))) {
-        return false;
-    }
-    if (targetsLast) {
-        planBook.verticalTargetIndex = plan.lastIndex;
+bool AppendApproach(FlightPlan& plan) {
+    for (const ProcedureWaypoint& waypoint : procedureLists.approach) {
+        if (waypoint.roleText != kMissedApproachRole &&
+            !AppendEntry(plan, EntryFrom(waypoint, kApproach))) {
+            return false;
+        }
     }
     return true;
 }
@@ -303,20 +252,24 @@ bool SpliceApproach(FlightPlan& plan, bool withDiscontinuity) {
     if (!active && enRoute > 0 && IsDiscontinuity(plan.entries[enRoute])) {
         --enRoute;
     }
-    CutPlan(plan, enRoute);
+    const bool fliesOldEnd = CutPlan(plan, enRoute);
     if (!active && withDiscontinuity && !AppendEntry(plan, Discontinuity())) {
         return false;
     }
-    RetargetBehind(FollowedIndex(plan), enRoute, plan.lastIndex + 1);
-    for (const ProcedureWaypoint& waypoint : procedureLists.approach) {
-        if (!AppendApproachEntry(plan, waypoint)) {
-            return false;
-        }
+    if (fliesOldEnd) {
+        SetFlownIndex(plan, plan.lastIndex + 1);
+    }
+    if (!AppendApproach(plan)) {
+        return false;
     }
     PlanWaypoint airport = ArrivalAirportEntry(oldLast);
     airport.altitude = active ? ArrivalElevationFt() : kUnset;
     airport.auxValue = active ? -1 : kUnset;
-    return AppendAirport(plan, std::move(airport));
+    if (!AppendAirport(plan, std::move(airport))) {
+        return false;
+    }
+    MergeRepeated(plan, {kApproach, "", enRoute});
+    return true;
 }
 
 // What a splice may change, to be put back when the plan turns out too full for it.
@@ -329,6 +282,7 @@ struct Backup {
 
 template <typename Body>
 bool Splice(FlightPlan& plan, Body body) {
+    const bool editsAtEnd = planBook.editIndex >= plan.lastIndex;  // or nowhere yet
     const auto backup = std::make_unique<Backup>(Backup{plan, planBook, holdList, holdFlight});
     if (!body(plan)) {
         plan = backup->plan;
@@ -339,9 +293,12 @@ bool Splice(FlightPlan& plan, Body body) {
         return false;
     }
     KeepIndexesInPlan(plan);
-    if (!IsActivePlan(plan)) {
-        NoteEdit();
+    if (IsActivePlan(plan)) {
+        planBook.verticalTargetIndex = NextRestriction(plan, planBook.activeIndex);
+    } else if (&plan == &modifiedPlan && editsAtEnd) {
+        planBook.editIndex = NextEntryPlace(plan);
     }
+    NoteEdit(plan);
     return true;
 }
 

@@ -1,14 +1,15 @@
 #include "guidance/activation.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/messages.h"
-#include "base/redraw.h"
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
+#include "flightplan/plan_moves.h"
 #include "flightplan/procedures.h"
 #include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
@@ -55,22 +56,14 @@ void TakeStoredValues() {
 }
 
 void CopyModifiedToActive() {
-    RemovePlaceholders();
+    RemovePlaceholders(modifiedPlan);
     activePlan = modifiedPlan;
     for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
         activePlan.Edit(i).ataText.clear();
     }
     planBook.verticalTargetIndex = std::max(activePlan.lastIndex, 0);
     ExecutePendingHolds();
-}
-
-// From the entry flown to on, the first one with an altitude to keep, else the last.
-std::int32_t VerticalTargetFrom(std::int32_t index) {
-    std::int32_t target = index;
-    while (target < activePlan.lastIndex && activePlan.entries[target].altitudeConstraint == 0) {
-        ++target;
-    }
-    return std::min(target, activePlan.lastIndex);
+    KeepIndexesInPlan(activePlan);
 }
 
 void LoadPlanAirports() {
@@ -146,7 +139,7 @@ bool ExecuteModification() {
         return true;
     }
     const std::int32_t flown = std::max(planBook.trackedIndex, kFirstWaypoint);
-    planBook.verticalTargetIndex = VerticalTargetFrom(flown);
+    planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
     if (activePlan.entries[activePlan.lastIndex].ident != oldDestination) {
         ForgetDestination();
     }
@@ -154,14 +147,30 @@ bool ExecuteModification() {
     return true;
 }
 
-bool EditActivePlan(bool (*edit)(FlightPlan& plan)) {
-    if (!edit(activePlan)) {
-        return false;
-    }
+void FlyEditedPlan() {
     guidance.firstLegPrepared = 0;
+    planBook.verticalTargetIndex = NextRestriction(activePlan, planBook.activeIndex);
     SetActiveWaypoint(planBook.activeIndex);
     RequestUnitRedraw();
+}
+
+bool FlyDirectToEntry(std::int32_t index) {
+    if (!DirectTo(modifiedPlan, index, {aircraft.latitude, aircraft.longitude})) {
+        return false;
+    }
+    const std::int32_t flown = planBook.trackedIndex;
+    CopyModifiedToActive();
+    planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
+    guidance.trackLeg = 0;
+    FlyActivePlan(flown);
     return true;
+}
+
+void FlyDirectToPoint(PlanWaypoint chosen, bool keepsArrival) {
+    DirectToPoint(activePlan, std::move(chosen), keepsArrival,
+                  {aircraft.latitude, aircraft.longitude});
+    StartActivePlan();
+    CopyActiveToModified();
 }
 
 }  // namespace avq1

@@ -6,8 +6,10 @@
 // the simulator's weight units, as in the plan.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
+#include "base/redraw.h"
 #include "flightplan/flight_plan.h"
 
 namespace avq1 {
@@ -31,8 +33,37 @@ bool ExecuteModification();
 // The active plan was replaced: forgets what guidance knew of the old one and flies entry 1.
 void StartActivePlan();
 
-// Runs InsertSid, InsertStar, InsertAirway or the like on the active plan; what is flown follows
-// its entry, on a leg that may have changed. False, and nothing changed, when the edit refuses.
-bool EditActivePlan(bool (*edit)(FlightPlan& plan));
+// What an edit of the active plan leads to: its flown entry on a leg that may have changed, the
+// descent aimed at the next restriction.
+void FlyEditedPlan();
+
+// Runs an edit, bool(FlightPlan&), on the active plan. False, and nothing changed, when it refuses.
+template <typename Edit>
+bool EditActivePlan(Edit&& edit) {
+    if (!edit(activePlan)) {
+        return false;
+    }
+    FlyEditedPlan();
+    return true;
+}
+
+// The same on whichever plan a unit shows.
+template <typename Edit>
+bool EditPlan(FlightPlan& plan, Edit&& edit) {
+    if (&plan == &activePlan) {
+        return EditActivePlan(edit);
+    }
+    const bool edited = edit(plan);
+    RequestUnitRedraw();
+    return edited;
+}
+
+// Direct to an entry picked in the modified plan: that plan, with the direct leg in it, is flown at
+// once. False, and nothing changed, where there is no such leg or no room for it.
+bool FlyDirectToEntry(std::int32_t index);
+
+// Direct to a point that need not be in the plan: the active plan becomes the direct leg and, with
+// `keepsArrival`, the airport it ended at; the modified plan is a copy of it.
+void FlyDirectToPoint(PlanWaypoint chosen, bool keepsArrival);
 
 }  // namespace avq1

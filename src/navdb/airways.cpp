@@ -1,5 +1,7 @@
 #include "navdb/airways.h"
 
+#include <utility>
+
 #include "base/module_state.h"
 #include "base/text.h"
 
@@ -8,6 +10,7 @@ namespace {
 
 // Shorter than a table's lines: a longer one comes in pieces.
 constexpr std::size_t kAirwayLineLength = 200;
+constexpr std::string_view kNotOnAirway = " (N/A)";
 
 struct AirwayFile {
     std::string_view text;
@@ -16,18 +19,15 @@ struct AirwayFile {
 
 AirwayFile airwayFile;
 
-const StateReset kReset([] {
-    airwayFile = {};
-    airwayLookup = {};
-});
+const StateReset kReset([] { airwayFile = {}; });
 
 // Whether a line can be told from one of the airway without taking its words.
 bool IsPlainlyOther(std::string_view line, std::string_view name) {
     return line.empty() || (!IsSpace(line.front()) && !line.starts_with(name));
 }
 
-void AppendFix(std::string_view name, std::string_view rest, PointTable& results) {
-    PointRecord fix;
+void AppendFix(std::string_view name, std::string_view rest, SearchResults& results) {
+    FoundPoint fix;
     NextWord(rest);  // the sequence
     fix.ident = NextWord(rest);
     fix.name = name;
@@ -38,12 +38,9 @@ void AppendFix(std::string_view name, std::string_view rest, PointTable& results
 
 }  // namespace
 
-AirwayLookup airwayLookup;
-
-AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::string_view entryFix,
-                        PointTable& results) {
+AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::string_view entryFix) {
     AirwayLookup lookup;
-    results.Clear();
+    SearchResults& results = lookup.fixes;
     LineReader lines(text, kAirwayLineLength);
     std::string_view line;
     while (!name.empty() && results.count < kSearchResultCapacity && lines.Next(line)) {
@@ -64,20 +61,24 @@ AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::strin
             break;
         }
     }
+    lookup.text = name;
+    lookup.text += lookup.entryIndex == 0 ? kNotOnAirway : "";
     lookup.exitIndex = lookup.entryIndex;
     lookup.entryPage = (lookup.entryIndex + kAirwayFixesOnPage - 1) / kAirwayFixesOnPage;
     return lookup;
 }
 
-bool FindAirway(std::string_view name, std::string_view entryFix) {
-    airwayLookup = ReadAirway(airwayFile.text, name, entryFix, navDatabase.searchResults);
-    airwayLookup.fixes = navDatabase.searchResults;
+bool FindAirway(std::string_view name, std::string_view entryFix, AirwayLookup& lookup) {
+    std::string textBefore = std::move(lookup.text);
+    lookup = ReadAirway(airwayFile.text, name, entryFix);
+    if (!airwayFile.exists) {
+        lookup.text = std::move(textBefore);
+    }
     return airwayFile.exists;
 }
 
 void SetAirwayText(std::string_view text, bool fileExists) {
     airwayFile = {text, fileExists};
-    airwayLookup = {};
 }
 
 }  // namespace avq1

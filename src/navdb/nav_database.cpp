@@ -1,5 +1,7 @@
 #include "navdb/nav_database.h"
 
+#include <utility>
+
 #include "base/module_state.h"
 #include "base/sim_folder.h"
 #include "base/text.h"
@@ -33,7 +35,6 @@ void ClearTables() {
     navDatabase.airports.Clear();
     navDatabase.letterGroupCount = 0;
     // Lists made from the tables hold views of contents that are about to go.
-    navDatabase.searchResults.Clear();
     nearby = {};
 }
 
@@ -45,12 +46,11 @@ const StateReset kReset([] {
     DatabaseValidity.clear();
 });
 
-void AppendMatches(const PointTable& table, std::string_view ident) {
-    PointTable& results = navDatabase.searchResults;
+void AppendMatches(const PointTable& table, std::string_view ident, SearchResults& results) {
     for (std::int32_t i = 1; i <= table.count && results.count < kSearchResultCapacity; ++i) {
         if (table[i].ident == ident) {
-            PointRecord result = table[i];
-            result.name = {};
+            FoundPoint result(table[i]);
+            result.name.clear();
             results.Append(result);
         }
     }
@@ -77,6 +77,7 @@ std::string_view KindText(PointKind kind) {
         case PointKind::Navaid:
             return "N";
         case PointKind::Intersection:
+        case PointKind::PilotPoint:
             return "I";
         case PointKind::Airport:
             return "APT";
@@ -86,19 +87,14 @@ std::string_view KindText(PointKind kind) {
     return "";
 }
 
-void PointTable::Clear() {
-    records.resize(1);
-    count = 0;
-}
-
-void PointTable::Append(const PointRecord& record) {
-    const auto index = static_cast<std::size_t>(++count);
-    if (index < records.size()) {
-        records[index] = record;
-    } else {
-        records.push_back(record);
-    }
-}
+FoundPoint::FoundPoint(const PointRecord& record)
+    : BasicPoint{std::string(record.ident),
+                 std::string(record.name),
+                 record.latitude,
+                 record.longitude,
+                 record.kind,
+                 std::string(record.frequency),
+                 std::string(record.elevation)} {}
 
 void LoadNavDatabase() {
     ClearTables();
@@ -145,22 +141,22 @@ void ReadDatabaseCycle() {
     }
 }
 
-void SearchIdent(std::string_view ident, SearchCategory category) {
-    navDatabase.searchResults.Clear();
+void SearchIdent(std::string_view ident, SearchCategory category, SearchResults& results) {
+    SearchResults found;  // `ident` may be one of the old results'
     const bool all = category <= SearchCategory::All;
     if (all || category == SearchCategory::Navaids) {
-        AppendMatches(navDatabase.navaids, ident);
+        AppendMatches(navDatabase.navaids, ident, found);
     }
     if (all || category == SearchCategory::Intersections) {
-        AppendMatches(navDatabase.intersections, ident);
+        AppendMatches(navDatabase.intersections, ident, found);
     }
     if (all || category == SearchCategory::Airports) {
-        AppendMatches(navDatabase.airports, ident);
+        AppendMatches(navDatabase.airports, ident, found);
     }
+    results = std::move(found);
 }
 
-std::int32_t NearestResult() {
-    const PointTable& results = navDatabase.searchResults;
+std::int32_t NearestResult(const SearchResults& results) {
     std::int32_t nearest = 0;
     double nearestNm = 0;
     for (std::int32_t i = 1; i <= results.count; ++i) {

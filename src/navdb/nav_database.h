@@ -3,7 +3,7 @@
 //
 // Tables are indexed from 1; a count is the index of the last record, 0 when empty. Latitudes and
 // longitudes are decimal degrees. Texts are views into the files' contents, which the database
-// keeps until the next LoadNavDatabase; a caller that keeps a text longer copies it. A file that
+// keeps until the next LoadNavDatabase; what a search finds has texts of its own. A file that
 // cannot be opened leaves its table empty; lines beyond a table's capacity are dropped, with one
 // message near the limit. Panel thread only.
 #pragma once
@@ -16,19 +16,23 @@
 
 namespace avq1 {
 
-// "V" a VOR, "N" any other navaid, "I" an intersection or airway fix, "APT" an airport.
-enum class PointKind : std::uint8_t { None, Vor, Navaid, Intersection, Airport };
+// "V" a VOR, "N" any other navaid, "I" an intersection or airway fix and a point the pilot made up,
+// "APT" an airport.
+enum class PointKind : std::uint8_t { None, Vor, Navaid, Intersection, Airport, PilotPoint };
 std::string_view KindText(PointKind kind);
 
-struct PointRecord {
-    std::string_view ident;
-    std::string_view name;
+// Text is a view in the tables and in lists made from them.
+template <typename Text>
+struct BasicPoint {
+    Text ident{};
+    Text name{};
     double latitude = 0;
     double longitude = 0;
     PointKind kind = PointKind::None;
-    std::string_view frequency;  // navaids, as written
-    std::string_view elevation;  // airports, as written, feet
+    Text frequency{};  // navaids, as written
+    Text elevation{};  // airports, as written, feet
 };
+using PointRecord = BasicPoint<std::string_view>;
 using Navaid = PointRecord;
 using Intersection = PointRecord;
 using Airport = PointRecord;
@@ -41,13 +45,37 @@ inline constexpr std::int32_t kLetterGroupCapacity = 74;
 inline constexpr std::int32_t kSearchResultCapacity = 250;
 
 // Records 1..count of one kind; slot 0 exists and holds nothing.
-struct PointTable {
-    std::vector<PointRecord> records{1};
+template <typename Record>
+struct RecordTable {
+    std::vector<Record> records{1};
     std::int32_t count = 0;
 
-    void Clear();
-    void Append(const PointRecord& record);
-    const PointRecord& operator[](std::int32_t index) const { return records[index]; }
+    void Clear() {
+        records.resize(1);
+        count = 0;
+    }
+    void Append(const Record& record) {
+        records.push_back(record);
+        ++count;
+    }
+    bool Holds(std::int32_t index) const { return index >= 1 && index <= count; }
+    const Record& operator[](std::int32_t index) const { return records[index]; }
+};
+using PointTable = RecordTable<PointRecord>;
+
+// A point found or made up; valid for as long as its owner keeps it.
+struct FoundPoint : BasicPoint<std::string> {
+    FoundPoint() = default;
+    explicit FoundPoint(const PointRecord& record);
+};
+
+// What a search found, which belongs to whoever asked. A place-bearing-distance entry leaves its
+// reference as the one point and the rest pending; -1 = nothing pending.
+struct SearchResults : RecordTable<FoundPoint> {
+    double pendingBearingMag = -1;
+    double pendingDistanceNm = -1;  // whole
+
+    bool HasPendingPoint() const { return pendingBearingMag >= 0 && pendingDistanceNm >= 0; }
 };
 
 struct LetterGroup {
@@ -62,7 +90,6 @@ struct NavDatabase {
     PointTable airports;
     std::array<LetterGroup, kLetterGroupCapacity + 1> letterIndex{};  // from 1
     std::int32_t letterGroupCount = 0;
-    PointTable searchResults;
 };
 
 extern NavDatabase navDatabase;
@@ -75,11 +102,11 @@ void ReadDatabaseCycle();
 
 enum class SearchCategory : std::int32_t { All = 0, Navaids = 1, Intersections = 2, Airports = 3 };
 
-// Fills navDatabase.searchResults with every record whose ident equals `ident` exactly.
-void SearchIdent(std::string_view ident, SearchCategory category);
+// Fills `results` anew with every record whose ident equals `ident` exactly, without its name.
+void SearchIdent(std::string_view ident, SearchCategory category, SearchResults& results);
 
-// Index of the search result nearest to the aircraft, the earlier one of equals; 0 without any.
-std::int32_t NearestResult();
+// Index of the result nearest to the aircraft, the earlier one of equals; 0 without any.
+std::int32_t NearestResult(const SearchResults& results);
 
 // Index of the navaid of this ident whose latitude has the same whole degrees, or 0. `kind` is a
 // plan or table kind text; empty and "INT" accept any VOR.

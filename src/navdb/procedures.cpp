@@ -147,8 +147,10 @@ std::vector<ApproachChoice> ListApproaches(std::string_view runway) {
 std::vector<std::string> ListApproachTransitions(std::string_view type, std::string_view runway) {
     std::vector<std::string> transitions;
     ForEachApproachLeg([&](const Procedure&, const ProcedureLeg& leg) {
-        const bool named =
-            !leg.qualifier.empty() && leg.qualifier != kInitialForAll && leg.qualifier != "MAP";
+        // A qualifier that only repeats the fix names nothing, but where an approach begins.
+        const bool named = !leg.qualifier.empty() && leg.qualifier != kInitialForAll &&
+                           leg.qualifier != "MAP" &&
+                           (leg.qualifier != leg.fix || leg.role == "IAF");
         if (named && leg.group == type && (leg.text2.empty() || IsWanted(leg.text2, runway))) {
             AddOnce(transitions, leg.qualifier);
         }

@@ -67,8 +67,9 @@ TEST(Folder, RoundTripThroughTheModule) {
     EXPECT_EQ(avq1::navDatabase.letterGroupCount, 2);
     EXPECT_EQ(avq1::FindNavaid("QVR", "VOR", 50.2), 2);
     EXPECT_EQ(avq1::navDatabase.intersections.count, 4);  // with the two known from an airway only
-    EXPECT_TRUE(avq1::FindAirway("Q1", "BBBBB"));
-    EXPECT_EQ(avq1::airwayLookup.entryIndex, 3);
+    avq1::AirwayLookup lookup;
+    EXPECT_TRUE(avq1::FindAirway("Q1", "BBBBB", lookup));
+    EXPECT_EQ(lookup.entryIndex, 3);
     ASSERT_TRUE(avq1::LoadAirportDetail("QAAA", avq1::kDepartureSlot));
     const avq1::AirportDetail& detail = avq1::airportSlots[avq1::kDepartureSlot];
     ASSERT_EQ(detail.runways.size(), 1U);

@@ -5,7 +5,10 @@
 // An airway stands before the entry it leads to. "SID:NEION2(...)" are entries that belong to the
 // departure: all but the first are reached by NEION2, or directly when no name is given; STAR, APPR
 // and SIDSTAR likewise. ">" marks the tracked entry (the active waypoint in the active plan), "@"
-// an entry with a hold. Names of four letters are airports.
+// an entry with a hold, "^" the vertical target of the active plan, "+" the edit index of the
+// modified one, "=" what a unit has selected; "+" or "=" alone is the place behind the last entry.
+// "!" is an altitude to keep, "*" an entry to fly over.
+// Names of four letters are airports.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -18,10 +21,14 @@
 #include "base/text.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
-#include "navdb/nav_database.h"
+#include "flightplan/plan_moves.h"
 #include "support/temp_sim_folder.h"
 
 namespace avq1::test {
+
+inline constexpr std::string_view kMarks = ">^+=";
+inline constexpr double kRestrictionFt = 8000;
+inline constexpr double kRestrictionKt = 230;
 
 // Begins with a fresh state and an empty simulator folder.
 class FolderTest : public testing::Test {
@@ -33,8 +40,34 @@ class FolderTest : public testing::Test {
     TempSimFolder folder_;
 };
 
-inline bool IsActive(const FlightPlan& plan) {
-    return &plan == &activePlan;
+inline PlanSelection& Selection() {
+    return planBook.selections[1];
+}
+
+inline void SetMark(const FlightPlan& plan, char mark, std::int32_t index) {
+    if (mark == '>') {
+        SetFlownIndex(plan, index);
+    } else if (mark == '=') {
+        Selection() = {&plan, index};
+    } else if (mark == '^' && IsActivePlan(plan)) {
+        planBook.verticalTargetIndex = index;
+    } else if (mark == '+' && &plan == &modifiedPlan) {
+        planBook.editIndex = index;
+    }
+}
+
+// The marks of an index, in the order in which they are written; ">" alone unless `all`.
+inline std::string Marks(const FlightPlan& plan, std::int32_t index, bool all) {
+    std::string marks;
+    marks += index == FlownIndex(plan) ? ">" : "";
+    if (all) {
+        const bool edits = &plan == &modifiedPlan && index == planBook.editIndex;
+        const bool selected = Selection().plan == &plan && index == Selection().index;
+        marks += IsActivePlan(plan) && index == planBook.verticalTargetIndex ? "^" : "";
+        marks += edits ? "+" : "";
+        marks += selected ? "=" : "";
+    }
+    return marks;
 }
 
 // "J121", "V3", "UL9": one or two letters and a number.
@@ -75,19 +108,30 @@ inline void AppendEntry(FlightPlan& plan, std::string_view fix, std::string_view
     PlanWaypoint entry;
     entry.procedure = procedure;
     entry.via = via;
-    if (fix.front() == '>') {
-        (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex) = index;
-        fix.remove_prefix(1);
+    for (; !fix.empty() && kMarks.find(fix.front()) != std::string_view::npos;
+         fix.remove_prefix(1)) {
+        SetMark(plan, fix.front(), index);
+    }
+    for (; !fix.empty() && (fix.front() == '!' || fix.front() == '*'); fix.remove_prefix(1)) {
+        (fix.front() == '!' ? entry.altitudeConstraint : entry.flyover) = 1;
+        entry.altitude = entry.altitudeConstraint != 0 ? kRestrictionFt : kUnset;
+        entry.speed = entry.altitudeConstraint != 0 ? kRestrictionKt : kUnset;
+    }
+    if (fix.empty()) {
+        return;
     }
     if (fix.back() == '@') {
         HoldPattern& hold = holdList.holds[++holdList.count];
-        (IsActive(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
+        (IsActivePlan(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
         entry.hasHold = 1;
         fix.remove_suffix(1);
     }
     entry.ident = fix;
     if (!IsDiscontinuity(entry)) {
-        entry.type = fix.size() == 4 ? "APT" : procedure.empty() ? "INT" : "";
+        entry.type = fix == "DIRECT"     ? "WPT"
+                     : fix.size() == 4   ? "APT"
+                     : procedure.empty() ? "INT"
+                                         : "";
         entry.latitude = 40 + 0.5 * index;
         entry.longitude = -70;
     }
@@ -95,7 +139,11 @@ inline void AppendEntry(FlightPlan& plan, std::string_view fix, std::string_view
 }
 
 inline void SetPlan(FlightPlan& plan, std::string_view route) {
-    (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex) = kNoWaypoint;
+    for (const char mark : kMarks) {
+        if (mark != '+') {
+            SetMark(plan, mark, mark == '^' ? 0 : kNoWaypoint);
+        }
+    }
     plan.CutTo(-1);
     std::string_view airway;
     for (std::string_view text = NextWord(route); !text.empty(); text = NextWord(route)) {
@@ -113,16 +161,21 @@ inline void SetPlan(FlightPlan& plan, std::string_view route) {
 }
 
 inline bool HasHoldAt(const FlightPlan& plan, std::int32_t index) {
-    return index > 0 &&
+    return index > 0 && &plan != &previewPlan &&
            std::any_of(holdList.holds.begin() + 1, holdList.holds.begin() + 1 + holdList.count,
                        [&](const HoldPattern& hold) {
-                           return index == (IsActive(plan) ? hold.fixIndex : hold.pendingFixIndex);
+                           return index ==
+                                  (IsActivePlan(plan) ? hold.fixIndex : hold.pendingFixIndex);
                        });
 }
 
-inline std::string ShowEntry(const FlightPlan& plan, std::int32_t index) {
-    const bool tracked = index == (IsActive(plan) ? planBook.activeIndex : planBook.trackedIndex);
-    return (tracked ? ">" : "") + plan.entries[index].ident + (HasHoldAt(plan, index) ? "@" : "");
+inline std::string ShowEntry(const FlightPlan& plan, std::int32_t index, bool allMarks) {
+    const PlanWaypoint& entry = plan.entries[index];
+    const bool restricted = entry.altitudeConstraint != 0 && entry.altitude == kRestrictionFt &&
+                            entry.speed == kRestrictionKt;
+    return Marks(plan, index, allMarks) + (allMarks && restricted ? "!" : "") +
+           (allMarks && entry.flyover != 0 ? "*" : "") + entry.ident +
+           (HasHoldAt(plan, index) ? "@" : "");
 }
 
 // The last of the entries from `first` on that one word stands for.
@@ -139,7 +192,7 @@ inline std::int32_t EndOfWord(const FlightPlan& plan, std::int32_t first) {
     return last;
 }
 
-inline std::string Show(const FlightPlan& plan) {
+inline std::string Show(const FlightPlan& plan, bool allMarks = false) {
     std::string text;
     for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
         const PlanWaypoint& first = plan.entries[i];
@@ -148,29 +201,37 @@ inline std::string Show(const FlightPlan& plan) {
         const std::int32_t last = EndOfWord(plan, i);
         const std::string& name = plan.entries[last].via;
         if (first.procedure.empty()) {
-            text += ShowEntry(plan, i);
+            text += ShowEntry(plan, i, allMarks);
             continue;
         }
         text += first.procedure + (last == i || name.empty() ? "" : ":" + name) + "(";
         for (; i < last; ++i) {
-            text += ShowEntry(plan, i) + ",";
+            text += ShowEntry(plan, i, allMarks) + ",";
         }
-        text += ShowEntry(plan, last) + ")";
+        text += ShowEntry(plan, last, allMarks) + ")";
     }
-    return text;
+    const std::string behind = Marks(plan, plan.lastIndex + 1, allMarks);
+    return text + (behind.empty() || text.empty() ? "" : " ") + behind;
 }
 
-// Puts one point into the search results. `ident` must outlive them.
-inline void Offer(const char* ident, PointKind kind = PointKind::Intersection, double latitude = 45,
-                  double longitude = -75, const char* frequency = "") {
-    PointRecord record;
-    record.ident = ident;
-    record.kind = kind;
-    record.latitude = latitude;
-    record.longitude = longitude;
-    record.frequency = frequency;
-    navDatabase.searchResults.Clear();
-    navDatabase.searchResults.Append(record);
+// A route without what does not count in a plan.
+inline std::string Without(std::string_view text, std::string_view marks) {
+    std::string rest(text);
+    std::erase_if(rest, [&](char c) { return marks.find(c) != std::string_view::npos; });
+    while (rest.ends_with(' ')) {
+        rest.pop_back();
+    }
+    return rest;
+}
+
+// An entry to insert.
+inline PlanWaypoint Fix(std::string_view ident, double latitude = 45) {
+    PlanWaypoint entry;
+    entry.ident = ident;
+    entry.type = "INT";
+    entry.latitude = latitude;
+    entry.longitude = -75;
+    return entry;
 }
 
 }  // namespace avq1::test

@@ -25,7 +25,8 @@ void SetAirports() {
     planBook.status = RouteStatus::BeingBuilt;
 }
 
-// Splices "SID:NEION2(BETTE,NEION)", or "DISCO APPR(AAA)" for an approach behind a gap.
+// Splices "SID:NEION2(BETTE,NEION)", "APPR(FAF,MISS/MAF)" with a leg's role, or "DISCO APPR(AAA)"
+// for an approach behind a gap.
 bool Splice(FlightPlan& plan, std::string_view text) {
     constexpr std::string_view kGap = "DISCO ";
     const bool withGap = text.starts_with(kGap);
@@ -36,7 +37,9 @@ bool Splice(FlightPlan& plan, std::string_view text) {
     list.clear();
     while (!word.fixes.empty()) {
         ProcedureWaypoint waypoint;
-        waypoint.ident = test::NextFix(word.fixes);
+        const std::string_view fix = test::NextFix(word.fixes);
+        waypoint.ident = fix.substr(0, fix.find('/'));
+        waypoint.roleText = fix.substr(std::min(waypoint.ident.size() + 1, fix.size()));
         waypoint.viaLabel = list.empty() ? std::string_view{} : word.name;
         waypoint.latitude = 42;
         list.push_back(std::move(waypoint));
@@ -69,8 +72,7 @@ constexpr SpliceCase kIntoTheModifiedPlan[] = {
      "KJFK SID(XX) >AAA KBOS"},
     {"a merged entry's hold stays", "KJFK AAA@ BBB >KBOS", "SID:N2(XX,AAA)",
      "KJFK SID(XX) AAA@ BBB >KBOS"},
-    {"no current waypoint: nothing but the airport stays", "KJFK AAA KBOS", "SID:N2(XX,YY)",
-     "KJFK SID:N2(XX,YY)"},
+    {"nothing is tracked", "KJFK AAA KBOS", "SID:N2(XX,YY)", "KJFK SID:N2(XX,YY) AAA KBOS"},
 
     {"an arrival", "KJFK >AAA BBB KBOS", "STAR:QUABN3(JFUND,QUABN)",
      "KJFK >AAA BBB STAR:QUABN3(JFUND,QUABN) KBOS"},
@@ -83,8 +85,10 @@ constexpr SpliceCase kIntoTheModifiedPlan[] = {
      "KJFK >AAA DISCO STAR(XX) APPR(FAF) KBOS"},
     {"a gap without the approach", "KJFK >AAA STAR(OLD) DISCO KBOS", "STAR(XX)",
      "KJFK >AAA STAR(XX) KBOS"},
-    {"it begins where the departure ends", "KJFK SID:N2(XX,YY) >KBOS", "STAR:T1(YY,ZZ)",
-     "KJFK SID(XX) SIDSTAR(YY) T1 STAR(ZZ) >KBOS"},
+    {"it begins where the departure ends", "KJFK SID:N2(XX,YY@) >KBOS", "STAR:T1(YY,ZZ)",
+     "KJFK SID(XX) SIDSTAR(YY@) T1 STAR(ZZ) >KBOS"},
+    {"what is tracked is merged", "KJFK STAR:T1(>AAA,BBB) KBOS", "SID:N2(XX,AAA)",
+     "KJFK SID(XX) STAR:T1(>AAA,BBB) KBOS"},
     {"tracked in the old one", "KJFK AAA STAR(>OLD) KBOS", "STAR(XX)", "KJFK >AAA STAR(XX) KBOS"},
     {"nothing but airports", "KJFK >KBOS", "STAR(XX)", "KJFK STAR(XX) >KBOS"},
 
@@ -94,6 +98,8 @@ constexpr SpliceCase kIntoTheModifiedPlan[] = {
      "KJFK >AAA APPR(FAF) KBOS"},
     {"tracked in the old approach", "KJFK AAA APPR(OLD,>OLE) KBOS", "DISCO APPR(IAF,FAF)",
      "KJFK AAA DISCO APPR(>IAF,FAF) KBOS"},
+    {"its missed approach is left out", "KJFK >AAA KBOS", "APPR(FAF,MISS/MAF)",
+     "KJFK >AAA APPR(FAF) KBOS"},
     {"the old approach's hold goes", "KJFK >AAA APPR(OLD@) KBOS", "APPR(FAF)",
      "KJFK >AAA APPR(FAF) KBOS"},
 };
@@ -103,52 +109,55 @@ TEST(Splices, IntoTheModifiedPlanAwaitExecution) {
         SCOPED_TRACE(c.what);
         SetAirports();
         SetPlan(modifiedPlan, c.before);
-        planBook.editIndex = planBook.trackedIndex;
         planBook.status = RouteStatus::Active;
         EXPECT_TRUE(Splice(modifiedPlan, c.splice));
         EXPECT_EQ(test::Show(modifiedPlan), c.after);
         EXPECT_EQ(planBook.status, RouteStatus::Modified);
+        EXPECT_EQ(planBook.editIndex, modifiedPlan.lastIndex) << "before the destination";
+
+        const std::string before = test::Show(modifiedPlan, true);
+        SetPlan(previewPlan, test::Without(c.before, ">@"));
+        EXPECT_TRUE(Splice(previewPlan, c.splice));
+        EXPECT_EQ(test::Show(previewPlan), test::Without(c.after, ">@"));
+        EXPECT_EQ(test::Show(modifiedPlan, true), before);
     }
 }
 
-// ">" is the active waypoint here, "^" names the vertical target.
+// ">" is the active waypoint here. The vertical target becomes the next restriction.
 constexpr SpliceCase kIntoTheActivePlan[] = {
-    {"a departure is flown from its first waypoint", "KLGA SID(OLD) AAA@ >BBB KBOS ^BBB",
-     "SID:N2.TRANS(XX,YY,ZZ)", "KJFK SID:N2.TRANS(>XX,YY,ZZ) AAA@ BBB KBOS ^BBB"},
-    {"nothing is flown", "KJFK AAA BBB KBOS ^KBOS", "SID(XX)", "KJFK SID(>XX) ^XX"},
-    {"an arrival that is flown is replaced", "KJFK AAA BBB STAR(>OLD) KBOS ^KBOS", "STAR:N2(XX,YY)",
-     "KJFK AAA >BBB STAR:N2(XX,YY) KBOS ^KBOS"},
-    {"a target in the old arrival", "KJFK >AAA STAR:O1(OLD,OLE) KBOS ^OLE", "STAR(XX)",
-     "KJFK >AAA STAR(XX) KBOS ^KBOS"},
-    {"in front of an approach that is flown", "KJFK AAA APPR(>IAF,FAF) KBOS ^FAF", "STAR(XX)",
-     "KJFK >AAA STAR(XX) APPR(IAF,FAF) KBOS ^FAF"},
-    {"the merged departure's last is flown", "KJFK SID:N2(XX,>YY) KBOS ^KBOS", "STAR:T1(YY,ZZ)",
-     "KJFK SID(>XX) SIDSTAR(YY) T1 STAR(ZZ) KBOS ^KBOS"},
-    {"a gap is for modifications only", "KJFK >AAA BBB KBOS ^BBB", "DISCO APPR(IAF,FAF)",
-     "KJFK >AAA BBB APPR(IAF,FAF) KBOS ^FAF"},
-    {"an approach that is flown is replaced", "KJFK AAA APPR(OLD,>OLE) KBOS ^AAA", "APPR(IAF,FAF)",
-     "KJFK AAA APPR(>IAF,FAF) KBOS ^FAF"},
+    {"a departure is flown from its first waypoint", "KLGA SID(OLD) AAA@ >^!BBB KBOS",
+     "SID:N2.TRANS(XX,YY,ZZ)", "KJFK SID:N2.TRANS(>XX,YY,ZZ) AAA@ ^!BBB KBOS"},
+    {"nothing is flown", "KJFK AAA BBB ^KBOS", "SID(XX)", "KJFK SID(>XX) AAA BBB ^KBOS"},
+    {"what a unit has selected", "KJFK >AAA =BBB ^KBOS", "SID(XX)", "KJFK SID(>XX) AAA =BBB ^KBOS"},
+    {"an arrival that is flown is replaced", "KJFK AAA BBB STAR(>OLD) ^KBOS", "STAR:N2(XX,YY)",
+     "KJFK AAA >BBB STAR:N2(XX,YY) ^KBOS"},
+    {"a target in the old arrival", "KJFK >AAA STAR:O1(OLD,^!OLE) KBOS", "STAR(XX)",
+     "KJFK >AAA STAR(XX) ^KBOS"},
+    {"in front of an approach that is flown", "KJFK AAA APPR(>IAF,!FAF) ^KBOS", "STAR(XX)",
+     "KJFK >AAA STAR(XX) APPR(IAF,^!FAF) KBOS"},
+    {"the merged departure's last is flown", "KJFK SID:N2(XX,>!*YY) ^KBOS", "STAR:T1(YY,ZZ)",
+     "KJFK SID(XX) SIDSTAR(>^!*YY) T1 STAR(ZZ) KBOS"},
+    {"a gap is for modifications only", "KJFK >AAA BBB ^KBOS", "DISCO APPR(IAF,FAF)",
+     "KJFK >AAA BBB APPR(IAF,FAF) ^KBOS"},
+    {"an approach that is flown is replaced", "KJFK AAA APPR(OLD,>OLE) ^KBOS", "APPR(IAF,FAF)",
+     "KJFK AAA APPR(>IAF,FAF) ^KBOS"},
+    {"it begins where the arrival ends", "KJFK >AAA STAR:T1(BBB,!*CCC@) ^KBOS", "APPR(CCC,FAF)",
+     "KJFK >AAA STAR:T1(BBB,^!*CCC@) APPR(FAF) KBOS"},
+    {"an arrival that ends where it begins", "KJFK >AAA APPR(!*CCC@,FAF) ^KBOS", "STAR:T1(BBB,CCC)",
+     "KJFK >AAA STAR:T1(BBB,^!*CCC@) APPR(FAF) KBOS"},
+    {"both had a hold", "KJFK SID:N2(XX,YY@) >ZZ@ ^KBOS", "SID:N2(XX,ZZ)",
+     "KJFK SID(>XX) ZZ@ ^KBOS"},
+    {"a restriction behind what is flown", "KJFK !AAA >BBB ^KBOS", "STAR(XX)",
+     "KJFK !AAA >BBB STAR(XX) ^KBOS"},
 };
-
-void SetActive(std::string_view route) {
-    const std::size_t mark = route.find(" ^");
-    SetPlan(activePlan, route.substr(0, mark));
-    for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
-        if (activePlan.entries[i].ident == route.substr(mark + 2)) {
-            planBook.verticalTargetIndex = i;
-        }
-    }
-}
 
 TEST(Splices, IntoTheActivePlanKeepWhatIsFlown) {
     for (const SpliceCase& c : kIntoTheActivePlan) {
         SCOPED_TRACE(c.what);
         SetAirports();
-        SetActive(c.before);
+        SetPlan(activePlan, c.before);
         EXPECT_TRUE(Splice(activePlan, c.splice));
-        EXPECT_EQ(
-            test::Show(activePlan) + " ^" + activePlan.entries[planBook.verticalTargetIndex].ident,
-            c.after);
+        EXPECT_EQ(test::Show(activePlan, true), c.after);
         EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
     }
 }
@@ -203,7 +212,6 @@ TEST(Splices, TakeTheAirportBeingChosenForAPlanWithoutOne) {
         folder.Write("avq/Navdata/avq_apts.txt", "KLGA LaGuardia 22 40.77 -73.87\n");
         procedureChoice.airport = "KLGA";
         SetPlan(modifiedPlan, c.before);
-        planBook.editIndex = planBook.trackedIndex;
         ASSERT_TRUE(Splice(modifiedPlan, c.splice));
         EXPECT_EQ(test::Show(modifiedPlan), c.after);
     }
@@ -233,7 +241,6 @@ TEST(Splices, RefuseWholeWhenThePlanHasNoRoom) {
         SCOPED_TRACE(doesNot);
         SetAirports();
         FillPlan(plan, 196);
-        planBook.editIndex = 1;
         planBook.verticalTargetIndex = 197;
         const std::string before = test::Show(plan);
         EXPECT_FALSE(Splice(plan, doesNot));
@@ -316,7 +323,8 @@ TEST(ProcedureLists, AnApproachBeginsAtItsTransition) {
         {"ILS", "", "22L", "(MID,MILTT/FAF,REPLY/MAF)"},
         {"RNAV", "", "22L", "(RNV)"},
         {"ILS", "", "04R", "(OTHER/FAF)"},
-        {"VORA", "LWM", "09", "(LWM/IAF)"},  // an approach to no runway in particular
+        {"RNVZ", "", "31", "(ALONE,LAST/FAF)"},  // its own name is no transition
+        {"VORA", "LWM", "09", "(LWM/IAF)"},      // an approach to no runway in particular
         // The transition's fix counts in the other transitions that pass it, too.
         {"RNVY", "JABAD", "31", "(JABAD,JABAD/IAF,BIPKE,GEMKE/FAF)"},
     };
@@ -326,7 +334,8 @@ TEST(ProcedureLists, AnApproachBeginsAtItsTransition) {
             "[KBOS]\n22L ILS PROVI IAF\n22L ILS WINNI WINNI\n22L ILS STEP WINNI\n22L ILS MID ---\n"
             "22L ILS MILTT FAF\n22L ILS REPLY MAF\n22L RNAV RNV --\n04R ILS OTHER FAF\n"
             "-- VORA LWM IAF\n31 RNVY DRIES IAF\n31 RNVY WASBO DRIES\n31 RNVY JABAD DRIES\n"
-            "31 RNVY JABAD IAF\n31 RNVY BIPKE JABAD\n31 RNVY GEMKE FAF\n",
+            "31 RNVY JABAD IAF\n31 RNVY BIPKE JABAD\n31 RNVY GEMKE FAF\n31 RNVZ ALONE ALONE\n31 "
+            "RNVZ LAST FAF\n",
             "KBOS", airportSlots[kArrivalSlot].procedures);
         procedureChoice.approachType = c.type;
         procedureChoice.approachTransition = c.transition;
@@ -363,45 +372,50 @@ struct Airways : test::FolderTest {
 
 TEST_F(Airways, GoIntoThePlanForwardsAndBackwards) {
     const struct {
+        const char* before;
         const char* entered;
         std::int32_t edit;
         std::int32_t exit;
         const char* text;
         const char* after;
     } cases[] = {
-        {"#J1", 1, 4, "J1", "KJFK BBB J1 CCCC J1 DDDD >EEE KBOS"},
-        {"#J1", 1, 1, "J1", "KJFK BBB J1 AAAA >EEE KBOS"},
-        {"#J1", 1, 2, "J1", "KJFK BBB >EEE KBOS"},
-        {"#J1", 2, 4, "J1 (N/A)", "KJFK BBB >EEE KBOS"},
-        {"#J1", kNoWaypoint, 4, "J1 (N/A)", "KJFK BBB >EEE KBOS"},
-        {"", 1, 4, " (N/A)", "KJFK BBB >EEE KBOS"},
+        {"KJFK BBB >EEE KBOS", "#J1", 1, 4, "J1", "KJFK BBB J1 CCCC J1 DDDD >EEE KBOS"},
+        {"KJFK BBB >EEE KBOS", "#J1", 1, 1, "J1", "KJFK BBB J1 AAAA >EEE KBOS"},
+        {"KJFK BBB >EEE KBOS", "#J1", 1, 2, "J1", "KJFK BBB >EEE KBOS"},
+        {"KJFK BBB >EEE KBOS", "#J1", 2, 4, "J1 (N/A)", "KJFK BBB >EEE KBOS"},
+        {"KJFK BBB >EEE KBOS", "#J1", kNoWaypoint, 4, "J1 (N/A)", "KJFK BBB >EEE KBOS"},
+        {"KJFK BBB >DDDD@ KBOS", "#J1", 1, 4, "J1", "KJFK BBB J1 CCCC J1 >DDDD@ KBOS"},
+        {"KJFK BBB >EEE KBOS", "", 1, 4, " (N/A)", "KJFK BBB >EEE KBOS"},
     };
     for (const auto& c : cases) {
-        SetPlan(modifiedPlan, "KJFK BBB >EEE KBOS");
-        planBook.editIndex = c.edit;
-        LookupAirway(c.entered);
-        EXPECT_EQ(planBook.airwayText, c.text);
-        airwayLookup.exitIndex = c.exit;
-        test::Offer("BBB");  // another unit searches
-        EXPECT_TRUE(InsertAirway(modifiedPlan));
-        EXPECT_EQ(test::Show(modifiedPlan), c.after) << c.text;
+        for (FlightPlan* plan : {&activePlan, &modifiedPlan}) {
+            holdList = {};
+            SetPlan(*plan, c.before);
+            AirwayLookup lookup;
+            LookupAirway(*plan, c.edit, c.entered, lookup);
+            EXPECT_EQ(lookup.text, c.text);
+            lookup.exitIndex = c.exit;
+            EXPECT_TRUE(InsertAirway(*plan, c.edit, lookup));
+            EXPECT_EQ(test::Show(*plan), c.after) << c.text;
+        }
     }
     std::filesystem::remove(folder_.root() / "avq/navdata/fsb_awy2.txt");
     LoadNavDatabase();
-    planBook.airwayText = "J9";
-    LookupAirway("#J1");
-    EXPECT_EQ(planBook.airwayText, "J9");  // without the file nothing is looked up
+    AirwayLookup lookup;
+    lookup.text = "J9";
+    LookupAirway(modifiedPlan, 1, "#J1", lookup);
+    EXPECT_EQ(lookup.text, "J9");  // without the file nothing is looked up
 }
 
 TEST_F(Airways, NeedRoomForAllTheirFixes) {
     for (const int entries : {198, 197}) {
         FillPlan(modifiedPlan, entries);
         modifiedPlan.Edit(1).ident = "BBB";
-        planBook.editIndex = 1;
-        LookupAirway("#J1");
-        airwayLookup.exitIndex = 4;
+        AirwayLookup lookup;
+        LookupAirway(modifiedPlan, 1, "#J1", lookup);
+        lookup.exitIndex = 4;
         const std::string before = test::Show(modifiedPlan);
-        EXPECT_EQ(InsertAirway(modifiedPlan), entries == 197);
+        EXPECT_EQ(InsertAirway(modifiedPlan, 1, lookup), entries == 197);
         EXPECT_EQ(test::Show(modifiedPlan) == before, entries == 198);
     }
     EXPECT_EQ(modifiedPlan.lastIndex, kMaxPlanIndex);

@@ -28,8 +28,14 @@ class ResolveEntryForms : public testing::Test {
         }
         SetPlan(modifiedPlan, "KJFK AAA KBOS");
     }
-    static std::int32_t Count() { return navDatabase.searchResults.count; }
-    static const PointRecord& First() { return navDatabase.searchResults[1]; }
+    void Resolve(std::string_view text, SearchCategory category = SearchCategory::All) {
+        ResolveEntry(modifiedPlan, text, category, results_);
+    }
+    bool Insert(std::int32_t position) {
+        return InsertNamedPoint(modifiedPlan, position, results_, 1);
+    }
+    std::int32_t Count() const { return results_.count; }
+    const FoundPoint& First() const { return results_[1]; }
     static double CourseFrom(double latitude, double longitude, const auto& point) {
         double distanceNm = 0;
         double courseTrue = 0;
@@ -37,6 +43,8 @@ class ResolveEntryForms : public testing::Test {
                           courseTrue);
         return courseTrue;
     }
+
+    SearchResults results_;
 };
 
 TEST_F(ResolveEntryForms, Positions) {
@@ -52,18 +60,18 @@ TEST_F(ResolveEntryForms, Positions) {
         {"N3345.5W11154.", 33 + 45.5 / 60, -(111 + 54.0 / 60)},
     };
     for (const auto& c : valid) {
-        ResolveEntry(c.text, SearchCategory::All);
+        Resolve(c.text);
         ASSERT_EQ(Count(), 1) << c.text;
         EXPECT_NEAR(First().latitude, c.latitude, 1e-12) << c.text;
         EXPECT_NEAR(First().longitude, c.longitude, 1e-12) << c.text;
         EXPECT_EQ(First().ident, "WPT01");
-        EXPECT_EQ(First().kind, PointKind::Intersection);
+        EXPECT_EQ(KindText(First().kind), "I");
     }
     for (const char* text :
          {"", "N", "N3345.5", "N3345.5W1115", "N3345.5W1115.43", "X3345.5W11154.3",
           "N33455.W11154.3", "N3345.5X11154.3", "N3A45.5W11154.3", "N3360.0W11154.3",
           "N9000.1W11154.3", "N3345.5W18000.1", "N3345.5W11154.3XXXXXXXXXXXXXXXXX"}) {
-        ResolveEntry(text, SearchCategory::All);
+        Resolve(text);
         EXPECT_EQ(Count(), 0) << text;
     }
 }
@@ -74,38 +82,38 @@ TEST_F(ResolveEntryForms, PilotPointsAreNumberedOnFromThePlan) {
                                                          {"KJFK WPTXX WPT0A KBOS", "WPT01"}};
     for (const auto& [plan, next] : cases) {
         SetPlan(modifiedPlan, plan);
-        ResolveEntry("N3345.5W11154.3", SearchCategory::All);
+        Resolve("N3345.5W11154.3");
         EXPECT_EQ(First().ident, next);
     }
     SetPlan(modifiedPlan, "KJFK WPT04 KBOS");
-    ResolveEntry("N3345.5W11154.3", SearchCategory::All);
-    ASSERT_TRUE(InsertNamedPoint(2, 1));
+    Resolve("N3345.5W11154.3");
+    ASSERT_TRUE(Insert(2));
     EXPECT_EQ(Show(modifiedPlan), "KJFK WPT04 WPT05 KBOS");
     EXPECT_EQ(modifiedPlan.entries[2].type, "WPT");
 }
 
 TEST_F(ResolveEntryForms, PlaceBearingDistanceBecomesAPoint) {
-    ResolveEntry("BOS105/25.9", SearchCategory::All);
+    Resolve("BOS105/25.9");
     ASSERT_EQ(Count(), 1);
     EXPECT_EQ(First().latitude, 42);  // the nearer of the two
-    EXPECT_EQ(planBook.pendingBearing, 105);
-    EXPECT_EQ(planBook.pendingDistanceNm, 25);
-    ASSERT_TRUE(InsertNamedPoint(kNoWaypoint, 1));
+    EXPECT_EQ(results_.pendingBearingMag, 105);
+    EXPECT_EQ(results_.pendingDistanceNm, 25);
+    ASSERT_TRUE(Insert(kNoWaypoint));
     EXPECT_EQ(Show(modifiedPlan), "KJFK BOS01 AAA KBOS");
     const PlanWaypoint& point = modifiedPlan.entries[1];
     EXPECT_NEAR(GreatCircleDistanceNm(42, -71, point.latitude, point.longitude), 25, 1e-6);
     EXPECT_NEAR(CourseFrom(42, -71, point), 90, 1e-6);
     EXPECT_EQ(point.type, "WPT");
     EXPECT_EQ(point.frequency, "");  // nobody tunes the reference for a point 25 nm off
-    EXPECT_EQ(planBook.pendingBearing, -1);
+    EXPECT_EQ(results_.pendingBearingMag, -1);
 
-    ResolveEntry("BOS180/5", SearchCategory::All);
-    InsertNamedPoint(2, 1);
+    Resolve("BOS180/5");
+    Insert(2);
     EXPECT_EQ(Show(modifiedPlan), "KJFK BOS01 BOS02 AAA KBOS");
 
-    ResolveEntry("BOS180/5", SearchCategory::All);
-    ResolveEntry("JFK", SearchCategory::All);  // the first entry was given up
-    InsertNamedPoint(1, 1);
+    Resolve("BOS180/5");
+    Resolve("JFK");  // the first entry was given up
+    Insert(1);
     EXPECT_EQ(modifiedPlan.entries[1].ident, "JFK");
     EXPECT_EQ(modifiedPlan.entries[1].type, "VOR");
 }
@@ -116,23 +124,24 @@ TEST_F(ResolveEntryForms, PlaceBearingEntriesThatAreNone) {
           "BOS090/", "XYZ090/25", "BOS090/99999", "BOS090/JFK09", "BOS090/XYZ180", "XYZ090/JFK180",
           "BOS090/JFK400", "BOS090/2Q180X", "BOS325/0002Q150" /* no place */,
           "BOS030/JFK250" /* each away from the other */}) {
-        ResolveEntry(text, SearchCategory::All);
+        Resolve(text);
         EXPECT_EQ(Count(), 0) << text;
-        EXPECT_EQ(planBook.pendingDistanceNm, -1) << text;
+        EXPECT_EQ(results_.pendingDistanceNm, -1) << text;
     }
-    ResolveEntry("BOS090/25", SearchCategory::Airports);
+    Resolve("BOS090/25", SearchCategory::Airports);
     EXPECT_EQ(Count(), 0);
 }
 
 TEST_F(ResolveEntryForms, BearingsThatCrossGiveOnePoint) {
-    ResolveEntry("BOS265/JFK030", SearchCategory::All);  // true 250 and 015
+    Resolve("BOS265/JFK030");  // true 250 and 015
     ASSERT_EQ(Count(), 1);
     EXPECT_EQ(First().ident, "BOS01");
     EXPECT_NEAR(CourseFrom(42, -71, First()), 250, 1e-6);
     EXPECT_NEAR(CourseFrom(40.6, -73.8, First()), 15, 1e-6);
-    ASSERT_TRUE(InsertWaypoint(1));
+    ASSERT_TRUE(InsertWaypoint(modifiedPlan, 1, EntryFrom(First())));
     EXPECT_EQ(modifiedPlan.entries[1].ident, "BOS01");
-    EXPECT_EQ(planBook.pendingBearing, -1);
+    EXPECT_EQ(modifiedPlan.entries[1].type, "WPT");
+    EXPECT_EQ(results_.pendingBearingMag, -1);
 }
 
 TEST_F(ResolveEntryForms, CrossingsOnTheSphere) {
@@ -162,9 +171,9 @@ TEST_F(ResolveEntryForms, CrossingsOnTheSphere) {
 }
 
 TEST_F(ResolveEntryForms, HoldAtPresentPositionIsANumberedPoint) {
-    test::Offer("HOLD PPOS", PointKind::None, 41, -72);
+    results_.Append(PilotPoint({41, -72}, "HOLD PPOS"));
     SetPlan(modifiedPlan, "KJFK >WPT01 KBOS");
-    ASSERT_TRUE(InsertNamedPoint(1, 1));
+    ASSERT_TRUE(Insert(1));
     EXPECT_EQ(Show(modifiedPlan), "KJFK HOLD PPOS(WPT02) >WPT01 KBOS");
     EXPECT_EQ(modifiedPlan.entries[1].type, "WPT");
 }

@@ -11,7 +11,6 @@ void FuzzText(std::string_view text) {
     ResetModuleState();
     LineReader lines(text, 200);
     std::string_view line;
-    PointTable results;
     for (int looked = 0; looked < 20 && lines.Next(line);) {
         const bool comment = line.starts_with(';');
         const std::string_view name = NextWord(line);
@@ -19,13 +18,12 @@ void FuzzText(std::string_view text) {
             continue;
         }
         ++looked;
-        ReadAirway(text, name, "", results);
+        const SearchResults results = ReadAirway(text, name, "").fixes;
         Require(results.count >= 1 && results.count <= kSearchResultCapacity);
         const std::string_view last = results[results.count].ident;
-        PointTable again;
-        const AirwayLookup lookup = ReadAirway(text, name, last, again);
-        Require(last.empty() || again[lookup.entryIndex].ident == last);
-        Require(lookup.entryIndex <= again.count);
+        const AirwayLookup again = ReadAirway(text, name, last);
+        Require(last.empty() || again.fixes[again.entryIndex].ident == last);
+        Require(again.entryIndex <= again.fixes.count);
     }
     std::vector<AtcBoundary> boundaries;
     ReadAtcBoundaries(text, boundaries);

@@ -44,8 +44,9 @@ void FuzzText(std::string_view text) {
         const std::string ident(navDatabase.airports[navDatabase.airports.count].ident);
         ReadAirportDetail(text, ident, detail, elevation);
         Require(detail.runways.size() <= 20);
-        SearchIdent(ident, SearchCategory::Airports);
-        Require(NearestResult() >= 1);
+        SearchResults results;
+        SearchIdent(ident, SearchCategory::Airports, results);
+        Require(NearestResult(results) >= 1);
     }
     if (navDatabase.navaids.count > 0) {
         const Navaid& first = navDatabase.navaids[1];

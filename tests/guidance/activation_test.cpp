@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "flightplan/plan_airports.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
@@ -220,6 +221,47 @@ TEST_F(ActivePlan, AnEditOfItMovesTheLegThatIsFlown) {
     guidance.firstLegPrepared = 1;
     EXPECT_FALSE(EditActivePlan([](FlightPlan&) { return false; }));
     EXPECT_EQ(guidance.firstLegPrepared, 1);
+}
+
+TEST_F(ActivePlan, OnlyItsOwnEditsReachTheGuidance) {
+    for (FlightPlan* plan : {&activePlan, &modifiedPlan, &previewPlan}) {
+        ResetModuleState();
+        SetPlan(activePlan, "KJFK >AAA ^BBB KBOS");
+        SetActiveWaypoint(1);
+        const double before = guidance.distanceToGoNm;
+        SetPlan(*plan, "KJFK >AAA ^BBB KBOS");
+        const auto redraws = UnitRedrawCount();
+        const auto edit = [at = 1](FlightPlan& edited) {
+            return InsertBetween(edited, at, test::Fix("NEW")) && SetCrossing(edited, 2, {7000});
+        };
+        EXPECT_TRUE(EditPlan(*plan, edit));
+        EXPECT_EQ(plan->entries[1].ident, "NEW");
+        EXPECT_NE(UnitRedrawCount(), redraws);
+        const bool active = plan == &activePlan;
+        EXPECT_EQ(guidance.distanceToGoNm != before, active);
+        EXPECT_EQ(planBook.verticalTargetIndex, 2);
+    }
+}
+
+TEST_F(ActivePlan, DirectToIsFlownAtOnce) {
+    aircraft.latitude = 39;
+    aircraft.longitude = -70;
+    SetPlan(activePlan, "KJFK >AAA BBB@ !CCC KBOS");
+    for (const std::int32_t again : {0, 1}) {  // the second takes the place of the first
+        CopyActiveToModified();
+        guidance.trackLeg = 1;
+        EXPECT_FALSE(FlyDirectToEntry(60));
+        EXPECT_EQ(guidance.trackLeg, 1);
+        EXPECT_TRUE(FlyDirectToEntry(again == 0 ? 2 : 3));
+        EXPECT_EQ(Show(activePlan, true), "KJFK AAA DCT DIRECT >BBB@ ^!CCC KBOS");
+        EXPECT_EQ(guidance.trackLeg, 0);
+        EXPECT_DOUBLE_EQ(guidance.legLengthNm, guidance.distanceToGoNm);
+    }
+    FlyDirectToPoint(test::Fix("NEW"), true);
+    EXPECT_EQ(Show(activePlan, true), "DIRECT >NEW ^KBOS");
+    EXPECT_EQ(Show(modifiedPlan), "DIRECT >NEW KBOS");
+    EXPECT_DOUBLE_EQ(guidance.legLengthNm, guidance.distanceToGoNm);
+    EXPECT_EQ(holdList.count, 0);
 }
 
 }  // namespace

@@ -10,20 +10,16 @@
 namespace avq1 {
 namespace {
 
-std::string Show(const AirwayLookup& lookup, const PointTable& results) {
+std::string Read(std::string_view file, std::string_view name, std::string_view entry) {
+    const AirwayLookup lookup = ReadAirway(file, name, entry);
+    EXPECT_EQ(lookup.text, std::string(name) + (lookup.entryIndex == 0 ? " (N/A)" : ""));
     std::string text = Format("%d %d %d:", lookup.entryIndex, lookup.exitIndex, lookup.entryPage);
-    for (std::int32_t i = 1; i <= results.count; ++i) {
-        text += Format(" %s/%s/%g/%g", std::string(results[i].name).c_str(),
-                       std::string(results[i].ident).c_str(), results[i].latitude,
-                       results[i].longitude);
+    for (std::int32_t i = 1; i <= lookup.fixes.count; ++i) {
+        const FoundPoint& fix = lookup.fixes[i];
+        text += Format(" %s/%s/%g/%g", fix.name.c_str(), fix.ident.c_str(), fix.latitude,
+                       fix.longitude);
     }
     return text;
-}
-
-std::string Read(std::string_view text, std::string_view name, std::string_view entry) {
-    PointTable results;
-    const AirwayLookup lookup = ReadAirway(text, name, entry, results);
-    return Show(lookup, results);
 }
 
 // Until the entry fix is found all lines of the name count, then those up to another airway's.
@@ -59,11 +55,11 @@ TEST(Airways, TheSeventeenthFixStandsOnTheSecondPage) {
     for (int i = 1; i <= 300; ++i) {
         text += Format("J1 %d FIX%03d 1 1\n", i, i);
     }
-    PointTable results;
-    EXPECT_EQ(ReadAirway(text, "J1", "FIX016", results).entryPage, 1);
-    EXPECT_EQ(ReadAirway(text, "J1", "FIX017", results).entryPage, 2);
-    EXPECT_EQ(ReadAirway(text, "J1", "FIX251", results).entryIndex, 0);
-    EXPECT_EQ(results.count, kSearchResultCapacity);
+    EXPECT_EQ(ReadAirway(text, "J1", "FIX016").entryPage, 1);
+    EXPECT_EQ(ReadAirway(text, "J1", "FIX017").entryPage, 2);
+    const AirwayLookup beyond = ReadAirway(text, "J1", "FIX251");
+    EXPECT_EQ(beyond.entryIndex, 0);
+    EXPECT_EQ(beyond.fixes.count, kSearchResultCapacity);
 }
 
 TEST(Boundaries, BeginWhereTheIdentifierChangesAndLabelTheMiddle) {

@@ -19,10 +19,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // A table's records, the fields of each with bars between them.
-std::vector<std::string> Texts(const PointTable& table) {
+template <typename Record>
+std::vector<std::string> Texts(const RecordTable<Record>& table) {
     std::vector<std::string> texts;
     for (std::int32_t i = 1; i <= table.count; ++i) {
-        const PointRecord& point = table[i];
+        const Record& point = table[i];
         std::ostringstream text;
         text << point.ident << '|' << point.name << '|' << point.latitude << '|' << point.longitude
              << '|' << KindText(point.kind) << '|' << point.frequency << '|' << point.elevation;
@@ -52,10 +53,11 @@ class NavDatabaseTest : public testing::Test {
         return {messages.lines.begin() + 1, messages.lines.begin() + 1 + messages.count};
     }
     static std::vector<std::string> SearchKinds(std::string_view ident, SearchCategory category) {
-        SearchIdent(ident, category);
+        SearchResults results;
+        SearchIdent(ident, category, results);
         std::vector<std::string> kinds;
-        for (std::int32_t i = 1; i <= navDatabase.searchResults.count; ++i) {
-            kinds.emplace_back(KindText(navDatabase.searchResults[i].kind));
+        for (std::int32_t i = 1; i <= results.count; ++i) {
+            kinds.emplace_back(KindText(results[i].kind));
         }
         return kinds;
     }
@@ -90,13 +92,14 @@ TEST_F(NavDatabaseTest, MissingFilesLeaveTheirTablesEmpty) {
     EXPECT_EQ(navDatabase.airports.count, 0);
     EXPECT_EQ(FindNavaid("AALAN", "", 1), 0);
 
-    // A second load starts again, and nothing points into the first one's texts.
-    SearchIdent("AALAN", SearchCategory::All);
+    // A second load starts again; what was found keeps its texts.
+    SearchResults results;
+    SearchIdent("AALAN", SearchCategory::All, results);
     WriteNavdata("avq_ints.txt", "BBBBB X 3 4\nCCCCC Y 5 6\n");
     LoadNavDatabase();
     EXPECT_THAT(Texts(navDatabase.intersections),
                 ElementsAre("BBBBB|X|3|4|I||", "CCCCC|Y|5|6|I||"));
-    EXPECT_EQ(navDatabase.searchResults.count, 0);
+    EXPECT_THAT(Texts(results), ElementsAre("AALAN||1|2|I||"));
 }
 
 TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {
@@ -218,25 +221,28 @@ TEST_F(NavDatabaseTest, SearchFindsEqualIdentifiersOfTheAskedCategory) {
     WriteNavdata("fsb_awy2.txt", "J1 1 ABCD 1 1\n");
     LoadNavDatabase();
     EXPECT_THAT(SearchKinds("ABC", SearchCategory::All), ElementsAre("V", "N", "I", "APT"));
-    EXPECT_THAT(
-        Texts(navDatabase.searchResults),
-        ElementsAre("ABC||10|1|V|113|", "ABC||40|1|N|300|", "ABC||20|1|I||", "ABC||30|1|APT||123"));
     EXPECT_THAT(SearchKinds("ABC", SearchCategory::Navaids), ElementsAre("V", "N"));
     EXPECT_THAT(SearchKinds("ABC", SearchCategory::Intersections), ElementsAre("I"));
     EXPECT_THAT(SearchKinds("ABC", SearchCategory::Airports), ElementsAre("APT"));
     EXPECT_THAT(SearchKinds("ABC", SearchCategory{-1}), ElementsAre("V", "N", "I", "APT"));
     EXPECT_THAT(SearchKinds("ABCD", SearchCategory::All), ElementsAre("V"));
     EXPECT_THAT(SearchKinds("", SearchCategory::All), IsEmpty());
-    EXPECT_EQ(NearestResult(), 0);
 
-    SearchIdent("ABC", SearchCategory::All);
+    SearchResults results;
+    EXPECT_EQ(NearestResult(results), 0);
+    results.pendingBearingMag = 90;  // of an entry that was given up
+    SearchIdent("ABC", SearchCategory::All, results);
+    EXPECT_FALSE(results.HasPendingPoint());
+    EXPECT_THAT(Texts(results), ElementsAre("ABC||10|1|V|113|", "ABC||40|1|N|300|", "ABC||20|1|I||",
+                                            "ABC||30|1|APT||123"));
     aircraft.longitude = 1;
     for (const auto& [latitude, nearest] : {std::pair{11.0, 1}, {22.0, 3}, {39.0, 2}}) {
         aircraft.latitude = latitude;
-        EXPECT_EQ(NearestResult(), nearest) << latitude;
+        EXPECT_EQ(NearestResult(results), nearest) << latitude;
     }
     EXPECT_EQ(SearchKinds("SAME", SearchCategory::All).size(), 250U) << "results stop there";
-    EXPECT_EQ(NearestResult(), 1) << "the earlier of equals";
+    SearchIdent("SAME", SearchCategory::All, results);
+    EXPECT_EQ(NearestResult(results), 1) << "the earlier of equals";
 }
 
 TEST(RunwayToken, MissingSubFieldsAreEmptyOrZero) {
@@ -268,9 +274,6 @@ TEST_F(NavDatabaseTest, AirportDetailFillsItsSlot) {
     EXPECT_EQ(Text(departure.runways[0]), "04L|7864|42.3|-71.1|35|X|Y|35|215");
     EXPECT_EQ(departure.runways[1].ident, "22R");
     EXPECT_EQ(lastAirportElevationText, "20");
-    EXPECT_EQ(navDatabase.searchResults.count, 0);
-    navDatabase.searchResults.count = 1;  // the place behind the results is used
-    EXPECT_THAT(Texts(navDatabase.searchResults), ElementsAre("KBOS||42.36|-71.01|APT||"));
 
     EXPECT_TRUE(LoadAirportDetail("KDEN", kArrivalSlot));
     EXPECT_EQ(airportSlots[kArrivalSlot].runways.size(), 20U);

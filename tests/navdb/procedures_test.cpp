@@ -171,7 +171,7 @@ TEST(Procedures, ListsOfferWhatFits) {
     EXPECT_EQ(ListApproaches("22L"),
               (std::vector<ApproachChoice>{{"ILS", "22L"}, {"RNAV", "22L"}, {"ILS", "22L"}}));
     EXPECT_EQ(ListApproaches(kNoChoice).size(), 5U);
-    EXPECT_EQ(ListApproachTransitions("RNAV", "22L"), (Texts{"PROVI", "WINNI"}));
+    EXPECT_EQ(ListApproachTransitions("RNAV", "22L"), Texts{"PROVI"});
     EXPECT_EQ(ListApproachTransitions("ILS", "22L"), Texts{"PROVI"});
     ListApproachTypes("22L", kNoChoice);
     EXPECT_EQ(arrival.approachGroups, (Texts{"ILS", "RNAV", "VORA"}));  // a text without a runway
