@@ -92,12 +92,17 @@ void TakeTypedText() {
 
 // In the crossing entry the arrows set the altitude and PREV and NEXT alone move the cursor.
 void HandleLegs(const UnitInput& input) {
+    PlanSelection& chosen = planBook.selections[static_cast<std::size_t>(PlanUnit::Compact)];
+    if (input.openedPage == 0 && chosen.plan == &activePlan && activePlan.Holds(chosen.index)) {
+        mcu.legs.row = chosen.index - 1;  // its entry may have moved
+    }
     if (LegCount() > 0) {
         TakeTypedText();
     }
     mcu.legs.Move(mcu.crossingEntry ? RowsToMove(input, kMcuListRows)
                                     : RowsToMoveWithArrows(input, kMcuListRows),
                   LegCount(), kMcuListRows);
+    chosen = {&activePlan, EntryAtCursor()};
     if (mcu.crossingEntry && LegCount() > 0) {
         StepMcuAltitude(input.arrowKey);
     }

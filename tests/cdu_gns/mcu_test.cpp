@@ -8,6 +8,7 @@
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "flightplan/plan_notation.h"
 #include "guidance/activation.h"
@@ -258,6 +259,18 @@ TEST_F(McuTest, LegsListStartsAtTheActiveLegAndScrolls) {
                                                 "OVERLONG   60 090", "KBBB       60 090"));
     EXPECT_EQ(unit.After("PREV*3")[1], ">|ABCDE      60 090");
     EXPECT_EQ(unit.After("NEXT*9")[4], ">|KBBB       60 090");
+}
+
+TEST_F(McuTest, TheLegAtTheCursorStaysWhenAnotherUnitChangesTheRoute) {
+    MakePlan();
+    EXPECT_EQ(unit.After("LEGS NEXT*2")[3], ">|OVERLONG   60 090");
+    PlanWaypoint inserted;
+    inserted.ident = "NEW";
+    inserted.longitude = 1.5;
+    EditActivePlan([&](FlightPlan& plan) { return InsertBetween(plan, 2, inserted); });
+    unit.Draw();
+    EXPECT_EQ(unit.Rows()[0], "LEGS:|    4/5");
+    EXPECT_THAT(unit.Rows(), Contains(">|OVERLONG   60 090"));
 }
 
 TEST_F(McuTest, CrossingAltitudeGoesToTheLegAtTheCursor) {
