@@ -12,6 +12,7 @@ folder's own first; a fault is found when a test fails, crashes or does not end.
 import argparse
 import collections
 import concurrent.futures
+import fcntl
 import glob
 import json
 import os
@@ -74,6 +75,7 @@ SWAPS = {' < ': ('<=', '>='), ' <= ': ('<', '>'), ' > ': ('>=', '<='), ' >= ': (
          ' % ': ('/',), ' & ': ('|',), ' | ': ('&',)}
 KINDS = {'<': 'comparison', '>': 'comparison', '=': 'comparison', '!': 'comparison',
          '&': 'logic', '|': 'logic'}
+SYMMETRIC = {'min', 'max', 'hypot', 'EqualsIgnoreCase', 'SmallerAngle'}  # in their arguments
 WORDS = {'true': 'false', 'false': 'true', 'min': 'max', 'max': 'min', 'floor': 'ceil',
          'sin': 'cos', 'cos': 'sin', 'break': 'continue'}
 OPENING = {'(': ')', '[': ']', '{': '}'}
@@ -122,6 +124,8 @@ class Places:
                 while (statement_end < len(self.tokens) - 1 and
                        self.tokens[statement_end].text not in ';{'):
                     statement_end = self.after(statement_end)
+            if token.text == 'StateReset' and self.tokens[index + 2].text == '(':
+                statement_end = self.partner[index + 2]  # there for the tests
             if index <= statement_end or token.text == '[[':
                 self.unchanged.add(index)
 
@@ -246,7 +250,7 @@ class Places:
             inner = self.text[token.end:self.tokens[close].start]
             if ';' not in inner and not re.search(r'\w[&*]* [&*]*\w+ = ', inner):
                 self.add(token.end, self.tokens[close].start, f'!({inner})', 'condition')
-        elif before not in ('for', 'switch', ')', 'else', 'min', 'max') and not any(
+        elif before not in SYMMETRIC | {'for', 'switch', ')', 'else'} and not any(
                 token.text == 'enum' for token in self.tokens[max(index - 6, 0):index]):
             self.at_arguments(index, close)
 
@@ -351,8 +355,8 @@ def run_test(program, timeout):
 class Tests:
     """The test programs and how to link each with one object of ours in front."""
 
-    def __init__(self):
-        self.links, self.baseline = {}, {}
+    def __init__(self, own_only):
+        self.own_only, self.links, self.baseline = own_only, {}, {}
         with open(os.path.join(BUILD, 'compile_commands.json'), encoding='utf-8') as file:
             self.compiles = {os.path.relpath(row['file'], ROOT): row for row in json.load(file)}
         listed = must(['ninja', '-C', BUILD, '-t', 'targets', 'all'], 'listing the targets')
@@ -367,7 +371,9 @@ class Tests:
     def that_link(self, source):
         """Programs whose link line names the source's library: its folder's own, then the fastest."""
         target = self.target_of(source)
-        own = 'test_' + os.path.basename(os.path.dirname(source))
+        own = 'test_' + target.removeprefix('avq1_')
+        if self.own_only and own in self.links:
+            return [own]
         return sorted((name for name, link in self.links.items() if f'lib{target}.a' in link),
                       key=lambda name: (name != own, self.baseline.get(name, 0)))
 
@@ -434,11 +440,21 @@ def sources_below(arguments):
     return sorted(path for path in set(listed.split()) if path.endswith('.cpp'))
 
 
-def prepare(arguments):
+def take_build_folder():
+    os.makedirs(BUILD, exist_ok=True)
+    lock = open(os.path.join(BUILD, 'lock'), 'w', encoding='utf-8')
+    try:
+        fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except BlockingIOError:
+        sys.exit('mutate: it runs already: one campaign at a time')
+    return lock
+
+
+def prepare(arguments, own_only=False):
     for left in glob.glob(os.path.join(BUILD, 'fault_*')):  # by a run that was stopped
         shutil.rmtree(left, ignore_errors=True)
     must(['cmake', '-G', 'Ninja', '-S', ROOT, '-B', BUILD] + CONFIGURE, 'configuring')
-    tests = Tests()
+    tests = Tests(own_only)
     sources = [path for path in sources_below(arguments)
                if path in tests.compiles and tests.that_link(path)]
     if not sources:
@@ -463,7 +479,7 @@ def faults_to_try(options, sources):
 
 
 def campaign(options):
-    tests, sources = prepare(options.paths)
+    tests, sources = prepare(options.paths, options.own)
     texts, faults, count = faults_to_try(options, sources)
     tried, survivors, not_built, begin = 0, [], 0, time.monotonic()
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
@@ -508,6 +524,8 @@ def read_options():
                         help='what to plant faults in; a number at the end is their count')
     parser.add_argument('--seed', default='1', help='other faults for another seed (default 1)')
     parser.add_argument('--jobs', type=int, default=os.cpu_count(), help='faults tried at a time')
+    parser.add_argument('--own', action='store_true',
+                        help="run only the test program of the changed file's own folder")
     parser.add_argument('--again', action='store_true',
                         help='try only what survived the last time')
     parser.add_argument('--verbose', action='store_true', help='tell what found each fault')
@@ -521,4 +539,6 @@ def read_options():
 if __name__ == '__main__':
     if not shutil.which('ninja'):
         sys.exit('mutate: ninja is missing: ./avq mutate installs what is needed')
-    campaign(read_options())
+    chosen = read_options()
+    with take_build_folder():
+        campaign(chosen)

@@ -193,6 +193,8 @@ TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
         EXPECT_EQ(FindNavaid(c.ident, c.kind, c.latitude), c.index)
             << c.ident << ' ' << c.kind << ' ' << c.latitude;
     }
+    BuildNavaidLetterIndex();
+    EXPECT_EQ(navDatabase.letterGroupCount, 4);
 }
 
 TEST_F(NavDatabaseTest, TheLetterIndexStopsAt74Groups) {

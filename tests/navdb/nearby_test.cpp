@@ -100,7 +100,7 @@ TEST_F(NearbyTest, NarrowsTheBuiltListFromWhereTheAircraftIsNow) {
     aircraft.latitude = 0;
     aircraft.longitude = 0;
     for (const Kind& kind : kKinds) {
-        for (double latitude : {2.9, 3.1, 3.3, 3.4, 9.9, 10.1}) {
+        for (double latitude : {2.99, 3.01, 3.33, 3.34, 9.99, 10.01}) {
             Add(*kind.source, latitude, 0);
         }
         kind.build({1, 2});  // the map's centre
@@ -115,11 +115,11 @@ TEST_F(NearbyTest, NarrowsTheBuiltListFromWhereTheAircraftIsNow) {
     EXPECT_EQ(entry.frequency, "113.40");
     EXPECT_EQ(entry.kind, PointKind::Navaid);
 
-    aircraft.latitude = 12;  // the record at 10.1 is near now but not in the built list
+    aircraft.latitude = 12;  // the record at 10.01 is near now but not in the built list
     NarrowNearbyNavaids();
     NarrowNearbyFixes();
     EXPECT_EQ(nearby.navaids180.points.count, 1);
-    EXPECT_EQ(nearby.navaids180.points[1].latitude, 9.9);
+    EXPECT_EQ(nearby.navaids180.points[1].latitude, 9.99);
     EXPECT_EQ(nearby.fixes200.reference.latitude, 12);
     EXPECT_EQ(nearby.fixes600.reference.latitude, 1);
 }

@@ -45,7 +45,10 @@ TEST(AircraftFile, NumbersFollowTheRulesOfTheirKeys) {
                 {[](const AircraftPerformance& p) { return 1.0 * p.holdLegMinutes; },
                  {{1.0, {"", "HoldLegMins=0", "HoldLegMins=none"}}, {1.5, {"HoldLegMins=1.5"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.engineThrust; },
-                 {{26, {"EngThrust=26"}}, {1000, {"EngThrust=1000"}}, {27, {"EngThrust=27300"}}}},
+                 {{26, {"EngThrust=26"}},
+                  {1000, {"EngThrust=1000"}},
+                  {27, {"EngThrust=27300"}},
+                  {1, {"EngThrust=1001"}}}},
                 {[](const AircraftPerformance& p) { return 1.0 * p.vnavSpeedDistanceNm; },
                  {{40, {"VnavSetSpdRestDist=40"}},
                   {25, {"VnavSetSpdRestDist=0", "VnavSetSpdRestDist=-5"}}}},
@@ -82,14 +85,24 @@ TEST(AircraftFile, DerivesMachAndTrueSpeedsAndReadsTheTablesItNames) {
     EXPECT_NEAR(performance.descentTas, 220 * 1.195, 1e-9);
     EXPECT_TRUE(performanceTables.climb.empty());
     folder.Write("avq/Aircraft/jet.cfg",
-                 "ClimbIas=280\nCruiseIas=290\nDescentIas=270\nClimbIasMax=310\nCruiseIasMin=240\n"
+                 "ClimbIas=280\nCruiseIas=290\nDescentIas=270\nClimbIasMin=210\nClimbIasMax=310\n"
+                 "CruiseIasMin=240\nCruiseIasMax=330\nDescentIasMin=220\nDescentIasMax=300\n"
                  "PerformanceData=my jet.per\n");
     folder.Write("avq/Aircraft/my jet.per", "[CLIMB]\n0 250 3000\n");
     LoadAircraftFile();
-    EXPECT_NEAR(performance.climbMachMax, 310 * 1.225 / 626.4402, 1e-6);
-    EXPECT_NEAR(performance.cruiseMachMin, 240 * 1.225 / 626.4402, 1e-6);
-    EXPECT_NEAR(performance.climbMach, 280 * 1.195 / 631.2244, 1e-6);
-    EXPECT_NEAR(performance.descentMach, 270 * 1.225 / 626.4402, 1e-6);
+    const std::pair<double AircraftPerformance::*, double> machs[] = {
+        {&AircraftPerformance::climbMachMin, 210 * 1.225 / 626.4402},
+        {&AircraftPerformance::climbMachMax, 310 * 1.225 / 626.4402},
+        {&AircraftPerformance::cruiseMachMin, 240 * 1.225 / 626.4402},
+        {&AircraftPerformance::cruiseMachMax, 330 * 1.225 / 626.4402},
+        {&AircraftPerformance::descentMachMin, 220 * 1.225 / 626.4402},
+        {&AircraftPerformance::descentMachMax, 300 * 1.225 / 626.4402},
+        {&AircraftPerformance::climbMach, 280 * 1.195 / 631.2244},
+        {&AircraftPerformance::cruiseMach, 290 * 1.225 / 626.4402},
+        {&AircraftPerformance::descentMach, 270 * 1.225 / 626.4402}};
+    for (const auto& [mach, expected] : machs) {
+        EXPECT_NEAR(performance.*mach, expected, 1e-6) << expected;
+    }
     EXPECT_NEAR(performance.climbTas, 334.6, 1e-9);
     EXPECT_NEAR(performance.descentTas, 322.65, 1e-9);
     EXPECT_EQ(performanceTables.climb.size(), 1U);

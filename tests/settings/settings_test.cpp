@@ -34,7 +34,7 @@ TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
                   {5.0, {"WptChgDist=4.5\nWptChgDist=5\n"}}}},
                 {[](const Settings& s) { return 1.0 * s.TcasVertRange; },
                  {{27, {"TcasVertRange=2700"}},
-                  {10, {"TcasVertRange=1099"}},
+                  {10, {"TcasVertRange=1000", "TcasVertRange=1099"}},
                   {140, {"TcasVertRange=900"}}}},
                 {[](const Settings& s) { return 1.0 * s.VnavSetSpd; },
                  {{2, {"VnavSetSpd=2"}}, {1, {"VnavSetSpd=0", "VnavSetSpd = 2"}}}},
@@ -55,7 +55,7 @@ TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
 
 TEST(Settings, TextsKeepTheirBlanks) {
     const Settings read = Read(
-        "flightplansfolder=D:\\Flight Plans 2\\\nParkingFile=my gates.txt\n"
+        "flightplansfolder=D:\\Flight Plans 2\\\nParkingFile=my*gates.txt\n"
         "weightunit=kgs\n");
     EXPECT_EQ(read.FlightPlansFolder, "D:\\Flight Plans 2\\");
     EXPECT_EQ(read.ParkingFile, "my gates.txt");

@@ -58,6 +58,7 @@ TEST_F(DataService, OpensOnlyWithAServiceItCanTrust) {
                   c.error == DsError::None ? DsError::NothingQueued : DsError::NotOpen);
         DsClose();
     }
+    EXPECT_EQ(service_.Written<std::uint16_t>(13066), 0x4B0) << "our version";
     service_.present = false;
     EXPECT_EQ(Open(), DsError::NoService);
     std::uint32_t word = 0;

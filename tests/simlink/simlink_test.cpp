@@ -31,20 +31,94 @@ TEST_F(SimlinkTest, SnapshotConvertsToTheUnitsOfItsFields) {
         double raw;
         double AircraftState::*field;
         double expected, tolerance;
-    } rows[] = {{71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
-                {72, 140737488355332, &AircraftState::longitude, 180.0, 1e-9},
-                {72, 211106232532992, &AircraftState::longitude, -90.0, 1e-9},
-                {72, 281474976700000, &AircraftState::longitude, -1.363e-8, 1e-10},  // just west
-                {551, 100 * 1.6878098571, &AircraftState::groundSpeedKt, 100.0, 1e-4},
-                {614, 100, &AircraftState::radioAltitudeFt, 328.08399, 1e-9},
-                {65, 5.08 * 256, &AircraftState::verticalSpeedFpm, 1000.0, 1e-3},
-                {109, 35000, &AircraftState::apAltitudeTargetFt, 35000, 0},
-                {344, 271, &AircraftState::windDirection, 271, 0}};
+    } rows[] = {
+        {71, -10001750, &AircraftState::latitude, -90.0, 1e-8},
+        {72, 140737488355332, &AircraftState::longitude, 180.0, 1e-9},
+        {72, 211106232532992, &AircraftState::longitude, -90.0, 1e-9},
+        {72, 281474976700000, &AircraftState::longitude, -1.363e-8, 1e-10},  // just west
+        {551, 100 * 1.6878098571, &AircraftState::groundSpeedKt, 100.0, 1e-4},
+        {614, 100, &AircraftState::radioAltitudeFt, 328.08399, 1e-9},
+        {65, 5.08 * 256, &AircraftState::verticalSpeedFpm, 1000.0, 1e-3},
+    };
     for (const auto& row : rows) {
         simulator.variables[row.variable] = row.raw;
         RefreshAircraftState();
         EXPECT_NEAR(aircraft.*row.field, row.expected, row.tolerance) << row.variable;
     }
+}
+
+// What every simulator of the family numbers alike and hands over in the field's own unit.
+TEST_F(SimlinkTest, EveryOtherVariableGoesToItsFieldAsItIs) {
+    using A = AircraftState;
+    const std::pair<std::int32_t, std::vector<double A::*>> rows[] = {
+        {1, {&A::tick}},
+        {3, {&A::clockHour}},
+        {4, {&A::clockMinute}},
+        {5, {&A::clockSecond, &A::clockSecondShown}},
+        {6, {&A::zuluHour}},
+        {7, {&A::zuluMinute}},
+        {20, {&A::adfActive}},
+        {31, {&A::nav1DmeNm}},
+        {32, {&A::nav1DmeSpeedKt}},
+        {35, {&A::nav2DmeNm}},
+        {39, {&A::adfRelativeBearing}},
+        {40, {&A::nav1CdiNeedle}},
+        {41, {&A::nav1GlideslopeNeedle}},
+        {45, {&A::nav1Course}},
+        {59, {&A::nav2RelativeBearing}},
+        {74, {&A::altitudeFt}},
+        {77, {&A::pitch}},
+        {80, {&A::bank}},
+        {81, {&A::headingMag}},
+        {82, {&A::magneticVariation}},
+        {86, {&A::trueHeading}},
+        {103, {&A::autopilotOn}},
+        {105, {&A::autopilotNav1Lock}},
+        {106, {&A::headingHoldOn}},
+        {107, {&A::apHeadingBug}},
+        {108, {&A::apAltitudeLockOn}},
+        {109, {&A::apAltitudeTargetFt}},
+        {112, {&A::approachHoldOn}},
+        {114, {&A::yawDamperOn}},
+        {115, {&A::apSpeed115}},
+        {116, {&A::apAirspeedTargetKt}},
+        {336, {&A::simRateRaw}},
+        {343, {&A::windSpeedKt}},
+        {344, {&A::windDirection}},
+        {354, {&A::markerBeacon}},
+        {550, {&A::nav1RelativeBearing}},
+        {793, {&A::flightDirectorPitch}},
+        {794, {&A::flightDirectorBank}},
+        {800, {&A::value800}}};
+    for (const auto& [variable, fields] : rows) {
+        simulator.variables[variable] = variable + 0.25;
+    }
+    RefreshAircraftState();
+    for (const auto& [variable, fields] : rows) {
+        for (double A::*const field : fields) {
+            EXPECT_EQ(aircraft.*field, variable + 0.25);
+        }
+    }
+}
+
+TEST_F(SimlinkTest, ValuesOfTheMomentAreReadByTheirNumbers) {
+    const std::pair<std::int32_t, double (*)()> numbers[] = {
+        {1, ReadTick}, {8, ReadUtcDayOfYear}, {9, ReadUtcYear}, {323, ReadParkingBrake}};
+    for (const auto& [variable, read] : numbers) {
+        simulator.variables[variable] = variable + 0.25;
+        EXPECT_EQ(read(), variable + 0.25);
+    }
+    const std::pair<std::int32_t, bool (*)()> flags[] = {{49, Nav1HasSignal},
+                                                         {58, Nav2HasSignal},
+                                                         {792, FlightDirectorOn},
+                                                         {852, HorizontalDeviationValid}};
+    for (const auto& [variable, read] : flags) {
+        EXPECT_FALSE(read()) << variable;
+        simulator.variables[variable] = 0.25;
+        EXPECT_TRUE(read()) << variable;
+    }
+    simulator.variables[46] = 0xC1;
+    EXPECT_EQ(ReadNavFlagWord(), 0xC1U);
 }
 
 TEST_F(SimlinkTest, AirspeedIsSmoothedAndAReadingThatIsNoNumberChangesNothing) {
