@@ -230,6 +230,27 @@ TEST_F(Nd, TheAltitudeArcLiesWhereTheAltitudeIsReached) {
     EXPECT_FALSE(shown(5, [] { aircraft.groundSpeedKt = kNan; }));
 }
 
+TEST_F(Nd, TheTrackLineLeansWithTheDrift) {
+    aircraft.headingMag = 10;
+    for (const double driftDeg : {-20.0, 25.0}) {
+        derived.driftDeg = driftDeg;
+        const auto picture = Draw(5, 3);
+        const auto whiteAt = [&](double turnDeg) {
+            int dashes = 0;
+            for (int radius = 60; radius < 100; ++radius) {
+                const double turn = turnDeg * kDegToRad;
+                dashes += HasColourNear(
+                    *picture, 3,
+                    {kArc.x + radius * std::sin(turn), kArc.y - radius * std::cos(turn)},
+                    colour::White);
+            }
+            return dashes;
+        };
+        EXPECT_GT(whiteAt(-driftDeg), 10);
+        EXPECT_EQ(whiteAt(driftDeg), 0);
+    }
+}
+
 TEST_F(Nd, TheAdfNeedlePointsAtItsBearing) {
     const auto needle = [](int mode, double inner) {
         return MeanDirection(*Draw(mode, 3), kFull, inner, 99, 3, colour::Blue);
