@@ -25,6 +25,12 @@ inline constexpr std::string_view kEmptyRow = "******";  // shown to type on; ne
 inline constexpr std::string_view kAirportType = "APT";
 inline constexpr std::string_view kPlanFullMessage = "FLIGHT PLAN FULL";
 
+// PlanWaypoint::altitudeConstraint: how `altitude` restricts the crossing.
+inline constexpr std::int32_t kNoCrossing = 0;
+inline constexpr std::int32_t kCrossAt = 1;
+inline constexpr std::int32_t kCrossAtOrAbove = 2;
+inline constexpr std::int32_t kCrossAtOrBelow = 3;
+
 struct PlanWaypoint {
     std::string ident;
     double latitude = 0;
@@ -39,7 +45,7 @@ struct PlanWaypoint {
     double speed = kUnset;     // knots
     double auxValue = -1;
     std::int32_t flyover = 0;
-    std::int32_t altitudeConstraint = 0;
+    std::int32_t altitudeConstraint = kNoCrossing;
     std::int32_t hasHold = 0;
     std::string frequency;  // as written in the database; empty unless a navaid
 };

@@ -42,19 +42,6 @@ void FlyActivePlan(std::int32_t index) {
     RequestUnitRedraw();
 }
 
-void TakeStoredCruiseAltitude() {
-    if (planBook.cruiseAltitudeFt > 0) {
-        vnav.cruiseAltitude = planBook.cruiseAltitudeFt;
-    }
-}
-
-void TakeStoredValues() {
-    TakeStoredCruiseAltitude();
-    if (OnGround()) {
-        RequestPlanFuel();
-    }
-}
-
 void CopyModifiedToActive() {
     RemovePlaceholders(modifiedPlan);
     activePlan = modifiedPlan;
@@ -88,11 +75,14 @@ void StartActivePlan() {
     guidance.pendingTurnSide = Side::None;
     guidance.directToTurn = GuidanceState{}.directToTurn;
     FlyActivePlan(kFirstWaypoint);
+    StartVerticalProfile();
 }
 
 void LoadPlanToActive(std::string_view fileName) {
     ReadPlanToActive(fileName);
-    TakeStoredValues();
+    if (OnGround()) {
+        RequestPlanFuel();
+    }
     CutMessages(kMessagesKept);
     if (activePlan.lastIndex >= 0 || planBook.entryNotice.empty()) {
         AppendMessage(
@@ -117,7 +107,9 @@ bool ActivateModifiedPlan() {
     nothingChosen.airport = procedureChoice.airport;
     procedureChoice = nothingChosen;
     planBook.reserveFuelInUse = planBook.reserveFuel;
-    TakeStoredValues();
+    if (OnGround()) {
+        RequestPlanFuel();
+    }
     LoadPlanAirports();
     StartActivePlan();
     return true;
@@ -131,9 +123,6 @@ bool ExecuteModification() {
     const std::string oldDestination =
         activePlan.lastIndex >= 0 ? activePlan.entries[activePlan.lastIndex].ident : "";
     CopyModifiedToActive();
-    if (isNewRoute) {
-        TakeStoredCruiseAltitude();
-    }
     if (isNewRoute || !activePlan.Holds(planBook.trackedIndex)) {
         StartActivePlan();
         return true;
@@ -144,6 +133,7 @@ bool ExecuteModification() {
         ForgetDestination();
     }
     FlyActivePlan(flown);
+    ReplanChangedRoute();
     return true;
 }
 
@@ -151,6 +141,7 @@ void FlyEditedPlan() {
     guidance.firstLegPrepared = 0;
     planBook.verticalTargetIndex = NextRestriction(activePlan, planBook.activeIndex);
     SetActiveWaypoint(planBook.activeIndex);
+    ReplanChangedRoute();
     RequestUnitRedraw();
 }
 
@@ -163,6 +154,7 @@ bool FlyDirectToEntry(std::int32_t index) {
     planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
     guidance.trackLeg = 0;
     FlyActivePlan(flown);
+    ReplanChangedRoute();
     return true;
 }
 

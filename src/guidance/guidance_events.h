@@ -17,6 +17,7 @@ enum class GuidanceEvent : std::int32_t {
     WaypointPassed,  // sequencing: guidance.passed... describe the passage
     TopOfClimb,      // vertical guidance: the climb is over, the cruise begins
     TopOfDescent,    // vertical guidance: the descent begins
+    BackToCruise,    // vertical guidance: a restriction of the descent was met and is kept
 };
 
 struct GuidanceReport {

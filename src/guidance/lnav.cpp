@@ -34,8 +34,6 @@ constexpr double kPassedNow = -1;  // a distance to go below every change distan
 constexpr double kArrivalStampSpeedKt = 65;
 constexpr double kDestinationNearNm = 25;
 constexpr double kDepartedNm = 8;
-constexpr std::int32_t kSpeedSuspended = 2;
-constexpr std::int32_t kNothingSent = -999;
 
 // Entries of an inserted approach carry another tag and change at the en-route distance.
 constexpr std::string_view kProcedureTags[] = {"SID", "STAR", "SIDSTAR", "APCH"};
@@ -85,7 +83,7 @@ void ApplyLastWaypointSettings() {
         return;
     }
     if (settings.VnavOffAtLastWpt == 1 && vnav.topOfClimbReached == 1) {
-        guidance.vnavEngaged = 0;
+        DisengageVnav("LAST WAYPOINT");
     }
     if (settings.LnavOffAtLastWpt == 1) {
         DisengageLnav();
@@ -171,22 +169,6 @@ void SetAltimeterAsSet() {
     }
 }
 
-void ToggleVnav() {
-    if (guidance.vnavEngaged == 1) {
-        guidance.vnavEngaged = 0;
-    } else if (HasActiveWaypoint()) {
-        vnav.targetValue = 0;
-        vnav.lastAltitudeSent = kNothingSent;
-        vnav.lastSpeedSent = kNothingSent;
-        guidance.vnavEngaged = 1;
-        vnav.restart = 1;
-        if (settings.VnavSetSpd == kSpeedSuspended) {
-            settings.VnavSetSpd = 1;
-        }
-    }
-    RequestUnitRedraw();
-}
-
 void StampArrivalTime() {
     const PlanWaypoint& entry = activePlan.entries[planBook.activeIndex];
     if (guidance.distanceToGoNm < guidance.waypointChangeDistanceNm && entry.ataText.empty() &&
@@ -229,11 +211,13 @@ void SequenceWaypoint() {
         RequestUnitRedraw();
         return;
     }
+    TargetOnPassing();
     RecordPassage();
     TrackPassage(activePlan.entries[planBook.activeIndex],
                  activePlan.entries[planBook.activeIndex + 1]);
     ++planBook.activeIndex;
     UpdateRouteDistance();
+    CommandOnPassing();
     ApplyLastWaypointSettings();
     StopAtDiscontinuity();
     if (guidance.lnavEngaged == 1) {

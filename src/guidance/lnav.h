@@ -27,9 +27,6 @@ void ToggleLnav();
 void TuneRadiosAsSet();
 void SetAltimeterAsSet();
 
-// Engages VNAV when there is an active waypoint, else disengages it.
-void ToggleVnav();
-
 // The autopilot's heading hold is engaged: it flies the heading bug.
 bool HeadingHoldEngaged();
 

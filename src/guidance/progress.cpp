@@ -1,15 +1,13 @@
 #include "guidance/progress.h"
 
-#include <array>
 #include <cmath>
 #include <cstdint>
 
-#include "base/module_state.h"
 #include "flightplan/flight_plan.h"
-#include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/active_leg.h"
 #include "guidance/guidance_state.h"
+#include "guidance/route_table.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 
@@ -50,35 +48,6 @@ double RealMinutes(double minutes) {
     return derived.simRate > 0 ? minutes / derived.simRate : 0;
 }
 
-// The active plan's legs as summed last: the great circles of a long route cost far more than a
-// frame has.
-struct RouteSums {
-    std::uint32_t revision = 0;                         // of the plan that was summed
-    std::array<double, kPlanCapacity> remainingNm{};    // from an entry with a position to the end
-    std::array<std::int32_t, kPlanCapacity> flownTo{};  // the nearest such entry from each one on
-    std::int32_t destination = 0;                       // the last such entry
-};
-
-RouteSums routeSums;
-const StateReset resetRouteSums([] { routeSums = {}; });
-
-// Entries behind the last one with a position are flown to as they are.
-void SumRoute() {
-    routeSums.revision = activePlan.revision;
-    const std::int32_t last = activePlan.lastIndex;
-    const std::int32_t lastPositioned = PositionedEntryBack(activePlan, last);
-    routeSums.destination = lastPositioned == kNoEntry ? last : lastPositioned;
-    std::int32_t ahead = kNoEntry;
-    for (std::int32_t i = last; i >= 0; --i) {
-        ahead = HasPosition(activePlan.entries[i]) ? i : ahead;
-        routeSums.flownTo[i] = ahead == kNoEntry ? i : ahead;
-        routeSums.remainingNm[i] = 0;
-    }
-    for (const RouteLeg& leg : RouteLegs(activePlan, last, 0)) {
-        routeSums.remainingNm[leg.from] = leg.walkedNm;
-    }
-}
-
 }  // namespace
 
 void UpdateRouteDistance() {
@@ -88,14 +57,14 @@ void UpdateRouteDistance() {
         progress.destinationBearingMag = 0;
         return;
     }
-    if (routeSums.revision != activePlan.revision) {
-        SumRoute();
-    }
-    const std::int32_t first = routeSums.flownTo[planBook.activeIndex];
+    const RouteTable& route = ActiveRoute();
+    const std::int32_t first = route.flownTo[planBook.activeIndex];
     const PlanWaypoint& next = activePlan.entries[first];
-    const PlanWaypoint& destination = activePlan.entries[routeSums.destination];
+    const PlanWaypoint& destination =
+        activePlan.entries[route.last >= 0 ? route.last : activePlan.lastIndex];
     GreatCircle direct = FromAircraft({next.latitude, next.longitude});
-    progress.routeDistanceToDestination = direct.distanceNm + routeSums.remainingNm[first];
+    progress.routeDistanceToDestination =
+        direct.distanceNm + (route.LengthNm() - route.alongNm[first]);
     if (&destination != &next) {
         DistanceAndCourse(aircraft.latitude, aircraft.longitude, destination.latitude,
                           destination.longitude, direct.distanceNm, direct.courseTrue);

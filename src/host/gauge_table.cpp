@@ -16,6 +16,7 @@
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/vnav.h"
 #include "host/bitmaps.h"
 #include "host/mouse_table.h"
 #include "platform/services.h"

@@ -78,7 +78,7 @@ void AdvanceDisplayTimers() {
 }
 
 void FlyActivePlan() {
-    TargetOnPassing();
+    ReplanChangedRoute();
     StampArrivalTime();
     PrepareFirstLeg();
     ApplyPassedWaypointRule();
@@ -153,6 +153,7 @@ void UpdateFrame() {
     guidance.lastTick = tick;
     AdvanceDisplayTimers();
     UpdateDerivedState();
+    ReadBackCommands();
     ApplyTopOfDescentActions();
     if (HasActiveWaypoint()) {
         FlyActivePlan();

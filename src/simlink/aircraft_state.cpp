@@ -195,6 +195,8 @@ const StateReset resetAircraftState([] {
 
 void RefreshAircraftState() {
     lost.count = 0;
+    aircraft.previousApAirspeedTargetKt = aircraft.apAirspeedTargetKt;
+    aircraft.previousApAltitudeTargetFt = aircraft.apAltitudeTargetFt;
     for (const SnapshotRow& row : kSnapshot) {
         RefreshField(row);
     }

@@ -31,6 +31,8 @@ struct AircraftState {
     double apHeadingBug = 0;  // magnetic
     double apAirspeedTargetKt = 0;
     double apAltitudeTargetFt = 0;
+    double previousApAirspeedTargetKt = 0;  // in the snapshot before
+    double previousApAltitudeTargetFt = 0;
     double latitude = 33.6229;     // north positive
     double longitude = -111.9104;  // east positive
     double adfActive = 0;          // 1 or more: the ADF pointer is shown

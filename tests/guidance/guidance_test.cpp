@@ -189,11 +189,13 @@ TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
     settings.LnavSetEnRouteFreqs = 1;
     ToggleLnav();
     EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
-    vnav.lastAltitudeSent = 5000;
-    vnav.lastSpeedSent = 250;
+    vnav.altitude = {1, -999, 5000, 5000};
+    vnav.speed = {1, -999, 250, 250};
+    vnav.lastVsSent = 1500;
     ToggleVnav();
-    EXPECT_THAT((std::array{vnav.lastAltitudeSent, vnav.lastSpeedSent, vnav.restart}),
-                ElementsAre(-999, -999, 1));
+    EXPECT_THAT((std::array{vnav.altitude.last, vnav.speed.last, vnav.lastVsSent, vnav.altitude.set,
+                            vnav.speed.set, vnav.forceSpeed}),
+                ElementsAre(-999, -999, -999, 0, 0, 1));
 }
 
 TEST_F(GuidanceTest, PassageKeepsFuelInTheUnitAskedFor) {

@@ -1,0 +1,180 @@
+#include <algorithm>
+#include <cmath>
+
+#include "base/messages.h"
+#include "base/text.h"
+#include "geometry/geometry.h"
+#include "guidance/guidance_state.h"
+#include "guidance/vnav/flown.h"
+#include "settings/aircraft_performance.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/key_events.h"
+
+namespace avq1 {
+namespace {
+
+constexpr std::int32_t kSpeedSuspended = 2;
+constexpr double kLeastRestrictionKt = 50;  // a speed at or below it is none
+
+struct SpeedRange {
+    double least;
+    double greatest;
+};
+
+// What the aircraft may be asked to fly.
+SpeedRange AircraftSpeeds() {
+    const AircraftPerformance& p = performance;
+    return {std::min({p.climbIasMin, p.cruiseIasMin, p.descentIasMin, p.minVnavIas}),
+            std::max({p.climbIasMax, p.cruiseIasMax, p.descentIasMax})};
+}
+
+// A speed of the aircraft's file that holds below an altitude; a speed or altitude of 0 is none.
+double Restrict(double speedKt, double limitKt, double belowFt) {
+    const bool holds = limitKt > 0 && aircraft.altitudeFt < belowFt && speedKt > limitKt;
+    return holds ? limitKt : speedKt;
+}
+
+double RestrictClimb(double speedKt) {
+    return Restrict(speedKt, performance.climbSpeedRestriction,
+                    performance.climbRestrictionAltitude);
+}
+
+double RestrictDescent(double speedKt) {
+    return Restrict(speedKt, performance.descentSpeedRestriction,
+                    performance.descentRestrictionAltitude);
+}
+
+bool IsConstrained(const PlanWaypoint& entry) {
+    return entry.altitudeConstraint != 0;
+}
+
+double DescentSpeed() {
+    const PlanWaypoint& entry = ActiveWaypoint();
+    if (!IsConstrained(entry) || !(guidance.distanceToGoNm > 0)) {
+        return RestrictDescent(performance.descentIas);
+    }
+    if (entry.speed < performance.descentIas) {
+        performance.descentIas = performance.cruiseIas = static_cast<std::int32_t>(entry.speed);
+    }
+    return RestrictDescent(entry.speed);
+}
+
+double ClimbSpeed() {
+    const PlanWaypoint& entry = ActiveWaypoint();
+    if (IsConstrained(entry)) {
+        const double speedKt = RestrictClimb(entry.speed);
+        vnav.climbRestrictionActive = speedKt < entry.speed ? 1 : vnav.climbRestrictionActive;
+        return speedKt;
+    }
+    const PlanWaypoint& target = activePlan.entries[planBook.verticalTargetIndex];
+    if (IsConstrained(target) && vnav.targetIsEntry != 0 && target.speed > kLeastRestrictionKt) {
+        return RestrictClimb(target.speed);
+    }
+    const double climbIas = SpeedsOf(performance).climbIas;
+    const double speedKt = RestrictClimb(climbIas);
+    vnav.climbRestrictionActive = speedKt < climbIas ? 1 : vnav.climbRestrictionActive;
+    return speedKt;
+}
+
+double CruiseSpeed() {
+    const PlanWaypoint& entry = ActiveWaypoint();
+    const bool near = ActiveRoute().alongNm[planBook.verticalTargetIndex] - AircraftAlongNm() <
+                      performance.vnavSpeedDistanceNm;
+    return IsConstrained(entry) && near ? entry.speed : performance.cruiseIas;
+}
+
+double ScheduledSpeed() {
+    switch (vnav.Phase()) {
+        case VerticalPhase::Descent:
+            return DescentSpeed();
+        case VerticalPhase::Climb:
+            return ClimbSpeed();
+        case VerticalPhase::Cruise:
+            break;
+    }
+    return CruiseSpeed();
+}
+
+bool PilotTurnedSpeed() {
+    return settings.VnavSetSpd == 1 && settings.VnavSetSpdOffOnManSpdChg == 1 &&
+           guidance.vnavEngaged == 1 &&
+           TurnedByPilot(vnav.speed, aircraft.apAirspeedTargetKt,
+                         aircraft.previousApAirspeedTargetKt);
+}
+
+void EndClimbRestriction() {
+    if (vnav.Phase() == VerticalPhase::Climb && vnav.climbRestrictionActive == 1 &&
+        aircraft.altitudeFt > performance.climbRestrictionAltitude && CommandsSpeed()) {
+        const PlanWaypoint& entry = ActiveWaypoint();
+        const bool constrained = IsConstrained(entry) && entry.speed > kLeastRestrictionKt;
+        SendSpeed(constrained ? entry.speed : SpeedsOf(performance).climbIas);
+        vnav.climbRestrictionActive = 0;
+    }
+}
+
+void BeginDescentRestriction() {
+    const double limitKt = performance.descentSpeedRestriction;
+    if (vnav.Phase() == VerticalPhase::Descent && limitKt > 0 &&
+        aircraft.altitudeFt < performance.descentRestrictionAltitude &&
+        limitKt < aircraft.apAirspeedTargetKt && vnav.descentRestrictionDone == 0 &&
+        CommandsSpeed()) {
+        SendSpeed(limitKt);
+        vnav.descentRestrictionDone = 1;
+    }
+}
+
+void ApplyRestrictionDistance() {
+    if (guidance.distanceToGoNm < performance.vnavSpeedDistanceNm && guidance.vnavEngaged == 1 &&
+        vnav.Phase() == VerticalPhase::Descent && IsConstrained(ActiveWaypoint()) &&
+        vnav.restrictionDistanceLatch == 0) {
+        vnav.speed.set = 0;
+        vnav.restrictionDistanceLatch = 1;
+    }
+}
+
+}  // namespace
+
+bool PlanIsFlown() {
+    return planBook.status >= RouteStatus::Active;
+}
+
+bool CommandsSpeed() {
+    return guidance.vnavEngaged == 1 && PlanIsFlown() && settings.VnavSetSpd == 1;
+}
+
+void SendSpeed(double indicatedKt) {
+    const SpeedRange range = AircraftSpeeds();
+    if (!std::isfinite(indicatedKt) || range.least > range.greatest) {
+        return;
+    }
+    vnav.speed.last =
+        static_cast<std::int32_t>(std::clamp(indicatedKt, range.least, range.greatest));
+    SendKeyEvent(KeyEvent::AirspeedSet, vnav.speed.last);
+    vnav.speed.tick = TruncateToInteger(aircraft.tick);
+}
+
+void ApplySpeedRestrictions() {
+    BeginDescentRestriction();
+    EndClimbRestriction();
+    ApplyRestrictionDistance();
+}
+
+void CommandSpeed() {
+    if (PilotTurnedSpeed()) {
+        settings.VnavSetSpd = kSpeedSuspended;
+        AppendMessage("VNAV SPEED OFF - SPEED CHANGED");
+    }
+    const bool near = guidance.distanceToGoNm < performance.vnavSpeedDistanceNm;
+    if ((!near && vnav.forceSpeed == 0) || !HasActiveWaypoint() || vnav.speed.set == 1 ||
+        !CommandsSpeed()) {
+        return;
+    }
+    const PlanWaypoint& entry = ActiveWaypoint();
+    vnav.speed.set = 1;
+    if (entry.altitude != kUnset && entry.speed != kUnset) {
+        SendSpeed(ScheduledSpeed());
+    }
+}
+
+}  // namespace avq1
