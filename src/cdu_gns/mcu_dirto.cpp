@@ -4,8 +4,6 @@
 
 #include "base/module_state.h"
 #include "cdu_gns/mcu_pages.h"
-#include "flightplan/flight_plan.h"
-#include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
 #include "guidance/activation.h"

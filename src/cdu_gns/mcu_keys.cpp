@@ -5,7 +5,6 @@
 #include "cdu_gns/mcu.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/flight_plan.h"
-#include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
@@ -40,10 +39,9 @@ void PressDirto(const KeyClick&) {
 
 // A hold at the active waypoint on the leg's own course, to be flown on reaching it.
 void HoldAtActiveWaypoint() {
-    const std::int32_t fix = planBook.activeIndex;
     HoldPattern hold = NewHold();
     hold.inboundCourseMag = guidance.desiredTrackMag;
-    if (HoldAt(activePlan, fix, hold)) {
+    if (HoldAt(activePlan, planBook.activeIndex, hold)) {
         holdFlight = {};
         holdFlight.holdActive = 1;
     }

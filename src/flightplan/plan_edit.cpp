@@ -113,16 +113,6 @@ bool IsDirectEntry(const PlanWaypoint& entry) {
     return entry.ident == kDirectEntry && entry.type == kPilotPointType;
 }
 
-// Only the first hold is flown, so they stand in the list as they stand in the route.
-void AddHold(std::int32_t HoldPattern::*planIndex, const HoldPattern& hold) {
-    std::int32_t number = ++holdList.count;
-    while (number > 1 && holdList.holds[number - 1].*planIndex > hold.*planIndex) {
-        holdList.holds[number] = holdList.holds[number - 1];
-        --number;
-    }
-    holdList.holds[number] = hold;
-}
-
 }  // namespace
 
 std::string_view PlanTypeOf(PointKind kind) {
@@ -363,16 +353,15 @@ void DirectToPoint(FlightPlan& plan, PlanWaypoint chosen, bool keepsArrival,
 
 bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold) {
     if (&plan == &previewPlan || index < 1 || !plan.Holds(index) ||
-        !HasPosition(plan.entries[index]) || plan.entries[index].hasHold != 0 ||
-        holdList.count >= kHoldCapacity) {
+        !HasPosition(plan.entries[index]) || plan.entries[index].hasHold != 0) {
         return false;
     }
     const PlanWaypoint& fix = plan.entries[index];
     hold.corners[0] = {fix.latitude, fix.longitude, fix.ident};
-    const auto planIndex =
-        IsActivePlan(plan) ? &HoldPattern::fixIndex : &HoldPattern::pendingFixIndex;
-    hold.*planIndex = index;
-    AddHold(planIndex, hold);
+    (IsActivePlan(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
+    if (!AddHold(hold)) {
+        return false;
+    }
     plan.Edit(index).hasHold = 1;
     NoteEdit(plan);
     return true;

@@ -78,8 +78,8 @@ bool DirectTo(FlightPlan& plan, std::int32_t index, const LatLon& presentPositio
 void DirectToPoint(FlightPlan& plan, PlanWaypoint chosen, bool keepsArrival,
                    const LatLon& presentPosition);
 
-// Plans the hold at an entry with a position, in the order of the route. Refused where one is
-// planned already, when the list is full, and in the preview plan.
+// Plans the hold at an entry with a position. Refused where one is planned already, when the list
+// is full, and in the preview plan.
 bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold);
 
 struct Crossing {

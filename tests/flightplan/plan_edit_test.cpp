@@ -297,16 +297,6 @@ TEST_F(PlanEdit, CrossingsAreSetAndTakenAway) {
     }
 }
 
-TEST_F(PlanEdit, HoldsStandInTheOrderOfTheRoute) {
-    SetPlan(activePlan, "KJFK >AAA BBB CCC KBOS");
-    for (const std::int32_t index : {3, 1, 2}) {
-        ASSERT_TRUE(HoldAt(activePlan, index, NewHold()));
-    }
-    for (std::int32_t number = 1; number <= 3; ++number) {
-        EXPECT_EQ(holdList.holds[number].fixIndex, number);
-    }
-}
-
 TEST_F(PlanEdit, RouteViewGathersAirways) {
     const std::pair<const char*, const char*> cases[] = {
         {"KJFK AAA J1 BBB J1 CCC J2 DDD EEE KBOS", "AAA:DIRECT CCC:J1 DDD:J2 EEE:DIRECT "},
