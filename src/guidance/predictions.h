@@ -38,6 +38,15 @@ struct Predictions {
     double cruiseAltitudeFt = 0;                        // 0 = none: altitudes stay as they are
 };
 
+// The wind the pilot has entered for the cruise: the present one turns into it along the way.
+struct ForecastWind {
+    bool entered = false;
+    double directionTrue = 0;
+    double speedKt = 0;
+};
+
+extern ForecastWind forecastWind;
+
 // Of the active plan, from the aircraft through the active waypoint on.
 const Predictions& ActivePredictions();
 

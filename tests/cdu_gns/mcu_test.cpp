@@ -280,9 +280,10 @@ TEST_F(McuTest, CrossingAltitudeGoesToTheLegAtTheCursor) {
     unit.Press("ENTER");
     EXPECT_EQ(activePlan.entries[3].altitude, 5500);
     EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 1);
-    EXPECT_EQ(activePlan.entries[2].altitude, 8000);
+    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, 0);
+    EXPECT_EQ(planBook.verticalTargetIndex, 3);
     unit.Press("CROSS NEXT*2 ENTER");
-    EXPECT_EQ(activePlan.entries[3].altitude, kUnset);
+    EXPECT_EQ(planBook.verticalTargetIndex, 4);
     EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 0);
 }
 

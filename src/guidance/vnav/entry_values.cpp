@@ -21,6 +21,8 @@ struct ProfileWalk {
     PlannedProfile& profile;
     EntryValues& values;
     bool climbing = false;
+    std::int32_t nextIndex = 0;  // the restriction the walk comes to next; 0 = not yet looked for
+    const PlanWaypoint* next = nullptr;
 
     double GrowthFt(double legNm) const {
         const PlanningSpeeds& speeds = input.speeds;
@@ -47,18 +49,24 @@ struct ProfileWalk {
         }
     }
 
-    // The restriction the walk comes to next, beyond `index`.
-    const PlanWaypoint* NextConstrained(std::int32_t index) const {
+    // The restriction the walk comes to next, beyond `index`; it is looked for once.
+    const PlanWaypoint* NextConstrained(std::int32_t index) {
         const std::int32_t step = climbing ? 1 : -1;
-        for (std::int32_t i = index + step; i > 0 && i < input.route->last; i += step) {
-            if (profile.targets[i] && BelongsToClimb(*input.route, i) == climbing) {
-                return &input.Entry(i);
+        if (nextIndex != 0 && (next == nullptr || (nextIndex - index) * step > 0)) {
+            return next;
+        }
+        next = nullptr;
+        nextIndex = index + step;
+        for (; nextIndex > 0 && nextIndex < input.route->last; nextIndex += step) {
+            if (profile.targets[nextIndex] && BelongsToClimb(*input.route, nextIndex) == climbing) {
+                next = &input.Entry(nextIndex);
+                break;
             }
         }
-        return nullptr;
+        return next;
     }
 
-    double SpeedAt(std::int32_t index, const PlanWaypoint* next, double altitudeFt) const {
+    double SpeedAt(std::int32_t index, double altitudeFt) const {
         const double side = climbing ? input.speeds.climbIas : from.descentIas;
         const double own = input.Entry(index).speed;
         double speed = side;
@@ -81,7 +89,7 @@ struct ProfileWalk {
         if (profile.targets[index]) {
             runningFt = input.Entry(index).altitude;
         }
-        const PlanWaypoint* next = NextConstrained(index);
+        NextConstrained(index);
         double altitudeFt = runningFt;
         if (!profile.targets[index]) {
             altitudeFt =
@@ -92,7 +100,7 @@ struct ProfileWalk {
         }
         if (altitudeFt < values.altitude[index]) {
             values.altitude[index] = altitudeFt;
-            values.speed[index] = SpeedAt(index, next, altitudeFt);
+            values.speed[index] = SpeedAt(index, altitudeFt);
         }
         return true;
     }
@@ -146,6 +154,15 @@ void WalkProfile(const PlanningInput& input, const AircraftPerformance& from,
         ProfileWalk climb{input, from, profile, values, true};
         WalkSide(climb, EntryAltitude(plan, 0));
     }
+}
+
+EntryValues PlanOnPaper(const PlanningInput& input, const AircraftPerformance& from,
+                        double cruiseAltitude, PlannedProfile& profile) {
+    EntryValues values;
+    profile.cruiseAltitude = static_cast<std::int32_t>(cruiseAltitude);
+    WalkProfile(input, from, profile, values);
+    PlaceMarks(input, cruiseAltitude, profile);
+    return values;
 }
 
 }  // namespace avq1

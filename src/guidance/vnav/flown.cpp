@@ -184,10 +184,7 @@ bool PlanVerticalProfile(double cruiseAltitude, std::int32_t fillEntries) {
         return false;
     }
     PlannedProfile planned;
-    planned.cruiseAltitude = static_cast<std::int32_t>(cruiseFt);
-    EntryValues values;
-    WalkProfile(input, performance, planned, values);
-    PlaceMarks(input, cruiseFt, planned);
+    const EntryValues values = PlanOnPaper(input, performance, cruiseFt, planned);
     static_cast<PlannedProfile&>(vnav) = planned;
     performance.cruiseMach = IndicatedToMach(performance.cruiseIas, cruiseFt);
     if (fillEntries == 1) {

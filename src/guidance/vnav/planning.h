@@ -91,4 +91,8 @@ struct EntryValues {
 void WalkProfile(const PlanningInput& input, const AircraftPerformance& from,
                  PlannedProfile& profile, EntryValues& values);
 
+// Targets and marks for a cruise altitude above 0; returns what the entries are passed at.
+EntryValues PlanOnPaper(const PlanningInput& input, const AircraftPerformance& from,
+                        double cruiseAltitude, PlannedProfile& profile);
+
 }  // namespace avq1

@@ -6,75 +6,327 @@
 #include "base/module_state.h"
 #include "flightplan/route_walk.h"
 #include "guidance/guidance_state.h"
+#include "guidance/vnav.h"
+#include "guidance/vnav/flight_path.h"
+#include "guidance/vnav/flight_values.h"
+#include "guidance/vnav/flown.h"
+#include "guidance/vnav/table_optimum.h"
+#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/sim_variables.h"
 
 namespace avq1 {
+
+ForecastWind forecastWind;
+
 namespace {
 
-constexpr double kMovingGroundSpeedKt = 25;
 constexpr double kMinutesPerDay = 1440;
+constexpr double kRefreshS = 5;
+constexpr double kSecondsPerDay = 86400;
+constexpr double kStepNm = 10;
+constexpr double kLeastStepNm = 1e-6;
+constexpr double kLeastRestrictionKt = 50;
 
-Predictions active;
-Predictions modified;
+// What a prediction was made from.
+struct MadeFrom {
+    std::uint32_t revision = 0;
+    std::int32_t activeIndex = kNoWaypoint;
+    std::int32_t cruiseAltitude = 0;
+    VerticalPhase phase = VerticalPhase::Climb;
+    double second = -kRefreshS;  // of the day
+
+    bool operator==(const MadeFrom& other) const {
+        return revision == other.revision && activeIndex == other.activeIndex &&
+               cruiseAltitude == other.cruiseAltitude && phase == other.phase &&
+               std::fabs(second - other.second) < kRefreshS;
+    }
+};
+
+struct Predicted {
+    Predictions values;
+    MadeFrom from;
+};
+
+Predicted active;
+Predicted modified;
+FlightExperience experience;
+RouteTable modifiedRoute;
 const StateReset resetPredictions([] {
     active = {};
     modified = {};
+    experience = {};
+    forecastWind = {};
+    modifiedRoute = {};
 });
 
-double TimeOfDay(double hour, double minute, double later) {
-    return PositiveModulo(hour * 60 + minute + later, kMinutesPerDay);
+double SecondOfDay() {
+    return std::fmod((aircraft.clockHour * 60 + aircraft.clockMinute) * 60 + aircraft.clockSecond,
+                     kSecondsPerDay);
 }
 
-// At the present speed, altitude and fuel flow.
-PredictedPoint PointAhead(const PlanWaypoint& entry, double distanceNm) {
-    PredictedPoint point;
-    point.known = aircraft.groundSpeedKt > kMovingGroundSpeedKt;
-    if (!point.known) {
+double TimeOfDay(double hour, double minute, double second, double laterMinutes) {
+    return PositiveModulo(hour * 60 + minute + second / 60 + laterMinutes, kMinutesPerDay);
+}
+
+// Flies a path on paper, leg by leg.
+class PaperFlight {
+  public:
+    PaperFlight(const PlanningInput& input, const FlightPath& path, VerticalPhase phase,
+                const AircraftPerformance& from)
+        : input_(input),
+          path_(path),
+          from_(from),
+          phase_(phase),
+          alongNm_(input.at.alongNm),
+          fuelLb_(FuelOnBoard()),
+          descentIas_(from.descentIas),
+          ias_(SpeedOf(phase)) {}
+
+    void Fly(Predictions& predictions) {
+        const RouteTable& route = *input_.route;
+        predictions.topOfClimb.known = false;
+        for (std::int32_t i = input_.at.flownTo; i <= route.last; ++i) {
+            const PlanWaypoint& entry = input_.Entry(i);
+            if (!HasPosition(entry)) {
+                continue;
+            }
+            FlyTo(i, predictions);
+            predictions.entries[i] = Here({entry.latitude, entry.longitude});
+            predictions.destination = predictions.entries[i];
+        }
+    }
+
+  private:
+    double SpeedOf(VerticalPhase phase) const {
+        return phase == VerticalPhase::Climb     ? input_.speeds.climbIas
+               : phase == VerticalPhase::Descent ? descentIas_
+                                                 : from_.cruiseIas;
+    }
+
+    // As the speed schedule has it: a restriction's speed towards it, from the distance on at which
+    // speeds are commanded.
+    double IndicatedTowards(const PlanWaypoint& entry, double toGoNm, double altitudeFt) {
+        double speed = SpeedOf(phase_);
+        const bool restricted = entry.altitudeConstraint != 0 && entry.speed > kLeastRestrictionKt;
+        if (restricted && toGoNm <= from_.vnavSpeedDistanceNm) {
+            speed = entry.speed;
+            if (phase_ == VerticalPhase::Descent) {
+                descentIas_ = std::min(descentIas_, speed);
+            }
+        }
+        const bool descending = phase_ == VerticalPhase::Descent;
+        const double limit =
+            descending ? from_.descentSpeedRestriction : from_.climbSpeedRestriction;
+        const double below =
+            descending ? from_.descentRestrictionAltitude : from_.climbRestrictionAltitude;
+        return limit > 0 && altitudeFt < below ? std::min(speed, limit) : speed;
+    }
+
+    // The next place where something changes, at most a step ahead.
+    double NextStop(double endNm, double toGoNm) {
+        double stop = std::min(endNm, alongNm_ + kStepNm);
+        while (node_ < path_.count && path_.nodes[node_].alongNm <= alongNm_ + kLeastStepNm) {
+            ++node_;
+        }
+        if (node_ < path_.count) {
+            stop = std::min(stop, path_.nodes[node_].alongNm);
+        }
+        if (toGoNm > from_.vnavSpeedDistanceNm) {
+            stop = std::min(stop, endNm - from_.vnavSpeedDistanceNm);
+        }
+        return std::max(stop, std::min(endNm, alongNm_ + kLeastStepNm));
+    }
+
+    void ChoosePhase(double lowFt, double highFt) {
+        if (highFt < lowFt - 1) {
+            phase_ = VerticalPhase::Descent;
+        } else if (phase_ == VerticalPhase::Climb && path_.topOfClimbNm >= 0 &&
+                   alongNm_ >= path_.topOfClimbNm - kLeastStepNm) {
+            phase_ = VerticalPhase::Cruise;
+        }
+    }
+
+    void FlyTo(std::int32_t index, Predictions& predictions) {
+        const RouteTable& route = *input_.route;
+        const PlanWaypoint& entry = input_.Entry(index);
+        const double endNm = route.alongNm[index];
+        while (alongNm_ < endNm) {
+            Mark(path_.topOfClimbNm, predictions.topOfClimb);
+            Mark(path_.topOfDescentNm, predictions.topOfDescent);
+            const double stop = NextStop(endNm, endNm - alongNm_);
+            const double beforeFt = AltitudeNow(alongNm_);
+            const double afterFt = AltitudeNow(stop);
+            ChoosePhase(beforeFt, afterFt);
+            Advance(entry, stop, endNm, (beforeFt + afterFt) / 2, afterFt < beforeFt - 1);
+        }
+    }
+
+    void Mark(double markNm, PredictedPoint& point) {
+        if (markNm >= 0 && !point.known && alongNm_ >= markNm - kLeastStepNm &&
+            markNm >= input_.at.alongNm) {
+            point = Here(PointAlong(*input_.route, input_.at, markNm));
+        }
+    }
+
+    double AltitudeNow(double alongNm) const { return path_.AltitudeAt(alongNm); }
+
+    void Advance(const PlanWaypoint& entry, double stopNm, double endNm, double middleFt,
+                 bool descending) {
+        ias_ = IndicatedTowards(entry, endNm - alongNm_, middleFt);
+        const double trueKt = TrueAirspeedKt(experience, ias_, middleFt);
+        groundKt_ = GroundSpeedKt(trueKt, CourseTo(entry), alongNm_ - input_.at.alongNm);
+        const double minutes = (stopNm - alongNm_) / groundKt_ * 60;
+        const VerticalPhase burning =
+            phase_ == VerticalPhase::Descent && !descending ? VerticalPhase::Cruise : phase_;
+        fuelLb_ -= FuelFlowPph(experience, burning, middleFt) * minutes / 60;
+        minutes_ += minutes;
+        alongNm_ = stopNm;
+    }
+
+    // From the entry before it, or from the aircraft.
+    double CourseTo(const PlanWaypoint& entry) {
+        if (courseEntry_ != &entry) {
+            courseEntry_ = &entry;
+            double distanceNm = 0;
+            DistanceAndCourse(from_position_.latitude, from_position_.longitude, entry.latitude,
+                              entry.longitude, distanceNm, courseTrue_);
+            from_position_ = {entry.latitude, entry.longitude};
+        }
+        return courseTrue_;
+    }
+
+    PredictedPoint Here(const LatLon& position) const {
+        PredictedPoint point;
+        point.known = true;
+        point.distanceNm = std::max(alongNm_ - input_.at.alongNm, 0.0);
+        point.minutes = minutes_;
+        point.clockMinutes =
+            TimeOfDay(aircraft.clockHour, aircraft.clockMinute, aircraft.clockSecond, minutes_);
+        point.zuluMinutes =
+            TimeOfDay(aircraft.zuluHour, aircraft.zuluMinute, aircraft.clockSecond, minutes_);
+        point.altitudeFt = AltitudeNow(alongNm_);
+        point.speedKt = ias_;
+        point.groundSpeedKt = groundKt_;
+        point.fuelLb = std::max(fuelLb_, 0.0);
+        point.position = position;
         return point;
     }
-    point.distanceNm = distanceNm;
-    point.minutes = distanceNm / aircraft.groundSpeedKt * 60;
-    point.clockMinutes = TimeOfDay(aircraft.clockHour, aircraft.clockMinute, point.minutes);
-    point.zuluMinutes = TimeOfDay(aircraft.zuluHour, aircraft.zuluMinute, point.minutes);
-    point.altitudeFt = entry.altitude != kUnset ? entry.altitude : aircraft.altitudeFt;
-    point.speedKt = entry.speed > 0 ? entry.speed : aircraft.indicatedAirspeedKt;
-    point.groundSpeedKt = aircraft.groundSpeedKt;
-    point.fuelLb = std::max(0.0, FuelOnBoard() - TotalFuelFlow() * point.minutes / 60);
-    point.position = {entry.latitude, entry.longitude};
-    return point;
+
+    const PlanningInput& input_;
+    const FlightPath& path_;
+    const AircraftPerformance& from_;
+    VerticalPhase phase_;
+    double alongNm_;
+    double minutes_ = 0;
+    double fuelLb_;
+    double descentIas_;
+    double ias_;
+    double groundKt_ = aircraft.groundSpeedKt;
+    double courseTrue_ = 0;
+    const PlanWaypoint* courseEntry_ = nullptr;
+    LatLon from_position_ = input_.at.position;
+    std::size_t node_ = 0;
+};
+
+// The ground speed a climb is flown at: towards the entry flown to.
+struct ClimbContext {
+    const PlanningInput& input;
+    const AircraftPerformance& from;
+    double courseTrue;
+};
+
+double ClimbGroundSpeed(const void* context, double altitudeFt) {
+    const auto& climb = *static_cast<const ClimbContext*>(context);
+    double speed = climb.input.speeds.climbIas;
+    if (climb.from.climbSpeedRestriction > 0 && altitudeFt < climb.from.climbRestrictionAltitude) {
+        speed = std::min(speed, climb.from.climbSpeedRestriction);
+    }
+    return GroundSpeedKt(TrueAirspeedKt(experience, speed, altitudeFt), climb.courseTrue, 0);
 }
 
-void Predict(const FlightPlan& plan, std::int32_t flownTo, Predictions& predictions) {
+// Without a profile: at the present altitude and speed.
+FlightPath LevelPath(const PlanningInput& input) {
+    FlightPath path;
+    path.Add(input.at.alongNm, input.altitudeFt);
+    return path;
+}
+
+void Predict(const PlanningInput& input, const PlannedProfile& profile, VerticalPhase phase,
+             std::int32_t targetIndex, const AircraftPerformance& from, Predictions& predictions) {
     predictions = {};
-    const std::int32_t first = PositionedEntryFrom(plan, flownTo);
-    if (flownTo == kNoWaypoint || first == kNoEntry) {
+    if (input.at.flownTo == kNoWaypoint || !std::isfinite(input.altitudeFt + input.at.toEntryNm)) {
         return;
     }
-    const PlanWaypoint& next = plan.entries[first];
-    const double toFirstNm =
-        GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, next.latitude, next.longitude);
-    predictions.entries[first] = PointAhead(next, toFirstNm);
-    predictions.destination = predictions.entries[first];
-    for (const RouteLeg& leg : RouteLegs(plan, first, plan.lastIndex)) {
-        predictions.entries[leg.to] = PointAhead(plan.entries[leg.to], toFirstNm + leg.walkedNm);
-        predictions.destination = predictions.entries[leg.to];
-    }
+    predictions.cruiseAltitudeFt = profile.cruiseAltitude;
+    const PlanWaypoint& next = input.Entry(input.at.flownTo);
+    ClimbContext context{input, from, 0};
+    double distanceNm = 0;
+    DistanceAndCourse(input.at.position.latitude, input.at.position.longitude, next.latitude,
+                      next.longitude, distanceNm, context.courseTrue);
+    const bool planned = profile.cruiseAltitude > 0 && input.speeds.AreUsable();
+    const FlightPath path = planned
+                                ? BuildFlightPath(input, profile, phase, targetIndex,
+                                                  settings.WptChgDist, {ClimbGroundSpeed, &context})
+                                : LevelPath(input);
+    PaperFlight(input, path, planned ? phase : VerticalPhase::Cruise, from).Fly(predictions);
+}
+
+MadeFrom PresentOf(const FlightPlan& plan, std::int32_t activeIndex) {
+    return {plan.revision, activeIndex, vnav.cruiseAltitude, vnav.Phase(), SecondOfDay()};
 }
 
 }  // namespace
 
 const Predictions& ActivePredictions() {
-    return active;
+    return active.values;
 }
 
 const Predictions& ModifiedPredictions() {
-    Predict(modifiedPlan, planBook.trackedIndex, modified);
-    return modified;
+    const MadeFrom now = PresentOf(modifiedPlan, planBook.trackedIndex);
+    if (now == modified.from) {
+        return modified.values;
+    }
+    modified.from = now;
+    MeasureRoute(modifiedPlan, modifiedRoute);
+    const std::int32_t flownTo =
+        modifiedPlan.Holds(planBook.trackedIndex) ? planBook.trackedIndex : kFirstWaypoint;
+    AircraftPerformance from = performance;
+    PlanningInput input = FlownInput();
+    input.route = &modifiedRoute;
+    input.activeIndex = flownTo;
+    input.at = FindRoutePosition(modifiedRoute, flownTo, {aircraft.latitude, aircraft.longitude});
+    PlannedProfile profile;
+    if (input.at.flownTo != kNoWaypoint && input.speeds.AreUsable()) {
+        double cruiseFt = vnav.cruiseAltitude > 0 ? vnav.cruiseAltitude : planBook.cruiseAltitudeFt;
+        if (cruiseFt == 0) {
+            cruiseFt = OptimumFromTables(input, performanceTables, from);
+        }
+        if (cruiseFt == 0) {
+            cruiseFt = ChooseCruiseAltitude(input, from.maxCruiseAltitude);
+        }
+        if (cruiseFt > 0) {
+            PlanOnPaper(input, from, cruiseFt, profile);
+        }
+    }
+    Predict(input, profile, vnav.Phase(), flownTo, from, modified.values);
+    return modified.values;
 }
 
 void RefreshPredictions() {
-    Predict(activePlan, HasActiveWaypoint() ? planBook.activeIndex : kNoWaypoint, active);
+    const std::int32_t flownTo = HasActiveWaypoint() ? planBook.activeIndex : kNoWaypoint;
+    const MadeFrom now = PresentOf(activePlan, flownTo);
+    if (now == active.from) {
+        return;
+    }
+    active.from = now;
+    LearnFlight(experience, vnav.Phase());
+    if (flownTo == kNoWaypoint) {
+        active.values = {};
+        return;
+    }
+    Predict(FlownInput(), vnav, vnav.Phase(), planBook.verticalTargetIndex, performance,
+            active.values);
 }
 
 }  // namespace avq1

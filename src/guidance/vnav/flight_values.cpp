@@ -1,0 +1,133 @@
+#include "guidance/vnav/flight_values.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "geometry/geometry.h"
+#include "guidance/predictions.h"
+#include "settings/airspeed.h"
+#include "settings/performance_tables.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kFlyingKt = 80;
+constexpr double kShortfallKt = 3;  // slower than told: the aircraft has reached a limit
+constexpr double kSettledKt = 0.5;  // gained since the last note
+constexpr double kWindDecayNm = 150;
+constexpr double kTropopauseFt = 36089;
+constexpr double kNewShare = 0.3;  // of a reading in what has been learned
+
+double DensityRatio(double altitudeFt) {
+    const double theta = 1 - 6.8756e-6 * std::min(altitudeFt, kTropopauseFt);
+    const double below = std::pow(theta, 4.2559);
+    return altitudeFt <= kTropopauseFt ? below
+                                       : below * std::exp((kTropopauseFt - altitudeFt) / 20806);
+}
+
+double StandardTas(double indicatedKt, double altitudeFt) {
+    return indicatedKt / std::sqrt(DensityRatio(altitudeFt));
+}
+
+// Between the rows of a table in which altitudes rise.
+template <typename Row, typename Flow>
+double FlowBetween(const std::vector<Row>& rows, double altitudeFt, const Flow& flow) {
+    if (rows.empty()) {
+        return 0;
+    }
+    const auto above = std::find_if(rows.begin(), rows.end(),
+                                    [&](const Row& row) { return row.altitudeFt > altitudeFt; });
+    if (above == rows.begin() || above == rows.end()) {
+        return flow(above == rows.end() ? rows.back() : rows.front());
+    }
+    const Row& below = *(above - 1);
+    const double share = (altitudeFt - below.altitudeFt) / (above->altitudeFt - below.altitudeFt);
+    return flow(below) + share * (flow(*above) - flow(below));
+}
+
+// Of the middle weight: the ratio that is learned takes care of the others.
+template <typename Row>
+double MiddleFlow(const Row& row) {
+    const auto middle = static_cast<std::size_t>(std::max(row.fuelFlowCount - 1, 0) / 2);
+    return row.fuelFlowCount > 0 ? row.fuelFlow[middle] : 0;
+}
+
+double TableFlow(VerticalPhase phase, double altitudeFt) {
+    switch (phase) {
+        case VerticalPhase::Climb:
+            return FlowBetween(performanceTables.climb, altitudeFt, MiddleFlow<ClimbRow>);
+        case VerticalPhase::Descent:
+            return FlowBetween(performanceTables.descent, altitudeFt,
+                               [](const DescentRow& row) { return row.fuelFlow; });
+        case VerticalPhase::Cruise:
+            break;
+    }
+    return FlowBetween(performanceTables.cruise, altitudeFt, MiddleFlow<CruiseRow>);
+}
+
+void Blend(double& learned, double reading) {
+    learned += kNewShare * (reading - learned);
+}
+
+// An aircraft that stays below the speed it was told to fly has reached its limit.
+void LearnLimit(FlightExperience& experience, double trueKt) {
+    const double gainKt = aircraft.indicatedAirspeedKt - experience.indicatedKt;
+    const bool settled = experience.targetKt == aircraft.apAirspeedTargetKt &&
+                         gainKt < kSettledKt && gainKt > -kShortfallKt;
+    if (settled && aircraft.apSpeed115 == 1.0 &&
+        aircraft.apAirspeedTargetKt - aircraft.indicatedAirspeedKt > kShortfallKt) {
+        experience.machLimit =
+            trueKt / SpeedOfSoundKt(std::min(aircraft.altitudeFt, kTropopauseFt));
+    }
+    experience.indicatedKt = aircraft.indicatedAirspeedKt;
+    experience.targetKt = aircraft.apAirspeedTargetKt;
+}
+
+}  // namespace
+
+void LearnFlight(FlightExperience& experience, VerticalPhase phase) {
+    const double indicatedKt = aircraft.indicatedAirspeedKt;
+    const double trueKt = derived.trueAirspeedEstimateKt;
+    const double flow = TotalFuelFlow();
+    if (!(indicatedKt > kFlyingKt) || !(trueKt > kFlyingKt)) {
+        return;
+    }
+    experience.altitudeFt = aircraft.altitudeFt;
+    Blend(experience.airspeedRatio,
+          std::clamp(trueKt / StandardTas(indicatedKt, aircraft.altitudeFt), 0.7, 1.2));
+    LearnLimit(experience, trueKt);
+    if (flow > 0) {
+        experience.fuelFlowPph = flow;
+        const double table = TableFlow(phase, aircraft.altitudeFt);
+        Blend(experience.fuelRatio, table > 0 ? std::clamp(flow / table, 0.1, 10.0) : 1);
+    }
+}
+
+double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, double altitudeFt) {
+    const double share =
+        experience.altitudeFt > 0 ? std::min(altitudeFt / experience.altitudeFt, 1.0) : 1;
+    const double ratio = 1 + (experience.airspeedRatio - 1) * share;
+    const double limit = experience.machLimit * SpeedOfSoundKt(std::min(altitudeFt, kTropopauseFt));
+    return std::min(StandardTas(indicatedKt, altitudeFt) * ratio, limit);
+}
+
+double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm) {
+    const double present =
+        forecastWind.entered ? std::exp(-std::max(aheadNm, 0.0) / kWindDecayNm) : 1;
+    const double now = (aircraft.windDirection - courseTrue) * kDegToRad;
+    const double then = (forecastWind.directionTrue - courseTrue) * kDegToRad;
+    const double head = present * aircraft.windSpeedKt * std::cos(now) +
+                        (1 - present) * forecastWind.speedKt * std::cos(then);
+    const double cross = present * aircraft.windSpeedKt * std::sin(now) +
+                         (1 - present) * forecastWind.speedKt * std::sin(then);
+    return std::max(std::sqrt(std::max(trueKt * trueKt - cross * cross, 0.0)) - head, 1.0);
+}
+
+double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt) {
+    const double table = TableFlow(phase, altitudeFt);
+    return table > 0 ? table * experience.fuelRatio : experience.fuelFlowPph;
+}
+
+}  // namespace avq1

@@ -1,0 +1,33 @@
+// guidance/vnav/flight_values.h - how fast the aircraft flies and how much it burns, as its file
+// and tables say and as it has shown in this flight.
+//
+// Speeds kt, altitudes feet, fuel flows pounds an hour, winds kt and degrees true.
+#pragma once
+
+#include "guidance/vnav/profile.h"
+
+namespace avq1 {
+
+// What this flight has shown so far.
+struct FlightExperience {
+    double airspeedRatio = 1;  // true airspeed to that of the standard atmosphere
+    double machLimit = 99;     // beyond it the aircraft did not fly the speed it was told to
+    double fuelRatio = 1;      // fuel flow to that of the tables
+    double fuelFlowPph = 0;    // 0 = not yet seen
+    double altitudeFt = 0;     // where the ratios were seen
+    double indicatedKt = 0;    // at the last note, with the autopilot's target
+    double targetKt = 0;
+};
+
+// Takes note of the aircraft as it is now; called every few seconds.
+void LearnFlight(FlightExperience& experience, VerticalPhase phase);
+
+double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, double altitudeFt);
+
+// Ground speed on a true course `aheadNm` from here: the present wind, decaying to the cruise wind
+// where one is entered. At least 1 kt.
+double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm);
+
+double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt);
+
+}  // namespace avq1
