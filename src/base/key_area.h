@@ -13,7 +13,8 @@ namespace avq1 {
 struct KeyClick;
 
 // Runs when the area is clicked, on the panel thread; the click says which row it was. A control
-// unit's actions only change its state, the work is done at the next draw; others act at once.
+// unit's page and entry keys only change its state, the work is done at the next draw; others act
+// at once.
 using KeyAction = void (*)(const KeyClick& click);
 
 // What the bezel painter draws for the area.

@@ -62,9 +62,12 @@ UnitText ClockTenthsText(double hours) {
 
 UnitText AltitudeText(double altitudeFt, double transitionAltitudeFt) {
     UnitText text = Dashes(kAltitudeWidth);
+    if (!std::isfinite(altitudeFt)) {
+        return text;
+    }
     if (altitudeFt > transitionAltitudeFt) {
         text.Put("FL%03.0f", altitudeFt / kFeetPerFlightLevel);
-    } else if (std::isfinite(altitudeFt)) {
+    } else {
         text.Put("%5.0f", altitudeFt);
     }
     return text;

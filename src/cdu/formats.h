@@ -1,7 +1,7 @@
 // cdu/formats.h - how the units write values that several pages show.
 //
 // Each of these rounds once, to what it shows, so that a value never reads "60" minutes or "000"
-// degrees. A value that is not finite is written as dashes of the field's width.
+// degrees. A text of a value that is not finite is dashes of the field's width.
 #pragma once
 
 #include "cdu/unit_text.h"

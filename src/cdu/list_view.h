@@ -1,7 +1,7 @@
 // cdu/list_view.h - a list longer than the screen: one cursor, one pager.
 //
-// Rows are counted from 0, pages from 1. A list may shrink while it is shown: every call brings
-// cursor and first row back inside it.
+// Rows are counted from 0, pages from 1. A list may shrink while it is shown: Move brings cursor
+// and first row back inside it.
 #pragma once
 
 #include <algorithm>
@@ -18,6 +18,9 @@ struct ListView {
     // Moves the cursor within 0..count-1 and scrolls so that it stays among the shown rows.
     void Move(std::int32_t rows, std::int32_t count, std::int32_t shownRows) {
         row = std::clamp(row + rows, 0, std::max(count - 1, 0));
+        if (first > count - 1) {  // the list has become shorter
+            first = std::max(count - shownRows, 0);
+        }
         first = std::clamp(first, std::max(row - shownRows + 1, 0), row);
     }
 

@@ -33,9 +33,7 @@ const PageRow* PageShown(const CduUnit& unit) {
 
 // Each press is handed over exactly once.
 UnitInput TakeInput(CduState& state) {
-    const UnitInput input = std::exchange(state.input, {});
-    state.input.lineKey = std::exchange(state.lineKeyRepost, 0);
-    return input;
+    return std::exchange(state.input, {});
 }
 
 void PressLine(const CduUnit& unit, const PageRow& page, std::int32_t line) {
@@ -65,6 +63,9 @@ void HandleKeys(const CduUnit& unit) {
     PressLine(unit, *page, input.lineKey);
     if (input.enterPressed || (input.entryComplete && page->keyboardEnters)) {
         PressLine(unit, *page, kEnterLine);
+    }
+    if (unit.state.lineKeyRepost != 0) {
+        unit.state.input.lineKey = std::exchange(unit.state.lineKeyRepost, 0);
     }
 }
 

@@ -37,8 +37,10 @@ struct McuState : CduState {
     ListView legs;                 // LEGS: row 0 is entry 1 of the active plan
     ListView candidates;           // DIRTO
     std::string entryText;
-    std::string secondEntryText;  // LEGS
-    std::string takenText;        // LEGS: as much of it as has taken effect
+    std::string secondEntryText;            // LEGS
+    std::string takenText;                  // LEGS: as much of it as has taken effect
+    std::int32_t altitudeBeforeTyping = 0;  // LEGS: what the arrows had set
+    bool typingEnded = false;               // by this draw's ENTER
 };
 
 extern McuState mcu;

@@ -23,6 +23,7 @@ bool TypingIsShown() {
 }
 
 void HandleApt(const UnitInput& input) {
+    mcu.typingEnded = input.entryComplete;
     mcu.runways.Move(RowsToMoveWithArrows(input, kMcuListRows), RunwayCount(), kMcuListRows);
 }
 
@@ -38,8 +39,9 @@ EntryResult TakeTypedAirport(const FieldRow&, std::string_view ident) {
     return EntryResult::Accepted;
 }
 
+// ENTER with nothing typed ends the typing and no more: the runways were not on the screen.
 EntryResult TogglePatternRunway(const FieldRow&) {
-    if (RunwayCount() == 0) {
+    if (RunwayCount() == 0 || mcu.typingEnded) {
         return EntryResult::None;
     }
     const std::int32_t offset = mcu.runways.row - planAirports.selectedRunway;

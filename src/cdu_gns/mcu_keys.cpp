@@ -5,8 +5,8 @@
 #include "cdu_gns/mcu.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/flight_plan.h"
-#include "flightplan/plan_edit.h"
 #include "guidance/guidance_state.h"
+#include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/keyboard.h"
@@ -37,19 +37,8 @@ void PressDirto(const KeyClick&) {
     ShowPage(kMcuDirto);
 }
 
-// A hold at the active waypoint on the leg's own course, to be flown on reaching it.
-void HoldAtActiveWaypoint() {
-    HoldPattern hold = NewHold();
-    hold.inboundCourseMag = guidance.desiredTrackMag;
-    if (HoldAt(activePlan, planBook.activeIndex, hold)) {
-        holdFlight = {};
-        holdFlight.holdActive = 1;
-    }
-}
-
 void PressHold(const KeyClick&) {
-    if (guidance.lnavEngaged != 0 && holdFlight.holdActive == 0 && holdList.count == 0 &&
-        HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex)) {
+    if (guidance.lnavEngaged != 0 && holdFlight.holdActive == 0 && holdList.count == 0) {
         HoldAtActiveWaypoint();
     }
     RequestUnitRedraw();
@@ -106,6 +95,7 @@ void PressEdit(const KeyClick&) {
     if (mcu.editing != 0) {
         EndMcuEditing();
         McuTypedText().clear();
+        mcu.takenText.clear();  // what it has done stays
     } else if (McuPageTakesText()) {
         mcu.editing = 1;
         StartKeyboardEntry(kMcuKeyboard);

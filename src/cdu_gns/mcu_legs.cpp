@@ -83,7 +83,13 @@ void TakeTypedText() {
         return;
     }
     if (mcu.crossingEntry) {
+        if (mcu.takenText.empty()) {
+            mcu.altitudeBeforeTyping = mcu.newAltitude;
+        }
         TakeTypedAltitude();
+        if (mcu.secondEntryText.empty()) {
+            mcu.newAltitude = mcu.altitudeBeforeTyping;
+        }
     } else if (!mcu.secondEntryText.empty()) {
         FindTypedLeg();
     }
@@ -108,15 +114,15 @@ void HandleLegs(const UnitInput& input) {
     }
 }
 
-// An altitude of 0 takes the constraint away.
+// An altitude of 0 takes the constraint away. A gap has no crossing: the entry stays open.
 EntryResult SetCrossingAltitude(const FieldRow&) {
     const double altitudeFt = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
-    EditActivePlan([&](FlightPlan& plan) {
+    const bool set = EditActivePlan([&](FlightPlan& plan) {
         const std::int32_t index = EntryAtCursor();
         return SetCrossing(plan, index, {altitudeFt, plan.entries[index].speed});
     });
-    mcu.crossingEntry = false;
-    return EntryResult::Accepted;
+    mcu.crossingEntry = !set;
+    return set ? EntryResult::Accepted : EntryResult::InvalidEntry;
 }
 
 EntryResult SetTypedCrossing(const FieldRow& field, std::string_view) {
@@ -128,7 +134,12 @@ bool CrossingIsSet(const FieldRow&) {
 }
 
 void ShowCrossing(const FieldRow&, UnitText& text) {
-    if (KeyboardMessage.empty()) {
+    if (!KeyboardMessage.empty()) {
+        return;
+    }
+    if (!HasPosition(activePlan.entries[EntryAtCursor()])) {
+        text.Set("> No crossing at a gap");
+    } else {
         text.Put("> Cross %s At %d", activePlan.entries[EntryAtCursor()].ident.c_str(),
                  mcu.newAltitude);
     }

@@ -90,9 +90,13 @@ void DeleteHold(std::int32_t fixIndex) {
     if (number == 0) {
         return;
     }
+    const std::int32_t pendingFixIndex = holdList.holds[number].pendingFixIndex;
     RemoveRecord(number);
     if (activePlan.Holds(fixIndex)) {
         activePlan.Edit(fixIndex).hasHold = 0;
+    }
+    if (pendingFixIndex > 0 && modifiedPlan.Holds(pendingFixIndex)) {
+        modifiedPlan.Edit(pendingFixIndex).hasHold = 0;
     }
 }
 
@@ -155,13 +159,11 @@ void CopyHoldsToPending() {
 }
 
 void ExecutePendingHolds() {
-    RemoveRecordsIf([](const HoldPattern& hold) { return hold.pendingFixIndex == kHoldRemoved; });
+    RemoveRecordsIf([](const HoldPattern& hold) { return hold.pendingFixIndex <= 0; });
     for (std::int32_t i = 1; i <= holdList.count; ++i) {
         HoldPattern& hold = holdList.holds[i];
-        if (hold.pendingFixIndex > 0) {
-            hold.fixIndex = hold.pendingFixIndex;
-            hold.pendingFixIndex = 0;
-        }
+        hold.fixIndex = hold.pendingFixIndex;
+        hold.pendingFixIndex = 0;
     }
 }
 

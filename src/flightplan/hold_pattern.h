@@ -91,7 +91,8 @@ void RenumberHolds(std::int32_t from, std::int32_t to);
 void RenumberPendingHolds(std::int32_t from, std::int32_t to);
 // A modification starts anew from the active plan; holds that only the old one had are dropped.
 void CopyHoldsToPending();
-// Every positive pendingFixIndex becomes the fixIndex and is cleared; removed holds go.
+// Every positive pendingFixIndex becomes the fixIndex and is cleared. Holds that the modified plan
+// does not have go with the plan they belonged to.
 void ExecutePendingHolds();
 
 }  // namespace avq1

@@ -113,6 +113,20 @@ bool IsDirectEntry(const PlanWaypoint& entry) {
     return entry.ident == kDirectEntry && entry.type == kPilotPointType;
 }
 
+// Where an entry of the active plan stands in a modified plan that began as a copy of it; a hold
+// planned meanwhile is in both. kNoWaypoint where it has been taken out or has a hold there.
+std::int32_t IndexInModification(const PlanWaypoint& entry) {
+    if (planBook.trackedIndex == kNoWaypoint) {
+        return kNoWaypoint;
+    }
+    for (std::int32_t i = 1; i <= modifiedPlan.lastIndex; ++i) {
+        if (IsSamePoint(modifiedPlan.entries[i], entry) && modifiedPlan.entries[i].hasHold == 0) {
+            return i;
+        }
+    }
+    return kNoWaypoint;
+}
+
 }  // namespace
 
 std::string_view PlanTypeOf(PointKind kind) {
@@ -359,10 +373,17 @@ bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold) {
     const PlanWaypoint& fix = plan.entries[index];
     hold.corners[0] = {fix.latitude, fix.longitude, fix.ident};
     (IsActivePlan(plan) ? hold.fixIndex : hold.pendingFixIndex) = index;
+    const std::int32_t twin = IsActivePlan(plan) ? IndexInModification(fix) : kNoWaypoint;
+    if (twin != kNoWaypoint) {
+        hold.pendingFixIndex = twin;
+    }
     if (!AddHold(hold)) {
         return false;
     }
     plan.Edit(index).hasHold = 1;
+    if (twin != kNoWaypoint) {
+        modifiedPlan.Edit(twin).hasHold = 1;
+    }
     NoteEdit(plan);
     return true;
 }

@@ -110,7 +110,7 @@ void ResolveEntry(const FlightPlan& plan, std::string_view text, SearchCategory 
                   SearchResults& results);
 
 // 0 -> 1 -> 2 -> 3 -> 4 -> 3; the step 0 -> 1 on the ground takes the plan's reserve fuel into
-// use and asks for the flight log's start.
+// use and asks for its fuel to be loaded when the setting says so.
 void AdvanceRouteStatus();
 
 // The active plan's waypoint was passed and the next one is flown. A modified plan that tracks the

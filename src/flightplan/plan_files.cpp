@@ -155,7 +155,7 @@ void LoadPlan(std::string_view fileName) {
         planBook.editIndex = kNoWaypoint;
         return;
     }
-    planBook.editIndex = modifiedPlan.lastIndex;
+    planBook.editIndex = NextEntryPlace(modifiedPlan);
     planBook.originIdent = modifiedPlan.entries[0].ident;
     planBook.destinationIdent = modifiedPlan.entries[modifiedPlan.lastIndex].ident;
     LoadPlanAirportDetail(planBook.originIdent, kDepartureSlot);

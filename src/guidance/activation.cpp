@@ -29,7 +29,7 @@ void ForgetDestination() {
 }
 
 // What follows whenever another plan is active from now on, flown to entry `index`.
-void FlyActivePlan(std::int32_t index) {
+void FlyFrom(std::int32_t index) {
     guidance.firstLegPrepared = 0;
     planBook.status = RouteStatus::Active;
     SetActiveWaypoint(index);
@@ -74,7 +74,7 @@ void StartActivePlan() {
     guidance.trackLeg = 0;
     guidance.pendingTurnSide = Side::None;
     guidance.directToTurn = GuidanceState{}.directToTurn;
-    FlyActivePlan(kFirstWaypoint);
+    FlyFrom(kFirstWaypoint);
     StartVerticalProfile();
 }
 
@@ -120,8 +120,7 @@ bool ExecuteModification() {
     if ((!isNewRoute && planBook.status != RouteStatus::Modified) || modifiedPlan.lastIndex < 0) {
         return false;
     }
-    const std::string oldDestination =
-        activePlan.lastIndex >= 0 ? activePlan.entries[activePlan.lastIndex].ident : "";
+    const std::string oldDestination(ActiveDestination());
     CopyModifiedToActive();
     if (isNewRoute || !activePlan.Holds(planBook.trackedIndex)) {
         StartActivePlan();
@@ -129,16 +128,25 @@ bool ExecuteModification() {
     }
     const std::int32_t flown = std::max(planBook.trackedIndex, kFirstWaypoint);
     planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
-    if (activePlan.entries[activePlan.lastIndex].ident != oldDestination) {
+    if (ActiveDestination() != oldDestination) {
         ForgetDestination();
     }
-    FlyActivePlan(flown);
+    FlyFrom(flown);
     ReplanChangedRoute();
     return true;
 }
 
-void FlyEditedPlan() {
+std::string_view ActiveDestination() {
+    return activePlan.lastIndex >= 0
+               ? std::string_view(activePlan.entries[activePlan.lastIndex].ident)
+               : std::string_view{};
+}
+
+void FlyEditedPlan(std::string_view oldDestination) {
     guidance.firstLegPrepared = 0;
+    if (ActiveDestination() != oldDestination) {
+        ForgetDestination();
+    }
     planBook.verticalTargetIndex = NextRestriction(activePlan, planBook.activeIndex);
     SetActiveWaypoint(planBook.activeIndex);
     ReplanChangedRoute();
@@ -153,7 +161,7 @@ bool FlyDirectToEntry(std::int32_t index) {
     CopyModifiedToActive();
     planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
     guidance.trackLeg = 0;
-    FlyActivePlan(flown);
+    FlyFrom(flown);
     ReplanChangedRoute();
     return true;
 }

@@ -1,12 +1,13 @@
 // guidance/activation.h - making a plan, or a change of it, the one that is flown.
 //
-// However a plan becomes the active one, the same step ends it (StartActivePlan): the waypoint
-// flown to is made active afresh, radios are tuned and the altimeter is set when the settings say
-// so, and the listeners are told. Units never write planBook.activeIndex. Altitudes are feet, fuel
+// However a plan becomes the active one, the same step ends it: the waypoint flown to is made
+// active afresh, radios are tuned and the altimeter is set when the settings say so, and the
+// listeners are told. Units never write planBook.activeIndex. Altitudes are feet, fuel
 // the simulator's weight units, as in the plan.
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "base/redraw.h"
@@ -34,16 +35,20 @@ bool ExecuteModification();
 void StartActivePlan();
 
 // What an edit of the active plan leads to: its flown entry on a leg that may have changed, the
-// descent aimed at the next restriction.
-void FlyEditedPlan();
+// descent aimed at the next restriction; another destination than the old one is read anew.
+void FlyEditedPlan(std::string_view oldDestination);
+
+// The identifier of the active plan's last entry; empty without one.
+std::string_view ActiveDestination();
 
 // Runs an edit, bool(FlightPlan&), on the active plan. False, and nothing changed, when it refuses.
 template <typename Edit>
 bool EditActivePlan(Edit&& edit) {
+    const std::string oldDestination(ActiveDestination());
     if (!edit(activePlan)) {
         return false;
     }
-    FlyEditedPlan();
+    FlyEditedPlan(oldDestination);
     return true;
 }
 

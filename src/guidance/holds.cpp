@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "flightplan/hold_pattern.h"
+#include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
@@ -176,6 +177,17 @@ void BuildAndFlyHold() {
     if (guidance.lnavEngaged == 1) {
         FlyHold(hold);
     }
+}
+
+bool HoldAtActiveWaypoint() {
+    HoldPattern hold = NewHold();
+    hold.inboundCourseMag = guidance.desiredTrackMag;
+    if (!HasActiveWaypoint() || !HoldAt(activePlan, planBook.activeIndex, hold)) {
+        return false;
+    }
+    holdFlight = {};
+    holdFlight.holdActive = 1;
+    return true;
 }
 
 void DeletePassedHolds() {

@@ -20,6 +20,11 @@ bool HoldBeingFlown();
 // Lays out the first hold's corners and, with LNAV engaged, steers from corner to corner.
 void BuildAndFlyHold();
 
+// Plans a hold at the active waypoint on the leg's own course, to be flown on reaching it. False,
+// and nothing changed, without such a waypoint, with a hold there already, and when the list is
+// full.
+bool HoldAtActiveWaypoint();
+
 // Deletes every hold whose fix lies before the active waypoint.
 void DeletePassedHolds();
 

@@ -5,6 +5,7 @@
 
 #include "base/module_state.h"
 #include "base/panel_windows.h"
+#include "base/redraw.h"
 #include "base/sim_folder.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/plan_files.h"
@@ -159,13 +160,16 @@ void Kill(const GaugeBehaviour& behaviour) {
     }
 }
 
+// A window that comes or goes brings surfaces whose addresses may be those of others before.
 void Connect() {
+    RequestUnitRedraw();
     if (GdiplusToken == 0) {
         GdiplusToken = StartDrawingLibrary();
     }
 }
 
 void Disconnect(const GaugeBehaviour& behaviour) {
+    RequestUnitRedraw();
     TakeKeyboard(behaviour);
     if (behaviour.startsGraphics && GdiplusToken != 0) {
         StopDrawingLibrary(GdiplusToken);

@@ -35,6 +35,7 @@ TEST(Formats, RoundOnceToWhatTheyShow) {
         {AltitudeText(5000, 18000), " 5000"},
         {AltitudeText(9960, 9000), "FL100"},
         {AltitudeText(kNan, 18000), "-----"},
+        {AltitudeText(HUGE_VAL, 18000), "-----"},
         {BearingDistanceText(0.4, 12.4), "360/  12"},
         {BearingDistanceText(359.6, 1200), "360/1200"},
         {BearingDistanceText(90, kNan), "---/----"},
