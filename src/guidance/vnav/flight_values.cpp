@@ -18,7 +18,11 @@ constexpr double kShortfallKt = 3;  // slower than told: the aircraft has reache
 constexpr double kSettledKt = 0.5;  // gained since the last note
 constexpr double kWindDecayNm = 150;
 constexpr double kTropopauseFt = 36089;
-constexpr double kNewShare = 0.3;  // of a reading in what has been learned
+constexpr double kFlowsKept = 40;
+constexpr double kFlowsNeeded = 6;
+constexpr double kLeastSpreadFpm2 = 200.0 * 200.0;
+constexpr double kIdleShare = 0.33;  // of the level flow
+constexpr double kNewShare = 0.3;    // of a reading in what has been learned
 
 double DensityRatio(double altitudeFt) {
     const double theta = 1 - 6.8756e-6 * std::min(altitudeFt, kTropopauseFt);
@@ -85,9 +89,26 @@ void LearnLimit(FlightExperience& experience, double trueKt) {
     experience.targetKt = aircraft.apAirspeedTargetKt;
 }
 
+// A straight line through the flows and vertical speeds seen lately: what level flight burns shows
+// before the first level minute.
+void LearnFlow(FlightExperience& experience, double flowPph) {
+    experience.seen = std::min(experience.seen + 1, kFlowsKept);
+    const double share = 1 / experience.seen;
+    const double flowOff = flowPph - experience.meanFlowPph;
+    const double fpmOff = aircraft.verticalSpeedFpm - experience.meanFpm;
+    experience.meanFlowPph += share * flowOff;
+    experience.meanFpm += share * fpmOff;
+    const double together =
+        (1 - share) * (experience.flowPerFpm * experience.spreadFpm2 + share * fpmOff * flowOff);
+    experience.spreadFpm2 = (1 - share) * (experience.spreadFpm2 + share * fpmOff * fpmOff);
+    if (experience.spreadFpm2 > kLeastSpreadFpm2) {
+        experience.flowPerFpm = together / experience.spreadFpm2;
+    }
+}
+
 }  // namespace
 
-void LearnFlight(FlightExperience& experience, VerticalPhase phase) {
+void LearnFlight(FlightExperience& experience) {
     const double indicatedKt = aircraft.indicatedAirspeedKt;
     const double trueKt = derived.trueAirspeedEstimateKt;
     const double flow = TotalFuelFlow();
@@ -99,9 +120,7 @@ void LearnFlight(FlightExperience& experience, VerticalPhase phase) {
           std::clamp(trueKt / StandardTas(indicatedKt, aircraft.altitudeFt), 0.7, 1.2));
     LearnLimit(experience, trueKt);
     if (flow > 0) {
-        experience.fuelFlowPph = flow;
-        const double table = TableFlow(phase, aircraft.altitudeFt);
-        Blend(experience.fuelRatio, table > 0 ? std::clamp(flow / table, 0.1, 10.0) : 1);
+        LearnFlow(experience, flow);
     }
 }
 
@@ -125,9 +144,14 @@ double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm) {
     return std::max(std::sqrt(std::max(trueKt * trueKt - cross * cross, 0.0)) - head, 1.0);
 }
 
-double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt) {
-    const double table = TableFlow(phase, altitudeFt);
-    return table > 0 ? table * experience.fuelRatio : experience.fuelFlowPph;
+double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt,
+                   double verticalFpm) {
+    if (experience.seen < kFlowsNeeded) {
+        const double table = TableFlow(phase, altitudeFt);
+        return table > 0 ? table : TotalFuelFlow();
+    }
+    const double level = experience.meanFlowPph - experience.flowPerFpm * experience.meanFpm;
+    return std::max(level + experience.flowPerFpm * verticalFpm, kIdleShare * std::max(level, 0.0));
 }
 
 }  // namespace avq1

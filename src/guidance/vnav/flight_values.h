@@ -12,15 +12,18 @@ namespace avq1 {
 struct FlightExperience {
     double airspeedRatio = 1;  // true airspeed to that of the standard atmosphere
     double machLimit = 99;     // beyond it the aircraft did not fly the speed it was told to
-    double fuelRatio = 1;      // fuel flow to that of the tables
-    double fuelFlowPph = 0;    // 0 = not yet seen
+    double seen = 0;           // weight of the fuel flows seen; earlier ones fade
+    double meanFlowPph = 0;    // of the fuel flows seen
+    double meanFpm = 0;        // and of the vertical speeds they went with
+    double spreadFpm2 = 0;     // variance of those
+    double flowPerFpm = 0;     // what a foot a minute more burns
     double altitudeFt = 0;     // where the ratios were seen
     double indicatedKt = 0;    // at the last note, with the autopilot's target
     double targetKt = 0;
 };
 
 // Takes note of the aircraft as it is now; called every few seconds.
-void LearnFlight(FlightExperience& experience, VerticalPhase phase);
+void LearnFlight(FlightExperience& experience);
 
 double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, double altitudeFt);
 
@@ -28,6 +31,8 @@ double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, do
 // where one is entered. At least 1 kt.
 double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm);
 
-double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt);
+// At a vertical speed in feet a minute: as seen in this flight, before that as the tables say.
+double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt,
+                   double verticalFpm);
 
 }  // namespace avq1

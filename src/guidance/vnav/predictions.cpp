@@ -158,7 +158,7 @@ class PaperFlight {
             const double beforeFt = AltitudeNow(alongNm_);
             const double afterFt = AltitudeNow(stop);
             ChoosePhase(beforeFt, afterFt);
-            Advance(entry, stop, endNm, (beforeFt + afterFt) / 2, afterFt < beforeFt - 1);
+            Advance(entry, stop, endNm, (beforeFt + afterFt) / 2, afterFt - beforeFt);
         }
     }
 
@@ -172,14 +172,15 @@ class PaperFlight {
     double AltitudeNow(double alongNm) const { return path_.AltitudeAt(alongNm); }
 
     void Advance(const PlanWaypoint& entry, double stopNm, double endNm, double middleFt,
-                 bool descending) {
+                 double gainFt) {
         ias_ = IndicatedTowards(entry, endNm - alongNm_, middleFt);
         const double trueKt = TrueAirspeedKt(experience, ias_, middleFt);
         groundKt_ = GroundSpeedKt(trueKt, CourseTo(entry), alongNm_ - input_.at.alongNm);
         const double minutes = (stopNm - alongNm_) / groundKt_ * 60;
         const VerticalPhase burning =
-            phase_ == VerticalPhase::Descent && !descending ? VerticalPhase::Cruise : phase_;
-        fuelLb_ -= FuelFlowPph(experience, burning, middleFt) * minutes / 60;
+            phase_ == VerticalPhase::Descent && gainFt > -1 ? VerticalPhase::Cruise : phase_;
+        const double fpm = minutes > 0 ? gainFt / minutes : 0;
+        fuelLb_ -= FuelFlowPph(experience, burning, middleFt, fpm) * minutes / 60;
         minutes_ += minutes;
         alongNm_ = stopNm;
     }
@@ -320,7 +321,7 @@ void RefreshPredictions() {
         return;
     }
     active.from = now;
-    LearnFlight(experience, vnav.Phase());
+    LearnFlight(experience);
     if (flownTo == kNoWaypoint) {
         active.values = {};
         return;

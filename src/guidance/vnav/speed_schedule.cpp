@@ -166,8 +166,9 @@ void CommandSpeed() {
         AppendMessage("VNAV SPEED OFF - SPEED CHANGED");
     }
     const bool near = guidance.distanceToGoNm < performance.vnavSpeedDistanceNm;
+    const bool crossing = vnav.crossingIndex != 0;  // its speed is kept until it is overhead
     if ((!near && vnav.forceSpeed == 0) || !HasActiveWaypoint() || vnav.speed.set == 1 ||
-        !CommandsSpeed()) {
+        crossing || !CommandsSpeed()) {
         return;
     }
     const PlanWaypoint& entry = ActiveWaypoint();
