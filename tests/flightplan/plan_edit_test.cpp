@@ -203,9 +203,7 @@ TEST_F(PlanEdit, OperationsTakeWhatPointsIntoThePlanWithThem) {
                       Without(c.after != nullptr ? c.after : c.before, notMarked));
             const bool noted = edited && &plan == &modifiedPlan && c.edit != NoPlaceholders;
             EXPECT_EQ(planBook.status, noted ? RouteStatus::Modified : RouteStatus::Active);
-            for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
-                EXPECT_EQ(plan.entries[i].hasHold != 0, test::HasHoldAt(plan, i)) << i;
-            }
+            EXPECT_TRUE(test::FlagsMatchHolds(plan));
         }
     }
 }

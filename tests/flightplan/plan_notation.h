@@ -178,6 +178,16 @@ inline std::string ShowEntry(const FlightPlan& plan, std::int32_t index, bool al
            (HasHoldAt(plan, index) ? "@" : "");
 }
 
+// Whether the entries that say so have the holds.
+inline bool FlagsMatchHolds(const FlightPlan& plan) {
+    for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
+        if ((plan.entries[i].hasHold != 0) != HasHoldAt(plan, i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // The last of the entries from `first` on that one word stands for.
 inline std::int32_t EndOfWord(const FlightPlan& plan, std::int32_t first) {
     const std::string& procedure = plan.entries[first].procedure;

@@ -109,9 +109,11 @@ TEST(Splices, IntoTheModifiedPlanAwaitExecution) {
         SCOPED_TRACE(c.what);
         SetAirports();
         SetPlan(modifiedPlan, c.before);
+        planBook.editIndex = NextEntryPlace(modifiedPlan);
         planBook.status = RouteStatus::Active;
         EXPECT_TRUE(Splice(modifiedPlan, c.splice));
         EXPECT_EQ(test::Show(modifiedPlan), c.after);
+        EXPECT_TRUE(test::FlagsMatchHolds(modifiedPlan));
         EXPECT_EQ(planBook.status, RouteStatus::Modified);
         EXPECT_EQ(planBook.editIndex, modifiedPlan.lastIndex) << "before the destination";
 
@@ -147,6 +149,9 @@ constexpr SpliceCase kIntoTheActivePlan[] = {
      "KJFK >AAA STAR:T1(BBB,^!*CCC@) APPR(FAF) KBOS"},
     {"both had a hold", "KJFK SID:N2(XX,YY@) >ZZ@ ^KBOS", "SID:N2(XX,ZZ)",
      "KJFK SID(>XX) ZZ@ ^KBOS"},
+    {"a departure without waypoints", "^KJFK", "SID()", "^KJFK"},
+    {"what was selected at the old end", "KJFK >AAA STAR(OLD,OLE,OLF) ^=KBOS", "STAR(XX)",
+     "KJFK >AAA STAR(XX) ^KBOS ="},
     {"a restriction behind what is flown", "KJFK !AAA >BBB ^KBOS", "STAR(XX)",
      "KJFK !AAA >BBB STAR(XX) ^KBOS"},
 };
@@ -158,6 +163,7 @@ TEST(Splices, IntoTheActivePlanKeepWhatIsFlown) {
         SetPlan(activePlan, c.before);
         EXPECT_TRUE(Splice(activePlan, c.splice));
         EXPECT_EQ(test::Show(activePlan, true), c.after);
+        EXPECT_TRUE(test::FlagsMatchHolds(activePlan));
         EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
     }
 }

@@ -31,6 +31,7 @@ TEST_F(RouteWalk, LegsLeaveOutWhatHasNoPosition) {
         {"KJFK AAA DISCO THEN BBB KBOS", 3, 0, "0-1/30 "},
         {"KJFK AAA DISCO THEN BBB KBOS", 0, 3, "0-1/30 "},
         {"KJFK AAA DISCO THEN BBB KBOS", 5, 3, "4-5/30 "},
+        {"KJFK DISCO KBOS", 0, 2, "0-2/60* "},
         {"DISCO KJFK DISCO", 0, 2, ""},
         {"KJFK AAA KBOS", 1, 1, ""},
         {"DISCO", 0, 0, ""},
