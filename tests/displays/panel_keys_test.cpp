@@ -44,6 +44,23 @@ void Walk(std::span<const KeyArea> keys, std::string_view label, T& value,
 
 using PanelKeys = test::DisplayTest;
 
+TEST_F(PanelKeys, LieApartAndRepeatWhereTheyTurn) {
+    for (const std::span<const KeyArea> keys :
+         {std::span<const KeyArea>(kEhsiPanelKeys), std::span<const KeyArea>(kNdPanelKeys)}) {
+        for (const KeyArea& a : keys) {
+            EXPECT_EQ(a.repeats, a.art == KeyArt::Knob) << a.label;
+            for (const KeyArea& b : keys) {
+                // neighbours of one row may share their edge
+                const bool beside =
+                    a.box.x + a.box.width - 1 <= b.box.x || b.box.x + b.box.width - 1 <= a.box.x;
+                const bool apart = beside || a.box.y + a.box.height <= b.box.y ||
+                                   b.box.y + b.box.height <= a.box.y;
+                EXPECT_TRUE(apart || &a == &b) << a.label << " over " << b.label;
+            }
+        }
+    }
+}
+
 TEST_F(PanelKeys, DecisionHeightStepsByOneBelow500AndByTenAbove) {
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 498, {499, 500, 510, 520});
     Walk(kEhsiPanelKeys, "DH", ehsi.decisionHeight, 520, {510, 500, 499, 498}, Half::Right);

@@ -1,0 +1,232 @@
+// Every display in every mode on one busy flight, compared with how it looked when it was last
+// looked at: pictures.txt keeps one digit of brightness for every 8 x 8 pixels. After a change that
+// is meant, AVQ1_RENEW_PICTURES=1 build/asan/test_displays writes the file anew; look at the
+// difference.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "displays/eadi.h"
+#include "displays/ehsi.h"
+#include "displays/nd.h"
+#include "displays/nd_panel.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_airports.h"
+#include "guidance/guidance_state.h"
+#include "guidance/vnav.h"
+#include "navdb/boundaries.h"
+#include "navdb/nav_database.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
+#include "support/test_flight.h"
+#include "traffic/targets.h"
+
+namespace avq1 {
+namespace {
+
+using test::Picture;
+using Rows = std::vector<std::string>;
+
+const char* const kFile = AVQ1_SOURCE_DIR "/tests/displays/pictures.txt";
+constexpr int kCellPx = 8;
+constexpr double kLevels = 16;
+constexpr char kDigits[] = "0123456789ABCDEF";
+
+// The colours weigh differently, so that one is not taken for another; the root lets a thin line
+// count. Cells at the right and lower edges are cut.
+double CellLevel(const Picture& picture, int column, int row) {
+    const int right = std::min((column + 1) * kCellPx, picture.width());
+    const int bottom = std::min((row + 1) * kCellPx, picture.height());
+    double sum = 0;
+    for (int y = row * kCellPx; y < bottom; ++y) {
+        for (int x = column * kCellPx; x < right; ++x) {
+            const std::uint32_t pixel = picture.At(x, y);
+            sum += 0.5 * (pixel >> 16 & 0xFF) + 0.3 * (pixel >> 8 & 0xFF) + 0.2 * (pixel & 0xFF);
+        }
+    }
+    return std::sqrt(sum / (kCellPx * kCellPx) / 256) * kLevels;
+}
+
+int CellsAlong(int sizePx) {
+    return (sizePx + kCellPx - 1) / kCellPx;
+}
+
+std::map<std::string, Rows> ReadPictures() {
+    std::map<std::string, Rows> pictures;
+    std::ifstream file(kFile);
+    Rows* rows = nullptr;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with('#')) {
+            rows = &pictures[line.substr(2)];
+        } else if (rows != nullptr) {
+            rows->push_back(line);
+        }
+    }
+    return pictures;
+}
+
+std::string Brightness(const Picture& picture) {
+    std::string text;
+    for (int row = 0; row < CellsAlong(picture.height()); ++row) {
+        for (int column = 0; column < CellsAlong(picture.width()); ++column) {
+            text += kDigits[static_cast<int>(CellLevel(picture, column, row))];
+        }
+        text += '\n';
+    }
+    return text;
+}
+
+// The cells that are brighter or darker than they were by more than a level: of a whole picture a
+// few may be, where a font's smoothing differs.
+int CellsThatDiffer(const Picture& picture, const Rows& rows) {
+    int differing = 0;
+    for (int row = 0; row < CellsAlong(picture.height()); ++row) {
+        for (int column = 0; column < CellsAlong(picture.width()); ++column) {
+            const std::size_t digit = std::string_view(kDigits).find(
+                rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(column)));
+            const double was = static_cast<double>(digit) + 0.5;
+            differing += std::abs(CellLevel(picture, column, row) - was) > 0.75 ? 1 : 0;
+        }
+    }
+    return differing;
+}
+
+class Pictures : public test::DisplayTest {
+  protected:
+    void SetUp() override {
+        DisplayTest::SetUp();
+        FlyBusily();
+        LookAround();
+    }
+
+    void FlyBusily() {
+        SetNav1(true);
+        simulator_->variables[58] = simulator_->variables[792] = 1;
+        aircraft.latitude = aircraft.longitude = 0;
+        aircraft.headingMag = aircraft.trueHeading = 340;
+        aircraft.pitch = -4;
+        aircraft.bank = 12;
+        aircraft.altitudeFt = 5000;
+        aircraft.apAltitudeTargetFt = 4000;
+        aircraft.verticalSpeedFpm = -800;
+        aircraft.indicatedAirspeedKt = 210;
+        aircraft.groundSpeedKt = derived.trueAirspeedEstimateKt = 300;
+        aircraft.radioAltitudeFt = 190;
+        aircraft.autopilotOn = aircraft.apAltitudeLockOn = aircraft.adfActive = 1;
+        aircraft.adfRelativeBearing = 75;
+        aircraft.nav1Course = 300;
+        aircraft.nav1RelativeBearing = 310;
+        aircraft.nav2RelativeBearing = 200;
+        aircraft.nav1DmeNm = 6;
+        aircraft.nav1CdiNeedle = 60;
+        aircraft.nav1GlideslopeNeedle = -40;
+        aircraft.apHeadingBug = 20;
+        aircraft.markerBeacon = 2;
+        aircraft.flightDirectorPitch = 3;
+        aircraft.flightDirectorBank = -8;
+        aircraft.windSpeedKt = 34;
+        derived.driftDeg = 6;
+        derived.windDirectionMag = 250;
+        test::SetActivePlan(
+            {{"WP0", -5.0 / 60, 0}, {"WP1", 6.0 / 60, -0.03}, {"WP2", 7.0 / 60, 0.06}});
+        planBook.activeIndex = 1;
+        modifiedPlan = activePlan;
+        modifiedPlan.CutTo(1);
+        PlanWaypoint detour;
+        detour.ident = "DET";
+        detour.latitude = 3.0 / 60;
+        detour.longitude = 0.06;
+        modifiedPlan.Append(std::move(detour));
+        planBook.status = RouteStatus::Modified;
+        guidance.distanceToGoNm = 7;
+        guidance.desiredTrackMag = 350;
+        guidance.bearingToWaypointMag = 345;
+        guidance.crossTrackNm = 1;
+        progress.eteWaypointMinutes = 1.5;
+        progress.routeDistanceToDestination = 12;
+    }
+
+    static void LookAround() {
+        ehsi.bearingPointer1 = BearingSource::Adf;
+        ehsi.bearingPointer2 = BearingSource::Vor;
+        ehsi.navSource = NavSource::FlightManagement;
+        ehsi.mapOverlayOn = settings.EADIHdgTape = 1;
+        nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = nd.ndShowAdf = 1;
+        nd.showTraffic = 1;
+        atcBoundaries.loaded = true;
+        atcBoundaries.items = {{"X1", "BDY", {4.0 / 60, 0}, {{0.1, 0}, {0.1, 0.1}, {0, 0.1}}}};
+        const auto add = [](PointTable& table, PointKind kind, const char* ident, double northNm,
+                            double eastNm) {
+            table.Append({ident, "", northNm / 60, eastNm / 60, kind, "113.40", ""});
+        };
+        add(navDatabase.navaids, PointKind::Vor, "VVV", 1, -6);
+        add(navDatabase.navaids, PointKind::Navaid, "NN", 5, -2);
+        add(navDatabase.airports, PointKind::Airport, "KAPT", 3, 3);
+        add(navDatabase.airwayFixes, PointKind::Intersection, "FIXXX", 3, -3);
+        HoldPattern& hold = holdList.holds[1];
+        hold.fixIndex = 1;
+        hold.inboundCourseMag = 30;
+        hold.legByTime = 0;
+        hold.legDistanceNm = 4;
+        holdList.count = 1;
+        vnav.tocLatitude = 1.0 / 60;
+        vnav.tocLongitude = -0.05;
+        vnav.todLatitude = 5.0 / 60;
+        vnav.todLongitude = -0.025;
+        PlanRunway runway;
+        runway.heading = runway.field8 = 60;
+        runway.latitude = 4.0 / 60;
+        runway.longitude = -0.05;
+        planAirports.runways = {PlanRunway{}, runway};
+        planAirports.selectedRunway = 1;
+        planAirports.patternRunwayOffset = 0;
+        traffic.sourceFound = true;
+        traffic.count = 1;
+        traffic.items[0] = {80, 3, -12, 'v', 'P'};
+    }
+};
+
+TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
+    const struct {
+        const char* name;
+        test::DrawDisplay draw;
+        CanvasSize design;
+        std::int32_t& mode;
+        std::int32_t modes;
+    } displays[] = {{"EHSI", DrawEhsi, {266, 230}, ehsi.ehsiMode, 8},
+                    {"ND", DrawNd, {244, 302}, nd.ndMode, 7},
+                    {"EADI", DrawEadi, {266, 230}, nd.ndMode, 4}};
+    const bool renews = std::getenv("AVQ1_RENEW_PICTURES") != nullptr;
+    std::map<std::string, Rows> before = ReadPictures();
+    std::ostringstream now;
+    for (const auto& display : displays) {
+        for (std::int32_t mode = 1; mode <= display.modes; ++mode) {
+            display.mode = mode;
+            aircraft.headingMag = PositiveModulo(250 + 90.0 * mode, 360);
+            ehsi.ehsiRange = mode % 2 == 0 ? 5 : 25;  // what is near, and the whole runway pattern
+            const auto picture = test::DrawAt(display.draw, display.design);
+            const std::string name = std::string(display.name) + " " + std::to_string(mode);
+            const std::string text = Brightness(*picture);
+            now << "# " << name << '\n' << text;
+            if (!renews) {
+                ASSERT_TRUE(before.contains(name)) << name;
+                EXPECT_EQ(CellsThatDiffer(*picture, before[name]), 0) << name << '\n' << text;
+            }
+        }
+    }
+    if (renews) {
+        std::ofstream(kFile) << now.str();
+    }
+}
+
+}  // namespace
+}  // namespace avq1
