@@ -3,17 +3,24 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <utility>
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "guidance/lnav.h"
+#include "settings/settings.h"
+#include "support/test_flight.h"
 #include "support/vertical_flight.h"
 
 namespace avq1 {
 namespace {
 
 using test::VerticalPilot;
+using ::testing::AllOf;
+using ::testing::Ge;
+using ::testing::Le;
 
 constexpr double kFrameS = 0.5;
 
@@ -34,12 +41,10 @@ struct Flown {
     double arrivalLb = 0;
     PredictedPoint arrivalAtTop;  // as predicted at the top of climb
     double worstPathFt = 0;
-    double worstMinute = 0;  // vertical speed events in any one
-    double worstSettledMinute = 0;
 };
 
 class VnavFlight : public ::testing::Test {
-  protected:
+  public:
     VnavFlight() { ResetModuleState(); }
     ~VnavFlight() override { ImportTable.panel.services = nullptr; }
 
@@ -95,71 +100,242 @@ class VnavFlight : public ::testing::Test {
         }
     }
 
-    void Arrive(const std::vector<Fix>& fixes) {
+    // Flies on to the change distance of the last entry; `disturb` may do something in any frame.
+    void Arrive(const std::vector<Fix>& fixes, void (*disturb)(VnavFlight&) = nullptr) {
         const double lastNm = fixes.back().degrees * 60;
         while (AlongNm() < lastNm - 3 && pilot.seconds < 4 * 3600) {
             pilot.Fly(kFrameS);
             Watch(fixes);
-            if (std::getenv("VNAV_TRACE") != nullptr && std::fmod(pilot.seconds, 20) < kFrameS) {
-                std::printf(
-                    "%6.0f %7.2f %7.0f fpm %6.0f (%5.0f) ias %4.0f (%3.0f) -> %6.0f phase %d "
-                    "target %d path %7.0f req %5.0f toTgt %5.1f\n",
-                    pilot.seconds, AlongNm(), pilot.altitudeFt, pilot.verticalFpm, pilot.targetFpm,
-                    pilot.airspeedKt, pilot.targetKt, pilot.targetFt,
-                    static_cast<int>(vnav.Phase()), planBook.verticalTargetIndex, vnav.pathAltitude,
-                    vnav.requiredFpm, vnav.distanceToTarget);
+            if (disturb != nullptr) {
+                disturb(*this);
             }
         }
         flown.arrivalS = pilot.seconds;
         flown.arrivalLb = pilot.fuelLb;
+    }
+
+    // The most vertical speeds sent within any minute.
+    std::ptrdiff_t BusiestMinute() const {
+        std::ptrdiff_t most = 0;
         const auto& sent = pilot.verticalEvents;
-        for (std::size_t i = 0; i < sent.size(); ++i) {
-            const auto later =
-                std::find_if(sent.begin() + static_cast<std::ptrdiff_t>(i), sent.end(),
-                             [&](double at) { return at >= sent[i] + 60; });
-            flown.worstMinute =
-                std::max<double>(flown.worstMinute, static_cast<double>(later - sent.begin()) -
-                                                        static_cast<double>(i));
+        for (auto from = sent.begin(); from != sent.end(); ++from) {
+            const auto to =
+                std::find_if(from, sent.end(), [&](double at) { return at >= *from + 60; });
+            most = std::max(most, to - from);
+        }
+        return most;
+    }
+
+    void ExpectMet(const std::vector<Fix>& fixes, std::size_t i) {
+        EXPECT_NEAR(atFixes[i].altitudeFt, fixes[i].altitudeFt, 200) << fixes[i].ident;
+        EXPECT_NEAR(atFixes[i].airspeedKt, fixes[i].speedKt, 10) << fixes[i].ident;
+    }
+
+    void ExpectCommandsInRange() {
+        for (const auto& [event, parameter] : test::FakeSimulator::Get().events) {
+            const auto value = static_cast<std::int32_t>(parameter);
+            if (event == 66036) {
+                EXPECT_LE(std::abs(value), 6000);
+            } else if (event == 66124) {
+                EXPECT_THAT(value, AllOf(Ge(0), Le(60000)));
+            } else if (event == 66037) {
+                EXPECT_THAT(value, AllOf(Ge(155), Le(310)));
+            }
         }
     }
 
+    static bool Says(std::string_view text) {
+        return std::find(messages.lines.begin(), messages.lines.end(), text) !=
+               messages.lines.end();
+    }
+
+    bool done = false;  // what disturbs has happened
     VerticalPilot pilot;
     Flown flown;
     std::vector<VerticalPilot> atFixes;  // as each was judged
 };
 
+const std::vector<Fix> kFixes = {{"KAAA", 0, 20},
+                                 {"SPEED", 0.3, 5000, 230},
+                                 {"LEVEL", 0.7, 12000, 270},
+                                 {"CLIMB", 1.5},
+                                 {"CRUIS", 3.0},
+                                 {"HIGH", 4.3, 24000, 270},
+                                 {"MIDDL", 4.9, 11000, 250},
+                                 {"LOW", 5.3, 5000, 230},
+                                 {"KBBB", 5.6, 700}};
+
 TEST_F(VnavFlight, KeepsEveryRestrictionInAnyWind) {
-    const std::vector<Fix> fixes = {{"KAAA", 0, 20},
-                                    {"SPEED", 0.3, 5000, 230},
-                                    {"LEVEL", 0.7, 12000, 270},
-                                    {"CLIMB", 1.5},
-                                    {"CRUIS", 3.0},
-                                    {"HIGH", 4.3, 24000, 270},
-                                    {"MIDDL", 4.9, 11000, 250},
-                                    {"LOW", 5.3, 5000, 230},
-                                    {"KBBB", 5.6, 700}};
     for (const double tailwindKt : {0.0, 40.0, -40.0}) {
         SCOPED_TRACE(tailwindKt);
         ResetModuleState();
         flown = {};
-        Depart(fixes, 33000, tailwindKt);
+        Depart(kFixes, 33000, tailwindKt);
         RefreshPredictions();
         const Predictions before = ActivePredictions();
-        Arrive(fixes);
-        for (std::size_t i = 1; i + 1 < fixes.size(); ++i) {
-            if (fixes[i].altitudeFt != kUnset) {
-                EXPECT_NEAR(atFixes[i].altitudeFt, fixes[i].altitudeFt, 200) << fixes[i].ident;
-                EXPECT_NEAR(atFixes[i].airspeedKt, fixes[i].speedKt, 10) << fixes[i].ident;
-            }
+        Arrive(kFixes);
+        for (const std::size_t i : {1U, 2U, 5U, 6U, 7U}) {
+            ExpectMet(kFixes, i);
         }
         EXPECT_LE(flown.worstPathFt, 300);
-        EXPECT_LE(flown.worstMinute, 12);
+        EXPECT_LE(BusiestMinute(), 12);
         EXPECT_NEAR(before.topOfClimb.distanceNm, flown.topOfClimbNm, 5);
         EXPECT_NEAR(before.topOfDescent.distanceNm, flown.topOfDescentNm, 3);
         EXPECT_NEAR(flown.topOfClimbS + flown.arrivalAtTop.minutes * 60, flown.arrivalS,
                     0.02 * (flown.arrivalS - flown.topOfClimbS));
         EXPECT_NEAR(flown.arrivalAtTop.fuelLb, flown.arrivalLb, 0.03 * flown.arrivalLb);
         EXPECT_LT(pilot.altitudeFt, 2200);
+        ExpectCommandsInRange();
+    }
+}
+
+TEST_F(VnavFlight, ThePilotMayInterfere) {
+    using Disturb = void (*)(VnavFlight&);
+    const struct {
+        const char* what;
+        Disturb disturb;
+        std::vector<std::size_t> kept;  // restrictions that are met all the same
+        const char* message;
+        std::int32_t vnavOn;
+    } flights[] = {
+        {"the altitude knob in the climb",
+         [](VnavFlight& f) {
+             settings.VnavOffOnManAltChg = 1;
+             if (f.pilot.altitudeFt > 8000 && !std::exchange(f.done, true)) {
+                 f.pilot.targetFt = 10000;
+             }
+         },
+         {1},
+         "VNAV OFF - ALTITUDE CHANGED",
+         0},
+        {"the speed knob in the cruise",
+         [](VnavFlight& f) {
+             settings.VnavSetSpdOffOnManSpdChg = 1;
+             if (f.AlongNm() > 175 && vnav.speed.set == 1 && !std::exchange(f.done, true)) {
+                 f.pilot.targetKt = 240;
+             }
+         },
+         {1, 2},
+         "VNAV SPEED OFF - SPEED CHANGED",
+         1},
+        {"a direct-to past a restriction",
+         [](VnavFlight& f) {
+             if (vnav.descentActive != 0 && !std::exchange(f.done, true)) {
+                 SetActiveWaypoint(6);
+             }
+         },
+         {1, 2, 6, 7},
+         nullptr,
+         1},
+        {"a restriction taken away in the descent",
+         [](VnavFlight& f) {
+             if (f.pilot.altitudeFt < 30000 && vnav.descentActive != 0 &&
+                 !std::exchange(f.done, true)) {
+                 EditActivePlan([](FlightPlan& plan) { return SetCrossing(plan, 5, {}); });
+             }
+         },
+         {1, 2, 6, 7},
+         nullptr,
+         1},
+        {"a restriction added in the descent",
+         [](VnavFlight& f) {
+             if (f.done || vnav.descentActive == 0) {
+                 return;
+             }
+             f.done = true;
+             EditActivePlan([](FlightPlan& plan) { return SetCrossing(plan, 5, {25000, 260}); });
+         },
+         {1, 2, 6, 7},
+         nullptr,
+         1},
+        {"a modification executed in the descent",
+         [](VnavFlight& f) {
+             if (vnav.descentActive != 0 && !std::exchange(f.done, true)) {
+                 CopyActiveToModified();
+                 SetCrossing(modifiedPlan, 6, {12000, 250});
+                 planBook.status = RouteStatus::Modified;
+                 EXPECT_TRUE(ModifiedPredictions().entries[6].known);
+                 EXPECT_NEAR(ModifiedPredictions().entries[6].altitudeFt, 12000, 100);
+                 EXPECT_NEAR(ActivePredictions().entries[6].altitudeFt, 11000, 100);
+                 EXPECT_TRUE(ExecuteModification());
+                 EXPECT_NE(vnav.descentActive, 0);
+             }
+         },
+         {1, 2, 5, 7},
+         nullptr,
+         1},
+        {"a lower cruise altitude",
+         [](VnavFlight& f) {
+             if (f.AlongNm() > 170 && !std::exchange(f.done, true)) {
+                 SetCruiseAltitude(27000);
+             }
+             if (f.AlongNm() > 220 && vnav.descentActive == 0 && f.AlongNm() < 221) {
+                 EXPECT_NEAR(f.pilot.altitudeFt, 27000, 50);
+             }
+         },
+         {1, 2, 5, 6, 7},
+         nullptr,
+         1},
+        {"a higher cruise altitude",
+         [](VnavFlight& f) {
+             if (f.AlongNm() > 150 && !std::exchange(f.done, true)) {
+                 SetCruiseAltitude(35000);
+                 EXPECT_EQ(vnav.topOfClimbReached, 0);
+             }
+             if (f.AlongNm() > 190 && f.AlongNm() < 191) {
+                 EXPECT_NEAR(f.pilot.altitudeFt, 35000, 50);
+             }
+         },
+         {1, 2, 5, 6, 7},
+         nullptr,
+         1},
+    };
+    for (const auto& row : flights) {
+        SCOPED_TRACE(row.what);
+        ResetModuleState();
+        flown = {};
+        done = false;
+        Depart(kFixes, 33000, 0);
+        Arrive(kFixes, row.disturb);
+        EXPECT_TRUE(done);
+        for (const std::size_t i : row.kept) {
+            ExpectMet(kFixes, i);
+        }
+        EXPECT_EQ(guidance.vnavEngaged, row.vnavOn);
+        EXPECT_TRUE(row.message == nullptr || Says(row.message));
+        ExpectCommandsInRange();
+    }
+}
+
+TEST_F(VnavFlight, PausesAndSlowsDownOnceAtTheTopOfDescent) {
+    Depart(kFixes, 33000, 0);
+    settings.Lnav1xAtTod = 1;
+    vnav.pauseArmed = 1;
+    Arrive(kFixes, [](VnavFlight& f) {
+        auto& simulator = test::FakeSimulator::Get();
+        f.done = f.done || vnav.descentActive != 0;
+        if (!f.done) {
+            EXPECT_EQ(simulator.CountEvents(65561), 0);
+            f.pilot.simRate = 4;
+        } else if (simulator.CountEvents(65790) > 0) {
+            f.pilot.simRate = 1;
+        }
+    });
+    auto& simulator = test::FakeSimulator::Get();
+    EXPECT_EQ(simulator.CountEvents(65561), 1);
+    EXPECT_THAT(simulator.CountEvents(65790), AllOf(Ge(1), Le(2)));
+}
+
+TEST_F(VnavFlight, TheSameFlightTwiceSendsTheSame) {
+    test::EventList first;
+    for (int flight = 0; flight < 2; ++flight) {
+        ResetModuleState();
+        Depart(kFixes, 33000, 25);
+        Arrive(kFixes);
+        auto& events = test::FakeSimulator::Get().events;
+        EXPECT_GT(events.size(), 40U);
+        EXPECT_TRUE(flight == 0 || events == first);
+        first = events;
     }
 }
 

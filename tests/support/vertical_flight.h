@@ -50,6 +50,7 @@ struct VerticalPilot {
     double tailwindKt = 0;  // from the west
     double fuelLb = 16000;
     double seconds = 0;
+    double simRate = 1;
     std::size_t eventsObeyed = 0;
     std::vector<double> verticalEvents;  // when each was sent, s
 
@@ -112,7 +113,7 @@ struct VerticalPilot {
         simulator.variables[74] = altitudeFt;
         simulator.variables[116] = targetKt;
         simulator.variables[109] = targetFt;
-        simulator.variables[336] = 1;
+        simulator.variables[336] = simRate;
         simulator.variables[65] = verticalFpm / 0.7689468503937007;
         simulator.variables[289] = 8388608;  // one full tank of a pound a gallon
         simulator.variables[290] = fuelLb;

@@ -1,0 +1,453 @@
+// Planning and commands of the vertical guidance, rule by rule.
+#include "guidance/vnav.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "base/messages.h"
+#include "base/module_state.h"
+#include "guidance/activation.h"
+#include "guidance/guidance_state.h"
+#include "guidance/predictions.h"
+#include "guidance/progress.h"
+#include "guidance/vnav/flown.h"
+#include "guidance/vnav/planning.h"
+#include "guidance/vnav/table_optimum.h"
+#include "settings/performance_tables.h"
+#include "settings/settings.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::FakeSimulator;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+constexpr std::int32_t kAirspeedEvent = 66037;
+
+TEST(LevelRule, GivesTheLevelsOfTheCourse) {
+    const struct {
+        double altitude;
+        double westbound;
+        double eastbound;
+    } rows[] = {{35000, 34000, 35000}, {34000, 34000, 33000}, {41000, 40000, 41000},
+                {42000, 43000, 45000}, {44000, 43000, 45000}, {46999, 43000, 45000},
+                {47000, 47000, 45000}, {49000, 47000, 49000}, {51000, 51000, 49000},
+                {53000, 51000, 53000}, {55000, 55000, 53000}, {57000, 55000, 57000},
+                {60000, 55000, 57000}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(ApplyLevelRule(row.altitude, 180), row.westbound) << row.altitude;
+        EXPECT_EQ(ApplyLevelRule(row.altitude, 360), row.westbound) << row.altitude;
+        EXPECT_EQ(ApplyLevelRule(row.altitude, 179.9), row.eastbound) << row.altitude;
+    }
+}
+
+TEST(ClimbLimit, IsHalfTheRouteLessALongOnesFifteen) {
+    const double rows[][3] = {{60, 30, 30},    {70, 35, 35},      {71, 20.5, 20.5}, {500, 235, 235},
+                              {900, 435, 435}, {901, 435.5, 200}, {1000, 485, 200}};
+    for (const auto& row : rows) {
+        EXPECT_DOUBLE_EQ(ClimbLimitNm(row[0]), row[1]) << row[0];
+        EXPECT_DOUBLE_EQ(TablePhaseLimitNm(row[0]), row[2]) << row[0];
+    }
+}
+
+TEST(TableAverages, WeighAsWrittenWithinTheirRows) {
+    const auto average = [](const std::vector<TableStep>& steps) {
+        const TableAverages averages = AverageSteps(steps);
+        return std::vector{std::round(averages.speedTas), std::round(averages.rate)};
+    };
+    EXPECT_THAT(average({}), ElementsAre(0, 0));
+    EXPECT_THAT(average({{300, 2000, 60}, {400, 1000, 60}}), ElementsAre(350, 1500));
+    EXPECT_THAT(average({{300, 2000, 100}, {400, 1000, 50}}),  // sum of s/t times t / n squared
+                ElementsAre((3.0 + 8.0) * 150 / 4 > 400 ? 400 : 0, 1500));
+    EXPECT_THAT(average({{300, 100, 10}, {310, 100, 1000}}), ElementsAre(310, 100));
+}
+
+class VnavTest : public ::testing::Test {
+  protected:
+    VnavTest() : simulator(FakeSimulator::Install()) {
+        ResetModuleState();
+        FakeSimulator::Install();
+        performance.climbIas = 250;
+        performance.climbTas = 300;
+        performance.climbRate = 2000;
+        performance.cruiseIas = 280;
+        performance.descentIas = 250;
+        performance.descentTas = 300;
+        performance.descentRate = 1500;
+        planBook.status = RouteStatus::Active;
+        aircraft.tick = 1;
+    }
+    ~VnavTest() override { ImportTable.panel.services = nullptr; }
+
+    // Entries a degree apart on the equator; the aircraft over the first, flying to the second.
+    void MakePlan(std::initializer_list<double> constraints, std::int32_t cruiseFt = 30000) {
+        activePlan.CutTo(-1);
+        std::int32_t i = 0;
+        for (const double altitude : constraints) {
+            PlanWaypoint entry;
+            entry.ident = "P" + std::to_string(i);
+            entry.longitude = i++;
+            entry.type = "INT";
+            entry.altitude = altitude > 0 ? altitude : kUnset;
+            entry.altitudeConstraint = altitude > 0 ? 1 : 0;
+            activePlan.Append(std::move(entry));
+        }
+        planBook.cruiseAltitudeFt = cruiseFt;
+        FlyFrom(0, 0, 1);
+        StartActivePlan();
+    }
+
+    void FlyFrom(double longitude, double altitudeFt, std::int32_t index) {
+        aircraft.latitude = 0;
+        aircraft.longitude = longitude;
+        aircraft.altitudeFt = altitudeFt;
+        aircraft.groundSpeedKt = 300;
+        aircraft.indicatedAirspeedKt = 250;
+        SetActiveWaypoint(index);
+    }
+
+    std::vector<double> Altitudes() const {
+        std::vector<double> altitudes;
+        for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
+            altitudes.push_back(activePlan.entries[i].altitude);
+        }
+        return altitudes;
+    }
+
+    test::EventList Sent() { return std::exchange(FakeSimulator::Get().events, {}); }
+
+    FakeSimulator& simulator;
+};
+
+TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
+    const struct {
+        double lastDegree;
+        double altitude;
+        std::int32_t rate;
+        std::int32_t most;
+        double found;
+    } rows[] = {
+        // 5 nm a minute at 2000 ft: the limit of 60 nm is 30 nm, reached at 12000 ft.
+        {1, 0, 2000, 41000, 11000},    {1, 400, 2000, 41000, 11000},  // whole thousands first
+        {-1, 0, 2000, 41000, 12000},                                  // westbound
+        {10, 0, 2000, 41000, 41000},                                  // the aircraft's highest
+        {10, 0, 2000, 41500, 41000},   {40, 0, 100, 41000, 0},        // not within 199 minutes
+        {10, 0, 0, 41000, 0},                                         // no rate
+        {0.001, 0, 2000, 41000, 1000},                                // a minute at least
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.found);
+        ResetModuleState();
+        performance.climbTas = 300;
+        performance.climbRate = row.rate;
+        performance.climbIas = 250;
+        performance.maxCruiseAltitude = row.most;
+        test::SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, row.lastDegree}});
+        FlyFrom(0, row.altitude, 1);
+        const bool planned = PlanVerticalProfile(0, 1);
+        EXPECT_EQ(planned, vnav.cruiseAltitude > 0);
+        EXPECT_EQ(vnav.cruiseAltitude, row.found);
+        EXPECT_EQ(messages.count, planned ? 0 : 1);
+    }
+}
+
+TEST_F(VnavTest, EveryEntryGetsWhatItIsPassedAt) {
+    performance.climbRate = 2010;  // 402 ft a mile up, 302 ft a mile down
+    performance.descentRate = 1510;
+    MakePlan({0, 0, 0, 0, 0, 0});
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 30000, 30000, 18100, kUnset));
+    EXPECT_EQ(activePlan.entries[1].speed, 250);
+    EXPECT_EQ(activePlan.entries[2].speed, 280);
+    MakePlan({0, 9000, 0, 0, 10000, 0});
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 9000, 30000, 28100, 10000, kUnset));
+    MakePlan({0, 0, 0, 6000, 0, 0});  // capped by the restriction the walk comes to
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 24100, 6000, 6000, kUnset));
+    performance.descentSpeedRestriction = 230;
+    performance.descentRestrictionAltitude = 18100;
+    MakePlan({0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(activePlan.entries[4].speed, 230);
+    EXPECT_EQ(activePlan.entries[3].speed, 280);
+}
+
+TEST_F(VnavTest, MarksLieWhereTheRatesPutThem) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    EXPECT_EQ(vnav.predictedClimbDistance, 75);
+    EXPECT_NEAR(vnav.tocLongitude * 60, 75, 1e-3);
+    EXPECT_EQ(vnav.tocIndex, 1);
+    EXPECT_NEAR(vnav.todLongitude * 60, 300 - 100, 1e-3);
+    EXPECT_NEAR(TodDistanceToDestination(), 100, 1e-3);
+    EXPECT_EQ(vnav.targetAltitude, 30000);
+    EXPECT_EQ(planBook.verticalTargetIndex, 5);
+    // The earliest that any restriction needs: of 12000 ft at 180 nm, not of 10000 ft at 240 nm.
+    MakePlan({0, 0, 0, 12000, 10000, 0});
+    EXPECT_NEAR(vnav.todLongitude * 60, 180 - 60, 1e-3);
+    // A restriction of the climb is its first target, and its end until it has been passed.
+    MakePlan({0, 9000, 0, 0, 0, 0});
+    EXPECT_EQ(vnav.targetAltitude, 9000);
+    EXPECT_EQ(planBook.verticalTargetIndex, 1);
+    EXPECT_EQ(ComputeTopOfClimb(0), 1);
+    EXPECT_EQ(ComputeTopOfClimb(1), 2);
+}
+
+TEST_F(VnavTest, RestrictionsAboveOrBelowAreTargetsWhereThePathViolatesThem) {
+    const struct {
+        std::int32_t crossing;
+        double altitude;
+        bool target;
+    } rows[] = {{kCrossAt, 20000, true},         {kCrossAtOrAbove, 17000, false},
+                {kCrossAtOrAbove, 19000, true},  {kCrossAtOrBelow, 17000, true},
+                {kCrossAtOrBelow, 19000, false}, {kNoCrossing, 10000, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.altitude);
+        MakePlan({0, 0, 0, 0, 20000, 0});
+        activePlan.Edit(4).altitudeConstraint = row.crossing;
+        activePlan.Edit(4).altitude = row.altitude;
+        StartActivePlan();
+        EXPECT_EQ(vnav.targets[4], row.target);
+    }
+}
+
+TEST_F(VnavTest, TheClimbIsCommandedWithinItsLimits) {
+    const struct {
+        double required;
+        double sent;
+    } rows[] = {{800, 1500}, {1499, 1500}, {2290, 2200}, {3450, 3000}, {2999, 2900}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.required);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        guidance.vnavEngaged = 1;
+        // At 300 kt ten minutes before the top of climb.
+        aircraft.altitudeFt = 30000 - row.required * 10;
+        aircraft.longitude = (vnav.tocNm - 50) / 60;
+        SetActiveWaypoint(1);
+        RunVerticalGuidance();
+        EXPECT_NEAR(vnav.requiredFpm, row.required, 0.01);
+        EXPECT_EQ(vnav.lastVsSent, row.sent);
+    }
+}
+
+TEST_F(VnavTest, LowAirspeedHoldsTheClimbUntilItIsWellAbove) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    guidance.vnavEngaged = 1;
+    for (const auto& [kt, climbs] : {std::pair{200, true},
+                                     {154, false},
+                                     {160, false},
+                                     {165, false},
+                                     {166, true},
+                                     {155, true},
+                                     {154, false}}) {
+        aircraft.indicatedAirspeedKt = kt;
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.vsCommand > 0, climbs) << kt;
+    }
+}
+
+// In the descent ten minutes at 300 kt before the last entry.
+TEST_F(VnavTest, TheDescentIsCommandedInHundredsThatStay) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    guidance.vnavEngaged = 1;
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    planBook.verticalTargetIndex = 5;
+    vnav.todNm = 249;
+    vnav.descentCruiseAltitude = 40000;  // far below the path
+    vnav.descentPathLength = 1;
+    const struct {
+        double required;
+        double sent;
+    } rows[] = {{1870, -1800}, {1901, -1800}, {1924, -1800}, {1926, -1900}, {1876, -1900},
+                {1874, -1800}, {2500, -2500}, {3450, -3000}, {1000, -1000}};
+    AimAtTarget(0);
+    EXPECT_EQ(vnav.targetAltitude, 0);
+    vnav.targetAltitude = 100;
+    for (const auto& row : rows) {
+        FlyFrom(5 - 50.0 / 60, 100 + row.required * 10, 5);
+        vnav.descentCruiseAltitude = 1e6;
+        CommandVerticalSpeed();
+        vnav.distanceToTarget = 50;
+        CommandVerticalSpeed();
+        EXPECT_NEAR(vnav.requiredFpm, row.required, 0.1);
+        EXPECT_EQ(vnav.lastVsSent, row.sent) << row.required;
+    }
+    aircraft.altitudeFt = 99;
+    CommandVerticalSpeed();
+    EXPECT_EQ(vnav.lastVsSent, 0);
+    aircraft.altitudeFt = 10000;
+    aircraft.indicatedAirspeedKt = 154;
+    CommandVerticalSpeed();
+    EXPECT_EQ(vnav.lastVsSent, 0);
+}
+
+TEST_F(VnavTest, TheTopOfClimbIsTwoHundredFeetBelowTheCruise) {
+    for (const auto& [altitude, reached] : {std::pair{29750, 0}, {29800, 0}, {29801, 1}}) {
+        MakePlan({0, 0, 0, 0, 0, 0});
+        guidance.vnavEngaged = 1;
+        aircraft.altitudeFt = altitude;
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.topOfClimbReached, reached) << altitude;
+        const auto sent = Sent();
+        EXPECT_EQ(std::count(sent.begin(), sent.end(), std::pair{kAirspeedEvent, 280U}), reached);
+    }
+}
+
+TEST_F(VnavTest, TheDescentBeginsNearItsMarkOrPastIt) {
+    const struct {
+        double beforeNm;  // of the mark
+        double latitude;
+        bool begins;
+    } rows[] = {{1.6, 0, false}, {1.4, 0, true}, {-4, 0.1, true}, {-4, 5, false}, {20, 0, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.beforeNm);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        vnav.topOfClimbReached = 1;
+        FlyFrom((vnav.todNm - row.beforeNm) / 60, 30000, row.beforeNm > 19 ? 3 : 4);
+        aircraft.latitude = row.latitude;
+        SetActiveWaypoint(planBook.activeIndex);
+        vnav.crossingIndex = 0;
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.descentActive, row.begins ? 1 : 0);
+    }
+}
+
+TEST_F(VnavTest, ARestrictionThatIsPassedIsKeptAsTheCruise) {
+    MakePlan({0, 0, 0, 0, 0, 12000, 0, 3000, 0});
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    FlyFrom(5 - 2.0 / 60, 12500, 5);
+    guidance.lnavEngaged = 1;
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.activeIndex, 6);
+    EXPECT_EQ(vnav.Phase(), VerticalPhase::Cruise);
+    EXPECT_EQ(vnav.cruiseAltitude, 12000);
+    EXPECT_EQ(vnav.crossingIndex, 5);
+    EXPECT_EQ(planBook.verticalTargetIndex, 7);
+    EXPECT_NEAR(vnav.todNm, 420 - 9000 / 300.0, 1e-3);
+    // A restriction above the present cruise altitude never raises it.
+    MakePlan({0, 0, 0, 0, 0, 12000, 0, 3000, 0}, 10000);
+    vnav.topOfClimbReached = 1;
+    FlyFrom(5 - 2.0 / 60, 10000, 5);
+    SequenceWaypoint();
+    EXPECT_EQ(vnav.cruiseAltitude, 10000);
+}
+
+TEST_F(VnavTest, SpeedsFollowTheSchedule) {
+    performance.climbSpeedRestriction = performance.descentSpeedRestriction = 220;
+    performance.climbRestrictionAltitude = performance.descentRestrictionAltitude = 10000;
+    const struct {
+        VerticalPhase phase;
+        double altitude;
+        std::int32_t constraint;
+        double entrySpeed;
+        std::int32_t sent;
+    } rows[] = {
+        {VerticalPhase::Climb, 9999, 0, 250, 220},    {VerticalPhase::Climb, 10000, 0, 250, 250},
+        {VerticalPhase::Climb, 9000, 1, 240, 220},    {VerticalPhase::Climb, 9000, 1, 210, 210},
+        {VerticalPhase::Climb, 12000, 1, 240, 240},   {VerticalPhase::Cruise, 20000, 0, 250, 280},
+        {VerticalPhase::Descent, 20000, 0, 250, 250}, {VerticalPhase::Descent, 9000, 0, 250, 220},
+        {VerticalPhase::Descent, 9000, 1, 240, 220},  {VerticalPhase::Descent, 12000, 1, 240, 240},
+        {VerticalPhase::Descent, 12000, 1, 100, 155}, {VerticalPhase::Cruise, 20000, 0, kUnset, -1},
+    };
+    performance.climbIasMin = performance.descentIasMin = 180;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.altitude);
+        SCOPED_TRACE(row.entrySpeed);
+        performance.descentIas = 250;
+        performance.cruiseIas = 280;
+        MakePlan({0, 0, 0, 0, 0, 0});
+        PlanWaypoint& entry = activePlan.Edit(1);
+        entry.altitudeConstraint = row.constraint;
+        entry.speed = row.entrySpeed;
+        vnav.topOfClimbReached = row.phase == VerticalPhase::Climb ? 0 : 1;
+        vnav.descentActive = row.phase == VerticalPhase::Descent ? 1 : 0;
+        guidance.vnavEngaged = 1;
+        aircraft.altitudeFt = row.altitude;
+        guidance.distanceToGoNm = 24;
+        vnav.speed = {};
+        Sent();
+        CommandSpeed();
+        EXPECT_EQ(vnav.speed.set, 1);
+        if (row.sent < 0) {
+            EXPECT_THAT(Sent(), IsEmpty());
+        } else {
+            EXPECT_THAT(Sent(), ElementsAre(Pair(kAirspeedEvent, row.sent)));
+        }
+    }
+}
+
+TEST_F(VnavTest, SpeedsWaitForTheirConditions) {
+    const struct {
+        const char* what;
+        void (*change)();
+        bool sends;
+    } rows[] = {
+        {"as it is", [] {}, true},
+        {"far away", [] { guidance.distanceToGoNm = 25; }, false},
+        {"forced", [] { guidance.distanceToGoNm = 99, vnav.forceSpeed = 1; }, true},
+        {"sent already", [] { vnav.speed.set = 1; }, false},
+        {"not engaged", [] { guidance.vnavEngaged = 0; }, false},
+        {"a route being built", [] { planBook.status = RouteStatus::AwaitsExecution; }, false},
+        {"a modification waits", [] { planBook.status = RouteStatus::Modified; }, true},
+        {"suspended", [] { settings.VnavSetSpd = 2; }, false},
+        {"a restriction not yet overhead", [] { vnav.crossingIndex = 1; }, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        settings.VnavSetSpd = 1;
+        MakePlan({0, 0, 0, 0, 0, 0});
+        guidance.vnavEngaged = 1;
+        guidance.distanceToGoNm = 24;
+        vnav.speed = {};
+        Sent();
+        row.change();
+        CommandSpeed();
+        EXPECT_EQ(Sent().size(), row.sends ? 1U : 0U);
+    }
+}
+
+TEST_F(VnavTest, KnobsAreThePilotsOnceTheyAreStill) {
+    const SentTarget sent{1, -999, 250, 250};
+    EXPECT_FALSE(TurnedByPilot(sent, 250, 250));
+    EXPECT_FALSE(TurnedByPilot(sent, 250.9, 250.1));
+    EXPECT_FALSE(TurnedByPilot(sent, 260, 250));  // still turning
+    EXPECT_TRUE(TurnedByPilot(sent, 260, 260));
+    EXPECT_FALSE(TurnedByPilot({0, -999, 250, 250}, 260, 260));
+    EXPECT_FALSE(TurnedByPilot({1, 7, 250, 250}, 260, 260));  // sent in this frame
+}
+
+TEST_F(VnavTest, BadInputCommandsNothing) {
+    const struct {
+        const char* what;
+        void (*change)();
+    } rows[] = {
+        {"no rates", [] { performance.climbRate = 0; }},
+        {"no descent speed", [] { performance.descentTas = 0; }},
+        {"no position", [] { aircraft.latitude = std::numeric_limits<double>::quiet_NaN(); }},
+        {"one entry", [] { activePlan.CutTo(0); }},
+        {"gaps only", [] { activePlan.Edit(1) = activePlan.Edit(2) = Discontinuity(); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        performance.climbRate = 2000;
+        performance.descentTas = 300;
+        MakePlan({0, 0, 0});
+        row.change();
+        planBook.cruiseAltitudeFt = 30000;
+        StartActivePlan();
+        guidance.vnavEngaged = 1;
+        Sent();
+        RunVerticalGuidance();
+        ApplyClimbFallback();
+        RefreshPredictions();
+        for (const auto& [event, value] : Sent()) {
+            EXPECT_LE(static_cast<std::int32_t>(value), 60000) << event;
+            EXPECT_GE(static_cast<std::int32_t>(value), -6000) << event;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace avq1
