@@ -2,6 +2,7 @@
 // spherical geometry the steps of a frame ask for.
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -12,6 +13,8 @@
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
+#include "guidance/vnav.h"
 #include "host/update_frame.h"
 #include "platform/services.h"
 #include "simlink/aircraft_state.h"
@@ -116,6 +119,40 @@ void UpdateFrameWithLegs(benchmark::State& state) {
         static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
 }
 BENCHMARK(UpdateFrameWithLegs)->Arg(10)->Arg(100)->Arg(kMaxPlanIndex);
+
+// The same in the climb, without and with vertical guidance engaged.
+void UpdateFrameInTheClimb(benchmark::State& state) {
+    FlyPlanOf(100);
+    planBook.cruiseAltitudeFt = 33000;
+    StartVerticalProfile();
+    guidance.vnavEngaged = static_cast<std::int32_t>(state.range(0));
+    const long before = bench::AllocationCount();
+    for (auto _ : state) {
+        NextTick();
+        UpdateFrame();
+    }
+    state.counters["allocations"] = benchmark::Counter(
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
+}
+BENCHMARK(UpdateFrameInTheClimb)->Arg(0)->Arg(1);
+
+// A full plan in which every fifth entry is restricted: measured, planned, filled and predicted, as
+// after an edit. At most 300 us.
+void PlanAndPredict(benchmark::State& state) {
+    FlyPlanOf(kMaxPlanIndex);
+    for (std::int32_t i = 5; i < activePlan.lastIndex; i += 5) {
+        activePlan.Edit(i).altitudeConstraint = 1;
+        activePlan.Edit(i).altitude = 300.0 * std::min(i, activePlan.lastIndex - i);
+    }
+    planBook.cruiseAltitudeFt = 33000;
+    for (auto _ : state) {
+        activePlan.Edit(1).latitude += 1e-6;
+        PlanVerticalProfile(planBook.cruiseAltitudeFt, 1);
+        RefreshPredictions();
+        benchmark::DoNotOptimize(ActivePredictions().destination.minutes);
+    }
+}
+BENCHMARK(PlanAndPredict);
 
 void SnapshotAlone(benchmark::State& state) {
     FlyPlanOf(10);
