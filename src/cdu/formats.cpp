@@ -12,6 +12,7 @@ constexpr double kTenthsPerDay = 24 * kTenthsPerHour;
 constexpr double kMinutesPerHour = 60;
 constexpr double kFeetPerFlightLevel = 100;
 constexpr int kAltitudeWidth = 5;
+constexpr int kCourseWidth = 3;
 
 double RoundHalfUp(double value) {
     return std::floor(value + 0.5);
@@ -39,6 +40,31 @@ UnitText SpacedDashes(int count) {
     return UnitText(
         std::string_view("- - - - - - - - - - - - - - - - - - - - - - - - - - - - - - - - - - - -",
                          std::max(2 * count - 1, 0)));
+}
+
+UnitText NumberText(double value, int width, int decimals) {
+    UnitText text = Dashes(width);
+    if (std::isfinite(value)) {
+        text.Put("%*.*f", width, decimals, value);
+    }
+    return text;
+}
+
+UnitText CourseText(double courseDeg) {
+    UnitText text = Dashes(kCourseWidth);
+    if (std::isfinite(courseDeg)) {
+        text.Put("%03.0f", WholeCourse(courseDeg));
+    }
+    return text;
+}
+
+UnitText SideText(double amount, char left, char right, int decimals) {
+    UnitText text("- ---");
+    if (std::isfinite(amount)) {
+        text.Put("%c %0*.*f", amount < 0 ? left : right, decimals == 0 ? kCourseWidth : 1, decimals,
+                 std::abs(amount));
+    }
+    return text;
 }
 
 UnitText HoursMinutesText(double hours, double minutes) {

@@ -23,6 +23,15 @@ WholeTime WholeMinutes(double hours, double minutes);
 UnitText Dashes(int count);
 UnitText SpacedDashes(int count);
 
+// "  431" or "12.5": a number in a field of `width` characters.
+UnitText NumberText(double value, int width, int decimals = 0);
+
+// "067": a course, bearing, heading or track.
+UnitText CourseText(double courseDeg);
+
+// "L 012" and "R 0.34": an amount to one side, negative to the left; "%03.0f" without decimals.
+UnitText SideText(double amount, char left, char right, int decimals = 0);
+
 // "01:07", hours and minutes.
 UnitText HoursMinutesText(double hours, double minutes);
 

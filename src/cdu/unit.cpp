@@ -25,12 +25,6 @@ PaintRecord& RecordOf(UnitPaint& paint, const DrawTarget& target) {
     return *found;
 }
 
-const PageRow* PageShown(const CduUnit& unit) {
-    const auto found = std::ranges::find(unit.pages, unit.state.page,
-                                         [](const PageRow* row) { return row->page; });
-    return found == unit.pages.end() ? nullptr : *found;
-}
-
 // Each press is handed over exactly once.
 UnitInput TakeInput(CduState& state) {
     return std::exchange(state.input, {});
@@ -51,6 +45,29 @@ void PressLine(const CduUnit& unit, const PageRow& page, std::int32_t line) {
     }
 }
 
+void Answer(const CduUnit& unit, EntryResult result) {
+    if (unit.answered != nullptr && result != EntryResult::None) {
+        unit.answered(result);
+    }
+}
+
+// What the keys mean to the selected line. True when ENTER has been used up by it.
+bool HandleSelection(const CduUnit& unit, const PageRow& page, const UnitInput& input) {
+    if (unit.selection == nullptr) {
+        return false;
+    }
+    PressSelectableLine(page.lines, *unit.selection, input.lineKey);
+    if (input.clearPressed) {
+        Answer(unit, ClearSelected(page.lines, *unit.selection));
+    }
+    const LineRow* row = SelectedRow(page.lines, *unit.selection);
+    if (!input.enterPressed || row == nullptr || row->enter == nullptr) {
+        return false;
+    }
+    Answer(unit, EnterSelected(page.lines, *unit.selection));
+    return true;
+}
+
 void HandleKeys(const CduUnit& unit) {
     const PageRow* page = PageShown(unit);
     if (page == nullptr) {
@@ -61,7 +78,8 @@ void HandleKeys(const CduUnit& unit) {
         page->handle(input);
     }
     PressLine(unit, *page, input.lineKey);
-    if (input.enterPressed || (input.entryComplete && page->keyboardEnters)) {
+    const bool entered = HandleSelection(unit, *page, input);
+    if (!entered && (input.enterPressed || (input.entryComplete && page->keyboardEnters))) {
         PressLine(unit, *page, kEnterLine);
     }
     if (unit.state.lineKeyRepost != 0) {
@@ -77,6 +95,9 @@ void Compose(const CduUnit& unit, Screen& screen) {
             page->compose(screen);
         }
         DrawFields(page->fields, screen);
+        if (unit.selection != nullptr) {
+            DrawLineRows(page->lines, *unit.selection, unit.lineStyles, screen);
+        }
         if (unit.overlay != nullptr) {
             unit.overlay(screen);
         }
@@ -112,6 +133,12 @@ void Paint(const CduUnit& unit, const DrawTarget& target, PaintRecord& record) {
 }
 
 }  // namespace
+
+const PageRow* PageShown(const CduUnit& unit) {
+    const auto found = std::ranges::find(unit.pages, unit.state.page,
+                                         [](const PageRow* row) { return row->page; });
+    return found == unit.pages.end() ? nullptr : *found;
+}
 
 void OpenPage(CduState& state, std::int32_t page) {
     state.page = page;

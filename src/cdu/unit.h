@@ -14,6 +14,7 @@
 #include <span>
 
 #include "cdu/fields.h"
+#include "cdu/line_select.h"
 #include "cdu/screen.h"
 #include "cdu/unit_input.h"
 #include "drawing/surface.h"
@@ -23,6 +24,7 @@ namespace avq1 {
 struct PageRow {
     std::int32_t page = 0;  // its number, as the unit's page table has it
     std::span<const FieldRow> fields = {};
+    std::span<const LineRow> lines = {};  // on a unit that selects lines
     // What the keys ask of the page itself: lists, modes, paging. Comes before the fields' keys.
     void (*handle)(const UnitInput& input) = nullptr;
     // What is on the screen beside the fields; put before them.
@@ -78,9 +80,17 @@ struct CduUnit {
     PilotEntry (*entry)() = nullptr;
     // Told how the field took it, before the page it opens is shown.
     void (*entered)(const FieldRow& field, const FieldOutcome& outcome) = nullptr;
+    // Null on a unit without line selection.
+    LineSelection* selection = nullptr;
+    LineStyles lineStyles = {};
+    // Told what came of ENTER or CLR on a selected line.
+    void (*answered)(EntryResult result) = nullptr;
     // Put over every page: entry lines, frames.
     void (*overlay)(Screen& screen) = nullptr;
 };
+
+// The row of the unit's page table that is shown; null without.
+const PageRow* PageShown(const CduUnit& unit);
 
 // One draw event of one of the unit's gauges.
 void DrawUnit(const CduUnit& unit, const DrawTarget& target);

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "base/panel_windows.h"
-#include "cdu_gns/gns_keys.h"
+#include "cdu_gns/gns.h"
 #include "cdu_gns/mcu.h"
 #include "cdu_smiths/smiths_keys.h"
 #include "displays/eadi.h"
@@ -151,11 +151,20 @@ constexpr GaugeBehaviour Unit(void (*drawScreen)(const DrawTarget&), bool logsAf
     return behaviour;
 }
 
+constexpr GaugeBehaviour GnsUnit(void (*onInstall)()) {
+    GaugeBehaviour behaviour = Unit(DrawGns, false);
+    behaviour.onInstall = onInstall;
+    behaviour.keyboardUser = &kGnsKeyboard;
+    behaviour.beforeUpdate = PollGnsKeyboard;
+    return behaviour;
+}
+
 constexpr GaugeBehaviour kMcu = CompactUnit();
 constexpr GaugeBehaviour kMfd = Display(DrawBlank, panel_window::kMfd);
 constexpr GaugeBehaviour kMfdPanel{
     .takesSimFolder = true, .initialises = true, .onPanelDraw = DrawMfdPanel};
-constexpr GaugeBehaviour kGns = Unit(DrawBlank, false);
+constexpr GaugeBehaviour kGns = GnsUnit(InstallGns);
+constexpr GaugeBehaviour kGnsLm = GnsUnit(nullptr);
 constexpr GaugeBehaviour kEadi = Display(DrawEadi, panel_window::kEadi);
 constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, panel_window::kEhsi, true);
 constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, panel_window::kEhsiNoBezel, false);

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "cdu_gns/gns_keys.h"
+#include "cdu_gns/gns.h"
 #include "cdu_gns/mcu.h"
 #include "cdu_smiths/smiths_keys.h"
 #include "host/gauge_table.h"

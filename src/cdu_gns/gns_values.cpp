@@ -1,0 +1,140 @@
+#include "cdu_gns/gns_values.h"
+
+#include <cmath>
+#include <limits>
+
+#include "cdu/formats.h"
+#include "flightplan/hold_pattern.h"
+#include "geometry/geometry.h"
+#include "guidance/guidance_state.h"
+#include "guidance/holds.h"
+#include "settings/settings.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double kMinutesPerHour = 60;
+constexpr double kSecondsPerHour = 3600;
+constexpr double kHoursPerDay = 24;
+constexpr int kTimeDashes = 6;
+constexpr std::int32_t kCornersAndFix = 5;
+
+bool InKilograms() {
+    return settings.WeightUnit == "KGS";
+}
+
+}  // namespace
+
+double GnsDistanceTo(std::int32_t index) {
+    if (!HasActiveWaypoint() || index < planBook.activeIndex || !activePlan.Holds(index) ||
+        !HasPosition(activePlan.entries[index]) || !HasPosition(ActiveWaypoint())) {
+        return kNone;
+    }
+    return guidance.distanceToGoNm + RouteLengthNm(activePlan, planBook.activeIndex, index);
+}
+
+double GnsMinutesTo(std::int32_t index) {
+    if (!(aircraft.groundSpeedKt > kGnsTimesFromKt)) {
+        return kNone;
+    }
+    return GnsDistanceTo(index) / aircraft.groundSpeedKt * kMinutesPerHour;
+}
+
+double GnsFuelAtPounds(std::int32_t index) {
+    return FuelOnBoard() - TotalFuelFlow() * GnsMinutesTo(index) / kMinutesPerHour;
+}
+
+double GnsTrackMag() {
+    return TrueToMagnetic(aircraft.headingMag - derived.driftDeg, 0);
+}
+
+double GnsTurn(double fromDeg, double toDeg) {
+    return PositiveModulo(toDeg - fromDeg + 180, 360) - 180;
+}
+
+double GnsSecondsToHoldFix() {
+    if (!HoldBeingFlown() || !(aircraft.groundSpeedKt > kGnsTimesFromKt)) {
+        return kNone;
+    }
+    const auto& corners = holdList.holds[1].corners;
+    double distanceNm = 0;
+    double latitude = aircraft.latitude;
+    double longitude = aircraft.longitude;
+    // Around the pattern from the corner being flown to, and from the last one to the fix.
+    for (std::int32_t corner = holdFlight.holdTargetCorner; corner <= kCornersAndFix; ++corner) {
+        const HoldCorner& next =
+            corners[static_cast<std::size_t>(corner == kCornersAndFix ? 0 : corner)];
+        distanceNm += GreatCircleDistanceNm(latitude, longitude, next.latitude, next.longitude);
+        latitude = next.latitude;
+        longitude = next.longitude;
+    }
+    return distanceNm / aircraft.groundSpeedKt * kSecondsPerHour;
+}
+
+UnitText GnsMinutesText(double minutes) {
+    return std::isfinite(minutes) ? HoursMinutesText(0, minutes) : Dashes(kTimeDashes);
+}
+
+UnitText GnsClockText(double minutesFromNow) {
+    if (!std::isfinite(minutesFromNow)) {
+        return Dashes(kTimeDashes);
+    }
+    const bool local = settings.DispETALocalTime == 1;
+    const double hour = local ? aircraft.clockHour : aircraft.zuluHour;
+    const double minute = local ? aircraft.clockMinute : aircraft.zuluMinute;
+    const double total = std::floor(minute + minutesFromNow + 0.5) + hour * kMinutesPerHour;
+    return HoursMinutesText(0, PositiveModulo(total, kHoursPerDay * kMinutesPerHour));
+}
+
+std::int32_t GnsNextIndex() {
+    if (HasActiveWaypoint()) {
+        for (std::int32_t i = planBook.activeIndex + 1; i <= activePlan.lastIndex; ++i) {
+            if (HasPosition(activePlan.entries[i])) {
+                return i;
+            }
+        }
+    }
+    return kNoWaypoint;
+}
+
+namespace {
+
+UnitText DegreesText(double degrees, bool isLatitude) {
+    UnitText text;
+    if (settings.DecLatLonDisp > 0) {
+        text.Put("(%.6f)", degrees);
+        return text;
+    }
+    PositionText latitude;
+    PositionText longitude;
+    FormatLatLon(isLatitude ? degrees : 0, isLatitude ? 0 : degrees, latitude, longitude);
+    text.Set(isLatitude ? latitude.data() : longitude.data());
+    return text;
+}
+
+}  // namespace
+
+UnitText GnsLatitudeText(double latitude) {
+    return DegreesText(latitude, true);
+}
+
+UnitText GnsLongitudeText(double longitude) {
+    return DegreesText(longitude, false);
+}
+
+double GnsWeight(double pounds) {
+    return InKilograms() ? pounds / kPoundsPerKilogram : pounds;
+}
+
+double GnsPounds(double weight) {
+    return InKilograms() ? weight * kPoundsPerKilogram : weight;
+}
+
+const char* GnsWeightUnit() {
+    return InKilograms() ? "KG" : "LB";
+}
+
+}  // namespace avq1

@@ -1,0 +1,51 @@
+// cdu_gns/gns_values.h - the numbers of the flight that several pages of the GNS-style unit show,
+// each taken from one place, so that no two pages disagree.
+//
+// Minutes are the simulator's, counted from now; NaN where there is nothing to show.
+#pragma once
+
+#include <cstdint>
+
+#include "cdu/unit_text.h"
+#include "flightplan/flight_plan.h"
+
+namespace avq1 {
+
+// Times to entries of the plan are shown above this ground speed.
+inline constexpr double kGnsTimesFromKt = 50;
+
+// Route distance from the aircraft to entry `index` of the active plan, nm. NaN for entries that
+// lie behind, have no position, or without an active waypoint.
+double GnsDistanceTo(std::int32_t index);
+double GnsMinutesTo(std::int32_t index);
+
+// Fuel on board when entry `index` is reached, pounds.
+double GnsFuelAtPounds(std::int32_t index);
+
+// Where the aircraft moves to, degrees magnetic.
+double GnsTrackMag();
+// From one direction to another the shorter way, -180 to 180, negative to the left.
+double GnsTurn(double fromDeg, double toDeg);
+
+// Until the fix of the hold being flown is passed again; NaN when none is or without speed.
+double GnsSecondsToHoldFix();
+
+// "01:07" from minutes, six dashes when there are none.
+UnitText GnsMinutesText(double minutes);
+// The time of day that many minutes from now: UTC, or the simulator's local time when the setting
+// asks for it.
+UnitText GnsClockText(double minutesFromNow);
+
+// The entry of the active plan after the active one that has a position; kNoWaypoint without.
+std::int32_t GnsNextIndex();
+
+// "N33:37:22" or "(33.622900)", as the setting asks.
+UnitText GnsLatitudeText(double latitude);
+UnitText GnsLongitudeText(double longitude);
+
+// Pounds in the unit that the WeightUnit setting asks for, and back.
+double GnsWeight(double pounds);
+double GnsPounds(double weight);
+const char* GnsWeightUnit();
+
+}  // namespace avq1
