@@ -19,9 +19,11 @@ constexpr double kNoticePx = 26;
 constexpr std::size_t kLongEntry = 10;
 constexpr std::size_t kShortEntry = 6;
 
-constexpr std::array<const PageRow*, 2> kPages = {
+constexpr std::array<const PageRow*, 4> kPages = {
     &kGnsPlanPage,
     &kGnsNavigationPage,
+    &kGnsHoldPage,
+    &kGnsFuelPage,
 };
 
 constexpr CanvasFont kText{"Courier New", kTextPx, true};
@@ -88,6 +90,9 @@ bool PointsRight() {
 }
 
 void PutArrows(Screen& screen) {
+    if (gns.page == kGnsFuel || gns.page == kGnsVnav) {
+        return;  // these put their own
+    }
     const std::span<const LineRow> rows = LinesShown();
     for (std::int32_t line = 1; line <= 2 * kLinesPerSide; ++line) {
         const bool left = line <= kLinesPerSide;

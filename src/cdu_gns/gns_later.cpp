@@ -4,7 +4,7 @@ namespace avq1 {
 void OpenGnsCrossing() {}
 void OpenGnsCrossingOf(std::int32_t) {}
 void OpenGnsDirect() {}
-void OpenGnsHold() {}
+
 void OpenGnsProcedure(GnsPage) {}
 void OpenGnsSave() {}
 EntryResult EnterGnsWaypoint(const LineRow&) { return EntryResult::None; }

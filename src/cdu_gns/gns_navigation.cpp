@@ -227,13 +227,13 @@ constexpr FieldRow kAheadFields[] = {
     {.show = ShowCrosswind, .style = kGnsData, .valueAt = {370, 160}},
     {.show = ShowDestinationLabel, .item = 0, .style = kGnsLabel, .valueAt = {kGnsLabelX, 200}},
     {.show =
-         [](const FieldRow&, UnitText& t) { t = GnsClockText(GnsMinutesTo(Destination())); },
+         [](const FieldRow&, UnitText& t) { t = GnsClockText(ActivePredictions().destination); },
      .style = kGnsData,
      .valueAt = {kTimeX - kGnsCharacterWidth, 200}},
     {.show = ShowDestinationLabel, .item = 1, .style = kGnsLabel, .valueAt = {kGnsLabelX, 240}},
     {.show =
          [](const FieldRow&, UnitText& t) {
-             t = NumberText(GnsWeight(GnsFuelAtPounds(Destination())), 5);
+             t = NumberText(GnsWeight(GnsFuelAtPounds(ActivePredictions().destination)), 5);
          },
      .style = kGnsData,
      .valueAt = {kTimeX, 240}},
@@ -341,7 +341,7 @@ void ShowRestrictionOrEta(const LineRow& row, UnitText& text) {
     if (IsSelected(gns, row)) {
         text.Set(choices.pendingEta ? "ETA?" : "ALT?");
     } else if (choices.showsEta) {
-        text = GnsClockText(GnsMinutesTo(planBook.activeIndex));
+        text = GnsClockText(GnsPredictionOf(planBook.activeIndex));
     } else if (ActiveWaypoint().altitude != kUnset) {
         text.Put("%5.0fA", ActiveWaypoint().altitude);
     } else {

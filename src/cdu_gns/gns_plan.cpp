@@ -274,7 +274,7 @@ void ColumnText(std::int32_t index, UnitText& text) {
     const bool ahead = GnsShowsActivePlan() && index >= planBook.activeIndex;
     switch (gns.columnMode) {
         case kColumnEta:
-            text = ahead ? GnsClockText(GnsMinutesTo(index)) : UnitText{};
+            text = ahead ? GnsClockText(GnsPredictionOf(index)) : UnitText{};
             break;
         case kColumnDis:
             text = ahead ? NumberText(GnsDistanceTo(index), 5) : UnitText{};

@@ -5,6 +5,7 @@
 
 #include "cdu/formats.h"
 #include "flightplan/hold_pattern.h"
+#include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
@@ -16,9 +17,8 @@ namespace avq1 {
 namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-constexpr double kMinutesPerHour = 60;
 constexpr double kSecondsPerHour = 3600;
-constexpr double kHoursPerDay = 24;
+constexpr double kMinutesPerDay = 1440;
 constexpr int kTimeDashes = 6;
 constexpr std::int32_t kCornersAndFix = 5;
 
@@ -36,15 +36,31 @@ double GnsDistanceTo(std::int32_t index) {
     return guidance.distanceToGoNm + RouteLengthNm(activePlan, planBook.activeIndex, index);
 }
 
-double GnsMinutesTo(std::int32_t index) {
-    if (!(aircraft.groundSpeedKt > kGnsTimesFromKt)) {
-        return kNone;
-    }
-    return GnsDistanceTo(index) / aircraft.groundSpeedKt * kMinutesPerHour;
+const PredictedPoint& GnsPredictionOf(std::int32_t index) {
+    static const PredictedPoint unknown;
+    return activePlan.Holds(index) ? ActivePredictions().entries[static_cast<std::size_t>(index)]
+                                   : unknown;
 }
 
-double GnsFuelAtPounds(std::int32_t index) {
-    return FuelOnBoard() - TotalFuelFlow() * GnsMinutesTo(index) / kMinutesPerHour;
+double GnsMinutesTo(const PredictedPoint& point) {
+    return point.known && aircraft.groundSpeedKt > kGnsTimesFromKt ? point.minutes : kNone;
+}
+
+double GnsMinutesTo(std::int32_t index) {
+    return GnsMinutesTo(GnsPredictionOf(index));
+}
+
+UnitText GnsClockText(const PredictedPoint& point) {
+    if (!std::isfinite(GnsMinutesTo(point))) {
+        return Dashes(kTimeDashes);
+    }
+    const double minutes =
+        settings.DispETALocalTime == 1 ? point.clockMinutes : point.zuluMinutes;
+    return HoursMinutesText(0, PositiveModulo(std::floor(minutes + 0.5), kMinutesPerDay));
+}
+
+double GnsFuelAtPounds(const PredictedPoint& point) {
+    return point.known ? point.fuelLb : kNone;
 }
 
 double GnsTrackMag() {
@@ -76,17 +92,6 @@ double GnsSecondsToHoldFix() {
 
 UnitText GnsMinutesText(double minutes) {
     return std::isfinite(minutes) ? HoursMinutesText(0, minutes) : Dashes(kTimeDashes);
-}
-
-UnitText GnsClockText(double minutesFromNow) {
-    if (!std::isfinite(minutesFromNow)) {
-        return Dashes(kTimeDashes);
-    }
-    const bool local = settings.DispETALocalTime == 1;
-    const double hour = local ? aircraft.clockHour : aircraft.zuluHour;
-    const double minute = local ? aircraft.clockMinute : aircraft.zuluMinute;
-    const double total = std::floor(minute + minutesFromNow + 0.5) + hour * kMinutesPerHour;
-    return HoursMinutesText(0, PositiveModulo(total, kHoursPerDay * kMinutesPerHour));
 }
 
 std::int32_t GnsNextIndex() {

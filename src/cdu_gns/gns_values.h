@@ -8,6 +8,7 @@
 
 #include "cdu/unit_text.h"
 #include "flightplan/flight_plan.h"
+#include "guidance/predictions.h"
 
 namespace avq1 {
 
@@ -17,10 +18,15 @@ inline constexpr double kGnsTimesFromKt = 50;
 // Route distance from the aircraft to entry `index` of the active plan, nm. NaN for entries that
 // lie behind, have no position, or without an active waypoint.
 double GnsDistanceTo(std::int32_t index);
-double GnsMinutesTo(std::int32_t index);
 
-// Fuel on board when entry `index` is reached, pounds.
-double GnsFuelAtPounds(std::int32_t index);
+// What is predicted for an entry of the active plan; nothing known of one it does not have.
+const PredictedPoint& GnsPredictionOf(std::int32_t index);
+double GnsMinutesTo(const PredictedPoint& point);
+double GnsMinutesTo(std::int32_t index);
+// The time of day there: UTC, or the simulator's local time when the setting asks for it.
+UnitText GnsClockText(const PredictedPoint& point);
+// Fuel on board there, pounds.
+double GnsFuelAtPounds(const PredictedPoint& point);
 
 // Where the aircraft moves to, degrees magnetic.
 double GnsTrackMag();
@@ -32,10 +38,6 @@ double GnsSecondsToHoldFix();
 
 // "01:07" from minutes, six dashes when there are none.
 UnitText GnsMinutesText(double minutes);
-// The time of day that many minutes from now: UTC, or the simulator's local time when the setting
-// asks for it.
-UnitText GnsClockText(double minutesFromNow);
-
 // The entry of the active plan after the active one that has a position; kNoWaypoint without.
 std::int32_t GnsNextIndex();
 

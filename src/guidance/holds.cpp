@@ -132,6 +132,10 @@ void FlyHold(const HoldPattern& hold) {
             return;
         }
         approach = AdvanceCorner(hold);
+        if (hold.exitAutomatic == 1 && holdFlight.holdTargetCorner > kFirstCorner &&
+            holdFlight.holdState == HoldState::Normal) {
+            holdFlight.holdState = HoldState::ExitRequested;  // one circuit is enough
+        }
     }
     SendHoldHeading(approach.bearingTrue);
 }

@@ -1,5 +1,6 @@
 #include "host/listeners.h"
 
+#include "cdu_gns/gns.h"
 #include "flightlog/flight_log.h"
 #include "guidance/guidance_events.h"
 
@@ -13,6 +14,7 @@ struct ListenerRow {
 
 constexpr ListenerRow kListeners[] = {
     {GuidanceEvent::PlanStarted, LogStartedPlan},
+    {GuidanceEvent::PlanStarted, NoteGnsPlanStarted},
 };
 
 }  // namespace

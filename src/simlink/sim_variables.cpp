@@ -54,16 +54,12 @@ const TankRow& RowOf(FuelTank tank) {
     return kTanks[static_cast<std::size_t>(tank)];
 }
 
-using EngineFamily = std::array<std::int32_t, 4>;
+using EngineFamily = std::array<std::int32_t, kEngineCount>;
 constexpr EngineFamily kPistonFlows{421, 460, 499, 538};
 constexpr EngineFamily kTurbineFlows{638, 657, 676, 695};
 
-double SumOf(const EngineFamily& variables) {
-    double sum = 0;
-    for (const std::int32_t variable : variables) {
-        sum += ReadVariable(variable);
-    }
-    return sum;
+const EngineFamily& FlowingFamily() {
+    return ReadVariable(kPistonFlows[0]) > 0 ? kPistonFlows : kTurbineFlows;
 }
 
 }  // namespace
@@ -130,7 +126,15 @@ double FuelOnBoard() {
 }
 
 double TotalFuelFlow() {
-    return SumOf(ReadVariable(kPistonFlows[0]) > 0 ? kPistonFlows : kTurbineFlows);
+    double sum = 0;
+    for (const std::int32_t variable : FlowingFamily()) {
+        sum += ReadVariable(variable);
+    }
+    return sum;
+}
+
+double EngineFuelFlow(std::int32_t engine) {
+    return ReadVariable(FlowingFamily()[static_cast<std::size_t>(engine - 1)]);
 }
 
 }  // namespace avq1

@@ -46,4 +46,8 @@ double FuelOnBoard();
 // else the turbine family.
 double TotalFuelFlow();
 
+// One engine's share of it; engines 1 to kEngineCount.
+inline constexpr std::int32_t kEngineCount = 4;
+double EngineFuelFlow(std::int32_t engine);
+
 }  // namespace avq1

@@ -11,6 +11,7 @@
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
@@ -40,6 +41,7 @@ class GnsTest : public ::testing::Test {
                        {"APPRA", 0, 6, "INT", "APPR"},
                        {"KBBB", 0, 7, "APT"}});
         SetActiveWaypoint(1);
+        RefreshPredictions();
     }
 
     FakeSimulator& simulator = FakeSimulator::Install();

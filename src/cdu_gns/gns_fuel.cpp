@@ -1,0 +1,352 @@
+// PLAN: fuel on board, the way to the destination, fuel flow, flight time and weights.
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <span>
+
+#include "base/module_state.h"
+#include "cdu/formats.h"
+#include "cdu_gns/gns_pages.h"
+#include "cdu_gns/gns_values.h"
+#include "flightplan/flight_plan.h"
+#include "guidance/guidance_events.h"
+#include "guidance/guidance_state.h"
+#include "simlink/aircraft_state.h"
+#include "simlink/data_service.h"
+#include "simlink/sim_variables.h"
+
+namespace avq1 {
+namespace {
+
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double kMinutesPerHour = 60;
+constexpr double kWeightsPerRange = 1000;
+constexpr int kIdentX = 240;
+constexpr int kWeightX = 300;
+constexpr int kWeightUnitX = 430;
+constexpr int kValueX = 360;
+constexpr int kFlowX = 380;
+constexpr int kWholeWeightX = 340;
+constexpr std::int32_t kReserveDigits = 6;
+
+// What the data service told when the page was opened, and the fuel when the plan was begun.
+struct FuelRecord {
+    bool weightsKnown = false;
+    AircraftWeights weights;
+    double fuelAtStartLb = kNone;
+};
+
+FuelRecord record;
+const StateReset recordReset([] { record = FuelRecord{}; });
+
+// ---- values ----
+double HoursLeft() {
+    const double flow = TotalFuelFlow();
+    return flow > 0 ? FuelOnBoard() / flow : kNone;
+}
+
+double RangePerPound() {
+    const double flow = TotalFuelFlow();
+    return flow > 0 ? aircraft.groundSpeedKt / flow : kNone;
+}
+
+double MinutesFor(double distanceNm) {
+    return aircraft.groundSpeedKt > kGnsTimesFromKt
+               ? distanceNm / aircraft.groundSpeedKt * kMinutesPerHour
+               : kNone;
+}
+
+bool HasDestination() {
+    return HasActiveWaypoint() && ActivePredictions().destination.known;
+}
+
+double DirectDistance() {
+    return HasActiveWaypoint() ? progress.destinationDistanceDirect : kNone;
+}
+
+double FuelFor(double minutes) {
+    return TotalFuelFlow() * minutes / kMinutesPerHour;
+}
+
+// Rows of one kind share these: the item says which value.
+enum WeightItem : std::int32_t {
+    kRemaining,
+    kFlow,
+    kLegFuel,
+    kPlanFuel,
+    kBasicWeight,
+    kPayload,
+    kFuelUsed,
+    kGrossWeight,
+    kFlowOfEngine = 100,  // and its number
+};
+
+double PoundsOf(std::int32_t item) {
+    const bool weighed = record.weightsKnown;
+    switch (item) {
+        case kRemaining:
+            return FuelOnBoard();
+        case kFlow:
+            return TotalFuelFlow();
+        case kLegFuel:
+            return FuelFor(MinutesFor(DirectDistance()));
+        case kPlanFuel:
+            return FuelOnBoard() - GnsFuelAtPounds(ActivePredictions().destination);
+        case kBasicWeight:
+            return weighed ? record.weights.zeroFuelLb - record.weights.payloadLb : kNone;
+        case kPayload:
+            return weighed ? record.weights.payloadLb : kNone;
+        case kFuelUsed:
+            return record.fuelAtStartLb - FuelOnBoard();
+        case kGrossWeight:
+            return weighed ? record.weights.zeroFuelLb + FuelOnBoard() : kNone;
+        default:
+            return EngineFuelFlow(item - kFlowOfEngine);
+    }
+}
+
+void ShowWeight6(const FieldRow& field, UnitText& text) {
+    text = NumberText(GnsWeight(PoundsOf(field.item)), 6);
+}
+
+void ShowWeight5(const FieldRow& field, UnitText& text) {
+    text = NumberText(GnsWeight(PoundsOf(field.item)), 5);
+}
+
+void ShowWeight4(const FieldRow& field, UnitText& text) {
+    text = NumberText(GnsWeight(PoundsOf(field.item)), 4);
+}
+
+void ShowUnit(const FieldRow&, UnitText& text) {
+    text.Set(GnsWeightUnit());
+}
+
+constexpr FieldRow Label(const char* text, std::int16_t y, std::int16_t x = kGnsLabelX) {
+    return {.label = text, .labelStyle = kGnsLabel, .labelAt = {x, y}};
+}
+
+constexpr FieldRow Value(FieldRow::Show show, std::int16_t x, std::int16_t y,
+                         std::int32_t item = 0) {
+    return {.show = show, .item = item, .style = kGnsData, .valueAt = {x, y}};
+}
+
+// ---- FUEL STATUS ----
+void ShowHours(const FieldRow&, UnitText& text) {
+    const double hours = HoursLeft();
+    text.Set("--:--");
+    if (std::isfinite(hours) && hours < 100) {
+        const WholeTime time = WholeMinutes(hours, 0);
+        text.Put("%02d:%02d", static_cast<int>(time.hours), static_cast<int>(time.minutes));
+    }
+}
+
+void ShowRange(const FieldRow&, UnitText& text) {
+    text = NumberText(RangePerPound() * FuelOnBoard(), 5);
+}
+
+// Of a thousand: a transport flies some tenths of a mile on a pound.
+void ShowRangePerWeight(const FieldRow&, UnitText& text) {
+    text = NumberText(RangePerPound() * GnsPounds(kWeightsPerRange), 4);
+}
+
+void ShowRangeUnit(const FieldRow&, UnitText& text) {
+    text.Put("NM/%s", GnsWeightUnit());
+}
+
+constexpr FieldRow kStatusFields[] = {
+    Label("FUEL STATUS", 40, 90),
+    Label("REMAINING", 80),
+    Value(ShowWeight6, kWeightX, 80, kRemaining),
+    Value(ShowUnit, kWeightUnitX, 80),
+    Label("RESERVE", 120),
+    {.label = ">", .labelStyle = kGnsPrompt, .labelAt = {340, 120}},
+    Label("FLOW", 160),
+    Value(ShowWeight6, kWeightX, 160, kFlow),
+    Value(ShowUnit, kWeightUnitX, 160),
+    Label("HOURS", 200),
+    Value(ShowHours, kWeightX + kGnsCharacterWidth, 200),
+    Label("RANGE", 240),
+    Value(ShowRange, kWeightX + kGnsCharacterWidth, 240),
+    {.show = ShowRangeUnit, .style = kGnsLabel, .valueAt = {kGnsLabelX, 280}},
+    {.label = "x1000", .labelStyle = kGnsSmall, .labelAt = {140, 288}},
+    Value(ShowRangePerWeight, kWeightX + 2 * kGnsCharacterWidth, 280),
+};
+
+// ---- TRIP PLAN and FUEL PLAN ----
+void ShowDestination(const FieldRow&, UnitText& text) {
+    text.Put("TO %6.6s", activePlan.lastIndex >= 0
+                             ? activePlan.entries[activePlan.lastIndex].ident.c_str()
+                             : "------");
+}
+
+void ShowGroundSpeed(const FieldRow&, UnitText& text) {
+    text = NumberText(aircraft.groundSpeedKt, 3);
+}
+
+void ShowDistanceTrack(const FieldRow&, UnitText& text) {
+    text.Set("----/---");
+    if (HasActiveWaypoint()) {
+        text.Put("%s/%s", NumberText(DirectDistance(), 4, 1).c_str(),
+                 CourseText(progress.destinationBearingMag).c_str());
+    }
+}
+
+void ShowDirectEte(const FieldRow&, UnitText& text) {
+    text = GnsMinutesText(MinutesFor(DirectDistance()));
+}
+
+void ShowPlanDistanceTime(const FieldRow&, UnitText& text) {
+    text.Put("%s/%s",
+             NumberText(HasActiveWaypoint() ? progress.routeDistanceToDestination : kNone, 5)
+                 .c_str(),
+             GnsMinutesText(GnsMinutesTo(ActivePredictions().destination)).c_str());
+}
+
+void ShowEtaLabel(const FieldRow&, UnitText& text) {
+    text.Put("ETA @ %.6s", activePlan.lastIndex >= 0
+                               ? activePlan.entries[activePlan.lastIndex].ident.c_str()
+                               : "------");
+}
+
+void ShowEta(const FieldRow&, UnitText& text) {
+    text = GnsClockText(ActivePredictions().destination);
+}
+
+constexpr FieldRow kTripFields[] = {
+    Label("TRIP PLAN", 40, 90),
+    Label("DIRECT", 80),
+    Value(ShowDestination, kIdentX, 80),
+    Label("GS", 120),
+    Value(ShowGroundSpeed, kValueX, 120),
+    Label("DIS/DTK", 160),
+    Value(ShowDistanceTrack, kIdentX, 160),
+    Label("ETE", 200),
+    Value(ShowDirectEte, kValueX, 200),
+    Label("FPL", 240),
+    Value(ShowPlanDistanceTime, kIdentX, 240),
+    {.show = ShowEtaLabel, .style = kGnsLabel, .valueAt = {kGnsLabelX, 280}},
+    Value(ShowEta, kValueX, 280),
+};
+
+constexpr FieldRow kFuelPlanFields[] = {
+    Label("FUEL PLAN", 40, 90),
+    Label("DIRECT", 80),
+    Value(ShowDestination, kIdentX, 80),
+    Label("GS", 120),
+    Value(ShowGroundSpeed, kValueX + kGnsCharacterWidth, 120),
+    Label("FLOW", 160),
+    Value(ShowWeight4, kValueX, 160, kFlow),
+    Label("LEG FUEL", 200),
+    Value(ShowWeight5, kWholeWeightX, 200, kLegFuel),
+    Label("FPL FUEL", 240),
+    Value(ShowWeight5, kWholeWeightX, 240, kPlanFuel),
+};
+
+// ---- FUEL FLOW ----
+constexpr FieldRow kFlowFields[] = {
+    Label("FUEL FLOW", 40, 90),
+    Label("ENGINE   1", 80),
+    Value(ShowWeight4, kFlowX, 80, kFlowOfEngine + 1),
+    Label("ENGINE   2", 120),
+    Value(ShowWeight4, kFlowX, 120, kFlowOfEngine + 2),
+    Label("ENGINE   3", 160),
+    Value(ShowWeight4, kFlowX, 160, kFlowOfEngine + 3),
+    Label("ENGINE   4", 200),
+    Value(ShowWeight4, kFlowX, 200, kFlowOfEngine + 4),
+    Label("TOTAL", 240),
+    Value(ShowWeight4, kFlowX, 240, kFlow),
+};
+
+// ---- FLIGHT TIME ----
+void ShowUtc(const FieldRow&, UnitText& text) {
+    text = HoursMinutesText(aircraft.zuluHour, std::floor(aircraft.zuluMinute));
+}
+
+constexpr FieldRow kTimeFields[] = {
+    Label("FLIGHT TIME", 40, 90),
+    Label("GMT", 120),
+    Value(ShowUtc, kValueX, 120),
+};
+
+// ---- AIRCRAFT WEIGHT ----
+constexpr FieldRow kWeightFields[] = {
+    Label("AIRCRAFT WEIGHT", 80, 120),
+    Label("BASIC OP WT", 120),
+    Value(ShowWeight6, kWholeWeightX, 120, kBasicWeight),
+    Label("PAYLOAD", 160),
+    Value(ShowWeight6, kWholeWeightX, 160, kPayload),
+    Label("FUEL ON BOARD", 200),
+    Value(ShowWeight6, kWholeWeightX, 200, kRemaining),
+    Label("FUEL USED", 240),
+    Value(ShowWeight6, kWholeWeightX, 240, kFuelUsed),
+    Label("GROSS WEIGHT", 280),
+    Value(ShowWeight6, kWholeWeightX, 280, kGrossWeight),
+};
+
+// ---- the reserve ----
+bool OnStatus(const LineRow&) {
+    return gns.Counter(GnsCounter::Fuel).n == 1;
+}
+
+void ShowReserve(const LineRow&, UnitText& text) {
+    text = NumberText(GnsWeight(planBook.reserveFuelInUse), kReserveDigits);
+}
+
+// What the pilot types on the GNSXLS is in the setting's unit, on the GNSXLS_LM always pounds.
+EntryResult SetReserve(const LineRow&) {
+    if (gns.freshEntry) {
+        return EntryResult::Accepted;
+    }
+    const std::string_view text = TypedText(gns);
+    double reserve = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), reserve);
+    if (text.empty() || read.ptr != text.data() + text.size() || !(reserve >= 0)) {
+        return EntryResult::InvalidEntry;
+    }
+    planBook.reserveFuelInUse = gns.enteredOnLm ? reserve : GnsPounds(reserve);
+    return EntryResult::Accepted;
+}
+
+void OfferReserve(const LineRow&) {
+    LoadScratchpad(gns, NumberText(GnsWeight(planBook.reserveFuelInUse), 1).view(),
+                   kReserveDigits);
+}
+
+constexpr LineRow kLines[] = {
+    {.line = 7,
+     .show = ShowReserve,
+     .visible = OnStatus,
+     .entryLength = kReserveDigits,
+     .select = OfferReserve,
+     .enter = SetReserve,
+     .style = kGnsData,
+     .at = {kValueX, 120}},
+};
+
+void HandleFuel(const UnitInput& input) {
+    if (input.openedPage == kGnsFuel) {
+        record.weightsKnown = ReadAircraftWeights(record.weights);
+    }
+}
+
+void ComposeFuel(Screen& screen) {
+    const SubPage& shown = SetGnsPageCount(GnsCounter::Fuel, 6);
+    constexpr std::array<std::span<const FieldRow>, 6> kFields = {
+        kStatusFields, kTripFields, kFuelPlanFields, kFlowFields, kTimeFields, kWeightFields};
+    screen.Put(kGnsLabel, 150, 0, "PLAN %d/%d", shown.n, shown.m);
+    DrawFields(kFields[static_cast<std::size_t>(shown.n - 1)], screen);
+}
+
+}  // namespace
+
+void NoteGnsPlanStarted(const GuidanceReport& report) {
+    if (report.onGround || !std::isfinite(record.fuelAtStartLb)) {
+        record.fuelAtStartLb = FuelOnBoard();
+    }
+}
+
+constinit const PageRow kGnsFuelPage{
+    .page = kGnsFuel, .lines = kLines, .handle = HandleFuel, .compose = ComposeFuel};
+
+}  // namespace avq1
