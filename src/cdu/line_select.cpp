@@ -70,11 +70,18 @@ void SelectRow(const LineRow& row, LineSelection& selection) {
     }
 }
 
-void PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
+EntryResult PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
                          std::int32_t line) {
     const auto isOfLine = [&](const LineRow& row) { return row.line == line; };
     if (line <= 0 || std::ranges::none_of(rows, isOfLine)) {
-        return;
+        return EntryResult::None;
+    }
+    const LineRow* selected = SelectedRow(rows, selection);
+    if (selected != nullptr && selected->line == line && selected->again != nullptr) {
+        const EntryResult result = selected->again(*selected);
+        if (result != EntryResult::None) {
+            return result;
+        }
     }
     const std::int32_t state = StateOf(selection, line);
     const LineRow* next = nullptr;
@@ -89,6 +96,7 @@ void PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection
     } else if (state != 0) {
         ClearSelections(selection);
     }
+    return EntryResult::None;
 }
 
 EntryResult EnterSelected(std::span<const LineRow> rows, LineSelection& selection) {

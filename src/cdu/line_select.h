@@ -46,6 +46,7 @@ struct LineRow {
     Select select = nullptr;       // may put the present value into the scratchpad
     Act enter = nullptr;           // Accepted ends the selection, any other result leaves it
     Act clear = nullptr;           // what CLR does as long as nothing has been typed
+    Act again = nullptr;           // what its key does on the selected row, before it goes on
     std::int32_t item = 0;
     std::uint8_t style = 0;
     ScreenPoint at;
@@ -69,9 +70,10 @@ const LineRow* SelectedRow(std::span<const LineRow> rows, const LineSelection& s
 // Selects nothing; entry is disarmed.
 void ClearSelections(LineSelection& selection);
 void SelectRow(const LineRow& row, LineSelection& selection);
-// What the line key does.
-void PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
-                         std::int32_t line);
+// What the line key does. Where the selected row answers to its key itself (`again`), any result but
+// None ends there.
+EntryResult PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
+                                std::int32_t line);
 
 // ENTER on the selected row; None without one that ENTER means anything to.
 EntryResult EnterSelected(std::span<const LineRow> rows, LineSelection& selection);

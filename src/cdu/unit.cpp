@@ -56,7 +56,7 @@ bool HandleSelection(const CduUnit& unit, const PageRow& page, const UnitInput& 
     if (unit.selection == nullptr) {
         return false;
     }
-    PressSelectableLine(page.lines, *unit.selection, input.lineKey);
+    Answer(unit, PressSelectableLine(page.lines, *unit.selection, input.lineKey));
     if (input.clearPressed) {
         Answer(unit, ClearSelected(page.lines, *unit.selection));
     }

@@ -81,7 +81,6 @@ struct GnsState : CduState, LineSelection {
     std::string notice;                  // in the title's place until the next key
     std::int32_t columnMode = kColumnEte;
     std::int32_t pendingColumnMode = kColumnEte;
-    std::int32_t selectedRow = kNoWaypoint;  // the plan entry whose line is selected
     bool deletePending = false;  // the selected waypoint line shows "DELETE?"
     std::int32_t editing = 0;    // 1 while the unit has the computer keyboard
     bool enteredOnLm = false;    // ENTER was pressed on the GNSXLS_LM gauge

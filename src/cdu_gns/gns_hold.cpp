@@ -256,8 +256,9 @@ constexpr LineRow kLines[] = {
 // stands the one flown from.
 void OpenGnsHold() {
     const std::int32_t selected = GnsSelectedEntry();
-    const bool ahead = GnsShowsActivePlan() && HasActiveWaypoint() &&
-                       selected >= planBook.activeIndex && activePlan.Holds(selected);
+    const std::int32_t firstAhead = HasActiveWaypoint() ? planBook.activeIndex : 1;
+    const bool ahead =
+        GnsShowsActivePlan() && selected >= firstAhead && activePlan.Holds(selected);
     fixShown = ahead ? selected : kNoWaypoint;
     OpenGnsPage(kGnsHold);
 }

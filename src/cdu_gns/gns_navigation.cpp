@@ -203,7 +203,7 @@ void ShowDestinationLabel(const FieldRow& field, UnitText& text) {
 }
 
 void ShowTrackError(const FieldRow&, UnitText& text) {
-    const double error = GnsTurn(guidance.desiredTrackMag, GnsTrackMag());
+    const double error = GnsTurnDeg(guidance.desiredTrackMag, GnsTrackMag());
     text = HasActiveWaypoint() ? SideText(error, 'L', 'R') : UnitText("- ---");
 }
 
@@ -271,7 +271,7 @@ constexpr FieldRow kMotionFields[] = {
     {.label = "DRIFT",
      .show =
          [](const FieldRow&, UnitText& t) {
-             t = SideText(GnsTurn(aircraft.headingMag, GnsTrackMag()), 'L', 'R');
+             t = SideText(GnsTurnDeg(aircraft.headingMag, GnsTrackMag()), 'L', 'R');
          },
      .style = kGnsData,
      .valueAt = {kTimeX, 160},
@@ -342,7 +342,7 @@ void ShowRestrictionOrEta(const LineRow& row, UnitText& text) {
         text.Set(choices.pendingEta ? "ETA?" : "ALT?");
     } else if (choices.showsEta) {
         text = GnsClockText(GnsPredictionOf(planBook.activeIndex));
-    } else if (ActiveWaypoint().altitude != kUnset) {
+    } else if (ActiveWaypoint().altitudeConstraint != 0) {
         text.Put("%5.0fA", ActiveWaypoint().altitude);
     } else {
         text = Dashes(5);

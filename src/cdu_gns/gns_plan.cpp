@@ -2,12 +2,13 @@
 // waypoint rows take entries, the menu behind the last row leads to the procedures and on.
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <limits>
 
 #include "cdu/formats.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_plan.h"
 #include "cdu_gns/gns_values.h"
+#include "cdu_gns/gns_waypoint.h"
 #include "flightplan/plan_files.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
@@ -60,7 +61,7 @@ std::string_view IdentOnRow(std::int32_t row) {
 
 void SelectWaypoint(const LineRow& row) {
     gns.deletePending = false;
-    gns.selectedRow = GnsEntryOnRow(row.item);
+    GnsSelection() = {&GnsPlanShown(), GnsEntryOnRow(row.item)};
     LoadScratchpad(gns, IdentOnRow(row.item), kGnsIdentLength);
 }
 
@@ -269,8 +270,17 @@ constexpr LineRow kLines[] = {
 };
 
 // ---- what stands on a row ----
-void ColumnText(std::int32_t index, UnitText& text) {
+// Where it is restricted, the restriction, else what is predicted.
+double AltitudeOf(std::int32_t index) {
     const PlanWaypoint& entry = GnsPlanShown().entries[index];
+    const PredictedPoint& point = GnsPredictionOf(index);
+    if (entry.altitudeConstraint == 0 && GnsShowsActivePlan() && point.known) {
+        return point.altitudeFt;
+    }
+    return entry.altitude != kUnset ? entry.altitude : std::numeric_limits<double>::quiet_NaN();
+}
+
+void ColumnText(std::int32_t index, UnitText& text) {
     const bool ahead = GnsShowsActivePlan() && index >= planBook.activeIndex;
     switch (gns.columnMode) {
         case kColumnEta:
@@ -280,7 +290,7 @@ void ColumnText(std::int32_t index, UnitText& text) {
             text = ahead ? NumberText(GnsDistanceTo(index), 5) : UnitText{};
             break;
         case kColumnAlt:
-            text = entry.altitude != kUnset ? NumberText(entry.altitude, 5) : Dashes(5);
+            text = NumberText(AltitudeOf(index), 5);
             break;
         default:
             text = ahead ? GnsMinutesText(GnsMinutesTo(index)) : UnitText{};
@@ -334,7 +344,7 @@ void PutTitle(Screen& screen, const SubPage& shown) {
 
 // The selected line shows what was typed for its entry: it goes along when the list moves on.
 void FollowSelectedEntry() {
-    const std::int32_t entry = gns.selectedRow;
+    const std::int32_t entry = GnsSelection().index;
     const LineRow* line = GnsSelectedLine();
     if (line == nullptr || line->entryLength == 0 || GnsEntryOnRow(line->item) == entry) {
         return;
@@ -394,6 +404,17 @@ std::int32_t GnsEntryOnRow(std::int32_t row) {
 std::int32_t GnsSelectedEntry() {
     const LineRow* line = gns.page == kGnsPlan && ShowsPlan() ? GnsSelectedLine() : nullptr;
     return line != nullptr && line->entryLength > 0 ? GnsEntryOnRow(line->item) : kNoWaypoint;
+}
+
+void SelectGnsEntry(std::int32_t index) {
+    const std::int32_t line = index - FirstLine();
+    gns.Counter(GnsPlanCounter()).n = std::max(line, 0) / kGnsPlanLines + 1;
+    for (const LineRow& row : kLines) {
+        if (row.entryLength > 0 && GnsEntryOnRow(row.item) == index) {
+            SelectRow(row, gns);
+            return;
+        }
+    }
 }
 
 void ReturnToGnsPlan() {

@@ -24,6 +24,9 @@ std::int32_t GnsEntryOnRow(std::int32_t row);
 // The entry whose line is selected, up to lastIndex + 1; kNoWaypoint without.
 std::int32_t GnsSelectedEntry();
 
+// Shows the page of an entry and selects its line.
+void SelectGnsEntry(std::int32_t index);
+
 // Back on page 1, with the column that was confirmed there.
 void ReturnToGnsPlan();
 

@@ -67,7 +67,7 @@ double GnsTrackMag() {
     return TrueToMagnetic(aircraft.headingMag - derived.driftDeg, 0);
 }
 
-double GnsTurn(double fromDeg, double toDeg) {
+double GnsTurnDeg(double fromDeg, double toDeg) {
     return PositiveModulo(toDeg - fromDeg + 180, 360) - 180;
 }
 

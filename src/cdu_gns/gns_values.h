@@ -31,7 +31,7 @@ double GnsFuelAtPounds(const PredictedPoint& point);
 // Where the aircraft moves to, degrees magnetic.
 double GnsTrackMag();
 // From one direction to another the shorter way, -180 to 180, negative to the left.
-double GnsTurn(double fromDeg, double toDeg);
+double GnsTurnDeg(double fromDeg, double toDeg);
 
 // Until the fix of the hold being flown is passed again; NaN when none is or without speed.
 double GnsSecondsToHoldFix();
