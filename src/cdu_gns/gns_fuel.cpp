@@ -57,10 +57,6 @@ double MinutesFor(double distanceNm) {
                : kNone;
 }
 
-bool HasDestination() {
-    return HasActiveWaypoint() && ActivePredictions().destination.known;
-}
-
 double DirectDistance() {
     return HasActiveWaypoint() ? progress.destinationDistanceDirect : kNone;
 }

@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "flightplan/flight_plan.h"
@@ -71,5 +72,9 @@ bool InsertStar(FlightPlan& plan);
 // Splices the list, but its missed approach, before the arrival airport; `withDiscontinuity` puts a
 // gap in front of it unless the plan is the active one.
 bool InsertApproach(FlightPlan& plan, bool withDiscontinuity);
+
+// Takes out the entries of one procedure, "SID", "STAR" or "APPR"; the fix that a departure and an
+// arrival share stays with the other one.
+bool RemoveProcedure(FlightPlan& plan, std::string_view tag);
 
 }  // namespace avq1

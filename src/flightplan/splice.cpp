@@ -318,4 +318,17 @@ bool InsertApproach(FlightPlan& plan, bool withDiscontinuity) {
                   [&](FlightPlan& target) { return SpliceApproach(target, withDiscontinuity); });
 }
 
+bool RemoveProcedure(FlightPlan& plan, std::string_view tag) {
+    return Splice(plan, [tag](FlightPlan& target) {
+        for (std::int32_t i = target.lastIndex; i >= 0; --i) {
+            if (target.entries[i].procedure == tag) {
+                ClosePlanEntries(target, i, i + 1);
+            } else if (target.entries[i].procedure == kSidAndStar && tag != kApproach) {
+                target.Edit(i).procedure = tag == kSid ? kStar : kSid;
+            }
+        }
+        return true;
+    });
+}
+
 }  // namespace avq1

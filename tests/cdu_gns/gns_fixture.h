@@ -12,6 +12,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "guidance/predictions.h"
+#include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
@@ -44,6 +45,36 @@ class GnsTest : public ::testing::Test {
         RefreshPredictions();
     }
 
+    // Points to type, an airway that passes FLY, airports, and KSID's departures and arrivals.
+    void MakeDatabase() {
+        folder.Write("avq/Navdata/avq_navs.txt",
+                     "ABCDE ALPHA 0.0 1.0 VOR 110.00\nTWICE ONE 1.0 2.0 VOR 113.90\n"
+                     "TWICE TWO 10.0 20.0 NDB 385\n");
+        folder.Write("avq/Navdata/avq_ints.txt", "NEWPT NEWPT 0.5 2.5\nLATER LATER 0.5 3.5\n");
+        folder.Write("avq/Navdata/avq_apts.txt",
+                     "KAAA First 100 0.0 0.0 09_9000_0.0_0.0_88_x_y_90\n"
+                     "KBBB Last 1234 0.0 7.0 09L_9000_0.0_7.0_88_x_y_90 27R_9000_0.0_7.1_88_x_y_270\n"
+                     "KSID Third 50 1.0 0.0 09_9000_1.0_0.0_88_x_y_90 27_9000_1.0_0.1_88_x_y_270\n");
+        folder.Write("avq/Navdata/avq_sids.txt",
+                     "[KSID]\nT EAST1 --- 09\nEAST1 EAAA 3000A --- 1.0 0.3 ---\n"
+                     "EAST1.NORTH ENNN --- --- 1.5 0.5 ---\nEAST1.SOUTH ESSS --- --- 0.6 0.5 FO\n;\n"
+                     "T WEST1 --- 27\nWEST1 WAAA --- --- 1.0 -0.3 ---\n;\n"
+                     "T BOTH1 ---\nBOTH1 BAAA --- --- 1.2 0.2 ---\n;\n");
+        folder.Write("avq/Navdata/avq_stars.txt",
+                     "[KBBB]\nT DOWN2 ---\nDOWN2.WEST DWWW --- --- 0.2 5.5 ---\n"
+                     "DOWN2 DAAA --- --- 0.1 6.2 ---\n;\n");
+        folder.Write("avq/Navdata/avq_apps.txt",
+                     "[KBBB]\n09L ILS INAAA IAF --- 0.1 6.5 0 0 ---\n"
+                     "09L ILS FAAA FAF 1500A 0.0 6.8 0 0 ---\n"
+                     "09L VOR IVAAA IAF --- 0.2 6.5 0 0 ---\n"
+                     "09L VOR FVAAA FAF 1500A 0.1 6.8 0 0 ---\n");
+        folder.Write("avq/Navdata/fsb_awy2.txt",
+                     "J9 0010 JONE 0.0 1.5\nJ9 0020 FLY 0.0 2.0\nJ9 0030 JTWO 0.0 2.5\n"
+                     "J9 0040 JTHR 0.0 2.8\n");
+        LoadNavDatabase();
+    }
+
+    TempSimFolder folder;
     FakeSimulator& simulator = FakeSimulator::Install();
     FakeGns unit;
 };
