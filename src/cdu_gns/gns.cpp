@@ -19,11 +19,11 @@ constexpr double kNoticePx = 26;
 constexpr std::size_t kLongEntry = 10;
 constexpr std::size_t kShortEntry = 6;
 
-constexpr std::array<const PageRow*, 14> kPages = {
+constexpr std::array<const PageRow*, 16> kPages = {
     &kGnsPlanPage,     &kGnsDirectPage,   &kGnsDatabasePage,   &kGnsNavigationPage,
     &kGnsDeparturePage, &kGnsArrivalPage, &kGnsApproachPage,   &kGnsAirwayPage,
     &kGnsSavePage,     &kGnsCrossingPage, &kGnsHoldPage,       &kGnsFuelPage,
-    &kGnsPilotPointPage, &kGnsOffsetPage,
+    &kGnsPilotPointPage, &kGnsOffsetPage, &kGnsVnavPage, &kGnsVnavDataPage,
 };
 
 constexpr CanvasFont kText{"Courier New", kTextPx, true};

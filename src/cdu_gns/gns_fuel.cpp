@@ -9,10 +9,12 @@
 #include "cdu/formats.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
+#include "flightlog/flight_log.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
+#include "simlink/calendar.h"
 #include "simlink/data_service.h"
 #include "simlink/sim_variables.h"
 
@@ -27,6 +29,7 @@ constexpr int kWeightX = 300;
 constexpr int kWeightUnitX = 430;
 constexpr int kValueX = 360;
 constexpr int kFlowX = 380;
+constexpr int kTimeX = 380;
 constexpr int kWholeWeightX = 340;
 constexpr std::int32_t kReserveDigits = 6;
 
@@ -259,10 +262,36 @@ void ShowUtc(const FieldRow&, UnitText& text) {
     text = HoursMinutesText(aircraft.zuluHour, std::floor(aircraft.zuluMinute));
 }
 
+void ShowDate(const FieldRow&, UnitText& text) {
+    const auto year = static_cast<std::int32_t>(ReadUtcYear());
+    const CalendarDate date =
+        DayOfYearToDate(static_cast<std::int32_t>(ReadUtcDayOfYear()), year);
+    text.Put("%02d %.3s %02.0f", date.dateDay, date.dateMonthText.data(),
+             static_cast<double>(year % 100));
+}
+
+// No log keeps these yet.
+void ShowUnknownTime(const FieldRow&, UnitText& text) {
+    text.Set("--:--");
+}
+
+void ShowFlightTime(const FieldRow&, UnitText& text) {
+    const bool counted = flightLog.phase >= 0 && flightLog.phase <= kFlightLogDone;
+    text = HoursMinutesText(0, counted ? guidance.elapsedSeconds / 60 : kNone);
+}
+
 constexpr FieldRow kTimeFields[] = {
     Label("FLIGHT TIME", 40, 90),
+    Label("DATE", 80),
+    Value(ShowDate, 300, 80),
     Label("GMT", 120),
-    Value(ShowUtc, kValueX, 120),
+    Value(ShowUtc, kTimeX, 120),
+    Label("TAKEOFF", 160),
+    Value(ShowUnknownTime, kTimeX, 160),
+    Label("LAND", 200),
+    Value(ShowUnknownTime, kTimeX, 200),
+    Label("FLIGHT TIME", 240),
+    Value(ShowFlightTime, kTimeX, 240),
 };
 
 // ---- AIRCRAFT WEIGHT ----

@@ -15,7 +15,9 @@
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/vnav.h"
 #include "navdb/nav_database.h"
+#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/key_events.h"
 
@@ -391,9 +393,24 @@ void OfferHeading(const LineRow&) {
     LoadScratchpad(gns, CourseText(aircraft.apHeadingBug).view(), 3);
 }
 
+// The pause at the top of descent, where the settings allow it.
+bool OnUnitPage(const LineRow&) {
+    return SubPageShown() == 4 && settings.ArmPauseAtTod != 0;
+}
+
+void ShowPause(const LineRow& row, UnitText& text) {
+    text.Put("PAUSE AT TOD (%s)%s", vnav.pauseArmed != 0 ? "ON" : "OFF",
+             IsSelected(gns, row) ? "?" : "");
+}
+
+EntryResult TogglePause(const LineRow&) {
+    vnav.pauseArmed = vnav.pauseArmed == 0 ? 1 : 0;
+    return EntryResult::Accepted;
+}
+
 EntryResult ConfirmSteering(const LineRow& row);
 
-constexpr std::size_t kHeadingLine = 3;
+constexpr std::size_t kHeadingLine = 4;
 
 constexpr LineRow kLines[] = {
     {.line = 1,
@@ -403,6 +420,12 @@ constexpr LineRow kLines[] = {
      .enter = ExitHold,
      .style = kGnsLabel,
      .at = {kGnsLabelX, 40}},
+    {.line = 5,
+     .show = ShowPause,
+     .visible = OnUnitPage,
+     .enter = TogglePause,
+     .style = kGnsLabel,
+     .at = {kGnsLabelX, 360}},
     {.line = 7,
      .show = ShowRestrictionOrEta,
      .visible = OnLegPages,

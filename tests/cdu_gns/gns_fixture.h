@@ -23,6 +23,7 @@ class GnsTest : public ::testing::Test {
   protected:
     GnsTest() {
         ResetModuleState();
+        SimFolder = folder.root().string();
         avionicsPower = 1;
         aircraft.latitude = 0;
         aircraft.longitude = 0.5;
