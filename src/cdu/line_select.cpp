@@ -71,7 +71,7 @@ void SelectRow(const LineRow& row, LineSelection& selection) {
 }
 
 EntryResult PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
-                         std::int32_t line) {
+                                std::int32_t line) {
     const auto isOfLine = [&](const LineRow& row) { return row.line == line; };
     if (line <= 0 || std::ranges::none_of(rows, isOfLine)) {
         return EntryResult::None;
@@ -105,7 +105,7 @@ EntryResult EnterSelected(std::span<const LineRow> rows, LineSelection& selectio
         return EntryResult::None;
     }
     const EntryResult result = row->enter(*row);
-    if (result == EntryResult::Accepted) {
+    if (result == EntryResult::Accepted && IsSelected(selection, *row)) {
         ClearSelections(selection);
     }
     return result;
@@ -118,9 +118,9 @@ bool ClearActs(std::span<const LineRow> rows, const LineSelection& selection) {
 }
 
 EntryResult ClearSelected(std::span<const LineRow> rows, LineSelection& selection) {
-    return ClearActs(rows, selection) ? SelectedRow(rows, selection)->clear(*SelectedRow(
-                                            rows, selection))
-                                      : EntryResult::None;
+    return ClearActs(rows, selection)
+               ? SelectedRow(rows, selection)->clear(*SelectedRow(rows, selection))
+               : EntryResult::None;
 }
 
 void TypeCharacter(LineSelection& selection, std::string_view text, std::size_t length) {

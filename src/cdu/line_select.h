@@ -24,9 +24,9 @@ inline constexpr std::string_view kBackspaceToken = "*1";
 // Part of the state of a unit that selects lines.
 struct LineSelection {
     std::array<std::int32_t, kSelectableLines + 1> lineState{};  // by line key, from 1: 0, 1 or 2
-    bool entryArmed = false;  // character keys act only then
-    bool freshEntry = true;   // the next character replaces what is in the field
-    std::string scratchpad;   // padded with blanks to the field's length
+    bool entryArmed = false;                                     // character keys act only then
+    bool freshEntry = true;  // the next character replaces what is in the field
+    std::string scratchpad;  // padded with blanks to the field's length
 };
 
 struct LineRow {
@@ -37,14 +37,14 @@ struct LineRow {
 
     std::int32_t line = 0;
     std::int32_t state = 1;
-    const char* text = "";    // while it is not selected
-    const char* prompt = "";  // while it is; empty: the text stays, drawn as selected
-    Show show = nullptr;      // in place of text and prompt; an empty one is not drawn
+    const char* text = "";         // while it is not selected
+    const char* prompt = "";       // while it is; empty: the text stays, drawn as selected
+    Show show = nullptr;           // in place of text and prompt; an empty one is not drawn
     Show showEntry = nullptr;      // in place of the scratchpad
     Condition visible = nullptr;   // null: always; what is not visible cannot be selected either
     std::int32_t entryLength = 0;  // characters it takes; 0 = no entry
     Select select = nullptr;       // may put the present value into the scratchpad
-    Act enter = nullptr;           // Accepted ends the selection, any other result leaves it
+    Act enter = nullptr;           // Accepted ends its selection, any other result leaves it
     Act clear = nullptr;           // what CLR does as long as nothing has been typed
     Act again = nullptr;           // what its key does on the selected row, before it goes on
     std::int32_t item = 0;
@@ -70,8 +70,8 @@ const LineRow* SelectedRow(std::span<const LineRow> rows, const LineSelection& s
 // Selects nothing; entry is disarmed.
 void ClearSelections(LineSelection& selection);
 void SelectRow(const LineRow& row, LineSelection& selection);
-// What the line key does. Where the selected row answers to its key itself (`again`), any result but
-// None ends there.
+// What the line key does. Where the selected row answers to its key itself (`again`), any result
+// but None ends there.
 EntryResult PressSelectableLine(std::span<const LineRow> rows, LineSelection& selection,
                                 std::int32_t line);
 

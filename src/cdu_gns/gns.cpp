@@ -20,10 +20,10 @@ constexpr std::size_t kLongEntry = 10;
 constexpr std::size_t kShortEntry = 6;
 
 constexpr std::array<const PageRow*, 16> kPages = {
-    &kGnsPlanPage,     &kGnsDirectPage,   &kGnsDatabasePage,   &kGnsNavigationPage,
-    &kGnsDeparturePage, &kGnsArrivalPage, &kGnsApproachPage,   &kGnsAirwayPage,
-    &kGnsSavePage,     &kGnsCrossingPage, &kGnsHoldPage,       &kGnsFuelPage,
-    &kGnsPilotPointPage, &kGnsOffsetPage, &kGnsVnavPage, &kGnsVnavDataPage,
+    &kGnsPlanPage,       &kGnsDirectPage,   &kGnsDatabasePage, &kGnsNavigationPage,
+    &kGnsDeparturePage,  &kGnsArrivalPage,  &kGnsApproachPage, &kGnsAirwayPage,
+    &kGnsSavePage,       &kGnsCrossingPage, &kGnsHoldPage,     &kGnsFuelPage,
+    &kGnsPilotPointPage, &kGnsOffsetPage,   &kGnsVnavPage,     &kGnsVnavDataPage,
 };
 
 constexpr CanvasFont kText{"Courier New", kTextPx, true};
@@ -56,12 +56,15 @@ const StateReset gnsReset([] {
     paint = UnitPaint{};
 });
 
+// What a page has said itself stays.
 void Answered(EntryResult result) {
-    gns.notice = TextOf(result);
+    if (const std::string_view text = TextOf(result); !text.empty()) {
+        gns.notice = text;
+    }
 }
 
 void Entered(const FieldRow&, const FieldOutcome& outcome) {
-    gns.notice = TextOf(outcome.result);
+    Answered(outcome.result);
 }
 
 void PutOverlay(Screen& screen);
@@ -111,7 +114,7 @@ void PutOverlay(Screen& screen) {
     PutArrows(screen);
     if (!gns.notice.empty()) {
         screen.Fill(kGnsBlank, 0, 0, 495, kGnsRowY[0] - 4);
-        screen.Put(kGnsNotice, 4, 4, "%s", gns.notice.c_str());
+        screen.Put(kGnsNotice, 4, 0, "%s", gns.notice.c_str());
     }
 }
 

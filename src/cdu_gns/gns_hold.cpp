@@ -65,8 +65,14 @@ void ShowFix(const FieldRow&, UnitText& text) {
 }
 
 void ShowCourse(const LineRow&, UnitText& text) {
-    text.Put("%03.0f", PositiveModulo(std::floor(HoldShown()->inboundCourseMag + 0.5),
-                                      kFullCircle));
+    text.Put("%03.0f",
+             PositiveModulo(std::floor(HoldShown()->inboundCourseMag + 0.5), kFullCircle));
+}
+
+void OfferCourse(const LineRow& row) {
+    UnitText course;
+    ShowCourse(row, course);
+    LoadScratchpad(gns, course.view(), 3);
 }
 
 void ShowTurn(const LineRow& row, UnitText& text) {
@@ -181,8 +187,9 @@ void PlanHoldAt(std::int32_t index) {
     }
     HoldPattern hold = NewHold();
     hold.inboundCourseMag = CourseInto(index);
-    hold.corners[0].name = "Fix";
-    if (!EditActivePlan([&](FlightPlan& plan) { return HoldAt(plan, index, hold); })) {
+    if (EditActivePlan([&](FlightPlan& plan) { return HoldAt(plan, index, hold); })) {
+        holdList.holds[static_cast<std::size_t>(HoldNumberAt(index))].corners[0].name = "Fix";
+    } else {
         gns.notice = "NO MORE HOLDS";
     }
 }
@@ -209,7 +216,7 @@ constexpr LineRow kLines[] = {
      .show = ShowCourse,
      .visible = HasHold,
      .entryLength = 3,
-     .select = [](const LineRow&) { OfferWhole(HoldShown()->inboundCourseMag, 3); },
+     .select = OfferCourse,
      .enter = EnterCourse,
      .style = kGnsData,
      .at = {kCourseX, 120}},
@@ -257,8 +264,7 @@ constexpr LineRow kLines[] = {
 void OpenGnsHold() {
     const std::int32_t selected = GnsSelectedEntry();
     const std::int32_t firstAhead = HasActiveWaypoint() ? planBook.activeIndex : 1;
-    const bool ahead =
-        GnsShowsActivePlan() && selected >= firstAhead && activePlan.Holds(selected);
+    const bool ahead = GnsShowsActivePlan() && selected >= firstAhead && activePlan.Holds(selected);
     fixShown = ahead ? selected : kNoWaypoint;
     OpenGnsPage(kGnsHold);
 }

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kMarkX = kGnsLabelX;
 constexpr int kIdentX = 90;
-constexpr int kNoteX = 214;
+constexpr int kNoteX = 216;
 constexpr int kNoteDrop = 10;  // small text on the line of the large
 constexpr int kValueX = 300;
 constexpr int kRestrictionX = 410;
@@ -139,8 +139,8 @@ EntryResult OpenSave(const LineRow&) {
 }
 
 void ShowColumn(const LineRow& row, UnitText& text) {
-    const bool asks = IsSelected(gns, row) && gns.pendingColumnMode != gns.columnMode;
-    text.Put("%s%s", kColumnNames[gns.pendingColumnMode], asks ? "?" : "");
+    const std::int32_t mode = IsSelected(gns, row) ? gns.pendingColumnMode : gns.columnMode;
+    text.Put("%s%s", kColumnNames[mode], mode != gns.columnMode ? "?" : "");
 }
 
 EntryResult StepColumn(const LineRow&) {
@@ -372,8 +372,7 @@ void ComposePlan(Screen& screen) {
         ComposeGnsPlanList(screen);
         return;
     }
-    PutTitle(screen,
-             SetGnsPageCount(GnsPlanCounter(), PageCount(LineCount(), kGnsPlanLines)));
+    PutTitle(screen, SetGnsPageCount(GnsPlanCounter(), PageCount(LineCount(), kGnsPlanLines)));
     for (std::int32_t row = 0; row < kGnsPlanLines; ++row) {
         const std::int32_t index = GnsEntryOnRow(row);
         if (GnsPlanShown().Holds(index)) {

@@ -107,12 +107,26 @@ std::vector<std::string> ItemOptions() {
     return options;
 }
 
+// Transitions by name; where there are any, the common route alone can be chosen by its first fix.
+std::vector<std::string> NamedTransitions(const Procedure& procedure) {
+    std::vector<std::string> named = ListTransitions(procedure, false);
+    const std::vector<std::string> common = ListTransitions(procedure, true);
+    std::erase_if(named, [&](const std::string& name) {
+        return std::ranges::find(common, name) != common.end();
+    });
+    const auto first = std::ranges::find(procedure.legs, kCommonMark, &ProcedureLeg::mark);
+    if (!named.empty() && first != procedure.legs.end()) {
+        named.insert(named.begin(), first->qualifier);
+    }
+    return named;
+}
+
 std::vector<std::string> TransitionOptions() {
     if (KindShown().page == kGnsApproach) {
         return ListApproachTransitions(choice.item, choice.runway);
     }
     const Procedure* procedure = FindProcedure(ProceduresShown(), choice.item);
-    return procedure != nullptr ? ListTransitions(*procedure, false) : std::vector<std::string>{};
+    return procedure != nullptr ? NamedTransitions(*procedure) : std::vector<std::string>{};
 }
 
 std::int32_t NumberOfItem() {
@@ -433,11 +447,9 @@ void PutPreview(Screen& screen) {
         const ProcedureWaypoint& waypoint = list[first + slot];
         const int x = kPreviewX[slot / kPreviewRows];
         const int y = kGnsRowY[slot % kPreviewRows + kFirstPreviewRow];
-        const std::string& note =
-            waypoint.roleText.empty() ? waypoint.legText : waypoint.roleText;
+        const std::string& note = waypoint.roleText.empty() ? waypoint.legText : waypoint.roleText;
         screen.Put(kGnsData, x, y, "%.6s", waypoint.ident.c_str());
-        screen.Put(kGnsNote, x + kPreviewNote, y + 10, "%.8s",
-                   note == "---" ? "" : note.c_str());
+        screen.Put(kGnsNote, x + kPreviewNote, y + 10, "%.8s", note == "---" ? "" : note.c_str());
     }
 }
 
@@ -469,7 +481,7 @@ std::string PlanAirport() {
     const FlightPlan& plan = GnsPlanShown();
     const std::int32_t index = KindShown().slot == kDepartureSlot ? 0 : plan.lastIndex;
     return plan.Holds(index) && plan.entries[index].type == kAirportType ? plan.entries[index].ident
-                                                                          : "";
+                                                                         : "";
 }
 
 constexpr PageRow ProcedurePage(GnsPage page) {

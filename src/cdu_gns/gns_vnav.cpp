@@ -24,7 +24,7 @@ constexpr double kMinutesPerHour = 60;
 constexpr double kOnPathFt = 0.5;  // reads as no deviation
 constexpr std::int32_t kProfileRows = 8;
 constexpr int kAltitudeX = 380;
-constexpr int kTimeX = 380;
+constexpr int kTimeX = 360;  // six dashes wide
 constexpr int kProfileX = 320;
 
 bool HasProfile() {
@@ -261,7 +261,6 @@ void ComposeVnav(Screen& screen) {
 
 }  // namespace
 
-constinit const PageRow kGnsVnavPage{
-    .page = kGnsVnav, .lines = kLines, .compose = ComposeVnav};
+constinit const PageRow kGnsVnavPage{.page = kGnsVnav, .lines = kLines, .compose = ComposeVnav};
 
 }  // namespace avq1

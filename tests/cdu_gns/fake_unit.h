@@ -1,5 +1,5 @@
-// tests/cdu_gns/fake_unit.h - a unit on a table: presses its keys by label, draws it on a picture in
-// memory and reads the screen back as text.
+// tests/cdu_gns/fake_unit.h - a unit on a table: presses its keys by label, draws it on a picture
+// in memory and reads the screen back as text.
 #pragma once
 
 #include <algorithm>
@@ -111,8 +111,8 @@ class FakeGns : public FakeUnit {
             if (word.front() == '=') {
                 for (const char each : word.substr(1)) {
                     Click(std::string(1, each));
+                    Draw();
                 }
-                Draw();
             } else if (word.front() == 'L' && word.size() > 1) {
                 const int line = std::stoi(word.substr(1));
                 Click("Line select " + std::to_string((line - 1) % 5 + 1) +

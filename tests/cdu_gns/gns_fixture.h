@@ -26,13 +26,14 @@ class GnsTest : public ::testing::Test {
         SimFolder = folder.root().string();
         avionicsPower = 1;
         aircraft.latitude = 0;
-        aircraft.longitude = 0.5;
+        aircraft.longitude = 0.52;
         aircraft.groundSpeedKt = 240;
         aircraft.headingMag = 90;
         aircraft.zuluHour = 12;
     }
 
-    // Eight entries along the equator, one degree (60 nm) apart; the aircraft is half way to ABCDE.
+    // Eight entries along the equator, one degree (60 nm) apart; the aircraft is half way to
+    // ABCDE, 28.8 nm before it.
     static void MakePlan() {
         SetActivePlan({{"KAAA", 0, 0, "APT"},
                        {"ABCDE", 0, 1, "VOR"},
@@ -52,15 +53,17 @@ class GnsTest : public ::testing::Test {
                      "ABCDE ALPHA 0.0 1.0 VOR 110.00\nTWICE ONE 1.0 2.0 VOR 113.90\n"
                      "TWICE TWO 10.0 20.0 NDB 385\n");
         folder.Write("avq/Navdata/avq_ints.txt", "NEWPT NEWPT 0.5 2.5\nLATER LATER 0.5 3.5\n");
-        folder.Write("avq/Navdata/avq_apts.txt",
-                     "KAAA First 100 0.0 0.0 09_9000_0.0_0.0_88_x_y_90\n"
-                     "KBBB Last 1234 0.0 7.0 09L_9000_0.0_7.0_88_x_y_90 27R_9000_0.0_7.1_88_x_y_270\n"
-                     "KSID Third 50 1.0 0.0 09_9000_1.0_0.0_88_x_y_90 27_9000_1.0_0.1_88_x_y_270\n");
-        folder.Write("avq/Navdata/avq_sids.txt",
-                     "[KSID]\nT EAST1 --- 09\nEAST1 EAAA 3000A --- 1.0 0.3 ---\n"
-                     "EAST1.NORTH ENNN --- --- 1.5 0.5 ---\nEAST1.SOUTH ESSS --- --- 0.6 0.5 FO\n;\n"
-                     "T WEST1 --- 27\nWEST1 WAAA --- --- 1.0 -0.3 ---\n;\n"
-                     "T BOTH1 ---\nBOTH1 BAAA --- --- 1.2 0.2 ---\n;\n");
+        folder.Write(
+            "avq/Navdata/avq_apts.txt",
+            "KAAA First 100 0.0 0.0 09_9000_0.0_0.0_88_x_y_90\n"
+            "KBBB Last 1234 0.0 7.0 09L_9000_0.0_7.0_88_x_y_90 27R_9000_0.0_7.1_88_x_y_270\n"
+            "KSID Third 50 1.0 0.0 09_9000_1.0_0.0_88_x_y_90 27_9000_1.0_0.1_88_x_y_270\n");
+        folder.Write(
+            "avq/Navdata/avq_sids.txt",
+            "[KSID]\nT EAST1 --- 09\nEAST1 EAAA 3000A --- 1.0 0.3 ---\n"
+            "EAST1.NORTH ENNN --- --- 1.5 0.5 ---\nEAST1.SOUTH ESSS --- --- 0.6 0.5 FO\n;\n"
+            "T WEST1 --- 27\nWEST1 WAAA --- --- 1.0 -0.3 ---\n;\n"
+            "T BOTH1 ---\nBOTH1 BAAA --- --- 1.2 0.2 ---\n;\n");
         folder.Write("avq/Navdata/avq_stars.txt",
                      "[KBBB]\nT DOWN2 ---\nDOWN2.WEST DWWW --- --- 0.2 5.5 ---\n"
                      "DOWN2 DAAA --- --- 0.1 6.2 ---\n;\n");
