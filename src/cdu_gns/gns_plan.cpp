@@ -12,6 +12,7 @@
 #include "flightplan/plan_files.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
+#include "settings/aircraft_performance.h"
 
 namespace avq1 {
 namespace {
@@ -159,6 +160,9 @@ EntryResult ActivateStoredPlan(const LineRow&) {
     }
     gns.planView = kActiveView;
     gns.Counter(GnsCounter::ActivePlan).n = 1;
+    if (AircraftName.empty()) {
+        gns.notice = "NO AIRCRAFT DATA";  // climb, cruise and descent are planned by defaults
+    }
     return EntryResult::Accepted;
 }
 

@@ -216,7 +216,7 @@ std::array<GaugeRow, kGaugeCount> BuildGaugeTable() {
         {"P1000_MFD", bitmap::kMfd, {326, 433}, kPlain, kMfdSurface, {}, KeyTableOf<kMfdKeys>(), &kMfd},
         {"P1000_MFD_CNTR", bitmap::kMfdPanel, {605, 234}, kPlain, {}, {}, KeyTableOf<kMfdPanelKeys>(), &kMfdPanel},
         {"GNSXLS", bitmap::kGns, kGnsSize, kPlain, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
-        {"GNSXLS_LM", bitmap::kGns, kGnsSize, kLuminous, kGnsSurface, {}, KeyTableOf<kGnsKeys>(), &kGns},
+        {"GNSXLS_LM", bitmap::kGns, kGnsSize, kLuminous, kGnsSurface, {}, KeyTableOf<kGnsLmKeys>(), &kGnsLm},
         {"EFS50_EADI", bitmap::kEadi, kEfsSize, kPlain, kEfsSurface, {}, eadiKeys, &kEadi},
         {"EFS50_EHSI", bitmap::kEhsi, kEfsSize, kPlain, kEfsSurface, {}, KeyTableOf<kEhsiKeys>(), &kEhsi},
         {"EFS50_EADI_NB", bitmap::kEfsScreen, kEfsBareSize, kBare, kEfsBareSurface, {}, eadiKeys, &kEadi},

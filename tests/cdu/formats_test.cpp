@@ -63,6 +63,19 @@ TEST(Formats, CoursesAreOneTo360) {
     }
 }
 
+TEST(Formats, NumbersCoursesAndSides) {
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(NumberText(431.6, 5).view(), "  432");
+    EXPECT_EQ(NumberText(12.34, 5, 1).view(), " 12.3");
+    EXPECT_EQ(NumberText(kNan, 5).view(), "-----");
+    EXPECT_EQ(CourseText(0.2).view(), "360");
+    EXPECT_EQ(CourseText(66.7).view(), "067");
+    EXPECT_EQ(CourseText(kNan).view(), "---");
+    EXPECT_EQ(SideText(-7, 'L', 'R').view(), "L 007");
+    EXPECT_EQ(SideText(0.344, 'L', 'R', 2).view(), "R 0.34");
+    EXPECT_EQ(SideText(kNan, 'L', 'R').view(), "- ---");
+}
+
 TEST(UnitText, CutsWhatDoesNotFit) {
     const std::string longText(100, 'x');
     UnitText text;

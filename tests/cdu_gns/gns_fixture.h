@@ -7,6 +7,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "cdu/formats.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
@@ -76,6 +77,18 @@ class GnsTest : public ::testing::Test {
                      "J9 0010 JONE 0.0 1.5\nJ9 0020 FLY 0.0 2.0\nJ9 0030 JTWO 0.0 2.5\n"
                      "J9 0040 JTHR 0.0 2.8\n");
         LoadNavDatabase();
+    }
+
+    // What the predictions say, as the pages write it.
+    static std::string TimeTo(std::int32_t index) {
+        return HoursMinutesText(0, PredictedMinutes(index)).c_str();
+    }
+    static std::string ClockAt(std::int32_t index) {
+        return HoursMinutesText(0, ActivePredictions().entries[index].zuluMinutes).c_str();
+    }
+    static double PredictedMinutes(std::int32_t index) {
+        EXPECT_TRUE(ActivePredictions().entries[index].known) << index;
+        return ActivePredictions().entries[index].minutes;
     }
 
     TempSimFolder folder;

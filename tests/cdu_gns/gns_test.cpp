@@ -81,11 +81,12 @@ TEST_F(GnsTest, TheActivePlanIsShownFromTheLegBeingFlown) {
     MakePlan();
     SetActiveWaypoint(2);
     RefreshPredictions();
-    EXPECT_EQ(unit.After("FPL"), (Rows{"ACTIVE FPL   1/2", "<|>", "FR|ABCDE", "TO |FLY|00:22",
-                                       "<|>", "LONGER|00:37", "STARA|00:52", "STAR", "<|>",
-                                       "STARB|01:07", "STAR", "APPRA|01:22", "APPR", "<"}));
+    EXPECT_EQ(unit.After("FPL"),
+              (Rows{"ACTIVE FPL   1/2", "<|>", "FR|ABCDE", "TO |FLY|" + TimeTo(2), "<|>",
+                    "LONGER|" + TimeTo(3), "STARA|" + TimeTo(4), "STAR", "<|>",
+                    "STARB|" + TimeTo(5), "STAR", "APPRA|" + TimeTo(6), "APPR", "<"}));
     EXPECT_EQ(unit.After("NEXT"),
-              (Rows{"ACTIVE FPL   2/2", "<|>", "KBBB|01:37", "******", "<", "<|>",
+              (Rows{"ACTIVE FPL   2/2", "<|>", "KBBB|" + TimeTo(7), "******", "<", "<|>",
                     "DEPART|SAVE FPL", "ARRIVE|ETE", "<|>", "APPROACH"}));
 }
 
@@ -93,13 +94,14 @@ TEST_F(GnsTest, TheColumnChangesWhenItIsConfirmed) {
     MakePlan();
     activePlan.Edit(7).altitude = 8000;
     activePlan.Edit(7).altitudeConstraint = 1;
-    constexpr struct {
+    const std::string ete = "APPRA|" + TimeTo(6);
+    const struct {
         const char* keys;
         const char* menu;
-        const char* row;
-    } kCases[] = {{"FPL NEXT", "ARRIVE|ETE", "APPRA|01:22"},
-                  {"L10 CLR", "ARRIVE|ETA?", "APPRA|01:22"},
-                  {"ENTER", "ARRIVE|ETA", "APPRA|13:22"},
+        std::string row;
+    } kCases[] = {{"FPL NEXT", "ARRIVE|ETE", ete},
+                  {"L10 CLR", "ARRIVE|ETA?", ete},
+                  {"ENTER", "ARRIVE|ETA", "APPRA|" + ClockAt(6)},
                   {"L10 CLR ENTER", "ARRIVE|DIS", "APPRA|  329"},
                   {"L10 CLR CLR L10", "ARRIVE|DIS", "APPRA|  329"},
                   {"L10 CLR ENTER", "ARRIVE|ALT", "KBBB| 8000"}};
@@ -109,7 +111,6 @@ TEST_F(GnsTest, TheColumnChangesWhenItIsConfirmed) {
         EXPECT_THAT(rows, Contains(StartsWith(c.row))) << c.keys;
     }
     aircraft.groundSpeedKt = 50;
-    RefreshPredictions();
     EXPECT_THAT(unit.After("L10 CLR ENTER"), Contains("APPRA|------"));
 }
 
@@ -147,15 +148,15 @@ TEST_F(GnsTest, WhatIsTypedDecidesWhereItLeads) {
                   {"=NEWPT*", "OFFSET WPT    1/1", "WAYPOINT|NEWPT*"},
                   {"=TWICE*", "OFFSET WPT    1/2", "WAYPOINT|TWICE*"},
                   {"=*", "OFFSET WPT    1/1", "WAYPOINT|TMPXX*"},
-                  {"=NOWHE*", "NOT IN DATABASE|ACTIVE FPL   1/2", "NOWHE*|00:37"},
+                  {"=NOWHE*", "NOT IN DATABASE|ACTIVE FPL   1/2", "NOWHE*"},
                   {"=#J9", "AIRWAY|J9|1/1", "FR|FLY"},
                   {"=#J8", "AIRWAY|J8|(N/A)", "FR|FLY"},
-                  {"", "ACTIVE FPL   1/2", "FLY|00:22"}};  // nothing typed: nothing happens
+                  {"", "ACTIVE FPL   1/2", "FLY"}};  // nothing typed: nothing happens
     for (const auto& c : kCases) {
         const std::string keys = std::string("NAV FPL L3 ") + c.typed + " ENTER";
         const Rows rows = unit.After(keys);
         EXPECT_THAT(rows, Contains(c.title)) << keys;
-        EXPECT_THAT(rows, Contains(c.shows)) << keys;
+        EXPECT_THAT(rows, Contains(StartsWith(c.shows))) << keys;
     }
     EXPECT_EQ(activePlan.lastIndex, 7);
 }
@@ -163,8 +164,8 @@ TEST_F(GnsTest, WhatIsTypedDecidesWhereItLeads) {
 TEST_F(GnsTest, ASelectedWaypointIsDeletedWithItsProceduresTag) {
     MakePlan();
     unit.Press("FPL L3 L3");
-    EXPECT_THAT(unit.After("CLR"), Contains("DELETE?|00:52"));
-    EXPECT_THAT(unit.After("L3 ENTER"), Contains("STARA|00:52")) << "a line key cancels";
+    EXPECT_THAT(unit.After("CLR"), Contains(StartsWith("DELETE?")));
+    EXPECT_THAT(unit.After("L3 ENTER"), Contains(StartsWith("STARA"))) << "a line key cancels";
     unit.Press("L3 L3 CLR ENTER");
     EXPECT_EQ(Show(activePlan), "KAAA >ABCDE FLY LONGER STARB APPR(APPRA) KBBB");
     unit.Press("L1 CLR ENTER");
@@ -179,7 +180,7 @@ TEST_F(GnsTest, TheSelectionFollowsItsWaypointWhenTheRouteMovesOn) {
     unit.Press("FPL L3 =NEWPT");
     SetActiveWaypoint(2);
     unit.Draw();
-    EXPECT_THAT(unit.Rows(), Contains("NEWPT|00:37"));
+    EXPECT_THAT(unit.Rows(), Contains(StartsWith("NEWPT")));
     unit.Press("ENTER ENTER");
     EXPECT_EQ(Show(activePlan), "KAAA ABCDE >FLY NEWPT LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
 }
@@ -285,7 +286,7 @@ TEST_F(GnsTest, CrossingRestrictsTheSelectedWaypoint) {
     }
     EXPECT_THAT(unit.After("NAV FPL L2 L2 VNAV =250*10000"),
                 AllOf(Contains("AT FLY"), Contains(HasSubstr("250/10000"))));
-    EXPECT_THAT(unit.After("ENTER"), Contains("FLY|00:22|A"));
+    EXPECT_THAT(unit.After("ENTER"), Contains("FLY|" + TimeTo(2) + "|A"));
 }
 
 // ---- direct-to ----
@@ -419,7 +420,7 @@ TEST_F(GnsTest, StoredPlansAreOpenedChangedAndActivated) {
                                                "******", "ARRIVE|SELECT", "APPROACH|ERASE"}));
     unit.Press("L2 L2 =LATER ENTER ENTER");
     EXPECT_EQ(activePlan.lastIndex, -1) << "the stored plan is changed, nothing is flown";
-    EXPECT_EQ(unit.After("L10 ENTER").front(), "ACTIVE FPL   1/1");
+    EXPECT_EQ(unit.After("L10 ENTER").front(), "NO AIRCRAFT DATA|ACTIVE FPL   1/1");
     EXPECT_EQ(Show(activePlan), "KAAA >NEWPT LATER KBBB");
     unit.Press("FPL FPL L7 ENTER L10 L10 ENTER");
     EXPECT_EQ(modifiedPlan.lastIndex, -1);
@@ -486,16 +487,19 @@ TEST_F(GnsTest, NavigationTellsTheLegAndWhatIsAhead) {
     guidance.crossTrackNm = 0.34;
     guidance.crossTrackSide = Side::Left;
     EXPECT_THAT(unit.After("NAV"),
-                IsSupersetOf(Rows{"FR|KAAA", "TO|ABCDE|-----", "NX|FLY|00:22", "DIS|   28.8",
-                                  "ETE|00:07.2", "DTK|(90)|090", "GS|240", "WIND|250/15 ", "MAN"}));
+                IsSupersetOf(Rows{"FR|KAAA", "TO|ABCDE|-----", "NX|FLY|" + TimeTo(2), "DIS|   28.8",
+                                  "DTK|(90)|090", "GS|240", "WIND|250/15 ", "MAN"}));
+    UnitText ete;
+    ete.Put("ETE|00:%04.1f", PredictedMinutes(1));
+    EXPECT_THAT(unit.Rows(), Contains(ete.c_str())) << "below ten minutes";
     EXPECT_THAT(unit.After("NAV"),
-                IsSupersetOf(Rows{"ETA-KBBB|13:37", "TKE|L 003", "XTK   TRMNL|L 0.34"}));
+                IsSupersetOf(Rows{"ETA-KBBB|" + ClockAt(7), "TKE|L 003", "XTK   TRMNL|L 0.34"}));
     EXPECT_THAT(unit.After("NAV"), IsSupersetOf(Rows{"DRIFT|L 003", "HDG|090", "TK|087"}));
     activePlan.Edit(1).altitude = 12000;
     activePlan.Edit(1).altitudeConstraint = 1;
     EXPECT_THAT(unit.After("NEXT*2"), Contains("TO|ABCDE|12000A"));
     EXPECT_THAT(unit.After("L7 CLR"), Contains("TO|ABCDE|ALT?")) << "ETA? is offered first";
-    EXPECT_THAT(unit.After("CLR ENTER"), Contains("TO|ABCDE|12:07"));
+    EXPECT_THAT(unit.After("CLR ENTER"), Contains("TO|ABCDE|" + ClockAt(1)));
 }
 
 TEST_F(GnsTest, AutoEngagesLnavAndManHandsOverTheTypedHeading) {

@@ -127,6 +127,19 @@ TEST_F(HoldsTest, IsFlownLapAfterLapAndLeftAtItsFirstCorner) {
     EXPECT_NE(guidance.lastHeadingSent, kNoHeadingSent);
 }
 
+TEST_F(HoldsTest, AnAutomaticExitLeavesAfterOneCircuit) {
+    holdList.holds[1].exitAutomatic = 1;
+    StartAt(pilot, 1);
+    for (const std::int32_t corner : {1, 2, 3, 4, 1}) {
+        ASSERT_TRUE(FlyToCorner(corner)) << corner;
+    }
+    for (int i = 0; i < 600 && planBook.activeIndex == 1; ++i) {
+        Step();
+    }
+    EXPECT_EQ(holdList.count, 0);
+    EXPECT_EQ(planBook.activeIndex, 2);
+}
+
 // The pattern is 5 nm long and 2.5 nm wide; the third corner, "Base", ends its 5 nm side south.
 TEST_F(HoldsTest, ACornerIsReachedOrMissed) {
     const struct {
