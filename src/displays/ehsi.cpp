@@ -7,7 +7,6 @@
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
-#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
@@ -15,8 +14,6 @@ namespace avq1 {
 EhsiState ehsi;
 
 namespace {
-
-constexpr double kProfileMarksBeyondNm = 8;  // of the route still to fly
 
 const StateReset resetEhsi{[] { ehsi = EhsiState{}; }};
 
@@ -71,9 +68,7 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
         case Shows::WithHolds:
             return picture.mapMode && FromFlightManagement() && holdList.count > 0;
         case Shows::WithProfile:
-            return picture.mapMode && FromFlightManagement() &&
-                   settings.ShowTodBodIndicators == 1 &&
-                   progress.routeDistanceToDestination > kProfileMarksBeyondNm;
+            return picture.mapMode && FromFlightManagement() && ShowsProfileMarkers();
     }
     return false;
 }

@@ -59,7 +59,9 @@ void DrawActiveRoute(const MapFrame& frame);
 std::vector<PlacedText> PlaceOpenTexts(const MapFrame& frame);
 void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& openTexts);
 void DrawHoldPatterns(const MapFrame& frame);
-// Top of climb and top of descent while they lie ahead.
+// Top of climb and top of descent while they lie ahead; the setting shows them, until 8 nm before
+// the route's end.
+bool ShowsProfileMarkers();
 void DrawProfileMarkers(const MapFrame& frame);
 
 // ---- the chosen runway's traffic pattern ----

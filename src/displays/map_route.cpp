@@ -12,6 +12,7 @@
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/route_walk.h"
+#include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
@@ -22,6 +23,7 @@ namespace {
 
 constexpr double kPendingDashes[] = {5, 4};
 constexpr double kProfileLabelPx = 9;
+constexpr double kProfileMarksBeyondNm = 8;  // of the route still to fly
 
 const PlanWaypoint& Entry(const FlightPlan& plan, std::int32_t index) {
     return plan.entries[static_cast<std::size_t>(index)];
@@ -197,6 +199,11 @@ void DrawHoldPatterns(const MapFrame& frame) {
             DrawHold(frame, hold);
         }
     }
+}
+
+bool ShowsProfileMarkers() {
+    return settings.ShowTodBodIndicators == 1 &&
+           progress.routeDistanceToDestination > kProfileMarksBeyondNm;
 }
 
 void DrawProfileMarkers(const MapFrame& frame) {

@@ -92,6 +92,9 @@ void DrawNdRoute(NdPicture& picture) {
         DrawRunwayPattern(frame, {picture.rose.radius});
     }
     DrawActiveRoute(frame);
+    if (ShowsProfileMarkers()) {
+        DrawProfileMarkers(frame);
+    }
 }
 
 void DrawNdCompass(NdPicture& picture) {

@@ -408,6 +408,9 @@ TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
     const auto expectMarkers = [](bool climb, bool descent) {
         DrawOnEhsi(2);
         EXPECT_EQ(Picture::Shows("T/C"), climb);
+        Draw(5);
+        EXPECT_EQ(Picture::Shows("T/C"), climb);
+        DrawOnEhsi(2);
         EXPECT_EQ(Picture::Shows("T/D"), descent);
     };
     progress.routeDistanceToDestination = 8;
