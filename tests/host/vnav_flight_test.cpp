@@ -7,6 +7,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "guidance/lnav.h"
@@ -259,6 +260,21 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
                  EXPECT_NEAR(ActivePredictions().entries[6].altitudeFt, 11000, 100);
                  EXPECT_TRUE(ExecuteModification());
                  EXPECT_NE(vnav.descentActive, 0);
+             }
+         },
+         {1, 2, 5, 7},
+         nullptr,
+         1},
+        {"a hold in the descent, left after a circuit",
+         [](VnavFlight& f) {
+             if (vnav.descentActive != 0 && holdList.count == 0 && !f.done) {
+                 HoldPattern hold = NewHold();
+                 hold.fixIndex = 6;
+                 hold.inboundCourseMag = 90;
+                 EXPECT_TRUE(AddHold(hold));
+             } else if (holdList.count > 0 && holdFlight.holdTargetCorner == 3) {
+                 f.done = true;
+                 holdFlight.holdState = HoldState::ExitRequested;
              }
          },
          {1, 2, 5, 7},

@@ -23,7 +23,7 @@ constexpr double kHundredFpm = 100;
 constexpr double kKeepFpm = 25;     // beyond its hundred, before another is sent
 constexpr double kBeyondFpm = 1e6;  // any limit
 constexpr double kCloseNm = 5;
-constexpr double kRoundOffNm = 0.5;
+constexpr double kRoundOffMinutes = 0.12;
 constexpr double kResumeAboveKt = 10;
 constexpr double kLevelFt = 200;
 constexpr double kAbovePathFt = 100;
@@ -60,8 +60,9 @@ double RequiredFpm(double feet, double distanceNm) {
 // The autopilot rounds off into an altitude: close to a restriction the descent aims a little
 // before it, so that it is level there.
 double DescentDistanceNm() {
-    const bool close = vnav.distanceToTarget < kCloseNm && vnav.distanceToTarget > 2 * kRoundOffNm;
-    return vnav.distanceToTarget - (close ? kRoundOffNm : 0);
+    const double roundOffNm = kRoundOffMinutes * aircraft.groundSpeedKt / 60;
+    const bool close = vnav.distanceToTarget < kCloseNm && vnav.distanceToTarget > 2 * roundOffNm;
+    return vnav.distanceToTarget - (close ? roundOffNm : 0);
 }
 
 bool LowSpeedInClimb() {
