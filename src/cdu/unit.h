@@ -1,10 +1,10 @@
 // cdu/unit.h - a control display unit: its pages as rows, its state, and the draw cycle they share.
 //
-// One state serves all gauges of a unit, so they always show the same page. Page and entry keys only
-// change it; a page's work is done at the next draw. A screen is composed as items every draw event and
-// painted on a surface only when that surface does not show it yet: on the others the last picture
-// stays. With power a screen is opaque black behind its texts, without it is transparent and keys
-// wait. Panel thread only.
+// One state serves all gauges of a unit, so they always show the same page. Page and entry keys
+// only change it; a page's work is done at the next draw. A screen is composed as items every draw
+// event and painted on a surface only when that surface does not show it yet: on the others the
+// last picture stays. With power a screen is opaque black behind its texts, without it is
+// transparent and keys wait. Panel thread only.
 //
 // A page is one row of the unit's table. docs/adding-a-page.md tells how.
 #pragma once

@@ -127,7 +127,7 @@ TEST_F(GnsValuesTest, FuelPagesCountInTheSettingsUnit) {
                   {"", "", "FLOW|  4200|LB"},
                   {"", "", "HOURS|03:11"},
                   {"", "", "RANGE|  766"},
-                  {"", "", "NM/LB|x1000|  57"},
+                  {"", "", "NM/LB|  57"},
                   {"KGS", "", "REMAINING|  6078|KG"},
                   {"", "FUEL FUEL", "FLOW|4200"},
                   {"", "FUEL", "ENGINE   2|2200"},
