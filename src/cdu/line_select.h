@@ -49,7 +49,7 @@ struct LineRow {
     Act again = nullptr;           // what its key does on the selected row, before it goes on
     std::int32_t item = 0;
     std::uint8_t style = 0;
-    ScreenPoint at;
+    ScreenPoint at = {};
 };
 
 // How a unit draws selected rows.

@@ -33,7 +33,7 @@ struct ScreenItem {
 
     Kind kind = Kind::Text;
     std::uint8_t style = 0;
-    ScreenPoint at;
+    ScreenPoint at = {};
     ScreenPoint size;  // of a fill or a frame
     UnitText text;
 

@@ -73,7 +73,7 @@ struct GnsState : CduState, LineSelection {
     SubPage& Counter(GnsCounter counter) { return subPage[static_cast<std::size_t>(counter)]; }
 
     std::int32_t planView = kStoredView;
-    std::int32_t storedPlanOpen = 0;  // 1 = the contents of the stored plan that was opened
+    std::int32_t storedPlanOpen = 0;    // 1 = the contents of the stored plan that was opened
     std::int32_t storedPlanNumber = 0;  // of the plan opened, in the list, from 1
     bool listWanted = false;            // the list is to be read anew when it is shown
     std::array<SubPage, static_cast<std::size_t>(GnsCounter::kCount)> subPage;
@@ -83,8 +83,8 @@ struct GnsState : CduState, LineSelection {
     std::int32_t pendingColumnMode = kColumnEte;
     bool deletePending = false;  // the selected waypoint line shows "DELETE?"
     double transitionLevelFt = 18000;
-    std::int32_t editing = 0;    // 1 while the unit has the computer keyboard
-    bool enteredOnLm = false;    // ENTER was pressed on the GNSXLS_LM gauge
+    std::int32_t editing = 0;  // 1 while the unit has the computer keyboard
+    bool enteredOnLm = false;  // ENTER was pressed on the GNSXLS_LM gauge
 };
 
 extern GnsState gns;

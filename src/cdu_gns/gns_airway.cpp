@@ -101,8 +101,7 @@ void PutEntryFix(Screen& screen) {
 }
 
 void ComposeAirway(Screen& screen) {
-    const SubPage& shown =
-        SetGnsPageCount(GnsCounter::Airway, PageCount(ExitCount(), kPageFixes));
+    const SubPage& shown = SetGnsPageCount(GnsCounter::Airway, PageCount(ExitCount(), kPageFixes));
     screen.Put(kGnsLabel, 32, 0, "AIRWAY");
     screen.Put(kGnsData, 200, 0, "%.6s", airwayEntry.name.c_str());
     PutEntryFix(screen);

@@ -128,7 +128,6 @@ void OpenGnsCrossing() {
     OpenGnsCrossingOf(GnsSelectedEntry());
 }
 
-constinit const PageRow kGnsCrossingPage{
-    .page = kGnsCrossing, .fields = kFields, .lines = kLines};
+constinit const PageRow kGnsCrossingPage{.page = kGnsCrossing, .fields = kFields, .lines = kLines};
 
 }  // namespace avq1

@@ -66,9 +66,9 @@ void ShowTurn(const LineRow& row, UnitText& text) {
 }
 
 EntryResult StepTurn(const LineRow&) {
-    gnsWaypoint.pendingTurn = static_cast<GnsTurn>(
-        NextChoice(static_cast<std::int32_t>(gnsWaypoint.pendingTurn), 0,
-                   static_cast<std::int32_t>(GnsTurn::Right)));
+    gnsWaypoint.pendingTurn =
+        static_cast<GnsTurn>(NextChoice(static_cast<std::int32_t>(gnsWaypoint.pendingTurn), 0,
+                                        static_cast<std::int32_t>(GnsTurn::Right)));
     return EntryResult::None;
 }
 
@@ -111,14 +111,12 @@ constexpr FieldRow kFields[] = {
      .valueAt = {kValueX, 120},
      .labelAt = {kGnsLabelX, 120}},
     {.label = "POS",
-     .show =
-         [](const FieldRow&, UnitText& t) { t = GnsLatitudeText(Candidate()->latitude); },
+     .show = [](const FieldRow&, UnitText& t) { t = GnsLatitudeText(Candidate()->latitude); },
      .visible = HasCandidate,
      .style = kGnsData,
      .valueAt = {kPositionX, 160},
      .labelAt = {kGnsLabelX, 160}},
-    {.show =
-         [](const FieldRow&, UnitText& t) { t = GnsLongitudeText(Candidate()->longitude); },
+    {.show = [](const FieldRow&, UnitText& t) { t = GnsLongitudeText(Candidate()->longitude); },
      .visible = HasCandidate,
      .style = kGnsData,
      .valueAt = {kPositionX, 200}},

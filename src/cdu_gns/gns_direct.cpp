@@ -131,8 +131,9 @@ void ForceTurn(GnsTurn turn) {
     const bool right = turn == GnsTurn::Right && shorter == Side::Left;
     const bool left = turn == GnsTurn::Left && shorter == Side::Right;
     if (right || left) {
-        SendKeyEvent(KeyEvent::HeadingBugSet,
-                     WholeHeading(aircraft.headingMag + (right ? kForcedTurnDeg : -kForcedTurnDeg)));
+        SendKeyEvent(
+            KeyEvent::HeadingBugSet,
+            WholeHeading(aircraft.headingMag + (right ? kForcedTurnDeg : -kForcedTurnDeg)));
         guidance.pendingTurnSide = right ? Side::Left : Side::Right;
         guidance.directToTurn = right ? "RIGHT" : "LEFT";
     } else {
@@ -218,8 +219,7 @@ constexpr LineRow EntryRow(std::int32_t slot) {
 }
 
 bool HasAirport(const LineRow& row) {
-    return ShowsAirports() &&
-           closestAirports.slots[static_cast<std::size_t>(row.item)].index != 0;
+    return ShowsAirports() && closestAirports.slots[static_cast<std::size_t>(row.item)].index != 0;
 }
 
 void ShowAirport(const LineRow& row, UnitText& text) {

@@ -196,10 +196,10 @@ void ShowDirectEte(const FieldRow&, UnitText& text) {
 }
 
 void ShowPlanDistanceTime(const FieldRow&, UnitText& text) {
-    text.Put("%s/%s",
-             NumberText(HasActiveWaypoint() ? progress.routeDistanceToDestination : kNone, 5)
-                 .c_str(),
-             GnsMinutesText(GnsMinutesTo(ActivePredictions().destination)).c_str());
+    text.Put(
+        "%s/%s",
+        NumberText(HasActiveWaypoint() ? progress.routeDistanceToDestination : kNone, 5).c_str(),
+        GnsMinutesText(GnsMinutesTo(ActivePredictions().destination)).c_str());
 }
 
 void ShowEtaLabel(const FieldRow&, UnitText& text) {
@@ -264,8 +264,7 @@ void ShowUtc(const FieldRow&, UnitText& text) {
 
 void ShowDate(const FieldRow&, UnitText& text) {
     const auto year = static_cast<std::int32_t>(ReadUtcYear());
-    const CalendarDate date =
-        DayOfYearToDate(static_cast<std::int32_t>(ReadUtcDayOfYear()), year);
+    const CalendarDate date = DayOfYearToDate(static_cast<std::int32_t>(ReadUtcDayOfYear()), year);
     text.Put("%02d %.3s %02.0f", date.dateDay, date.dateMonthText.data(),
              static_cast<double>(year % 100));
 }
@@ -334,8 +333,7 @@ EntryResult SetReserve(const LineRow&) {
 }
 
 void OfferReserve(const LineRow&) {
-    LoadScratchpad(gns, NumberText(GnsWeight(planBook.reserveFuelInUse), 1).view(),
-                   kReserveDigits);
+    LoadScratchpad(gns, NumberText(GnsWeight(planBook.reserveFuelInUse), 1).view(), kReserveDigits);
 }
 
 constexpr LineRow kLines[] = {

@@ -159,11 +159,16 @@ struct PagingRow {
 };
 
 constexpr PagingRow kPaging[] = {
-    {kGnsDirect, GnsCounter::Direct},         {kGnsDatabase, GnsCounter::Database},
-    {kGnsNavigation, GnsCounter::Navigation}, {kGnsDeparture, GnsCounter::Departure},
-    {kGnsArrival, GnsCounter::Arrival},       {kGnsApproach, GnsCounter::Approach},
-    {kGnsAirway, GnsCounter::Airway, true},   {kGnsVnav, GnsCounter::Vnav},
-    {kGnsFuel, GnsCounter::Fuel},             {kGnsOffset, GnsCounter::Offset},
+    {kGnsDirect, GnsCounter::Direct},
+    {kGnsDatabase, GnsCounter::Database},
+    {kGnsNavigation, GnsCounter::Navigation},
+    {kGnsDeparture, GnsCounter::Departure},
+    {kGnsArrival, GnsCounter::Arrival},
+    {kGnsApproach, GnsCounter::Approach},
+    {kGnsAirway, GnsCounter::Airway, true},
+    {kGnsVnav, GnsCounter::Vnav},
+    {kGnsFuel, GnsCounter::Fuel},
+    {kGnsOffset, GnsCounter::Offset},
 };
 
 }  // namespace

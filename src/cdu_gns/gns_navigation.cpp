@@ -217,19 +217,18 @@ void ShowCrossTrack(const FieldRow&, UnitText& text) {
 
 constexpr FieldRow kAheadFields[] = {
     {.label = "WIND", .labelAt = {kGnsLabelX, 160}},
-    {.show =
-         [](const FieldRow&, UnitText& t) { t.Set(derived.headwindKt < 0 ? "TAIL" : "HEAD"); },
+    {.show = [](const FieldRow&, UnitText& t) { t.Set(derived.headwindKt < 0 ? "TAIL" : "HEAD"); },
      .style = kGnsSmall,
      .valueAt = {118, 168}},
     {.show = ShowHeadwind, .style = kGnsData, .valueAt = {170, 160}},
-    {.show =
-         [](const FieldRow&, UnitText& t) { t.Set(derived.crosswindKt < 0 ? "LEFT" : "RIGHT"); },
+    {.show = [](const FieldRow&,
+                UnitText& t) { t.Set(derived.crosswindKt < 0 ? "LEFT" : "RIGHT"); },
      .style = kGnsSmall,
      .valueAt = {304, 168}},
     {.show = ShowCrosswind, .style = kGnsData, .valueAt = {370, 160}},
     {.show = ShowDestinationLabel, .item = 0, .style = kGnsLabel, .valueAt = {kGnsLabelX, 200}},
-    {.show =
-         [](const FieldRow&, UnitText& t) { t = GnsClockText(ActivePredictions().destination); },
+    {.show = [](const FieldRow&,
+                UnitText& t) { t = GnsClockText(ActivePredictions().destination); },
      .style = kGnsData,
      .valueAt = {kTimeX - kGnsCharacterWidth, 200}},
     {.show = ShowDestinationLabel, .item = 1, .style = kGnsLabel, .valueAt = {kGnsLabelX, 240}},
@@ -284,8 +283,8 @@ constexpr FieldRow kMotionFields[] = {
      .valueAt = {kTimeX, 200},
      .labelAt = {kGnsLabelX, 200}},
     {.label = "TAS",
-     .show =
-         [](const FieldRow&, UnitText& t) { t = NumberText(derived.trueAirspeedEstimateKt, 3); },
+     .show = [](const FieldRow&,
+                UnitText& t) { t = NumberText(derived.trueAirspeedEstimateKt, 3); },
      .style = kGnsData,
      .valueAt = {kShortValueX, 240},
      .labelAt = {kGnsLabelX, 240}},
@@ -311,10 +310,8 @@ constexpr int kDataX = 210;
 
 constexpr FieldRow kUnitFields[] = {
     {.label = "IDENT", .labelAt = {kGnsLabelX, 40}},
-    {.show =
-         [](const FieldRow&, UnitText& t) {
-             t.Set(DatabaseCycle.empty() ? "------" : DatabaseCycle);
-         },
+    {.show = [](const FieldRow&,
+                UnitText& t) { t.Set(DatabaseCycle.empty() ? "------" : DatabaseCycle); },
      .style = kGnsData,
      .valueAt = {kDataX, 40}},
     {.show = [](const FieldRow&, UnitText& t) { t.Set(DatabaseValidity); },
@@ -467,8 +464,8 @@ EntryResult ConfirmSteering(const LineRow&) {
 void ComposeNavigation(Screen& screen) {
     const SubPage& shown = SetGnsPageCount(GnsCounter::Navigation, 4);
     screen.Put(kGnsLabel, 90, 0, "NAVIGATION   %d/%d", shown.n, shown.m);
-    constexpr std::array<std::span<const FieldRow>, 4> kFields = {
-        kLegFields, kAheadFields, kMotionFields, kUnitFields};
+    constexpr std::array<std::span<const FieldRow>, 4> kFields = {kLegFields, kAheadFields,
+                                                                  kMotionFields, kUnitFields};
     if (shown.n == 4) {
         PutMessages(screen);
     } else {

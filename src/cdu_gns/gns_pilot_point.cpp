@@ -79,8 +79,7 @@ void TakeBack(const Coordinate& coordinate, std::string& field) {
 
 void TypeCharacterOfPosition(char character) {
     if (TakesHemisphere(kLatitude, typed.latitude, character) ||
-        (!IsEmpty(typed.latitude) &&
-         TakesHemisphere(kLongitude, typed.longitude, character))) {
+        (!IsEmpty(typed.latitude) && TakesHemisphere(kLongitude, typed.longitude, character))) {
         return;
     }
     if (character < '0' || character > '9') {

@@ -84,8 +84,8 @@ void ComposeSave(Screen& screen) {
 
 // Only a plan between two airports is stored.
 void OpenGnsSave() {
-    const bool storable = activePlan.lastIndex >= 1 && First().type == kAirportType &&
-                          Last().type == kAirportType;
+    const bool storable =
+        activePlan.lastIndex >= 1 && First().type == kAirportType && Last().type == kAirportType;
     if (storable) {
         planFileName = (First().ident + Last().ident).substr(0, kNameLength);
         OpenGnsPage(kGnsSave);

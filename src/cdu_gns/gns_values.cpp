@@ -54,8 +54,7 @@ UnitText GnsClockText(const PredictedPoint& point) {
     if (!std::isfinite(GnsMinutesTo(point))) {
         return Dashes(kTimeDashes);
     }
-    const double minutes =
-        settings.DispETALocalTime == 1 ? point.clockMinutes : point.zuluMinutes;
+    const double minutes = settings.DispETALocalTime == 1 ? point.clockMinutes : point.zuluMinutes;
     return HoursMinutesText(0, PositiveModulo(std::floor(minutes + 0.5), kMinutesPerDay));
 }
 

@@ -64,10 +64,9 @@ EntryResult EnterPathAngle(const LineRow&) {
     }
     performance.flightPathAngleDeg = std::min(degrees, kSteepestPathDeg);
     performance.descentRate =
-        std::floor((performance.descentTas / kMinutesPerHour * performance.flightPathAngleDeg *
-                        100 +
-                    50) *
-                   0.01) *
+        std::floor(
+            (performance.descentTas / kMinutesPerHour * performance.flightPathAngleDeg * 100 + 50) *
+            0.01) *
         100;
     return EntryResult::Accepted;
 }
@@ -76,8 +75,8 @@ EntryResult EnterPathAngle(const LineRow&) {
 // Until it is reached at the present vertical speed.
 double MinutesToPreselected() {
     const double feet = aircraft.apAltitudeTargetFt - aircraft.altitudeFt;
-    const bool approaching = std::abs(aircraft.verticalSpeedFpm) > kStillFpm &&
-                             feet * aircraft.verticalSpeedFpm > 0;
+    const bool approaching =
+        std::abs(aircraft.verticalSpeedFpm) > kStillFpm && feet * aircraft.verticalSpeedFpm > 0;
     return approaching ? feet / aircraft.verticalSpeedFpm : kNone;
 }
 
@@ -146,7 +145,6 @@ constexpr LineRow kLines[] = {
 
 }  // namespace
 
-constinit const PageRow kGnsVnavDataPage{
-    .page = kGnsVnavData, .fields = kFields, .lines = kLines};
+constinit const PageRow kGnsVnavDataPage{.page = kGnsVnavData, .fields = kFields, .lines = kLines};
 
 }  // namespace avq1

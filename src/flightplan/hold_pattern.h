@@ -44,7 +44,7 @@ struct HoldPattern {
     double legMinutes = 1.0;
     double inboundCourseMag = 0;
     std::int32_t legByTime = 1;
-    std::int32_t exitAutomatic = 0;  // 1 = left after one circuit
+    std::int32_t exitAutomatic = 0;     // 1 = left after one circuit
     std::array<HoldCorner, 5> corners;  // 0 is the fix
 };
 

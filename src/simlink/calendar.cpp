@@ -42,8 +42,7 @@ CalendarDate DayOfYearToDate(std::int32_t dayOfYear, std::int32_t year) {
         }
         day -= days;
     }
-    return {kMonths[month].name, day,
-            static_cast<std::int32_t>(month) + 1};
+    return {kMonths[month].name, day, static_cast<std::int32_t>(month) + 1};
 }
 
 }  // namespace avq1

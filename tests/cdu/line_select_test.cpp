@@ -133,12 +133,9 @@ TEST_F(LineSelectTest, PlaceholdersGiveWayToTheFirstCharacterAndABackspaceEmptie
         const char* field;
         const char* typed;
         const char* after;
-    } kCases[] = {{"******", "A", "A     "},
-                  {"------", "7", "7     "},
-                  {"KJFK  ", "7", "KJFK7 "},
-                  {"ABCDEF", "7", "ABCDEF"},
-                  {"------", "*1", "      "},
-                  {"      ", "*1", "      "}};
+    } kCases[] = {{"******", "A", "A     "},  {"------", "7", "7     "},
+                  {"KJFK  ", "7", "KJFK7 "},  {"ABCDEF", "7", "ABCDEF"},
+                  {"------", "*1", "      "}, {"      ", "*1", "      "}};
     for (const auto& c : kCases) {
         selection = {.entryArmed = true, .freshEntry = false, .scratchpad = c.field};
         TypeCharacter(selection, c.typed, 6);
