@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
@@ -72,9 +71,6 @@ struct RouteProgress {
     double eteWaypointRealHours = 0;
     double eteDestinationRealMinutes = 0;
     double eteDestinationRealHours = 0;
-    std::string_view dateMonthText;  // "JAN" to "DEC"; empty before a date was asked for
-    std::int32_t dateDay = 0;        // of the month, from 1
-    std::int32_t dateMonth = 0;      // from 1
 };
 
 // What pages queue for the next per-frame update.

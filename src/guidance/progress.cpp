@@ -10,7 +10,6 @@
 #include "guidance/route_table.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
-#include "simlink/sim_variables.h"
 
 namespace avq1 {
 namespace {
@@ -20,19 +19,6 @@ constexpr double kLevelBank = 0.035;
 constexpr double kLaterSimRateUnit = 256;
 constexpr std::int32_t kLaterSimVersion = 10;
 constexpr double kMinutesPerHour = 60;
-
-constexpr std::int32_t kFirstLeapYear = 2000;
-constexpr std::int32_t kLastLeapYear = 2024;
-constexpr std::int32_t kFebruary = 2;
-
-struct Month {
-    std::string_view name;
-    std::int32_t days;
-};
-
-constexpr Month kMonths[] = {{"JAN", 31}, {"FEB", 28}, {"MAR", 31}, {"APR", 30},
-                             {"MAY", 31}, {"JUN", 30}, {"JUL", 31}, {"AUG", 31},
-                             {"SEP", 30}, {"OCT", 31}, {"NOV", 30}, {"DEC", 31}};
 
 struct TimeToGo {
     double hours = 0;
@@ -110,23 +96,6 @@ void UpdateTimeToGo() {
     progress.eteDestinationMinutes = destination.minutes;
     progress.eteDestinationRealHours = destinationReal.hours;
     progress.eteDestinationRealMinutes = destinationReal.minutes;
-}
-
-void DayOfYearToDate(std::int32_t day) {
-    const auto year = static_cast<std::int32_t>(ReadUtcYear());
-    const bool leap = year >= kFirstLeapYear && year <= kLastLeapYear && year % 4 == 0;
-    std::int32_t month = 0;
-    for (const Month& row : kMonths) {
-        ++month;
-        const std::int32_t days = row.days + (leap && month == kFebruary ? 1 : 0);
-        if (day >= 1 && day <= days) {
-            progress.dateMonthText = row.name;
-            progress.dateDay = day;
-            progress.dateMonth = month;
-            return;
-        }
-        day -= days;
-    }
 }
 
 void UpdateDerivedState() {

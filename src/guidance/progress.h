@@ -4,8 +4,6 @@
 // minutes and whole hours, speeds kt, angles degrees.
 #pragma once
 
-#include <cstdint>
-
 namespace avq1 {
 
 // Route and straight distance from the aircraft to the last entry, and its magnetic bearing.
@@ -13,10 +11,6 @@ void UpdateRouteDistance();
 
 // Times to the active waypoint and the destination; all 0 at 25 kt ground speed or less.
 void UpdateTimeToGo();
-
-// The date of a day of the simulator's year, from 1, into `progress`. Days outside the year leave
-// it unchanged.
-void DayOfYearToDate(std::int32_t day);
 
 // Wind components, airspeed estimate, drift and simulation rate from the snapshot.
 void UpdateDerivedState();

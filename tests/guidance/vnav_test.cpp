@@ -12,7 +12,6 @@
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/predictions.h"
-#include "guidance/progress.h"
 #include "guidance/vnav/flown.h"
 #include "guidance/vnav/planning.h"
 #include "guidance/vnav/table_optimum.h"
@@ -66,26 +65,6 @@ TEST(TableAverages, WeighAsWrittenWithinTheirRows) {
     EXPECT_THAT(average({{300, 2000, 100}, {400, 1000, 50}}),  // sum of s/t times t / n squared
                 ElementsAre((3.0 + 8.0) * 150 / 4 > 400 ? 400 : 0, 1500));
     EXPECT_THAT(average({{300, 100, 10}, {310, 100, 1000}}), ElementsAre(310, 100));
-}
-
-TEST(CalendarDate, CountsTheMonthsOfTheSimulatorsYear) {
-    auto& simulator = FakeSimulator::Install();
-    ResetModuleState();
-    const struct {
-        std::int32_t year, day;
-        const char* month;
-        std::int32_t dayOfMonth, number;
-    } rows[] = {{2008, 60, "FEB", 29, 2},   {2009, 60, "MAR", 1, 3},    {2009, 1, "JAN", 1, 1},
-                {2024, 366, "DEC", 31, 12}, {2023, 365, "DEC", 31, 12}, {2023, 366, "DEC", 31, 12},
-                {2023, 212, "JUL", 31, 7}};
-    for (const auto& row : rows) {
-        simulator.variables[9] = row.year;
-        DayOfYearToDate(row.day);
-        EXPECT_EQ(progress.dateMonthText, row.month) << row.day;
-        EXPECT_EQ(progress.dateDay, row.dayOfMonth) << row.day;
-        EXPECT_EQ(progress.dateMonth, row.number) << row.day;
-    }
-    ImportTable.panel.services = nullptr;
 }
 
 class VnavTest : public ::testing::Test {
