@@ -22,7 +22,6 @@ namespace avq1 {
 namespace {
 
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
-constexpr double kMinutesPerHour = 60;
 constexpr double kWeightsPerRange = 1000;
 constexpr int kIdentX = 240;
 constexpr int kWeightX = 300;
@@ -54,18 +53,21 @@ double RangePerPound() {
     return flow > 0 ? aircraft.groundSpeedKt / flow : kNone;
 }
 
-double MinutesFor(double distanceNm) {
-    return aircraft.groundSpeedKt > kGnsTimesFromKt
-               ? distanceNm / aircraft.groundSpeedKt * kMinutesPerHour
-               : kNone;
-}
-
 double DirectDistance() {
     return HasActiveWaypoint() ? progress.destinationDistanceDirect : kNone;
 }
 
-double FuelFor(double minutes) {
-    return TotalFuelFlow() * minutes / kMinutesPerHour;
+// The straight way's share of what is predicted for the route.
+double DirectShare() {
+    return DirectDistance() / progress.routeDistanceToDestination;
+}
+
+double DirectMinutes() {
+    return GnsMinutesTo(ActivePredictions().destination) * DirectShare();
+}
+
+double PlanFuelLb() {
+    return FuelOnBoard() - GnsFuelAtPounds(ActivePredictions().destination);
 }
 
 // Rows of one kind share these: the item says which value.
@@ -89,9 +91,9 @@ double PoundsOf(std::int32_t item) {
         case kFlow:
             return TotalFuelFlow();
         case kLegFuel:
-            return FuelFor(MinutesFor(DirectDistance()));
+            return PlanFuelLb() * DirectShare();
         case kPlanFuel:
-            return FuelOnBoard() - GnsFuelAtPounds(ActivePredictions().destination);
+            return PlanFuelLb();
         case kBasicWeight:
             return weighed ? record.weights.zeroFuelLb - record.weights.payloadLb : kNone;
         case kPayload:
@@ -192,7 +194,7 @@ void ShowDistanceTrack(const FieldRow&, UnitText& text) {
 }
 
 void ShowDirectEte(const FieldRow&, UnitText& text) {
-    text = GnsMinutesText(MinutesFor(DirectDistance()));
+    text = GnsMinutesText(DirectMinutes());
 }
 
 void ShowPlanDistanceTime(const FieldRow&, UnitText& text) {
