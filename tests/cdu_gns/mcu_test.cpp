@@ -306,6 +306,8 @@ TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
     planAirports.runways[5].length = 12079;
     unit.Draw();
     EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060  12079")) << "in either order";
+    unit.Press("EDIT ENTER");
+    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway) << "only ends the typing";
     unit.Press("ENTER");
     EXPECT_EQ(planAirports.patternRunwayOffset + planAirports.selectedRunway, 5);
     unit.Press("ENTER");
@@ -415,8 +417,16 @@ TEST_F(McuTypingTest, LegsFindTheTypedWaypointAndCrossTakesTheTypedAltitude) {
     unit.Press("CROSS");
     Type({scan::kDown, scan::k1, scan::kA, scan::k1, scan::k0, scan::k0, scan::k0, scan::k9});
     EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4");
+    unit.Press("EDIT");
+    EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4") << "the end of typing takes nothing back";
+    unit.Press("UP EDIT");
+    Type({scan::k1, scan::kBackspace});
+    EXPECT_EQ(unit.Rows().front(), "LEGS:|12000|    2/4") << "typed and erased";
     Type({scan::kEnter});
-    unit.Press("UP ENTER");
+    activePlan.Edit(2).ident = std::string(kDiscontinuity);
+    EXPECT_EQ(unit.After("ENTER").back(), "> No crossing at a gap");
+    activePlan.Edit(2).ident = "FLY";
+    unit.Press("ENTER");
     EXPECT_EQ(activePlan.entries[2].altitude, 12000);
 }
 

@@ -152,6 +152,40 @@ TEST_F(ActivePlan, WaypointsPassedMeanwhileAreNotFlownAgain) {
     }
 }
 
+TEST_F(ActivePlan, AHoldPlannedMeanwhileIsInTheModificationToo) {
+    SetPlan(activePlan, "KJFK >AAA BBB KBOS");
+    planBook.status = RouteStatus::Active;
+    CopyActiveToModified();
+    PlanWaypoint inserted = activePlan.entries[1];
+    inserted.ident = "NEW";
+    ASSERT_TRUE(InsertBetween(modifiedPlan, 1, inserted));
+    ASSERT_TRUE(HoldAt(activePlan, 2, NewHold()));
+    EXPECT_EQ(Show(modifiedPlan), "KJFK NEW >AAA BBB@ KBOS");
+    ASSERT_TRUE(ExecuteModification());
+    EXPECT_EQ(Show(activePlan), "KJFK NEW >AAA BBB@ KBOS");
+    CopyActiveToModified();
+    DeleteHold(3);
+    EXPECT_TRUE(test::FlagsMatchHolds(modifiedPlan)) << "gone from both";
+    EXPECT_TRUE(HoldAt(activePlan, 3, NewHold()));
+    LoadPlan("NEW FPL");
+    SetPlan(modifiedPlan, "KPIT CCC BBB KBUF");
+    ASSERT_TRUE(ActivateModifiedPlan());
+    EXPECT_EQ(Show(activePlan), "KPIT >CCC BBB KBUF") << "another plan's hold";
+    EXPECT_EQ(holdList.count, 0);
+}
+
+TEST_F(ActivePlan, AnEditThatChangesTheDestinationForgetsTheOldOne) {
+    SetPlan(activePlan, "KJFK >AAA BBB KBOS");
+    for (const auto& [position, state] : {std::pair{1, 2}, {3, 1}}) {
+        planAirports.destinationAirportState = 2;
+        guidance.destinationNearDone = 1;
+        EditActivePlan([at = position](FlightPlan& plan) { return DeleteBetween(plan, at); });
+        EXPECT_EQ(planAirports.destinationAirportState, state) << position;
+        EXPECT_EQ(guidance.destinationNearDone, state - 1) << position;
+        SetPlan(activePlan, "KJFK >AAA BBB KBOS");
+    }
+}
+
 TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     const test::TempSimFolder folder;
     folder.Write("avq/Navdata/avq_apts.txt", "KJFK JFK 13 40.6 -73.8\nKBOS Logan 20 42.36 -71.0\n");
