@@ -85,8 +85,12 @@ void ShowCrossing(const FieldRow&, UnitText& text) {
 }
 
 // ---- rates ----
+// Worked out while it is flown, and in the descent at any rate.
 void ShowRequired(const FieldRow&, UnitText& text) {
-    text = NumberText(HasProfile() ? std::abs(vnav.requiredFpm) : kNone, 4);
+    const VerticalPhase phase = vnav.Phase();
+    const bool known = phase == VerticalPhase::Descent ||
+                       (phase == VerticalPhase::Climb && guidance.vnavEngaged == 1);
+    text = NumberText(HasProfile() && known ? std::abs(vnav.requiredFpm) : kNone, 4);
 }
 
 void ShowActualLabel(const FieldRow&, UnitText& text) {
