@@ -81,7 +81,7 @@ constexpr LineRow FixRow(std::int32_t slot) {
             .item = slot,
             .style = kGnsData,
             .at = {kFixX[static_cast<std::size_t>(column)],
-                   kGnsRowY[static_cast<std::size_t>(row + kFirstRow)]}};
+                   kGnsRowY[static_cast<std::size_t>(row) + kFirstRow]}};
 }
 
 constexpr std::array<LineRow, kPageFixes> kLines = [] {

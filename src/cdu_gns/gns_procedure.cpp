@@ -311,7 +311,7 @@ constexpr LineRow OptionRow(std::int32_t slot) {
             .item = slot,
             .style = kGnsData,
             .at = {kOptionX[static_cast<std::size_t>(column)],
-                   kGnsRowY[static_cast<std::size_t>(row + kFirstOptionRow)]}};
+                   kGnsRowY[static_cast<std::size_t>(row) + kFirstOptionRow]}};
 }
 
 // ---- SELECT and ERASE ----
@@ -329,9 +329,9 @@ void LeaveWith(bool changed) {
 }
 
 bool HasTag(const FlightPlan& plan, std::string_view tag) {
-    return std::ranges::any_of(
-        std::span(plan.entries).first(static_cast<std::size_t>(plan.lastIndex + 1)),
-        [tag](const PlanWaypoint& entry) { return entry.procedure == tag; });
+    const auto count = static_cast<std::size_t>(plan.lastIndex) + 1;  // 0 of an empty plan
+    return std::ranges::any_of(std::span(plan.entries).first(count),
+                               [tag](const PlanWaypoint& entry) { return entry.procedure == tag; });
 }
 
 EntryResult SpliceChoice(const LineRow&) {
@@ -442,7 +442,7 @@ void PutPreview(Screen& screen) {
     screen.Put(kGnsLabel, kGnsLabelX, 160, "%s", KindShown().preview);
     const auto& list = Preview();
     const std::size_t first =
-        static_cast<std::size_t>(kPreviewOnPage * (gns.Counter(KindShown().counter).n - 1));
+        kPreviewOnPage * (static_cast<std::size_t>(gns.Counter(KindShown().counter).n) - 1);
     for (std::size_t slot = 0; slot < kPreviewOnPage && first + slot < list.size(); ++slot) {
         const ProcedureWaypoint& waypoint = list[first + slot];
         const int x = kPreviewX[slot / kPreviewRows];
