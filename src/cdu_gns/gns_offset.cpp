@@ -139,13 +139,7 @@ constexpr LineRow kLines[] = {
      .enter = EnterDistance,
      .style = kGnsData,
      .at = {kValueX, 200}},
-    {.line = 10,
-     .show = ShowGnsFlyover,
-     .select = OfferGnsFlyover,
-     .enter = ConfirmGnsFlyover,
-     .clear = StepGnsFlyover,
-     .style = kGnsData,
-     .at = {320, 360}},
+    GnsFlyoverRow(360),
 };
 
 EntryResult EnterRadial(const LineRow&) {

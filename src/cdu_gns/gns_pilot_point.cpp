@@ -168,13 +168,7 @@ constexpr LineRow kLines[] = {
      .again = CancelPosition,
      .style = kGnsData,
      .at = kLatitudeAt},
-    {.line = 10,
-     .show = ShowGnsFlyover,
-     .select = OfferGnsFlyover,
-     .enter = ConfirmGnsFlyover,
-     .clear = StepGnsFlyover,
-     .style = kGnsData,
-     .at = {320, 320}},
+    GnsFlyoverRow(320),
 };
 
 // What was typed since the last draw goes into the fields.

@@ -8,6 +8,7 @@
 
 #include "cdu/fields.h"
 #include "cdu/line_select.h"
+#include "cdu_gns/gns_pages.h"
 #include "flightplan/flight_plan.h"
 #include "navdb/nav_database.h"
 
@@ -50,5 +51,16 @@ void ShowGnsFlyover(const LineRow& row, UnitText& text);
 EntryResult ConfirmGnsFlyover(const LineRow& row);
 EntryResult StepGnsFlyover(const LineRow& row);
 void OfferGnsFlyover(const LineRow& row);
+
+// The fly-over choice as these pages have it, on line 10 with its value on row `y`.
+constexpr LineRow GnsFlyoverRow(std::int16_t y) {
+    return {.line = 10,
+            .show = ShowGnsFlyover,
+            .select = OfferGnsFlyover,
+            .enter = ConfirmGnsFlyover,
+            .clear = StepGnsFlyover,
+            .style = kGnsData,
+            .at = {320, y}};
+}
 
 }  // namespace avq1
