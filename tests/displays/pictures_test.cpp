@@ -1,6 +1,6 @@
 // Every display in every mode on one busy flight, compared with how it looked when it was last
-// looked at: pictures.txt keeps one digit of brightness for every 8 x 8 pixels. After a change that
-// is meant, AVQ1_RENEW_PICTURES=1 build/asan/test_displays writes the file anew; look at the
+// looked at: pictures.txt keeps one letter of brightness for every 4 x 4 pixels. After a change
+// that is meant, AVQ1_RENEW_PICTURES=1 build/asan/test_displays writes the file anew; look at the
 // difference.
 #include <gtest/gtest.h>
 
@@ -37,9 +37,9 @@ using test::Picture;
 using Rows = std::vector<std::string>;
 
 const char* const kFile = AVQ1_SOURCE_DIR "/tests/displays/pictures.txt";
-constexpr int kCellPx = 8;
-constexpr double kLevels = 16;
-constexpr char kDigits[] = "0123456789ABCDEF";
+constexpr int kCellPx = 4;
+constexpr double kLevels = 64;
+constexpr char kLetters[] = ".0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz+";
 
 // The colours weigh differently, so that one is not taken for another; the root lets a thin line
 // count. Cells at the right and lower edges are cut.
@@ -78,23 +78,22 @@ std::string Brightness(const Picture& picture) {
     std::string text;
     for (int row = 0; row < CellsAlong(picture.height()); ++row) {
         for (int column = 0; column < CellsAlong(picture.width()); ++column) {
-            text += kDigits[static_cast<int>(CellLevel(picture, column, row))];
+            text += kLetters[static_cast<int>(CellLevel(picture, column, row))];
         }
         text += '\n';
     }
     return text;
 }
 
-// The cells that are brighter or darker than they were by more than a level: of a whole picture a
-// few may be, where a font's smoothing differs.
+// The cells that are brighter or darker than they were by more than a level.
 int CellsThatDiffer(const Picture& picture, const Rows& rows) {
     int differing = 0;
     for (int row = 0; row < CellsAlong(picture.height()); ++row) {
         for (int column = 0; column < CellsAlong(picture.width()); ++column) {
-            const std::size_t digit = std::string_view(kDigits).find(
+            const std::size_t level = std::string_view(kLetters).find(
                 rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(column)));
-            const double was = static_cast<double>(digit) + 0.5;
-            differing += std::abs(CellLevel(picture, column, row) - was) > 0.75 ? 1 : 0;
+            const double was = static_cast<double>(level) + 0.5;
+            differing += std::abs(CellLevel(picture, column, row) - was) > 1 ? 1 : 0;
         }
     }
     return differing;
