@@ -194,6 +194,34 @@ class Pictures : public test::DisplayTest {
     }
 };
 
+// The other side of what FlyBusily and LookAround show: the other bank, beyond the ends of scales
+// and tapes, a close range, pointers and sources exchanged, layers off, a near target above.
+void FlyOtherwise() {
+    aircraft.pitch = 33;
+    aircraft.bank = -47;
+    aircraft.indicatedAirspeedKt = 95;
+    aircraft.altitudeFt = 12340;
+    aircraft.verticalSpeedFpm = 2600;
+    aircraft.apAltitudeTargetFt = 20000;
+    aircraft.radioAltitudeFt = 1450;
+    aircraft.nav1CdiNeedle = -127;
+    aircraft.nav1GlideslopeNeedle = 100;
+    aircraft.markerBeacon = 1;
+    aircraft.flightDirectorPitch = -9;
+    aircraft.flightDirectorBank = 25;
+    aircraft.apHeadingBug = 140;
+    guidance.lnavEngaged = guidance.vnavEngaged = 1;
+    guidance.crossTrackNm = 0.3;
+    guidance.crossTrackSide = Side::Left;
+    settings.EADIHdgTape = 0;
+    std::swap(ehsi.bearingPointer1, ehsi.bearingPointer2);
+    ehsi.navSource = NavSource::NavReceiver;
+    ehsi.mapOverlayOn = nd.ndShowStations = 0;
+    planAirports.runways[1].rightPattern = 1;
+    planAirports.runways[1].latitude = 1.2 / 60;
+    traffic.items[0] = {340, 1.5, 3, '^', 'R'};
+}
+
 TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     const struct {
         const char* name;
@@ -207,18 +235,28 @@ TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     const bool renews = std::getenv("AVQ1_RENEW_PICTURES") != nullptr;
     std::map<std::string, Rows> before = ReadPictures();
     std::ostringstream now;
-    for (const auto& display : displays) {
-        for (std::int32_t mode = 1; mode <= display.modes; ++mode) {
-            display.mode = mode;
-            aircraft.headingMag = PositiveModulo(250 + 90.0 * mode, 360);
-            ehsi.ehsiRange = mode % 2 == 0 ? 5 : 25;  // what is near, and the whole runway pattern
-            const auto picture = test::DrawAt(display.draw, display.design);
-            const std::string name = std::string(display.name) + " " + std::to_string(mode);
-            const std::string text = Brightness(*picture);
-            now << "# " << name << '\n' << text;
-            if (!renews) {
-                ASSERT_TRUE(before.contains(name)) << name;
-                EXPECT_EQ(CellsThatDiffer(*picture, before[name]), 0) << name << '\n' << text;
+    const auto look = [&](const std::string& name, const Picture& picture) {
+        const std::string text = Brightness(picture);
+        now << "# " << name << '\n' << text;
+        if (!renews) {
+            ASSERT_TRUE(before.contains(name)) << name;
+            EXPECT_EQ(CellsThatDiffer(picture, before[name]), 0) << name << '\n' << text;
+        }
+    };
+    for (const bool otherwise : {false, true}) {
+        if (otherwise) {
+            FlyOtherwise();
+        }
+        for (const auto& display : displays) {
+            for (std::int32_t mode = 1; mode <= display.modes; ++mode) {
+                display.mode = mode;
+                aircraft.headingMag = PositiveModulo(250 + 90.0 * mode, 360);
+                // what is near, and the whole runway pattern
+                ehsi.ehsiRange = otherwise ? 2.5 : mode % 2 == 0 ? 5 : 25;
+                nd.ndRange = otherwise ? 5 : 10;
+                look(std::string(display.name) + ' ' + std::to_string(mode) +
+                         (otherwise ? " otherwise" : ""),
+                     *test::DrawAt(display.draw, display.design));
             }
         }
     }
