@@ -51,8 +51,6 @@ EntryResult FlyToHighlighted(const FieldRow&, std::string_view) {
     }
     FlyDirectToPoint(EntryFrom(candidates.found[mcu.candidates.row + 1]), true);
     mcu.entryText.clear();
-    candidates = Candidates{};
-    mcu.candidates = {};
     OpenPage(mcu, kMcuTo);
     return EntryResult::Accepted;
 }

@@ -33,7 +33,6 @@ void PressLnav(const KeyClick&) {
 void PressDirto(const KeyClick&) {
     mcu.entryText.clear();
     mcu.secondEntryText.clear();
-    mcu.candidates = {};
     ShowPage(kMcuDirto);
 }
 

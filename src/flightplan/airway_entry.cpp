@@ -65,7 +65,7 @@ bool InsertAirway(FlightPlan& plan, std::int32_t entry, const AirwayLookup& look
     if (position < plan.lastIndex &&
         plan.entries[position + 1].ident == plan.entries[position].ident) {
         plan.Edit(position + 1).via = plan.entries[position].via;
-        MergePlanEntries(plan, position, true);
+        MergePlanEntries(plan, position);
     }
     if (IsActivePlan(plan)) {
         planBook.verticalTargetIndex = NextRestriction(plan, planBook.activeIndex);

@@ -103,14 +103,14 @@ void ClosePlanEntries(FlightPlan& plan, std::int32_t first, std::int32_t beyond)
     KeepIndexesInPlan(plan);
 }
 
-void MergePlanEntries(FlightPlan& plan, std::int32_t first, bool firstRules) {
+void MergePlanEntries(FlightPlan& plan, std::int32_t first) {
     const PlanWaypoint& removed = plan.entries[first];
     PlanWaypoint& kept = plan.Edit(first + 1);
-    if (removed.altitude != kUnset && (firstRules || kept.altitude == kUnset)) {
+    if (kept.altitude == kUnset) {
         kept.altitude = removed.altitude;
         kept.altitudeConstraint = removed.altitudeConstraint;
     }
-    if (removed.speed != kUnset && (firstRules || kept.speed == kUnset)) {
+    if (kept.speed == kUnset) {
         kept.speed = removed.speed;
     }
     kept.flyover = std::max(kept.flyover, removed.flyover);

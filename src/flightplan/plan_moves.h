@@ -28,9 +28,8 @@ void OpenPlanEntry(FlightPlan& plan, std::int32_t position);
 void ClosePlanEntries(FlightPlan& plan, std::int32_t first, std::int32_t beyond);
 
 // Takes out the first of two neighbours that are one waypoint. The second keeps its place in the
-// route with the restrictions of the one that `firstRules`, else of the other, the fly-over mark of
-// either, and the first's hold when it has none.
-void MergePlanEntries(FlightPlan& plan, std::int32_t first, bool firstRules);
+// route and gets what it has not: the first's restrictions, fly-over mark and hold.
+void MergePlanEntries(FlightPlan& plan, std::int32_t first);
 
 // Ends the plan at entry `last`; the holds behind it go, and what was flown behind it is entry
 // `last` now. True when something was. An empty plan becomes one entry first.

@@ -56,30 +56,23 @@ bool AppendEntry(FlightPlan& plan, PlanWaypoint entry) {
     return InsertEntry(plan, plan.lastIndex + 1, std::move(entry));
 }
 
-// Which of two kinds' entries a merge looks at.
-struct MergeRule {
-    std::string_view inserted;  // the kind whose restrictions count first
-    std::string_view other;     // one that ends or begins in the same waypoint belongs to both
-    std::int32_t from = 1;
-};
-
-// The fix at which two parts of the route join stands once. What leads up to an approach keeps its
-// last waypoint when that approach is replaced.
-void MergeRepeated(FlightPlan& plan, const MergeRule& rule) {
-    for (std::int32_t i = std::max(rule.from, 1); i < plan.lastIndex; ++i) {
+// The fix at which two parts of the route join stands once. One that an entry of `other` stands for
+// too belongs to both procedures. What leads up to an approach keeps its last waypoint when that
+// approach is replaced.
+void MergeRepeated(FlightPlan& plan, std::string_view other, std::int32_t from = 1) {
+    for (std::int32_t i = std::max(from, 1); i < plan.lastIndex; ++i) {
         if (plan.entries[i + 1].ident != plan.entries[i].ident) {
             continue;
         }
         PlanWaypoint& next = plan.Edit(i + 1);
         const PlanWaypoint& first = plan.entries[i];
-        const bool firstRules = first.procedure == rule.inserted && next.procedure != rule.inserted;
-        if (first.procedure == rule.other) {
+        if (!other.empty() && first.procedure == other) {
             next.procedure = kSidAndStar;
         } else if (next.procedure == kApproach && first.procedure != kApproach) {
             next.procedure = first.procedure;
             next.via = first.via;
         }
-        MergePlanEntries(plan, i, firstRules);
+        MergePlanEntries(plan, i);
     }
 }
 
@@ -112,7 +105,7 @@ bool SpliceSid(FlightPlan& plan) {
             return false;
         }
     }
-    MergeRepeated(plan, {kSid, kStar});
+    MergeRepeated(plan, kStar);
     if (IsActivePlan(plan) || fliesOldSid) {
         SetFlownIndex(plan, 1);
     }
@@ -229,7 +222,7 @@ bool SpliceStar(FlightPlan& plan) {
         return false;
     }
     if (plan.lastIndex >= 2) {
-        MergeRepeated(plan, {kStar, kSid});
+        MergeRepeated(plan, kSid);
     }
     return true;
 }
@@ -268,7 +261,7 @@ bool SpliceApproach(FlightPlan& plan, bool withDiscontinuity) {
     if (!AppendAirport(plan, std::move(airport))) {
         return false;
     }
-    MergeRepeated(plan, {kApproach, "", enRoute});
+    MergeRepeated(plan, "", enRoute);
     return true;
 }
 

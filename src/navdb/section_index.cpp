@@ -69,8 +69,8 @@ bool ReadSection(std::string_view path, std::string_view ident, SectionIndex& in
             BeginsSection(text, ident)) {
             return true;
         }
-        text.clear();
         if (!mayRebuild) {
+            text.clear();
             return false;
         }
         BuildSectionIndex(path, index);

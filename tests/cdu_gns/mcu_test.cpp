@@ -382,6 +382,16 @@ TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
     EXPECT_THAT(unit.Rows(), Contains("> KX      I 090"));
     Type({scan::kUp});
     EXPECT_THAT(unit.Rows(), Contains(HasSubstr("> KX      V")));
+    unit.Press("EDIT ENTER");
+    EXPECT_EQ(activePlan.lastIndex, 4) << "nor to what was typed before";
+    unit.Press("EDIT");
+    Type({scan::kK, scan::kX});
+    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090")) << "the nearest again";
+    Type({scan::kUp});
+    unit.Press("DIRTO");
+    Type({scan::kK, scan::kX});
+    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090")) << "whoever begins anew";
+    Type({scan::kUp});
     Type({scan::kEnter});
     EXPECT_EQ(mcu.editing, 0);
     EXPECT_EQ(mcu.page, kMcuDirto) << "the unit's own ENTER flies there";

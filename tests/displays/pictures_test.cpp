@@ -1,5 +1,6 @@
 // Every display in every mode on one busy flight, compared with how it looked when it was last
-// looked at: pictures.txt keeps one letter of brightness for every 4 x 4 pixels. After a change
+// looked at: pictures.txt keeps one letter of brightness for every 4 x 4 pixels at
+// nominal size. After a change
 // that is meant, AVQ1_RENEW_PICTURES=1 build/asan/test_displays writes the file anew; look at the
 // difference.
 #include <gtest/gtest.h>
@@ -37,27 +38,36 @@ using test::Picture;
 using Rows = std::vector<std::string>;
 
 const char* const kFile = AVQ1_SOURCE_DIR "/tests/displays/pictures.txt";
-constexpr int kCellPx = 4;
+constexpr int kCellPx = 4;  // at nominal size
 constexpr double kLevels = 64;
 constexpr char kLetters[] = ".0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz+";
 
 // The colours weigh differently, so that one is not taken for another; the root lets a thin line
 // count. Cells at the right and lower edges are cut.
-double CellLevel(const Picture& picture, int column, int row) {
-    const int right = std::min((column + 1) * kCellPx, picture.width());
-    const int bottom = std::min((row + 1) * kCellPx, picture.height());
+double CellLevel(const Picture& picture, int cellPx, int column, int row) {
+    const int right = std::min((column + 1) * cellPx, picture.width());
+    const int bottom = std::min((row + 1) * cellPx, picture.height());
     double sum = 0;
-    for (int y = row * kCellPx; y < bottom; ++y) {
-        for (int x = column * kCellPx; x < right; ++x) {
+    for (int y = row * cellPx; y < bottom; ++y) {
+        for (int x = column * cellPx; x < right; ++x) {
             const std::uint32_t pixel = picture.At(x, y);
             sum += 0.5 * (pixel >> 16 & 0xFF) + 0.3 * (pixel >> 8 & 0xFF) + 0.2 * (pixel & 0xFF);
         }
     }
-    return std::sqrt(sum / (kCellPx * kCellPx) / 256) * kLevels;
+    return std::sqrt(sum / (cellPx * cellPx) / 256) * kLevels;
 }
 
-int CellsAlong(int sizePx) {
-    return (sizePx + kCellPx - 1) / kCellPx;
+// The levels of all cells, row by row.
+std::vector<std::vector<double>> Levels(const Picture& picture, int scale) {
+    const int cellPx = kCellPx * scale;
+    std::vector<std::vector<double>> levels;
+    for (int row = 0; row * cellPx < picture.height(); ++row) {
+        levels.emplace_back();
+        for (int column = 0; column * cellPx < picture.width(); ++column) {
+            levels.back().push_back(CellLevel(picture, cellPx, column, row));
+        }
+    }
+    return levels;
 }
 
 std::map<std::string, Rows> ReadPictures() {
@@ -74,11 +84,11 @@ std::map<std::string, Rows> ReadPictures() {
     return pictures;
 }
 
-std::string Brightness(const Picture& picture) {
+std::string Brightness(const std::vector<std::vector<double>>& levels) {
     std::string text;
-    for (int row = 0; row < CellsAlong(picture.height()); ++row) {
-        for (int column = 0; column < CellsAlong(picture.width()); ++column) {
-            text += kLetters[static_cast<int>(CellLevel(picture, column, row))];
+    for (const auto& row : levels) {
+        for (const double level : row) {
+            text += kLetters[static_cast<int>(level)];
         }
         text += '\n';
     }
@@ -86,14 +96,13 @@ std::string Brightness(const Picture& picture) {
 }
 
 // The cells that are brighter or darker than they were by more than a level.
-int CellsThatDiffer(const Picture& picture, const Rows& rows) {
+int CellsThatDiffer(const std::vector<std::vector<double>>& levels, const Rows& rows) {
     int differing = 0;
-    for (int row = 0; row < CellsAlong(picture.height()); ++row) {
-        for (int column = 0; column < CellsAlong(picture.width()); ++column) {
-            const std::size_t level = std::string_view(kLetters).find(
-                rows.at(static_cast<std::size_t>(row)).at(static_cast<std::size_t>(column)));
-            const double was = static_cast<double>(level) + 0.5;
-            differing += std::abs(CellLevel(picture, column, row) - was) > 1 ? 1 : 0;
+    for (std::size_t row = 0; row < levels.size(); ++row) {
+        for (std::size_t column = 0; column < levels[row].size(); ++column) {
+            const std::size_t letter = std::string_view(kLetters).find(rows.at(row).at(column));
+            const double was = static_cast<double>(letter) + 0.5;
+            differing += std::abs(levels[row][column] - was) > 1 ? 1 : 0;
         }
     }
     return differing;
@@ -222,6 +231,16 @@ void FlyOtherwise() {
     traffic.items[0] = {340, 1.5, 3, '^', 'R'};
 }
 
+// Nothing comes from the simulator any more: flags and dashes.
+void LoseEverything() {
+    for (std::int32_t variable = 1; variable < 1000; ++variable) {
+        test::FakeSimulator::Get().variables[variable] = test::kNan;
+    }
+    for (int readings = 0; readings < 19; ++readings) {
+        RefreshAircraftState();
+    }
+}
+
 TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     const struct {
         const char* name;
@@ -235,28 +254,34 @@ TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     const bool renews = std::getenv("AVQ1_RENEW_PICTURES") != nullptr;
     std::map<std::string, Rows> before = ReadPictures();
     std::ostringstream now;
-    const auto look = [&](const std::string& name, const Picture& picture) {
-        const std::string text = Brightness(picture);
+    const auto look = [&](const std::string& name, const Picture& picture, int scale) {
+        const auto levels = Levels(picture, scale);
+        const std::string text = Brightness(levels);
         now << "# " << name << '\n' << text;
         if (!renews) {
             ASSERT_TRUE(before.contains(name)) << name;
-            EXPECT_EQ(CellsThatDiffer(picture, before[name]), 0) << name << '\n' << text;
+            EXPECT_EQ(CellsThatDiffer(levels, before[name]), 0) << name << '\n' << text;
         }
     };
-    for (const bool otherwise : {false, true}) {
-        if (otherwise) {
-            FlyOtherwise();
-        }
+    const struct {
+        const char* name;
+        void (*fly)();
+        int scale;
+        double ehsiRange;  // 0: in turn what is near, and the whole runway pattern
+        std::int32_t ndRange;
+    } looks[] = {{"", [] {}, 1, 0, 10},
+                 {" otherwise", FlyOtherwise, 2, 2.5, 5},
+                 {" without data", LoseEverything, 1, 12.5, 10}};
+    for (const auto& [name, fly, scale, ehsiRange, ndRange] : looks) {
+        fly();
         for (const auto& display : displays) {
             for (std::int32_t mode = 1; mode <= display.modes; ++mode) {
                 display.mode = mode;
                 aircraft.headingMag = PositiveModulo(250 + 90.0 * mode, 360);
-                // what is near, and the whole runway pattern
-                ehsi.ehsiRange = otherwise ? 2.5 : mode % 2 == 0 ? 5 : 25;
-                nd.ndRange = otherwise ? 5 : 10;
-                look(std::string(display.name) + ' ' + std::to_string(mode) +
-                         (otherwise ? " otherwise" : ""),
-                     *test::DrawAt(display.draw, display.design));
+                ehsi.ehsiRange = ehsiRange > 0 ? ehsiRange : mode % 2 == 0 ? 5 : 25;
+                nd.ndRange = ndRange;
+                look(std::string(display.name) + ' ' + std::to_string(mode) + name,
+                     *test::DrawAt(display.draw, display.design, scale), scale);
             }
         }
     }

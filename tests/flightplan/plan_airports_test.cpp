@@ -97,6 +97,15 @@ TEST_F(PlanAirport, AnotherThanThePlansIsNotPutIntoItsEntries) {
     EXPECT_TRUE(planAirports.runways.empty());
 }
 
+TEST_F(PlanAirport, APlanOfOneAirportHasItsElevation) {
+    SetPlan(activePlan, "KBOS");
+    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
+    EXPECT_EQ(activePlan.entries[0].altitude, 20);
+    SetPlan(activePlan, "");
+    SetPlanAirport("KBOS", PlanAirportMode::ActiveDestination);
+    EXPECT_EQ(activePlan.lastIndex, -1);
+}
+
 TEST_F(PlanAirport, RunwaysAndTheirPatternSides) {
     folder_.Write("avq/Navdata/apt_additional_info.txt",
                   "RWY04L=RIGHTPATTERN\r\n[KBOS]\r\nTOWER=1\r\nrwy4r=rightpattern\r\n"

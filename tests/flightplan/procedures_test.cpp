@@ -145,6 +145,8 @@ constexpr SpliceCase kIntoTheActivePlan[] = {
      "KJFK AAA APPR(>IAF,FAF) ^KBOS"},
     {"it begins where the arrival ends", "KJFK >AAA STAR:T1(BBB,!*CCC@) ^KBOS", "APPR(CCC,FAF)",
      "KJFK >AAA STAR:T1(BBB,^!*CCC@) APPR(FAF) KBOS"},
+    {"it begins where the route ends", "KJFK >AAA J1 !CCC@ ^KBOS", "APPR(CCC,FAF)",
+     "KJFK >AAA J1 ^!CCC@ APPR(FAF) KBOS"},
     {"an arrival that ends where it begins", "KJFK >AAA APPR(!*CCC@,FAF) ^KBOS", "STAR:T1(BBB,CCC)",
      "KJFK >AAA STAR:T1(BBB,^!*CCC@) APPR(FAF) KBOS"},
     {"both had a hold", "KJFK SID:N2(XX,YY@) >ZZ@ ^KBOS", "SID:N2(XX,ZZ)",

@@ -181,6 +181,11 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
         EXPECT_EQ(progress.destinationBearingMag, bearingTrue) << number;
         ++number;
     }
+    planBook.activeIndex = kNoWaypoint;
+    UpdateRouteDistance();
+    EXPECT_EQ(progress.routeDistanceToDestination + progress.destinationDistanceDirect +
+                  progress.destinationBearingMag,
+              0);
 }
 
 TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
