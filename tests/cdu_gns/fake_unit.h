@@ -82,6 +82,7 @@ class FakeUnit {
         return joined;
     }
 
+    const std::vector<DrawnText>& Texts() const { return screen_; }  // as painted
     const Picture& picture() const { return picture_; }
     std::uint32_t Pixel(int x, int y) const { return picture_.At(x, y); }
     int CountPixels(std::uint32_t argb) const {

@@ -3,17 +3,14 @@
 // AVQ1_RENEW_PICTURES=1 build/asan/test_host writes gauges.txt anew; look at the difference.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "host/gauge_table.h"
+#include "support/kept_file.h"
 
 namespace avq1 {
 namespace {
-
-const char* const kFile = AVQ1_SOURCE_DIR "/tests/host/gauges.txt";
 
 std::string BoxText(const PixelBox& box) {
     return std::to_string(box.x) + ',' + std::to_string(box.y) + ' ' + std::to_string(box.width) +
@@ -43,7 +40,7 @@ void WriteKeys(const KeyTable& keys, std::ostream& out) {
 std::string Gauges() {
     std::ostringstream out;
     for (const GaugeRow& gauge : GaugeTable()) {
-        out << gauge.name << ' ' << gauge.size.x << 'x' << gauge.size.y << " bitmap "
+        out << "# " << gauge.name << ' ' << gauge.size.x << 'x' << gauge.size.y << " bitmap "
             << gauge.background << " surface " << BoxText(gauge.surface.box)
             << (gauge.surface.luminous ? " luminous\n" : "\n");
         for (const IconRow& icon : gauge.icons) {
@@ -57,21 +54,7 @@ std::string Gauges() {
 }
 
 TEST(Gauges, HaveTheirKeysWhereTheyHadThemWhenLastLookedAt) {
-    const std::string now = Gauges();
-    if (std::getenv("AVQ1_RENEW_PICTURES") != nullptr) {
-        std::ofstream(kFile) << now;
-        return;
-    }
-    std::ifstream file(kFile);
-    std::istringstream lines(now);
-    std::string gauge;
-    for (std::string line, kept; std::getline(lines, line);) {
-        gauge = line.starts_with(' ') ? gauge : line;
-        ASSERT_TRUE(std::getline(file, kept)) << "more than was kept: " << line;
-        EXPECT_EQ(line, kept) << gauge;
-    }
-    std::string more;
-    EXPECT_FALSE(std::getline(file, more)) << "gone: " << more;
+    test::ExpectAsKept(Gauges(), "host/gauges.txt");
 }
 
 }  // namespace

@@ -1,0 +1,173 @@
+// Every page of the GNS-style unit after each step of a session, compared with how it read when
+// somebody last looked: screens.txt keeps what each key changed, places, colours and texts, and
+// what became of the plans.
+#include <set>
+#include <sstream>
+
+#include "base/redraw.h"
+#include "cdu_gns/gns_fixture.h"
+#include "flightplan/plan_notation.h"
+#include "guidance/progress.h"
+#include "guidance/vnav.h"
+#include "settings/aircraft_performance.h"
+#include "settings/settings.h"
+#include "support/kept_file.h"
+
+namespace avq1::test {
+namespace {
+
+// Flows of a pilot, each from a fresh state and looked at after every word. A line key twice asks
+// for the row's other choice; CLR steps choices and erases characters.
+struct Flow {
+    const char* name;
+    bool withPlan;
+    const char* keys;
+    bool fromTheList = false;  // of stored plans
+};
+
+constexpr Flow kFlows[] = {
+    {"nothing yet", false,
+     "FPL NEXT PREV L1 CLR NAV NAV NAV NAV VNAV VNAV FUEL FUEL FUEL FUEL FUEL FUEL HOLD DIRECT"},
+    {"a plan typed", false,
+     "FPL L1 =KAAA ENTER L10 L10 CLR ENTER ENTER =TWICE ENTER NEXT PREV ENTER =NEWPT ENTER ENTER "
+     "=KBBB ENTER ENTER =NEWPT* ENTER L8 =260 ENTER =30 ENTER ENTER =QQQ ENTER =N0120 =00E "
+     "=0023000 ENTER"},
+    {"rows, columns and menus", true,
+     "FPL L2 L2 CLR L2 L3 =A CLR CLR L3 L3 CLR ENTER NEXT L10 CLR CLR ENTER L10 CLR ENTER L10 CLR "
+     "ENTER L10 CLR ENTER L4 L4 L5 L5 L5 L9 L10 PREV NEXT"},
+    {"restrictions", true,
+     "FPL L7 ENTER =250*8000 CLR CLR =00 ENTER L3 L3 VNAV =*6000 ENTER L9 ENTER =A50 ENTER CLR CLR "
+     "CLR CLR ENTER L2 L2 VNAV =A CLR ENTER"},
+    {"a departure", true,
+     "FPL NEXT L4 ENTER L6 =KXXX ENTER L6 =KSID ENTER L3 ENTER L3 L3 ENTER L4 ENTER NEXT L10 L5 "
+     "ENTER"},
+    {"a departure erased", true, "FPL NEXT L4 ENTER L6 =KSID ENTER ENTER L10 ENTER"},
+    {"an arrival", true, "FPL NEXT L5 ENTER L6 L6 ENTER L3 ENTER L10 L5 ENTER"},
+    {"an approach", true, "FPL NEXT L5 L5 ENTER L3 ENTER NEXT L2 ENTER L5 ENTER"},
+    {"an airway", true, "FPL L3 =#J9 ENTER ENTER L7 L2 L8 L3 ENTER NAV FPL L3 =#J9 ENTER L2 ENTER"},
+    {"navigation", true,
+     "NAV L7 CLR ENTER L7 CLR CLR ENTER L10 L10 ENTER L10 CLR ENTER =120 ENTER L10 CLR ENTER =361 "
+     "ENTER NEXT PREV NAV NAV NAV"},
+    {"the profile", true,
+     "VNAV L5 ENTER L7 =25000 ENTER L7 L7 =6000 ENTER L8 =25 ENTER L9 L2 L1 VNAV VNAV VNAV FPL "
+     "NEXT L10 CLR ENTER L10 CLR ENTER"},
+    {"fuel", true,
+     "FUEL FUEL L7 =1500 ENTER L7 L7 CLR FUEL FUEL FUEL FUEL FUEL L2 L7 =99999 ENTER FUEL FUEL"},
+    {"a hold", true,
+     "FPL L1 HOLD FPL L2 L2 HOLD L7 =360 ENTER L8 CLR ENTER L9 =15 ENTER L9 L9 =125 ENTER L10 CLR "
+     "ENTER L6 L5 ENTER FPL L2 L2 CLR ENTER"},
+    {"direct", true,
+     "DIRECT L2 L2 ENTER DIRECT =LATER ENTER L10 L10 CLR ENTER ENTER DIRECT =NOWHER ENTER CLR CLR "
+     "DIRECT NEXT L4 ENTER"},
+    {"nearest airports", true, "DIRECT PREV L3 L8 L2 L2 ENTER"},
+    {"a plan saved", true, "FPL NEXT L9 ENTER L2 =MYPLAN ENTER"},
+    {"stored plans", false,
+     "FPL FPL L8 L8 L7 L7 ENTER L2 L2 =LATER ENTER ENTER L7 ENTER =180*5000 ENTER L3 L3 CLR "
+     "ENTER "
+     "NEXT PREV L5 L5 L10 L10 CLR CLR ENTER L10 ENTER FPL NEXT",
+     true},
+    {"a stored plan activated", false, "FPL FPL L7 L7 ENTER L10 ENTER NEXT", true},
+    {"a stored plan erased", false, "FPL FPL L7 L7 ENTER L10 L10 ENTER", true},
+    {"a new plan", false, "FPL FPL L8 ENTER L1 =KAAA ENTER ENTER =KBBB ENTER ENTER L10 ENTER",
+     true},
+};
+
+class GnsScreens : public GnsTest {
+  protected:
+    // A climb with wind, weights and fuel on board.
+    void Begin(const Flow& flow) {
+        ResetModuleState();
+        SimFolder = folder.root().string();
+        MakeDatabase();
+        avionicsPower = 1;
+        aircraft.longitude = 0.52;
+        aircraft.groundSpeedKt = 240;
+        aircraft.headingMag = 90;
+        folder.Write("avq/flightplans/STORED.RTE",
+                     "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
+                     "KBBB  0.0  7.0  APT  ---\n");
+        aircraft.altitudeFt = 4300;
+        aircraft.verticalSpeedFpm = 1200;
+        aircraft.indicatedAirspeedKt = 230;
+        aircraft.windSpeedKt = 25;
+        aircraft.windDirection = 40;
+        aircraft.magneticVariation = 3;
+        aircraft.trueHeading = 93;
+        aircraft.simRateRaw = 256;
+        aircraft.clockHour = aircraft.zuluHour = 12;
+        aircraft.zuluMinute = 34;
+        simulator.variables[306] = 6.7;
+        simulator.variables[291] = simulator.variables[297] = 8388608;
+        simulator.variables[292] = simulator.variables[298] = 1000;
+        simulator.variables[638] = 2000;
+        simulator.variables[657] = 2200;
+        performance.climbRate = 2000;
+        before_.clear();
+        plans_[0] = plans_[1] = "";
+        gns.listWanted = flow.fromTheList;
+        if (flow.withPlan) {
+            MakePlan();
+            SetCruiseAltitude(24000);
+        }
+    }
+
+    // What the per-frame update works out.
+    static void Update() {
+        SetActiveWaypoint(planBook.activeIndex);
+        UpdateDerivedState();
+        UpdateRouteDistance();
+        UpdateTimeToGo();
+        RunVerticalGuidance();
+        RefreshPredictions();
+    }
+
+    // Writes what the key changed on the screen and in the plans.
+    void Look(const std::string& key, std::ostream& out) {
+        unit.Press(key);
+        Update();
+        RequestUnitRedraw();
+        unit.Draw();
+        std::set<std::string> shown;
+        for (const DrawnText& text : unit.Texts()) {
+            shown.insert(Format("%3d %3d %2d %06X |", static_cast<int>(text.y),
+                                static_cast<int>(text.x), static_cast<int>(text.pixelSize),
+                                text.argb & 0xFFFFFF) +
+                         text.text);
+        }
+        for (const std::string& line : before_) {
+            out << (shown.contains(line) ? "" : "-" + line.substr(0, 7) + '\n');
+        }
+        for (const std::string& line : shown) {
+            out << (before_.contains(line) ? "" : '+' + line + '\n');
+        }
+        before_ = std::move(shown);
+        for (const FlightPlan* plan : {&activePlan, &modifiedPlan}) {
+            std::string& before = plans_[plan == &activePlan ? 0 : 1];
+            if (const std::string now = Show(*plan, true); now != before) {
+                out << (plan == &activePlan ? "active " : "modified ") << now << '\n';
+                before = now;
+            }
+        }
+    }
+
+  private:
+    std::set<std::string> before_;
+    std::string plans_[2];
+};
+
+TEST_F(GnsScreens, ReadAsTheyDidWhenLastLookedAt) {
+    std::ostringstream now;
+    for (const Flow& flow : kFlows) {
+        Begin(flow);
+        std::istringstream words(flow.keys);
+        int number = 0;
+        for (std::string word; words >> word;) {
+            now << "# " << flow.name << ", " << ++number << ": " << word << '\n';
+            Look(word, now);
+        }
+    }
+    ExpectAsKept(now.str(), "cdu_gns/screens.txt");
+}
+
+}  // namespace
+}  // namespace avq1::test
