@@ -9,6 +9,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
 
 namespace avq1 {
 namespace {
@@ -90,10 +91,9 @@ void ShowBearing(const FieldRow&, UnitText& text) {
 }
 
 void ShowTimes(const FieldRow&, UnitText& text) {
-    text.Put(
-        "ETE:  %s (%s)",
-        HoursMinutesText(progress.eteWaypointHours, progress.eteWaypointMinutes).c_str(),
-        HoursMinutesText(progress.eteDestinationHours, progress.eteDestinationMinutes).c_str());
+    text.Put("ETE:  %s (%s)",
+             HoursMinutesText(0, ShownMinutesTo(ActiveWaypointPrediction())).c_str(),
+             HoursMinutesText(0, ShownMinutesTo(ActivePredictions().destination)).c_str());
 }
 
 void ShowDestination(const FieldRow&, UnitText& text) {

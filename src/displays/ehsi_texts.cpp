@@ -114,14 +114,7 @@ void DrawNextWaypoint(EhsiPicture& picture) {
     const std::string_view digits = distance;
     picture.surface.TextRight(FixedText("%.*s NM", static_cast<int>(digits.size()), digits.data()),
                               kData, colour::White, kRight, 16);
-    // rounded before it is split, so that no minute reads 60
-    const double minutes = std::round(progress.eteWaypointHours * 60 + progress.eteWaypointMinutes);
-    const bool timed =
-        ShownAircraft().groundSpeedKt > kMovingKt && PositionKnown() && CanShow(minutes);
-    picture.surface.TextRight(
-        timed ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
-              : FixedText("--:--"),
-        kData, colour::White, kRight, 28);
+    picture.surface.TextRight(TimeToGoText(), kData, colour::White, kRight, 28);
 }
 
 void DrawHeadingReadout(EhsiPicture& picture) {

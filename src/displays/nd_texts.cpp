@@ -109,14 +109,7 @@ void DrawNextWaypoint(NdPicture& picture) {
     }
     Surface& surface = picture.surface;
     surface.TextRight(ActiveWaypoint().ident, kMain, colour::Magenta, kRight, 1);
-    // rounded before it is split, so that no minute reads 60
-    const double minutes = std::round(progress.eteWaypointHours * 60 + progress.eteWaypointMinutes);
-    const bool timed =
-        ShownAircraft().groundSpeedKt > kMovingKt && PositionKnown() && CanShow(minutes);
-    surface.TextRight(
-        timed ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
-              : FixedText("--:--"),
-        kData, colour::White, kRight, 16);
+    surface.TextRight(TimeToGoText(), kData, colour::White, kRight, 16);
     const bool hasDistance = PositionKnown() && CanShow(guidance.distanceToGoNm);
     surface.TextRight(hasDistance ? FixedText("%.1f NM", std::max(guidance.distanceToGoNm, 0.0))
                                   : FixedText("--.- NM"),

@@ -3,6 +3,7 @@
 
 #include <cmath>
 
+#include "drawing/fixed_text.h"
 #include "geometry/geometry.h"
 
 namespace avq1 {
@@ -19,5 +20,9 @@ inline double Compass360(double directionMag) {
     const double whole = PositiveModulo(std::round(directionMag), 360.0);
     return whole < 1 ? 360.0 : whole;
 }
+
+// " 1:07", the predicted hours and minutes to the waypoint flown to; "--:--" when they are not
+// known, and without a position or speed.
+FixedText TimeToGoText();
 
 }  // namespace avq1

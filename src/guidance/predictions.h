@@ -1,6 +1,9 @@
 // guidance/predictions.h - when, how high, how fast and with how much fuel each entry of a plan
 // will be passed: the one source of every time, altitude, speed and fuel that a page or a display
-// shows.
+// shows. (`progress` keeps the plain distance by ground speed; no page shows it.)
+//
+// Flown with the speeds of the aircraft's file where vertical guidance commands them or they are
+// still to come; with the present airspeed in a cruise or descent that the pilot flies.
 //
 // The active plan's are refreshed by the per-frame update when something they depend on has changed
 // and at least every 5 s of simulated time; those of a modification waiting in the modified plan
@@ -39,13 +42,17 @@ struct Predictions {
 };
 
 // The wind the pilot has entered for the cruise: the present one turns into it along the way.
-struct ForecastWind {
+struct CruiseWind {
     bool entered = false;
     double directionTrue = 0;
     double speedKt = 0;
 };
 
-extern ForecastWind forecastWind;
+const CruiseWind& EnteredCruiseWind();
+
+// Direction 0 to 360 degrees true, speed 0 to 250 kt. False, and nothing changed, for others.
+bool EnterCruiseWind(double directionTrue, double speedKt);
+void ClearCruiseWind();
 
 // Of the active plan, from the aircraft through the active waypoint on.
 const Predictions& ActivePredictions();
@@ -53,6 +60,13 @@ const Predictions& ActivePredictions();
 // Of the modified plan as if it were executed now. Not for every frame: the first call after a
 // change, and one every 5 s, plans the whole route on the side.
 const Predictions& ModifiedPredictions();
+
+// The active plan's entry flown to; not known without one.
+const PredictedPoint& ActiveWaypointPrediction();
+
+// Minutes from now as pages and displays show them: NaN when they are not known, and at a ground
+// speed of 25 kt or less.
+double ShownMinutesTo(const PredictedPoint& point);
 
 // ---- step of the per-frame update ----
 void RefreshPredictions();

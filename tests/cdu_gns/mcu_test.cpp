@@ -69,14 +69,15 @@ TEST_F(McuTest, ToPageShowsTheLegBeingFlown) {
     guidance.trackLeg = 1;
     guidance.crossTrackNm = 0.34;
     guidance.crossTrackSide = Side::Right;
-    progress.eteWaypointMinutes = 7.6;
-    progress.eteDestinationHours = 1;
-    progress.eteDestinationMinutes = 59.7;
+    PredictArrivalIn(7.6);
     progress.destinationDistanceDirect = 210.2;
     progress.destinationBearingMag = 0.5;
     unit.Draw();
     EXPECT_THAT(unit.Rows(), ElementsAre("TO:   ABCDE J521   1/4", "DIST: 30.0 NM", "BRG:  090",
-                                         "ETE:  00:08 (02:00)", "KBBB: 210/001", "LNAV(0.3R) "));
+                                         "ETE:  00:08 (00:53)", "KBBB: 210/001", "LNAV(0.3R) "));
+    aircraft.groundSpeedKt = 25;
+    unit.Draw();
+    EXPECT_EQ(unit.Rows()[3], "ETE:  --:-- (--:--)");
 }
 
 TEST_F(McuTest, ToPageMarksAFlyoverAndKeepsLongIdentifiersWhole) {

@@ -15,6 +15,7 @@
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
+#include "support/test_flight.h"
 
 namespace avq1 {
 namespace {
@@ -130,7 +131,7 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     ExpectDrawn(1, {"CRS 007"});
     ehsi.navSource = NavSource::FlightManagement;
     ExpectDrawn(1, {"DTK ---"});
-    FlyPlan({{0, -10}, {0, 10}});
+    FlyPlan({{0, -10}, {0, 300}});
     guidance.desiredTrackMag = 93.6;
     aircraft.headingMag = 359.7;
     aircraft.groundSpeedKt = 451.6;
@@ -139,8 +140,7 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     guidance.distanceToGoNm = 9.46;
     guidance.crossTrackNm = 1.26;
     guidance.crossTrackSide = Side::Left;
-    progress.eteWaypointHours = 1;
-    progress.eteWaypointMinutes = 59.7;
+    test::PredictArrivalIn(119.7);
     ExpectDrawn(1, {" 452", " 420", "34", "360", "WP1", " 9.5 NM", " 2:00", "XTK 1.3L", "DTK 094"});
     aircraft.groundSpeedKt = 20;
     aircraft.windSpeedKt = 0;

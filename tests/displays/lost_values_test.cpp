@@ -90,7 +90,7 @@ class LostValues : public test::DisplayTest {
         planBook.activeIndex = 1;
         guidance.distanceToGoNm = 30;
         guidance.crossTrackNm = 1;
-        progress.eteWaypointMinutes = 7;
+        test::PredictArrivalIn(7);
         derived.windDirectionMag = 40;
         derived.trueAirspeedEstimateKt = 260;
     }

@@ -308,12 +308,12 @@ TEST_F(Nd, DataTextsFollowTheFlight) {
     derived.trueAirspeedEstimateKt = 310.2;
     aircraft.windSpeedKt = 34;
     derived.windDirectionMag = 270;
-    progress.eteWaypointMinutes = 61.2;
+    test::PredictArrivalIn(6.2);
     guidance.desiredTrackMag = 7;
     nd.showTraffic = 1;
     Draw(5);
     ExpectShown(
-        {"300", "310", "270/34", "360", "TRK 355", "DTK 007", "WP1", "7.0 NM", " 1:01", "TCAS"});
+        {"300", "310", "270/34", "360", "TRK 355", "DTK 007", "WP1", "7.0 NM", " 0:06", "TCAS"});
     planBook.activeIndex = kNoWaypoint;
     for (int mode = 1; mode <= 7; ++mode) {
         Draw(mode);

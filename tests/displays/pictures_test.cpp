@@ -159,7 +159,7 @@ class Pictures : public test::DisplayTest {
         guidance.desiredTrackMag = 350;
         guidance.bearingToWaypointMag = 345;
         guidance.crossTrackNm = 1;
-        progress.eteWaypointMinutes = 1.5;
+        test::PredictArrivalIn(1.5);
         progress.routeDistanceToDestination = 12;
     }
 

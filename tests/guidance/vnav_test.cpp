@@ -417,6 +417,64 @@ TEST_F(VnavTest, KnobsAreThePilotsOnceTheyAreStill) {
     EXPECT_FALSE(TurnedByPilot({1, 7, 250, 250}, 260, 260));  // sent in this frame
 }
 
+// At sea level, where a true airspeed is an indicated one.
+TEST_F(VnavTest, PredictionsAreFlownAtTheSpeedsAndInTheWindsAhead) {
+    const struct {
+        const char* what;
+        void (*change)();
+        double minutes;  // over 60 nm
+    } rows[] = {
+        {"the pilot's own", [] {}, 15},
+        {"a headwind", [] { aircraft.windSpeedKt = 40; }, 18},
+        {"as commanded", [] { guidance.vnavEngaged = 1; }, 14.4},
+        {"nobody has the throttles", [] { guidance.vnavEngaged = 1, aircraft.apSpeed115 = 0; }, 15},
+        {"another cruise speed", [] { guidance.vnavEngaged = 1, performance.cruiseIas = 300; }, 12},
+        {"not yet flying", [] { aircraft.indicatedAirspeedKt = 40; }, 14.4},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        performance.cruiseIas = 250;
+        guidance.vnavEngaged = 0;
+        MakePlan({0, 0, 0, 0, 0, 0});
+        vnav = {};
+        aircraft.windDirection = 90;
+        aircraft.windSpeedKt = 0;
+        aircraft.indicatedAirspeedKt = 240;
+        aircraft.apSpeed115 = 1;
+        RefreshPredictions();  // each change is seen in the same second
+        row.change();
+        aircraft.clockSecond += std::string_view(row.what) == "a headwind" ? 5 : 0;
+        RefreshPredictions();
+        EXPECT_NEAR(ActiveWaypointPrediction().minutes, row.minutes, 0.01);
+        EXPECT_EQ(ShownMinutesTo(ActiveWaypointPrediction()), ActiveWaypointPrediction().minutes);
+    }
+    aircraft.groundSpeedKt = 25;
+    EXPECT_TRUE(std::isnan(ShownMinutesTo(ActiveWaypointPrediction())));
+    SetActiveWaypoint(kNoWaypoint);
+    EXPECT_FALSE(ActiveWaypointPrediction().known);
+}
+
+TEST_F(VnavTest, ThePresentWindTurnsIntoTheOneEntered) {
+    const double rows[][3] = {{-1, 50, 0}, {361, 50, 0},  {90, -1, 0}, {90, 251, 0},
+                              {0, 0, 1},   {360, 250, 1}, {90, 60, 1}};
+    for (const auto& [direction, speed, taken] : rows) {
+        ClearCruiseWind();
+        EXPECT_EQ(EnterCruiseWind(direction, speed), taken == 1) << direction;
+        EXPECT_EQ(EnteredCruiseWind().entered, taken == 1);
+    }
+    MakePlan({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    vnav = {};
+    const auto groundSpeedAt = [](std::size_t index) {
+        RefreshPredictions();
+        return ActivePredictions().entries[index].groundSpeedKt;
+    };
+    aircraft.indicatedAirspeedKt = 240;
+    EXPECT_NEAR(groundSpeedAt(1), 240 - 60 * (1 - std::exp(-55 / 150.0)), 0.1);
+    EXPECT_NEAR(groundSpeedAt(10), 180, 2);
+    ClearCruiseWind();
+    EXPECT_NEAR(groundSpeedAt(10), 240, 0.1);
+}
+
 TEST_F(VnavTest, BadInputCommandsNothing) {
     const struct {
         const char* what;

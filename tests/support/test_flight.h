@@ -11,7 +11,9 @@
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_events.h"
+#include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
 #include "simlink/aircraft_state.h"
 #include "support/fake_simulator.h"
 
@@ -103,6 +105,21 @@ struct TestAircraft {
         return bug == events.rend() ? headingTrue : bug->second + variation;
     }
 };
+
+// Predicts the flight on from here in still air at sea level, at the speed that takes it to the
+// active waypoint in `minutes`.
+inline void PredictArrivalIn(double minutes) {
+    const AircraftState now = aircraft;
+    const DerivedState derivedNow = std::exchange(derived, {});  // nothing is learned from it
+    const PlanWaypoint& next = ActiveWaypoint();
+    aircraft.indicatedAirspeedKt =
+        GreatCircleDistanceNm(now.latitude, now.longitude, next.latitude, next.longitude) /
+        (minutes / 60);
+    aircraft.altitudeFt = aircraft.windSpeedKt = 0;
+    RefreshPredictions();
+    aircraft = now;
+    derived = derivedNow;
+}
 
 // The aircraft at a position, known to the guidance, with entry `index` active and LNAV engaged.
 inline void StartAt(const TestAircraft& testAircraft, std::int32_t index) {

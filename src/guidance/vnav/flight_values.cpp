@@ -133,14 +133,14 @@ double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, do
 }
 
 double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm) {
-    const double present =
-        forecastWind.entered ? std::exp(-std::max(aheadNm, 0.0) / kWindDecayNm) : 1;
+    const CruiseWind& forecast = EnteredCruiseWind();
+    const double present = forecast.entered ? std::exp(-std::max(aheadNm, 0.0) / kWindDecayNm) : 1;
     const double now = (aircraft.windDirection - courseTrue) * kDegToRad;
-    const double then = (forecastWind.directionTrue - courseTrue) * kDegToRad;
+    const double then = (forecast.directionTrue - courseTrue) * kDegToRad;
     const double head = present * aircraft.windSpeedKt * std::cos(now) +
-                        (1 - present) * forecastWind.speedKt * std::cos(then);
+                        (1 - present) * forecast.speedKt * std::cos(then);
     const double cross = present * aircraft.windSpeedKt * std::sin(now) +
-                         (1 - present) * forecastWind.speedKt * std::sin(then);
+                         (1 - present) * forecast.speedKt * std::sin(then);
     return std::max(std::sqrt(std::max(trueKt * trueKt - cross * cross, 0.0)) - head, 1.0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/module_state.h"
 #include "flightplan/route_walk.h"
@@ -17,8 +18,6 @@
 
 namespace avq1 {
 
-ForecastWind forecastWind;
-
 namespace {
 
 constexpr double kMinutesPerDay = 1440;
@@ -27,6 +26,10 @@ constexpr double kSecondsPerDay = 86400;
 constexpr double kStepNm = 10;
 constexpr double kLeastStepNm = 1e-6;
 constexpr double kLeastRestrictionKt = 50;
+constexpr double kMovingKt = 25;  // ground speed above which times are shown
+constexpr double kFlyingKt = 40;  // indicated, above which it is what is being flown
+constexpr double kStrongestWindKt = 250;
+constexpr double kWholeCircle = 360;
 
 // What a prediction was made from.
 struct MadeFrom {
@@ -34,11 +37,17 @@ struct MadeFrom {
     std::int32_t activeIndex = kNoWaypoint;
     std::int32_t cruiseAltitude = 0;
     VerticalPhase phase = VerticalPhase::Climb;
+    std::int32_t climbIas = 0;
+    std::int32_t cruiseIas = 0;
+    std::int32_t descentIas = 0;
+    bool keepsSpeed = false;
     double second = -kRefreshS;  // of the day
 
     bool operator==(const MadeFrom& other) const {
         return revision == other.revision && activeIndex == other.activeIndex &&
                cruiseAltitude == other.cruiseAltitude && phase == other.phase &&
+               climbIas == other.climbIas && cruiseIas == other.cruiseIas &&
+               descentIas == other.descentIas && keepsSpeed == other.keepsSpeed &&
                std::fabs(second - other.second) < kRefreshS;
     }
 };
@@ -51,14 +60,21 @@ struct Predicted {
 Predicted active;
 Predicted modified;
 FlightExperience experience;
+CruiseWind cruiseWind;
 RouteTable modifiedRoute;
 const StateReset resetPredictions([] {
     active = {};
     modified = {};
     experience = {};
-    forecastWind = {};
+    cruiseWind = {};
     modifiedRoute = {};
 });
+
+// The speed flown now is the pilot's, not one that vertical guidance has commanded.
+bool PilotKeepsSpeed() {
+    return aircraft.indicatedAirspeedKt > kFlyingKt &&
+           !(CommandsSpeed() && aircraft.apSpeed115 == 1.0);
+}
 
 double SecondOfDay() {
     return std::fmod((aircraft.clockHour * 60 + aircraft.clockMinute) * 60 + aircraft.clockSecond,
@@ -78,6 +94,7 @@ class PaperFlight {
           path_(path),
           from_(from),
           phase_(phase),
+          keptPhase_(PilotKeepsSpeed() ? phase : VerticalPhase::Climb),
           alongNm_(input.at.alongNm),
           fuelLb_(FuelOnBoard()),
           descentIas_(from.descentIas),
@@ -98,7 +115,11 @@ class PaperFlight {
     }
 
   private:
+    // A climb accelerates yet; a cruise or descent of the pilot's goes on as it is.
     double SpeedOf(VerticalPhase phase) const {
+        if (phase == keptPhase_ && phase != VerticalPhase::Climb) {
+            return aircraft.indicatedAirspeedKt;
+        }
         return phase == VerticalPhase::Climb     ? input_.speeds.climbIas
                : phase == VerticalPhase::Descent ? descentIas_
                                                  : from_.cruiseIas;
@@ -218,6 +239,7 @@ class PaperFlight {
     const FlightPath& path_;
     const AircraftPerformance& from_;
     VerticalPhase phase_;
+    const VerticalPhase keptPhase_;  // flown at the present airspeed, unless it is the climb
     double alongNm_;
     double minutes_ = 0;
     double fuelLb_;
@@ -274,10 +296,49 @@ void Predict(const PlanningInput& input, const PlannedProfile& profile, Vertical
 }
 
 MadeFrom PresentOf(const FlightPlan& plan, std::int32_t activeIndex) {
-    return {plan.revision, activeIndex, vnav.cruiseAltitude, vnav.Phase(), SecondOfDay()};
+    return {plan.revision,          activeIndex,          vnav.cruiseAltitude,
+            vnav.Phase(),           performance.climbIas, performance.cruiseIas,
+            performance.descentIas, PilotKeepsSpeed(),    SecondOfDay()};
+}
+
+void MakeAnew() {
+    active.from = {};
+    modified.from = {};
 }
 
 }  // namespace
+
+const CruiseWind& EnteredCruiseWind() {
+    return cruiseWind;
+}
+
+bool EnterCruiseWind(double directionTrue, double speedKt) {
+    if (!(directionTrue >= 0 && directionTrue <= kWholeCircle) ||
+        !(speedKt >= 0 && speedKt <= kStrongestWindKt)) {
+        return false;
+    }
+    cruiseWind = {true, directionTrue, speedKt};
+    MakeAnew();
+    return true;
+}
+
+void ClearCruiseWind() {
+    cruiseWind = {};
+    MakeAnew();
+}
+
+double ShownMinutesTo(const PredictedPoint& point) {
+    return point.known && aircraft.groundSpeedKt > kMovingKt
+               ? point.minutes
+               : std::numeric_limits<double>::quiet_NaN();
+}
+
+const PredictedPoint& ActiveWaypointPrediction() {
+    static const PredictedPoint unknown;
+    return HasActiveWaypoint()
+               ? active.values.entries[static_cast<std::size_t>(planBook.activeIndex)]
+               : unknown;
+}
 
 const Predictions& ActivePredictions() {
     return active.values;
