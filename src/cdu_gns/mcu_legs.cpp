@@ -118,8 +118,7 @@ void HandleLegs(const UnitInput& input) {
 EntryResult SetCrossingAltitude(const FieldRow&) {
     const double altitudeFt = mcu.newAltitude > 0 ? mcu.newAltitude : kUnset;
     const bool set = EditActivePlan([&](FlightPlan& plan) {
-        const std::int32_t index = EntryAtCursor();
-        return SetCrossing(plan, index, {altitudeFt, plan.entries[index].speed});
+        return SetCrossing(plan, EntryAtCursor(), {.altitudeFt = altitudeFt, .keepsSpeed = true});
     });
     mcu.crossingEntry = !set;
     return set ? EntryResult::Accepted : EntryResult::InvalidEntry;

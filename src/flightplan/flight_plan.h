@@ -45,10 +45,16 @@ struct PlanWaypoint {
     double speed = kUnset;     // knots
     double auxValue = -1;
     std::int32_t flyover = 0;
+    std::int32_t speedConstraint = 0;  // 1: the speed was typed, with or without an altitude
     std::int32_t altitudeConstraint = kNoCrossing;
     std::int32_t hasHold = 0;
     std::string frequency;  // as written in the database; empty unless a navaid
 };
+
+// A speed of its own, not one that planning filled in.
+inline bool HasSpeedRestriction(const PlanWaypoint& entry) {
+    return entry.altitudeConstraint != kNoCrossing || entry.speedConstraint != 0;
+}
 
 // One copy of the plan. Everybody reads `entries` and `lastIndex`; whoever changes them goes
 // through the functions below, each of which moves `revision` on, so that what was worked out from

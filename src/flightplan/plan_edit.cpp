@@ -394,8 +394,11 @@ bool SetCrossing(FlightPlan& plan, std::int32_t index, const Crossing& crossing)
     }
     PlanWaypoint& entry = plan.Edit(index);
     entry.altitude = crossing.altitudeFt;
-    entry.speed = crossing.speedKt;
     entry.altitudeConstraint = crossing.altitudeFt == kUnset ? 0 : crossing.constraint;
+    if (!crossing.keepsSpeed) {
+        entry.speed = crossing.speedKt;
+        entry.speedConstraint = crossing.speedKt != kUnset ? 1 : 0;
+    }
     NoteEdit(plan);
     return true;
 }

@@ -86,6 +86,7 @@ struct Crossing {
     double altitudeFt = kUnset;
     double speedKt = kUnset;
     std::int32_t constraint = 1;  // as PlanWaypoint::altitudeConstraint; without an altitude 0
+    bool keepsSpeed = false;      // whatever it is; speedKt is not used
 };
 bool SetCrossing(FlightPlan& plan, std::int32_t index, const Crossing& crossing);
 

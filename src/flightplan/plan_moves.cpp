@@ -112,6 +112,7 @@ void MergePlanEntries(FlightPlan& plan, std::int32_t first) {
     }
     if (kept.speed == kUnset) {
         kept.speed = removed.speed;
+        kept.speedConstraint = removed.speedConstraint;
     }
     kept.flyover = std::max(kept.flyover, removed.flyover);
     if (kept.hasHold == 0) {

@@ -48,7 +48,6 @@ void CopyModifiedToActive() {
     for (std::int32_t i = 0; i <= activePlan.lastIndex; ++i) {
         activePlan.Edit(i).ataText.clear();
     }
-    planBook.verticalTargetIndex = std::max(activePlan.lastIndex, 0);
     ExecutePendingHolds();
     KeepIndexesInPlan(activePlan);
 }
@@ -127,7 +126,6 @@ bool ExecuteModification() {
         return true;
     }
     const std::int32_t flown = std::max(planBook.trackedIndex, kFirstWaypoint);
-    planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
     if (ActiveDestination() != oldDestination) {
         ForgetDestination();
     }
@@ -147,7 +145,6 @@ void FlyEditedPlan(std::string_view oldDestination) {
     if (ActiveDestination() != oldDestination) {
         ForgetDestination();
     }
-    planBook.verticalTargetIndex = NextRestriction(activePlan, planBook.activeIndex);
     SetActiveWaypoint(planBook.activeIndex);
     ReplanChangedRoute();
     RequestUnitRedraw();
@@ -159,7 +156,6 @@ bool FlyDirectToEntry(std::int32_t index) {
     }
     const std::int32_t flown = planBook.trackedIndex;
     CopyModifiedToActive();
-    planBook.verticalTargetIndex = NextRestriction(activePlan, flown);
     guidance.trackLeg = 0;
     FlyFrom(flown);
     ReplanChangedRoute();

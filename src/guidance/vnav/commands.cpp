@@ -41,7 +41,7 @@ void ReadBack(SentTarget& sent, double shown) {
 std::int32_t HundredsOf(double fpm) {
     const double kept = vnav.vsHundreds;
     const bool keeps = vnav.lastVsSent != kNothingSent && vnav.vsHundreds != kNothingSent &&
-                       fpm >= kept - kKeepFpm && fpm < kept + kHundredFpm + kKeepFpm;
+                       fpm >= kept - kKeepFpm && fpm <= kept + kHundredFpm + kKeepFpm;
     if (!keeps) {
         vnav.vsHundreds = static_cast<std::int32_t>(std::min(fpm, kBeyondFpm) * 0.01) * 100;
     }
@@ -124,9 +124,9 @@ void ChooseVerticalSpeed() {
         case VerticalPhase::Cruise:
             break;
     }
-    // Nothing but the way down to a lower cruise altitude.
+    // Nothing but the way down to a lower cruise altitude; a climb through it is ended.
     if (vnav.lastVsSent == kNothingSent && vnav.crossingIndex == 0 &&
-        aircraft.altitudeFt - vnav.cruiseAltitude > kLevelFt) {
+        aircraft.altitudeFt - vnav.cruiseAltitude > (vnav.vsCommand > 0 ? 0 : kLevelFt)) {
         vnav.vsCommand = kStepDownFpm;
     }
 }
@@ -187,7 +187,7 @@ void CommandVerticalSpeed() {
     if (guidance.vnavEngaged != 1) {
         return;
     }
-    if (settings.VnavOffOnManAltChg == 1 &&
+    if (settings.VnavOffOnManAltChg == 1 && settings.VnavSetAlts == 1 &&
         TurnedByPilot(vnav.altitude, aircraft.apAltitudeTargetFt,
                       aircraft.previousApAltitudeTargetFt)) {
         DisengageVnav("ALTITUDE CHANGED");

@@ -74,7 +74,7 @@ struct ProfileWalk {
             (next->speed < own || next->speed < side)) {
             speed = next->speed;
         }
-        if (profile.targets[index] && own != kUnset) {
+        if ((profile.targets[index] || HasSpeedRestriction(input.Entry(index))) && own != kUnset) {
             speed = own;
         }
         const double limit = climbing ? from.climbSpeedRestriction : from.descentSpeedRestriction;
@@ -149,7 +149,10 @@ void WalkProfile(const PlanningInput& input, const AircraftPerformance& from,
     profile.targets.reset();
     const FlightPlan& plan = *input.route->plan;
     ProfileWalk descent{input, from, profile, values, false};
-    WalkSide(descent, EntryAltitude(plan, plan.lastIndex));
+    const auto last = static_cast<std::size_t>(plan.lastIndex);
+    values.altitude[last] = EntryAltitude(plan, plan.lastIndex);
+    values.speed[last] = descent.SpeedAt(plan.lastIndex, values.altitude[last]);
+    WalkSide(descent, values.altitude[last]);
     if (!input.climbOver) {
         ProfileWalk climb{input, from, profile, values, true};
         WalkSide(climb, EntryAltitude(plan, 0));

@@ -8,6 +8,7 @@
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "base/redraw.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
@@ -86,12 +87,14 @@ void FillEntries(const EntryValues& values) {
     if (activePlan.lastIndex < kLegsToFill) {
         return;
     }
-    for (std::int32_t i = std::max(planBook.activeIndex, 1); i < activePlan.lastIndex; ++i) {
+    for (std::int32_t i = std::max(planBook.activeIndex, 1); i <= activePlan.lastIndex; ++i) {
         const PlanWaypoint& entry = activePlan.entries[i];
         const auto at = static_cast<std::size_t>(i);
-        const bool restricted = entry.altitudeConstraint != 0;
-        const double altitude = restricted ? entry.altitude : values.altitude[at];
-        const double speed = restricted && entry.speed != kUnset ? entry.speed : values.speed[at];
+        const bool keepsAltitude = entry.altitudeConstraint != 0 ||
+                                   (i == activePlan.lastIndex && entry.type != kAirportType);
+        const double altitude = keepsAltitude ? entry.altitude : values.altitude[at];
+        const double speed =
+            HasSpeedRestriction(entry) && entry.speed != kUnset ? entry.speed : values.speed[at];
         if (HasPosition(entry) && (altitude != entry.altitude || speed != entry.speed)) {
             activePlan.Edit(i).altitude = altitude;
             activePlan.Edit(i).speed = speed;
@@ -256,7 +259,11 @@ double TodDistanceToDestination() {
 
 void ChooseTargetEntry(std::int32_t offset) {
     std::int32_t target = planBook.activeIndex + offset;
-    while (target < activePlan.lastIndex && !vnav.targets[static_cast<std::size_t>(target)]) {
+    if (vnav.cruiseAltitude == 0) {
+        target = NextRestriction(activePlan, target);
+    }
+    while (vnav.cruiseAltitude > 0 && target < activePlan.lastIndex &&
+           !vnav.targets[static_cast<std::size_t>(target)]) {
         ++target;
     }
     planBook.verticalTargetIndex = std::clamp(target, 0, std::max(activePlan.lastIndex, 0));
@@ -328,6 +335,7 @@ void ReplanChangedRoute() {
     if (planBook.activeIndex == plannedFor.activeIndex && sameSpeeds &&
         RouteMark() == plannedFor.route) {
         plannedFor.revision = activePlan.revision;
+        ChooseTargetEntry(0);
         return;
     }
     const bool choose = plannedFor.cruiseChosen && OnGround();
@@ -350,8 +358,10 @@ void TargetOnPassing() {
     const auto passed = static_cast<std::size_t>(planBook.activeIndex);
     const bool restricted = vnav.targets[passed];
     const bool inClimb = vnav.Phase() == VerticalPhase::Climb;
-    if (inClimb && restricted) {
-        vnav.lastClimbRestriction = planBook.activeIndex;
+    vnav.climbRestrictionPassed = inClimb && restricted ? 1 : 0;
+    if (vnav.climbRestrictionPassed == 1) {
+        vnav.climbFromLatitude = ActiveWaypoint().latitude;
+        vnav.climbFromLongitude = ActiveWaypoint().longitude;
     }
     ChooseTargetEntry(1);
     if (!inClimb && restricted && !BelongsToClimb(ActiveRoute(), planBook.activeIndex)) {
@@ -367,8 +377,7 @@ void CommandOnPassing() {
         return;
     }
     // Behind the last restriction of the climb its end is where the climb rate leads to.
-    if (vnav.Phase() == VerticalPhase::Climb && vnav.targetIsEntry == 0 &&
-        vnav.lastClimbRestriction == planBook.activeIndex - 1 && vnav.lastClimbRestriction > 0) {
+    if (vnav.climbRestrictionPassed == 1 && vnav.targetIsEntry == 0) {
         AimAtTarget(0);
     }
     vnav.speed.set = 0;

@@ -85,7 +85,7 @@ void AdviseOfAltitude() {
 void AdviseOfSpeed() {
     const PlanWaypoint& entry = ActiveWaypoint();
     const double tooFastKt = aircraft.indicatedAirspeedKt - entry.speed;
-    if (vnav.Phase() != VerticalPhase::Climb && entry.altitudeConstraint != 0 && entry.speed > 0 &&
+    if (vnav.Phase() != VerticalPhase::Climb && HasSpeedRestriction(entry) && entry.speed > 0 &&
         tooFastKt > kKnotsPerNm && guidance.distanceToGoNm < tooFastKt / kKnotsPerNm &&
         advice.slowerEntry != planBook.activeIndex) {
         advice.slowerEntry = planBook.activeIndex;

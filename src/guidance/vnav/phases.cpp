@@ -22,6 +22,12 @@ constexpr double kClimbOverdueFactor = 1.5;
 constexpr double kCrossingNm = 5;  // farther away a restriction is no longer being crossed
 constexpr double kNormalSimRate = 1.0;
 
+// The cruise altitude is sent anew, and the way down to it begins.
+void StepDown() {
+    vnav.altitude.set = 0;
+    vnav.lastVsSent = kNothingSent;
+}
+
 void BeginCruise() {
     vnav.simRateResetDone = 0;
     vnav.pauseDone = 0;
@@ -32,6 +38,9 @@ void BeginCruise() {
     vnav.descentRestrictionDone = 0;
     vnav.descentCruiseAltitude = vnav.cruiseAltitude;
     AimAtTarget(0);
+    if (vnav.altitude.last != kNothingSent && vnav.altitude.last != vnav.cruiseAltitude) {
+        StepDown();  // lowered during the climb, and not sent yet
+    }
     TellGuidanceEvent(GuidanceEvent::TopOfClimb, planBook.verticalTargetIndex);
 }
 
@@ -82,12 +91,6 @@ void ResumeCruise() {
 
 void ReopenClimb() {
     AimAtTarget(0);
-    vnav.lastVsSent = kNothingSent;
-}
-
-// The cruise altitude is sent anew, and the way down to it begins.
-void StepDown() {
-    vnav.altitude.set = 0;
     vnav.lastVsSent = kNothingSent;
 }
 
@@ -211,11 +214,8 @@ void ApplyClimbFallback() {
         vnav.targetIsEntry != 0) {
         return;
     }
-    const PlanWaypoint& from =
-        activePlan
-            .entries[activePlan.Holds(vnav.lastClimbRestriction) ? vnav.lastClimbRestriction : 0];
-    const double flownNm =
-        GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, from.latitude, from.longitude);
+    const double flownNm = GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
+                                                 vnav.climbFromLatitude, vnav.climbFromLongitude);
     if (flownNm > kClimbOverdueFactor * vnav.predictedClimbDistance) {
         TakeVerticalEvent(VerticalEvent::ClimbOverdue);
     }

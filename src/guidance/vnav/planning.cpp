@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/text.h"
 #include "geometry/geometry.h"
@@ -160,22 +161,8 @@ double DescentBeginsNm(const PlanningInput& input, const PlannedProfile& profile
                        std::int32_t passedIndex) {
     const RouteTable& route = *input.route;
     const FlightPlan& plan = *route.plan;
-    std::int32_t anchor = plan.lastIndex;
-    double anchorFt = EntryAltitude(plan, plan.lastIndex);
-    double boundFt = fromFt;
-    // The anchor: walking back while the altitudes stay below the one reached so far.
-    for (std::int32_t i = plan.lastIndex; i > std::max(profile.tocIndex, passedIndex); --i) {
-        const double entryFt = plan.entries[i].altitude;
-        if (HasPosition(plan.entries[i]) && entryFt >= boundFt) {
-            break;
-        }
-        if (profile.targets[i] && !BelongsToClimb(route, i)) {
-            anchor = i;
-            anchorFt = boundFt = entryFt;
-        }
-    }
-    double beginsNm =
-        route.alongNm[anchor] - input.speeds.DescentNm(std::max(fromFt - anchorFt, 0.0));
+    // The earliest that a restriction ahead needs; without one, what the last entry needs.
+    double beginsNm = std::numeric_limits<double>::infinity();
     for (std::int32_t i = plan.lastIndex - 1; i > passedIndex; --i) {
         const double entryFt = plan.entries[i].altitude;
         if (profile.targets[i] && entryFt < fromFt && !BelongsToClimb(route, i)) {
@@ -183,7 +170,11 @@ double DescentBeginsNm(const PlanningInput& input, const PlannedProfile& profile
                 std::min(beginsNm, route.alongNm[i] - input.speeds.DescentNm(fromFt - entryFt));
         }
     }
-    return beginsNm;
+    if (std::isfinite(beginsNm)) {
+        return beginsNm;
+    }
+    const double lossFt = std::max(fromFt - EntryAltitude(plan, plan.lastIndex), 0.0);
+    return route.LengthNm() - input.speeds.DescentNm(lossFt);
 }
 
 void PlaceTopOfDescent(const PlanningInput& input, std::int32_t passedIndex,
@@ -208,8 +199,13 @@ void PlaceMarks(const PlanningInput& input, double cruiseAltitude, PlannedProfil
     profile.plannedCruiseAltitude = cruiseAltitude;
     const double climbNm = input.speeds.ClimbNm(std::max(cruiseAltitude - input.altitudeFt, 0.0));
     profile.predictedClimbDistance = static_cast<std::int32_t>(climbNm);
-    const bool departing = input.activeIndex <= 1;
-    PlaceTopOfClimb(input, departing ? 0 : input.at.alongNm, input.altitudeFt, profile);
+    const double fromNm = std::max(input.at.alongNm, 0.0);
+    const PlanWaypoint& departure = input.Entry(input.route->first);
+    const LatLon from =
+        fromNm > 0 ? input.at.position : LatLon{departure.latitude, departure.longitude};
+    profile.climbFromLatitude = from.latitude;
+    profile.climbFromLongitude = from.longitude;
+    PlaceTopOfClimb(input, fromNm, input.altitudeFt, profile);
     PlaceTopOfDescent(input, input.activeIndex - 1, profile);
 }
 

@@ -60,12 +60,14 @@ struct Predicted {
 Predicted active;
 Predicted modified;
 FlightExperience experience;
+double learnedSecond = -kRefreshS;  // of the day, when the last note was taken
 CruiseWind cruiseWind;
 RouteTable modifiedRoute;
 const StateReset resetPredictions([] {
     active = {};
     modified = {};
     experience = {};
+    learnedSecond = -kRefreshS;
     cruiseWind = {};
     modifiedRoute = {};
 });
@@ -129,7 +131,7 @@ class PaperFlight {
     // speeds are commanded.
     double IndicatedTowards(const PlanWaypoint& entry, double toGoNm, double altitudeFt) {
         double speed = SpeedOf(phase_);
-        const bool restricted = entry.altitudeConstraint != 0 && entry.speed > kLeastRestrictionKt;
+        const bool restricted = HasSpeedRestriction(entry) && entry.speed > kLeastRestrictionKt;
         if (restricted && toGoNm <= from_.vnavSpeedDistanceNm) {
             speed = entry.speed;
             if (phase_ == VerticalPhase::Descent) {
@@ -301,6 +303,23 @@ MadeFrom PresentOf(const FlightPlan& plan, std::int32_t activeIndex) {
             performance.descentIas, PilotKeepsSpeed(),    SecondOfDay()};
 }
 
+// What executing the modification will cruise at, and with which speeds.
+double ModifiedCruiseAltitude(PlanningInput& input, AircraftPerformance& from, bool startsAnew) {
+    if (!startsAnew && vnav.cruiseAltitude > 0) {
+        return vnav.cruiseAltitude;
+    }
+    if (planBook.cruiseAltitudeFt > 0) {
+        return planBook.cruiseAltitudeFt;
+    }
+    const double cruiseFt = OptimumFromTables(input, performanceTables, from);
+    if (cruiseFt > 0) {
+        from.flightPathAngleDeg = 0;
+        input.speeds = SpeedsOf(from);
+        return cruiseFt;
+    }
+    return ChooseCruiseAltitude(input, from.maxCruiseAltitude);
+}
+
 void MakeAnew() {
     active.from = {};
     modified.from = {};
@@ -354,24 +373,21 @@ const Predictions& ModifiedPredictions() {
     const std::int32_t flownTo =
         modifiedPlan.Holds(planBook.trackedIndex) ? planBook.trackedIndex : kFirstWaypoint;
     AircraftPerformance from = performance;
+    PlannedProfile profile;
+    const bool startsAnew = planBook.status == RouteStatus::AwaitsExecution;
+    const VerticalPhase phase = startsAnew ? VerticalPhase::Climb : vnav.Phase();
     PlanningInput input = FlownInput();
     input.route = &modifiedRoute;
     input.activeIndex = flownTo;
+    input.climbOver = phase != VerticalPhase::Climb;
     input.at = FindRoutePosition(modifiedRoute, flownTo, {aircraft.latitude, aircraft.longitude});
-    PlannedProfile profile;
     if (input.at.flownTo != kNoWaypoint && input.speeds.AreUsable()) {
-        double cruiseFt = vnav.cruiseAltitude > 0 ? vnav.cruiseAltitude : planBook.cruiseAltitudeFt;
-        if (cruiseFt == 0) {
-            cruiseFt = OptimumFromTables(input, performanceTables, from);
-        }
-        if (cruiseFt == 0) {
-            cruiseFt = ChooseCruiseAltitude(input, from.maxCruiseAltitude);
-        }
+        const double cruiseFt = ModifiedCruiseAltitude(input, from, startsAnew);
         if (cruiseFt > 0) {
             PlanOnPaper(input, from, cruiseFt, profile);
         }
     }
-    Predict(input, profile, vnav.Phase(), flownTo, from, modified.values);
+    Predict(input, profile, phase, flownTo, from, modified.values);
     return modified.values;
 }
 
@@ -382,7 +398,10 @@ void RefreshPredictions() {
         return;
     }
     active.from = now;
-    LearnFlight(experience);
+    if (std::fabs(now.second - learnedSecond) >= kRefreshS) {  // notes are compared with each other
+        learnedSecond = now.second;
+        LearnFlight(experience);
+    }
     if (flownTo == kNoWaypoint) {
         active.values = {};
         return;

@@ -31,6 +31,8 @@ struct PlannedProfile {
     double todBearingToDestination = 0;
     double descentCruiseAltitude = 0;  // in force when the descent was planned
     std::int32_t predictedClimbDistance = 0;
+    double climbFromLatitude = 0;  // where the predicted climb is counted from
+    double climbFromLongitude = 0;
     double plannedCruiseAltitude = 0;
     std::bitset<kPlanCapacity> targets;  // the entries whose altitudes are vertical targets
 };
@@ -49,11 +51,11 @@ struct FollowedProfile {
     double distanceToTarget = 0;     // along the route
     double descentPathLength = 0;    // from the top of descent to the target
     double distanceSinceTod = 0;
-    double pathAltitude = 0;                // of the descent path at the aircraft
-    double requiredFpm = 0;                 // up in the climb, down in the descent
-    std::int32_t crossingIndex = 0;         // a restriction passed and not yet overhead; 0 = none
-    double crossingDistance = 0;            // from the aircraft, in the frame before
-    std::int32_t lastClimbRestriction = 0;  // entry behind which the climb goes on; 0 = departure
+    double pathAltitude = 0;                  // of the descent path at the aircraft
+    double requiredFpm = 0;                   // up in the climb, down in the descent
+    std::int32_t crossingIndex = 0;           // a restriction passed and not yet overhead; 0 = none
+    double crossingDistance = 0;              // from the aircraft, in the frame before
+    std::int32_t climbRestrictionPassed = 0;  // in this frame
 };
 
 // One value of the autopilot as VNAV sets it.

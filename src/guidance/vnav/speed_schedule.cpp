@@ -25,8 +25,13 @@ struct SpeedRange {
 // What the aircraft may be asked to fly.
 SpeedRange AircraftSpeeds() {
     const AircraftPerformance& p = performance;
-    return {std::min({p.climbIasMin, p.cruiseIasMin, p.descentIasMin, p.minVnavIas}),
-            std::max({p.climbIasMax, p.cruiseIasMax, p.descentIasMax})};
+    const double climbIas = SpeedsOf(p).climbIas;
+    const auto cruiseIas = static_cast<double>(p.cruiseIas);
+    const auto descentIas = static_cast<double>(p.descentIas);
+    return {std::min({p.climbIasMin, p.cruiseIasMin, p.descentIasMin, p.minVnavIas, climbIas,
+                      cruiseIas, descentIas}),
+            std::max(
+                {p.climbIasMax, p.cruiseIasMax, p.descentIasMax, climbIas, cruiseIas, descentIas})};
 }
 
 // A speed of the aircraft's file that holds below an altitude; a speed or altitude of 0 is none.
@@ -35,9 +40,12 @@ double Restrict(double speedKt, double limitKt, double belowFt) {
     return holds ? limitKt : speedKt;
 }
 
-double RestrictClimb(double speedKt) {
-    return Restrict(speedKt, performance.climbSpeedRestriction,
-                    performance.climbRestrictionAltitude);
+// Remembers a restriction in force: it is lifted above its altitude.
+double RestrictInClimb(double speedKt) {
+    const double restricted =
+        Restrict(speedKt, performance.climbSpeedRestriction, performance.climbRestrictionAltitude);
+    vnav.climbRestrictionActive = restricted < speedKt ? 1 : vnav.climbRestrictionActive;
+    return restricted;
 }
 
 double RestrictDescent(double speedKt) {
@@ -45,8 +53,9 @@ double RestrictDescent(double speedKt) {
                     performance.descentRestrictionAltitude);
 }
 
+// A speed to be flown towards the entry.
 bool IsConstrained(const PlanWaypoint& entry) {
-    return entry.altitudeConstraint != 0;
+    return HasSpeedRestriction(entry) && entry.speed > kLeastRestrictionKt;
 }
 
 double DescentSpeed() {
@@ -55,7 +64,9 @@ double DescentSpeed() {
         return RestrictDescent(performance.descentIas);
     }
     if (entry.speed < performance.descentIas) {
-        performance.descentIas = performance.cruiseIas = static_cast<std::int32_t>(entry.speed);
+        const SpeedRange range = AircraftSpeeds();
+        performance.descentIas = performance.cruiseIas =
+            static_cast<std::int32_t>(std::max(entry.speed, range.least));
     }
     return RestrictDescent(entry.speed);
 }
@@ -63,18 +74,11 @@ double DescentSpeed() {
 double ClimbSpeed() {
     const PlanWaypoint& entry = ActiveWaypoint();
     if (IsConstrained(entry)) {
-        const double speedKt = RestrictClimb(entry.speed);
-        vnav.climbRestrictionActive = speedKt < entry.speed ? 1 : vnav.climbRestrictionActive;
-        return speedKt;
+        return RestrictInClimb(entry.speed);
     }
     const PlanWaypoint& target = activePlan.entries[planBook.verticalTargetIndex];
-    if (IsConstrained(target) && vnav.targetIsEntry != 0 && target.speed > kLeastRestrictionKt) {
-        return RestrictClimb(target.speed);
-    }
-    const double climbIas = SpeedsOf(performance).climbIas;
-    const double speedKt = RestrictClimb(climbIas);
-    vnav.climbRestrictionActive = speedKt < climbIas ? 1 : vnav.climbRestrictionActive;
-    return speedKt;
+    const bool towardsTarget = IsConstrained(target) && vnav.targetIsEntry != 0;
+    return RestrictInClimb(towardsTarget ? target.speed : SpeedsOf(performance).climbIas);
 }
 
 double CruiseSpeed() {
@@ -107,8 +111,7 @@ void EndClimbRestriction() {
     if (vnav.Phase() == VerticalPhase::Climb && vnav.climbRestrictionActive == 1 &&
         aircraft.altitudeFt > performance.climbRestrictionAltitude && CommandsSpeed()) {
         const PlanWaypoint& entry = ActiveWaypoint();
-        const bool constrained = IsConstrained(entry) && entry.speed > kLeastRestrictionKt;
-        SendSpeed(constrained ? entry.speed : SpeedsOf(performance).climbIas);
+        SendSpeed(IsConstrained(entry) ? entry.speed : SpeedsOf(performance).climbIas);
         vnav.climbRestrictionActive = 0;
     }
 }
