@@ -9,6 +9,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/predictions.h"
@@ -23,6 +24,7 @@ namespace avq1 {
 namespace {
 
 using test::FakeSimulator;
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
@@ -167,6 +169,10 @@ TEST_F(VnavTest, EveryEntryGetsWhatItIsPassedAt) {
     EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 9000, 30000, 28100, 10000, kUnset));
     MakePlan({0, 0, 0, 6000, 0, 0});  // capped by the restriction the walk comes to
     EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 24100, 6000, 6000, kUnset));
+    activePlan.Edit(5).type = "APT";  // at sea level
+    StartActivePlan();
+    EXPECT_EQ(activePlan.entries[5].altitude, 0);
+    EXPECT_EQ(activePlan.entries[5].speed, 250);
     performance.descentSpeedRestriction = 230;
     performance.descentRestrictionAltitude = 18100;
     MakePlan({0, 0, 0, 0, 0, 0});
@@ -415,6 +421,122 @@ TEST_F(VnavTest, KnobsAreThePilotsOnceTheyAreStill) {
     EXPECT_TRUE(TurnedByPilot(sent, 260, 260));
     EXPECT_FALSE(TurnedByPilot({0, -999, 250, 250}, 260, 260));
     EXPECT_FALSE(TurnedByPilot({1, 7, 250, 250}, 260, 260));  // sent in this frame
+}
+
+TEST_F(VnavTest, ACruiseAltitudeLoweredInTheClimbIsFlown) {
+    const struct {
+        std::int32_t cruise;
+        VerticalPhase phase;
+        std::int32_t fpm;
+    } rows[] = {{25000, VerticalPhase::Climb, 2000},
+                {20100, VerticalPhase::Cruise, 1500},
+                {19900, VerticalPhase::Cruise, -1000},
+                {18000, VerticalPhase::Cruise, -1000}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.cruise);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        guidance.vnavEngaged = 1;
+        FlyFrom(0.3, 20000, 1);
+        RunVerticalGuidance();
+        SetCruiseAltitude(row.cruise);
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.Phase(), row.phase);
+        EXPECT_EQ(vnav.altitude.last, row.cruise);
+        EXPECT_EQ(vnav.lastVsSent, row.fpm);
+    }
+}
+
+TEST_F(VnavTest, AClimbIsOverdueFromWhereItWasPlanned) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    guidance.vnavEngaged = 1;
+    FlyFrom(0.9, 18000, 1);  // 30 nm before the cruise altitude is reached
+    activePlan.Edit(3).latitude = 0.01;
+    ReplanChangedRoute();
+    EXPECT_EQ(vnav.predictedClimbDistance, 30);
+    EXPECT_NEAR(vnav.tocNm, 84, 0.01);
+    for (const auto& [longitude, over] : {std::pair{0.9, 0}, {1.64, 0}, {1.66, 1}}) {
+        FlyFrom(longitude, 20000, 2);
+        ApplyClimbFallback();
+        EXPECT_EQ(vnav.topOfClimbReached, over) << longitude;
+    }
+    MakePlan({0, 9000, 0, 0, 0, 0});  // from the restriction passed, 75 nm and a half more
+    guidance.lnavEngaged = guidance.vnavEngaged = 1;
+    for (const auto& [longitude, over] : {std::pair{0.99, 0}, {2.85, 0}, {2.9, 1}}) {
+        FlyFrom(longitude, 9000, longitude < 1 ? 1 : 3);
+        SequenceWaypoint();
+        ApplyClimbFallback();
+        EXPECT_EQ(vnav.topOfClimbReached, over) << longitude;
+    }
+}
+
+TEST_F(VnavTest, ATypedSpeedStaysAndIsFlown) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    EXPECT_TRUE(SetCrossing(activePlan, 1, {.speedKt = 233}));
+    EXPECT_TRUE(SetCrossing(activePlan, 2, {.altitudeFt = 9000, .keepsSpeed = true}));
+    ReplanChangedRoute();
+    EXPECT_EQ(activePlan.entries[1].speed, 233);
+    EXPECT_EQ(activePlan.entries[1].altitude, 9000);
+    EXPECT_EQ(activePlan.entries[2].speed, 280) << "as it was filled in";
+    guidance.vnavEngaged = 1;
+    guidance.distanceToGoNm = 24;
+    Sent();
+    CommandSpeed();
+    EXPECT_THAT(Sent(), ElementsAre(Pair(kAirspeedEvent, 233)));
+    EXPECT_TRUE(SetCrossing(activePlan, 1, {}));
+    ReplanChangedRoute();
+    EXPECT_EQ(activePlan.entries[1].speed, 250);
+}
+
+TEST_F(VnavTest, ARestrictionFarAheadDoesNotChangeTheCruiseSpeed) {
+    MakePlan({0, 0, 0, 12000, 0, 0}, 15000);
+    EXPECT_TRUE(SetCrossing(activePlan, 3, {12000, 200}));
+    ReplanChangedRoute();
+    vnav.topOfClimbReached = guidance.lnavEngaged = guidance.vnavEngaged = 1;
+    FlyFrom(2 - 2.0 / 60, 15000, 2);
+    Sent();
+    SequenceWaypoint();
+    EXPECT_THAT(Sent(), Contains(Pair(kAirspeedEvent, 280)));
+    FlyFrom(3 - 24.0 / 60, 15000, 3);
+    vnav.speed.set = 0;
+    CommandSpeed();
+    EXPECT_THAT(Sent(), ElementsAre(Pair(kAirspeedEvent, 200)));
+}
+
+TEST_F(VnavTest, SpeedsOfTheFileAreWithinItsLimits) {
+    performance.climbIasMin = performance.minVnavIas = 200;
+    const double rows[][2] = {{280, 280}, {320, 320}, {321, 320}, {110, 110}, {109, 110}};
+    performance.cruiseIas = 320;
+    performance.descentIas = 110;
+    for (const auto& [asked, sent] : rows) {
+        SendSpeed(asked);
+        EXPECT_EQ(vnav.speed.last, sent);
+    }
+}
+
+TEST_F(VnavTest, ANewRouteIsPredictedAsItWillBeStarted) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    vnav.cruiseAltitude = 9000;
+    CopyActiveToModified();
+    for (const auto& [status, cruise] :
+         {std::pair{RouteStatus::Modified, 9000}, {RouteStatus::AwaitsExecution, 30000}}) {
+        planBook.status = status;
+        modifiedPlan.Edit(1).ataText = "";  // another revision
+        EXPECT_EQ(ModifiedPredictions().cruiseAltitudeFt, cruise);
+        EXPECT_EQ(ModifiedPredictions().topOfClimb.known, cruise == 30000);
+    }
+}
+
+TEST_F(VnavTest, TheKnobIsThePilotsWhereAltitudesAreNotSent) {
+    for (const std::int32_t sends : {0, 1}) {
+        MakePlan({0, 0, 0, 0, 0, 0});
+        settings.VnavSetAlts = sends;
+        settings.VnavOffOnManAltChg = guidance.vnavEngaged = 1;
+        vnav.altitude = {1, kNothingSent, 30000, 30000};
+        aircraft.apAltitudeTargetFt = aircraft.previousApAltitudeTargetFt = 12000;
+        CommandVerticalSpeed();
+        EXPECT_EQ(guidance.vnavEngaged, 1 - sends);
+    }
 }
 
 // At sea level, where a true airspeed is an indicated one.

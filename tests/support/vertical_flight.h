@@ -35,6 +35,27 @@ inline AircraftPerformance JetPerformance() {
     return jet;
 }
 
+// And like those of a twin turboprop.
+inline AircraftPerformance TurbopropPerformance() {
+    AircraftPerformance turboprop;
+    turboprop.climbIas = 170;
+    turboprop.cruiseIas = 200;
+    turboprop.descentIas = 220;
+    turboprop.minVnavIas = 140;
+    turboprop.climbIasMin = 150;
+    turboprop.climbIasMax = 190;
+    turboprop.cruiseIasMin = 180;
+    turboprop.cruiseIasMax = 235;
+    turboprop.descentIasMin = 190;
+    turboprop.descentIasMax = 240;
+    turboprop.climbRate = 1400;
+    turboprop.descentRate = 1500;
+    turboprop.maxCruiseAltitude = 25000;
+    turboprop.vnavSpeedDistanceNm = 20;
+    DeriveSpeeds(turboprop);
+    return turboprop;
+}
+
 struct VerticalPilot {
     double latitude = 0;
     double longitude = 0;

@@ -61,6 +61,7 @@ std::uint64_t RouteMark() {
         mix(entry.longitude);
         mix(entry.altitudeConstraint);
         mix(entry.altitudeConstraint != 0 ? entry.altitude : 0);
+        mix(entry.speedConstraint != 0 ? entry.speed : 0);
         mix(HasPosition(entry) ? 1 : 0);
     }
     return mark;

@@ -83,7 +83,9 @@ double ClimbSpeed() {
 
 double CruiseSpeed() {
     const PlanWaypoint& entry = ActiveWaypoint();
-    const bool near = ActiveRoute().alongNm[planBook.verticalTargetIndex] - AircraftAlongNm() <
+    // Where the aircraft is: the distance to go is still the passed waypoint's on passing one.
+    const double hereNm = FlownInput().at.alongNm;
+    const bool near = ActiveRoute().alongNm[planBook.verticalTargetIndex] - hereNm <
                       performance.vnavSpeedDistanceNm;
     return IsConstrained(entry) && near ? entry.speed : performance.cruiseIas;
 }
