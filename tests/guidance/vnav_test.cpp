@@ -156,6 +156,12 @@ TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
         EXPECT_EQ(vnav.cruiseAltitude, row.found);
         EXPECT_EQ(messages.count, planned ? 0 : 1);
     }
+    test::SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}});
+    activePlan.Edit(1).altitude = 12500;  // the levels above it begin at 15000
+    performance.climbRate = 2000;
+    FlyFrom(0, 0, 1);
+    EXPECT_TRUE(PlanVerticalProfile(0, 1));
+    EXPECT_EQ(vnav.cruiseAltitude, 15000);
 }
 
 TEST_F(VnavTest, EveryEntryGetsWhatItIsPassedAt) {
@@ -513,6 +519,48 @@ TEST_F(VnavTest, SpeedsOfTheFileAreWithinItsLimits) {
     }
 }
 
+TEST_F(VnavTest, ItsButtonEngagesAnewAndLetsGo) {
+    MakePlan({0, 0, 0, 0, 0, 0});
+    settings.VnavSetSpd = 2;  // stopped by the pilot's knob
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 1);
+    EXPECT_EQ(vnav.forceSpeed, 1);
+    EXPECT_EQ(settings.VnavSetSpd, 1);
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 0);
+    SetActiveWaypoint(kNoWaypoint);
+    ToggleVnav();
+    EXPECT_EQ(guidance.vnavEngaged, 0);
+}
+
+TEST_F(VnavTest, WhatTheAutopilotShowsInTheNextFrameIsNotThePilots) {
+    const struct {
+        double altitudeFt, speedKt;
+        std::int32_t engaged, setsSpeed;
+    } rows[] = {{29900, 248, 1, 1}, {12000, 248, 0, 1}, {29900, 230, 1, 2}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.altitudeFt);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        settings.VnavOffOnManAltChg = settings.VnavSetSpdOffOnManSpdChg = settings.VnavSetSpd = 1;
+        guidance.vnavEngaged = 1;
+        guidance.distanceToGoNm = 20;
+        CommandVerticalSpeed();
+        CommandSpeed();
+        aircraft.tick += 1;  // the autopilot took over what was sent as it could
+        aircraft.apAltitudeTargetFt = 29900;
+        aircraft.apAirspeedTargetKt = 248;
+        ReadBackCommands();
+        aircraft.tick += 1;
+        aircraft.apAltitudeTargetFt = aircraft.previousApAltitudeTargetFt = row.altitudeFt;
+        aircraft.apAirspeedTargetKt = aircraft.previousApAirspeedTargetKt = row.speedKt;
+        ReadBackCommands();
+        CommandSpeed();
+        CommandVerticalSpeed();
+        EXPECT_EQ(guidance.vnavEngaged, row.engaged);
+        EXPECT_EQ(settings.VnavSetSpd, row.setsSpeed);
+    }
+}
+
 TEST_F(VnavTest, ANewRouteIsPredictedAsItWillBeStarted) {
     MakePlan({0, 0, 0, 0, 0, 0});
     vnav.topOfClimbReached = vnav.descentActive = 1;
@@ -563,12 +611,17 @@ TEST_F(VnavTest, PredictionsAreFlownAtTheSpeedsAndInTheWindsAhead) {
         aircraft.windSpeedKt = 0;
         aircraft.indicatedAirspeedKt = 240;
         aircraft.apSpeed115 = 1;
+        aircraft.zuluHour = 23;
+        aircraft.zuluMinute = 50;
+        aircraft.clockSecond = 0;
         RefreshPredictions();  // each change is seen in the same second
         row.change();
         aircraft.clockSecond += std::string_view(row.what) == "a headwind" ? 5 : 0;
         RefreshPredictions();
         EXPECT_NEAR(ActiveWaypointPrediction().minutes, row.minutes, 0.01);
         EXPECT_EQ(ShownMinutesTo(ActiveWaypointPrediction()), ActiveWaypointPrediction().minutes);
+        EXPECT_NEAR(ActiveWaypointPrediction().zuluMinutes,
+                    row.minutes - 10 + aircraft.clockSecond / 60, 0.01);
     }
     aircraft.groundSpeedKt = 25;
     EXPECT_TRUE(std::isnan(ShownMinutesTo(ActiveWaypointPrediction())));
