@@ -221,6 +221,10 @@ TEST_F(VnavTest, RestrictionsAboveOrBelowAreTargetsWhereThePathViolatesThem) {
         activePlan.Edit(4).altitude = row.altitude;
         StartActivePlan();
         EXPECT_EQ(vnav.targets[4], row.target);
+        planBook.verticalTargetIndex = 3;  // an edit that changes no route or restriction
+        activePlan.Edit(1).ataText = "12:34";
+        ReplanChangedRoute();
+        EXPECT_EQ(planBook.verticalTargetIndex, row.target ? 4 : 5);
     }
 }
 
