@@ -5,11 +5,18 @@
 namespace avq1 {
 namespace {
 
+constexpr double kFixedCharacterWidth = 0.6;  // of the font's size
+
 ScreenPoint At(int x, int y) {
     return {static_cast<std::int16_t>(x), static_cast<std::int16_t>(y)};
 }
 
 }  // namespace
+
+int FixedWidthOf(const UnitText& text, const CanvasFont& font) {
+    return static_cast<int>(static_cast<double>(text.view().size()) * kFixedCharacterWidth *
+                            font.sizePx);
+}
 
 ScreenItem* Screen::Add(ScreenItem::Kind kind, std::uint8_t style, ScreenPoint at,
                         ScreenPoint size) {
@@ -48,6 +55,15 @@ void Screen::Fill(std::uint8_t style, int x, int y, int width, int height) {
 
 void Screen::Frame(std::uint8_t style, int x, int y, int width, int height) {
     Add(ScreenItem::Kind::Frame, style, At(x, y), At(width, height));
+}
+
+void Screen::KeepLeftOf(int rightEdge, std::span<const ScreenStyle> styles) {
+    for (ScreenItem& item : std::span(items_).first(count_)) {
+        const int width = item.kind == ScreenItem::Kind::Text
+                              ? FixedWidthOf(item.text, styles[item.style].font)
+                              : item.size.x;
+        item.at.x = static_cast<std::int16_t>(std::min<int>(item.at.x, rightEdge - width));
+    }
 }
 
 bool operator==(const Screen& a, const Screen& b) {

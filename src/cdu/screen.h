@@ -40,6 +40,9 @@ struct ScreenItem {
     friend bool operator==(const ScreenItem&, const ScreenItem&) = default;
 };
 
+// Where a text in a font of one width ends, from its beginning.
+int FixedWidthOf(const UnitText& text, const CanvasFont& font);
+
 class Screen {
   public:
     void Clear() { count_ = 0; }
@@ -54,6 +57,10 @@ class Screen {
     // A filled rectangle, or its outline one unit wide.
     void Fill(std::uint8_t style, int x, int y, int width, int height);
     void Frame(std::uint8_t style, int x, int y, int width, int height);
+
+    // Moves what was put so far to the left where it would end beyond `rightEdge`; its texts are in
+    // fonts of one width, as `styles` has them.
+    void KeepLeftOf(int rightEdge, std::span<const ScreenStyle> styles);
 
     friend bool operator==(const Screen& a, const Screen& b);
 

@@ -30,7 +30,7 @@ constexpr CanvasFont kText{"Courier New", kTextPx, true};
 constexpr CanvasFont kSmall{"Courier New", kSmallPx, true};
 
 // In the order of GnsStyle.
-constexpr std::array<ScreenStyle, 12> kStyles = {{
+constexpr std::array<ScreenStyle, 13> kStyles = {{
     {kText, colour::White},
     {kText, colour::Green},
     {kText, colour::Yellow},
@@ -43,11 +43,13 @@ constexpr std::array<ScreenStyle, 12> kStyles = {{
     {{}, colour::Yellow},
     {{}, colour::Black},
     {{"Courier New", kNoticePx, true}, colour::Yellow},
+    {kSmall, colour::Yellow},
 }};
 
 // The prompt arrows of a page stand beside the line keys that select something now.
 constexpr std::array<std::int16_t, 5> kArrowY = {30, 98, 178, 265, 340};
 constexpr int kRightArrowX = 460;
+constexpr int kSmallDrop = 6;  // in the middle of the line of the large
 constexpr std::int32_t kLinesPerSide = 5;
 
 UnitPaint paint;
@@ -92,25 +94,38 @@ bool PointsRight() {
            gns.page == kGnsSave;
 }
 
+// Whether a text stands where the arrow of the full size would touch it.
+bool ReachesUnderArrow(std::span<const ScreenItem> items, int x, int y) {
+    return std::ranges::any_of(items, [x, y](const ScreenItem& item) {
+        return item.kind == ScreenItem::Kind::Text && item.at.y < y + kGnsCharacterHeight &&
+               y < item.at.y + kGnsCharacterHeight && item.at.x < x + kGnsCharacterWidth &&
+               x < item.at.x + FixedWidthOf(item.text, kStyles[item.style].font);
+    });
+}
+
 void PutArrows(Screen& screen) {
     if (gns.page == kGnsFuel || gns.page == kGnsVnav) {
         return;  // these put their own
     }
     const std::span<const LineRow> rows = LinesShown();
+    const std::size_t values = screen.items().size();
     for (std::int32_t line = 1; line <= 2 * kLinesPerSide; ++line) {
         const bool left = line <= kLinesPerSide;
         const bool selectable = std::ranges::any_of(rows, [line](const LineRow& row) {
             return row.line == line && (row.visible == nullptr || row.visible(row));
         });
         if (selectable) {
-            screen.Put(kGnsPrompt, left ? 0 : kRightArrowX,
-                       kArrowY[static_cast<std::size_t>((line - 1) % kLinesPerSide)],
+            const int x = left ? 0 : kRightArrowX;
+            const int y = kArrowY[static_cast<std::size_t>((line - 1) % kLinesPerSide)];
+            const bool narrow = ReachesUnderArrow(screen.items().first(values), x, y);
+            screen.Put(narrow ? kGnsSmallPrompt : kGnsPrompt, x, narrow ? y + kSmallDrop : y,
                        left && !PointsRight() ? "<" : ">");
         }
     }
 }
 
 void PutOverlay(Screen& screen) {
+    screen.KeepLeftOf(static_cast<int>(kUnit.widthUnits), kStyles);
     PutArrows(screen);
     if (!gns.notice.empty()) {
         screen.Fill(kGnsBlank, 0, 0, 495, kGnsRowY[0] - 4);

@@ -9,6 +9,7 @@
 #include "cdu_gns/gns_plan.h"
 #include "cdu_gns/gns_waypoint.h"
 #include "flightplan/airway_entry.h"
+#include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "navdb/airways.h"
 
@@ -119,6 +120,11 @@ void ComposeAirway(Screen& screen) {
 }  // namespace
 
 void OpenGnsAirway(std::string_view typed) {
+    if (GnsShowsActivePlan()) {
+        const std::int32_t selected = GnsSelection().index;
+        CopyActiveToModified();
+        GnsSelection() = {&activePlan, selected};
+    }
     airwayEntry = AirwayChoice{};
     airwayEntry.name = typed.substr(1);
     airwayEntry.entry = GnsSelection().index - 1;

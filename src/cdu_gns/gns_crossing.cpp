@@ -54,6 +54,10 @@ bool ReadPart(std::string_view text, int highest, double& value) {
 }
 
 EntryResult SetRestriction(const LineRow&) {
+    if (gns.freshEntry) {  // nothing typed: what there is stays as it is
+        ReturnToGnsPlan();
+        return EntryResult::None;
+    }
     const std::string_view text = TypedText(gns);
     const std::size_t separator = text.find(kSeparator);
     Crossing crossing;

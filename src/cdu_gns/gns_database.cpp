@@ -14,7 +14,7 @@ namespace avq1 {
 namespace {
 
 constexpr int kValueX = 300;
-constexpr int kPositionX = 240;
+constexpr int kPositionX = 210;
 constexpr const char* kTurnNames[] = {"DEFAULT", "LEFT", "RIGHT"};
 
 // Null when there is nothing to show.

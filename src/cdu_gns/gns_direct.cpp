@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
 #include "base/module_state.h"
 #include "cdu/formats.h"
@@ -26,6 +27,7 @@ constexpr std::int32_t kColumnRows = 9;
 constexpr std::int32_t kPageEntries = 2 * kColumnRows;
 constexpr std::array<std::int16_t, 2> kMarkX = {30, 250};
 constexpr int kMarkWidth = 60;
+constexpr ScreenPoint kTypedElsewhere{366, 0};
 constexpr std::int16_t kAirportX = 120;
 constexpr double kForcedTurnDeg = 160;
 constexpr double kMilesPerDegree = 60;
@@ -181,7 +183,7 @@ EntryResult FlyToAirport(const LineRow& row) {
 
 // ENTER with nothing picked: what was typed where the active waypoint stands.
 EntryResult FindTypedOnPage(const FieldRow&) {
-    return !gns.freshEntry && gns.entryArmed ? FindTyped() : EntryResult::None;
+    return !gns.freshEntry && gns.entryArmed && !ShowsAirports() ? FindTyped() : EntryResult::None;
 }
 
 // ---- rows ----
@@ -257,24 +259,42 @@ constexpr FieldRow kFields[] = {
     {.line = kEnterLine, .press = FindTypedOnPage},
 };
 
+// Nothing is picked; what is typed goes in front of the waypoint flown to.
+void WaitForEntry() {
+    ClearGnsSelections();
+    GnsSelection() = {&modifiedPlan, planBook.trackedIndex};
+    LoadScratchpad(gns, IdentOf(planBook.trackedIndex), kGnsIdentLength);
+    gns.entryArmed = true;
+}
+
 // The plan to choose from is a copy of the one being flown.
 void BeginDirect() {
     CopyActiveToModified();
     gnsWaypoint.flyover = 0;
     gnsWaypoint.directTurn = GnsTurn::Default;
-    GnsSelection() = {&modifiedPlan, planBook.activeIndex};
-    LoadScratchpad(gns, IdentOf(planBook.activeIndex), kGnsIdentLength);
-    gns.entryArmed = true;
+    WaitForEntry();
 }
 
 void HandleDirect(const UnitInput& input) {
     if (input.directPressed && input.openedPage == kGnsDirect) {
         BeginDirect();
+    } else if ((input.prevPressed || input.nextPressed || input.directPressed) &&
+               gns.lineState != decltype(gns.lineState){}) {
+        WaitForEntry();  // the rows stand for other waypoints now
     }
     SetPages();
     if (ShowsAirports()) {
         RefreshClosest();
     }
+}
+
+bool IsTyping() {
+    return gns.entryArmed && GnsSelectedLine() == nullptr && !gns.freshEntry;
+}
+
+void PutTyped(Screen& screen, ScreenPoint at) {
+    PutHighlighted({kGnsPrompt, kGnsEntry, kGnsHighlight}, at, UnitText(TypedText(gns)),
+                   kGnsIdentLength, screen);
 }
 
 void PutEntry(Screen& screen, const LineRow& row) {
@@ -283,11 +303,8 @@ void PutEntry(Screen& screen, const LineRow& row) {
     if (active) {
         screen.Put(kGnsActive, row.at.x - kMarkWidth, row.at.y, "TO ");
     }
-    const bool typed = gns.entryArmed && GnsSelectedLine() == nullptr &&
-                       GnsSelection().index == index && !gns.freshEntry;
-    if (typed) {
-        PutHighlighted({kGnsPrompt, kGnsEntry, kGnsHighlight}, row.at, UnitText(TypedText(gns)),
-                       kGnsIdentLength, screen);
+    if (IsTyping() && GnsSelection().index == index) {
+        PutTyped(screen, row.at);
     } else if (!IsSelected(gns, row)) {
         screen.PutText(active ? kGnsActive : kGnsData, row.at,
                        UnitText(IdentOf(index).substr(0, kGnsIdentLength)));
@@ -305,6 +322,10 @@ void ComposeDirect(Screen& screen) {
         if (row.entryLength > 0 && HasSlot(row)) {
             PutEntry(screen, row);
         }
+    }
+    const std::int32_t slot = GnsSelection().index - 1 - kPageEntries * (shown.n - 1);
+    if (IsTyping() && (slot < 0 || slot >= kPageEntries)) {
+        PutTyped(screen, kTypedElsewhere);  // its row is on another page
     }
 }
 
@@ -325,7 +346,7 @@ void OpenGnsDirect() {
 void PickGnsDirect(const FoundPoint& point) {
     const std::int32_t index = GnsSelection().index;
     PlanWaypoint entry = EntryFrom(point);
-    entry.flyover = gnsWaypoint.flyover;
+    entry.flyover = std::exchange(gnsWaypoint.flyover, 0);
     const bool inserted = EditPlan(modifiedPlan, [&](FlightPlan& plan) {
         return InsertBetween(plan, index, std::move(entry));
     });

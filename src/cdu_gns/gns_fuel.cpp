@@ -1,12 +1,12 @@
 // PLAN: fuel on board, the way to the destination, fuel flow, flight time and weights.
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <span>
 
 #include "base/module_state.h"
 #include "cdu/formats.h"
+#include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
 #include "flightlog/flight_log.h"
@@ -50,7 +50,7 @@ double HoursLeft() {
 
 double RangePerPound() {
     const double flow = TotalFuelFlow();
-    return flow > 0 ? aircraft.groundSpeedKt / flow : kNone;
+    return flow > 0 ? ShownAircraft().groundSpeedKt / flow : kNone;
 }
 
 double DirectDistance() {
@@ -182,7 +182,7 @@ void ShowDestination(const FieldRow&, UnitText& text) {
 }
 
 void ShowGroundSpeed(const FieldRow&, UnitText& text) {
-    text = NumberText(aircraft.groundSpeedKt, 3);
+    text = NumberText(ShownAircraft().groundSpeedKt, 3);
 }
 
 void ShowDistanceTrack(const FieldRow&, UnitText& text) {
@@ -261,7 +261,7 @@ constexpr FieldRow kFlowFields[] = {
 
 // ---- FLIGHT TIME ----
 void ShowUtc(const FieldRow&, UnitText& text) {
-    text = HoursMinutesText(aircraft.zuluHour, std::floor(aircraft.zuluMinute));
+    text = HoursMinutesText(ShownAircraft().zuluHour, std::floor(ShownAircraft().zuluMinute));
 }
 
 void ShowDate(const FieldRow&, UnitText& text) {
@@ -324,10 +324,8 @@ EntryResult SetReserve(const LineRow&) {
     if (gns.freshEntry) {
         return EntryResult::Accepted;
     }
-    const std::string_view text = TypedText(gns);
     double reserve = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), reserve);
-    if (text.empty() || read.ptr != text.data() + text.size() || !(reserve >= 0)) {
+    if (!ReadTypedWhole(reserve)) {
         return EntryResult::InvalidEntry;
     }
     planBook.reserveFuelInUse = gns.enteredOnLm ? reserve : GnsPounds(reserve);

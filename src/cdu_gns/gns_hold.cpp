@@ -7,6 +7,7 @@
 #include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_plan.h"
+#include "cdu_gns/gns_waypoint.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
@@ -14,6 +15,7 @@
 #include "geometry/geometry.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
+#include "guidance/holds.h"
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
@@ -24,6 +26,7 @@ constexpr int kCourseX = 400;
 constexpr int kChoiceX = 360;
 constexpr int kLengthX = 380;
 constexpr double kFullCircle = 360;
+constexpr double kLongestLeg = 99.9;  // minutes or nm
 
 // What CLR has chosen and ENTER has not confirmed yet.
 struct HoldChoices {
@@ -34,13 +37,14 @@ struct HoldChoices {
 HoldChoices choices;
 const StateReset choicesReset([] { choices = HoldChoices{}; });
 
-// The entry of the active plan whose hold is shown first; kNoWaypoint: the first hold.
-std::int32_t fixShown = kNoWaypoint;
-const StateReset fixReset([] { fixShown = kNoWaypoint; });
+// The entry of the active plan whose hold is shown, wherever it moves; kNoWaypoint: the first hold.
+std::int32_t FixShown() {
+    return GnsSelection().plan == &activePlan ? GnsSelection().index : kNoWaypoint;
+}
 
 // The hold that is shown; null without any.
 HoldPattern* HoldShown() {
-    const std::int32_t selected = HoldNumberAt(fixShown);
+    const std::int32_t selected = HoldNumberAt(FixShown());
     const std::int32_t number = selected > 0 ? selected : 1;
     return number <= holdList.count ? &holdList.holds[static_cast<std::size_t>(number)] : nullptr;
 }
@@ -92,17 +96,16 @@ double LegMinutes() {
     if (hold.legByTime == 1) {
         return hold.legMinutes;
     }
-    return hold.legDistanceNm / aircraft.groundSpeedKt * 60;
+    HoldPattern oneMinute = hold;
+    oneMinute.legByTime = 1;
+    oneMinute.legMinutes = 1;
+    LayOutHold(oneMinute, activePlan.entries[hold.fixIndex]);
+    return hold.legDistanceNm / oneMinute.legDistanceNm;
 }
 
 // What is not given but follows stands in brackets.
 void ShowLegTime(const LineRow&, UnitText& text) {
-    const double minutes = LegMinutes();
-    if (std::isfinite(minutes)) {
-        text.Put(HoldShown()->legByTime == 1 ? "%-1.1f" : "(%-1.1f)", minutes);
-    } else {
-        text.Set("----");
-    }
+    text.Put(HoldShown()->legByTime == 1 ? "%-1.1f" : "(%-1.1f)", LegMinutes());
 }
 
 void ShowLegDistance(const LineRow&, UnitText& text) {
@@ -126,7 +129,7 @@ EntryResult EnterCourse(const LineRow&) {
 
 EntryResult EnterLegTime(const LineRow&) {
     double minutes = 0;
-    if (!ReadTypedTenths(minutes) || minutes <= 0) {
+    if (!ReadTypedTenths(minutes) || minutes <= 0 || minutes > kLongestLeg) {
         return EntryResult::InvalidEntry;
     }
     HoldShown()->legMinutes = minutes;
@@ -136,7 +139,7 @@ EntryResult EnterLegTime(const LineRow&) {
 
 EntryResult EnterLegDistance(const LineRow&) {
     double distanceNm = 0;
-    if (!ReadTypedTenths(distanceNm) || distanceNm <= 0) {
+    if (!ReadTypedTenths(distanceNm) || distanceNm <= 0 || distanceNm > kLongestLeg) {
         return EntryResult::InvalidEntry;
     }
     HoldShown()->legDistanceNm = distanceNm;
@@ -195,8 +198,12 @@ void PlanHoldAt(std::int32_t index) {
 }
 
 void HandleHold(const UnitInput& input) {
-    if (input.openedPage == kGnsHold && fixShown != kNoWaypoint) {
-        PlanHoldAt(fixShown);
+    if (input.openedPage == kGnsHold) {
+        PlanHoldAt(FixShown());
+    }
+    HoldPattern* hold = HoldShown();
+    if (hold != nullptr && activePlan.Holds(hold->fixIndex)) {
+        LayOutHold(*hold, activePlan.entries[hold->fixIndex]);  // only the first is, otherwise
     }
 }
 
@@ -265,7 +272,7 @@ void OpenGnsHold() {
     const std::int32_t selected = GnsSelectedEntry();
     const std::int32_t firstAhead = HasActiveWaypoint() ? planBook.activeIndex : 1;
     const bool ahead = GnsShowsActivePlan() && selected >= firstAhead && activePlan.Holds(selected);
-    fixShown = ahead ? selected : kNoWaypoint;
+    GnsSelection() = {&activePlan, ahead ? selected : kNoWaypoint};
     OpenGnsPage(kGnsHold);
 }
 

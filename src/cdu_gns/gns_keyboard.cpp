@@ -40,7 +40,8 @@ void PollGnsKeyboard() {
     }
     const std::int32_t step = (poll.down || poll.pageDown) - (poll.up || poll.pageUp);
     if (step != 0) {
-        StepGnsPage(step);
+        gns.notice.clear();
+        PressGnsPaging(step);
     }
     if (poll.enter) {
         gns.enteredOnLm = false;

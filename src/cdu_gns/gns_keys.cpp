@@ -32,7 +32,7 @@ void StepCounter(GnsCounter counter, std::int32_t step) {
 // NAV, VNAV, FUEL: the page at its first sub-page; on the page itself, the next one.
 void OpenOrStep(GnsPage page, GnsCounter counter) {
     if (gns.page == page) {
-        StepCounter(counter, 1);
+        StepGnsPage(1);
     } else {
         gns.Counter(counter).n = 1;
         ShowPage(page);
@@ -114,8 +114,7 @@ void PressLineKey(const KeyClick& click) {
 // PREV (-1) and NEXT (1).
 void PressPaging(const KeyClick& click) {
     NoteKey();
-    (click.key.code < 0 ? gns.input.prevPressed : gns.input.nextPressed) = true;
-    StepGnsPage(click.key.code);
+    PressGnsPaging(click.key.code);
 }
 
 void PressDirect(const KeyClick&) {
@@ -161,13 +160,13 @@ struct PagingRow {
 constexpr PagingRow kPaging[] = {
     {kGnsDirect, GnsCounter::Direct},
     {kGnsDatabase, GnsCounter::Database},
-    {kGnsNavigation, GnsCounter::Navigation},
+    {kGnsNavigation, GnsCounter::Navigation, true},
     {kGnsDeparture, GnsCounter::Departure},
     {kGnsArrival, GnsCounter::Arrival},
     {kGnsApproach, GnsCounter::Approach},
     {kGnsAirway, GnsCounter::Airway, true},
     {kGnsVnav, GnsCounter::Vnav},
-    {kGnsFuel, GnsCounter::Fuel},
+    {kGnsFuel, GnsCounter::Fuel, true},
     {kGnsOffset, GnsCounter::Offset},
 };
 
@@ -189,6 +188,11 @@ void StepGnsPage(std::int32_t step) {
             StepCounter(row.counter, step);
         }
     }
+}
+
+void PressGnsPaging(std::int32_t step) {
+    (step < 0 ? gns.input.prevPressed : gns.input.nextPressed) = true;
+    StepGnsPage(step);
 }
 
 void PressGnsClear() {

@@ -1,13 +1,13 @@
 // NAVIGATION: the leg being flown, what is ahead, the aircraft's motion, and the unit's own data.
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <span>
 
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "cdu/formats.h"
+#include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
 #include "flightplan/hold_pattern.h"
@@ -28,6 +28,7 @@ constexpr int kValueX = 320;
 constexpr int kTimeX = 380;
 constexpr int kShortValueX = 400;
 constexpr int kIdentX = 90;
+constexpr double kFullCircle = 360;
 constexpr int kMessageRows = 5;
 constexpr int kMessageHeight = 30;
 
@@ -148,15 +149,18 @@ void ShowDesiredTrack(const FieldRow&, UnitText& text) {
 }
 
 void ShowTrueTrack(const FieldRow&, UnitText& text) {
-    if (HasActiveWaypoint() && !HoldBeingFlown()) {
-        text.Put("(%.0f)", WholeCourse(guidance.desiredTrackMag + aircraft.magneticVariation));
+    const double trackTrue = guidance.desiredTrackMag + ShownAircraft().magneticVariation;
+    if (HasActiveWaypoint() && !HoldBeingFlown() && std::isfinite(trackTrue)) {
+        text.Put("(%.0f)", WholeCourse(trackTrue));
     }
 }
 
 void ShowWind(const FieldRow&, UnitText& text) {
     text.Set("---/---");
-    if (std::isfinite(aircraft.windSpeedKt) && std::isfinite(derived.windDirectionMag)) {
-        text.Put("%03.0f/%-3.0f", WholeCourse(derived.windDirectionMag), aircraft.windSpeedKt);
+    if (std::isfinite(ShownAircraft().windSpeedKt) &&
+        std::isfinite(ShownDerived().windDirectionMag)) {
+        text.Put("%03.0f/%-3.0f", WholeCourse(ShownDerived().windDirectionMag),
+                 ShownAircraft().windSpeedKt);
     }
 }
 
@@ -177,7 +181,7 @@ constexpr FieldRow kLegFields[] = {
     {.show = ShowTrueTrack, .style = kGnsData, .valueAt = {160, 240}},
     {.show = ShowDesiredTrack, .style = kGnsData, .valueAt = {kShortValueX, 240}},
     {.label = "GS",
-     .show = [](const FieldRow&, UnitText& t) { t = NumberText(aircraft.groundSpeedKt, 3); },
+     .show = [](const FieldRow&, UnitText& t) { t = NumberText(ShownAircraft().groundSpeedKt, 3); },
      .style = kGnsData,
      .valueAt = {kShortValueX, 280},
      .labelAt = {kGnsLabelX, 280}},
@@ -187,11 +191,11 @@ constexpr FieldRow kLegFields[] = {
 
 // ---- sub-page 2 ----
 void ShowHeadwind(const FieldRow&, UnitText& text) {
-    text = NumberText(std::abs(derived.headwindKt), 3);
+    text = NumberText(std::abs(ShownDerived().headwindKt), 3);
 }
 
 void ShowCrosswind(const FieldRow&, UnitText& text) {
-    text = NumberText(std::abs(derived.crosswindKt), 3);
+    text = NumberText(std::abs(ShownDerived().crosswindKt), 3);
 }
 
 std::int32_t Destination() {
@@ -217,12 +221,13 @@ void ShowCrossTrack(const FieldRow&, UnitText& text) {
 
 constexpr FieldRow kAheadFields[] = {
     {.label = "WIND", .labelAt = {kGnsLabelX, 160}},
-    {.show = [](const FieldRow&, UnitText& t) { t.Set(derived.headwindKt < 0 ? "TAIL" : "HEAD"); },
+    {.show = [](const FieldRow&,
+                UnitText& t) { t.Set(ShownDerived().headwindKt < 0 ? "TAIL" : "HEAD"); },
      .style = kGnsSmall,
      .valueAt = {118, 168}},
     {.show = ShowHeadwind, .style = kGnsData, .valueAt = {170, 160}},
     {.show = [](const FieldRow&,
-                UnitText& t) { t.Set(derived.crosswindKt < 0 ? "LEFT" : "RIGHT"); },
+                UnitText& t) { t.Set(ShownDerived().crosswindKt < 0 ? "LEFT" : "RIGHT"); },
      .style = kGnsSmall,
      .valueAt = {304, 168}},
     {.show = ShowCrosswind, .style = kGnsData, .valueAt = {370, 160}},
@@ -258,9 +263,9 @@ constexpr FieldRow kAheadFields[] = {
 // ---- sub-page 3 ----
 void ShowVariation(const FieldRow&, UnitText& text) {
     text.Set("- ---");
-    if (std::isfinite(aircraft.magneticVariation)) {
-        text.Put("%s %3d", aircraft.magneticVariation < 0 ? "W" : "E",
-                 static_cast<int>(std::floor(std::abs(aircraft.magneticVariation) + 0.5)));
+    if (std::isfinite(ShownAircraft().magneticVariation)) {
+        text.Put("%s %3d", ShownAircraft().magneticVariation < 0 ? "W" : "E",
+                 static_cast<int>(std::floor(std::abs(ShownAircraft().magneticVariation) + 0.5)));
     }
 }
 
@@ -272,7 +277,7 @@ constexpr FieldRow kMotionFields[] = {
     {.label = "DRIFT",
      .show =
          [](const FieldRow&, UnitText& t) {
-             t = SideText(GnsTurnDeg(aircraft.headingMag, GnsTrackMag()), 'L', 'R');
+             t = SideText(GnsTurnDeg(ShownAircraft().headingMag, GnsTrackMag()), 'L', 'R');
          },
      .style = kGnsData,
      .valueAt = {kTimeX, 160},
@@ -284,12 +289,12 @@ constexpr FieldRow kMotionFields[] = {
      .labelAt = {kGnsLabelX, 200}},
     {.label = "TAS",
      .show = [](const FieldRow&,
-                UnitText& t) { t = NumberText(derived.trueAirspeedEstimateKt, 3); },
+                UnitText& t) { t = NumberText(ShownDerived().trueAirspeedEstimateKt, 3); },
      .style = kGnsData,
      .valueAt = {kShortValueX, 240},
      .labelAt = {kGnsLabelX, 240}},
     {.label = "HDG",
-     .show = [](const FieldRow&, UnitText& t) { t = CourseText(aircraft.headingMag); },
+     .show = [](const FieldRow&, UnitText& t) { t = CourseText(ShownAircraft().headingMag); },
      .style = kGnsData,
      .valueAt = {kShortValueX, 280},
      .labelAt = {kGnsLabelX, 280}},
@@ -318,10 +323,10 @@ constexpr FieldRow kUnitFields[] = {
      .style = kGnsData,
      .valueAt = {kDataX, 80}},
     {.label = "POS", .labelAt = {kGnsLabelX, 120}},
-    {.show = [](const FieldRow&, UnitText& t) { t = GnsLatitudeText(aircraft.latitude); },
+    {.show = [](const FieldRow&, UnitText& t) { t = GnsLatitudeText(ShownAircraft().latitude); },
      .style = kGnsData,
      .valueAt = {kDataX, 120}},
-    {.show = [](const FieldRow&, UnitText& t) { t = GnsLongitudeText(aircraft.longitude); },
+    {.show = [](const FieldRow&, UnitText& t) { t = GnsLongitudeText(ShownAircraft().longitude); },
      .style = kGnsData,
      .valueAt = {kDataX, 160}},
 };
@@ -359,6 +364,9 @@ EntryResult ConfirmEta(const LineRow&) {
 }
 
 void ShowSteering(const LineRow& row, UnitText& text) {
+    if (choices.headingEntry && gns.lineState[static_cast<std::size_t>(row.line)] > row.state) {
+        return;  // the heading stands there
+    }
     const bool automatic = IsSelected(gns, row) ? choices.pendingAuto : guidance.lnavEngaged != 0;
     text.Put("%s%s", automatic ? "AUTO" : "MAN", IsSelected(gns, row) ? "?" : "");
 }
@@ -373,21 +381,19 @@ bool HeadingIsTyped(const LineRow& row) {
 }
 
 EntryResult SendTypedHeading(const LineRow&) {
-    const std::string_view text = TypedText(gns);
-    int heading = 0;
-    const auto read = std::from_chars(text.data(), text.data() + text.size(), heading);
-    if (text.empty() || read.ptr != text.data() + text.size() || heading < 0 || heading > 360) {
+    double heading = 0;
+    if (!ReadTypedWhole(heading) || heading > kFullCircle) {
         return EntryResult::InvalidEntry;
     }
     choices.headingEntry = false;
-    SendKeyEvent(KeyEvent::HeadingBugSet, heading == 0 ? 360 : heading);
+    SendKeyEvent(KeyEvent::HeadingBugSet, WholeHeading(heading));
     DisengageLnav();
     return EntryResult::Accepted;
 }
 
 // The heading bug's present value is offered as three digits.
 void OfferHeading(const LineRow&) {
-    LoadScratchpad(gns, CourseText(aircraft.apHeadingBug).view(), 3);
+    LoadScratchpad(gns, CourseText(ShownAircraft().apHeadingBug).view(), 3);
 }
 
 // The pause at the top of descent, where the settings allow it.
@@ -395,14 +401,14 @@ bool OnUnitPage(const LineRow&) {
     return SubPageShown() == 4 && settings.ArmPauseAtTod != 0;
 }
 
-void ShowPause(const LineRow& row, UnitText& text) {
-    text.Put("PAUSE AT TOD (%s)%s", vnav.pauseArmed != 0 ? "ON" : "OFF",
-             IsSelected(gns, row) ? "?" : "");
+void ShowPause(const LineRow&, UnitText& text) {
+    text.Put("PAUSE AT TOD (%s)", vnav.pauseArmed != 0 ? "ON" : "OFF");
 }
 
-EntryResult TogglePause(const LineRow&) {
+// The key itself toggles it.
+void TogglePause(const LineRow&) {
     vnav.pauseArmed = vnav.pauseArmed == 0 ? 1 : 0;
-    return EntryResult::Accepted;
+    ClearGnsSelections();
 }
 
 EntryResult ConfirmSteering(const LineRow& row);
@@ -420,7 +426,7 @@ constexpr LineRow kLines[] = {
     {.line = 5,
      .show = ShowPause,
      .visible = OnUnitPage,
-     .enter = TogglePause,
+     .select = TogglePause,
      .style = kGnsLabel,
      .at = {kGnsLabelX, 360}},
     {.line = 7,

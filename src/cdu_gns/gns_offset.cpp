@@ -15,7 +15,8 @@ namespace avq1 {
 namespace {
 
 constexpr int kValueX = 300;
-constexpr int kPositionX = 240;
+constexpr int kPositionX = 210;
+constexpr double kFarthestNm = 9999;
 constexpr double kFullCircle = 360;
 constexpr double kUnsetValue = -1;
 
@@ -62,7 +63,7 @@ EntryResult EnterRadial(const LineRow&);
 
 EntryResult EnterDistance(const LineRow&) {
     double distanceNm = 0;
-    if (!ReadTypedWhole(distanceNm)) {
+    if (!ReadTypedWhole(distanceNm) || distanceNm > kFarthestNm) {
         return EntryResult::InvalidEntry;
     }
     offset.distanceNm = distanceNm;

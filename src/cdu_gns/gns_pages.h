@@ -43,9 +43,11 @@ enum GnsStyle : std::uint8_t {
     kGnsHighlight,  // yellow, filled
     kGnsBlank,      // black, filled: takes the title away
     kGnsNotice,     // yellow, small
+    kGnsSmallPrompt,
 };
 
 inline constexpr int kGnsCharacterWidth = 20;
+inline constexpr int kGnsCharacterHeight = 33;
 inline constexpr int kGnsLabelX = 30;
 inline constexpr std::size_t kGnsIdentLength = 6;
 // Rows from the one below the title on.
@@ -63,6 +65,8 @@ void PressGnsClear();
 void OpenGnsPage(GnsPage page);
 // Steps the counter of the page shown.
 void StepGnsPage(std::int32_t step);
+// What PREV (-1) and NEXT (1) do, on the unit and on the computer keyboard.
+void PressGnsPaging(std::int32_t step);
 
 // Each opens its page as the pilot reached it.
 void OpenGnsCrossing();  // of the selected waypoint

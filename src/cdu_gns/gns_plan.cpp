@@ -22,7 +22,7 @@ constexpr int kIdentX = 90;
 constexpr int kNoteX = 216;
 constexpr int kNoteDrop = 10;  // small text on the line of the large
 constexpr int kValueX = 300;
-constexpr int kRestrictionX = 410;
+constexpr int kRestrictionX = 420;
 constexpr int kMenuX = 32;
 constexpr const char* kColumnNames[] = {"", "ETE", "ETA", "DIS", "ALT"};
 
@@ -73,7 +73,11 @@ void ShowWaypointEntry(const LineRow&, UnitText& text) {
 }
 
 EntryResult AskToDelete(const LineRow& row) {
-    gns.deletePending = HasWaypointRow(row);
+    if (HasWaypointRow(row)) {
+        gns.deletePending = true;
+    } else {
+        TypeGnsCharacter(kBackspaceToken);  // the row to type on cannot be deleted
+    }
     return EntryResult::None;
 }
 

@@ -53,11 +53,15 @@ bool GnsPlanOnRow(std::int32_t row) {
 
 EntryResult OpenGnsStoredPlan(std::int32_t row) {
     const std::int32_t plan = PlanOnRow(row);
-    LoadPlan(storedPlans.plans[static_cast<std::size_t>(plan)].fileName);
+    const StoredPlan& stored = storedPlans.plans[static_cast<std::size_t>(plan)];
+    LoadPlan(stored.fileName);
     gns.storedPlanNumber = plan + 1;
     gns.storedPlanOpen = 1;
     gns.Counter(GnsCounter::StoredPlan).n = 1;
     gns.notice = planBook.entryNotice;
+    if (gns.notice.empty() && modifiedPlan.lastIndex < 0 && !stored.lastIdent.empty()) {
+        gns.notice = "UNABLE TO LOAD FPL";  // there was a plan when the list was read
+    }
     ClearGnsSelections();
     return EntryResult::None;
 }

@@ -29,7 +29,8 @@ bool HasPlan(const FieldRow&) {
 
 // A plan that cannot be written leaves the file there was, and says so.
 EntryResult SavePlanAs(std::string_view name) {
-    if (name.empty() || activePlan.lastIndex < 1) {
+    const bool isFileName = !name.empty() && name.find('*') == std::string_view::npos;
+    if (!isFileName || activePlan.lastIndex < 1) {
         return EntryResult::InvalidEntry;
     }
     const bool saved = SavePlan(std::string(name) + ".RTE");

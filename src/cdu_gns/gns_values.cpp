@@ -43,7 +43,7 @@ const PredictedPoint& GnsPredictionOf(std::int32_t index) {
 }
 
 double GnsMinutesTo(const PredictedPoint& point) {
-    return point.known && aircraft.groundSpeedKt > kGnsTimesFromKt ? point.minutes : kNone;
+    return point.known && ShownAircraft().groundSpeedKt > kGnsTimesFromKt ? point.minutes : kNone;
 }
 
 double GnsMinutesTo(std::int32_t index) {
@@ -63,7 +63,7 @@ double GnsFuelAtPounds(const PredictedPoint& point) {
 }
 
 double GnsTrackMag() {
-    return TrueToMagnetic(aircraft.headingMag - derived.driftDeg, 0);
+    return TrueToMagnetic(ShownAircraft().headingMag - ShownDerived().driftDeg, 0);
 }
 
 double GnsTurnDeg(double fromDeg, double toDeg) {
@@ -107,7 +107,10 @@ std::int32_t GnsNextIndex() {
 namespace {
 
 UnitText DegreesText(double degrees, bool isLatitude) {
-    UnitText text;
+    UnitText text = Dashes(isLatitude ? 9 : 10);
+    if (!std::isfinite(degrees)) {
+        return text;
+    }
     if (settings.DecLatLonDisp > 0) {
         text.Put("(%.6f)", degrees);
         return text;

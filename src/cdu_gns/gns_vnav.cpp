@@ -94,15 +94,15 @@ void ShowRequired(const FieldRow&, UnitText& text) {
 }
 
 void ShowActualLabel(const FieldRow&, UnitText& text) {
-    text.Put("ACTUAL   FPM %s", aircraft.verticalSpeedFpm < 0 ? "DN" : "UP");
+    text.Put("ACTUAL   FPM %s", ShownAircraft().verticalSpeedFpm < 0 ? "DN" : "UP");
 }
 
 void ShowActual(const FieldRow&, UnitText& text) {
-    text = NumberText(std::abs(aircraft.verticalSpeedFpm), 4);
+    text = NumberText(std::abs(ShownAircraft().verticalSpeedFpm), 4);
 }
 
 double DeviationFt() {
-    return aircraft.altitudeFt - vnav.pathAltitude;
+    return ShownAircraft().altitudeFt - vnav.pathAltitude;
 }
 
 // What matters in the phase: the gradient, the rate from the top of descent on, the deviation.
@@ -131,10 +131,10 @@ void ShowPhaseValue(const FieldRow&, UnitText& text) {
     }
     switch (vnav.Phase()) {
         case VerticalPhase::Climb: {
-            const bool moving = aircraft.groundSpeedKt > kGnsTimesFromKt;
-            const double feetPerNm =
-                moving ? aircraft.verticalSpeedFpm / aircraft.groundSpeedKt * kMinutesPerHour
-                       : kNone;
+            const bool moving = ShownAircraft().groundSpeedKt > kGnsTimesFromKt;
+            const double feetPerNm = moving ? ShownAircraft().verticalSpeedFpm /
+                                                  ShownAircraft().groundSpeedKt * kMinutesPerHour
+                                            : kNone;
             text.Put("%s/NM", NumberText(feetPerNm, 4).c_str());
             break;
         }

@@ -74,20 +74,20 @@ EntryResult EnterPathAngle(const LineRow&) {
 // ---- the altitude set on the autopilot ----
 // Until it is reached at the present vertical speed.
 double MinutesToPreselected() {
-    const double feet = aircraft.apAltitudeTargetFt - aircraft.altitudeFt;
-    const bool approaching =
-        std::abs(aircraft.verticalSpeedFpm) > kStillFpm && feet * aircraft.verticalSpeedFpm > 0;
-    return approaching ? feet / aircraft.verticalSpeedFpm : kNone;
+    const double feet = ShownAircraft().apAltitudeTargetFt - ShownAircraft().altitudeFt;
+    const bool approaching = std::abs(ShownAircraft().verticalSpeedFpm) > kStillFpm &&
+                             feet * ShownAircraft().verticalSpeedFpm > 0;
+    return approaching ? feet / ShownAircraft().verticalSpeedFpm : kNone;
 }
 
 void ShowPreselected(const FieldRow&, UnitText& text) {
-    text = NumberText(aircraft.apAltitudeTargetFt, 4);
+    text = NumberText(ShownAircraft().apAltitudeTargetFt, 4);
 }
 
 void ShowRange(const FieldRow&, UnitText& text) {
     const double minutes = MinutesToPreselected();
     text = std::isfinite(minutes)
-               ? NumberText(minutes / kMinutesPerHour * aircraft.groundSpeedKt, 4, 1)
+               ? NumberText(minutes / kMinutesPerHour * ShownAircraft().groundSpeedKt, 4, 1)
                : Dashes(5);
 }
 

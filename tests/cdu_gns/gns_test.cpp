@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,7 @@
 #include "cdu_gns/gns_fixture.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "flightplan/plan_notation.h"
 #include "guidance/activation.h"
@@ -116,6 +119,7 @@ TEST_F(GnsTest, TheColumnChangesWhenItIsConfirmed) {
 
 TEST_F(GnsTest, APlanIsTypedFromNothing) {
     MakeDatabase();
+    EXPECT_EQ(unit.After("FPL L1 CLR ENTER").front(), "PILOT ENTERED WPT") << "an empty field";
     unit.Press("FPL");
     EXPECT_THAT(unit.Rows(), AllOf(Contains("ACTIVE FPL   1/1"), Contains("******")));
     unit.Press("L1 =KAAA ENTER");
@@ -249,7 +253,9 @@ TEST_F(GnsTest, AnOffsetIsInsertedAtRadialAndDistance) {
     EXPECT_THAT(unit.Rows(), IsSupersetOf(Rows{"RAD|-----", "DIS|------"}));
     EXPECT_THAT(unit.After("ENTER").front(), HasSubstr("OFFSET")) << "nothing to insert yet";
     EXPECT_EQ(unit.After("L8 =361 ENTER").front().substr(0, 13), "INVALID ENTRY");
-    unit.Press("CLR CLR CLR =260 ENTER =30 ENTER");
+    unit.Press("CLR CLR CLR =260 ENTER =10000 ENTER");
+    EXPECT_EQ(unit.Rows().front().substr(0, 13), "INVALID ENTRY") << "once around is far enough";
+    unit.Press("L8 L8 L8 ENTER =30 ENTER");
     EXPECT_THAT(unit.Rows(), IsSupersetOf(Rows{"RAD|260", "DIS|30", "OK? ENTER"}));
     unit.Press("L10 CLR ENTER ENTER");
     EXPECT_EQ(activePlan.entries[3].ident, "NEWPT");
@@ -284,6 +290,11 @@ TEST_F(GnsTest, CrossingRestrictsTheSelectedWaypoint) {
         EXPECT_EQ(c.altitude == 0 ? 0 : entry.altitude, c.altitude) << c.typed;
         EXPECT_EQ(entry.altitudeConstraint, c.constraint) << c.typed;
     }
+    activePlan.Edit(2).altitude = 9000;
+    activePlan.Edit(2).altitudeConstraint = kCrossAtOrAbove;
+    unit.Press("NAV FPL L7 ENTER ENTER");
+    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, kCrossAtOrAbove) << "nothing typed";
+    EXPECT_EQ(activePlan.entries[2].altitude, 9000);
     EXPECT_THAT(unit.After("NAV FPL L2 L2 VNAV =250*10000"),
                 AllOf(Contains("AT FLY"), Contains(HasSubstr("250/10000"))));
     EXPECT_THAT(unit.After("ENTER"), Contains("FLY|" + TimeTo(2) + "|A"));
@@ -311,6 +322,34 @@ TEST_F(GnsTest, DirectFliesToThePickedOrTypedWaypoint) {
     EXPECT_EQ(Show(activePlan),
               "KAAA ABCDE FLY DCT DIRECT >LATER LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
     EXPECT_EQ(unit.After("DIRECT =NOWHER ENTER").front().substr(0, 15), "NOT IN DATABASE");
+}
+
+TEST_F(GnsTest, ALongPlanIsPagedThroughOnDirect) {
+    MakeDatabase();
+    MakePlan();
+    for (int i = 8; i <= 25; ++i) {
+        PlanWaypoint entry = activePlan.entries[2];
+        entry.ident = "P" + std::to_string(i);
+        activePlan.Append(entry);
+    }
+    SetActiveWaypoint(21);
+    constexpr struct {
+        const char* keys;
+        const char* title;
+    } kCases[] = {{"DIRECT L2 NEXT ENTER", "DIRECT 2/3"},  // the pick is given up
+                  {"L2 DIRECT PREV ENTER", "DIRECT 2/3"},
+                  {"PREV =LATER", "DIRECT 1/3|LATER"},  // its row is on another page
+                  {"NEXT", "DIRECT 2/3"},
+                  {"NEXT ENTER", "DIR CLOSEST ARP 3/3"},
+                  {"NEXT ENTER", "DATABASE WPT 1/1"},
+                  {"L10 CLR ENTER ENTER", "DIRECT 2/3"},
+                  {"ENTER", "ACTIVE FPL   1/2"}};
+    for (const auto& c : kCases) {
+        EXPECT_EQ(unit.After(c.keys).front(), c.title) << c.keys;
+    }
+    EXPECT_EQ(ActiveWaypoint().ident, "LATER");
+    EXPECT_EQ(ActiveWaypoint().flyover, 1);
+    EXPECT_THAT(unit.After("L3 =NEWPT ENTER"), Contains("FLYOVER:|NO")) << "held for one waypoint";
 }
 
 TEST_F(GnsTest, AForcedTurnBeginsOnItsSide) {
@@ -391,6 +430,7 @@ TEST_F(GnsTest, AnAirwayIsInsertedUpToThePickedFix) {
     MakeDatabase();
     MakePlan();
     unit.Press("FPL L3 =#J9 ENTER");
+    EXPECT_EQ(modifiedPlan.lastIndex, 7) << "looked up from a copy";
     EXPECT_THAT(unit.Rows(),
                 IsSupersetOf(Rows{"FR|FLY", "TO|JONE", "JTWO", "JTHR", "SELECT ENDING WPT"}));
     unit.Press("ENTER");
@@ -425,7 +465,9 @@ TEST_F(GnsTest, StoredPlansAreOpenedChangedAndActivated) {
     unit.Press("FPL FPL L7 ENTER L10 L10 ENTER");
     EXPECT_EQ(modifiedPlan.lastIndex, -1);
     EXPECT_TRUE(folder.Exists("avq/flightplans/P1.RTE")) << "erasing never deletes a file";
-    folder.Write("avq/flightplans/GONE.RTE", "[FlightPlan]\n");
+    unit.Press("FPL");
+    std::filesystem::remove(folder.root() / "avq/flightplans/P2.RTE");
+    EXPECT_THAT(unit.After("L7 L7 ENTER").front(), StartsWith("UNABLE TO LOAD FPL"));
     EXPECT_EQ(activePlan.lastIndex, 3);
 }
 
@@ -434,7 +476,8 @@ TEST_F(GnsTest, TheActivePlanIsSavedUnderTheTypedName) {
     folder.Write("avq/flightplans/OLD.RTE", "old");
     unit.Press("FPL NEXT L9 ENTER");
     EXPECT_THAT(unit.Rows(), IsSupersetOf(Rows{"SAVE ACTIVE FPL ", "KAAA|-|KBBB", "KAAAKBBB.RTE"}));
-    unit.Press("L2 =ELEVENCHARS ENTER");
+    EXPECT_THAT(unit.After("L2 =A*B ENTER").front(), StartsWith("INVALID ENTRY"));
+    unit.Press("L2 L2 =ELEVENCHARS ENTER");
     EXPECT_TRUE(folder.Exists("avq/flightplans/ELEVENCHAR.RTE"));
     EXPECT_EQ(gns.page, kGnsPlan);
     activePlan.Edit(7).type = "WPT";
@@ -450,7 +493,7 @@ TEST_F(GnsTest, AHoldIsPlannedAtTheSelectedWaypointAndChanged) {
     EXPECT_EQ(holdList.count, 0);
     EXPECT_THAT(unit.After("FPL L2 L2 HOLD"),
                 IsSupersetOf(Rows{"AT FLY", "INBOUND CRS|090", "TURN DIR|RIGHT", "LEG TIME|1.0",
-                                  "LEG DIST|----"}));
+                                  "LEG DIST|(4.0)"}));
     ASSERT_EQ(holdList.count, 1);
     EXPECT_EQ(holdList.holds[1].fixIndex, 2);
     EXPECT_EQ(holdList.holds[1].corners[0].name, "Fix");
@@ -465,7 +508,9 @@ TEST_F(GnsTest, AHoldIsPlannedAtTheSelectedWaypointAndChanged) {
                   {"L9 =15 ENTER", "LEG TIME|1.5"},
                   {"L9 L9 =125 ENTER", "LEG DIST|12.5"},
                   {"", "LEG TIME|(3.1)"},
-                  {"L10 CLR ENTER", "EXIT MODE|AUTO"}};
+                  {"L9 =1000 ENTER", "LEG TIME|100.0"},  // refused
+                  {"L9 =1000 ENTER", "LEG DIST|100.0"},
+                  {"L9 L10 CLR ENTER", "EXIT MODE|AUTO"}};
     for (const auto& c : kCases) {
         EXPECT_THAT(unit.After(c.keys), Contains(StartsWith(c.row))) << c.keys;
     }
@@ -475,9 +520,144 @@ TEST_F(GnsTest, AHoldIsPlannedAtTheSelectedWaypointAndChanged) {
     EXPECT_EQ(hold.legDistanceNm, 12.5);
     EXPECT_EQ(hold.legByTime, 0);
     EXPECT_EQ(hold.exitAutomatic, 1);
+    EXPECT_THAT(unit.After("FPL L3 HOLD"),
+                IsSupersetOf(Rows{"AT LONGER", "LEG TIME|1.0", "LEG DIST|(4.0)"}))
+        << "one that is not the next to be flown";
+    InsertBetween(activePlan, 2, activePlan.entries[1]);
+    EXPECT_THAT(unit.After("L9"), Contains("AT LONGER")) << "the page follows its waypoint";
 }
 
 // ---- navigation, vertical, fuel ----
+
+TEST_F(GnsTest, ThePauseIsToggledByItsKeyWhereTheSettingsAllowIt) {
+    const auto hasPause = Contains(HasSubstr("PAUSE AT TOD"));
+    EXPECT_THAT(unit.After("NAV PREV"), Not(hasPause));
+    settings.ArmPauseAtTod = 1;
+    EXPECT_THAT(unit.After("NAV"), Not(hasPause)) << "only where the unit tells its own data";
+    EXPECT_THAT(unit.After("PREV"), Contains("PAUSE AT TOD (OFF)"));
+    EXPECT_THAT(unit.After("L5"), Contains("PAUSE AT TOD (ON)"));
+    EXPECT_EQ(vnav.pauseArmed, 1);
+    EXPECT_THAT(unit.After("L5"), Contains("PAUSE AT TOD (OFF)"));
+}
+
+TEST_F(GnsTest, WhatIsLostIsShownAsDashes) {
+    MakePlan();
+    aircraft.verticalSpeedFpm = 700;
+    for (const std::int32_t variable : {551, 81, 86, 82}) {  // ground speed, headings, variation
+        simulator.variables[variable] = std::numeric_limits<double>::quiet_NaN();
+    }
+    for (int i = 0; i < 2 * kReadingsUntilLost; ++i) {
+        RefreshAircraftState();
+    }
+    avionicsPower = 1;
+    EXPECT_THAT(unit.After("NAV"), IsSupersetOf(Rows{"GS|---", "ETE|--:----", "DTK|090"}));
+    EXPECT_THAT(unit.After("NAV"), Contains("TKE|- ---"));
+    EXPECT_THAT(unit.After("NAV"), IsSupersetOf(Rows{"HDG|---", "VAR|- ---", "TK|---"}));
+}
+
+// What of the painted texts touches another one or runs off the screen of 495 x 400.
+std::string Touching(const std::vector<DrawnText>& texts) {
+    struct Ink {
+        double left, right, top, bottom;
+    };
+    const auto inkOf = [](const DrawnText& text) {
+        const double width = 0.6 * text.pixelSize;
+        const auto first = static_cast<double>(text.text.find_first_not_of(' '));
+        const auto last = static_cast<double>(text.text.find_last_not_of(' '));
+        return Ink{text.x + width * first + 1, text.x + width * (last + 1) - 1,
+                   text.y + 0.27 * text.pixelSize, text.y + 0.85 * text.pixelSize};
+    };
+    std::string found;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        const Ink a = inkOf(texts[i]);
+        found += a.right > 495 ? texts[i].text + " runs off; " : "";
+        for (std::size_t k = i + 1; k < texts.size(); ++k) {
+            const Ink b = inkOf(texts[k]);
+            if (a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom) {
+                found += texts[i].text + " on " + texts[k].text + "; ";
+            }
+        }
+    }
+    return found;
+}
+
+TEST_F(GnsTest, TheLongestTextsTouchNothing) {
+    class LargeGns : public FakeGns {
+      public:
+        std::string TouchingAfter(const std::string& keys) {
+            Press(keys);
+            RequestUnitRedraw();
+            Picture::Forget();
+            DrawGns(large_.Target(DisplayDrawMode::Normal));
+            return Touching(Picture::Texts());
+        }
+
+      private:
+        Picture large_{495, 400};
+    };
+    MakeDatabase();
+    MakePlan();
+    while (!activePlan.IsFull()) {
+        PlanWaypoint entry = activePlan.entries[3];
+        entry.ident = "WWWWWW";
+        entry.via = "UWW999W";
+        entry.altitude = 99999;
+        entry.altitudeConstraint = 1;
+        activePlan.Append(entry);
+    }
+    SetActiveWaypoint(100);
+    settings.DecLatLonDisp = 1;
+    settings.ArmPauseAtTod = 1;
+    aircraft.longitude = -122.25;
+    aircraft.windSpeedKt = 135;
+    aircraft.verticalSpeedFpm = -5999;
+    aircraft.apAltitudeTargetFt = 99999;
+    aircraft.magneticVariation = -12.5;
+    guidance.crossTrackNm = 1234.56;
+    derived.windDirectionMag = 272;
+    planBook.reserveFuelInUse = 999999;
+    simulator.variables[306] = 6.7;
+    simulator.variables[291] = simulator.variables[297] = 8388608;
+    simulator.variables[292] = simulator.variables[298] = 50000;
+    LargeGns large;
+    for (const char* keys : {"NAV",
+                             "L7",
+                             "L10",
+                             "L10 L10 CLR ENTER =360000",
+                             "NAV",
+                             "NAV",
+                             "NAV",
+                             "VNAV",
+                             "VNAV",
+                             "L5 ENTER",
+                             "L7 =999999",
+                             "L8 =999999",
+                             "FUEL",
+                             "L7 =999999",
+                             "FUEL",
+                             "FUEL",
+                             "FUEL",
+                             "FUEL",
+                             "FUEL",
+                             "FPL",
+                             "L7",
+                             "NEXT L3 HOLD",
+                             "L7 =999999",
+                             "L9 =999999",
+                             "L9 =999999",
+                             "L10",
+                             "DIRECT",
+                             "=WWWWWW",
+                             "DIRECT",
+                             "NAV FPL L3 =KBBB ENTER",
+                             "L10",
+                             "NAV FPL L3 =NEWPT* ENTER L8 =270 ENTER =9999 ENTER",
+                             "NAV FPL L3 =QQQQQQ ENTER",
+                             "NAV FPL PREV L5 ENTER",
+                             "L6 =KBBB ENTER"}) {
+        EXPECT_EQ(large.TouchingAfter(keys), "") << keys;
+    }
+}
 
 TEST_F(GnsTest, NavigationTellsTheLegAndWhatIsAhead) {
     MakePlan();
@@ -542,7 +722,9 @@ TEST_F(GnsTest, TheReserveIsTypedInTheSettingsUnitOnOneGaugeAndInPoundsOnTheOthe
     FakeGns luminous(kGnsLmKeys);
     luminous.Press("FPL FUEL L7 =1000 ENTER");
     EXPECT_EQ(planBook.reserveFuelInUse, 1000);
-    luminous.Press("L7 ENTER");
+    luminous.Press("L7 =INF ENTER");
+    EXPECT_EQ(planBook.reserveFuelInUse, 1000) << "no number";
+    luminous.Press("L7 L7 ENTER");
     EXPECT_EQ(planBook.reserveFuelInUse, 1000) << "nothing typed";
 }
 
