@@ -94,11 +94,15 @@ std::vector<std::string> RunwayOptions() {
 }
 
 std::vector<std::string> ItemOptions() {
-    if (KindShown().page == kGnsApproach) {
-        ListApproachTypes(choice.runway, kNoChoice);
-        return AirportShown().procedures.approachGroups;
-    }
     std::vector<std::string> options;
+    if (KindShown().page == kGnsApproach) {
+        for (const ApproachChoice& approach : ListApproaches(choice.runway)) {
+            if (std::ranges::find(options, approach.type) == options.end()) {
+                options.push_back(approach.type);
+            }
+        }
+        return options;
+    }
     for (const Procedure& procedure : ProceduresShown()) {
         if (choice.runway == kNoChoice || ServesRunway(procedure, choice.runway)) {
             options.push_back(procedure.name);
@@ -123,7 +127,9 @@ std::vector<std::string> NamedTransitions(const Procedure& procedure) {
 
 std::vector<std::string> TransitionOptions() {
     if (KindShown().page == kGnsApproach) {
-        return ListApproachTransitions(choice.item, choice.runway);
+        std::vector<std::string> named = ListApproachTransitions(choice.item, choice.runway);
+        std::erase(named, "MISSED");  // how the way out is marked
+        return named;
     }
     const Procedure* procedure = FindProcedure(ProceduresShown(), choice.item);
     return procedure != nullptr ? NamedTransitions(*procedure) : std::vector<std::string>{};

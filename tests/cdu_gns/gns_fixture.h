@@ -72,7 +72,8 @@ class GnsTest : public ::testing::Test {
                      "[KBBB]\n09L ILS INAAA IAF --- 0.1 6.5 0 0 ---\n"
                      "09L ILS FAAA FAF 1500A 0.0 6.8 0 0 ---\n"
                      "09L VOR IVAAA IAF --- 0.2 6.5 0 0 ---\n"
-                     "09L VOR FVAAA FAF 1500A 0.1 6.8 0 0 ---\n");
+                     "09L VOR FVAAA FAF 1500A 0.1 6.8 0 0 ---\n"
+                     "09L LOC FLAAA FAF 1500A 0.1 6.7 0 0 ---\n");
         folder.Write("avq/Navdata/fsb_awy2.txt",
                      "J9 0010 JONE 0.0 1.5\nJ9 0020 FLY 0.0 2.0\nJ9 0030 JTWO 0.0 2.5\n"
                      "J9 0040 JTHR 0.0 2.8\n");

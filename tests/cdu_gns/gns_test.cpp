@@ -413,7 +413,8 @@ TEST_F(GnsTest, ArrivalAndApproachAreSplicedAndErased) {
     MakeDatabase();
     MakePlan();
     unit.Press("FPL NEXT L5 L5 ENTER");
-    EXPECT_THAT(unit.After("ENTER"), IsSupersetOf(Rows{"APCH|KBBB|1/1", "ILS   ?", "VOR   "}));
+    EXPECT_THAT(unit.After("ENTER"),
+                IsSupersetOf(Rows{"APCH|KBBB|1/1", "ILS   ?", "VOR   ", "LOC   "}));
     EXPECT_THAT(unit.After("ENTER"), Contains("WPTS OF APPROACH:"));
     unit.Press("L5 ENTER");
     EXPECT_EQ(Show(activePlan), "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(INAAA,FAAA) KBBB");

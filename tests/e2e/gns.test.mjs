@@ -35,10 +35,37 @@ event AP_ALT_VAR_SET 20000
 event AP_VS_VAR_SET 1800
 event AP_VS_HOLD
 run 1s
-${keys('FPL L1 =KBOS ENTER ENTER =BRONC ENTER ENTER =GDM ENTER ENTER =KBUF ENTER ENTER')}
+${keys('FPL L1 =KBOS ENTER ENTER =BRONC ENTER ENTER =GDM ENTER ENTER =KJFK ENTER ENTER')}
 ${keys('NAV FPL L3 L3 L2 L2 L3 =#T608 ENTER')}
 expect texts 4004 contains "SELECT ENDING WPT"
-texts 4004
+${keys('NEXT L2 L2 ENTER')}
+${keys('NAV FPL NEXT L3 =MYPNT ENTER =N420000W0740000 ENTER')}
+${keys('=JFK* ENTER L8 =360 ENTER =30 ENTER ENTER')}
+${keys('NAV L10 ENTER')}
+expect var avq_lnav_mode = 1
+${keys('FPL L2 L2 HOLD')}
+expect texts 4004 contains "AT GDM"
+${keys('L9 =10 ENTER NAV')}
+run-until texts 4004 contains HOLDING timeout 1h
+run 5m
+expect texts 4004 contains HOLDING
+expect var avq_act_wpt_id = GDM
+${keys('L1 ENTER')}
+expect texts 4004 contains "EXIT HOLD"
+run-until var avq_act_wpt_id = HURLY timeout 30m
+${keys('DIRECT L5 ENTER')}
+expect var avq_act_wpt_id = ALB
+run-until var avq_act_wpt_id = MYPNT timeout 1h
+run-until var avq_act_wpt_id = JFK timeout 1h
+${keys('NAV FPL PREV L5 L5 ENTER')}
+${keys('ENTER ENTER')}
+expect texts 4004 contains "WPTS OF APPROACH"
+expect texts 4004 lacks MISSED
+${keys('L5 ENTER')}
+expect texts 4004 contains APPR
+${keys('DIRECT PREV L1 ENTER')}
+expect texts 4004 contains "ACTIVE FPL"
+run-until var avq_lnav_mode = 0 timeout 30m
 `;
 
 test('the unit alone flies a plan typed from nothing', { timeout: kFlightMs }, () => {
