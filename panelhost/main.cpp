@@ -7,9 +7,9 @@
 #include <iterator>
 #include <string>
 
-#include "panelhost/script.h"
-#include "panelhost/session.h"
-#include "panelhost/text.h"
+#include "panelhost/base/text.h"
+#include "panelhost/script/script.h"
+#include "panelhost/session/session.h"
 #ifdef AVQPANEL_WEB
 #include "panelhost/web/web_server.h"
 #endif

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Compares the includes of src/ with the CMake link lists: a folder may include only itself and
-the folders it links to, and the links form no cycle. Exit status 1 names every offence."""
+the folders it links to, and the links form no cycle; the same for panelhost/. Exit status 1 names every offence."""
 import pathlib
 import re
 import sys
@@ -48,6 +48,28 @@ def check_panel_host(links):
                 yield f"{source.relative_to(ROOT)}:{number}: the panel host knows no internals ({name})"
 
 
+def panel_host_links():
+    """folder of panelhost/ -> set of folders it links to."""
+    text = (ROOT / "panelhost" / "CMakeLists.txt").read_text()
+    calls = re.findall(r"^panelhost_library\((\w+)(?:\s+LINKS\s+([^)]*))?\)", text, re.M)
+    links = {name: set(listed.split()) for name, listed in calls}
+    return {**links, "web": set(links)}
+
+
+def check_panel_host_folders(links):
+    for source in sorted((ROOT / "panelhost").rglob("*")):
+        folder = source.relative_to(ROOT / "panelhost").parts[0]
+        if source.suffix not in (".h", ".cpp") or folder == "main.cpp":
+            continue
+        if folder not in links:
+            yield f"{source.relative_to(ROOT)}: {folder} is no library"
+            continue
+        for number, name in includes(source):
+            parts = name.split("/")
+            if parts[0] == "panelhost" and parts[1] not in {folder} | links[folder]:
+                yield f"{source.relative_to(ROOT)}:{number}: {folder} does not link {parts[1]}"
+
+
 def check_os_headers():
     """OS headers and #ifdefs on the system stay in src/platform/."""
     pattern = re.compile(r"#\s*include\s+<(windows\.h|unistd\.h|sys/|dirent\.h|fcntl\.h|cairo)|_WIN32|__linux__")
@@ -79,13 +101,16 @@ def check_cycles(links):
 
 def main():
     links = link_lists()
-    if len(links) < 10:
+    host_links = panel_host_links()
+    if len(links) < 10 or len(host_links) < 5:
         print("check_layers: the CMake link lists were not found")
         return 1
     offences = [
         *check_cycles(links),
         *check_source_folders(links),
         *check_panel_host(links),
+        *check_cycles(host_links),
+        *check_panel_host_folders(host_links),
         *check_os_headers(),
     ]
     for offence in offences:

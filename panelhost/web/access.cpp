@@ -4,7 +4,7 @@
 #include <cctype>
 #include <random>
 
-#include "panelhost/text.h"
+#include "panelhost/base/text.h"
 
 namespace panelhost {
 namespace {

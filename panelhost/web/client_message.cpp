@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <variant>
 
-#include "panelhost/situations.h"
+#include "panelhost/session/situations.h"
 
 namespace panelhost {
 namespace {

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "panelhost/situations.h"
+#include "panelhost/session/situations.h"
 #include "panelhost/web/server_messages.h"
 #include "panelhost/web/server_state.h"
 #include "panelhost/web/socket_client.h"

@@ -7,7 +7,7 @@
 #include <boost/beast/websocket/rfc6455.hpp>
 #include <optional>
 
-#include "panelhost/png.h"
+#include "panelhost/base/png.h"
 #include "panelhost/web/http_rules.h"
 
 namespace panelhost {

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "panelhost/text.h"
+#include "panelhost/base/text.h"
 
 namespace panelhost {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "panelhost/png.h"
+#include "panelhost/base/png.h"
 
 namespace panelhost {
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 
 namespace panelhost {
 

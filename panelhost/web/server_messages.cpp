@@ -3,7 +3,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-#include "panelhost/situations.h"
+#include "panelhost/session/situations.h"
 
 namespace panelhost {
 namespace {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 
 namespace panelhost {
 

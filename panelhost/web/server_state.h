@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 #include "panelhost/web/access.h"
 #include "panelhost/web/client_message.h"
 #include "panelhost/web/picture_feed.h"

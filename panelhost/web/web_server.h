@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 
 namespace panelhost {
 

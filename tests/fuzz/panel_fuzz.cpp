@@ -1,8 +1,8 @@
 // Any text read as a panel file or a script gives records within their bounds.
 #include "fuzz/fuzz_text.h"
-#include "panelhost/panel_config.h"
-#include "panelhost/script.h"
-#include "panelhost/session.h"
+#include "panelhost/panel/panel_config.h"
+#include "panelhost/script/script.h"
+#include "panelhost/session/session.h"
 
 void FuzzText(std::string_view text) {
     using namespace panelhost;

@@ -1,4 +1,4 @@
-#include "panelhost/data_service.h"
+#include "panelhost/world/data_service.h"
 
 #include <gtest/gtest.h>
 

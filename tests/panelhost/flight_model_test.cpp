@@ -1,11 +1,11 @@
-#include "panelhost/flight_model.h"
+#include "panelhost/world/flight_model.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 
-#include "panelhost/key_events.h"
+#include "panelhost/world/key_events.h"
 
 namespace panelhost {
 namespace {

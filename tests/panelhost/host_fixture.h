@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 #include "tests/panelhost/fake/probe_module.h"
 
 namespace panelhost {

@@ -2,7 +2,7 @@
 // a pilot's clicks on the compact unit end in the host's aircraft.
 #include <cstdio>
 
-#include "panelhost/script.h"
+#include "panelhost/script/script.h"
 #include "support/leak_suppressions.h"
 #include "tests/panelhost/host_fixture.h"
 

@@ -1,4 +1,4 @@
-#include "panelhost/panel_config.h"
+#include "panelhost/panel/panel_config.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
-#include "panelhost/radios.h"
+#include "panelhost/world/radios.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "panelhost/flight_model.h"
-#include "panelhost/key_events.h"
-#include "panelhost/variables.h"
+#include "panelhost/world/flight_model.h"
+#include "panelhost/world/key_events.h"
+#include "panelhost/world/variables.h"
 
 namespace panelhost {
 namespace {

@@ -1,9 +1,9 @@
-#include "panelhost/resources.h"
+#include "panelhost/module/resources.h"
 
 #include <gtest/gtest.h>
 
-#include "panelhost/compose.h"
-#include "panelhost/text.h"
+#include "panelhost/panel/compose.h"
+#include "panelhost/base/text.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {

@@ -1,8 +1,8 @@
-#include "panelhost/script.h"
+#include "panelhost/script/script.h"
 
 #include <gmock/gmock.h>
 
-#include "panelhost/text.h"
+#include "panelhost/base/text.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {

@@ -1,11 +1,11 @@
-#include "panelhost/session.h"
+#include "panelhost/session/session.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cstdio>
 
-#include "panelhost/script.h"
+#include "panelhost/script/script.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {

@@ -1,4 +1,4 @@
-#include "panelhost/situations.h"
+#include "panelhost/session/situations.h"
 
 #include <gtest/gtest.h>
 

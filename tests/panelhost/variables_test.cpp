@@ -1,10 +1,10 @@
-#include "panelhost/variables.h"
+#include "panelhost/world/variables.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-#include "panelhost/flight_model.h"
+#include "panelhost/world/flight_model.h"
 
 namespace panelhost {
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "host/gauge_table.h"
-#include "panelhost/resources.h"
+#include "panelhost/module/resources.h"
 #include "resources/painter/inventory.h"
 #include "resources/painter/pack.h"
 

@@ -7,8 +7,8 @@
 #include <numeric>
 
 #include "base/module_state.h"
-#include "panelhost/host_state.h"
-#include "panelhost/services.h"
+#include "panelhost/session/host_state.h"
+#include "panelhost/session/services.h"
 #include "support/fake_data_service.h"
 
 namespace avq1 {

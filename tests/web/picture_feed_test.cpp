@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "panelhost/text.h"
+#include "panelhost/base/text.h"
 
 namespace panelhost {
 namespace {

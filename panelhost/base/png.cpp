@@ -1,0 +1,44 @@
+#include "panelhost/base/png.h"
+
+#include <png.h>
+
+#include <fstream>
+
+namespace panelhost {
+
+std::vector<std::uint8_t> EncodePng(int width, int height, const std::uint32_t* argb, bool fast) {
+    if (width < 1 || height < 1 || argb == nullptr) {
+        return {};
+    }
+    std::vector<std::uint8_t> rgb;
+    const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    rgb.reserve(count * 3);
+    for (std::size_t i = 0; i < count; ++i) {
+        rgb.push_back(static_cast<std::uint8_t>(argb[i] >> 16U));
+        rgb.push_back(static_cast<std::uint8_t>(argb[i] >> 8U));
+        rgb.push_back(static_cast<std::uint8_t>(argb[i]));
+    }
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = static_cast<png_uint_32>(width);
+    image.height = static_cast<png_uint_32>(height);
+    image.format = PNG_FORMAT_RGB;
+    image.flags = fast ? PNG_IMAGE_FLAG_FAST : 0;
+    std::vector<std::uint8_t> file(PNG_IMAGE_PNG_SIZE_MAX(image));
+    png_alloc_size_t size = file.size();
+    const bool good =
+        png_image_write_to_memory(&image, file.data(), &size, 0, rgb.data(), 0, nullptr) != 0;
+    file.resize(good ? size : 0);
+    return file;
+}
+
+bool WritePng(const std::string& path, int width, int height, const std::uint32_t* argb) {
+    const std::vector<std::uint8_t> bytes = EncodePng(width, height, argb, false);
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+    file.flush();
+    return !bytes.empty() && file.good();
+}
+
+}  // namespace panelhost

@@ -1,0 +1,18 @@
+// panelhost/session/frame.h - the panel events a module is sent: at the start, each frame, at the
+// end.
+//
+// Update events fall due 18 times a second of panel time and go to every placed gauge, draw events
+// once a frame to the gauges of visible windows.
+#pragma once
+
+#include "panelhost/session/host_state.h"
+
+namespace panelhost {
+
+void SendStartEvents(HostState& host);
+void SendEndEvents(HostState& host);
+void StepPanel(HostState& host, double dtS, bool draw);
+// Takes over what the gauges have drawn, moved, shown or hidden.
+void SettleAll(HostState& host);
+
+}  // namespace panelhost

@@ -1,0 +1,86 @@
+// panelhost/session/host_state.h - everything one open session holds, shared by the host's topics.
+//
+// A gauge module calls back without telling who called, so the open session's state is also found
+// through ActiveHost(); it is set while a session is open.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "panelhost/module/module_loader.h"
+#include "panelhost/panel/compose.h"
+#include "panelhost/panel/panel_config.h"
+#include "panelhost/panel/placement.h"
+#include "panelhost/session/session.h"
+#include "panelhost/world/radios.h"
+#include "panelhost/world/world.h"
+
+namespace panelhost {
+
+struct HostWindow {
+    PanelWindow panel;
+    DeskBox desk;
+    bool visible = true;
+    std::uint64_t revision = 1;
+    PanelPicture picture;
+    std::vector<Placement*> placements;  // in drawing order
+};
+
+struct RegisteredVariable {
+    std::string name;
+    std::int32_t type = 0;
+    void* address = nullptr;
+};
+
+struct Keyboard {
+    std::array<std::uint8_t, 256> scanCodes{};
+    std::array<std::uint8_t, 256> virtualKeys{};
+    avq1::KeyboardHook hook = nullptr;
+};
+
+// A mouse button held on a rectangle.
+struct HeldMouse {
+    bool held = false;
+    int placement = -1;
+    const avq1::MouseRectangle* rectangle = nullptr;
+    avq1::PixelPoint relativePoint;
+    avq1::PixelPoint windowPoint;
+    int ticksToRepeat = 0;
+};
+
+struct HostState {
+    SessionOptions options;
+    std::string error;
+    std::vector<std::string> warnings;
+    bool open = false;
+    LoadedModule module;
+    World world;
+    Ground ground;
+    std::vector<std::unique_ptr<HostWindow>> windows;
+    std::vector<std::unique_ptr<Placement>> placements;
+    std::vector<RegisteredVariable> variables;
+    std::deque<KeyEventRecord> events;
+    std::uint64_t eventSerial = 0;
+    std::map<std::int32_t, std::uint64_t> moduleEventCounts;
+    Keyboard keyboard;
+    HeldMouse mouse;
+    double tickRemainderS = 0;
+};
+
+struct Session::State {
+    HostState host;
+};
+
+HostState* ActiveHost();
+void SetActiveHost(HostState* host);
+
+HostWindow* FindWindow(HostState& host, std::uint32_t ident);
+bool SetVisible(HostState& host, std::uint32_t ident, bool visible);
+void ApplyKeyEvent(HostState& host, std::int32_t number, std::uint32_t value, bool fromModule);
+
+}  // namespace panelhost
