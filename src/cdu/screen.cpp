@@ -14,8 +14,8 @@ ScreenPoint At(int x, int y) {
 }  // namespace
 
 int FixedWidthOf(const UnitText& text, const CanvasFont& font) {
-    return static_cast<int>(static_cast<double>(text.view().size()) * kFixedCharacterWidth *
-                            font.sizePx);
+    const auto characters = static_cast<double>(text.view().find_last_not_of(' ') + 1);
+    return static_cast<int>(characters * kFixedCharacterWidth * font.sizePx);
 }
 
 ScreenItem* Screen::Add(ScreenItem::Kind kind, std::uint8_t style, ScreenPoint at,

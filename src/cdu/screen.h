@@ -40,7 +40,7 @@ struct ScreenItem {
     friend bool operator==(const ScreenItem&, const ScreenItem&) = default;
 };
 
-// Where a text in a font of one width ends, from its beginning.
+// Where a text in a font of one width ends, from its beginning; blanks behind it do not count.
 int FixedWidthOf(const UnitText& text, const CanvasFont& font);
 
 class Screen {
