@@ -1,11 +1,14 @@
 #include "panelhost/session/frame.h"
 
+#include <algorithm>
+
 #include "panelhost/session/mouse.h"
 
 namespace panelhost {
 namespace {
 
 constexpr double kTickS = 1.0 / 18;
+constexpr std::uint64_t kFramesPerLook = 25;
 
 struct TimedEvent {
     avq1::PanelEvent event;
@@ -47,6 +50,22 @@ void SendAll(HostState& host, const TimedEvent (&events)[count]) {
     }
 }
 
+// A gauge that shows nothing is drawn without its surfaces: the module flies on, and draws nothing.
+void SendDraw(Placement& placement, bool shows) {
+    for (const auto& copy : placement.elements) {
+        copy->element.deviceContext =
+            shows && copy->context.pixels != nullptr ? &copy->context : nullptr;
+    }
+    Send(placement, avq1::PanelEvent::Draw);
+    Send(placement, avq1::PanelEvent::AfterDraw);
+    for (const auto& copy : placement.elements) {
+        if (copy->context.pixels != nullptr) {
+            copy->element.deviceContext = &copy->context;
+            copy->element.header.imageFlags |= shows ? 0 : avq1::image_flag::kOnScreen;
+        }
+    }
+}
+
 }  // namespace
 
 void SendStartEvents(HostState& host) {
@@ -78,10 +97,22 @@ void StepPanel(HostState& host, double dtS, bool draw) {
             Send(*placement, avq1::PanelEvent::AfterUpdate);
         }
     }
+    ++host.frame;
+    const bool shows = draw || host.framesToShow > 0 || host.frame % kFramesPerLook == 0;
+    host.framesToShow = std::max(0, host.framesToShow - 1);
     for (const auto& placement : host.placements) {
-        if (draw && host.windows[static_cast<std::size_t>(placement->window)]->visible) {
-            Send(*placement, avq1::PanelEvent::Draw);
-            Send(*placement, avq1::PanelEvent::AfterDraw);
+        if (host.windows[static_cast<std::size_t>(placement->window)]->visible) {
+            SendDraw(*placement, shows);
+        }
+    }
+    SettleAll(host);
+}
+
+void LookAt(HostState& host, int window) {
+    for (const auto& placement : host.placements) {
+        if (placement->window == window &&
+            host.windows[static_cast<std::size_t>(window)]->visible) {
+            SendDraw(*placement, true);
         }
     }
     SettleAll(host);

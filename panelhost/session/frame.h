@@ -11,7 +11,11 @@ namespace panelhost {
 
 void SendStartEvents(HostState& host);
 void SendEndEvents(HostState& host);
+// Without `draw` the gauges of visible windows get their draw events all the same, for the module
+// flies on them, but no surface to draw on; only after an input and now and then they do.
 void StepPanel(HostState& host, double dtS, bool draw);
+// Lets a visible window's gauges draw what they show now; no time passes.
+void LookAt(HostState& host, int window);
 // Takes over what the gauges have drawn, moved, shown or hidden.
 void SettleAll(HostState& host);
 

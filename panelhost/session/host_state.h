@@ -53,6 +53,8 @@ struct HeldMouse {
     int ticksToRepeat = 0;
 };
 
+inline constexpr int kFramesShownAfterInput = 25;
+
 struct HostState {
     SessionOptions options;
     std::string error;
@@ -70,6 +72,8 @@ struct HostState {
     Keyboard keyboard;
     HeldMouse mouse;
     double tickRemainderS = 0;
+    std::uint64_t frame = 0;
+    int framesToShow = 0;  // drawn whoever looks: what an input asks of a page is done at a draw
 };
 
 struct Session::State {

@@ -29,6 +29,7 @@ std::uint32_t AcceptedFlag(const MouseRectangle& rectangle, std::uint32_t wanted
 
 void CallModule(HostState& host, int placement, const MouseRectangle& rectangle,
                 avq1::PixelPoint relative, avq1::PixelPoint windowPoint, std::uint32_t mouseFlag) {
+    host.framesToShow = kFramesShownAfterInput;
     if (rectangle.function != nullptr) {
         avq1::MouseCallbackData data;
         data.relativePoint = relative;

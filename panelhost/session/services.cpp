@@ -269,6 +269,7 @@ bool SetVisible(HostState& host, std::uint32_t ident, bool visible) {
     HostWindow* const window = FindWindow(host, ident);
     if (window != nullptr && window->visible != visible) {
         window->visible = visible;
+        host.framesToShow = kFramesShownAfterInput;
         ++window->revision;
     }
     return window != nullptr;

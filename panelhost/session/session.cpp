@@ -114,6 +114,12 @@ std::vector<WindowInfo> Session::Windows() const {
     return list;
 }
 
+void Session::Look(int window) {
+    if (state_->host.open && WindowAt(state_->host, window) != nullptr) {
+        LookAt(state_->host, window);
+    }
+}
+
 WindowPicture Session::Picture(int index) {
     HostWindow* const window = WindowAt(state_->host, index);
     if (window == nullptr) {
@@ -207,6 +213,7 @@ bool Session::SetWindowVisible(std::uint32_t ident, bool visible) {
 bool Session::SetKey(int scanCode, int virtualKey, bool down) {
     HostState& host = state_->host;
     const std::uint8_t state = down ? 0x80 : 0;
+    host.framesToShow = kFramesShownAfterInput;
     if (scanCode > 0 && scanCode < 256) {
         host.keyboard.scanCodes[static_cast<std::size_t>(scanCode)] = state;
     }

@@ -182,10 +182,13 @@ class Session {
 
     // Advances panel time by dtSeconds (0 to 1); flight time advances by that times the rate unless
     // paused. Update events fall due 18 times a second of panel time; draw events come once a call
-    // when `draw` is true and go to the gauges of visible windows.
+    // and go to the gauges of visible windows. The flight is the same whether `draw` is true or
+    // not: without it the gauges mostly get no surface to draw on, and pictures and texts grow old.
     void Step(double dtSeconds, bool draw = true);
 
     std::vector<WindowInfo> Windows() const;
+    // Brings a visible window's pictures and texts up to the present; no time passes.
+    void Look(int window);
     WindowPicture Picture(int window);  // composes what changed since the last call
     std::vector<ClickArea> ClickAreas(int window) const;
     std::vector<DrawnText> Texts(int window) const;

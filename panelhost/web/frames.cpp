@@ -1,6 +1,7 @@
 // The flight's clock and what the browsers are told of each frame.
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 #include "panelhost/session/situations.h"
 #include "panelhost/web/server_messages.h"
@@ -11,6 +12,7 @@ namespace panelhost {
 namespace {
 
 constexpr auto kFrameTime = std::chrono::milliseconds(40);
+constexpr double kStepS = 0.04;
 constexpr double kMaxCatchUpS = 0.5;      // a stall longer than this is lost flight time
 constexpr std::uint64_t kDrawFrames = 2;  // drawn and sent every second frame
 constexpr std::uint64_t kTextFrames = 6;
@@ -108,10 +110,16 @@ bool AnyoneLooks(const Server& server) {
 
 void RunFrame(Server& server) {
     const double nowS = SteadyNowS();
-    const double dtS = std::clamp(nowS - server.lastFrameS, 0.0, kMaxCatchUpS);
-    server.lastFrameS = nowS;
+    server.lastFrameS = std::max(server.lastFrameS, nowS - kMaxCatchUpS);
+    // Whole steps of one length: who watches, and how busy the machine is, changes no flight.
+    const double steps = std::floor((nowS - server.lastFrameS) / kStepS + 0.5);
+    server.lastFrameS += steps * kStepS;
     ++server.frame;
-    server.session->Step(dtS, server.frame % kDrawFrames == 0 && AnyoneLooks(server));
+    for (double step = 1; step <= steps; ++step) {
+        const bool last = step == steps;
+        server.session->Step(kStepS,
+                             last && server.frame % kDrawFrames == 0 && AnyoneLooks(server));
+    }
     RefreshFeeds(server);
     if (server.frame % kStatusFrames == 0 && !server.clients.empty()) {
         const auto status = Shared(StatusMessage(server.session->Status()));

@@ -107,6 +107,7 @@ void Reply(const Connection& connection, PageReply reply, bool isHead, bool keep
 }
 
 void FillPicture(Server& server, PageReply& reply) {
+    server.session->Look(reply.pictureWindow);
     const WindowPicture picture = server.session->Picture(reply.pictureWindow);
     if (picture.pixels == nullptr) {
         reply.status = 404;

@@ -1,7 +1,9 @@
 // The real module and the panel host's data service, through the same records as in the simulator:
 // a pilot's clicks on the compact unit end in the host's aircraft.
+#include <cmath>
 #include <cstdio>
 
+#include "panelhost/base/text.h"
 #include "panelhost/script/script.h"
 #include "support/leak_suppressions.h"
 #include "tests/panelhost/host_fixture.h"
@@ -62,6 +64,61 @@ TEST_F(ModuleData, TheTowerViewMovesToTheDestinationOnceItIsNear) {
                   "expect var tower-lon < -71.0149\nexpect var tower-lon > -71.0151\n"
                   "expect var tower-altitude = 285\n"),
               "");
+}
+
+// Who looks at which frame, and whether a picture is asked for besides.
+struct Watchers {
+    const char* name;
+    bool (*draws)(int frame);
+    bool (*asks)(int frame);
+};
+
+constexpr Watchers kWatchers[] = {
+    {"nobody", [](int) { return false; }, [](int) { return false; }},
+    {"one", [](int frame) { return frame % 2 == 0; }, [](int) { return false; }},
+    {"five, coming and going", [](int frame) { return frame / 40 % 3 != 1 && frame % 3 < 2; },
+     [](int frame) { return frame % 7 == 0; }},
+};
+
+std::string Flown(Session& session, const Watchers& watchers) {
+    constexpr double kStepS = 0.04;
+    constexpr int kFramesPerRate = 750;
+    std::string trace;
+    int frame = 0;
+    for (const double rate : {1.0, 4.0, 32.0}) {
+        session.SetSimulationRate(rate);
+        for (int end = frame + kFramesPerRate; frame < end; ++frame) {
+            session.Step(kStepS, watchers.draws(frame));
+            if (watchers.asks(frame)) {
+                session.Look(0);
+            }
+            const SessionStatus status = session.Status();
+            trace +=
+                Format("%.17g %.17g %.17g %.17g %d %.17g\n", status.flightTimeS, status.latitude,
+                       status.longitude, status.altitudeFt, status.autopilot.headingBugMag,
+                       session.FindVariable("avq_xtk_err_dist")->number);
+        }
+    }
+    return trace;
+}
+
+TEST_F(ModuleData, AFlightIsTheSameWhoeverWatches) {
+    std::filesystem::remove(folder_ / "panel.cfg");
+    std::filesystem::remove_all(folder_ / "avq");
+    std::filesystem::copy(AVQ1_SOURCE_DIR "/demo", folder_,
+                          std::filesystem::copy_options::recursive);
+    std::vector<std::string> traces;
+    for (const Watchers& watchers : kWatchers) {
+        ASSERT_TRUE(session_.Open(options_)) << session_.error();
+        for (const char* script : {"start.script", "autostart.script"}) {
+            EXPECT_EQ(Run(ReadWholeFile(script, 1U << 20U).value_or("")), "");
+        }
+        traces.push_back(Flown(session_, watchers));
+        EXPECT_EQ(session_.FindVariable("avq_lnav_mode")->number, 1) << watchers.name;
+        EXPECT_LT(std::fabs(session_.FindVariable("avq_xtk_err_dist")->number), 1) << watchers.name;
+        EXPECT_TRUE(traces.back() == traces.front()) << watchers.name;
+        session_.Close();
+    }
 }
 
 }  // namespace

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "panelhost/panel/compose.h"
 #include "panelhost/base/text.h"
+#include "panelhost/panel/compose.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {
