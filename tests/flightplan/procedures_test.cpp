@@ -225,6 +225,25 @@ TEST(Splices, TakeTheAirportBeingChosenForAPlanWithoutOne) {
     }
 }
 
+TEST(Splices, AProcedureIsTakenOutAndWhatItSharesIsLeftToTheOther) {
+    const struct {
+        const char* before;
+        const char* tag;
+        const char* after;
+    } cases[] = {
+        {"KJFK SID(XX) SIDSTAR(>YY@) STAR(ZZ) KBOS", "SID", "KJFK STAR(>YY@,ZZ) KBOS"},
+        {"KJFK SID(XX) SIDSTAR(>YY) STAR(ZZ@) KBOS", "STAR", "KJFK SID(XX,>YY) KBOS"},
+        {"KJFK SIDSTAR(YY) APPR(>ZZ) KBOS", "APPR", "KJFK SIDSTAR(YY) >KBOS"},
+    };
+    for (const auto& c : cases) {
+        SetAirports();
+        SetPlan(activePlan, c.before);
+        EXPECT_TRUE(RemoveProcedure(activePlan, c.tag));
+        EXPECT_EQ(test::Show(activePlan), c.after) << c.tag;
+        EXPECT_TRUE(test::FlagsMatchHolds(activePlan));
+    }
+}
+
 // A plan of the departure, `count` entries and the arrival.
 void FillPlan(FlightPlan& plan, int count) {
     std::string route = "KJFK >FIRST@";

@@ -187,7 +187,7 @@ void CommandVerticalSpeed() {
     if (guidance.vnavEngaged != 1) {
         return;
     }
-    if (settings.VnavOffOnManAltChg == 1 && settings.VnavSetAlts == 1 &&
+    if (settings.VnavOffOnManAltChg == 1 &&
         TurnedByPilot(vnav.altitude, aircraft.apAltitudeTargetFt,
                       aircraft.previousApAltitudeTargetFt)) {
         DisengageVnav("ALTITUDE CHANGED");
