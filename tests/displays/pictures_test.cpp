@@ -25,6 +25,7 @@
 #include "guidance/vnav.h"
 #include "navdb/boundaries.h"
 #include "navdb/nav_database.h"
+#include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
@@ -228,6 +229,10 @@ void FlyOtherwise() {
     ehsi.mapOverlayOn = nd.ndShowStations = 0;
     planAirports.runways[1].rightPattern = 1;
     planAirports.runways[1].latitude = 1.2 / 60;
+    performance.showFloatingTodBod = 1;  // brought in to the edge
+    vnav.todLatitude = 0.5;
+    vnav.tocLatitude = -0.1;
+    vnav.tocLongitude = 0.4;
     traffic.items[0] = {340, 1.5, 3, '^', 'R'};
 }
 

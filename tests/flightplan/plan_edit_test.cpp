@@ -388,6 +388,12 @@ TEST_F(PlanEdit, DeletingAHoldMovesTheOthersUp) {
     DeleteHold(3);
     EXPECT_EQ(holdList.count, 0);
     EXPECT_EQ(holdFlight.holdActive, 0);
+
+    SetPlan(activePlan, "KJFK AAA@ BBB@ KBOS");
+    holdFlight.holdActive = 1;
+    DeleteAllHolds();
+    EXPECT_EQ(holdList.count + holdFlight.holdActive, 0);
+    EXPECT_TRUE(test::FlagsMatchHolds(activePlan));
 }
 
 TEST_F(PlanEdit, StatusAdvancesAndTheFirstStepOnGroundReadiesTheFlight) {

@@ -119,6 +119,8 @@ const RecordedFlight kFlights[] = {
              pilot.targetKt = 150;
          } else if (minute == 12) {
              SetActiveWaypoint(2);
+         } else if (minute == 15) {
+             EditActivePlan([](FlightPlan& plan) { return SetCrossing(plan, 2, {}); });
          } else if (minute == 20) {
              pilot.targetFt = 12000;
          } else if (minute == 25) {
