@@ -393,6 +393,7 @@ struct Airways : test::FolderTest {
         folder_.Write("avq/navdata/fsb_awy2.txt",
                       "J1 10 AAAA 40 -70\nJ1 20 BBB 41 -70\nJ1 30 CCCC 42 -70\n"
                       "J1 40 DDDD 43 -70\n");
+        folder_.Write("avq/navdata/avq_navs.txt", "CCCC CHARLIE 42.0 -70.0 VOR 113.00\n");
         LoadNavDatabase();
     }
 };
@@ -424,6 +425,12 @@ TEST_F(Airways, GoIntoThePlanForwardsAndBackwards) {
             lookup.exitIndex = c.exit;
             EXPECT_TRUE(InsertAirway(*plan, c.edit, lookup));
             EXPECT_EQ(test::Show(*plan), c.after) << c.text;
+            for (std::int32_t i = 0; i <= plan->lastIndex; ++i) {
+                const PlanWaypoint& entry = plan->entries[i];
+                EXPECT_TRUE(entry.via.empty() || entry.ident == "DDDD" ||
+                            entry.type == (entry.ident == "CCCC" ? "VOR" : "INT"))
+                    << entry.ident << entry.type;
+            }
         }
     }
     std::filesystem::remove(folder_.root() / "avq/navdata/fsb_awy2.txt");

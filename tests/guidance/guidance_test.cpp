@@ -192,8 +192,10 @@ TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}});
     SetActiveWaypoint(1);
     settings.LnavSetEnRouteFreqs = 1;
+    guidance.blinkCounter = 5;
     ToggleLnav();
     EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
+    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
     vnav.altitude = {1, -999, 5000, 5000};
     vnav.speed = {1, -999, 250, 250};
     vnav.lastVsSent = 1500;
