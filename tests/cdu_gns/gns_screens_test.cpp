@@ -44,7 +44,9 @@ constexpr Flow kFlows[] = {
     {"a departure erased", true, "FPL NEXT L4 ENTER L6 =KSID ENTER ENTER L10 ENTER"},
     {"an arrival", true, "FPL NEXT L5 ENTER L6 L6 ENTER L3 ENTER L10 L5 ENTER"},
     {"an approach", true, "FPL NEXT L5 L5 ENTER L3 ENTER NEXT L2 ENTER L5 ENTER"},
-    {"an airway", true, "FPL L3 =#J9 ENTER ENTER L7 L2 L8 L3 ENTER NAV FPL L3 =#J9 ENTER L2 ENTER"},
+    {"an airway", true,
+     "FPL L3 =#J9 ENTER ENTER L7 L2 L8 L3 ENTER NAV FPL L3 =#J9 ENTER L3 FPL L3 =#J9 ENTER "
+     "ENTER L2 ENTER"},
     {"navigation", true,
      "NAV L7 CLR ENTER L7 CLR CLR ENTER L10 L10 ENTER L10 CLR ENTER =120 ENTER L10 CLR ENTER =361 "
      "ENTER NEXT PREV NAV NAV NAV"},
@@ -56,7 +58,8 @@ constexpr Flow kFlows[] = {
     {"a message goes with the next key", true,
      "FPL L3 =NOWHE* ENTER DIRECT FPL L3 =NOWHE* ENTER NAV FPL L3 =NOWHE* ENTER FUEL FPL L3 "
      "=NOWHE* "
-     "ENTER VNAV FPL L3 =NOWHE* ENTER HOLD FPL L3 =NOWHE* ENTER L2 FPL L3 =NOWHE* ENTER CLR"},
+     "ENTER VNAV FPL L3 =NOWHE* ENTER HOLD FPL L3 =NOWHE* ENTER L2 FPL L3 =NOWHE* ENTER CLR FPL L2 "
+     "=AB HOLD =1"},
     {"a hold", true,
      "FPL L1 HOLD FPL L2 L2 HOLD L7 =360 ENTER L8 CLR ENTER L9 =15 ENTER L9 L9 =125 ENTER L10 CLR "
      "ENTER L6 L5 ENTER FPL L2 L2 CLR ENTER"},
@@ -163,6 +166,7 @@ class GnsScreens : public GnsTest {
     }
 
   private:
+    FakeGns unit{kGnsKeys, 2};  // places to half a unit
     std::set<std::string> before_;
     std::string plans_[2];
 };

@@ -133,6 +133,7 @@ TEST_F(PanelKeys, NavigationDisplaySelectorsAndLayers) {
     Walk(kNdPanelKeys, "STA", nd.ndShowStations, 0, {1, 0});
     Walk(kNdPanelKeys, "ADF", nd.ndShowAdf, 0, {1, 0});
     Walk(kNdPanelKeys, "BDRY", ehsi.mapOverlayOn, 0, {1, 0});
+    Walk(kEhsiPanelKeys, "BDRY", ehsi.mapOverlayOn, 0, {1, 0});
     Walk(kNdPanelKeys, "TFC", nd.showTraffic, 0, {1, 0});
 }
 

@@ -16,6 +16,7 @@
 #include "settings/performance_tables.h"
 #include "settings/settings.h"
 #include "support/kept_file.h"
+#include "support/test_flight.h"
 #include "support/vertical_flight.h"
 
 namespace avq1 {
@@ -152,6 +153,7 @@ std::string Point(const PredictedPoint& point) {
 void Depart(const RecordedFlight& flight, test::VerticalPilot& pilot) {
     ResetModuleState();
     test::FakeSimulator::Install();
+    test::HearGuidance();
     SimFolder = AVQ1_SOURCE_DIR "/demo";
     AircraftName = flight.aircraft;
     if (!AircraftName.empty()) {
@@ -218,6 +220,10 @@ void WriteMinute(std::int32_t minute, const test::VerticalPilot& pilot, std::siz
         }
     }
     out << '\n';
+    for (const GuidanceReport& report : std::exchange(test::heard, {})) {
+        out << Format("  told %d at %d %.0fft\n", static_cast<int>(report.event), report.entryIndex,
+                      report.altitudeFt);
+    }
 }
 
 TEST(RecordedFlights, GoAsTheyWentWhenLastLookedAt) {

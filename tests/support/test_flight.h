@@ -32,7 +32,8 @@ inline std::vector<GuidanceReport> heard;
 inline void HearGuidance() {
     heard.clear();
     using enum GuidanceEvent;
-    for (const GuidanceEvent event : {PlanStarted, WaypointPassed, TopOfClimb, TopOfDescent}) {
+    for (const GuidanceEvent event :
+         {PlanStarted, WaypointPassed, TopOfClimb, TopOfDescent, BackToCruise}) {
         ConnectGuidanceListener(event,
                                 [](const GuidanceReport& report) { heard.push_back(report); });
     }
