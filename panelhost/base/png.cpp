@@ -2,7 +2,9 @@
 
 #include <png.h>
 
-#include <fstream>
+#include <cstdio>
+
+#include "panelhost/base/whole_file.h"
 
 namespace panelhost {
 
@@ -34,11 +36,12 @@ std::vector<std::uint8_t> EncodePng(int width, int height, const std::uint32_t* 
 
 bool WritePng(const std::string& path, int width, int height, const std::uint32_t* argb) {
     const std::vector<std::uint8_t> bytes = EncodePng(width, height, argb, false);
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-    file.flush();
-    return !bytes.empty() && file.good();
+    WholeFile file;
+    if (bytes.empty() || !file.Open(path)) {
+        return false;
+    }
+    std::fwrite(bytes.data(), 1, bytes.size(), file.file());
+    return file.Finish();
 }
 
 }  // namespace panelhost

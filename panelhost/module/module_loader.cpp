@@ -51,6 +51,37 @@ std::vector<avq1::GaugeHeader*> ListGauges(const DataSymbol& linkage) {
     return gauges;
 }
 
+template <class Record>
+bool ReadRecord(std::string_view bytes, std::uint64_t at, Record& record) {
+    if (at > bytes.size() || bytes.size() - at < sizeof(Record)) {
+        return false;
+    }
+    std::memcpy(&record, bytes.data() + at, sizeof(Record));
+    return true;
+}
+
+// Whether everything the file's tables speak of is in it: mapped, a file cut short ends the process
+// at the first page that is missing.
+bool IsWhole(std::string_view bytes) {
+    Elf64_Ehdr header{};
+    if (!ReadRecord(bytes, 0, header) || header.e_type != ET_DYN ||
+        header.e_phentsize != sizeof(Elf64_Phdr) ||
+        (header.e_shnum != 0 && header.e_shentsize != sizeof(Elf64_Shdr)) ||
+        header.e_shoff > bytes.size() ||
+        bytes.size() - header.e_shoff < header.e_shnum * sizeof(Elf64_Shdr)) {
+        return false;
+    }
+    for (std::uint64_t i = 0; i < header.e_phnum; ++i) {
+        Elf64_Phdr segment{};
+        if (header.e_phoff > bytes.size() ||
+            !ReadRecord(bytes, header.e_phoff + i * sizeof(Elf64_Phdr), segment) ||
+            segment.p_offset > bytes.size() || bytes.size() - segment.p_offset < segment.p_filesz) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool CheckFile(const std::string& path, std::string& bytes, std::string& error) {
     std::error_code ignored;
     if (!std::filesystem::exists(path, ignored)) {
@@ -63,6 +94,10 @@ bool CheckFile(const std::string& path, std::string& bytes, std::string& error) 
         "ELF\x02") {
         error = Format("cannot load module \"%s\": it is not a 64-bit Linux shared object",
                        path.c_str());
+        return false;
+    }
+    if (!IsWhole(bytes)) {
+        error = Format("cannot load module \"%s\": the file is cut short or damaged", path.c_str());
         return false;
     }
     return true;

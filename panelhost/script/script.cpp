@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
-#include <memory>
 
 #include "panelhost/base/png.h"
 #include "panelhost/base/text.h"
+#include "panelhost/base/whole_file.h"
 #include "panelhost/script/script_conditions.h"
 #include "panelhost/session/situations.h"
 #include "panelhost/world/key_events.h"
@@ -22,12 +24,9 @@ constexpr double kMaxRunS = 7 * 86400;
 constexpr int kLookFrames = 2;   // after a click or key, for the screen to follow
 constexpr double kClickS = 0.2;  // whole frames of it: too short for a repeating key to repeat
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
 struct Trace {
-    std::unique_ptr<std::FILE, FileCloser> file;
+    WholeFile file;
+    std::string name;
     double everyS = 1;
     double nextS = 0;  // flight time
     Arguments names;
@@ -59,19 +58,25 @@ std::string ValueText(const NamedVariable& value) {
 void WriteTrace(Runner& runner) {
     Trace& trace = runner.trace;
     const SessionStatus status = runner.session.Status();
-    if (!trace.file || status.flightTimeS + 1e-9 < trace.nextS) {
+    if (trace.file.file() == nullptr || status.flightTimeS + 1e-9 < trace.nextS) {
         return;
     }
     trace.nextS +=
         trace.everyS * std::max(1.0, std::ceil((status.flightTimeS - trace.nextS) / trace.everyS));
-    std::fprintf(trace.file.get(), "%.2f %.7f %.7f %.1f %.2f %.2f", status.flightTimeS,
-                 status.latitude, status.longitude, status.altitudeFt, status.headingMag,
-                 status.groundSpeedKt);
+    std::FILE* const file = trace.file.file();
+    std::fprintf(file, "%.2f %.7f %.7f %.1f %.2f %.2f", status.flightTimeS, status.latitude,
+                 status.longitude, status.altitudeFt, status.headingMag, status.groundSpeedKt);
     for (const std::string& name : trace.names) {
         const std::optional<NamedVariable> value = FindValue(runner.session, name);
-        std::fprintf(trace.file.get(), " %s", value ? ValueText(*value).c_str() : "-");
+        std::fprintf(file, " %s", value ? ValueText(*value).c_str() : "-");
     }
-    std::fputc('\n', trace.file.get());
+    std::fputc('\n', file);
+}
+
+// A trace that could not be written whole is not left in place of an older one.
+bool FinishTrace(Runner& runner) {
+    return runner.trace.file.file() == nullptr || runner.trace.file.Finish() ||
+           runner.Fail("cannot write \"" + runner.trace.name + "\": " + std::strerror(errno));
 }
 
 void StepFrame(Runner& runner) {
@@ -420,7 +425,7 @@ bool DoScreenshot(Runner& runner, const Arguments& words) {
         return runner.Fail("there is no window \"" + words[0] + "\"");
     }
     return WritePng(runner.PathOf(words[1]), picture.width, picture.height, picture.pixels) ||
-           runner.Fail("cannot write \"" + words[1] + "\"");
+           runner.Fail("cannot write \"" + words[1] + "\": " + std::strerror(errno));
 }
 
 bool DoTexts(Runner& runner, const Arguments& words) {
@@ -469,11 +474,14 @@ bool DoSay(Runner& runner, const Arguments& words) {
 
 // trace FILE [every DURATION] [VALUE...], or trace off
 bool DoTrace(Runner& runner, const Arguments& words) {
-    runner.trace = Trace{};
+    if (!FinishTrace(runner)) {
+        return false;
+    }
     if (words.size() == 1 && words[0] == "off") {
         return true;
     }
     std::size_t at = 1;
+    runner.trace.everyS = 1;
     if (words.size() >= 3 && words[1] == "every") {
         const std::optional<double> seconds = Duration(words[2]);
         if (!seconds || *seconds <= 0) {
@@ -483,16 +491,17 @@ bool DoTrace(Runner& runner, const Arguments& words) {
         at = 3;
     }
     runner.trace.names.assign(words.begin() + static_cast<std::ptrdiff_t>(at), words.end());
-    runner.trace.file.reset(std::fopen(runner.PathOf(words[0]).c_str(), "w"));
-    if (!runner.trace.file) {
-        return runner.Fail("cannot write \"" + words[0] + "\"");
+    runner.trace.name = words[0];
+    if (!runner.trace.file.Open(runner.PathOf(words[0]))) {
+        return runner.Fail("cannot write \"" + words[0] + "\": " + std::strerror(errno));
     }
+    std::FILE* const file = runner.trace.file.file();
     runner.trace.nextS = runner.session.Status().flightTimeS;
-    std::fprintf(runner.trace.file.get(), "# time lat lon altitude heading gs");
+    std::fprintf(file, "# time lat lon altitude heading gs");
     for (const std::string& name : runner.trace.names) {
-        std::fprintf(runner.trace.file.get(), " %s", name.c_str());
+        std::fprintf(file, " %s", name.c_str());
     }
-    std::fputc('\n', runner.trace.file.get());
+    std::fputc('\n', file);
     WriteTrace(runner);
     return true;
 }
@@ -616,14 +625,19 @@ ScriptResult RunScript(Session& session, const Script& script, const std::string
     for (const ScriptLine& line : script.lines) {
         const CommandRow& row = kCommands[static_cast<std::size_t>(line.command)];
         if (!row.run(runner, line.words)) {
+            const std::string why = runner.error;
+            FinishTrace(runner);  // what led to it
             std::fflush(out);
-            return {1, false, Format("line %d: %s: %s", line.line, row.name, runner.error.c_str())};
+            return {1, false, Format("line %d: %s: %s", line.line, row.name, why.c_str())};
         }
         if (runner.quit) {
             break;
         }
     }
     std::fflush(out);
+    if (!FinishTrace(runner)) {
+        return {1, false, "trace: " + runner.error};
+    }
     return {0, runner.quit, ""};
 }
 

@@ -34,8 +34,11 @@ void SendCourse(std::int32_t from, std::int32_t to) {
     double courseTrue = 0;
     DistanceAndCourse(start.latitude, start.longitude, end.latitude, end.longitude, distanceNm,
                       courseTrue);
-    SendUnlessZero(KeyEvent::CourseSet,
-                   TruncateToInteger(TrueToMagnetic(courseTrue, aircraft.magneticVariation)));
+    const std::int32_t course =
+        TruncateToInteger(TrueToMagnetic(courseTrue, aircraft.magneticVariation));
+    if (course >= 1 && course <= 360) {  // others come of a variation that is none
+        SendKeyEvent(KeyEvent::CourseSet, course);
+    }
 }
 
 // "113.90" as the digits 11390.

@@ -2,9 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <csignal>
 #include <set>
 
 #include "base/messages.h"
@@ -13,6 +11,7 @@
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_notation.h"
 #include "settings/settings.h"
+#include "support/full_disk.h"
 
 namespace avq1 {
 namespace {
@@ -280,19 +279,6 @@ TEST_F(PlanFiles, MissingFoldersAreCreatedOnSave) {
     }
 }
 
-// The disk takes no more than `bytes` of a file for as long as this lives.
-struct FullDisk {
-    rlimit before = {};
-
-    explicit FullDisk(std::size_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before);
-        signal(SIGXFSZ, SIG_IGN);
-        const rlimit small = {bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before); }
-};
-
 TEST_F(PlanFiles, AFailedSaveKeepsTheOldPlanAndLeavesNothingBehind) {
     SetPlan(activePlan, "KPIT AAA KBUF");
     const std::string text = PlanText(activePlan);
@@ -313,7 +299,7 @@ TEST_F(PlanFiles, AFailedSaveKeepsTheOldPlanAndLeavesNothingBehind) {
         Store("A.RTE", kBostonPlan);
         messages = {};
         {
-            const FullDisk disk(bytes);
+            const test::FullDisk disk(bytes);
             EXPECT_EQ(SavePlan(name), saved);
         }
         EXPECT_EQ(folder_.Read(std::string(kFolder) + "A.RTE"), saved ? text : kBostonPlan);

@@ -283,7 +283,9 @@ TEST_F(GuidanceTest, RadiosFollowThePlan) {
                  0,
                  {{65716, 89}, {65708, 0x11390}}},
                 {{a, vor(1, "x")}, 0, {{65716, 90}}},
-                {{a, vor(1)}, 89.4, {{65708, 0x11390}}},                // no whole part
+                {{a, vor(1)}, 89.4, {{65708, 0x11390}}},  // no whole part
+                {{a, vor(1)}, 1e12, {{65708, 0x11390}}},
+                {{a, vor(1)}, -1e12, {{65708, 0x11390}}},
                 {{a, vor(1)}, 89.7, {{65716, 360}, {65708, 0x11390}}},  // below half a degree
                 {{vor(0), b}, 0, {{65716, 90}}},                        // just passed
                 {{vor(0)}, 0, {}}};                                     // no active waypoint

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "panelhost/base/text.h"
+#include "support/full_disk.h"
 #include "tests/panelhost/host_fixture.h"
 
 namespace panelhost {
@@ -124,6 +125,41 @@ TEST_F(ScriptRun, TracesFlightTimeAtAnyRate) {
         ++lines;
     }
     EXPECT_EQ(lines, 17);
+}
+
+TEST_F(ScriptRun, AFullDiskIsSaidAndLeavesTheOldFile) {
+    const struct {
+        const char* script;
+        const char* name;
+        std::size_t bytes;
+        bool written;
+    } cases[] = {
+        {"trace FILE every 1s\nrun 60s\n", "t", 200, false},
+        {"trace FILE every 1s\nrun 60s\ntrace off\n", "t", 200, false},
+        {"trace FILE every 1s\nrun 60s\n", "t", 1 << 20, true},
+        {"screenshot 0 FILE\n", "p.png", 20, false},
+        {"screenshot 0 FILE\n", "p.png", 1 << 20, true},
+        {"trace /dev/full\nrun 1s\n", "t", 1 << 20, false},
+        {"screenshot 0 /dev/full\n", "p.png", 1 << 20, false},
+    };
+    for (const auto& [script, name, bytes, written] : cases) {
+        SCOPED_TRACE(script);
+        WriteFile(name, "old");
+        std::string text = script;
+        if (const std::size_t at = text.find("FILE"); at != std::string::npos) {
+            text.replace(at, 4, name);
+        }
+        std::string error;
+        {
+            const avq1::test::FullDisk disk(bytes);
+            error = Run(text);
+        }
+        EXPECT_EQ(error.empty(), written) << error;
+        EXPECT_EQ(error.find("cannot write") != std::string::npos, !written) << error;
+        const std::string now = ReadWholeFile((folder_ / name).string(), 1 << 20).value_or("");
+        EXPECT_EQ(now == "old", !written);
+        EXPECT_FALSE(std::filesystem::exists(folder_ / (std::string(name) + ".part")));
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "panelhost/base/text.h"
 #include "panelhost/script/script.h"
 #include "tests/panelhost/host_fixture.h"
 
@@ -167,10 +168,15 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
                                      7));
     WriteFile("panel.cfg", "[Window00]\nsize_mm=10,10\n");
     const std::string fake = AVQ1_BINARY_DIR "/fake/";
+    const std::string whole = ReadWholeFile(ProbePath(), 100 << 20).value();
+    WriteFile("half.gau", whole.substr(0, whole.size() / 2));
+    WriteFile("almost.gau", whole.substr(0, whole.size() - 1));
     const std::pair<std::string, const char*> rows[] = {
         {(folder_ / "none.gau").string(), "no such file"},
         {(folder_ / "text.gau").string(), "not a 64-bit Linux shared object"},
-        {(folder_ / "cut.gau").string(), "cut.gau"},
+        {(folder_ / "cut.gau").string(), "cut short"},
+        {(folder_ / "half.gau").string(), "cut short"},
+        {(folder_ / "almost.gau").string(), "cut short"},
         {fake + "empty.gau", "no Linkage"},
         {fake + "stranger.gau", "version 0x700"}};
     for (const auto& [path, message] : rows) {
