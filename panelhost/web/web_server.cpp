@@ -1,6 +1,12 @@
 #include "panelhost/web/web_server.h"
 
+#include <ifaddrs.h>
+#include <net/if.h>
+#include <netinet/in.h>
+
 #include <cstdio>
+#include <cstring>
+#include <vector>
 
 #include "panelhost/web/server_state.h"
 
@@ -71,8 +77,34 @@ void AcceptNext(Server& server) {
     });
 }
 
+std::vector<net::ip::address> OwnAddresses() {
+    std::vector<net::ip::address> addresses;
+    ifaddrs* first = nullptr;
+    if (getifaddrs(&first) != 0) {
+        return addresses;
+    }
+    for (const ifaddrs* each = first; each != nullptr; each = each->ifa_next) {
+        if (each->ifa_addr != nullptr && each->ifa_addr->sa_family == AF_INET &&
+            (each->ifa_flags & IFF_UP) != 0 && (each->ifa_flags & IFF_LOOPBACK) == 0) {
+            sockaddr_in place{};
+            std::memcpy(&place, each->ifa_addr, sizeof place);
+            addresses.emplace_back(net::ip::address_v4(ntohl(place.sin_addr.s_addr)));
+        }
+    }
+    freeifaddrs(first);
+    return addresses;
+}
+
+// Every address a browser can open: one that stands for all of the machine's is none.
 void Announce(const Server& server, const net::ip::address& address) {
-    std::printf("AVQ1 panel: %s\n", Url(address, server.port).c_str());
+    std::vector<net::ip::address> opened{address};
+    if (address.is_unspecified()) {
+        opened = OwnAddresses();
+        opened.emplace_back(net::ip::address_v4::loopback());
+    }
+    for (const net::ip::address& each : opened) {
+        std::printf("AVQ1 panel: %s\n", Url(each, server.port).c_str());
+    }
     if (server.pairing.required) {
         const std::string& code = server.pairing.code;
         std::printf("Pairing code: %s-%s\n", code.substr(0, code.size() / 2).c_str(),
@@ -85,9 +117,11 @@ void Announce(const Server& server, const net::ip::address& address) {
 
 int ServeWeb(Session& session, const WebOptions& options) {
     ErrorCode error;
-    const net::ip::address address = net::ip::make_address(options.listenAddress, error);
+    const std::string numeric =
+        options.listenAddress == "localhost" ? "127.0.0.1" : options.listenAddress;
+    const net::ip::address address = net::ip::make_address(numeric, error);
     if (error) {
-        return Refuse(options, "not a numeric address");
+        return Refuse(options, "neither a numeric address nor localhost");
     }
     Server server;
     server.session = &session;
