@@ -2,17 +2,15 @@
 
 #include "displays/map_compass.h"
 #include "guidance/predictions.h"
-#include "simlink/aircraft_state.h"
 
 namespace avq1 {
 
 FixedText TimeToGoText() {
     // rounded before it is split, so that no minute reads 60
     const double minutes = std::round(ShownMinutesTo(ActiveWaypointPrediction()));
-    const bool timed =
-        ShownAircraft().groundSpeedKt > kMovingKt && PositionKnown() && CanShow(minutes);
-    return timed ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
-                 : FixedText("--:--");
+    return PositionKnown() && CanShow(minutes)
+               ? FixedText("%2.0f:%02.0f", std::floor(minutes / 60), std::fmod(minutes, 60.0))
+               : FixedText("--:--");
 }
 
 }  // namespace avq1

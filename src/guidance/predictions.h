@@ -65,7 +65,7 @@ const Predictions& ModifiedPredictions();
 const PredictedPoint& ActiveWaypointPrediction();
 
 // Minutes from now as pages and displays show them: NaN when they are not known, and at a ground
-// speed of 25 kt or less.
+// speed of 25 kt or less or a lost one.
 double ShownMinutesTo(const PredictedPoint& point);
 
 // ---- step of the per-frame update ----

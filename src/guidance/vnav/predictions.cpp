@@ -347,7 +347,7 @@ void ClearCruiseWind() {
 }
 
 double ShownMinutesTo(const PredictedPoint& point) {
-    return point.known && aircraft.groundSpeedKt > kMovingKt
+    return point.known && ShownAircraft().groundSpeedKt > kMovingKt
                ? point.minutes
                : std::numeric_limits<double>::quiet_NaN();
 }
