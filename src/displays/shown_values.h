@@ -8,7 +8,7 @@
 
 namespace avq1 {
 
-inline constexpr double kMovingKt = 25;  // no times to go at or below this ground speed
+inline constexpr double kMovingKt = 25;  // no track at or below this ground speed
 
 // Not beyond what any instrument shows, and a number at all.
 inline bool CanShow(double value) {
