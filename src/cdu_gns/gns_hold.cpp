@@ -90,6 +90,14 @@ void ShowExitMode(const LineRow& row, UnitText& text) {
     text.Set(automatic ? "AUTO" : "MANUAL");
 }
 
+// Nm, given or from the time at the present speed; a drawing changes no hold.
+double LegDistanceNm(HoldPattern hold) {
+    if (activePlan.Holds(hold.fixIndex)) {
+        LayOutHold(hold, activePlan.entries[hold.fixIndex]);
+    }
+    return hold.legDistanceNm;
+}
+
 // Minutes, given or from the distance at the present speed.
 double LegMinutes() {
     const HoldPattern& hold = *HoldShown();
@@ -99,8 +107,7 @@ double LegMinutes() {
     HoldPattern oneMinute = hold;
     oneMinute.legByTime = 1;
     oneMinute.legMinutes = 1;
-    LayOutHold(oneMinute, activePlan.entries[hold.fixIndex]);
-    return hold.legDistanceNm / oneMinute.legDistanceNm;
+    return hold.legDistanceNm / LegDistanceNm(oneMinute);
 }
 
 // What is not given but follows stands in brackets.
@@ -110,10 +117,11 @@ void ShowLegTime(const LineRow&, UnitText& text) {
 
 void ShowLegDistance(const LineRow&, UnitText& text) {
     const HoldPattern& hold = *HoldShown();
-    if (hold.legDistanceNm <= 0) {
+    const double distanceNm = LegDistanceNm(hold);
+    if (distanceNm <= 0) {
         text.Set("----");
     } else {
-        text.Put(hold.legByTime == 1 ? "(%-2.1f)" : "%-2.1f", hold.legDistanceNm);
+        text.Put(hold.legByTime == 1 ? "(%-2.1f)" : "%-2.1f", distanceNm);
     }
 }
 
@@ -201,10 +209,6 @@ void HandleHold(const UnitInput& input) {
     if (input.openedPage == kGnsHold) {
         PlanHoldAt(FixShown());
     }
-    HoldPattern* hold = HoldShown();
-    if (hold != nullptr && activePlan.Holds(hold->fixIndex)) {
-        LayOutHold(*hold, activePlan.entries[hold->fixIndex]);  // only the first is, otherwise
-    }
 }
 
 constexpr FieldRow kFields[] = {
@@ -250,7 +254,7 @@ constexpr LineRow kLines[] = {
      .showEntry = ShowTypedTenths,
      .visible = HasHold,
      .entryLength = 4,
-     .select = [](const LineRow&) { OfferTenths(HoldShown()->legDistanceNm, 3); },
+     .select = [](const LineRow&) { OfferTenths(LegDistanceNm(*HoldShown()), 3); },
      .enter = EnterLegDistance,
      .style = kGnsData,
      .at = {kLengthX, 280}},
