@@ -58,4 +58,18 @@ inline std::int32_t StepPage(std::int32_t page, std::int32_t step, std::int32_t 
     return stepped > pageCount ? 1 : stepped < 1 ? pageCount : stepped;
 }
 
+// "n/m" of a page that has several.
+struct SubPage {
+    std::int32_t n = 1;
+    std::int32_t m = 1;  // computed by the page at each draw
+
+    void Step(std::int32_t step) { n = StepPage(n, step, m); }
+    // How many there are now; brings the shown one back inside.
+    SubPage& SetCount(std::int32_t count) {
+        m = count;
+        n = StepPage(n, 0, count);
+        return *this;
+    }
+};
+
 }  // namespace avq1

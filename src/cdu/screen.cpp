@@ -1,6 +1,7 @@
 #include "cdu/screen.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace avq1 {
 namespace {
@@ -70,12 +71,30 @@ bool operator==(const Screen& a, const Screen& b) {
     return std::ranges::equal(a.items(), b.items());
 }
 
+namespace {
+
+void PaintText(const ScreenItem& item, const ScreenStyle& style, Surface& surface) {
+    CanvasFont font = style.font;
+    if (style.mostWidthUnits > 0) {
+        const double width = surface.canvas().MeasureText(item.text.view(), font).width;
+        const double fitting = font.sizePx * style.mostWidthUnits / std::max(width, 1.0);
+        font.sizePx = std::min(font.sizePx, std::floor(2 * fitting) / 2);  // of few sizes
+    }
+    if (style.endsThere) {
+        surface.TextRight(item.text.view(), font, style.argb, item.at.x, item.at.y);
+    } else {
+        surface.Text(item.text.view(), font, style.argb, item.at.x, item.at.y);
+    }
+}
+
+}  // namespace
+
 void PaintScreen(const Screen& screen, std::span<const ScreenStyle> styles, Surface& surface) {
     for (const ScreenItem& item : screen.items()) {
         const ScreenStyle& style = styles[item.style];
         switch (item.kind) {
             case ScreenItem::Kind::Text:
-                surface.Text(item.text.view(), style.font, style.argb, item.at.x, item.at.y);
+                PaintText(item, style, surface);
                 break;
             case ScreenItem::Kind::Fill:
                 surface.canvas().FillRectangle(style.argb, item.at.x, item.at.y, item.size.x,

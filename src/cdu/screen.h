@@ -3,7 +3,8 @@
 // A page composes a screen each draw event; two screens are compared to tell whether anything
 // shown changed, so a value counts as changed when its text does. Fixed size, no allocation.
 // Positions and sizes are the unit's design units, from the screen's top-left corner; a text's
-// position is its top-left corner. Items are painted in the order in which they were put.
+// position is its top-left corner, in a style that ends texts there its top-right one. Items are
+// painted in the order in which they were put.
 #pragma once
 
 #include <array>
@@ -26,6 +27,8 @@ struct ScreenPoint {
 struct ScreenStyle {
     CanvasFont font;
     std::uint32_t argb = 0;
+    bool endsThere = false;     // texts end at their position
+    double mostWidthUnits = 0;  // a wider text is written smaller; 0 = as wide as it comes
 };
 
 struct ScreenItem {

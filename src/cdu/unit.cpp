@@ -30,10 +30,16 @@ UnitInput TakeInput(CduState& state) {
     return std::exchange(state.input, {});
 }
 
+// What a line key without a field belongs to: it takes nothing.
+constexpr FieldRow kNoField{};
+
 void PressLine(const CduUnit& unit, const PageRow& page, std::int32_t line) {
     const FieldRow* field = FieldOfLine(page.fields, line);
     if (field == nullptr) {
-        return;
+        if (unit.entered == nullptr || line == 0 || line == kEnterLine) {
+            return;
+        }
+        field = &kNoField;
     }
     const PilotEntry entry = unit.entry != nullptr ? unit.entry() : PilotEntry{};
     const FieldOutcome outcome = PressField(*field, entry);
@@ -81,6 +87,9 @@ void HandleKeys(const CduUnit& unit) {
     const bool entered = HandleSelection(unit, *page, input);
     if (!entered && (input.enterPressed || (input.entryComplete && page->keyboardEnters))) {
         PressLine(unit, *page, kEnterLine);
+    }
+    if (unit.afterPage != nullptr) {
+        unit.afterPage(input);
     }
     if (unit.state.lineKeyRepost != 0) {
         unit.state.input.lineKey = std::exchange(unit.state.lineKeyRepost, 0);

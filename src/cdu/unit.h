@@ -78,13 +78,16 @@ struct CduUnit {
     double heightUnits = 0;
     // What the pilot has typed, for the field whose key is pressed.
     PilotEntry (*entry)() = nullptr;
-    // Told how the field took it, before the page it opens is shown.
+    // Told how the field took it, before the page it opens is shown; also of a line key that no
+    // field belongs to, with an empty row.
     void (*entered)(const FieldRow& field, const FieldOutcome& outcome) = nullptr;
     // Null on a unit without line selection.
     LineSelection* selection = nullptr;
     LineStyles lineStyles = {};
     // Told what came of ENTER or CLR on a selected line.
     void (*answered)(EntryResult result) = nullptr;
+    // What the keys ask of the unit whatever page is shown; comes after the page's own.
+    void (*afterPage)(const UnitInput& input) = nullptr;
     // Put over every page: entry lines, frames.
     void (*overlay)(Screen& screen) = nullptr;
 };

@@ -181,10 +181,7 @@ GnsCounter GnsPlanCounter() {
 }
 
 SubPage& SetGnsPageCount(GnsCounter counter, std::int32_t count) {
-    SubPage& shown = gns.Counter(counter);
-    shown.m = count;
-    shown.n = StepPage(shown.n, 0, count);
-    return shown;
+    return gns.Counter(counter).SetCount(count);
 }
 
 std::int32_t NextChoice(std::int32_t value, std::int32_t first, std::int32_t last) {

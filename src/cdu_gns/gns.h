@@ -11,6 +11,7 @@
 
 #include "base/key_area.h"
 #include "cdu/line_select.h"
+#include "cdu/list_view.h"
 #include "cdu/unit.h"
 #include "drawing/surface.h"
 #include "flightplan/flight_plan.h"
@@ -56,12 +57,6 @@ enum class GnsCounter : std::uint8_t {
     Fuel,
     Offset,
     kCount,
-};
-
-// "n/m" of a page that has several.
-struct SubPage {
-    std::int32_t n = 1;
-    std::int32_t m = 1;  // computed by the page at each draw
 };
 
 // Right column of the active plan, in the order in which CLR steps it.

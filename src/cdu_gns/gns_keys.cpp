@@ -25,8 +25,7 @@ void ShowPage(GnsPage page) {
 }
 
 void StepCounter(GnsCounter counter, std::int32_t step) {
-    SubPage& shown = gns.Counter(counter);
-    shown.n = StepPage(shown.n, step, shown.m);
+    gns.Counter(counter).Step(step);
 }
 
 // NAV, VNAV, FUEL: the page at its first sub-page; on the page itself, the next one.

@@ -1,4 +1,4 @@
-// cdu_smiths/smiths_keys.h - the keys of the Smiths-style unit.
+// cdu_smiths/smiths_keys.h - the keys of the Smiths-style unit, the same on both gauges.
 #pragma once
 
 #include <array>

@@ -427,6 +427,18 @@ void BuildRouteView() {
     }
 }
 
+void DropModification() {
+    if (planBook.status != RouteStatus::Modified) {
+        return;
+    }
+    CopyActiveToModified();
+    if (activePlan.lastIndex >= 0) {
+        planBook.originIdent = activePlan.entries[0].ident;
+        planBook.destinationIdent = activePlan.entries[activePlan.lastIndex].ident;
+    }
+    AdvanceRouteStatus();
+}
+
 void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next) {
     std::int32_t& tracked = planBook.trackedIndex;
     const bool isOfActiveRoute =

@@ -99,6 +99,8 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index);
 // modified-plan references, and the next entry goes to the plan's end.
 void CopyActiveToModified();
 void BuildRouteView();
+// A waiting modification of the active route is dropped; nothing happens without one.
+void DropModification();
 
 // Turns a scratchpad entry (identifier, latitude/longitude, place-bearing) into results. An entry
 // that resolves to nothing leaves them empty. Made-up points are named on from the plan's. The

@@ -5,7 +5,7 @@
 #include "base/panel_windows.h"
 #include "cdu_gns/gns.h"
 #include "cdu_gns/mcu.h"
-#include "cdu_smiths/smiths_keys.h"
+#include "cdu_smiths/smiths.h"
 #include "displays/eadi.h"
 #include "displays/ehsi.h"
 #include "displays/mfd.h"
@@ -13,7 +13,6 @@
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
 #include "drawing/palette.h"
-#include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
@@ -62,13 +61,6 @@ constexpr ButtonKeys kEfisOpenKeys =
 bool VnavLit() {
     return guidance.vnavEngaged == 1;
 }
-bool ExecLit() {
-    return planBook.status == RouteStatus::AwaitsExecution ||
-           planBook.status == RouteStatus::Modified;
-}
-bool NeverLit() {
-    return false;
-}
 
 template <std::int32_t mode>
 bool NdModeIs() {
@@ -86,8 +78,8 @@ constexpr IconRow kMcuIcons[] = {
 constexpr IconRow kVnavIcons[] = {{bitmap::kVnavLit, {9, 10, 31, 29}, VnavLit}};
 constexpr IconRow kLnavIcons[] = {{bitmap::kLnavLit, {9, 10, 31, 29}, McuLnavLit}};
 constexpr IconRow kSmithsIcons[] = {
-    {bitmap::kSmithsExecLit, {314, 336, 52, 34}, ExecLit},
-    {bitmap::kSmithsMessageLit, {376, 434, 26, 26}, NeverLit},
+    {bitmap::kSmithsExecLit, {314, 336, 52, 34}, SmithsExecLit},
+    {bitmap::kSmithsMessageLit, {376, 434, 26, 26}, SmithsMessageLit},
 };
 constexpr PixelBox kModeKnobBox{137, 40, 44, 44};
 constexpr PixelBox kRangeKnobBox{243, 35, 40, 40};
@@ -159,6 +151,14 @@ constexpr GaugeBehaviour GnsUnit(void (*onInstall)()) {
     return behaviour;
 }
 
+constexpr GaugeBehaviour SmithsUnit() {
+    GaugeBehaviour behaviour = Unit(DrawSmiths, true);
+    behaviour.onInstall = InstallSmiths;
+    behaviour.keyboardUser = &kSmithsKeyboard;
+    behaviour.beforeUpdate = PollSmithsKeyboard;
+    return behaviour;
+}
+
 constexpr GaugeBehaviour kMcu = CompactUnit();
 constexpr GaugeBehaviour kMfd = Display(DrawBlank, panel_window::kMfd);
 constexpr GaugeBehaviour kMfdPanel{
@@ -172,7 +172,7 @@ constexpr GaugeBehaviour kTcas = Display(DrawBlank, panel_window::kTcas);
 constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, panel_window::kNd, false);
 constexpr GaugeBehaviour kPanel{.initialises = true, .loadsNavigation = true, .updatesFrame = true};
 constexpr GaugeBehaviour kModeButton{.initialises = true};
-constexpr GaugeBehaviour kSmiths = Unit(DrawBlank, true);
+constexpr GaugeBehaviour kSmiths = SmithsUnit();
 constexpr GaugeBehaviour kServer{.onInstall = RegisterExportedVariables,
                                  .onKill = UnregisterExportedVariables};
 

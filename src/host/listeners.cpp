@@ -1,6 +1,7 @@
 #include "host/listeners.h"
 
 #include "cdu_gns/gns.h"
+#include "cdu_smiths/smiths.h"
 #include "flightlog/flight_log.h"
 #include "guidance/guidance_events.h"
 
@@ -15,6 +16,9 @@ struct ListenerRow {
 constexpr ListenerRow kListeners[] = {
     {GuidanceEvent::PlanStarted, LogStartedPlan},
     {GuidanceEvent::PlanStarted, NoteGnsPlanStarted},
+    {GuidanceEvent::TopOfClimb, NoteSmithsPhase},
+    {GuidanceEvent::TopOfDescent, NoteSmithsPhase},
+    {GuidanceEvent::BackToCruise, NoteSmithsPhase},
 };
 
 }  // namespace

@@ -1,0 +1,121 @@
+#include <gmock/gmock.h>
+
+#include "base/redraw.h"
+#include "cdu_smiths/fake_smiths.h"
+#include "support/fake_keyboard.h"
+#include "support/leak_suppressions.h"
+
+namespace avq1::test {
+namespace {
+
+TEST_F(SmithsTest, KeysWriteTheScratchpad) {
+    const struct {
+        const char* keys;
+        const char* pad;
+        const char* message = "";
+    } kCases[] = {
+        {"=ABC SP =1/.9", "ABC 1/.9"},
+        {"=ABCDEFGHIJKLMNOPQRSTUVWX", "ABCDEFGHIJKLMNOPQRSTUVWX"},
+        {"=ABCDEFGHIJKLMNOPQRSTUVWX Y +/-", "ABCDEFGHIJKLMNOPQRSTUVWX"},
+        {"+/-", "-"},
+        {"+/- +/-", "+"},
+        {"+/- +/- +/-", "-"},
+        {"=123 +/-", "123-"},
+        {"=123 +/- +/-", "123+"},
+        {"=AB CLR", "A"},
+        {"=A CLR CLR", ""},
+        {"=AB DEL", "AB", "DELETE"},
+        {"=AB DEL CLR", "AB"},
+        {"=AB DEL CLR CLR", "A"},
+        {"=AB DEL SP", ""},
+        {"=AB DEL =C", "ABC", "DELETE"},
+        {"DIR_INTC =A", "A", "NO ACTIVE ROUTE"},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.keys);
+        smiths = SmithsState{};
+        InstallSmiths();
+        cdu.Press(row.keys);
+        EXPECT_EQ(smiths.scratchpad, row.pad);
+        EXPECT_EQ(smiths.message, row.message);
+        EXPECT_EQ(cdu.Bottom(), *row.message != '\0' ? row.message : row.pad);
+    }
+}
+
+TEST_F(SmithsTest, ALineWithoutAFieldTakesNothing) {
+    cdu.Press("=12 L1");
+    EXPECT_EQ(cdu.Bottom(), "INVALID ENTRY");
+    cdu.Press("CLR");
+    EXPECT_EQ(cdu.Bottom(), "12") << "what was typed is still there";
+    cdu.Press("DEL L1");
+    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE");
+    cdu.Press("CLR CLR CLR L1");
+    EXPECT_EQ(cdu.Bottom(), "") << "with nothing typed nothing is said";
+}
+
+TEST_F(SmithsTest, PageKeysOpenTheirPages) {
+    const struct {
+        const char* keys;
+        std::int32_t page;
+    } kCases[] = {
+        {"RTE", kSmithsRoute},    {"CLB", kSmithsClimb},         {"CRZ", kSmithsCruise},
+        {"DES", kSmithsDescent},  {"LEGS", kSmithsLegs},         {"DEP_ARR", kSmithsDepArr},
+        {"HOLD", kSmithsLegs},    {"PROG", kSmithsProgress},     {"FIX", kSmithsFixInfo},
+        {"INIT_REF", kSmithsPos}, {"INIT_REF L6", kSmithsIndex}, {"INIT_REF L6 L1", kSmithsIdent},
+    };
+    EXPECT_EQ(smiths.page, kSmithsIdent) << "at first";
+    for (const auto& row : kCases) {
+        cdu.Press(row.keys);
+        EXPECT_EQ(smiths.page, row.page) << row.keys;
+    }
+    MakeRoute();
+    cdu.Press("INIT_REF");
+    EXPECT_EQ(smiths.page, kSmithsPerfInit);
+    cdu.Press("DIR_INTC");
+    EXPECT_EQ(smiths.page, kSmithsLegs);
+    EXPECT_EQ(smiths.legsMode, LegsMode::DirectTo);
+    cdu.Press("LEGS");
+    EXPECT_EQ(smiths.legsMode, LegsMode::Normal);
+    InstallSmiths();
+    EXPECT_EQ(smiths.page, kSmithsLegs) << "a second gauge shows what the first does";
+}
+
+TEST_F(SmithsTest, ThePageOfThePhaseIsShown) {
+    const struct {
+        std::int32_t page;
+        GuidanceEvent event;
+        std::int32_t shown;
+    } kCases[] = {
+        {kSmithsClimb, GuidanceEvent::TopOfClimb, kSmithsCruise},
+        {kSmithsClimb, GuidanceEvent::TopOfDescent, kSmithsDescent},
+        {kSmithsCruise, GuidanceEvent::TopOfDescent, kSmithsDescent},
+        {kSmithsDescent, GuidanceEvent::BackToCruise, kSmithsCruise},
+        {kSmithsLegs, GuidanceEvent::TopOfDescent, kSmithsLegs},
+    };
+    for (const auto& row : kCases) {
+        smiths.page = row.page;
+        NoteSmithsPhase({.event = row.event});
+        EXPECT_EQ(smiths.page, row.shown);
+    }
+}
+
+TEST_F(SmithsTest, LettersFromGOnGoToTheOtherUnitToo) {
+    MakePlan();
+    unit.Press("FPL L3");
+    ASSERT_TRUE(gns.entryArmed);
+    cdu.Press("=FGZ");
+    EXPECT_EQ(gns.scratchpad, "GZ    ");
+    EXPECT_EQ(smiths.scratchpad, "FGZ");
+}
+
+TEST_F(SmithsTest, KeysWaitForPower) {
+    avionicsPower = 0;
+    cdu.Press("INIT_REF L6");
+    EXPECT_EQ(smiths.page, kSmithsPos);
+    avionicsPower = 1;
+    cdu.Draw();
+    EXPECT_EQ(smiths.page, kSmithsIndex);
+}
+
+}  // namespace
+}  // namespace avq1::test
