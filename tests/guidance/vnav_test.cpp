@@ -86,7 +86,8 @@ class VnavTest : public ::testing::Test {
     }
     ~VnavTest() override { ImportTable.panel.services = nullptr; }
 
-    // Entries a degree apart on the equator; the aircraft over the first, flying to the second.
+    // Entries a degree apart on the equator, the last at sea level; the aircraft over the first,
+    // flying to the second.
     void MakePlan(std::initializer_list<double> constraints, std::int32_t cruiseFt = 30000) {
         activePlan.CutTo(-1);
         std::int32_t i = 0;
@@ -99,6 +100,7 @@ class VnavTest : public ::testing::Test {
             entry.altitudeConstraint = altitude > 0 ? 1 : 0;
             activePlan.Append(std::move(entry));
         }
+        activePlan.Edit(activePlan.lastIndex).altitude = 0;
         planBook.cruiseAltitudeFt = cruiseFt;
         FlyFrom(0, 0, 1);
         StartActivePlan();
@@ -168,13 +170,13 @@ TEST_F(VnavTest, EveryEntryGetsWhatItIsPassedAt) {
     performance.climbRate = 2010;  // 402 ft a mile up, 302 ft a mile down
     performance.descentRate = 1510;
     MakePlan({0, 0, 0, 0, 0, 0});
-    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 30000, 30000, 18100, kUnset));
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 30000, 30000, 18100, 0));
     EXPECT_EQ(activePlan.entries[1].speed, 250);
     EXPECT_EQ(activePlan.entries[2].speed, 280);
     MakePlan({0, 9000, 0, 0, 10000, 0});
-    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 9000, 30000, 28100, 10000, kUnset));
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 9000, 30000, 28100, 10000, 0));
     MakePlan({0, 0, 0, 6000, 0, 0});  // capped by the restriction the walk comes to
-    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 24100, 6000, 6000, kUnset));
+    EXPECT_THAT(Altitudes(), ElementsAre(kUnset, 24100, 24100, 6000, 6000, 0));
     activePlan.Edit(5).type = "APT";  // at sea level
     StartActivePlan();
     EXPECT_EQ(activePlan.entries[5].altitude, 0);
@@ -204,6 +206,55 @@ TEST_F(VnavTest, MarksLieWhereTheRatesPutThem) {
     EXPECT_EQ(planBook.verticalTargetIndex, 1);
     EXPECT_EQ(ComputeTopOfClimb(0), 1);
     EXPECT_EQ(ComputeTopOfClimb(1), 2);
+    activePlan.Edit(1).procedure = "STAR";  // a long arrival must not stop the climb
+    StartActivePlan();
+    EXPECT_EQ(planBook.verticalTargetIndex, 1);
+    EXPECT_EQ(vnav.targetAltitude, 30000);
+}
+
+TEST_F(VnavTest, ADescentEndsWhereTheRouteSaysHowLow) {
+    const struct {
+        const char* what;
+        void (*change)();
+        double todNm;  // 300: none, the cruise goes on
+        std::int32_t target;
+        double targetFt;
+    } rows[] = {
+        {"an altitude of its own", [] { activePlan.Edit(5).altitude = 3000; }, 210, 5, 3000},
+        {"an airport", [] { activePlan.Edit(5).type = "APT"; }, 200, 5, 200},
+        {"neither", [] { activePlan.Edit(5).altitude = kUnset; }, 300, 5, 30000},
+        {"a restriction before it",
+         [] {
+             activePlan.Edit(5).altitude = kUnset;
+             SetCrossing(activePlan, 4, {9000});
+         },
+         170, 4, 9000},
+        {"a gap behind it",
+         [] {
+             activePlan.Edit(5).altitude = 3000;
+             activePlan.Append(Discontinuity());
+         },
+         210, 5, 3000},
+        {"a restriction above the cruise", [] { SetCrossing(activePlan, 4, {30100}); }, 200, 5, 0},
+        {"one at the cruise", [] { SetCrossing(activePlan, 4, {30000}); }, 200, 4, 30000},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        row.change();
+        StartActivePlan();
+        vnav.topOfClimbReached = 1;
+        FlyFrom(2, 30000, 3);
+        ReplanChangedRoute();
+        RefreshPredictions();
+        EXPECT_NEAR(vnav.todNm, row.todNm, 1e-3);
+        EXPECT_EQ(ActivePredictions().topOfDescent.known, row.todNm < 300);
+        EXPECT_EQ(planBook.verticalTargetIndex, row.target);
+        EXPECT_EQ(vnav.targetAltitude, row.targetFt);
+        FlyFrom(row.todNm / 60 - 0.001, 30000, row.target);
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.descentActive, row.targetFt < 30000 ? 1 : 0);
+    }
 }
 
 TEST_F(VnavTest, RestrictionsAboveOrBelowAreTargetsWhereThePathViolatesThem) {
@@ -244,6 +295,14 @@ TEST_F(VnavTest, TheClimbIsCommandedWithinItsLimits) {
         RunVerticalGuidance();
         EXPECT_NEAR(vnav.requiredFpm, row.required, 0.01);
         EXPECT_EQ(vnav.lastVsSent, row.sent);
+    }
+    // A restriction already climbed through is passed level.
+    for (const auto& [altitude, sent] : {std::pair{9199, 1500}, {9201, 0}}) {
+        MakePlan({0, 9000, 0, 0, 0, 0});
+        guidance.vnavEngaged = 1;
+        FlyFrom(0.5, altitude, 1);
+        RunVerticalGuidance();
+        EXPECT_EQ(vnav.lastVsSent, sent);
     }
 }
 
@@ -288,6 +347,15 @@ TEST_F(VnavTest, TheDescentIsCommandedInHundredsThatStay) {
         CommandVerticalSpeed();
         EXPECT_NEAR(vnav.requiredFpm, row.required, 0.1);
         EXPECT_EQ(vnav.lastVsSent, row.sent) << row.required;
+    }
+    // At the target: in no time, but in no more than the autopilot takes to round off; and its
+    // last feet are left to it.
+    vnav.distanceToTarget = 0.5;
+    for (const auto& [above, sent] :
+         {std::pair{300, -2500}, {201, -1600}, {199, -1600}, {9, -1600}}) {
+        aircraft.altitudeFt = 100 + above;
+        CommandVerticalSpeed();
+        EXPECT_EQ(vnav.lastVsSent, sent) << above;
     }
     aircraft.altitudeFt = 99;
     CommandVerticalSpeed();
@@ -341,6 +409,12 @@ TEST_F(VnavTest, ARestrictionThatIsPassedIsKeptAsTheCruise) {
     EXPECT_EQ(vnav.crossingIndex, 5);
     EXPECT_EQ(planBook.verticalTargetIndex, 7);
     EXPECT_NEAR(vnav.todNm, 420 - 9000 / 300.0, 1e-3);
+    // Nor is a higher one behind it aimed at.
+    MakePlan({0, 0, 0, 0, 0, 12000, 13000, 3000, 0});
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    FlyFrom(5 - 2.0 / 60, 12500, 5);
+    SequenceWaypoint();
+    EXPECT_EQ(planBook.verticalTargetIndex, 7);
     // A restriction above the present cruise altitude never raises it.
     MakePlan({0, 0, 0, 0, 0, 12000, 0, 3000, 0}, 10000);
     vnav.topOfClimbReached = 1;

@@ -213,13 +213,16 @@ void WriteMinute(std::int32_t minute, const test::VerticalPilot& pilot, std::siz
     out << Point(predicted.topOfClimb) << " tod" << Point(predicted.topOfDescent) << " dest"
         << Point(predicted.destination) << "\n ";
     const auto& events = test::FakeSimulator::Get().events;
+    int verticalSpeeds = 0;
     for (; written < events.size(); ++written) {
+        verticalSpeeds += events[written].first == 66036 ? 1 : 0;
         if (events[written].first != 66042) {  // headings are LNAV's
             out << Format(" %d=%d", events[written].first,
                           static_cast<std::int32_t>(events[written].second));
         }
     }
     out << '\n';
+    EXPECT_LE(verticalSpeeds, 12) << minute;
     for (const GuidanceReport& report : std::exchange(test::heard, {})) {
         out << Format("  told %d at %d %.0fft\n", static_cast<int>(report.event), report.entryIndex,
                       report.altitudeFt);

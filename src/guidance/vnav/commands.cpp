@@ -61,8 +61,9 @@ double RequiredFpm(double feet, double distanceNm) {
 // before it, so that it is level there.
 double DescentDistanceNm() {
     const double roundOffNm = kRoundOffMinutes * aircraft.groundSpeedKt / 60;
-    const bool close = vnav.distanceToTarget < kCloseNm && vnav.distanceToTarget > 2 * roundOffNm;
-    return vnav.distanceToTarget - (close ? roundOffNm : 0);
+    return vnav.distanceToTarget < kCloseNm
+               ? std::max(vnav.distanceToTarget - roundOffNm, roundOffNm)
+               : vnav.distanceToTarget;
 }
 
 bool LowSpeedInClimb() {
@@ -82,8 +83,8 @@ void ChooseClimbSpeed() {
     }
     vnav.requiredFpm = required;
     vnav.vsCommand = std::clamp(HundredsOf(std::max(required, 0.0)), kLeastClimbFpm, kMostFpm);
-    if (LowSpeedInClimb()) {
-        vnav.vsCommand = 0;
+    if (LowSpeedInClimb() || aircraft.altitudeFt - vnav.targetAltitude > kLevelFt) {
+        vnav.vsCommand = 0;  // a restriction already climbed through is passed level
     }
 }
 
@@ -104,8 +105,10 @@ void ChooseDescentSpeed() {
         vnav.vsCommand = 0;
         return;
     }
-    if (vnav.requiredFpm < 0) {
-        return;
+    const bool roundsOff = aircraft.altitudeFt - vnav.targetAltitude < kLevelFt &&
+                           vnav.lastVsSent != kNothingSent && vnav.lastVsSent < 0;
+    if (vnav.requiredFpm < 0 || roundsOff) {
+        return;  // the last feet are the autopilot's
     }
     vnav.vsCommand = -std::min(TowardsPath(HundredsOf(vnav.requiredFpm)), kMostFpm);
     if (aircraft.indicatedAirspeedKt < performance.minVnavIas) {

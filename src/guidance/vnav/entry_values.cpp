@@ -34,7 +34,7 @@ struct ProfileWalk {
     bool IsTarget(std::int32_t index, double runningFt) const {
         const PlanWaypoint& entry = input.Entry(index);
         if (!HasPosition(entry) || BelongsToClimb(*input.route, index) != climbing ||
-            entry.altitude == kUnset) {
+            entry.altitude == kUnset || entry.altitude > profile.cruiseAltitude) {
             return false;
         }
         switch (entry.altitudeConstraint) {
@@ -147,15 +147,15 @@ void WalkProfile(const PlanningInput& input, const AircraftPerformance& from,
     values.altitude.fill(profile.cruiseAltitude);
     values.speed.fill(from.cruiseIas);
     profile.targets.reset();
-    const FlightPlan& plan = *input.route->plan;
+    const RouteTable& route = *input.route;
     ProfileWalk descent{input, from, profile, values, false};
-    const auto last = static_cast<std::size_t>(plan.lastIndex);
-    values.altitude[last] = EntryAltitude(plan, plan.lastIndex);
-    values.speed[last] = descent.SpeedAt(plan.lastIndex, values.altitude[last]);
+    const auto last = static_cast<std::size_t>(route.last);
+    values.altitude[last] = DescentEndFt(route, profile.cruiseAltitude);
+    values.speed[last] = descent.SpeedAt(route.last, values.altitude[last]);
     WalkSide(descent, values.altitude[last]);
     if (!input.climbOver) {
         ProfileWalk climb{input, from, profile, values, true};
-        WalkSide(climb, EntryAltitude(plan, 0));
+        WalkSide(climb, EntryAltitude(*route.plan, 0));
     }
 }
 

@@ -119,9 +119,11 @@ class PathBuilder {
 
     double TargetAltitude(std::int32_t index) const {
         const PlanWaypoint& entry = input_.Entry(index);
-        const double feet = EntryAltitude(*input_.route->plan, index);
-        const bool atAirport = index == input_.route->last && entry.type == kAirportType;
-        return feet + (atAirport ? kAboveAirportFt : 0);
+        if (index != input_.route->last) {
+            return entry.altitude;
+        }
+        return DescentEndFt(*input_.route, altitudeFt_) +
+               (entry.type == kAirportType ? kAboveAirportFt : 0);
     }
 
     const PlanningInput& input_;

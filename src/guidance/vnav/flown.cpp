@@ -92,7 +92,7 @@ void FillEntries(const EntryValues& values) {
         const PlanWaypoint& entry = activePlan.entries[i];
         const auto at = static_cast<std::size_t>(i);
         const bool keepsAltitude = entry.altitudeConstraint != 0 ||
-                                   (i == activePlan.lastIndex && entry.type != kAirportType);
+                                   (i == ActiveRoute().last && entry.type != kAirportType);
         const double altitude = keepsAltitude ? entry.altitude : values.altitude[at];
         const double speed =
             HasSpeedRestriction(entry) && entry.speed != kUnset ? entry.speed : values.speed[at];
@@ -108,19 +108,20 @@ void ForgetProfile() {
     static_cast<FollowedProfile&>(vnav) = {};
 }
 
-bool IsAirport(const PlanWaypoint& entry) {
-    return entry.type == kAirportType;
-}
-
 void AimAtEntry(std::int32_t index) {
     const PlanWaypoint& entry = activePlan.entries[index];
-    vnav.targetAltitude = EntryAltitude(activePlan, index);
+    vnav.targetAltitude = EntryTargetFt(index);
     vnav.targetLatitude = entry.latitude;
     vnav.targetLongitude = entry.longitude;
     vnav.targetIsEntry = 1;
-    if (index == activePlan.lastIndex && IsAirport(entry) &&
-        vnav.targetAltitude != vnav.cruiseAltitude) {
-        vnav.targetAltitude += kAboveAirportFt;
+}
+
+// A restriction above the cruise altitude never raises it.
+void KeepTargetsWithinCruise() {
+    for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex; ++i) {
+        if (activePlan.entries[i].altitude > vnav.cruiseAltitude) {
+            vnav.targets.reset(static_cast<std::size_t>(i));
+        }
     }
 }
 
@@ -135,12 +136,23 @@ void AimInClimb(std::int32_t climbOffset) {
     const std::int32_t climbEnd = ComputeTopOfClimb(climbOffset);
     const std::int32_t target = planBook.verticalTargetIndex;
     AimAtMark(vnav.cruiseAltitude, vnav.tocLatitude, vnav.tocLongitude);
-    if (target <= climbEnd && vnav.targets[static_cast<std::size_t>(target)]) {
+    if (target <= climbEnd && vnav.targets[static_cast<std::size_t>(target)] &&
+        BelongsToClimb(ActiveRoute(), target)) {
         AimAtEntry(target);
     }
 }
 
 }  // namespace
+
+double EntryTargetFt(std::int32_t index) {
+    const PlanWaypoint& entry = activePlan.entries[index];
+    if (index != ActiveRoute().last) {
+        return entry.altitude;
+    }
+    const double feet = DescentEndFt(ActiveRoute(), vnav.cruiseAltitude);
+    const bool above = entry.type == kAirportType && feet != vnav.cruiseAltitude;
+    return feet + (above ? kAboveAirportFt : 0);
+}
 
 PlanningInput FlownInput() {
     PlanningInput input;
@@ -208,7 +220,7 @@ std::int32_t ComputeTopOfClimb(std::int32_t offset) {
         return activePlan.lastIndex;
     }
     std::int32_t end = kNoEntry;
-    for (std::int32_t i = planBook.activeIndex + offset; i < activePlan.lastIndex; ++i) {
+    for (std::int32_t i = planBook.activeIndex + offset; i < input.route->last; ++i) {
         const PlanWaypoint& entry = activePlan.entries[i];
         if (entry.altitude >= vnav.cruiseAltitude) {
             break;
@@ -229,7 +241,7 @@ std::int32_t ComputeTopOfClimb(std::int32_t offset) {
     if (offset == 0) {
         static_cast<PlannedProfile&>(vnav) = byDistance;
     }
-    return std::min(byDistance.tocIndex + 1, activePlan.lastIndex);
+    return std::min(byDistance.tocIndex + 1, input.route->last);
 }
 
 void ComputeTopOfDescent(std::int32_t replan) {
@@ -241,6 +253,7 @@ void ComputeTopOfDescent(std::int32_t replan) {
         vnav.cruiseAltitude =
             std::min(vnav.cruiseAltitude, static_cast<std::int32_t>(ActiveWaypoint().altitude));
         vnav.descentActive = 0;
+        KeepTargetsWithinCruise();
     }
     PlaceTopOfDescent(FlownInput(), planBook.activeIndex - (replan == 1 ? 0 : 1), vnav);
 }
@@ -259,15 +272,17 @@ double TodDistanceToDestination() {
 }
 
 void ChooseTargetEntry(std::int32_t offset) {
-    std::int32_t target = planBook.activeIndex + offset;
-    if (vnav.cruiseAltitude == 0) {
-        target = NextRestriction(activePlan, target);
+    const std::int32_t from = planBook.activeIndex + offset;
+    const std::int32_t last = ActiveRoute().last;
+    if (vnav.cruiseAltitude == 0 || last < 0) {
+        planBook.verticalTargetIndex = NextRestriction(activePlan, from);
+        return;
     }
-    while (vnav.cruiseAltitude > 0 && target < activePlan.lastIndex &&
-           !vnav.targets[static_cast<std::size_t>(target)]) {
+    std::int32_t target = std::min(from, last);
+    while (target < last && !vnav.targets[static_cast<std::size_t>(target)]) {
         ++target;
     }
-    planBook.verticalTargetIndex = std::clamp(target, 0, std::max(activePlan.lastIndex, 0));
+    planBook.verticalTargetIndex = target;
 }
 
 void AimAtTarget(std::int32_t climbOffset) {
@@ -364,10 +379,10 @@ void TargetOnPassing() {
         vnav.climbFromLatitude = ActiveWaypoint().latitude;
         vnav.climbFromLongitude = ActiveWaypoint().longitude;
     }
-    ChooseTargetEntry(1);
     if (!inClimb && restricted && !BelongsToClimb(ActiveRoute(), planBook.activeIndex)) {
         TakeVerticalEvent(VerticalEvent::RestrictionPassed);
     }
+    ChooseTargetEntry(1);
     AimAtTarget(1);
 }
 

@@ -17,6 +17,9 @@ bool HasProfile();
 // How far along the route the aircraft is, by its distance to the active waypoint.
 double AircraftAlongNm();
 
+// The altitude at which a target is to be passed; some feet above the airport at the route's end.
+double EntryTargetFt(std::int32_t index);
+
 // Aims at the entry planBook.verticalTargetIndex, or in the climb and in cruise at what comes
 // before it. `climbOffset` is that of ComputeTopOfClimb.
 void AimAtTarget(std::int32_t climbOffset);

@@ -144,10 +144,11 @@ bool PastTopOfDescent() {
     return vnav.todOverdue != 0 || std::trunc(angle) < kPastDescentDeg;
 }
 
-// While climbing, only what has been climbed needs a descent.
+// While climbing, only what has been climbed needs a descent; in cruise there must be something to
+// descend to.
 bool DescentIsNeeded() {
     if (vnav.Phase() != kClimb) {
-        return true;
+        return EntryTargetFt(planBook.verticalTargetIndex) < vnav.cruiseAltitude;
     }
     const PlanningInput input = FlownInput();
     return input.at.alongNm >=

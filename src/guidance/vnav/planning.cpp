@@ -92,9 +92,9 @@ double ClimbLimitNm(double routeLengthNm) {
 }
 
 double LevelAboveAirports(const PlanningInput& input, double altitudeFt) {
-    const FlightPlan& plan = *input.route->plan;
+    const RouteTable& route = *input.route;
     const double lowest =
-        std::max(EntryAltitude(plan, 0), EntryAltitude(plan, plan.lastIndex)) + kClearOfAirportsFt;
+        std::max(EntryAltitude(*route.plan, 0), DescentEndFt(route, 0)) + kClearOfAirportsFt;
     double level =
         ApplyLevelRule(std::trunc(altitudeFt / kThousand) * kThousand, CourseToLast(input));
     while (level < lowest) {
@@ -137,6 +137,12 @@ double EntryAltitude(const FlightPlan& plan, std::int32_t index) {
     return 0;
 }
 
+double DescentEndFt(const RouteTable& route, double fromFt) {
+    const PlanWaypoint& last = route.plan->entries[route.last];
+    const bool known = last.altitude != kUnset || last.type == kAirportType;
+    return known ? EntryAltitude(*route.plan, route.last) : fromFt;
+}
+
 bool BelongsToClimb(const RouteTable& route, std::int32_t index) {
     const PlanWaypoint& entry = route.plan->entries[index];
     if (entry.procedure == "SID") {
@@ -160,11 +166,10 @@ void PlaceTopOfClimb(const PlanningInput& input, double fromNm, double altitudeF
 double DescentBeginsNm(const PlanningInput& input, const PlannedProfile& profile, double fromFt,
                        std::int32_t passedIndex) {
     const RouteTable& route = *input.route;
-    const FlightPlan& plan = *route.plan;
     // The earliest that a restriction ahead needs; without one, what the last entry needs.
     double beginsNm = std::numeric_limits<double>::infinity();
-    for (std::int32_t i = plan.lastIndex - 1; i > passedIndex; --i) {
-        const double entryFt = plan.entries[i].altitude;
+    for (std::int32_t i = route.last - 1; i > passedIndex; --i) {
+        const double entryFt = input.Entry(i).altitude;
         if (profile.targets[i] && entryFt < fromFt && !BelongsToClimb(route, i)) {
             beginsNm =
                 std::min(beginsNm, route.alongNm[i] - input.speeds.DescentNm(fromFt - entryFt));
@@ -173,7 +178,7 @@ double DescentBeginsNm(const PlanningInput& input, const PlannedProfile& profile
     if (std::isfinite(beginsNm)) {
         return beginsNm;
     }
-    const double lossFt = std::max(fromFt - EntryAltitude(plan, plan.lastIndex), 0.0);
+    const double lossFt = std::max(fromFt - DescentEndFt(route, fromFt), 0.0);
     return route.LengthNm() - input.speeds.DescentNm(lossFt);
 }
 

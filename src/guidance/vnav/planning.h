@@ -59,6 +59,10 @@ double ChooseCruiseAltitude(const PlanningInput& input, double maxCruiseFt);
 // An entry's altitude as far as it is known: its own, an airport's elevation, else 0.
 double EntryAltitude(const FlightPlan& plan, std::int32_t index);
 
+// What a descent from `fromFt` ends at: the altitude of the route's last entry. One that is no
+// airport and has none gives nothing to descend to.
+double DescentEndFt(const RouteTable& route, double fromFt);
+
 // Whether a restriction is one of the climb: entries of a departure, and those before the middle of
 // the route that no arrival or approach brought.
 bool BelongsToClimb(const RouteTable& route, std::int32_t index);

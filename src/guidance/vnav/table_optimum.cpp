@@ -88,12 +88,11 @@ double PhaseNm(double altitudeFt, const TableAverages& averages) {
 
 PhaseAverages AveragePhases(const PlanningInput& input, const PerformanceTables& tables,
                             const AircraftPerformance& from, double cruiseFt, double limitNm) {
-    const FlightPlan& plan = *input.route->plan;
-    return {AverageSteps(Simulate(tables.climb, input.altitudeFt, cruiseFt, limitNm,
-                                  {from.climbSpeedRestriction, from.climbRestrictionAltitude})),
-            AverageSteps(
-                Simulate(tables.descent, EntryAltitude(plan, plan.lastIndex), cruiseFt, limitNm,
-                         {from.descentSpeedRestriction, from.descentRestrictionAltitude}))};
+    return {
+        AverageSteps(Simulate(tables.climb, input.altitudeFt, cruiseFt, limitNm,
+                              {from.climbSpeedRestriction, from.climbRestrictionAltitude})),
+        AverageSteps(Simulate(tables.descent, DescentEndFt(*input.route, 0), cruiseFt, limitNm,
+                              {from.descentSpeedRestriction, from.descentRestrictionAltitude}))};
 }
 
 void TakeAverages(const PhaseAverages& averages, const PerformanceTables& tables, double cruiseFt,
