@@ -127,9 +127,7 @@ std::vector<std::string> NamedTransitions(const Procedure& procedure) {
 
 std::vector<std::string> TransitionOptions() {
     if (KindShown().page == kGnsApproach) {
-        std::vector<std::string> named = ListApproachTransitions(choice.item, choice.runway);
-        std::erase(named, "MISSED");  // how the way out is marked
-        return named;
+        return ListApproachTransitions(choice.item, choice.runway);
     }
     const Procedure* procedure = FindProcedure(ProceduresShown(), choice.item);
     return procedure != nullptr ? NamedTransitions(*procedure) : std::vector<std::string>{};

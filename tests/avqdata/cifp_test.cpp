@@ -155,8 +155,8 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "E QUIN1 6 RW09L BBBBB E___ IF\nE QUIN1 6 RW09L AAAAA EE__ TF\n",
          "QUIN1 09L: DDDDD|DDDDD|FL200|--- CCCCC|CCCCC|---|---* BBBBB|BBBBB|---|---* "
          "AAAAA|AAAAA|---|09L*"},
-        // The hold that ends the missed approach is flown at the transition's own fix; the second
-        // approach circles to any runway.
+        // The hold that ends the missed approach is at the transition's own fix; the second approach
+        // circles to any runway.
         {"roles of an approach and its missed approach",
          "F R09LY A DDDDD DDDDD E__A IF +03000\nF R09LY A DDDDD DDDDD EE_A HF +03000\n"
          "F R09LY A DDDDD CCCCC EE_B TF\nF R09LY R - CCCCC E__I IF +02000\n"
@@ -164,8 +164,7 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "F R09LY R - - __M_ CA +00500\nF R09LY R - AAAAA EY__ DF +03000\n"
          "F R09LY R - DDDDD EE__ HM +03000\nF VOR-A V - BBBBB E__F IF\n",
          "09L: RNAVY|DDDDD|IAF|DDDDD RNAVY|CCCCC|| RNAVY|BBBBB|FAF| RNAVY|RW09L|MAF|! "
-         "RNAVY|AAAAA||MISSED!; : VOR-A|BBBBB|FAF|",
-         "legs of missed approaches back to a fix that names a transition"},
+         "RNAVY|AAAAA|MAF|! RNAVY|DDDDD|MAF|; : VOR-A|BBBBB|FAF|"},
         {"a transition of one fix keeps it",
          "F R09RZ A AAAAA AAAAA E__A IF\nF R09RZ A AAAAA BBBBB E__D TF\n"
          "F R09RZ A CCCCC CCCCC E__A IF\nF R09RZ R - CCCCC E__I IF\nF R09RZ R - RW09R E__M TF\n",

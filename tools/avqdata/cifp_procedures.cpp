@@ -35,7 +35,6 @@ struct Builder {
     Dataset& data;
 };
 
-constexpr std::string_view kMissedTransition = "MISSED";
 
 // Legs that end at no fix: at an altitude, a course, a distance, or when the pilot says so.
 bool EndsAtFix(const ProcedureLegRecord& leg) {
@@ -390,7 +389,7 @@ bool IsInitial(const Leg& leg) {
 
 std::string RoleText(const Route& route, const Leg& leg) {
     if (leg.missed) {
-        return std::string(kMissedTransition);
+        return "MAF";  // shown, never flown
     }
     if (route.type == 'A') {
         // The transition that begins at an initial fix bears its name.
@@ -408,42 +407,18 @@ std::string ApproachLine(const ApproachName& name, const Route& route, const Leg
            " 0 0" + (leg.flyover ? " FO" : " ---");
 }
 
-// Transitions end where the final approach begins. A missed approach that returns to a
-// transition's fix would be flown with that transition, whose name picks legs by their fix.
-void PrepareApproach(Builder& builder, const ProcedureRecord& procedure,
-                     std::vector<Route>& routes) {
-    std::set<std::string> transitions;
-    std::vector<Leg>* final = nullptr;
-    for (Route& route : routes) {
-        if (route.type == 'A') {
-            transitions.insert(route.transition);
-        } else if (!route.legs.empty() && final == nullptr) {
-            final = &route.legs;
-        }
-    }
-    if (final == nullptr) {
+// Transitions end where the final approach begins.
+void PrepareApproach(std::vector<Route>& routes) {
+    const auto found = std::ranges::find_if(
+        routes, [](const Route& route) { return route.type != 'A' && !route.legs.empty(); });
+    if (found == routes.end()) {
         return;
     }
-    for (const Leg& leg : *final) {
-        if (IsInitial(leg) && !leg.missed) {
-            transitions.insert(leg.fix);
-        }
-    }
-    std::erase_if(*final, [&](const Leg& leg) {
-        const bool clash = leg.missed && transitions.contains(leg.fix);
-        if (clash) {
-            builder.report.Add(Topic::Dropped,
-                               "legs of missed approaches back to a fix that names a transition",
-                               procedure.airport + " " + procedure.name + " " + leg.fix);
-        }
-        return clash;
-    });
+    Leg& first = found->legs.front();
     for (Route& route : routes) {
-        const bool joins = route.type == 'A' && !route.legs.empty() && !final->empty() &&
-                           !IsInitial(final->front());
         // A transition of one fix keeps it: it would not be offered otherwise.
-        if (joins && route.legs.size() > 1) {
-            DropJoint(route, false, final->front());
+        if (route.type == 'A' && route.legs.size() > 1 && !IsInitial(first)) {
+            DropJoint(route, false, first);
         }
     }
 }
@@ -466,7 +441,7 @@ bool HasRoom(const ApproachRoom& room, const ApproachName& name, std::size_t leg
 void BuildApproach(Builder& builder, const ProcedureRecord& procedure, ApproachRoom& room) {
     const std::string title = procedure.airport + " " + procedure.name;
     std::vector<Route> routes = Routes(builder, procedure);
-    PrepareApproach(builder, procedure, routes);
+    PrepareApproach(routes);
     ApproachName name = NameApproach(procedure.name);
     if (!room.taken.insert({name.runway, name.group}).second) {
         name.group = procedure.name;
