@@ -15,7 +15,6 @@
 #include "cdu/unit.h"
 #include "drawing/surface.h"
 #include "flightplan/flight_plan.h"
-#include "guidance/guidance_events.h"
 #include "simlink/keyboard.h"
 
 namespace avq1 {
@@ -93,9 +92,6 @@ void InstallGns();
 
 // Draws the unit's screen when something changed since the last painted frame.
 void DrawGns(const DrawTarget& target);
-
-// Listens to guidance: the fuel used is counted from the start of the plan on the ground.
-void NoteGnsPlanStarted(const GuidanceReport& report);
 
 // What a character key does; taken only while a line waits for an entry.
 void TypeGnsCharacter(std::string_view character);

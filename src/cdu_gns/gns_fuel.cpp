@@ -11,7 +11,6 @@
 #include "cdu_gns/gns_values.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/flight_plan.h"
-#include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/calendar.h"
@@ -32,11 +31,10 @@ constexpr int kTimeX = 380;
 constexpr int kWholeWeightX = 340;
 constexpr std::int32_t kReserveDigits = 6;
 
-// What the data service told when the page was opened, and the fuel when the plan was begun.
+// What the data service told when the page was opened.
 struct FuelRecord {
     bool weightsKnown = false;
     AircraftWeights weights;
-    double fuelAtStartLb = kNone;
 };
 
 FuelRecord record;
@@ -99,7 +97,7 @@ double PoundsOf(std::int32_t item) {
         case kPayload:
             return weighed ? record.weights.payloadLb : kNone;
         case kFuelUsed:
-            return record.fuelAtStartLb - FuelOnBoard();
+            return HasFlightLog() ? flightLog.startFuel - FuelOnBoard() : kNone;
         case kGrossWeight:
             return weighed ? record.weights.zeroFuelLb + FuelOnBoard() : kNone;
         default:
@@ -271,27 +269,28 @@ void ShowDate(const FieldRow&, UnitText& text) {
              static_cast<double>(year % 100));
 }
 
-// No log keeps these yet.
-void ShowUnknownTime(const FieldRow&, UnitText& text) {
-    text.Set("--:--");
+void ShowLoggedTime(const std::string& logged, UnitText& text) {
+    text.Set(logged.empty() ? "--:--" : logged);
+}
+
+void ShowTakeoff(const FieldRow&, UnitText& text) {
+    ShowLoggedTime(flightLog.takeoffTimeText, text);
+}
+
+void ShowLanding(const FieldRow&, UnitText& text) {
+    ShowLoggedTime(flightLog.landingTimeText, text);
 }
 
 void ShowFlightTime(const FieldRow&, UnitText& text) {
-    const bool counted = flightLog.phase >= 0 && flightLog.phase <= kFlightLogDone;
-    text = HoursMinutesText(0, counted ? guidance.elapsedSeconds / 60 : kNone);
+    text = HoursMinutesText(0, HasFlightLog() ? guidance.elapsedSeconds / 60 : kNone);
 }
 
 constexpr FieldRow kTimeFields[] = {
-    Label("FLIGHT TIME", 40, 90),
-    Label("DATE", 80),
-    Value(ShowDate, 300, 80),
-    Label("GMT", 120),
-    Value(ShowUtc, kTimeX, 120),
-    Label("TAKEOFF", 160),
-    Value(ShowUnknownTime, kTimeX, 160),
-    Label("LAND", 200),
-    Value(ShowUnknownTime, kTimeX, 200),
-    Label("FLIGHT TIME", 240),
+    Label("FLIGHT TIME", 40, 90),       Label("DATE", 80),
+    Value(ShowDate, 300, 80),           Label("GMT", 120),
+    Value(ShowUtc, kTimeX, 120),        Label("TAKEOFF", 160),
+    Value(ShowTakeoff, kTimeX, 160),    Label("LAND", 200),
+    Value(ShowLanding, kTimeX, 200),    Label("FLIGHT TIME", 240),
     Value(ShowFlightTime, kTimeX, 240),
 };
 
@@ -336,7 +335,24 @@ void OfferReserve(const LineRow&) {
     LoadScratchpad(gns, NumberText(GnsWeight(planBook.reserveFuelInUse), 1).view(), kReserveDigits);
 }
 
+// ---- another log ----
+bool OnTimes(const LineRow&) {
+    return gns.Counter(GnsCounter::Fuel).n == 5;
+}
+
+EntryResult BeginLog(const LineRow&) {
+    StartFlightLog();
+    return EntryResult::Accepted;
+}
+
 constexpr LineRow kLines[] = {
+    {.line = 5,
+     .text = "NEW LOG",
+     .prompt = "NEW LOG?",
+     .visible = OnTimes,
+     .enter = BeginLog,
+     .style = kGnsLabel,
+     .at = {kGnsLabelX, 360}},
     {.line = 7,
      .show = ShowReserve,
      .visible = OnStatus,
@@ -362,12 +378,6 @@ void ComposeFuel(Screen& screen) {
 }
 
 }  // namespace
-
-void NoteGnsPlanStarted(const GuidanceReport& report) {
-    if (report.onGround || !std::isfinite(record.fuelAtStartLb)) {
-        record.fuelAtStartLb = FuelOnBoard();
-    }
-}
 
 constinit const PageRow kGnsFuelPage{
     .page = kGnsFuel, .lines = kLines, .handle = HandleFuel, .compose = ComposeFuel};

@@ -49,7 +49,7 @@ void Install(const GaugeBehaviour& behaviour) {
 
 void EnsureFlightLogStarted() {
     if (FlightLogStarted == 0) {
-        RunFlightLogStartPass();
+        FlightLogUpdate(FlightLogMode::StartPass);
     }
 }
 
@@ -71,14 +71,14 @@ void LoadSharedCore(const GaugeBehaviour& behaviour, std::string_view parameters
     EnsureSimFolder();
     if (SettingsLoaded == 0) {
         LoadSettings();
-        RunFlightLogStartPass();
+        FlightLogUpdate(FlightLogMode::StartPass);
     }
     if (behaviour.loadsNavigation) {
         if (navDatabase.airports.count == 0) {
             LoadNavDatabase();
         }
         if (behaviour.logsAfterLoad) {
-            RunFlightLogStartPass();
+            FlightLogUpdate(FlightLogMode::StartPass);
         }
     }
     TakeAircraft(parameters);

@@ -1,6 +1,5 @@
 #include "host/listeners.h"
 
-#include "cdu_gns/gns.h"
 #include "cdu_smiths/smiths.h"
 #include "flightlog/flight_log.h"
 #include "guidance/guidance_events.h"
@@ -15,7 +14,7 @@ struct ListenerRow {
 
 constexpr ListenerRow kListeners[] = {
     {GuidanceEvent::PlanStarted, LogStartedPlan},
-    {GuidanceEvent::PlanStarted, NoteGnsPlanStarted},
+    {GuidanceEvent::WaypointPassed, LogPassedWaypoint},
     {GuidanceEvent::TopOfClimb, NoteSmithsPhase},
     {GuidanceEvent::TopOfDescent, NoteSmithsPhase},
     {GuidanceEvent::BackToCruise, NoteSmithsPhase},

@@ -163,6 +163,7 @@ void UpdateFrame() {
     RefreshPredictions();
     ServePageRequests();
     ServeDataRequests();
+    FlightLogUpdate(FlightLogMode::FramePass);
     ReleaseAirspeedHold();
 }
 

@@ -24,6 +24,13 @@ bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
 // kept or replaced whole. Missing folders are created. False leaves the old file untouched.
 bool ReplaceFile(std::string_view path, std::string_view contents);
 
+enum class FileStart { Anew, AtEnd };
+
+// Writes at the end of a file, which is created when missing, or begins it anew. Missing folders
+// are created. Quicker than ReplaceFile: what a failing disk leaves may be a part. False when it
+// cannot be opened or written.
+bool AppendToFile(std::string_view path, std::string_view contents, FileStart start);
+
 // Names of all entries of a folder (no "." and ".."), in the file system's order made stable by
 // sorting. False when the folder cannot be listed.
 bool ListFolder(std::string_view folder, std::vector<std::string>& names);

@@ -28,6 +28,17 @@ void* FindWindowByClass(const char* className);
 std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_t first,
                                void* second);
 
+// The computer's date and time of day where it stands.
+struct LocalTime {
+    std::int32_t year = 0;
+    std::int32_t month = 1;  // 1 to 12
+    std::int32_t day = 1;
+    std::int32_t hour = 0;
+    std::int32_t minute = 0;
+    std::int32_t second = 0;
+};
+LocalTime ReadLocalTime();
+
 // The system keyboard's state by scan code, 0x80 = down. Opening names the step that failed, null
 // when none did; `moduleFile` is the file this module was loaded from. The results of acquiring and
 // reading are 0, kKeyboardInputLost while another window has the keyboard, or another failure.

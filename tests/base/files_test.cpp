@@ -74,6 +74,29 @@ TEST(Files, AreReplacedWhole) {
     EXPECT_TRUE(names.empty());
 }
 
+TEST(Files, GrowAtTheirEndOrBeginAnew) {
+    const TempSimFolder folder;
+    folder.Write("file", "");
+    const struct {
+        const char* path;
+        FileStart start;
+        bool written;
+        const char* contents;  // of log/Fpl.log afterwards
+    } cases[] = {
+        {"\\log\\Fpl.log", FileStart::AtEnd, true, "x"},
+        {"\\LOG\\fpl.log", FileStart::AtEnd, true, "xx"},
+        {"\\log\\fpl.log", FileStart::Anew, true, "x"},
+        {"\\file\\fpl.log", FileStart::AtEnd, false, "x"},
+        {"\\log", FileStart::AtEnd, false, "x"},
+        {"\\log\\", FileStart::Anew, false, "x"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(AppendToFile(SimPath(c.path), "x", c.start), c.written) << c.path;
+        EXPECT_EQ(folder.Read("log/Fpl.log"), c.contents) << c.path;
+    }
+    EXPECT_FALSE(AppendToFile("", "x", FileStart::AtEnd));
+}
+
 TEST(SimFolder, IsTheCurrentDirectoryWhenNothingElseIsKnown) {
     ResetModuleState();
     EnsureSimFolder();

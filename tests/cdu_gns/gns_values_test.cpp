@@ -133,7 +133,18 @@ TEST_F(GnsValuesTest, FuelPagesCountInTheSettingsUnit) {
                   {"", "FUEL", "ENGINE   2|2200"},
                   {"", "", "TOTAL|4200"},
                   {"", "FUEL FUEL", "FUEL ON BOARD| 13400"},
-                  {"", "", "GROSS WEIGHT|------"}};
+                  {"", "", "GROSS WEIGHT|------"},
+                  {"", "", "FUEL USED|------"},
+                  {"", "PREV", "TAKEOFF|--:--"},
+                  {"", "", "LAND|--:--"},
+                  {"", "L5", "NEW LOG?"},
+                  {"", "ENTER", "NEW LOG"},
+                  {"", "", "TAKEOFF|09:37"},
+                  {"", "", "FLIGHT TIME|00:00"},
+                  {"", "FUEL", "FUEL USED|     0"}};
+    aircraft.radioAltitudeFt = 3000;
+    aircraft.zuluHour = 9;
+    aircraft.zuluMinute = 37.9;
     for (const auto& c : kCases) {
         settings.WeightUnit = c.unitSetting;
         unit.Press(c.keys);

@@ -350,7 +350,7 @@ TEST_F(UpdateFrameTest, APlanStartedOnTheGroundBeginsALog) {
         std::int32_t lastIndex;
         std::int32_t phase;
         double elapsedSeconds;
-    } rows[] = {{4.9, 2, kFlightLogWanted, 0}, {5, 2, 3, 77}, {4.9, -1, 3, 77}};
+    } rows[] = {{4.9, 2, 1, 0}, {5, 2, 3, 77}, {4.9, -1, 3, 77}};
     for (const auto& row : rows) {
         SetActivePlan(kEquator3);
         activePlan.CutTo(row.lastIndex);

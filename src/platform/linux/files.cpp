@@ -245,6 +245,24 @@ bool ReplaceFile(std::string_view path, std::string_view contents) {
     return false;
 }
 
+bool AppendToFile(std::string_view path, std::string_view contents, FileStart start) {
+    const std::string resolved = ResolvePath(path);
+    if (resolved.empty() || resolved.back() == '/') {
+        return false;
+    }
+    CreateParentFolders(resolved);
+    // Non-blocking and looked at first, so that a pipe of this name cannot hang the panel.
+    Descriptor file(open(resolved.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_CLOEXEC,
+                         kNewFileMode));
+    struct stat status = {};
+    if (!file.valid() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        (start == FileStart::Anew && ftruncate(file.number(), 0) != 0)) {
+        return false;
+    }
+    const bool written = WriteAll(file.number(), contents);
+    return file.Close() && written;
+}
+
 bool ListFolder(std::string_view folder, std::vector<std::string>& names) {
     names.clear();
     const std::string resolved = ResolvePath(folder);

@@ -2,6 +2,7 @@
 // that is null or lies beyond the record's stated size is absent.
 #include <cstddef>
 #include <cstring>
+#include <ctime>
 
 #include "platform/services.h"
 
@@ -37,6 +38,14 @@ std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_
                                void* second) {
     const auto send = PlatformMember(&PlatformServices::send_message);
     return send != nullptr ? send(window, message, first, second) : 0;
+}
+
+LocalTime ReadLocalTime() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    localtime_r(&now, &local);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+            local.tm_hour,        local.tm_min,     local.tm_sec};
 }
 
 // The host's keyboard needs no opening; it is there, and belongs to a main window, or it is not.

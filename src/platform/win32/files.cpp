@@ -146,6 +146,23 @@ bool ReplaceFile(std::string_view path, std::string_view contents) {
     return false;
 }
 
+bool AppendToFile(std::string_view path, std::string_view contents, FileStart start) {
+    const std::string native = NativePath(path);
+    if (native.empty() || native.back() == '\\') {
+        return false;
+    }
+    CreateParentFolders(native);
+    const DWORD creation = start == FileStart::Anew ? CREATE_ALWAYS : OPEN_ALWAYS;
+    FileHandle file(CreateFileA(native.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, creation,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file.valid() || GetFileType(file.get()) != FILE_TYPE_DISK ||
+        SetFilePointer(file.get(), 0, nullptr, FILE_END) == INVALID_SET_FILE_POINTER) {
+        return false;
+    }
+    const bool written = WriteAll(file.get(), contents);
+    return file.Close() && written;
+}
+
 bool ListFolder(std::string_view folder, std::vector<std::string>& names) {
     names.clear();
     std::string pattern = NativePath(folder);

@@ -29,6 +29,12 @@ std::int64_t SendWindowMessage(void* window, std::uint32_t message, std::uint64_
                         reinterpret_cast<LPARAM>(second));
 }
 
+LocalTime ReadLocalTime() {
+    SYSTEMTIME local = {};
+    GetLocalTime(&local);
+    return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
+}
+
 void ReportTextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
                      std::uint32_t argb) {
     static const TextDrawn listener = FindTextListener();
