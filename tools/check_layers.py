@@ -7,7 +7,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SRC = ROOT / "src"
-PANEL_HOST_MAY_INCLUDE = {"platform/panel_interface.h"}
+PANEL_HOST_MAY_INCLUDE = {"platform/panel_interface.h", "platform/traffic_interface.h"}
 
 
 def link_lists():

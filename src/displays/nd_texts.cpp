@@ -148,7 +148,7 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     }
     if (nd.showTraffic == 1) {
         surface.TextRight("TCAS", kData, colour::Cyan, kRight, kBottomRows[2]);
-        if (!traffic.sourceFound) {
+        if (!HasTrafficSource()) {
             surface.TextRight("OFF", kSmall, colour::Amber, kRight - 30, kBottomRows[2] + 1);
         }
     }

@@ -12,6 +12,7 @@
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
+#include "displays/traffic/tcas.h"
 #include "drawing/palette.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
@@ -168,7 +169,7 @@ constexpr GaugeBehaviour kGnsLm = GnsUnit(nullptr);
 constexpr GaugeBehaviour kEadi = Display(DrawEadi, panel_window::kEadi);
 constexpr GaugeBehaviour kEhsi = MapDisplay(DrawEhsi, panel_window::kEhsi, true);
 constexpr GaugeBehaviour kEhsiNoBezel = MapDisplay(DrawEhsi, panel_window::kEhsiNoBezel, false);
-constexpr GaugeBehaviour kTcas = Display(DrawBlank, panel_window::kTcas);
+constexpr GaugeBehaviour kTcas = Display(DrawTcas, panel_window::kTcas);
 constexpr GaugeBehaviour kNd = MapDisplay(DrawNd, panel_window::kNd, false);
 constexpr GaugeBehaviour kPanel{.initialises = true, .loadsNavigation = true, .updatesFrame = true};
 constexpr GaugeBehaviour kModeButton{.initialises = true};

@@ -1,9 +1,7 @@
 #include "traffic/targets.h"
 
 #include <cmath>
-#include <iterator>
 
-#include "base/module_state.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
@@ -12,12 +10,7 @@
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
-
-TrafficTargets traffic;
-
 namespace {
-
-const StateReset resetTraffic{[] { traffic = TrafficTargets{}; }};
 
 struct ThreatRow {
     char threatCode;
@@ -26,22 +19,13 @@ struct ThreatRow {
     SymbolStyle style;
 };
 
-// The first row also stands for a threat that is not known.
+// The most threatening last, on top of the others.
 constexpr ThreatRow kThreats[] = {
     {'O', SymbolCode::OtherTraffic, SymbolCode::LargeOtherTraffic, SymbolStyle::Own},
     {'P', SymbolCode::ProximateTraffic, SymbolCode::LargeProximateTraffic, SymbolStyle::Own},
     {'T', SymbolCode::TrafficAdvisory, SymbolCode::LargeTrafficAdvisory, SymbolStyle::Alert},
     {'R', SymbolCode::ResolutionAdvisory, SymbolCode::LargeResolutionAdvisory, SymbolStyle::Alert},
 };
-
-const ThreatRow& ThreatOf(const TrafficTarget& target) {
-    for (const ThreatRow& row : kThreats) {
-        if (row.threatCode == target.threatCode) {
-            return row;
-        }
-    }
-    return kThreats[0];
-}
 
 // Right of the symbol and its trend arrow, level with it; on a ground of its own, since a target
 // flies over whatever the map shows.
@@ -58,8 +42,7 @@ void DrawAltitude(Surface& surface, const CanvasPoint& at, double hundreds, std:
 }
 
 void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layout,
-                   const TrafficTarget& target) {
-    const ThreatRow& threat = ThreatOf(target);
+                   const TrafficTarget& target, const ThreatRow& threat) {
     Symbol symbol{layout == TrafficLayout::Map ? threat.onMap : threat.onTrafficGauge};
     symbol.variant = target.trendCode == '^'   ? kClimbing
                      : target.trendCode == 'v' ? kDescending
@@ -75,19 +58,26 @@ void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layo
     DrawAltitude(surface, at, target.relativeAltitudeHundreds, SymbolColour(symbol), layout);
 }
 
+bool IsShown(const TrafficTarget& target, double rangeNm) {
+    constexpr double kFarRanges = 10;  // certainly off the display
+    const double bandHundreds = settings.TcasVertRange;
+    // false also for what is no number
+    return target.relativeAltitudeHundreds > -bandHundreds &&
+           target.relativeAltitudeHundreds <= bandHundreds && target.rangeNm >= 0 &&
+           target.rangeNm < kFarRanges * rangeNm &&
+           std::isfinite(target.bearingTrue + ShownAircraft().trueHeading);
+}
+
 }  // namespace
 
 void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout) {
-    constexpr double kFarRanges = 10;  // certainly off the display
-    const double bandHundreds = settings.TcasVertRange;
-    for (std::int32_t i = 0; i < traffic.count && i < kTrafficCapacity; ++i) {
-        const TrafficTarget& target = traffic.items[static_cast<std::size_t>(i)];
-        const bool inBand = target.relativeAltitudeHundreds > -bandHundreds &&
-                            target.relativeAltitudeHundreds <= bandHundreds;
-        // false also for what is no number
-        const bool near = std::abs(target.rangeNm) < kFarRanges * view.rangeNm;
-        if (inBand && near && std::isfinite(target.bearingTrue + ShownAircraft().trueHeading)) {
-            DrawOneTarget(surface, view, layout, target);
+    RefreshTargets();
+    for (const ThreatRow& threat : kThreats) {
+        for (std::int32_t i = 0; i < traffic.count; ++i) {
+            const TrafficTarget& target = traffic.items[static_cast<std::size_t>(i)];
+            if (target.threatCode == threat.threatCode && IsShown(target, view.rangeNm)) {
+                DrawOneTarget(surface, view, layout, target, threat);
+            }
         }
     }
 }

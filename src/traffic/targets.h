@@ -1,8 +1,10 @@
-// traffic/targets.h - the aircraft around this one as the traffic source told last, and their
-// drawing on every display that shows them.
+// traffic/targets.h - the aircraft around this one as an outside traffic module tells of them, and
+// their drawing on every display that shows them.
 //
-// At most five targets; without a source none. Bearings are degrees true, ranges nm. The traffic
-// source's reader writes the record, displays read it.
+// The traffic module (platform/traffic_interface.h) is looked for at each drawing until it is
+// found, twenty times at most; then its block is read whenever its counter has changed. Nothing in
+// it is trusted: what is not finite or in no range is not drawn. At most five targets; without a
+// source none. Bearings are degrees true in [0, 360), ranges nm.
 #pragma once
 
 #include <array>
@@ -25,10 +27,32 @@ inline constexpr std::int32_t kTrafficCapacity = 5;
 struct TrafficTargets {
     std::array<TrafficTarget, kTrafficCapacity> items;
     std::int32_t count = 0;
-    bool sourceFound = false;  // without it displays say that traffic is off
+};
+
+inline constexpr std::int32_t kTrafficAttempts = 20;
+inline constexpr std::int32_t kNoTrafficUpdate = -1;
+
+// What is known of the traffic module. A block once obtained is kept.
+struct TrafficSource {
+    void* block = nullptr;
+    std::int32_t attempts = 0;
+    std::int32_t lastUpdate = kNoTrafficUpdate;  // counter of the update taken last
+    std::int32_t result = 0;                     // slot of the last query, 1 without a module
 };
 
 extern TrafficTargets traffic;
+extern TrafficSource trafficSource;
+
+// Without a source displays say that traffic is off.
+inline bool HasTrafficSource() {
+    return trafficSource.block != nullptr;
+}
+
+// The traffic module's block; null, with 1 in `result`, without such a module.
+void* QueryTrafficModule(std::int32_t& result);
+
+// Finds the source if need be, and takes what it has new.
+void RefreshTargets();
 
 enum class TrafficLayout : std::int32_t { Map = 2, TrafficGauge = 5 };
 
@@ -40,8 +64,9 @@ struct TrafficView {
     int centreY = 0;
 };
 
-// Draws the targets within the altitude band of the settings; the caller clips. A target far beyond
-// the range, or whose values are not finite, is left out.
+// Refreshes and draws the targets within the altitude band of the settings, the most threatening on
+// top; the caller clips. A target far beyond the range, or whose values are not finite, is left
+// out.
 void DrawTraffic(Surface& surface, const TrafficView& view, TrafficLayout layout);
 
 }  // namespace avq1

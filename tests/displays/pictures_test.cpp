@@ -19,6 +19,7 @@
 #include "displays/ehsi.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
+#include "displays/traffic/tcas.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
@@ -29,6 +30,7 @@
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
+#include "support/fake_traffic.h"
 #include "support/test_flight.h"
 #include "traffic/targets.h"
 
@@ -113,6 +115,7 @@ class Pictures : public test::DisplayTest {
   protected:
     void SetUp() override {
         DisplayTest::SetUp();
+        source_ = std::make_unique<test::FakeTraffic>();
         FlyBusily();
         LookAround();
     }
@@ -164,7 +167,7 @@ class Pictures : public test::DisplayTest {
         progress.routeDistanceToDestination = 12;
     }
 
-    static void LookAround() {
+    void LookAround() {
         ehsi.bearingPointer1 = BearingSource::Adf;
         ehsi.bearingPointer2 = BearingSource::Vor;
         ehsi.navSource = NavSource::FlightManagement;
@@ -198,10 +201,10 @@ class Pictures : public test::DisplayTest {
         planAirports.runways = {PlanRunway{}, runway};
         planAirports.selectedRunway = 1;
         planAirports.patternRunwayOffset = 0;
-        traffic.sourceFound = true;
-        traffic.count = 1;
-        traffic.items[0] = {80, 3, -12, 'v', 'P'};
+        source_->Tell({{80 - aircraft.trueHeading, 3, -12, -1, 1}});
     }
+
+    std::unique_ptr<test::FakeTraffic> source_;
 };
 
 // The other side of what FlyBusily and LookAround show: the other bank, beyond the ends of scales
@@ -255,7 +258,8 @@ TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
         std::int32_t modes;
     } displays[] = {{"EHSI", DrawEhsi, {266, 230}, ehsi.ehsiMode, 8},
                     {"ND", DrawNd, {244, 302}, nd.ndMode, 7},
-                    {"EADI", DrawEadi, {266, 230}, nd.ndMode, 4}};
+                    {"EADI", DrawEadi, {266, 230}, nd.ndMode, 4},
+                    {"TCAS", DrawTcas, {266, 230}, nd.ndMode, 1}};
     const bool renews = std::getenv("AVQ1_RENEW_PICTURES") != nullptr;
     std::map<std::string, Rows> before = ReadPictures();
     std::ostringstream now;

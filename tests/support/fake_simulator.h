@@ -18,6 +18,9 @@ struct FakeSimulator {
     std::map<std::uint32_t, bool> windows;
     std::map<std::string, void*> named;
     std::vector<std::string> registrationOrder;
+    // What other modules publish, by name: address and type. Asked for so many times.
+    std::map<std::string, std::pair<void*, VariableType>> foreign;
+    int foreignQueries = 0;
 
     static FakeSimulator& Get() {
         static FakeSimulator simulator;
@@ -46,7 +49,13 @@ struct FakeSimulator {
         };
         services.unregister_var_by_name = [](const char* name) { Get().named.erase(name); };
         services.initialize_var = [](ModuleVariable*) {};
-        services.initialize_var_by_name = [](ModuleVariable*, const char*) {};
+        services.initialize_var_by_name = [](ModuleVariable* variable, const char* name) {
+            ++Get().foreignQueries;
+            if (const auto found = Get().foreign.find(name); found != Get().foreign.end()) {
+                variable->address = found->second.first;
+                variable->type = static_cast<std::int32_t>(found->second.second);
+            }
+        };
         services.lookup_var = [](ModuleVariable* variable) {
             variable->value = Get().variables[variable->number];
         };
