@@ -39,7 +39,9 @@ struct Reach {
 };
 
 std::vector<Reach> reaches;
-std::vector<CanvasPoint> run;  // the line being drawn; kept, so that a frame allocates nothing
+// Kept, so that a frame allocates nothing.
+std::vector<CanvasPoint> run;         // the line being drawn
+std::vector<std::string_view> named;  // the airspaces that have their name in this draw
 const StateReset kReset([] { reaches.clear(); });
 
 double ReachOf(std::size_t index, const std::vector<LatLon>& points) {
@@ -66,13 +68,16 @@ bool CanBeSeen(const MapFrame& frame, double firstPointNm, double reachNm) {
 void DrawName(const MapFrame& frame, const AtcBoundary& boundary) {
     const CanvasPoint label =
         PlaceOnMap(frame.view, boundary.label.latitude, boundary.label.longitude);
-    if (!NearMap(frame, label)) {
+    // an airspace of several shelves is named once
+    if (!NearMap(frame, label) ||
+        std::find(named.begin(), named.end(), boundary.name) != named.end()) {
         return;
     }
     const std::string_view name = std::string_view(boundary.name).substr(0, kLongestName);
     const CanvasSize size = frame.surface.canvas().MeasureText(name, kNameFont);
     const TextBox box{label.x - kNameLeftOfPointPx, label.y, size.width, size.height};
-    if (InsideMap(frame, box) && frame.texts.Claim(box)) {
+    if (InsideNames(frame, box) && frame.texts.Claim(box)) {
+        named.push_back(boundary.name);
         frame.surface.Text(name, kNameFont, kBoundaryColour, box.x, box.y);
     }
 }
@@ -143,6 +148,7 @@ void DrawAtcBoundaries(const MapFrame& frame) {
 }
 
 void DrawAtcBoundaryNames(const MapFrame& frame) {
+    named.clear();
     EachVisible(frame, [&](const AtcBoundary& boundary) { DrawName(frame, boundary); });
 }
 

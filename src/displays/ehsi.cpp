@@ -2,6 +2,7 @@
 
 #include "base/module_state.h"
 #include "displays/ehsi_picture.h"
+#include "displays/map_station.h"
 #include "displays/map_view.h"
 #include "drawing/palette.h"
 #include "flightplan/hold_pattern.h"
@@ -26,7 +27,16 @@ bool IsMapMode() {
 
 // The layers of the compass modes, back to front. Map content ends at the compass circle; the
 // instruments lie inside it by their own measures and end with the arc's picture at the bottom.
-enum class Shows { Always, OnMap, WithBoundaries, WithPattern, WithRoute, WithHolds, WithProfile };
+enum class Shows {
+    Always,
+    OnMap,
+    WithBoundaries,
+    WithPattern,
+    WithRoute,
+    WithStation,
+    WithHolds,
+    WithProfile,
+};
 enum class Clip { None, Compass, Bottom };
 
 struct Layer {
@@ -36,17 +46,19 @@ struct Layer {
 };
 
 constexpr Layer kLayers[] = {
-    {Shows::Always, Clip::None, ClaimRoseLayer},
     {Shows::OnMap, Clip::None, DrawRangeMark},
     {Shows::WithBoundaries, Clip::None, DrawBoundaryLayer},
     {Shows::WithPattern, Clip::Compass, DrawRunwayPatternLayer},
     {Shows::WithRoute, Clip::Compass, DrawRouteLayer},
+    {Shows::WithStation, Clip::Compass, DrawStationLayer},
     {Shows::WithHolds, Clip::Compass, DrawHoldLayer},
     {Shows::WithProfile, Clip::Compass, DrawProfileLayer},
+    {Shows::OnMap, Clip::None, DrawRouteNameLayer},
     {Shows::WithBoundaries, Clip::None, DrawBoundaryNameLayer},
-    {Shows::Always, Clip::None, DrawCompassRose},
+    {Shows::OnMap, Clip::None, DrawOtherNameLayer},
     {Shows::Always, Clip::Bottom, DrawBearingPointers},
     {Shows::Always, Clip::Bottom, DrawCoursePointer},
+    {Shows::Always, Clip::None, DrawCompassRose},
     {Shows::Always, Clip::None, DrawHeadingBug},
     {Shows::Always, Clip::None, DrawEhsiTexts},
     {Shows::Always, Clip::None, DrawOwnAircraft},
@@ -65,6 +77,8 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
             return picture.mapMode && planAirports.patternRunwayOffset != kNoPatternRunway;
         case Shows::WithRoute:
             return picture.mapMode && FromFlightManagement() && picture.hasWaypoint;
+        case Shows::WithStation:
+            return picture.mapMode && !FromFlightManagement() && HasStationPlace(picture.receivers);
         case Shows::WithHolds:
             return picture.mapMode && FromFlightManagement() && holdList.count > 0;
         case Shows::WithProfile:
@@ -124,8 +138,10 @@ MapFrame FrameOf(EhsiPicture& picture) {
             compass.centre,
             compass.radius,
             {0, 0, kEhsiDesignWidth, picture.fullCompass ? kEhsiDesignHeight : kArcBottom},
+            picture.rose.InsideLabels(),
+            picture.fixedTexts,
             picture.mapTexts,
-            picture.fixedTexts};
+            picture.names};
 }
 
 void DrawEhsi(const DrawTarget& target) {
@@ -146,6 +162,7 @@ void DrawEhsi(const DrawTarget& target) {
     }
     picture.receivers = ReadReceivers();
     picture.rose = RoseOf(picture);
+    picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
     picture.hasWaypoint = HasActiveWaypoint();
     DrawLayers(picture);
 }

@@ -34,10 +34,6 @@ Needle NeedleOf(const EhsiPicture& picture, BearingSource source, bool first) {
 
 }  // namespace
 
-void ClaimRoseLayer(EhsiPicture& picture) {
-    ClaimRoseLabels(picture.rose, picture.mapTexts);
-}
-
 void DrawCompassRose(EhsiPicture& picture) {
     DrawRose(picture.surface, picture.rose);
 }

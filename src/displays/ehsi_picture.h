@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "displays/ehsi.h"
 #include "displays/map_compass.h"
@@ -42,8 +43,9 @@ struct EhsiPicture {
     ReceiverState receivers{};
     bool hasWaypoint = false;
     MapCompass rose{};
-    TextBoxes mapTexts{};
     TextBoxes fixedTexts{};
+    TextBoxes mapTexts{};
+    std::vector<MapName>& names = EmptyMapNames();
 };
 
 bool FromFlightManagement();
@@ -52,13 +54,15 @@ bool FromFlightManagement();
 MapFrame FrameOf(EhsiPicture& picture);
 
 // ---- layers ----
-void ClaimRoseLayer(EhsiPicture& picture);  // before anything of the map
 void DrawRangeMark(EhsiPicture& picture);
 void DrawBoundaryLayer(EhsiPicture& picture);
 void DrawRunwayPatternLayer(EhsiPicture& picture);
 void DrawRouteLayer(EhsiPicture& picture);
 void DrawHoldLayer(EhsiPicture& picture);
 void DrawProfileLayer(EhsiPicture& picture);
+void DrawStationLayer(EhsiPicture& picture);
+void DrawRouteNameLayer(EhsiPicture& picture);
+void DrawOtherNameLayer(EhsiPicture& picture);
 void DrawBoundaryNameLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);

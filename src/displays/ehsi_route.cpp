@@ -1,38 +1,14 @@
 // The EHSI's map: the range mark and the layers it shares with the other maps.
-#include <cmath>
-
 #include "displays/boundaries.h"
 #include "displays/ehsi_picture.h"
-#include "drawing/fixed_text.h"
-#include "drawing/palette.h"
-#include "geometry/geometry.h"
+#include "displays/map_station.h"
 
 namespace avq1 {
-namespace {
-
-constexpr CanvasFont kRangeFont{"Arial", 9};
-constexpr double kRangeDashes[] = {3, 4};
-
-}  // namespace
-
 void DrawRangeMark(EhsiPicture& picture) {
     const EhsiCompass& compass = picture.compass;
-    const double radius = compass.mapRadius;
-    const CanvasPen pen{colour::Grey, 1.0, kRangeDashes};
-    picture.canvas.DrawArc(pen, {compass.centre.x - radius, compass.centre.y - radius},
-                           {2 * radius, 2 * radius}, -90 - compass.halfAngleDeg,
-                           2 * compass.halfAngleDeg);
-    // on the ring, left of the aircraft: behind it on the full compass, ahead on the arc
-    const double bearing = picture.fullCompass ? -135 : -40;
-    const double turn = bearing * kDegToRad;
-    const FixedText text("%g", ehsi.ehsiRange);
-    const CanvasSize size = picture.canvas.MeasureText(text, kRangeFont);
-    const TextBox box{compass.centre.x + radius * std::sin(turn) - size.width / 2,
-                      compass.centre.y - radius * std::cos(turn) - size.height / 2, size.width,
-                      size.height};
-    picture.mapTexts.Claim(box);
-    picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
-    picture.surface.Text(text, kRangeFont, colour::Grey, box.x, box.y);
+    // left of the aircraft: behind it on the full compass, ahead on the arc
+    DrawRangeRing(FrameOf(picture), {compass.centre, compass.mapRadius, compass.halfAngleDeg,
+                                     picture.fullCompass ? -135.0 : -40.0, ehsi.ehsiRange});
 }
 
 void DrawBoundaryLayer(EhsiPicture& picture) {
@@ -57,6 +33,22 @@ void DrawHoldLayer(EhsiPicture& picture) {
 
 void DrawProfileLayer(EhsiPicture& picture) {
     DrawProfileMarkers(FrameOf(picture));
+}
+
+void DrawStationLayer(EhsiPicture& picture) {
+    DrawReceivedStation(FrameOf(picture), picture.rose, ReceivedStation(picture.receivers));
+}
+
+void DrawRouteNameLayer(EhsiPicture& picture) {
+    constexpr double kAircraftPx = 9;
+    const CanvasPoint& own = picture.compass.centre;
+    picture.mapTexts.Take(
+        {own.x - kAircraftPx, own.y - kAircraftPx, 2 * kAircraftPx, 2 * kAircraftPx});
+    DrawMapNames(FrameOf(picture), NameRank::Required);
+}
+
+void DrawOtherNameLayer(EhsiPicture& picture) {
+    DrawMapNames(FrameOf(picture), NameRank::WhereFree);
 }
 
 }  // namespace avq1

@@ -19,7 +19,6 @@ constexpr const char* kRoseLabels[] = {"N", "3",  "6",  "E", "12", "15",
                                        "S", "21", "24", "W", "30", "33"};
 constexpr double kShortTickPx = 5;
 constexpr double kLabelTopPx = 10;   // from the ring down to a label's top
-constexpr double kLabelBoxPx = 17;   // square around a label, whatever way it is turned
 constexpr double kLabelEdgeDeg = 4;  // a label nearer to the arc's end is left out
 
 constexpr double kDotSpacingPx = 20;
@@ -125,6 +124,11 @@ double MapCompass::FromUp(double directionMag) const {
     return PositiveModulo(directionMag - upMag + 180.0, 360.0) - 180.0;
 }
 
+double MapCompass::InsideLabels() const {
+    constexpr double kLineOfFont = 1.15;  // a label's height
+    return radius - kLabelTopPx - kLineOfFont * labelFontPx;
+}
+
 bool CourseNeedle::PointsAway() const {
     return std::abs(PositiveModulo(bearingMag - courseMag + 180.0, 360.0) - 180.0) > 90;
 }
@@ -171,16 +175,18 @@ CourseNeedle CourseOfFlightManagement() {
     return needle;
 }
 
-void ClaimRoseLabels(const MapCompass& compass, TextBoxes& texts) {
+TextBoxes PlacesOfRoseLabels(const MapCompass& compass) {
+    constexpr double kBoxPx = 17;  // square around a label, whatever way it is turned
+    TextBoxes places;
     const double middle = compass.radius - kLabelTopPx - compass.labelFontPx * 0.57;
     for (int label = 0; label < 12; ++label) {
         if (ShowsLabel(compass, label)) {
             const double turn = compass.FromUp(label * 30.0) * kDegToRad;
-            texts.Claim({compass.centre.x + middle * std::sin(turn) - kLabelBoxPx / 2,
-                         compass.centre.y - middle * std::cos(turn) - kLabelBoxPx / 2, kLabelBoxPx,
-                         kLabelBoxPx});
+            places.Take({compass.centre.x + middle * std::sin(turn) - kBoxPx / 2,
+                         compass.centre.y - middle * std::cos(turn) - kBoxPx / 2, kBoxPx, kBoxPx});
         }
     }
+    return places;
 }
 
 void DrawRose(Surface& surface, const MapCompass& compass) {

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 #include "displays/text_boxes.h"
 #include "drawing/surface.h"
@@ -22,6 +21,8 @@ struct MapCompass {
     double upMag = 0;
 
     bool IsFull() const { return halfAngleDeg >= 180; }
+    // What keeps within this of the centre is clear of the rose's numbers, whatever is up.
+    double InsideLabels() const;
     // Degrees from straight up, -180 to 180.
     double FromUp(double directionMag) const;
 };
@@ -61,7 +62,8 @@ CourseNeedle CourseOfFlightManagement();
 
 enum class CoursePointerStyle { WithDeviation, OnRoseOnly };
 
-void ClaimRoseLabels(const MapCompass& compass, TextBoxes& texts);  // before anything of the map
+// The places of the rose's numbers, for what names the map.
+TextBoxes PlacesOfRoseLabels(const MapCompass& compass);
 void DrawRose(Surface& surface, const MapCompass& compass);
 void DrawLubberLine(Surface& surface, const MapCompass& compass);
 // `stops`: a heading beyond the arc keeps its pointer at the arc's end.

@@ -1,45 +1,15 @@
 #include "displays/map_layers.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <optional>
 
 namespace avq1 {
 namespace {
 
-constexpr CanvasFont kIdentFont{"Arial", 9};
 constexpr double kSymbolMarginPx = 8;
 
 double FromCentre(const MapFrame& frame, double x, double y) {
     return std::hypot(x - frame.circleCentre.x, y - frame.circleCentre.y);
-}
-
-// Right, left, below, above.
-std::array<CanvasPoint, 6> PlacesBeside(const CanvasPoint& symbol, double halfWidth,
-                                        const CanvasSize& size) {
-    const double right = symbol.x + halfWidth + 1;
-    const double left = symbol.x - halfWidth - 1 - size.width;
-    const double above = symbol.y - size.height;
-    const double middle = symbol.x - size.width / 2;
-    return {{{right, above},
-             {right, symbol.y},
-             {left, above},
-             {left, symbol.y},
-             {middle, symbol.y + halfWidth + 1},
-             {middle, above - halfWidth - 1}}};
-}
-
-// The first place beside the symbol that is inside and free; it is taken then.
-std::optional<CanvasPoint> FreePlace(const MapFrame& frame, const CanvasPoint& symbol,
-                                     double halfWidth, const CanvasSize& size) {
-    for (const CanvasPoint& place : PlacesBeside(symbol, halfWidth, size)) {
-        const TextBox box{place.x, place.y, size.width, size.height};
-        if (InsideMap(frame, box) && frame.texts.Claim(box)) {
-            return place;
-        }
-    }
-    return std::nullopt;
 }
 
 }  // namespace
@@ -119,31 +89,6 @@ bool NearMap(const MapFrame& frame, const CanvasPoint& point) {
            point.x <= window.x + window.width + kSymbolMarginPx &&
            point.y >= window.y - kSymbolMarginPx &&
            point.y <= window.y + window.height + kSymbolMarginPx;
-}
-
-void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
-                     std::string_view ident, std::uint32_t argb) {
-    const CanvasSize size = frame.surface.canvas().MeasureText(ident, kIdentFont);
-    if (const auto place = FreePlace(frame, symbol, halfWidth, size)) {
-        frame.surface.Text(ident, kIdentFont, argb, place->x, place->y);
-    }
-}
-
-PlacedText PlaceTextNear(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
-                         std::string_view text) {
-    constexpr double kStepPx = 6;
-    constexpr double kFarthestPx = 60;
-    const CanvasSize size = frame.surface.canvas().MeasureText(text, kIdentFont);
-    for (double away = halfWidth; away <= kFarthestPx; away += kStepPx) {
-        if (const auto place = FreePlace(frame, symbol, away, size)) {
-            return {*place, text};
-        }
-    }
-    return {PlacesBeside(symbol, halfWidth, size).front(), text};
-}
-
-void DrawPlacedText(const MapFrame& frame, const PlacedText& text, std::uint32_t argb) {
-    frame.surface.Text(text.text, kIdentFont, argb, text.at.x, text.at.y);
 }
 
 }  // namespace avq1

@@ -2,16 +2,16 @@
 // patterns, climb and descent markers, runway pattern, stations, airports and waypoints.
 //
 // A display describes its map once a draw in a MapFrame; layers change nothing but the
-// places its texts take and the lists of records around the aircraft. What is drawn of the
-// plan and the pattern is the caller's to clip (ClipToMap); records keep to the map themselves,
-// since a clip costs more than drawing. Identifiers stay wholly inside and beside each other. A
-// view that is not usable draws nothing.
+// places its texts take, the names of what they drew and the lists of records around the aircraft.
+// What is drawn of the plan and the pattern is the caller's to clip (ClipToMap); records keep to
+// the map themselves, since a clip costs more than drawing. Names are drawn when all symbols
+// stand, wholly inside and beside each other. A view that is not usable draws nothing.
 #pragma once
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
+#include "displays/map_names.h"
 #include "displays/map_view.h"
 #include "displays/text_boxes.h"
 #include "drawing/surface.h"
@@ -25,9 +25,11 @@ struct MapFrame {
     double rangeNm;
     CanvasPoint circleCentre;  // the map ends at this circle
     double circleRadius;
-    TextBox window;  // and at this rectangle
-    TextBoxes& texts;
-    const TextBoxes& fixedTexts;  // no record's symbol covers these
+    TextBox window;               // and at this rectangle
+    double namesRadius;           // beyond are the compass numbers: no name of a record there
+    TextBoxes& fixedTexts;        // compass numbers and labels: no name at all covers them
+    TextBoxes& texts;             // these and all else that is taken
+    std::vector<MapName>& names;  // of every symbol drawn so far
 };
 
 void ClipToMap(const MapFrame& frame);
@@ -37,27 +39,21 @@ bool CutToMap(const MapFrame& frame, CanvasPoint& from, CanvasPoint& to);
 // Whether a symbol at this point can be seen.
 bool NearMap(const MapFrame& frame, const CanvasPoint& point);
 
-// Beside a symbol of this half-width, at the first of six places that is inside and free.
-void DrawIdentBeside(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
-                     std::string_view ident, std::uint32_t argb);
-
-// A text whose place is taken, to be drawn when its layer's turn comes.
-struct PlacedText {
-    CanvasPoint at;
-    std::string_view text;
+struct RangeRing {
+    CanvasPoint centre;
+    double radius = 0;
+    double halfAngleDeg = 180;  // either side of straight up
+    double numberAtDeg = 0;     // where its number stands, clockwise from straight up
+    double rangeNm = 0;
 };
 
-// For a text that must be read: farther out when the places beside the symbol are taken.
-PlacedText PlaceTextNear(const MapFrame& frame, const CanvasPoint& symbol, double halfWidth,
-                         std::string_view text);
-void DrawPlacedText(const MapFrame& frame, const PlacedText& text, std::uint32_t argb);
+// Dashed, and open where its number stands.
+void DrawRangeRing(const MapFrame& frame, const RangeRing& ring);
 
 // ---- the plan ----
 void DrawActiveRoute(const MapFrame& frame);
-// The route awaiting execution, with the texts of its open places; these take their places before
-// any other record's identifier.
-std::vector<PlacedText> PlaceOpenTexts(const MapFrame& frame);
-void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& openTexts);
+// The route awaiting execution, and the texts of its open places among the names.
+void DrawPendingRoute(const MapFrame& frame);
 void DrawHoldPatterns(const MapFrame& frame);
 // Top of climb and top of descent while they lie ahead; the setting shows them, until 8 nm before
 // the route's end.
@@ -73,7 +69,7 @@ struct PatternScale {
 void DrawRunwayPattern(const MapFrame& frame, const PatternScale& scale);
 
 // ---- records around the aircraft, out to the map's range ----
-void DrawNearbyStations(const MapFrame& frame, const PointRecord* except = nullptr);
+void DrawNearbyStations(const MapFrame& frame);
 void DrawNearbyAirports(const MapFrame& frame);
 void DrawNearbyFixes(const MapFrame& frame);
 

@@ -85,7 +85,7 @@ void DrawAltitude(const MapFrame& frame, const CanvasPoint& at, std::int64_t fee
         return;
     }
     const CanvasSize size = frame.surface.canvas().MeasureText(text, font);
-    frame.texts.Claim({at.x, top, size.width, size.height});
+    TakeFixedPlace(frame, {at.x, top, size.width, size.height});
     frame.surface.Text(text, font, colour::PaleGreen, at.x, top);
 }
 

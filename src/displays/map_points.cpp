@@ -35,13 +35,8 @@ TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
     return {point.at.x - halfWidth, point.at.y - halfWidth, 2 * halfWidth, 2 * halfWidth};
 }
 
-// The lists hold copies of their records.
-bool SamePlace(const PointRecord& a, const PointRecord& b) {
-    return a.latitude == b.latitude && a.longitude == b.longitude;
-}
-
-// Finds what of the list stands on the map, nearest first.
-void FindSeen(const MapFrame& frame, const PointTable& list, const PointRecord* except) {
+// Finds what of the list stands on the map and is not shown by another layer, nearest first.
+void FindSeen(const MapFrame& frame, const PointTable& list) {
     seen.clear();
     if (!IsUsable(frame.view)) {
         return;
@@ -57,11 +52,12 @@ void FindSeen(const MapFrame& frame, const PointTable& list, const PointRecord* 
         double courseTrue = 0;
         DistanceAndCourse(view.latitude, view.longitude, record.latitude, record.longitude,
                           distanceNm, courseTrue);
-        if (distanceNm > frame.rangeNm || (except != nullptr && SamePlace(record, *except))) {
+        if (distanceNm > frame.rangeNm) {
             continue;
         }
         const CanvasPoint at = PlaceByCourse(view, courseTrue, distanceNm);
-        if (NearMap(frame, at)) {
+        if (NearMap(frame, at) &&
+            !StandsOnMap(frame, record.ident, record.latitude, record.longitude)) {
             seen.push_back({distanceNm, at, &record});
         }
     }
@@ -71,8 +67,9 @@ void FindSeen(const MapFrame& frame, const PointTable& list, const PointRecord* 
     std::sort(seen.begin(), seen.end(), nearer);
 }
 
-// Leaves those that do not cover each other or what is taken already.
-void ThinSeen(const MapFrame& frame, TextBoxes places) {
+// Leaves those that do not cover each other.
+void ThinSeen(const MapFrame& frame) {
+    TextBoxes places;
     const double apart = kApartPx + kApartPxPerNm * frame.rangeNm;
     std::size_t kept = 0;
     for (const SeenPoint& point : seen) {
@@ -106,17 +103,16 @@ void DrawSymbols(const MapFrame& frame, SymbolCode code, StyleOf styleOf) {
     frame.surface.canvas().RestoreState();
 }
 
-// The seen points' symbols, and identifiers where there is room.
+// The seen points' symbols; the nearest are to be named where there is room.
 template <class StyleOf>
-void DrawSeen(const MapFrame& frame, const TextBoxes& taken, SymbolCode code,
-              std::uint32_t identColour, StyleOf styleOf) {
-    ThinSeen(frame, taken);
+void DrawSeen(const MapFrame& frame, SymbolCode code, std::uint32_t identColour, StyleOf styleOf) {
+    ThinSeen(frame);
     DrawSymbols(frame, code, styleOf);
-    for (const SeenPoint& point : seen) {
-        frame.texts.Take(PlaceOf(point, kApartPx));
-    }
-    for (std::size_t i = 0; i < std::min(seen.size(), kMostIdents); ++i) {
-        DrawIdentBeside(frame, seen[i].at, kSymbolHalfWidth, seen[i].record->ident, identColour);
+    for (std::size_t i = 0; i < seen.size(); ++i) {
+        const PointRecord& record = *seen[i].record;
+        AddMapName(frame, {seen[i].at, kSymbolHalfWidth, record.ident, identColour,
+                           i < kMostIdents ? NameRank::WhereFree : NameRank::None, record.latitude,
+                           record.longitude});
     }
 }
 
@@ -136,23 +132,21 @@ SymbolStyle OwnStyle(const PointRecord& /*record*/) {
 
 }  // namespace
 
-void DrawNearbyStations(const MapFrame& frame, const PointRecord* except) {
-    FindSeen(frame, ListFor(frame, NavaidsAround), except);
-    DrawSeen(frame, frame.fixedTexts, SymbolCode::Station, colour::Cyan,
-             [](const PointRecord& record) {
-                 return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
-             });
+void DrawNearbyStations(const MapFrame& frame) {
+    FindSeen(frame, ListFor(frame, NavaidsAround));
+    DrawSeen(frame, SymbolCode::Station, colour::Cyan, [](const PointRecord& record) {
+        return record.kind == PointKind::Vor ? SymbolStyle::Own : SymbolStyle::Ndb;
+    });
 }
 
 void DrawNearbyAirports(const MapFrame& frame) {
-    FindSeen(frame, ListFor(frame, AirportsAround), nullptr);
-    DrawSeen(frame, frame.fixedTexts, SymbolCode::Airport, colour::Cyan, OwnStyle);
+    FindSeen(frame, ListFor(frame, AirportsAround));
+    DrawSeen(frame, SymbolCode::Airport, colour::Cyan, OwnStyle);
 }
 
 void DrawNearbyFixes(const MapFrame& frame) {
-    // many fixes are also stations, which show already
-    FindSeen(frame, ListFor(frame, FixesAround), nullptr);
-    DrawSeen(frame, frame.texts, SymbolCode::Fix, colour::Blue, OwnStyle);
+    FindSeen(frame, ListFor(frame, FixesAround));
+    DrawSeen(frame, SymbolCode::Fix, colour::Blue, OwnStyle);
 }
 
 }  // namespace avq1

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 #include <span>
-#include <string>
+#include <string_view>
 
 #include "displays/map_layers.h"
 #include "drawing/palette.h"
@@ -29,18 +29,26 @@ const PlanWaypoint& Entry(const FlightPlan& plan, std::int32_t index) {
     return plan.entries[static_cast<std::size_t>(index)];
 }
 
+// What stands at the map's very edge is named where there is room.
+void AddRouteName(const MapFrame& frame, const PlanWaypoint& entry, const CanvasPoint& at,
+                  std::string_view text, std::uint32_t argb) {
+    const NameRank rank =
+        InsideMap(frame, {at.x, at.y, 0, 0}) ? NameRank::Required : NameRank::WhereFree;
+    AddMapName(frame, {at, kWaypointStarRadius, text, argb, rank, entry.latitude, entry.longitude});
+}
+
 void DrawWaypoint(const MapFrame& frame, const FlightPlan& plan, std::int32_t index, bool active) {
     const PlanWaypoint& entry = Entry(plan, index);
     const CanvasPoint at = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
-    if (!HasPosition(entry) || !NearMap(frame, at)) {
+    if (!HasPosition(entry) || !NearMap(frame, at) ||
+        StandsOnMap(frame, entry.ident, entry.latitude, entry.longitude)) {
         return;
     }
     Symbol star{SymbolCode::PlanWaypoint};
     star.style = active ? SymbolStyle::Magenta : SymbolStyle::White;
     star.rangeNm = frame.rangeNm;
     DrawSymbol(frame.surface, at.x, at.y, star);
-    DrawIdentBeside(frame, at, kWaypointStarRadius, entry.ident,
-                    active ? colour::Magenta : colour::White);
+    AddRouteName(frame, entry, at, entry.ident, active ? colour::Magenta : colour::White);
 }
 
 // Legs from entry `first` on, each entry's leg from the one before; an open place leaves a gap.
@@ -61,21 +69,6 @@ void DrawLegs(const MapFrame& frame, const FlightPlan& plan, std::int32_t first,
         from = to;
         fromPlaced = true;
     }
-}
-
-// The active route already shows it.
-bool OnActiveRoute(const PlanWaypoint& entry) {
-    if (!activePlan.Holds(planBook.activeIndex)) {
-        return false;
-    }
-    for (std::int32_t index = planBook.activeIndex; index <= activePlan.lastIndex; ++index) {
-        const PlanWaypoint& active = Entry(activePlan, index);
-        if (active.latitude == entry.latitude && active.longitude == entry.longitude &&
-            active.ident == entry.ident) {
-            return true;
-        }
-    }
-    return false;
 }
 
 // An open place of the route has no position; its text says what is missing. The entry that text
@@ -131,8 +124,8 @@ void DrawMarker(const MapFrame& frame, SymbolCode code, double latitude, double 
     }
     Symbol marker{code};
     marker.rangeNm = frame.rangeNm;
-    // its label's place, so that no identifier comes to stand there
-    frame.texts.Claim({at.x + 6, at.y - 5, 2 * kProfileLabelPx, kProfileLabelPx + 2});
+    // the symbol's place and its label's, so that no name comes to stand there
+    TakeFixedPlace(frame, {at.x - 5, at.y - 5, 11 + 2 * kProfileLabelPx, kProfileLabelPx + 2});
     DrawSymbol(frame.surface, at.x, at.y, marker);
 }
 
@@ -155,24 +148,7 @@ void DrawActiveRoute(const MapFrame& frame) {
     }
 }
 
-std::vector<PlacedText> PlaceOpenTexts(const MapFrame& frame) {
-    std::vector<PlacedText> texts;
-    for (std::int32_t index = 0; IsUsable(frame.view) && index <= modifiedPlan.lastIndex; ++index) {
-        const bool open = !HasPosition(Entry(modifiedPlan, index));
-        const PlanWaypoint* const beside = open ? BesideOpenPlace(modifiedPlan, index) : nullptr;
-        if (beside == nullptr) {
-            continue;
-        }
-        const CanvasPoint at = PlaceOnMap(frame.view, beside->latitude, beside->longitude);
-        if (NearMap(frame, at)) {
-            texts.push_back(
-                PlaceTextNear(frame, at, kWaypointStarRadius, Entry(modifiedPlan, index).ident));
-        }
-    }
-    return texts;
-}
-
-void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& openTexts) {
+void DrawPendingRoute(const MapFrame& frame) {
     if (!IsUsable(frame.view)) {
         return;
     }
@@ -180,12 +156,17 @@ void DrawPendingRoute(const MapFrame& frame, const std::vector<PlacedText>& open
         return CanvasPen{colour::White, 1.2, kPendingDashes};
     });
     for (std::int32_t index = 0; index <= modifiedPlan.lastIndex; ++index) {
-        if (!OnActiveRoute(Entry(modifiedPlan, index))) {
-            DrawWaypoint(frame, modifiedPlan, index, false);
+        if (HasPosition(Entry(modifiedPlan, index))) {
+            DrawWaypoint(frame, modifiedPlan, index, false);  // but for those of the active route
+            continue;
         }
-    }
-    for (const PlacedText& text : openTexts) {
-        DrawPlacedText(frame, text, colour::Amber);
+        const PlanWaypoint* const beside = BesideOpenPlace(modifiedPlan, index);
+        if (beside != nullptr) {
+            const CanvasPoint at = PlaceOnMap(frame.view, beside->latitude, beside->longitude);
+            if (NearMap(frame, at)) {
+                AddRouteName(frame, *beside, at, Entry(modifiedPlan, index).ident, colour::Amber);
+            }
+        }
     }
 }
 

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "displays/ehsi.h"
-#include "displays/map_nearby.h"
+#include "displays/map_station.h"
 #include "displays/nd_picture.h"
 #include "drawing/palette.h"
 #include "flightplan/flight_plan.h"
@@ -45,8 +45,7 @@ bool WithAdf(const NdPicture&) {
     return nd.ndShowAdf == 1 && ShownAircraft().adfActive > 0;
 }
 bool WithNav1Station(const NdPicture& picture) {
-    return picture.receivers.nav1Signal && ShownAircraft().nav1DmeNm > 0 &&
-           !picture.receivers.localizer;
+    return HasStationPlace(picture.receivers);
 }
 bool WithStations(const NdPicture&) {
     return nd.ndShowStations == 1;
@@ -95,18 +94,18 @@ constexpr Layer kLayers[] = {
     {Modes(1, 7), Always, Clip::None, ClaimNdPlaces},
     {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaries},
     {Modes(5, 7), Always, Clip::Map, DrawNdRoute},
-    {Modes(1, 7), Always, Clip::None, DrawNdCompass},
+    {Modes(5, 7), WithPendingRoute, Clip::Map, DrawNdPendingRoute},
     {Modes(1, 4), Always, Clip::Bottom, DrawNdCourse},
+    {Modes(1, 7), Always, Clip::None, DrawNdCompass},
     {Modes(2, 2), WithAdf, Clip::None, DrawNdAdfNeedle},
-    {Modes(5, 7), WithPendingRoute, Clip::None, PlaceNdOpenTexts},
-    {Modes(5, 7), Always, Clip::None, KeepNdRouteTexts},
     {Modes(5, 6), WithNav1Station, Clip::Map, DrawNdNav1Station},
-    {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaryNames},
     {Modes(5, 7), WithStations, Clip::None, DrawNdStations},
     {Modes(5, 7), WithAirports, Clip::None, DrawNdAirports},
     {Modes(5, 7), WithFixes, Clip::None, DrawNdFixes},
     {Modes(5, 6), Always, Clip::Map, DrawNdHolds},
-    {Modes(5, 7), WithPendingRoute, Clip::Map, DrawNdPendingRoute},
+    {Modes(5, 7), Always, Clip::None, DrawNdRouteNames},
+    {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaryNames},
+    {Modes(5, 7), Always, Clip::None, DrawNdOtherNames},
     {Modes(5, 6), WithAltitudeArc, Clip::Map, DrawNdAltitudeArc},
     {Modes(3, 6), WithTraffic, Clip::Map, DrawNdTraffic},
     {Modes(1, 7), Always, Clip::None, DrawNdOwnAircraft},
@@ -156,45 +155,6 @@ MapView ViewOf(const ModeRow& row) {
     return view;
 }
 
-// The navaid that stands where NAV1's bearing and slant distance point; the simulator tells no
-// frequency.
-const PointRecord* ReceivedStation(const ReceiverState& receivers) {
-    constexpr double kFeetPerNm = 6076.115;
-    constexpr double kSearchNm = 170;
-    constexpr double kBearingToleranceDeg = 3;
-    constexpr double kNearNm = 3;  // bearings tell little nearer than this
-    const AircraftState& shown = ShownAircraft();
-    const double dmeNm = shown.nav1DmeNm;
-    if (!receivers.nav1Signal || receivers.localizer || !(dmeNm > 0 && dmeNm < kSearchNm)) {
-        return nullptr;
-    }
-    const LatLon here{shown.latitude, shown.longitude};
-    const double bearingTrue =
-        shown.headingMag + shown.nav1RelativeBearing + shown.magneticVariation;
-    const PointTable& list = NavaidsAround(here, kSearchNm);
-    const PointRecord* best = nullptr;
-    double bestErrorNm = 0.5 + 0.01 * dmeNm;
-    for (std::int32_t i = 1; i <= list.count; ++i) {
-        const bool inReach = std::abs(list[i].latitude - here.latitude) * 60 <= dmeNm + 1;
-        if (list[i].kind != PointKind::Vor || !inReach) {
-            continue;
-        }
-        double distanceNm = 0;
-        double courseTrue = 0;
-        DistanceAndCourse(here.latitude, here.longitude, list[i].latitude, list[i].longitude,
-                          distanceNm, courseTrue);
-        const double errorNm =
-            std::abs(std::hypot(distanceNm, shown.altitudeFt / kFeetPerNm) - dmeNm);
-        const double offDeg =
-            std::abs(PositiveModulo(courseTrue - bearingTrue + 180.0, 360.0) - 180.0);
-        if (errorNm < bestErrorNm && (offDeg <= kBearingToleranceDeg || distanceNm < kNearNm)) {
-            bestErrorNm = errorNm;
-            best = &list[i];
-        }
-    }
-    return best;
-}
-
 }  // namespace
 
 bool NdIsMap() {
@@ -221,8 +181,10 @@ MapFrame FrameOf(NdPicture& picture) {
             picture.rose.centre,
             picture.rose.radius,
             {0, 0, kNdWidth, picture.rose.IsFull() ? kNdHeight : kNdMapBottom},
+            picture.rose.InsideLabels(),
+            picture.fixedTexts,
             picture.texts,
-            picture.fixedTexts};
+            picture.names};
 }
 
 void DrawNd(const DrawTarget& target) {
@@ -235,6 +197,7 @@ void DrawNd(const DrawTarget& target) {
     NdPicture picture{surface, surface.canvas(), target.mode, RoseOf(row), ViewOf(row)};
     picture.receivers = ReadReceivers();
     picture.hasWaypoint = HasActiveWaypoint();
+    picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
     picture.station = ReceivedStation(picture.receivers);
     DrawLayers(picture);
 }

@@ -4,6 +4,7 @@
 
 #include "displays/boundaries.h"
 #include "displays/ehsi.h"
+#include "displays/map_station.h"
 #include "displays/nd_picture.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
@@ -17,41 +18,18 @@
 namespace avq1 {
 namespace {
 
-constexpr CanvasFont kRangeFont{"Arial", 9};
-constexpr double kRangeDashes[] = {3, 4};
-constexpr double kCourseDashes[] = {6, 4};
 constexpr double kTrackDashes[] = {2, 3};
 
-CanvasPoint OnRose(const MapCompass& rose, double turn, double radius) {
-    return {rose.centre.x + radius * std::sin(turn * kDegToRad),
-            rose.centre.y - radius * std::cos(turn * kDegToRad)};
-}
-
-// The half-range mark's number: left of the aircraft.
-CanvasPoint RangeTextAt(const NdPicture& picture) {
-    return OnRose(picture.rose, picture.rose.IsFull() ? -90 : -40, picture.rose.radius / 2);
-}
-
-FixedText RangeText() {
-    return FixedText("%g", nd.ndRange / 2.0);
-}
-
-TextBox RangeBox(NdPicture& picture) {
-    const CanvasSize size = picture.canvas.MeasureText(RangeText(), kRangeFont);
-    const CanvasPoint at = RangeTextAt(picture);
-    return {at.x - size.width / 2, at.y - size.height / 2, size.width, size.height};
+CanvasPoint OwnAircraftAt(const NdPicture& picture) {
+    return NdCentredOnWaypoint()
+               ? PlaceOnMap(picture.view, ShownAircraft().latitude, ShownAircraft().longitude)
+               : picture.rose.centre;
 }
 
 void DrawRangeArc(NdPicture& picture) {
     const MapCompass& rose = picture.rose;
-    const double radius = rose.radius / 2;
-    const double halfAngle = rose.IsFull() ? 180 : 90;
-    picture.canvas.DrawArc({colour::Grey, 1.0, kRangeDashes},
-                           {rose.centre.x - radius, rose.centre.y - radius},
-                           {2 * radius, 2 * radius}, -90 - halfAngle, 2 * halfAngle);
-    const TextBox box = RangeBox(picture);
-    picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
-    picture.surface.Text(RangeText(), kRangeFont, colour::Grey, box.x, box.y);
+    DrawRangeRing(FrameOf(picture), {rose.centre, rose.radius / 2, rose.IsFull() ? 180.0 : 90.0,
+                                     rose.IsFull() ? -90.0 : -40.0, nd.ndRange / 2.0});
 }
 
 void DrawTrackLine(NdPicture& picture) {
@@ -66,14 +44,13 @@ void DrawTrackLine(NdPicture& picture) {
 }  // namespace
 
 void ClaimNdPlaces(NdPicture& picture) {
-    ClaimRoseLabels(picture.rose, picture.texts);
-    if (NdShowsRange()) {
-        picture.texts.Claim(RangeBox(picture));
-    }
+    constexpr double kAircraftPx = 9;
+    const CanvasPoint own = OwnAircraftAt(picture);
+    picture.texts.Take(
+        {own.x - kAircraftPx, own.y - kAircraftPx, 2 * kAircraftPx, 2 * kAircraftPx});
     if (const char* const missing = NdMissingDatum(picture); missing != nullptr) {
-        picture.texts.Claim(NdMissingBox(picture, missing));
+        picture.texts.Take(NdMissingBox(picture, missing));
     }
-    picture.fixedTexts = picture.texts;
 }
 
 void DrawNdBoundaries(NdPicture& picture) {
@@ -127,37 +104,11 @@ void DrawNdAdfNeedle(NdPicture& picture) {
 }
 
 void DrawNdNav1Station(NdPicture& picture) {
-    const MapCompass& rose = picture.rose;
-    const double fromAircraftPx = ShownAircraft().nav1DmeNm * picture.view.pxPerNm;
-    const CanvasPoint at = OnRose(rose, ShownAircraft().nav1RelativeBearing, fromAircraftPx);
-    const double farPx = fromAircraftPx + 2 * rose.radius;
-    if (!std::isfinite(farPx)) {
-        return;
-    }
-    picture.surface.Turned(at.x, at.y, rose.FromUp(ShownAircraft().nav1Course), [&] {
-        picture.canvas.DrawLine({colour::Green, 1.0, kCourseDashes}, 0, -farPx, 0, farPx);
-    });
-    Symbol symbol{SymbolCode::Station};
-    symbol.style = SymbolStyle::Green;
-    symbol.rangeNm = nd.ndRange;
-    DrawSymbol(picture.surface, at.x, at.y, symbol);
-    if (picture.station != nullptr) {
-        constexpr double kHalfWidth = 5;
-        DrawIdentBeside(FrameOf(picture), at, kHalfWidth, picture.station->ident, colour::Green);
-    }
-}
-
-void PlaceNdOpenTexts(NdPicture& picture) {
-    picture.openTexts = PlaceOpenTexts(FrameOf(picture));
-}
-
-void KeepNdRouteTexts(NdPicture& picture) {
-    picture.fixedTexts = picture.texts;
+    DrawReceivedStation(FrameOf(picture), picture.rose, picture.station);
 }
 
 void DrawNdStations(NdPicture& picture) {
-    // on the map the received station shows already
-    DrawNearbyStations(FrameOf(picture), nd.ndMode < 7 ? picture.station : nullptr);
+    DrawNearbyStations(FrameOf(picture));
 }
 
 void DrawNdAirports(NdPicture& picture) {
@@ -173,7 +124,7 @@ void DrawNdHolds(NdPicture& picture) {
 }
 
 void DrawNdPendingRoute(NdPicture& picture) {
-    DrawPendingRoute(FrameOf(picture), picture.openTexts);
+    DrawPendingRoute(FrameOf(picture));
 }
 
 // Where the selected altitude will be reached at the present speeds, across the track.
@@ -191,6 +142,14 @@ void DrawNdAltitudeArc(NdPicture& picture) {
                            {2 * radius, 2 * radius}, middle - kHalfAngleDeg, 2 * kHalfAngleDeg);
 }
 
+void DrawNdRouteNames(NdPicture& picture) {
+    DrawMapNames(FrameOf(picture), NameRank::Required);
+}
+
+void DrawNdOtherNames(NdPicture& picture) {
+    DrawMapNames(FrameOf(picture), NameRank::WhereFree);
+}
+
 void DrawNdTraffic(NdPicture& picture) {
     const MapCompass& rose = picture.rose;
     DrawTraffic(picture.surface,
@@ -204,12 +163,9 @@ void DrawNdOwnAircraft(NdPicture& picture) {
     if (nd.ndMode < 7) {
         DrawLubberLine(picture.surface, rose);
     }
-    CanvasPoint at = rose.centre;
-    if (NdCentredOnWaypoint()) {
-        at = PlaceOnMap(picture.view, ShownAircraft().latitude, ShownAircraft().longitude);
-        if (!IsUsable(picture.view) || !NearMap(FrameOf(picture), at)) {
-            return;
-        }
+    const CanvasPoint at = OwnAircraftAt(picture);
+    if (NdCentredOnWaypoint() && (!IsUsable(picture.view) || !NearMap(FrameOf(picture), at))) {
+        return;
     }
     const Symbol symbol{NdIsMap() || !rose.IsFull() ? SymbolCode::OwnAircraft
                                                     : SymbolCode::OwnAircraftPlan};

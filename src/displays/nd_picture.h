@@ -28,9 +28,9 @@ struct NdPicture {
     ReceiverState receivers{};
     bool hasWaypoint = false;
     const PointRecord* station = nullptr;  // what NAV1 receives, when the database has it
-    std::vector<PlacedText> openTexts{};   // of the route awaiting execution
-    TextBoxes texts{};
     TextBoxes fixedTexts{};
+    TextBoxes texts{};
+    std::vector<MapName>& names = EmptyMapNames();
 };
 
 bool NdIsMap();               // modes 5 to 7
@@ -53,14 +53,14 @@ void DrawNdCompass(NdPicture& picture);
 void DrawNdCourse(NdPicture& picture);
 void DrawNdAdfNeedle(NdPicture& picture);
 void DrawNdNav1Station(NdPicture& picture);
-void PlaceNdOpenTexts(NdPicture& picture);
-void KeepNdRouteTexts(NdPicture& picture);  // from the symbols that follow
 void DrawNdStations(NdPicture& picture);
 void DrawNdAirports(NdPicture& picture);
 void DrawNdFixes(NdPicture& picture);
 void DrawNdHolds(NdPicture& picture);
 void DrawNdPendingRoute(NdPicture& picture);
 void DrawNdAltitudeArc(NdPicture& picture);
+void DrawNdRouteNames(NdPicture& picture);
+void DrawNdOtherNames(NdPicture& picture);
 void DrawNdTraffic(NdPicture& picture);
 void DrawNdOwnAircraft(NdPicture& picture);
 void DrawNdTexts(NdPicture& picture);

@@ -43,8 +43,9 @@ void DrawLayer(Picture& picture, double circleRadius = 100, double bottom = 200)
     Surface surface(picture.Target(), 200, 200);
     const MapView view = ViewFromAircraft(100, 100, 50, 20);
     TextBoxes texts;
-    const MapFrame frame{surface, view, 20, {100, 100}, circleRadius, {0, 0, 200, bottom},
-                         texts,   texts};
+    const MapFrame frame{
+        surface,      view,  20,    {100, 100},     circleRadius, {0, 0, 200, bottom},
+        circleRadius, texts, texts, EmptyMapNames()};
     DrawAtcBoundaries(frame);
     DrawAtcBoundaryNames(frame);
 }
@@ -84,10 +85,13 @@ TEST_F(BoundaryLayer, PlacesOutlineAndNameByTheirDistance) {
     EXPECT_FALSE(isLine(70, 79) || isLine(70, 80));
 }
 
-TEST_F(BoundaryLayer, NamesKeepClearOfEachOther) {
-    for (const double labelNm : {0.0, 1.0, 8.0, 42.0}) {  // free, taken, free, half beside the map
+TEST_F(BoundaryLayer, NamesKeepClearOfEachOtherAndComeOnce) {
+    const std::pair<const char*, double> labels[] = {
+        {"ONE", 0}, {"TAKEN", 1}, {"TWO", 8}, {"ONE", -8}, {"HALF BESIDE THE MAP", 42}};
+    for (const auto& [name, northNm] : labels) {
         AtcBoundary boundary = Reaching("KZBW", 10);
-        boundary.label = {labelNm / 60, 0};
+        boundary.name = name;
+        boundary.label = {northNm / 60, 0};
         atcBoundaries.items.push_back(boundary);
     }
     Picture picture(200, 200);
@@ -125,6 +129,7 @@ TEST_F(BoundaryLayer, ReadsItsFileAtTheFirstDrawing) {
 
 TEST_F(BoundaryLayer, StandsOnTheMapsThatAskForIt) {
     atcBoundaries.items = {Reaching("KZBW", 10)};
+    atcBoundaries.items[0].label = {0.19, 0};
     const auto isDrawn = [](int mode, int overlay, DisplayDrawMode draw = DisplayDrawMode::Normal) {
         ehsi.ehsiMode = mode;
         ehsi.mapOverlayOn = overlay;

@@ -128,9 +128,9 @@ TEST_F(Nd, LayersShowInTheirModesRangesAndDrawModes) {
         const bool second = drawMode == DisplayDrawMode::SecondCockpit;
         if (range == 10) {  // farther out they crowd each other
             ExpectShown({"VVV", "NN", "KAPT"}, map);
+            ExpectShown({"BDY"}, map && mode != 7 && !second);
         }
         ExpectShown({range == 10 ? "FIXXX" : "FARFX"}, map && range <= 40 && !second);
-        ExpectShown({"BDY"}, map && mode != 7 && !second);
     };
     for (int mode = 1; mode <= 7; ++mode) {
         expectLayers(mode, 10, true, DisplayDrawMode::Normal);
