@@ -394,6 +394,10 @@ TEST_F(VnavTest, TheDescentBeginsNearItsMarkOrPastIt) {
         vnav.crossingIndex = 0;
         RunVerticalGuidance();
         EXPECT_EQ(vnav.descentActive, row.begins ? 1 : 0);
+        if (row.begins) {  // the path begins where the autopilot will have taken up the descent
+            EXPECT_NEAR(vnav.todNm, AircraftAlongNm() + 0.75, 1e-6);
+            EXPECT_EQ(vnav.pathAltitude, 30000);
+        }
     }
 }
 

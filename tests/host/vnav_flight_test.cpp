@@ -94,7 +94,7 @@ class VnavFlight : public ::testing::Test {
             settledEvents.push_back(pilot.verticalEvents.back());
         }
         seen = pilot.verticalEvents.size();
-        if (vnav.descentActive != 0 && vnav.distanceSinceTod > 5) {
+        if (vnav.descentActive != 0 && vnav.distanceSinceTod > 0) {
             const double offFt = std::fabs(pilot.altitudeFt - vnav.pathAltitude);
             if (offFt > flown.worstPathFt) {
                 flown.worstPathFt = offFt;

@@ -206,9 +206,8 @@ void WriteMinute(std::int32_t minute, const test::VerticalPilot& pilot, std::siz
                   static_cast<int>(vnav.Phase()), planBook.activeIndex,
                   planBook.verticalTargetIndex, vnav.targetAltitude, vnav.distanceToTarget,
                   vnav.pathAltitude, vnav.requiredFpm, vnav.distanceSinceTod);
-    out << Format(" vnav %d hold %d recovery %d limits %d %d\n  toc", guidance.vnavEngaged,
-                  vnav.lowSpeedHold, vnav.pathRecovery, vnav.climbRestrictionActive,
-                  vnav.descentRestrictionDone);
+    out << Format(" vnav %d hold %d limits %d %d\n  toc", guidance.vnavEngaged, vnav.lowSpeedHold,
+                  vnav.climbRestrictionActive, vnav.descentRestrictionDone);
     const Predictions& predicted = ActivePredictions();
     out << Point(predicted.topOfClimb) << " tod" << Point(predicted.topOfDescent) << " dest"
         << Point(predicted.destination) << "\n ";

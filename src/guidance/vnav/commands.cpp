@@ -25,9 +25,7 @@ constexpr double kBeyondFpm = 1e6;  // any limit
 constexpr double kCloseNm = 5;
 constexpr double kRoundOffMinutes = 0.12;
 constexpr double kResumeAboveKt = 10;
-constexpr double kLevelFt = 200;
-constexpr double kAbovePathFt = 100;
-constexpr double kOnPathFt = 25;
+constexpr double kLevelFt = 200;  // from a target: the autopilot rounds off, nothing new is sent
 constexpr std::int32_t kSpeedSuspended = 2;
 
 void ReadBack(SentTarget& sent, double shown) {
@@ -57,12 +55,15 @@ double RequiredFpm(double feet, double distanceNm) {
     return minutes > 0 && std::isfinite(feet) ? feet / minutes : -1;
 }
 
-// The autopilot rounds off into an altitude: close to a restriction the descent aims a little
-// before it, so that it is level there.
+// The autopilot rounds off into an altitude: what it flies before that.
+double RoundOffNm() {
+    return kRoundOffMinutes * aircraft.groundSpeedKt / 60;
+}
+
+// Close to a restriction the descent aims a little before it, so that the aircraft is level there.
 double DescentDistanceNm() {
-    const double roundOffNm = kRoundOffMinutes * aircraft.groundSpeedKt / 60;
     return vnav.distanceToTarget < kCloseNm
-               ? std::max(vnav.distanceToTarget - roundOffNm, roundOffNm)
+               ? std::max(vnav.distanceToTarget - RoundOffNm(), RoundOffNm())
                : vnav.distanceToTarget;
 }
 
@@ -82,35 +83,29 @@ void ChooseClimbSpeed() {
         return;
     }
     vnav.requiredFpm = required;
-    vnav.vsCommand = std::clamp(HundredsOf(std::max(required, 0.0)), kLeastClimbFpm, kMostFpm);
+    const bool close = vnav.targetAltitude - aircraft.altitudeFt <= kLevelFt ||
+                       vnav.distanceToTarget < 2 * RoundOffNm();
+    if (vnav.lastVsSent <= 0 || !close) {
+        vnav.vsCommand = std::clamp(HundredsOf(std::max(required, 0.0)), kLeastClimbFpm, kMostFpm);
+    }
     if (LowSpeedInClimb() || aircraft.altitudeFt - vnav.targetAltitude > kLevelFt) {
         vnav.vsCommand = 0;  // a restriction already climbed through is passed level
     }
 }
 
-// Truncation leaves the aircraft above the path, little by little: then the next hundred is flown
-// until it is back on it.
-std::int32_t TowardsPath(std::int32_t fpm) {
-    const double aboveFt = aircraft.altitudeFt - vnav.pathAltitude;
-    if (aboveFt > kAbovePathFt) {
-        vnav.pathRecovery = 1;
-    } else if (aboveFt < kOnPathFt) {
-        vnav.pathRecovery = 0;
-    }
-    return vnav.pathRecovery == 1 && vnav.distanceSinceTod > 0 ? fpm + 100 : fpm;
-}
-
 void ChooseDescentSpeed() {
-    if (aircraft.altitudeFt < vnav.targetAltitude) {
+    const double aboveFt = aircraft.altitudeFt - vnav.targetAltitude;
+    if (aboveFt < 0) {
         vnav.vsCommand = 0;
         return;
     }
-    const bool roundsOff = aircraft.altitudeFt - vnav.targetAltitude < kLevelFt &&
-                           vnav.lastVsSent != kNothingSent && vnav.lastVsSent < 0;
-    if (vnav.requiredFpm < 0 || roundsOff) {
-        return;  // the last feet are the autopilot's
+    if (vnav.requiredFpm < 0) {
+        return;
     }
-    vnav.vsCommand = -std::min(TowardsPath(HundredsOf(vnav.requiredFpm)), kMostFpm);
+    const bool descends = vnav.lastVsSent < 0 && vnav.lastVsSent != kNothingSent;
+    if (!descends || aboveFt > kLevelFt) {
+        vnav.vsCommand = -std::min(HundredsOf(vnav.requiredFpm), kMostFpm);
+    }
     if (aircraft.indicatedAirspeedKt < performance.minVnavIas) {
         vnav.vsCommand = 0;
     }

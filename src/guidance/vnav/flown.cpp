@@ -301,15 +301,16 @@ void AimAtTarget(std::int32_t climbOffset) {
     }
 }
 
-void BeginPathHere() {
-    const RouteTable& route = ActiveRoute();
-    vnav.todNm = AircraftAlongNm();
-    vnav.todLatitude = aircraft.latitude;
-    vnav.todLongitude = aircraft.longitude;
+void BeginPath(double aheadNm) {
+    const PlanningInput input = FlownInput();
+    vnav.todNm = AircraftAlongNm() + aheadNm;
+    const LatLon begins = PointAlong(*input.route, input.at, vnav.todNm);
+    vnav.todLatitude = begins.latitude;
+    vnav.todLongitude = begins.longitude;
     vnav.descentCruiseAltitude = aircraft.altitudeFt;
     vnav.descentStartIndex = planBook.activeIndex;
     vnav.descentPathLength =
-        std::max(route.alongNm[planBook.verticalTargetIndex] - vnav.todNm, 0.0);
+        std::max(input.route->alongNm[planBook.verticalTargetIndex] - vnav.todNm, 0.0);
     TodDistanceToDestination();
 }
 
@@ -363,7 +364,7 @@ void ReplanChangedRoute() {
     ChooseTargetEntry(0);
     AimAtTarget(0);
     if (vnav.descentActive != 0) {
-        BeginPathHere();
+        BeginPath(0);
     }
 }
 

@@ -27,8 +27,8 @@ void AimAtTarget(std::int32_t climbOffset);
 // From the active entry plus `offset` on, the first entry that is a target, else the last.
 void ChooseTargetEntry(std::int32_t offset);
 
-// The descent path begins where the aircraft is.
-void BeginPathHere();
+// The descent path begins so far ahead of the aircraft, at its altitude.
+void BeginPath(double aheadNm);
 
 // ---- phases ----
 enum class VerticalEvent : std::int32_t {

@@ -17,6 +17,7 @@ namespace {
 
 constexpr double kClimbEndsBelowFt = 200;  // below the cruise altitude
 constexpr double kDescentBeginsNm = 1.5;
+constexpr double kRoundInNm = 0.75;  // flown until the autopilot has taken up the descent
 constexpr double kPastDescentDeg = 20;
 constexpr double kClimbOverdueFactor = 1.5;
 constexpr double kCrossingNm = 5;  // farther away a restriction is no longer being crossed
@@ -52,14 +53,8 @@ void GiveUpClimb() {
 }
 
 void BeginDescent() {
-    const RouteTable& route = ActiveRoute();
     vnav.crossingIndex = 0;
-    if (AircraftAlongNm() - vnav.todNm > kDescentBeginsNm) {
-        BeginPathHere();  // too late for the path that was planned
-    }
-    vnav.descentStartIndex = planBook.activeIndex;
-    vnav.descentPathLength =
-        std::max(route.alongNm[planBook.verticalTargetIndex] - vnav.todNm, 0.0);
+    BeginPath(kRoundInNm);
     AimAtTarget(0);
     if (guidance.vnavEngaged == 1) {
         SendAltitude(vnav.targetAltitude);

@@ -71,7 +71,6 @@ struct VerticalCommands {
     std::int32_t lastVsSent = kNothingSent;
     std::int32_t vsHundreds = kNothingSent;  // whole hundreds being kept, without a sign
     std::int32_t lowSpeedHold = 0;           // held at 0 because the airspeed is low
-    std::int32_t pathRecovery = 0;           // above the descent path, which is being regained
     SentTarget altitude;
     SentTarget speed;
     std::int32_t climbRestrictionActive = 0;
