@@ -58,11 +58,10 @@ UnitText CourseText(double courseDeg) {
     return text;
 }
 
-UnitText SideText(double amount, char left, char right, int decimals) {
+UnitText SideText(double amount, char left, char right) {
     UnitText text("- ---");
     if (std::isfinite(amount)) {
-        text.Put("%c %0*.*f", amount < 0 ? left : right, decimals == 0 ? kCourseWidth : 1, decimals,
-                 std::abs(amount));
+        text.Put("%c %03.0f", amount < 0 ? left : right, std::abs(amount));
     }
     return text;
 }

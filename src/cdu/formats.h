@@ -29,8 +29,8 @@ UnitText NumberText(double value, int width, int decimals = 0);
 // "067": a course, bearing, heading or track.
 UnitText CourseText(double courseDeg);
 
-// "L 012" and "R 0.34": an amount to one side, negative to the left; "%03.0f" without decimals.
-UnitText SideText(double amount, char left, char right, int decimals = 0);
+// "L 012": an amount to one side, negative to the left.
+UnitText SideText(double amount, char left, char right);
 
 // "01:07", hours and minutes.
 UnitText HoursMinutesText(double hours, double minutes);

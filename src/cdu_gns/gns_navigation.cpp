@@ -214,9 +214,11 @@ void ShowTrackError(const FieldRow&, UnitText& text) {
 }
 
 void ShowCrossTrack(const FieldRow&, UnitText& text) {
-    const bool known = HasActiveWaypoint() && guidance.crossTrackNm != kNoCrossTrack;
-    const double sign = guidance.crossTrackSide == Side::Left ? -1 : 1;
-    text = known ? SideText(sign * guidance.crossTrackNm, 'L', 'R', 2) : UnitText("- ----");
+    text.Set("- ----");
+    if (HasActiveWaypoint() && guidance.crossTrackNm != kNoCrossTrack) {
+        text.Put("%c %s", guidance.crossTrackSide == Side::Right ? 'R' : 'L',
+                 NumberText(guidance.crossTrackNm, 4, 2).c_str());
+    }
 }
 
 constexpr FieldRow kAheadFields[] = {

@@ -2,7 +2,6 @@
 // waypoint rows take entries, the menu behind the last row leads to the procedures and on.
 #include <algorithm>
 #include <array>
-#include <limits>
 
 #include "cdu/formats.h"
 #include "cdu_gns/gns_pages.h"
@@ -278,16 +277,6 @@ constexpr LineRow kLines[] = {
 };
 
 // ---- what stands on a row ----
-// Where it is restricted, the restriction, else what is predicted.
-double AltitudeOf(std::int32_t index) {
-    const PlanWaypoint& entry = GnsPlanShown().entries[index];
-    const PredictedPoint& point = GnsPredictionOf(index);
-    if (entry.altitudeConstraint == 0 && GnsShowsActivePlan() && point.known) {
-        return point.altitudeFt;
-    }
-    return entry.altitude != kUnset ? entry.altitude : std::numeric_limits<double>::quiet_NaN();
-}
-
 void ColumnText(std::int32_t index, UnitText& text) {
     const bool ahead = GnsShowsActivePlan() && index >= planBook.activeIndex;
     switch (gns.columnMode) {
@@ -298,7 +287,7 @@ void ColumnText(std::int32_t index, UnitText& text) {
             text = ahead ? NumberText(GnsDistanceTo(index), 5) : UnitText{};
             break;
         case kColumnAlt:
-            text = NumberText(AltitudeOf(index), 5);
+            text = NumberText(GnsAltitudeAt(GnsPlanShown(), index), 5);
             break;
         default:
             text = ahead ? GnsMinutesText(GnsMinutesTo(index)) : UnitText{};

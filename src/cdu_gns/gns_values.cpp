@@ -42,6 +42,20 @@ const PredictedPoint& GnsPredictionOf(std::int32_t index) {
                                    : unknown;
 }
 
+double GnsDistanceTo(const PredictedPoint& point) {
+    const PredictedPoint& next = ActiveWaypointPrediction();
+    return point.known ? GnsDistanceTo(planBook.activeIndex) + point.distanceNm - next.distanceNm
+                       : kNone;
+}
+
+double GnsAltitudeAt(const FlightPlan& plan, std::int32_t index) {
+    const PlanWaypoint& entry = plan.entries[index];
+    if (entry.altitudeConstraint == 0 && &plan == &activePlan && GnsPredictionOf(index).known) {
+        return GnsPredictionOf(index).altitudeFt;
+    }
+    return entry.altitude != kUnset ? entry.altitude : kNone;
+}
+
 double GnsMinutesTo(const PredictedPoint& point) {
     return point.known && ShownAircraft().groundSpeedKt > kGnsTimesFromKt ? point.minutes : kNone;
 }

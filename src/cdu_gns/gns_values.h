@@ -12,15 +12,22 @@
 
 namespace avq1 {
 
-// Times to entries of the plan are shown above this ground speed.
+// Times to entries of the plan are shown above this ground speed, on all pages of the unit alike.
+// (The compact unit and the displays show the same times from 25 kt on.)
 inline constexpr double kGnsTimesFromKt = 50;
 
 // Route distance from the aircraft to entry `index` of the active plan, nm. NaN for entries that
 // lie behind, have no position, or without an active waypoint.
 double GnsDistanceTo(std::int32_t index);
 
+// The same to a point predicted for the route: the predictions' own distances are some seconds old.
+double GnsDistanceTo(const PredictedPoint& point);
+
 // What is predicted for an entry of the active plan; nothing known of one it does not have.
 const PredictedPoint& GnsPredictionOf(std::int32_t index);
+// Where an entry is restricted, the restriction, else what is predicted, else what the plan says;
+// feet, NaN when nothing does.
+double GnsAltitudeAt(const FlightPlan& plan, std::int32_t index);
 double GnsMinutesTo(const PredictedPoint& point);
 double GnsMinutesTo(std::int32_t index);
 // The time of day there: UTC, or the simulator's local time when the setting asks for it.

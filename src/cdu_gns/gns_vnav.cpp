@@ -63,17 +63,16 @@ void ShowTarget(const FieldRow&, UnitText& text) {
     }
 }
 
-// At the target: an entry's own altitude, the cruise altitude at the tops.
 void ShowAltitudeThere(const FieldRow&, UnitText& text) {
-    double altitudeFt = HasProfile() ? vnav.cruiseAltitude : kNone;
-    if (HasProfile() && activePlan.Holds(TargetEntry())) {
-        altitudeFt = activePlan.entries[TargetEntry()].altitude;
-    }
-    text = NumberText(altitudeFt == kUnset ? kNone : altitudeFt, 5);
+    const bool isEntry = activePlan.Holds(TargetEntry());
+    text = NumberText(!HasProfile() ? kNone
+                      : isEntry     ? GnsAltitudeAt(activePlan, TargetEntry())
+                                    : vnav.cruiseAltitude,
+                      5);
 }
 
 void ShowRange(const FieldRow&, UnitText& text) {
-    text = NumberText(HasProfile() && TargetPoint().known ? TargetPoint().distanceNm : kNone, 5, 1);
+    text = NumberText(HasProfile() ? GnsDistanceTo(TargetPoint()) : kNone, 5, 1);
 }
 
 void ShowEte(const FieldRow&, UnitText& text) {

@@ -72,7 +72,7 @@ TEST(Formats, NumbersCoursesAndSides) {
     EXPECT_EQ(CourseText(66.7).view(), "067");
     EXPECT_EQ(CourseText(kNan).view(), "---");
     EXPECT_EQ(SideText(-7, 'L', 'R').view(), "L 007");
-    EXPECT_EQ(SideText(0.344, 'L', 'R', 2).view(), "R 0.34");
+    EXPECT_EQ(SideText(0.4, 'L', 'R').view(), "R 000");
     EXPECT_EQ(SideText(kNan, 'L', 'R').view(), "- ---");
 }
 

@@ -1,4 +1,4 @@
-// What the unit shows of the flight: every page, and the compact unit, tells the same.
+// What the unit shows of the flight. (That no two pages disagree: tests/host/agreement_test.cpp.)
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -19,21 +19,6 @@ using ::testing::Contains;
 using ::testing::IsSupersetOf;
 using ::testing::StartsWith;
 
-// What stands behind a label on the screen: the last text of its row.
-std::string ValueOf(const std::vector<std::string>& rows, const std::string& label) {
-    for (const std::string& row : rows) {
-        if (row.starts_with(label)) {
-            return row.substr(row.find_last_of("|:") < row.find('|') ? 0 : row.rfind('|') + 1);
-        }
-    }
-    return "no " + label;
-}
-
-std::string Trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first);
-}
-
 class GnsValuesTest : public GnsTest {
   protected:
     // What the per-frame update works out.
@@ -46,45 +31,6 @@ class GnsValuesTest : public GnsTest {
         RefreshPredictions();
     }
 };
-
-TEST_F(GnsValuesTest, NoTwoPagesDisagree) {
-    MakePlan();
-    FakeUnit compact;
-    for (int situation = 0; situation < 10; ++situation) {
-        SCOPED_TRACE(situation);
-        planBook.activeIndex = 1 + situation % 6;
-        aircraft.longitude = 0.13 + situation * 0.41;
-        aircraft.latitude = 0.03 * situation;
-        aircraft.groundSpeedKt = 140 + 37 * situation;
-        aircraft.magneticVariation = situation - 5;
-        aircraft.headingMag = 70 + 5 * situation;
-        aircraft.trueHeading = aircraft.headingMag + aircraft.magneticVariation;
-        Update();
-        const auto plan = unit.After("NAV FPL");
-        const auto first = unit.After("NAV");
-        const auto second = unit.After("NAV");
-        const auto third = unit.After("NAV");
-        const auto trip = unit.After("FUEL FUEL");
-        const auto to = compact.After("TO");
-        const std::string active = activePlan.entries[planBook.activeIndex].ident;
-        const std::string next = activePlan.entries[planBook.activeIndex + 1].ident;
-        EXPECT_THAT(plan, Contains(StartsWith("TO |" + active)));
-        EXPECT_EQ(ValueOf(first, "NX|" + next), ValueOf(plan, next));
-        EXPECT_THAT(to, Contains("DIST: " + Trimmed(ValueOf(first, "DIS")) + " NM"));
-        EXPECT_THAT(to, Contains("BRG:  " + ValueOf(third, "BRG")));
-        EXPECT_EQ(ValueOf(second, "ETA-KBBB"), ValueOf(trip, "ETA @ KBBB"));
-        const std::string route = ValueOf(trip, "FPL");
-        const auto last = unit.After(planBook.activeIndex <= 2 ? "NAV FPL NEXT" : "NAV FPL");
-        EXPECT_EQ(ValueOf(last, "KBBB"), route.substr(route.find('/') + 1));
-        gns.columnMode = kColumnDis;
-        unit.Draw();
-        EXPECT_EQ(ValueOf(unit.Rows(), "KBBB"), route.substr(0, route.find('/')));
-        gns.columnMode = kColumnEta;
-        unit.Draw();
-        EXPECT_EQ(ValueOf(unit.Rows(), "KBBB"), ValueOf(second, "ETA-KBBB"));
-        gns.columnMode = kColumnEte;
-    }
-}
 
 TEST_F(GnsValuesTest, VnavTellsTheTargetAndTheProfile) {
     MakePlan();
