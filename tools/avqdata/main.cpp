@@ -1,5 +1,5 @@
 // avqdata/main.cpp - the avqdata program: imports public navigation data into a Navdata folder and
-// checks such folders; shows and converts flight plans.
+// checks such folders; shows and converts flight plans and flight logs.
 //
 // Status: 0 done, 1 the folder (check) or the plan has faults, 2 nothing could be done.
 #include <unistd.h>
@@ -16,6 +16,7 @@
 #include "avqdata/cycle.h"
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
+#include "avqdata/log_verb.h"
 #include "avqdata/merge.h"
 #include "avqdata/plan_verb.h"
 #include "avqdata/text_tools.h"
@@ -40,6 +41,7 @@ struct Arguments {
     bool dryRun = false;
     ImportOptions options;
     PlanRequest plan;
+    LogRequest log;
 };
 
 using ImportFunction = bool (*)(const std::string&, const ImportContext&, Dataset&, std::string&);
@@ -238,12 +240,29 @@ CLI::App* DescribePlan(CLI::App& app, PlanRequest& plan) {
     return verb;
 }
 
+CLI::App* DescribeLog(CLI::App& app, LogRequest& log) {
+    CLI::App* const verb = app.add_subcommand(
+        "log", "list the flights of the flight log, or show one; write them in another form");
+    verb->add_option("LOG", log.source,
+                     "the FlightLog folder, Flight.log (the list) or fpl.log (one flight)")
+        ->required();
+    CLI::Option* const to = verb->add_option(
+        "--to", log.to,
+        "the file to write: .csv (either), .kml (one flight), .per (rows for the aircraft's "
+        "performance tables, from either)");
+    verb->add_option("--plan", log.plan, "the plan that was flown, for the track of a .kml")
+        ->needs(to);
+    verb->add_option("--aircraft", log.aircraft, "of a list, only this aircraft's flights");
+    verb->add_flag("--force", log.force, "write over a file that is there")->needs(to);
+    return verb;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     CLI::App app(
         "Turns public navigation data into the module's text files, and checks them; converts "
-        "flight plans.",
+        "flight plans and flight logs.",
         "avqdata");
     app.require_subcommand(1);
     Arguments arguments;
@@ -260,9 +279,13 @@ int main(int argc, char** argv) {
         ->required();
     check->add_flag("--verbose", arguments.verbose, "list every case, not only the first ones");
     const CLI::App* const plan = DescribePlan(app, arguments.plan);
+    const CLI::App* const log = DescribeLog(app, arguments.log);
     CLI11_PARSE(app, argc, argv);
     if (plan->parsed()) {
         return RunPlan(arguments.plan, std::cout, std::cerr);
+    }
+    if (log->parsed()) {
+        return RunLog(arguments.log, std::cout, std::cerr);
     }
     if (check->parsed()) {
         return RunCheck(arguments);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "avqdata/text_tools.h"
 #include "base/text.h"
 #include "geometry/geometry.h"
 
@@ -21,14 +22,6 @@ struct TableRow {
     double legNm;
     double totalNm;
 };
-
-// What a file says may hold anything; a terminal gets letters only.
-std::string Printable(std::string_view text) {
-    std::string shown(text);
-    std::replace_if(
-        shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-    return shown;
-}
 
 std::string PositionOf(const PlanWaypoint& entry) {
     if (!avq1::HasPosition(entry)) {
@@ -101,20 +94,6 @@ std::vector<std::string> CellsOf(const Column& column, const std::vector<TableRo
         any = any || !cells.back().empty();
     }
     return any ? cells : std::vector<std::string>{};
-}
-
-// Adds a column to the lines of the table.
-void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
-                 std::vector<std::string>& lines) {
-    std::size_t width = 0;
-    for (const std::string& cell : cells) {
-        width = std::max(width, cell.size());
-    }
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const std::string pad(width - cells[i].size(), ' ');
-        lines[i] += lines[i].empty() ? "" : "  ";
-        lines[i] += toTheRight ? pad + cells[i] : cells[i] + pad;
-    }
 }
 
 std::string ChoiceLine(const char* what, const TerminalChoice& choice) {

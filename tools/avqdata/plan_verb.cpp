@@ -1,15 +1,11 @@
 #include "avqdata/plan_verb.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <ostream>
-#include <system_error>
 
 #include "avqdata/cycle.h"
+#include "avqdata/output_file.h"
 #include "avqdata/plan_exchange.h"
 #include "avqdata/plan_table.h"
 #include "avqdata/source_file.h"
@@ -17,32 +13,6 @@
 
 namespace avqdata {
 namespace {
-
-namespace fs = std::filesystem;
-
-constexpr std::uintmax_t kLargestPlanBytes = 16U << 20U;
-
-bool ReadPlanFile(const std::string& path, std::string& text, std::string& error) {
-    std::error_code code;
-    const std::uintmax_t size = fs::file_size(path, code);
-    if (!code && size > kLargestPlanBytes) {
-        error = path + ": is too large for a flight plan";
-        return false;
-    }
-    return ReadSourceFile(path, text, error);
-}
-
-void PrintFindings(const Report& report, std::ostream& err) {
-    for (const ReportEntry& entry : report.entries) {
-        for (const std::string& oneCase : entry.cases) {
-            err << oneCase << "\n";
-        }
-        if (entry.count > entry.cases.size()) {
-            err << "... and " << entry.count - entry.cases.size() << " more: " << entry.kind
-                << "\n";
-        }
-    }
-}
 
 std::string CycleOfToday() {
     namespace chrono = std::chrono;
@@ -73,32 +43,6 @@ const PlanFormat* ChosenFormat(const PlanRequest& request, std::string& error) {
     return format;
 }
 
-// Written beside the target and renamed, so that nobody ever sees half a plan.
-bool WritePlanFile(const std::string& path, const std::string& text, bool force,
-                   std::string& error) {
-    std::error_code code;
-    if (!force && fs::exists(fs::symlink_status(path, code))) {
-        error = path + ": is there already; --force writes over it";
-        return false;
-    }
-    const std::string staged = path + ".new-" + std::to_string(getpid());
-    std::ofstream file(staged, std::ios::binary | std::ios::trunc);
-    file.write(text.data(), static_cast<std::streamsize>(text.size()));
-    file.close();
-    if (file.fail()) {
-        fs::remove(staged, code);
-        error = path + ": cannot be written";
-        return false;
-    }
-    fs::rename(staged, path, code);
-    if (code) {
-        error = path + ": cannot be written (" + code.message() + ")";
-        fs::remove(staged, code);
-        return false;
-    }
-    return true;
-}
-
 bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, std::ostream& err,
              std::string& error) {
     const PlanFormat* const format = ChosenFormat(request, error);
@@ -113,7 +57,7 @@ bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, 
         error = request.to + ": not written as " + format->name + ": " + error;
         return false;
     }
-    if (!WritePlanFile(request.to, text, request.force, error)) {
+    if (!WriteOutputFile(request.to, text, request.force, error)) {
         return false;
     }
     const std::string lost = NotCarried(*format, plan);
@@ -137,9 +81,9 @@ int RunPlan(const PlanRequest& request, std::ostream& out, std::ostream& err) {
     ExchangePlan plan;
     Report report;
     const PlanFormat* format = nullptr;
-    const bool read = ReadPlanFile(request.file, text, error) &&
+    const bool read = ReadBoundedFile(request.file, "a flight plan", text, error) &&
                       ReadExchangePlan(text, BaseName(request.file), plan, format, report, error);
-    PrintFindings(report, err);
+    PrintCases(report, err);
     if (read && request.to.empty()) {
         out << PlanTable(plan, *format);
     }

@@ -75,6 +75,18 @@ std::string AtLine(std::string_view file, std::size_t line, std::string_view tex
     return result;
 }
 
+void PrintCases(const Report& report, std::ostream& err) {
+    for (const ReportEntry& entry : report.entries) {
+        for (const std::string& oneCase : entry.cases) {
+            err << oneCase << "\n";
+        }
+        if (entry.count > entry.cases.size()) {
+            err << "... and " << entry.count - entry.cases.size() << " more: " << entry.kind
+                << "\n";
+        }
+    }
+}
+
 void PrintReport(const Report& report, std::ostream& out) {
     for (const TopicRow& row : kTopics) {
         if (report.Count(row.topic) == 0) {

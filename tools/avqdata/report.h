@@ -35,6 +35,9 @@ struct Report {
 // "avq_navs.txt:12: " in front of what is wrong with that line.
 std::string AtLine(std::string_view file, std::size_t line, std::string_view text);
 
+// Only the cases that were kept, a line each, and how many more there are of a kind.
+void PrintCases(const Report& report, std::ostream& err);
+
 void PrintReport(const Report& report, std::ostream& out);
 
 }  // namespace avqdata

@@ -78,6 +78,18 @@ std::string BaseName(const std::string& path) {
     return fs::path(path).filename().string();
 }
 
+bool ReadBoundedFile(const std::string& path, const char* what, std::string& text,
+                     std::string& error) {
+    constexpr std::uintmax_t kLargestBytes = 16U << 20U;
+    std::error_code code;
+    const std::uintmax_t size = std::filesystem::file_size(path, code);
+    if (!code && size > kLargestBytes) {
+        error = path + ": is too large for " + what;
+        return false;
+    }
+    return ReadSourceFile(path, text, error);
+}
+
 std::string FindSource(const std::string& folder, const std::vector<std::string>& names) {
     std::error_code error;
     std::vector<std::string> present;

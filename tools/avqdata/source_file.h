@@ -19,6 +19,10 @@ using Progress = std::function<void(std::string_view what, double done)>;
 // `error` says what is wrong; it is left alone on success.
 bool ReadSourceFile(const std::string& path, std::string& text, std::string& error);
 
+// The same for a file somebody handles one at a time: "too large for a flight plan" beyond 16 MiB.
+bool ReadBoundedFile(const std::string& path, const char* what, std::string& text,
+                     std::string& error);
+
 // The first of the names, each also with ".gz" behind it, that the folder holds, whatever its
 // letter case; empty when there is none.
 std::string FindSource(const std::string& folder, const std::vector<std::string>& names);

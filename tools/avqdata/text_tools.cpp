@@ -150,6 +150,26 @@ bool IsRunwayIdent(std::string_view text) {
     return number && isDigit(text[0]) && isDigit(text[1]) && *number >= 1 && *number <= 36 && side;
 }
 
+std::string Printable(std::string_view text) {
+    std::string shown(text);
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    return shown;
+}
+
+void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
+                 std::vector<std::string>& lines) {
+    std::size_t width = 0;
+    for (const std::string& cell : cells) {
+        width = std::max(width, cell.size());
+    }
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string pad(width - cells[i].size(), ' ');
+        lines[i] += lines[i].empty() ? "" : "  ";
+        lines[i] += toTheRight ? pad + cells[i] : cells[i] + pad;
+    }
+}
+
 std::string Fixed(double value, int decimals) {
     std::array<char, 64> text{};
     const int size = std::snprintf(text.data(), text.size(), "%.*f", decimals, value);

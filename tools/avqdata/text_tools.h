@@ -33,6 +33,13 @@ bool IsIdent(std::string_view text);
 bool IsIcaoCode(std::string_view text);     // four capital letters
 bool IsRunwayIdent(std::string_view text);  // 01 to 36 and L, R, C or nothing
 
+// What a file says may hold anything; a terminal gets ASCII letters only, others as "?".
+std::string Printable(std::string_view text);
+
+// Adds a column of a table to its lines: a title and below it a cell a line.
+void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
+                 std::vector<std::string>& lines);
+
 std::string Fixed(double value, int decimals);
 std::string Megahertz(double megahertz);  // "113.70"
 std::string Kilohertz(double kilohertz);  // "365", "365.5"
