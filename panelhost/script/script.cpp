@@ -440,6 +440,37 @@ bool DoTexts(Runner& runner, const Arguments& words) {
     return true;
 }
 
+bool DoLog(Runner& runner, const Arguments&) {
+    const std::string log = runner.session.FlightLog();
+    if (log.empty()) {
+        return runner.Fail("there is no flight log");
+    }
+    std::fputs(log.c_str(), runner.out);
+    return true;
+}
+
+bool DoProfile(Runner& runner, const Arguments&) {
+    constexpr const char* kPhases[] = {"climb", "cruise", "descent"};
+    constexpr const char* kRestrictions[] = {"", " at", " at or above", " at or below"};
+    const VerticalProfile& profile = runner.session.Profile();
+    if (profile.phase < 0 || profile.phase > 2) {
+        return runner.Fail("no vertical profile is planned");
+    }
+    std::fprintf(runner.out, "%s%s, cruise %.0f ft, target %.0f ft\n", kPhases[profile.phase],
+                 profile.engaged ? " by VNAV" : "", profile.cruiseAltitudeFt,
+                 profile.targetAltitudeFt);
+    for (const ProfilePoint& point : profile.points) {
+        std::fprintf(runner.out, "%6.1f nm %6.0f ft %s", point.distanceNm, point.altitudeFt,
+                     point.name.c_str());
+        if (point.restriction >= 1 && point.restriction <= 3) {
+            std::fprintf(runner.out, "%s %.0f ft", kRestrictions[point.restriction],
+                         point.restrictionFt);
+        }
+        std::fputc('\n', runner.out);
+    }
+    return true;
+}
+
 bool DoKeys(Runner& runner, const Arguments& words) {
     const int index = FindWindowIndex(runner.session, words[0]);
     if (index < 0) {
@@ -546,6 +577,8 @@ constexpr CommandRow kCommands[] = {
      "place the aircraft with radios and autopilot: runway, en-route, approach, navaids"},
     {"screenshot", 2, 2, DoScreenshot, "WINDOW FILE.png", "write a window's picture"},
     {"texts", 1, 1, DoTexts, "WINDOW", "print the texts on its screens"},
+    {"log", 0, 0, DoLog, "", "print the flight log's records so far"},
+    {"profile", 0, 0, DoProfile, "", "print the vertical profile as the module tells it"},
     {"keys", 1, 1, DoKeys, "WINDOW", "print its clickable areas with their labels"},
     {"print", 1, kAny, DoPrint, "VALUE...", "print values"},
     {"say", 1, kAny, DoSay, "TEXT", "print a text"},

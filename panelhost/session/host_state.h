@@ -69,6 +69,7 @@ struct HostState {
     std::deque<KeyEventRecord> events;
     std::uint64_t eventSerial = 0;
     std::map<std::int32_t, std::uint64_t> moduleEventCounts;
+    VerticalProfile profile;
     Keyboard keyboard;
     HeldMouse mouse;
     double tickRemainderS = 0;

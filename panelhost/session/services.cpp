@@ -17,6 +17,7 @@ using avq1::VariableType;
 constexpr std::size_t kMaxVariables = 1024;
 constexpr std::size_t kMaxTextsPerSurface = 4096;
 constexpr std::size_t kMaxTextLength = 256;
+constexpr std::int32_t kMaxProfilePoints = 256;
 
 HostState* activeHost = nullptr;
 
@@ -178,6 +179,31 @@ ElementCopy* SurfaceOf(HostState& host, const void* deviceContext) {
     return nullptr;
 }
 
+void TakeVerticalProfile(const avq1::VerticalProfileRecord* record) {
+    HostState* const host = ActiveHost();
+    if (host == nullptr || record == nullptr || record->size < sizeof *record) {
+        return;
+    }
+    VerticalProfile& profile = host->profile;
+    profile.phase = record->phase;
+    profile.engaged = record->engaged == 1;
+    profile.cruiseAltitudeFt = record->cruiseAltitudeFt;
+    profile.targetAltitudeFt = record->targetAltitudeFt;
+    profile.pathAltitudeFt = record->pathAltitudeFt;
+    profile.points.clear();
+    const std::int32_t count =
+        record->points == nullptr ? 0 : std::clamp(record->count, 0, kMaxProfilePoints);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const avq1::VerticalProfilePoint& point = record->points[i];
+        profile.points.push_back({{point.name, strnlen(point.name, sizeof point.name)},
+                                  static_cast<int>(point.kind),
+                                  point.restriction,
+                                  point.distanceNm,
+                                  point.altitudeFt,
+                                  point.restrictionFt});
+    }
+}
+
 void TextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
                std::uint32_t argb) {
     HostState* const host = ActiveHost();
@@ -231,6 +257,7 @@ avq1::PlatformServices* PlatformServiceTable() {
     table.key_state = KeyState;
     table.set_keyboard_hook = SetKeyboardHook;
     table.text_drawn = TextDrawn;
+    table.vertical_profile = TakeVerticalProfile;
     return &table;
 }
 

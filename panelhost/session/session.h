@@ -120,6 +120,25 @@ struct RadioStatus {
     bool hasGlideslope = false;
 };
 
+// A point of the vertical profile ahead, as the module tells it (platform/panel_interface.h).
+struct ProfilePoint {
+    std::string name;
+    int kind = 0;         // 0 entry of the plan, 1 top of climb, 2 top of descent
+    int restriction = 0;  // 0 none, 1 at, 2 at or above, 3 at or below restrictionFt
+    double distanceNm = 0;
+    double altitudeFt = 0;
+    double restrictionFt = 0;
+};
+
+struct VerticalProfile {
+    int phase = -1;  // 0 climb, 1 cruise, 2 descent; -1: nothing is planned
+    bool engaged = false;
+    double cruiseAltitudeFt = 0;
+    double targetAltitudeFt = 0;
+    double pathAltitudeFt = 0;
+    std::vector<ProfilePoint> points;
+};
+
 struct SessionStatus {
     double flightTimeS = 0;
     double panelTimeS = 0;
@@ -222,6 +241,11 @@ class Session {
     void SetFuelPounds(double pounds);  // spread over the tanks in proportion to their capacity
 
     SessionStatus Status() const;
+    // As the module told it last, at most once a simulator second.
+    const VerticalProfile& Profile() const;
+    // The flight log's records as the module has written them so far, at most a megabyte; empty
+    // without any. Read from its file at each call.
+    std::string FlightLog() const;
     // A numbered aircraft variable as the module reads it; empty for an unknown number.
     std::optional<double> NumberedVariable(int number) const;
     // A named variable's present value, of the module or this host.

@@ -1,6 +1,7 @@
 // What a session tells of its flight.
 #include <algorithm>
 
+#include "panelhost/base/text.h"
 #include "panelhost/session/services.h"
 #include "panelhost/world/key_events.h"
 #include "panelhost/world/variables.h"
@@ -71,6 +72,17 @@ SessionStatus Session::Status() const {
     }
     status.lastEvents.assign(host.events.begin(), host.events.end());
     return status;
+}
+
+const VerticalProfile& Session::Profile() const {
+    return state_->host.profile;
+}
+
+std::string Session::FlightLog() const {
+    constexpr std::size_t kMaxLogBytes = 1U << 20U;
+    const std::string path =
+        FindFileNoCase(state_->host.options.simFolder, "avq/FlightLog/fpl.log");
+    return path.empty() ? "" : ReadWholeFile(path, kMaxLogBytes).value_or("");
 }
 
 std::optional<double> Session::NumberedVariable(int number) const {

@@ -18,6 +18,7 @@ constexpr std::uint64_t kDrawFrames = 2;  // drawn and sent every second frame
 constexpr std::uint64_t kTextFrames = 6;
 constexpr std::uint64_t kStatusFrames = 6;
 constexpr std::uint64_t kAreaFrames = 50;
+constexpr std::uint64_t kLogFrames = 25;
 constexpr double kPictureGapS = 0.075;
 constexpr std::size_t kMaxWaiting = 8;  // a browser that reads slowly skips to later messages
 
@@ -99,6 +100,40 @@ void RefreshFeeds(Server& server) {
     }
 }
 
+void RefreshLog(Server& server) {
+    std::string text = server.session->FlightLog();
+    LogFeed& log = server.log;
+    if (!text.starts_with(log.text)) {
+        ++log.stamp;
+    }
+    log.text = std::move(text);
+}
+
+void RefreshProfile(Server& server) {
+    std::string profile = ProfileMessage(server.session->Profile());
+    if (!server.profile || *server.profile != profile) {
+        server.profile = Shared(std::move(profile));
+    }
+}
+
+void FeedProfile(const Server& server, SocketClient& client) {
+    if (client.profile != server.profile && client.queuedMessages < kMaxWaiting) {
+        client.profile = server.profile;
+        SendText(client, server.profile);
+    }
+}
+
+void FeedLog(const LogFeed& log, SocketClient& client) {
+    const bool more = client.logStamp == log.stamp;
+    const std::size_t told = more ? client.logBytes : 0;
+    if ((more && told == log.text.size()) || client.queuedMessages >= kMaxWaiting) {
+        return;
+    }
+    client.logStamp = log.stamp;
+    client.logBytes = log.text.size();
+    SendText(client, Shared(LogMessage(std::string_view(log.text).substr(told), more)));
+}
+
 bool AnyoneLooks(const Server& server) {
     for (std::size_t i = 0; i < server.feeds.size(); ++i) {
         if (server.feeds[i].info.visible && IsWatched(server, i)) {
@@ -128,6 +163,10 @@ void RunFrame(Server& server) {
                 SendText(*client, status);
             }
         }
+    }
+    if (server.frame % kLogFrames == 0 && !server.clients.empty()) {
+        RefreshLog(server);
+        RefreshProfile(server);
     }
     for (SocketClient* client : server.clients) {
         FeedClient(server, *client);
@@ -283,6 +322,8 @@ bool ObeyMessage(Server& server, SocketClient& client, const ClientMessage& mess
 
 void FeedClient(Server& server, SocketClient& client) {
     const double nowS = SteadyNowS();
+    FeedLog(server.log, client);
+    FeedProfile(server, client);
     for (std::size_t i = 0; i < client.windows.size(); ++i) {
         ClientWindow& window = client.windows[i];
         WindowFeed& feed = server.feeds[i];

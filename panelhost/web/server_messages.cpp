@@ -181,6 +181,29 @@ std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
         {{"t", "areas"}, {"w", window}, {"areas", std::move(list)}, {"gauges", std::move(boxes)}});
 }
 
+std::string LogMessage(std::string_view lines, bool more) {
+    return Write({{"t", "log"}, {"more", more}, {"lines", lines}});
+}
+
+std::string ProfileMessage(const VerticalProfile& profile) {
+    Json points = Json::array();
+    for (const ProfilePoint& point : profile.points) {
+        points.push_back({{"name", point.name},
+                          {"kind", point.kind},
+                          {"restriction", point.restriction},
+                          {"distance", Tenths(point.distanceNm)},
+                          {"altitude", Tenths(point.altitudeFt)},
+                          {"restrictionAltitude", Tenths(point.restrictionFt)}});
+    }
+    return Write({{"t", "profile"},
+                  {"phase", profile.phase},
+                  {"engaged", profile.engaged},
+                  {"cruise", Tenths(profile.cruiseAltitudeFt)},
+                  {"target", Tenths(profile.targetAltitudeFt)},
+                  {"path", Tenths(profile.pathAltitudeFt)},
+                  {"points", std::move(points)}});
+}
+
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed) {
     return Write({{"t", "key"}, {"scan", scanCode}, {"vk", virtualKey}, {"swallowed", swallowed}});
 }

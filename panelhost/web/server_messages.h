@@ -17,6 +17,9 @@ std::string WindowMessage(const WindowInfo& window);
 std::string TextsMessage(int window, const std::vector<DrawnText>& texts);
 std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
                          const std::vector<GaugeBox>& gauges);
+// Lines of the flight log: all there are, or what comes `more` behind those told before.
+std::string LogMessage(std::string_view lines, bool more);
+std::string ProfileMessage(const VerticalProfile& profile);
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed);
 std::string ProblemMessage(std::string_view problem);
 

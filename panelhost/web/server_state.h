@@ -41,6 +41,12 @@ struct WindowFeed {
     std::shared_ptr<const std::string> areas;
 };
 
+// The flight log as it was last read. Another stamp: it is another log, not more of the same.
+struct LogFeed {
+    std::string text;
+    std::uint64_t stamp = 0;
+};
+
 struct Server {
     int connections = 0;  // outlives the io_context, whose handlers count themselves out
     net::io_context io{1};
@@ -52,6 +58,8 @@ struct Server {
     int port = 0;
     Pairing pairing;
     std::vector<WindowFeed> feeds;
+    LogFeed log;
+    std::shared_ptr<const std::string> profile;
     std::vector<SocketClient*> clients;    // each takes itself off the list
     SocketClient* pointerOwner = nullptr;  // whose press holds the mouse
     std::uint64_t frame = 0;

@@ -28,7 +28,10 @@ struct ClientWindow {
 struct SocketClient {
     Channel* channel = nullptr;
     std::vector<ClientWindow> windows;
-    std::set<std::pair<int, int>> heldKeys;  // scan code, virtual key
+    std::set<std::pair<int, int>> heldKeys;      // scan code, virtual key
+    std::uint64_t logStamp = 0;                  // of the flight log it was told
+    std::size_t logBytes = 0;                    // how much of it
+    std::shared_ptr<const std::string> profile;  // the vertical profile it was told
     std::size_t queuedBytes = 0;
     std::size_t queuedMessages = 0;
 };

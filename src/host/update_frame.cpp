@@ -18,6 +18,7 @@
 #include "guidance/progress.h"
 #include "guidance/radio_tuning.h"
 #include "guidance/vnav.h"
+#include "host/profile_report.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/key_events.h"
@@ -164,6 +165,7 @@ void UpdateFrame() {
     ServePageRequests();
     ServeDataRequests();
     FlightLogUpdate(FlightLogMode::FramePass);
+    TellVerticalProfile();
     ReleaseAirspeedHold();
 }
 

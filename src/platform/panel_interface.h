@@ -272,6 +272,30 @@ struct LinkageRecord {
 // A keyboard hook: (code) -> 1 swallows the key message, 0 passes it on.
 using KeyboardHook = std::int32_t (*)(std::int32_t code);
 
+// A point of the vertical profile ahead of the aircraft.
+struct VerticalProfilePoint {
+    enum class Kind : std::int32_t { Entry = 0, TopOfClimb = 1, TopOfDescent = 2 };
+
+    char name[16] = {};  // the entry's identifier, cut to 15 characters
+    Kind kind = Kind::Entry;
+    std::int32_t restriction = 0;  // 0 none, 1 at, 2 at or above, 3 at or below restrictionFt
+    double distanceNm = 0;         // from the aircraft along the route
+    double altitudeFt = 0;         // as predicted
+    double restrictionFt = 0;
+};
+
+// What vertical guidance has planned, for a host that draws it. Lives only during the call.
+struct VerticalProfileRecord {
+    std::uint32_t size = sizeof(VerticalProfileRecord);
+    std::int32_t phase = -1;   // 0 climb, 1 cruise, 2 descent; -1: nothing is planned
+    std::int32_t engaged = 0;  // 1 while VNAV flies it
+    std::int32_t count = 0;    // of points, in the order they are reached
+    double cruiseAltitudeFt = 0;
+    double targetAltitudeFt = 0;  // what is being flown to
+    double pathAltitudeFt = 0;    // of the descent path at the aircraft
+    const VerticalProfilePoint* points = nullptr;
+};
+
 // Linux only: what Windows offers through its own calls. Any member may be null, and members
 // beyond `size` do not exist: the module then behaves as where that thing is absent.
 struct PlatformServices {
@@ -285,6 +309,7 @@ struct PlatformServices {
     std::int32_t (*set_keyboard_hook)(KeyboardHook hook) = nullptr;
     void (*text_drawn)(void* deviceContext, const char* text, double x, double y, double pixelSize,
                        std::uint32_t argb) = nullptr;
+    void (*vertical_profile)(const VerticalProfileRecord* profile) = nullptr;
 };
 
 struct PlatformTableRecord {
@@ -406,6 +431,9 @@ AVQ1_PIN_OFFSET(LinkageRecord, gauges, 24, 32);
 AVQ1_PIN_OFFSET(PlatformServices, find_window, 8, 8);
 AVQ1_PIN_OFFSET(PlatformServices, send_message, 12, 16);
 AVQ1_PIN_OFFSET(PlatformServices, text_drawn, 28, 48);
+AVQ1_PIN_OFFSET(PlatformServices, vertical_profile, 32, 56);
+AVQ1_PIN_SIZE(VerticalProfilePoint, 48, 48);
+AVQ1_PIN_OFFSET(VerticalProfileRecord, points, 40, 40);
 AVQ1_PIN_OFFSET(PlatformTableRecord, services, 4, 4);
 AVQ1_PIN_OFFSET(PixelDeviceContext, width, 4, 4);
 AVQ1_PIN_OFFSET(PixelDeviceContext, pixels, 16, 16);

@@ -52,4 +52,8 @@ std::int32_t SetThreadKeyboardHook(KeyboardHook hook);
 void ReportTextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
                      std::uint32_t argb);
 
+// Whether the host draws the vertical profile, and what it then draws.
+bool HostDrawsProfile();
+void ReportVerticalProfile(const VerticalProfileRecord& profile);
+
 }  // namespace avq1

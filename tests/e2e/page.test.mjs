@@ -1,8 +1,11 @@
 // The page in a real browser: keys, screens, several browsers at once, phone, keyboard, restarts.
 import assert from 'node:assert/strict';
+import { cpSync, mkdtempSync, rmSync } from 'node:fs';
+import os from 'node:os';
+import path from 'node:path';
 import { after, before, test } from 'node:test';
 
-import { launchBrowser, startHost, until } from './support.mjs';
+import { launchBrowser, root, startHost, until } from './support.mjs';
 
 const kMain = '.window[data-ident="0"]';
 const unitKey = (label) => `${kMain} .key[data-gauge="MCU"][data-label="${label}"]`;
@@ -19,13 +22,13 @@ after(async () => {
   assert.deepEqual(end, { code: 0, signal: null }, 'a terminated host ends cleanly');
 });
 
-async function openPage(options = {}) {
+async function openPage(options = {}, url = host.url) {
   const context = await browser.newContext({ viewport: { width: 1400, height: 900 }, ...options });
   const page = await context.newPage();
   const problems = [];
   page.on('pageerror', (error) => problems.push(String(error)));
   page.on('console', (line) => { if (line.type() === 'error') problems.push(line.text()); });
-  await page.goto(host.url);
+  await page.goto(url);
   await page.waitForSelector(unitKey('FPLN'));
   return { page, problems, close: () => context.close() };
 }
@@ -170,6 +173,37 @@ test('pause, rate, events and placing act on the flight', async () => {
   await until(() => reading('Position'), (text) => /N40°3[78].*W073°4[67]/.test(text), 'on the runway');
   assert.equal(await page.inputValue('#situations'), '');
   await close();
+});
+
+test('the flight log and the vertical profile are drawn, told in words and fit a phone', async () => {
+  const sim = mkdtempSync(path.join(os.tmpdir(), 'avq1-log-'));
+  cpSync(path.join(root, 'demo'), sim, { recursive: true });
+  const parked = await startHost({ extra: ['--cold', '--ground'], sim });
+  try {
+    const { page, problems, close } = await openPage({ viewport: { width: 390, height: 844 } }, parked.url);
+    assert.equal(await page.locator('#log tbody tr').count(), 0);
+    const press = (label) => page.locator(unitKey(label)).press('Enter');
+    await clickUntilChanged(page, () => press('FPLN'));
+    await until(async () => { await press('ENTER'); return page.locator('#log tbody tr').count(); },
+      (count) => count > 0, 'a first record');
+    assert.match(await page.locator('#log tbody tr').last().innerText(), /^00:00:00\s+InitLoad/);
+    assert.match(await page.innerText('#logSummary'), /^KBOS-KBUF: .* ft, .* kt over ground; highest/);
+    await until(() => page.innerText('#profileSummary'), (text) => /^Climb, VNAV is off: level at .* towards 32 000 ft\. Next: T\/C in /
+      .test(text), 'the profile in words');
+    await page.waitForSelector('#profilePlot polyline');
+    assert.match(await page.locator('#profile tbody').innerText(), /KBUF/);
+    assert.match(await page.getAttribute('#profilePlot', 'aria-label'), /Climb, VNAV is off/);
+    assert.ok(await page.evaluate(() =>
+      document.documentElement.scrollWidth <= document.documentElement.clientWidth));
+    assert.deepEqual(problems, []);
+    const again = await openPage({}, parked.url); // who comes later is told all there is
+    await until(() => again.page.locator('#log tbody tr').count(), (count) => count > 0, 'the log');
+    await again.close();
+    await close();
+  } finally {
+    await parked.stop();
+    rmSync(sim, { recursive: true });
+  }
 });
 
 test('the keyboard reaches the panel only when asked for', async () => {

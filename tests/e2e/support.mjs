@@ -11,13 +11,13 @@ const here = path.dirname(fileURLToPath(import.meta.url));
 export const root = path.resolve(here, '../..');
 export const build = path.resolve(here, process.env.AVQ1_BUILD || '../../build/release');
 export const hostProgram = path.join(build, 'avqpanel');
-export const hostArguments = ['--module', path.join(build, 'avq1.gau'), '--sim',
-  path.join(root, 'demo')];
+const moduleArguments = ['--module', path.join(build, 'avq1.gau'), '--sim'];
+export const hostArguments = [...moduleArguments, path.join(root, 'demo')];
 const kStartMs = 60000;
 
 // Resolves when the host has printed its address.
-export function startHost({ port = 0, extra = ['--cold'] } = {}) {
-  const child = spawn(hostProgram, [...hostArguments, '--port', String(port), ...extra],
+export function startHost({ port = 0, extra = ['--cold'], sim = path.join(root, 'demo') } = {}) {
+  const child = spawn(hostProgram, [...moduleArguments, sim, '--port', String(port), ...extra],
     { stdio: ['ignore', 'pipe', 'pipe'] });
   let said = '';
   const ended = new Promise((resolve) => { child.on('exit', (code, signal) => resolve({ code, signal })); });

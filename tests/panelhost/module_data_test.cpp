@@ -22,9 +22,10 @@ class ModuleData : public HostTest {
                   "[Window Titles]\n[Window00]\nsize_mm=600,400\n"
                   "gauge00=avq1!SERVER,0,0\ngauge01=avq1!MCU,0,0\n");
         WriteFile("avq/avq.cfg", "LoadFuelonFlightPlanLoad=1\nSetDestLoadTowerViewDist=25\n");
-        WriteFile("avq/FlightPlans/A.RTE",
-                  "TripFuel=15000\nResvFuel=5000\n[FlightPlan]\nKJFK 40.6 -73.8 APT ---\n"
-                  "KBOS 42.36 -71.00 APT ---\n");
+        WriteFile(
+            "avq/FlightPlans/A.RTE",
+            "CruiseAlt=9000\nTripFuel=15000\nResvFuel=5000\n[FlightPlan]\nKJFK 40.6 -73.8 APT ---\n"
+            "KBOS 42.36 -71.00 APT ---\n");
         WriteFile("avq/Navdata/avq_apts.txt", "KBOS Logan 20 42.36 -71.00\n");
         // Unloaded with the module, these would take the only pointers to their caches along.
         dlopen("libcairo.so.2", RTLD_NOW | RTLD_NODELETE);
@@ -51,6 +52,28 @@ TEST_F(ModuleData, APlanLoadedOnTheGroundFillsTheTanks) {
                   "set paused 0\nsituation en-route\nrun 1s\nset fuel 3000\n" +
                   kLoadPlan + "expect var fuel > 2900\nexpect var fuel < 3000\n"),
               "");
+}
+
+// What the page draws of a flight: the log's file, and the profile the module tells.
+TEST_F(ModuleData, APlanStartedOnTheGroundHasALogAndAProfile) {
+    options_.start.onGround = true;
+    ASSERT_TRUE(session_.Open(options_)) << session_.error();
+    EXPECT_EQ(session_.FlightLog(), "");
+    EXPECT_EQ(session_.Profile().phase, -1);
+    EXPECT_NE(Run("log\n").find("there is no flight log"), std::string::npos);
+    EXPECT_NE(Run("profile\n").find("no vertical profile"), std::string::npos);
+    EXPECT_EQ(Run(std::string(kLoadPlan) + "run 2s\nlog\nprofile\n"), "");
+    EXPECT_TRUE(session_.FlightLog().starts_with("FlightPlan=KJFK-KBOS\n"));
+    EXPECT_NE(session_.FlightLog().find("00:00:00 InitLoad "), std::string::npos);
+    const VerticalProfile& profile = session_.Profile();
+    EXPECT_EQ(profile.phase, 0);
+    EXPECT_FALSE(profile.engaged);
+    EXPECT_EQ(profile.cruiseAltitudeFt, 9000);
+    ASSERT_EQ(profile.points.size(), 3U);
+    EXPECT_EQ(profile.points[0].name + profile.points[1].name + profile.points[2].name,
+              "T/CT/DKBOS");
+    EXPECT_EQ(profile.points[1].altitudeFt, 9000);
+    EXPECT_GT(profile.points[1].distanceNm, profile.points[0].distanceNm);
 }
 
 TEST_F(ModuleData, TheTowerViewMovesToTheDestinationOnceItIsNear) {

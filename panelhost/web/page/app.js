@@ -1,6 +1,8 @@
 import { makeDesk } from '/desk.js';
 import { makeKeyboard } from '/keyboard.js';
 import { openLink } from '/link.js';
+import { makeLog } from '/log.js';
+import { makeProfile } from '/profile.js';
 import { makeStatus } from '/status.js';
 
 const kRates = [1, 2, 4, 8, 16];
@@ -10,6 +12,8 @@ const send = (message) => link.send(message);
 
 const desk = makeDesk(find('#desk'), find('#windowList'), send);
 const showStatus = makeStatus(find);
+const showLog = makeLog(find);
+const profile = makeProfile(find);
 makeKeyboard(find('#keyboard'), send);
 
 let paused = false;
@@ -89,10 +93,13 @@ const kHandlers = {
   status(status) {
     showStatus(status);
     showControls(status);
+    profile.showAircraft(status);
   },
   window: (message) => desk.update(message),
   areas: (message) => desk.showAreas(message),
   texts: (message) => desk.showTexts(message),
+  log: showLog,
+  profile: profile.show,
   key() {},
   error: (message) => console.warn(`panel host: ${message.problem}`),
 };

@@ -81,6 +81,16 @@ std::int32_t SetThreadKeyboardHook(KeyboardHook hook) {
     return set != nullptr ? set(hook) : 0;
 }
 
+bool HostDrawsProfile() {
+    return PlatformMember(&PlatformServices::vertical_profile) != nullptr;
+}
+
+void ReportVerticalProfile(const VerticalProfileRecord& profile) {
+    if (const auto report = PlatformMember(&PlatformServices::vertical_profile)) {
+        report(&profile);
+    }
+}
+
 void ReportTextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
                      std::uint32_t argb) {
     const auto report = PlatformMember(&PlatformServices::text_drawn);

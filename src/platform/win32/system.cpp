@@ -35,6 +35,13 @@ LocalTime ReadLocalTime() {
     return {local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond};
 }
 
+// The simulators draw their own pictures only.
+bool HostDrawsProfile() {
+    return false;
+}
+
+void ReportVerticalProfile(const VerticalProfileRecord&) {}
+
 void ReportTextDrawn(void* deviceContext, const char* text, double x, double y, double pixelSize,
                      std::uint32_t argb) {
     static const TextDrawn listener = FindTextListener();
