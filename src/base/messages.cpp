@@ -20,6 +20,14 @@ MessageList messages;
 std::int32_t MessageLimit = kMessageLimit;
 
 void AppendMessage(std::string_view text) {
+    const std::int32_t before = messages.count;
+    AppendLogRecord(text);
+    if (messages.count > before) {
+        messages.lastNotice = messages.count;
+    }
+}
+
+void AppendLogRecord(std::string_view text) {
     if (messages.count >= MessageLimit) {
         return;
     }
@@ -32,6 +40,7 @@ void AppendMessage(std::string_view text) {
 
 void CutMessages(std::int32_t count) {
     messages.count = std::clamp(count, 0, messages.count);
+    messages.lastNotice = std::min(messages.lastNotice, messages.count);
     messages.lines.resize(static_cast<std::size_t>(messages.count) + 1);
 }
 

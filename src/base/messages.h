@@ -13,12 +13,14 @@ namespace avq1 {
 struct MessageList {
     std::vector<std::string> lines{1};  // lines[0] holds no message
     std::int32_t count = 0;
+    std::int32_t lastNotice = 0;  // the last line that is no record of the flight log, 0 without
 };
 
 extern MessageList messages;
 extern std::int32_t MessageLimit;  // 400; the count never passes it
 
 void AppendMessage(std::string_view text);
-void CutMessages(std::int32_t count);  // keeps the first `count` lines
+void AppendLogRecord(std::string_view text);  // as a message, but no notice
+void CutMessages(std::int32_t count);         // keeps the first `count` lines
 
 }  // namespace avq1

@@ -76,9 +76,9 @@ void PutMcuPosition(Screen& screen, std::int32_t row, std::int32_t count) {
 void PutMcuMessage(Screen& screen) {
     if (!KeyboardMessage.empty()) {
         screen.Put(kMcuStatus, 0, kMcuRowY[5], "%s", KeyboardMessage.c_str());
-    } else if (messages.count > 0 && mcu.editing == 0) {
+    } else if (messages.lastNotice > 0 && mcu.editing == 0) {
         screen.Put(kMcuStatus, 0, kMcuRowY[5], "%s",
-                   messages.lines[static_cast<std::size_t>(messages.count)].c_str());
+                   messages.lines[static_cast<std::size_t>(messages.lastNotice)].c_str());
     }
 }
 

@@ -181,7 +181,7 @@ void WriteRecord(std::string_view waypoint, FileStart start) {
     const std::string record = RecordText(waypoint);
     text += record + "\n";
     if (AppendToFile(LogPath(kRecordFile), text, start)) {
-        AppendMessage(record);
+        AppendLogRecord(record);
     }
     NoteRecord();
 }

@@ -119,6 +119,14 @@ TEST(Messages, DropLinesWhenFullAndCanBeCut) {
     CutMessages(100);
     EXPECT_EQ(messages.count, 11);
     EXPECT_EQ(messages.lines[11], "again");
+    AppendLogRecord("00:00:01 Taxi");
+    EXPECT_EQ(messages.lines[12], "00:00:01 Taxi");
+    EXPECT_EQ(messages.lastNotice, 11);
+    CutMessages(4);
+    EXPECT_EQ(messages.lastNotice, 4);
+    CutMessages(0);
+    AppendLogRecord("00:00:02 Taxi");
+    EXPECT_EQ(messages.lastNotice, 0);
 }
 
 }  // namespace
