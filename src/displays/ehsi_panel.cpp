@@ -1,8 +1,6 @@
 // The keys of the EHSI's control panel. Steps through a list wrap at its ends.
-#include <algorithm>
-#include <iterator>
-
 #include "displays/ehsi.h"
+#include "displays/range_steps.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "simlink/key_events.h"
@@ -10,25 +8,11 @@
 namespace avq1 {
 namespace {
 
-constexpr double kRanges[] = {0.5, 1, 2.5, 5, 12.5, 25, 40, 80, 160};
 constexpr double kTrafficRanges[] = {2, 5, 10, 20, 40};
 
 constexpr std::int32_t kFineHeightLimitFt = 500;  // single feet up to here, then tens
 constexpr std::int32_t kHighestHeightFt = 2490;
 constexpr std::int32_t kLowestHeightFt = 2;
-
-// A value that is not in the list goes to its first entry going up, to its last going down.
-template <std::size_t count>
-double StepUp(const double (&list)[count], double value) {
-    const double* found = std::find(std::begin(list), std::end(list), value);
-    return found >= std::end(list) - 1 ? list[0] : *(found + 1);
-}
-
-template <std::size_t count>
-double StepDown(const double (&list)[count], double value) {
-    const double* found = std::find(std::begin(list), std::end(list), value);
-    return found == std::end(list) || found == std::begin(list) ? list[count - 1] : *(found - 1);
-}
 
 // The next mode of the group first..last; from a mode outside it, the first.
 std::int32_t NextMode(std::int32_t mode, std::int32_t first, std::int32_t last) {
@@ -86,7 +70,7 @@ void PressRangeUp(const KeyClick& /*click*/) {
     if (ehsi.ehsiMode == kEhsiTrafficMode) {
         ehsi.ehsiMode8Range = StepUp(kTrafficRanges, ehsi.ehsiMode8Range);
     } else {
-        ehsi.ehsiRange = StepUp(kRanges, ehsi.ehsiRange);
+        ehsi.ehsiRange = StepUp(kMapRanges, ehsi.ehsiRange);
     }
 }
 
@@ -94,7 +78,7 @@ void PressRangeDown(const KeyClick& /*click*/) {
     if (ehsi.ehsiMode == kEhsiTrafficMode) {
         ehsi.ehsiMode8Range = StepDown(kTrafficRanges, ehsi.ehsiMode8Range);
     } else {
-        ehsi.ehsiRange = StepDown(kRanges, ehsi.ehsiRange);
+        ehsi.ehsiRange = StepDown(kMapRanges, ehsi.ehsiRange);
     }
 }
 

@@ -8,7 +8,7 @@
 #include "cdu_smiths/smiths.h"
 #include "displays/eadi.h"
 #include "displays/ehsi.h"
-#include "displays/mfd.h"
+#include "displays/mfd/mfd.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
@@ -128,6 +128,12 @@ constexpr GaugeBehaviour MapDisplay(void (*drawScreen)(const DrawTarget&), std::
     return behaviour;
 }
 
+constexpr GaugeBehaviour MultifunctionDisplay() {
+    GaugeBehaviour behaviour = Display(DrawMfd, panel_window::kMfd);
+    behaviour.keepsPicture = MfdKeepsPicture;
+    return behaviour;
+}
+
 constexpr GaugeBehaviour CompactUnit() {
     GaugeBehaviour behaviour = Display(DrawMcu, 0);
     behaviour.keyboardUser = &kMcuKeyboard;
@@ -161,7 +167,7 @@ constexpr GaugeBehaviour SmithsUnit() {
 }
 
 constexpr GaugeBehaviour kMcu = CompactUnit();
-constexpr GaugeBehaviour kMfd = Display(DrawBlank, panel_window::kMfd);
+constexpr GaugeBehaviour kMfd = MultifunctionDisplay();
 constexpr GaugeBehaviour kMfdPanel{
     .takesSimFolder = true, .initialises = true, .onPanelDraw = DrawMfdPanel};
 constexpr GaugeBehaviour kGns = GnsUnit(InstallGns);

@@ -48,6 +48,7 @@ struct GaugeBehaviour {
     std::uint32_t popupIdent = 0;                // its own pop-up window; 0 = none
     bool secondCockpit = false;                  // a "VC2" instance has a mode of its own
     void (*drawScreen)(const DrawTarget&) = nullptr;
+    bool (*keepsPicture)() = nullptr;  // draw: a frame not to be copied; null = none
     void (*onInstall)() = nullptr;
     void (*onPanelDraw)() = nullptr;  // draw event of a control panel
     void (*onKill)() = nullptr;

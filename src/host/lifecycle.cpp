@@ -124,6 +124,10 @@ void DrawSurface(const GaugeRow& row, GaugeHeader* gauge) {
         if (mode != DisplayDrawMode::Skip) {
             row.behaviour->drawScreen(TargetOf(row, *element, mode));
         }
+        if (mode == DisplayDrawMode::Normal && row.behaviour->keepsPicture != nullptr &&
+            row.behaviour->keepsPicture()) {
+            return;
+        }
     }
     surface->imageFlags &= ~image_flag::kOnScreen;
 }

@@ -5,7 +5,7 @@
 
 #include "base/module_state.h"
 #include "base/redraw.h"
-#include "displays/mfd.h"
+#include "displays/mfd/mfd.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/fuel_load.h"
@@ -34,7 +34,8 @@ constexpr std::int32_t kPanelAbsentFrames = 10;
 constexpr std::int32_t kLoadFromUnit = 1;
 constexpr std::int32_t kLoadFromList = 3;
 
-// Tells whether the multifunction display's control panel is still being drawn.
+// Tells whether the multifunction display's control panel is still being drawn; when it no longer
+// is, the map mode that only it can leave ends.
 struct PanelWatch {
     std::int32_t lastCounter = 0;
     std::int32_t unchangedFrames = 0;
@@ -52,13 +53,14 @@ void CountSeconds() {
 }
 
 void WatchMfdPanel() {
-    if (mfd.mfdPanelPresent == 0) {
+    if (mfd.panelDrawn == 0) {
         return;
     }
     if (mfd.panelFrameCounter != panelWatch.lastCounter) {
         panelWatch = {mfd.panelFrameCounter, 0};
     } else if (++panelWatch.unchangedFrames > kPanelAbsentFrames) {
-        mfd.mfdPanelPresent = 0;
+        mfd.panelDrawn = 0;
+        LeaveMfdMapMode();
         panelWatch.unchangedFrames = 0;
         guidance.blinkCounter = kRestartBlink;
     }

@@ -51,8 +51,9 @@ void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layo
     symbol.rangeNm = view.rangeNm;
     int x = 0;
     int y = 0;
-    PolarToScreen(ShownAircraft().trueHeading, target.bearingTrue, view.centreX, view.centreY,
-                  target.rangeNm * (view.radiusPx / view.rangeNm), x, y);
+    PolarToScreen(view.upTrue.value_or(ShownAircraft().trueHeading), target.bearingTrue,
+                  view.centreX, view.centreY, target.rangeNm * (view.radiusPx / view.rangeNm), x,
+                  y);
     const CanvasPoint at{static_cast<double>(x), static_cast<double>(y)};
     DrawSymbol(surface, at.x, at.y, symbol);
     DrawAltitude(surface, at, target.relativeAltitudeHundreds, SymbolColour(symbol), layout);

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include "drawing/surface.h"
 
@@ -56,12 +57,13 @@ void RefreshTargets();
 
 enum class TrafficLayout : std::int32_t { Map = 2, TrafficGauge = 5 };
 
-// Where targets are drawn: the aircraft at the centre, its heading up.
+// Where targets are drawn: the aircraft at the centre.
 struct TrafficView {
     double radiusPx = 0;  // stands for the range
     double rangeNm = 0;
     int centreX = 0;
     int centreY = 0;
+    std::optional<double> upTrue = {};  // without it the aircraft's heading is up
 };
 
 // Refreshes and draws the targets within the altitude band of the settings, the most threatening on

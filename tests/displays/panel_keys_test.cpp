@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "displays/ehsi.h"
-#include "displays/mfd.h"
+#include "displays/mfd/mfd.h"
 #include "displays/nd_panel.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"

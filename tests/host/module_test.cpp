@@ -17,6 +17,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "host/lifecycle.h"
+#include "host/update_frame.h"
 #include "navdb/nav_database.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
@@ -152,6 +153,25 @@ TEST_F(Module, DrawingClearsTheSurfaceAndAsksForItToBeCopied) {
     EXPECT_EQ(std::ranges::count(cockpit.pixels(), 0xFF123456u), 280 * 262);
 }
 
+TEST_F(Module, ABlankedMultifunctionDisplayKeepsTheHostsPicture) {
+    Placement gauge("P1000_MFD", nullptr, 272, 314);
+    gauge.Send(PanelEvent::ConnectToWindow);
+    const auto copied = [&](std::int32_t counter, double power, bool popup) {
+        simulator.variables[773] = power;
+        simulator.windows[4002] = popup;
+        gauge.Element(1)->header.imageFlags |= image_flag::kOnScreen;
+        simulator.NextTick();
+        UpdateFrame();
+        guidance.blinkCounter = counter;
+        gauge.Send(PanelEvent::Draw);
+        return (gauge.Element(1)->header.imageFlags & image_flag::kOnScreen) == 0;
+    };
+    EXPECT_TRUE(copied(2, 1, false));
+    EXPECT_FALSE(copied(1, 1, false));
+    EXPECT_TRUE(copied(1, 0, false)) << "dark without power";
+    EXPECT_TRUE(copied(1, 1, true)) << "shown in its own window";
+}
+
 TEST_F(Module, EveryScreenIsOpaqueWithPowerAndTransparentWithout) {
     const auto opacities = [](Placement& gauge) {
         std::set<std::uint32_t> found;
@@ -173,6 +193,8 @@ TEST_F(Module, EveryScreenIsOpaqueWithPowerAndTransparentWithout) {
             for (const double power : {1.0, 0.0, 1.0}) {
                 simulator.variables[773] = power;
                 simulator.NextTick();
+                guidance.framesSinceStart = 10;
+                guidance.blinkCounter = 10;
                 gauge.Send(PanelEvent::Draw);
                 EXPECT_EQ(opacities(gauge), std::set<std::uint32_t>{power == 0 ? 0u : 0xFFu})
                     << row.name << " x " << scale;

@@ -8,7 +8,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
-#include "displays/mfd.h"
+#include "displays/mfd/mfd.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
@@ -393,14 +393,21 @@ TEST_F(UpdateFrameTest, TheBlinkCycleRestsSixFramesAndWraps) {
 }
 
 TEST_F(UpdateFrameTest, TheMfdPanelIsMissedAfterElevenStillFrames) {
-    mfd.mfdPanelPresent = 1;
+    DrawMfdPanel();
+    mfd.mfdMapModeOn = 1;
+    mfd.map.radius = 80;
     for (int frame = 0; frame < 41; ++frame) {
         mfd.panelFrameCounter = std::min(frame, 29);
-        EXPECT_EQ(mfd.mfdPanelPresent, 1) << frame;
+        EXPECT_EQ(mfd.mfdMapModeOn, 1) << frame;
         TickAt(0, 0);
     }
-    EXPECT_EQ(mfd.mfdPanelPresent, 0);
+    EXPECT_EQ(mfd.panelDrawn, 0);
+    EXPECT_EQ(mfd.mfdPanelPresent, 1) << "a menu once had is kept";
+    EXPECT_EQ(mfd.mfdMapModeOn, 0);
+    EXPECT_EQ(mfd.map.radius, 53);
     EXPECT_EQ(guidance.blinkCounter, 0);
+    DrawMfdPanel();
+    EXPECT_EQ(mfd.panelDrawn, 1);
 }
 
 TEST_F(UpdateFrameTest, TheAutopilotGoingOffReleasesTheAirspeedHold) {

@@ -1,0 +1,523 @@
+#include "displays/mfd/mfd.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+#include "displays/ehsi.h"
+#include "displays/nd_panel.h"
+#include "drawing/palette.h"
+#include "flightplan/flight_plan.h"
+#include "flightplan/plan_airports.h"
+#include "guidance/guidance_state.h"
+#include "navdb/nav_database.h"
+#include "settings/aircraft_performance.h"
+#include "simlink/aircraft_state.h"
+#include "support/display_checks.h"
+#include "support/fake_traffic.h"
+#include "support/test_flight.h"
+
+namespace avq1 {
+namespace {
+
+using test::HasColourNear;
+using test::kNan;
+using test::Picture;
+
+constexpr CanvasSize kDesign{272, 314};
+constexpr CanvasPoint kCentre{134, 148};
+
+enum class Half { Lower, Upper };  // what a knob's half does; the left and the lower half go down
+
+class Mfd : public test::DisplayTest {
+  protected:
+    void SetUp() override {
+        DisplayTest::SetUp();
+        aircraft.latitude = aircraft.longitude = 0;
+        aircraft.groundSpeedKt = 240;
+        guidance.blinkCounter = 30;
+    }
+
+    static void Press(std::span<const KeyArea> keys, std::string_view label,
+                      Half half = Half::Lower) {
+        for (const KeyArea& key : keys) {
+            if (key.label == label) {
+                ASSERT_NE(key.action, nullptr) << label;
+                const PixelPoint up{key.box.width / 2, key.box.height / 2 - 1};
+                const PixelPoint down{key.box.width / 2 - 1, key.box.height / 2};
+                key.action({key, half == Half::Upper ? up : down});
+                return;
+            }
+        }
+        FAIL() << "no key " << label;
+    }
+    static void Key(std::string_view label, Half half = Half::Lower) {
+        Press(kMfdKeys, label, half);
+    }
+    static void PanelKey(std::string_view label, Half half = Half::Lower) {
+        Press(kMfdPanelKeys, label, half);
+    }
+    static void WithPanel() {
+        DrawMfdPanel();
+        guidance.blinkCounter = 30;
+    }
+    static std::unique_ptr<Picture> Draw(int scale = 1) {
+        return test::DrawAt(DrawMfd, kDesign, scale);
+    }
+};
+
+TEST_F(Mfd, SoftKeysSwitchLayersWithoutTheControlPanel) {
+    const std::pair<const char*, std::int32_t*> keys[] = {{"1", &mfd.mfdLayerA},
+                                                          {"2", &mfd.mfdLayerB},
+                                                          {"3", &mfd.mfdLayerC},
+                                                          {"4", &nd.showTraffic},
+                                                          {"5", &ehsi.mapOverlayOn}};
+    for (const auto& [key, layer] : keys) {
+        for (const std::int32_t on : {1, 0, 1}) {
+            guidance.blinkCounter = 30;
+            Key(key);
+            EXPECT_EQ(*layer, on) << key;
+            EXPECT_EQ(guidance.blinkCounter, kRestartBlink) << key;
+        }
+    }
+    Draw();
+    ExpectShown({"APT", "NAV", "---", "TCAS", "ATC", "BDRY"});
+    ExpectShown({"VNAV", "SET"}, false);
+    guidance.blinkCounter = 30;
+    Key("SET", Half::Upper);
+    EXPECT_EQ(guidance.blinkCounter, 30);
+}
+
+TEST_F(Mfd, PanelButtonsSwitchLayers) {
+    WithPanel();
+    const std::pair<const char*, std::int32_t*> keys[] = {{"APT", &mfd.mfdLayerA},
+                                                          {"NAV", &mfd.mfdLayerB},
+                                                          {"TCAS", &nd.showTraffic},
+                                                          {"MAP", &mfd.mfdMapModeOn}};
+    for (const auto& [key, flag] : keys) {
+        for (const std::int32_t on : {1, 0, 1}) {
+            guidance.blinkCounter = 30;
+            PanelKey(key);
+            EXPECT_EQ(*flag, on) << key;
+            EXPECT_EQ(guidance.blinkCounter, kRestartBlink) << key;
+        }
+    }
+    mfd.mfdMapModeOn = 0;
+    guidance.blinkCounter = 30;
+    Draw();
+    ExpectShown({"APT", "NAV", "TCAS", "TCAS OFF"});  // what is on, in the corner
+    ExpectShown({"BDRY", "---"}, false);
+}
+
+// From a start, the ranges that steps in one direction give.
+struct RangeWalk {
+    bool traffic;
+    double start;
+    Half half;
+    std::initializer_list<double> ranges;
+};
+
+const RangeWalk kRangeWalks[] = {
+    {false, 0.5, Half::Upper, {1, 2.5, 5, 12.5, 25, 40, 80, 160, 0.5}},
+    {false, 160, Half::Lower, {80, 40, 25, 12.5, 5, 2.5, 1, 0.5, 160}},
+    {false, 7, Half::Upper, {0.5}},
+    {false, 7, Half::Lower, {160}},
+    {true, 5, Half::Upper, {12.5, 25, 40, 5}},
+    {true, 40, Half::Lower, {25, 12.5, 5, 40}},
+    {true, 7, Half::Upper, {5}},
+    {true, 7, Half::Lower, {40}},
+};
+
+TEST_F(Mfd, RangesWalkTheirListsAndWrap) {
+    EXPECT_EQ(mfd.mfdMapRange, 12.5);
+    EXPECT_EQ(mfd.mfdTrafficRange, 5);
+    for (const bool panel : {false, true}) {
+        mfd.mfdPanelPresent = panel ? 1 : 0;
+        for (const RangeWalk& walk : kRangeWalks) {
+            nd.showTraffic = walk.traffic ? 1 : 0;
+            double& range = walk.traffic ? mfd.mfdTrafficRange : mfd.mfdMapRange;
+            range = walk.start;
+            for (const double expected : walk.ranges) {
+                guidance.blinkCounter = 30;
+                if (panel) {
+                    PanelKey("RNG", walk.half);
+                } else {
+                    Key("RNG", walk.half);
+                }
+                EXPECT_EQ(range, expected);
+                EXPECT_EQ(MfdRangeInUse(), expected);
+                EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
+            }
+        }
+    }
+    mfd.mfdTrafficRange = 5;
+    guidance.blinkCounter = 30;
+    Key("RNG", Half::Upper);  // the display's own knob rests while there is a panel
+    EXPECT_EQ(mfd.mfdTrafficRange, 5);
+    EXPECT_EQ(guidance.blinkCounter, 30);
+}
+
+TEST_F(Mfd, TheMenuSelectsWhatTheKnobSets) {
+    WithPanel();
+    struct State {
+        std::int32_t level, a, b, c;
+    };
+    const struct {
+        const char* key;
+        State after;
+    } steps[] = {{"1", {1, 0, 0, 0}}, {"2", {2, 0, 0, 0}}, {"2", {2, 1, 0, 0}}, {"2", {2, 2, 0, 0}},
+                 {"2", {2, 1, 0, 0}}, {"3", {2, 0, 1, 0}}, {"4", {2, 0, 0, 1}}, {"2", {2, 1, 0, 0}},
+                 {"3", {2, 0, 1, 0}}, {"2", {2, 1, 0, 0}}, {"1", {1, 0, 0, 0}}, {"2", {2, 0, 0, 0}},
+                 {"4", {2, 0, 0, 1}}, {"1", {1, 0, 0, 1}}, {"5", {1, 0, 0, 1}}};
+    for (const auto& [key, after] : steps) {
+        guidance.blinkCounter = 30;
+        Key(key);
+        EXPECT_EQ(mfd.mfdMenuLevel, after.level) << key;
+        EXPECT_EQ(mfd.mfdSelA, after.a) << key;
+        EXPECT_EQ(mfd.mfdSelB, after.b) << key;
+        EXPECT_EQ(mfd.mfdSelC, after.c) << key;
+        EXPECT_EQ(guidance.blinkCounter == kRestartBlink, std::string(key) != "5") << key;
+    }
+    EXPECT_EQ(ehsi.mapOverlayOn + nd.showTraffic + mfd.mfdLayerA + mfd.mfdLayerC, 0);
+}
+
+TEST_F(Mfd, TheKnobSetsDistanceAltitudeAndPathAngle) {
+    WithPanel();
+    Key("SET", Half::Upper);
+    EXPECT_EQ(guidance.blinkCounter, 30) << "nothing to set at the top level";
+    Key("2");
+    Key("SET", Half::Upper);
+    EXPECT_EQ(mfd.mfdValueA + mfd.mfdValueB, 0) << "nothing is selected";
+    const auto turn = [](double& value, Half half, std::initializer_list<double> values) {
+        for (const double expected : values) {
+            Key("SET", half);
+            EXPECT_NEAR(value, expected, 1e-12);
+        }
+    };
+    for (int choice = 0; choice < 2; ++choice) {
+        Key("2");
+        turn(mfd.mfdValueA, Half::Upper, {1, 2});
+        turn(mfd.mfdValueA, Half::Lower, {1, 0, 0});
+    }
+    mfd.mfdValueA = 10;
+    Key("3");
+    turn(mfd.mfdValueB, Half::Upper, {100, 200});
+    turn(mfd.mfdValueB, Half::Lower, {100, 0, 0});
+    mfd.mfdValueB = 99;
+    turn(mfd.mfdValueB, Half::Lower, {99});
+    EXPECT_EQ(mfd.mfdValueA, 10);
+    Key("4");
+    EXPECT_EQ(mfd.mfdValueA, 0);
+    EXPECT_EQ(mfd.mfdValueB, 0);
+    mfd.mfdValueA = mfd.mfdValueB = 5;
+    performance.flightPathAngleDeg = 2.9;
+    turn(performance.flightPathAngleDeg, Half::Upper, {3.0, 3.1});
+    EXPECT_EQ(mfd.mfdValueA + mfd.mfdValueB, 0);
+    performance.flightPathAngleDeg = 5.9;
+    turn(performance.flightPathAngleDeg, Half::Upper, {6, 6});
+    performance.flightPathAngleDeg = 0.1;
+    turn(performance.flightPathAngleDeg, Half::Lower, {0, 0});
+}
+
+TEST_F(Mfd, RequiredVerticalSpeedComesFromTheValuesOrTheAngle) {
+    WithPanel();
+    performance.descentIas = 240;  // 294 kt true, 4.9 nm a minute
+    const struct {
+        double distance, altitude, aircraft, angle;
+        std::int32_t selC;
+        double required;
+        const char* shown;
+    } cases[] = {{20, 5000, 15000, 3, 0, -10000 / (20 / 4.9), "2450 DN"},
+                 {49, 8000, 5000, 3, 0, 300, " 300 UP"},
+                 {0, 5000, 15000, 3, 0, 1470, "1470 DN"},
+                 {20, 0, 15000, 3, 0, 1470, "1470 DN"},
+                 {20, 5000, 15000, 3, 1, 1470, "1470 DN"},
+                 {0, 0, 15000, 0, 0, 0, "   0 DN"},
+                 {20, 5000, kNan, 3, 0, kNan, "---- --"}};
+    mfd.mfdMenuLevel = kMfdSettingLevel;
+    for (const auto& c : cases) {
+        mfd.mfdValueA = c.distance;
+        mfd.mfdValueB = c.altitude;
+        mfd.mfdSelC = c.selC;
+        aircraft.altitudeFt = c.aircraft;
+        performance.flightPathAngleDeg = c.angle;
+        Draw();
+        if (std::isfinite(c.required)) {
+            EXPECT_NEAR(mfd.mfdRequiredVs, c.required, 1e-9) << c.shown;
+        }
+        EXPECT_TRUE(Picture::Shows(c.shown)) << c.shown;
+    }
+    aircraft.altitudeFt = 15000;
+    mfd.mfdSelC = 0;
+    mfd.mfdSelA = 1;
+    mfd.mfdValueA = 19;
+    mfd.mfdValueB = 5000;
+    Key("SET", Half::Upper);  // after a step at once
+    EXPECT_NEAR(mfd.mfdRequiredVs, -2450, 1e-9);
+    performance.descentIas = 0;
+    EXPECT_EQ(MfdRequiredVerticalSpeed(), 0);
+}
+
+TEST_F(Mfd, ThePathPageComparesRequiredAndActual) {
+    WithPanel();
+    performance.descentIas = 240;
+    performance.flightPathAngleDeg = 3;
+    Key("2");
+    guidance.blinkCounter = 30;
+    for (const auto& [actual, argb] : {std::pair{-1300.0, colour::Green},
+                                       {-1200.0, colour::Amber},
+                                       {-1700.0, colour::Amber},
+                                       {1470.0, colour::Amber}}) {
+        aircraft.verticalSpeedFpm = actual;
+        Draw();
+        const char* const text = actual > 0        ? "1470 UP"
+                                 : actual == -1300 ? "1300 DN"
+                                 : actual == -1200 ? "1200 DN"
+                                                   : "1700 DN";
+        ASSERT_NE(Picture::Find(text), nullptr) << actual;
+        EXPECT_EQ(Picture::Find(text)->argb, argb) << actual;
+    }
+    ExpectShown({"VNAV", "SET", "ST EL", "VANG", "DIST", "3.0 DEG", "MAP", "VS REQ", "1470 DN"});
+    ExpectShown({"SPEEDS", "T/O", "LNDG"}, false);
+}
+
+TEST_F(Mfd, SpeedPagesShowTheAircraftsSpeedsAndTheKnobChangesThem) {
+    WithPanel();
+    performance.v1 = 130;
+    performance.vref = 0;
+    performance.approachFlapsMid = "20";
+    Draw();
+    ExpectShown({"VNAV", "T/O", "LNDG", "SPEEDS"});
+    ExpectShown({"MAP", "V1", "VREF"}, false);
+    Key("3");
+    guidance.blinkCounter = 30;
+    Draw();
+    ExpectShown({"T/O SPEEDS", "V1", "VR", "V2", "130 KT", "--- KT", "MAP"});
+    EXPECT_EQ(Picture::Find("130 KT")->argb, colour::Black);  // chosen
+    Key("SET", Half::Upper);
+    EXPECT_EQ(performance.v1, 131);
+    Key("3");
+    Key("SET", Half::Lower);
+    EXPECT_EQ(performance.vr, 100);
+    Key("SET", Half::Lower);
+    EXPECT_EQ(performance.vr, 99);
+    performance.vr = 60;
+    Key("SET", Half::Lower);
+    EXPECT_EQ(performance.vr, 60);
+    performance.vr = 250;
+    Key("SET", Half::Upper);
+    EXPECT_EQ(performance.vr, 250);
+    Key("4");
+    guidance.blinkCounter = 30;
+    Draw();
+    ExpectShown({"LNDG SPEEDS", "VREF", "FLAPS 20", "145 KT"});
+    Key("4");
+    Key("4");
+    Key("SET", Half::Upper);
+    EXPECT_EQ(performance.vrefMid, 146);
+    for (int i = 0; i < 2; ++i) {
+        Key("4");
+    }
+    EXPECT_EQ(mfd.speedRow, 0);
+    Key("1");
+    EXPECT_EQ(mfd.page, MfdPage::Map);
+    EXPECT_EQ(mfd.mfdMenuLevel, 1);
+    EXPECT_EQ(mfd.mfdSelB + mfd.mfdSelC, 0);
+    Key("3");
+    Key("2");  // the vertical path in place of the speeds
+    guidance.blinkCounter = 30;
+    Draw();
+    ExpectShown({"VS REQ"});
+    ExpectShown({"V1"}, false);
+}
+
+TEST_F(Mfd, IsBlankForTwoFramesOfTheRefreshCycle) {
+    test::ExpectDrawsOnlyWhenAsked(DrawMfd);
+    for (const std::int32_t counter : {0, 1, 2, 91, kRestartBlink}) {
+        guidance.blinkCounter = counter;
+        EXPECT_EQ(Draw()->IsClear(), counter < 2) << counter;
+        EXPECT_EQ(MfdKeepsPicture(), counter < 2) << counter;
+    }
+    guidance.blinkCounter = 0;
+    avionicsPower = 0;
+    EXPECT_FALSE(MfdKeepsPicture());
+}
+
+TEST_F(Mfd, IsDrawnTwiceAsLargeOnATwiceAsLargeSurface) {
+    test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WP1", 0.1, 0.0}});
+    planBook.activeIndex = 1;
+    Draw();
+    const auto once = Picture::Texts();
+    Draw(2);
+    const auto twice = Picture::Texts();
+    ASSERT_EQ(once.size(), twice.size());
+    for (std::size_t i = 0; i < once.size(); ++i) {
+        EXPECT_EQ(once[i].text, twice[i].text);
+        EXPECT_NEAR(once[i].y * 2, twice[i].y, 3) << once[i].text;
+    }
+}
+
+// A station due east, ahead when the heading is east; at 12.5 nm 53 pixels stand for the range,
+// with traffic shown at the traffic range.
+TEST_F(Mfd, LayersStandAtTheRangeInUse) {
+    test::FakeTraffic source;
+    source.Tell({{0, 4, 5, 0, 1}});
+    navDatabase.airports.Append({"KAPT", "", 0, 7.0 / 60, PointKind::Airport, "", ""});
+    navDatabase.navaids.Append({"VVV", "", 0, 18.0 / 60, PointKind::Vor, "113.40", ""});
+    aircraft.headingMag = aircraft.trueHeading = 90;
+    const struct {
+        double mapRange;
+        std::int32_t airports, stations, traffic;
+        bool showsAirport, showsStation;
+    } cases[] = {{12.5, 1, 0, 0, true, false}, {12.5, 0, 1, 0, false, true},
+                 {12.5, 1, 1, 0, true, true},  {5, 1, 1, 0, true, false},
+                 {160, 1, 1, 0, false, true},  {80, 1, 0, 0, true, false},
+                 {160, 1, 0, 1, false, false},  // the airports' limit is the map range's
+                 {80, 1, 1, 1, true, false}};
+    for (const auto& c : cases) {
+        mfd.mfdMapRange = c.mapRange;
+        mfd.mfdLayerA = c.airports;
+        mfd.mfdLayerB = c.stations;
+        nd.showTraffic = c.traffic;
+        const auto picture = Draw(2);
+        EXPECT_EQ(Picture::Shows("KAPT"), c.showsAirport) << c.mapRange;
+        EXPECT_EQ(Picture::Shows("VVV"), c.showsStation) << c.mapRange;
+        EXPECT_EQ(Picture::Shows("+05"), c.traffic == 1);
+        const double pxPerNm = 53 / MfdRangeInUse();
+        if (c.showsAirport && c.mapRange < 80) {
+            const CanvasPoint rim{kCentre.x + 4, kCentre.y - 7 * pxPerNm};
+            EXPECT_TRUE(HasColourNear(*picture, 2, rim, colour::Cyan)) << c.mapRange;
+        }
+        if (c.traffic == 1) {
+            const CanvasPoint at{kCentre.x, kCentre.y - std::trunc(4 * pxPerNm)};
+            EXPECT_TRUE(HasColourNear(*picture, 2, at, colour::Cyan));
+        }
+    }
+}
+
+TEST_F(Mfd, ShowsSpeedTrackWindAndTheNextWaypoint) {
+    aircraft.headingMag = 0.4;
+    derived.driftDeg = 6;
+    aircraft.windSpeedKt = 34;
+    derived.windDirectionMag = 250;
+    Draw();
+    ExpectShown({"GSPD", " 240", "TRK", "354", "250/34 ", "360", "NO ROUTE", "12.5"});
+    test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WPONE", 5.0, 0.0}});
+    planBook.activeIndex = 1;
+    guidance.distanceToGoNm = 7.26;
+    test::PredictArrivalIn(61.5);
+    const auto picture = Draw(2);
+    ExpectShown({"WPONE", "7.3 NM", "01:01:30"});
+    ExpectShown({"NO ROUTE"}, false);
+    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x, kCentre.y - 14}, colour::Magenta))
+        << "the active leg";
+}
+
+TEST_F(Mfd, MapModeStaysNorthUpWhereItWasSwitchedOn) {
+    WithPanel();
+    test::FakeTraffic source;
+    test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WPONE", 0, 10.0 / 60}});
+    planBook.activeIndex = 1;
+    guidance.activeLongitude = 10.0 / 60;
+    aircraft.headingMag = aircraft.trueHeading = 90;
+    nd.showTraffic = 1;
+    PanelKey("MAP");
+    aircraft.longitude = 2.5 / 60;
+    source.Tell({{0, 1.25, 5, 0, 1}});  // east of the aircraft
+    guidance.blinkCounter = 30;
+    const auto picture = Draw(2);
+    ExpectShown({"NORTH UP", "WPONE 090 / 10.0 NM", "+05"});
+    const double pxPerNm = mfd.map.radius / 5;
+    EXPECT_GT(mfd.map.radius, 53);
+    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 2.5 * pxPerNm, kCentre.y}, colour::White));
+    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 3.75 * pxPerNm, kCentre.y}, colour::Cyan));
+    EXPECT_NEAR(test::MeanDirection(*picture, kCentre, 100, 104, 2, colour::Cyan, 40), 0, 6)
+        << "the heading bug at north";
+    aircraft.longitude = 40.0 / 60;  // off the map
+    Draw();
+    ExpectShown({"+05"}, false);
+    PanelKey("MAP");
+    EXPECT_EQ(mfd.map.centreX, 134);
+    EXPECT_EQ(mfd.map.centreY, 148);
+    EXPECT_EQ(mfd.map.radius, 53);
+    guidance.blinkCounter = 30;
+    Draw();
+    ExpectShown({"NORTH UP"}, false);
+}
+
+TEST_F(Mfd, TheDistanceBeingSetIsDrawnWhenChosenTwice) {
+    WithPanel();
+    mfd.mfdMenuLevel = kMfdSettingLevel;
+    mfd.mfdValueA = 10;
+    for (const std::int32_t choice : {0, 1, 2}) {
+        mfd.mfdSelA = choice;
+        Draw();
+        EXPECT_EQ(Picture::Shows("10"), choice == 2);
+    }
+}
+
+TEST_F(Mfd, ShowsTheRunwayPatternOnceARunwayIsChosen) {
+    PlanRunway runway;
+    runway.heading = runway.field8 = 360;
+    planAirports.runways = {PlanRunway{}, runway};
+    planAirports.selectedRunway = 1;
+    for (const std::int32_t offset : {kNoPatternRunway, 0}) {
+        planAirports.patternRunwayOffset = offset;
+        const auto picture = Draw(2);
+        const CanvasPoint final{kCentre.x, kCentre.y + 5 * 53 / 12.5};
+        EXPECT_EQ(HasColourNear(*picture, 2, final, colour::PaleGreen), offset == 0);
+    }
+}
+
+TEST_F(Mfd, SaysWhatIsMissing) {
+    mfd.mfdLayerA = 1;
+    nd.showTraffic = 1;
+    Draw();
+    ExpectShown({"NO ROUTE", "NO NAV DATA", "TCAS OFF"});
+    for (std::int32_t variable = 1; variable < 1000; ++variable) {
+        simulator_->variables[variable] = kNan;
+    }
+    for (int readings = 0; readings < 19; ++readings) {
+        RefreshAircraftState();
+    }
+    Draw();
+    ExpectShown({"NO MAP", "HDG", "---/---", "----"});
+}
+
+TEST_F(Mfd, TextsKeepApartOnEveryPageWhateverTheValues) {
+    test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WPONE", 0, 10.0 / 60}});
+    planBook.activeIndex = 1;
+    performance.approachFlapsMin = "15";
+    for (const double value : {123.0, kNan, test::kInfinity, -1e300, 1e300}) {
+        for (double* const field :
+             {&aircraft.groundSpeedKt, &aircraft.headingMag, &aircraft.windSpeedKt,
+              &derived.windDirectionMag, &aircraft.verticalSpeedFpm, &guidance.distanceToGoNm,
+              &aircraft.altitudeFt, &aircraft.indicatedAirspeedKt, &aircraft.latitude}) {
+            *field = value;
+        }
+        for (int page = 0; page < 5; ++page) {
+            mfd.mfdPanelPresent = page > 0 ? 1 : 0;
+            mfd.mfdMenuLevel = page == 2 ? kMfdSettingLevel : kMfdTopLevel;
+            mfd.page = page == 3   ? MfdPage::TakeoffSpeeds
+                       : page == 4 ? MfdPage::LandingSpeeds
+                                   : MfdPage::Map;
+            mfd.mfdMapModeOn = page == 1 ? 1 : 0;
+            mfd.mfdLayerA = mfd.mfdLayerB = nd.showTraffic = ehsi.mapOverlayOn = 1;
+            Draw();
+            const std::string where = "page " + std::to_string(page);
+            test::ExpectTextsApart(kDesign, true, where);
+            for (const test::DrawnText& drawn : Picture::Texts()) {
+                EXPECT_EQ(drawn.text.find("nan"), std::string::npos) << drawn.text;
+                EXPECT_EQ(drawn.text.find("inf"), std::string::npos) << drawn.text;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace avq1
