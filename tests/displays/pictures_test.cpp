@@ -17,6 +17,7 @@
 
 #include "displays/eadi.h"
 #include "displays/ehsi.h"
+#include "displays/mfd/mfd.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
 #include "displays/traffic/tcas.h"
@@ -249,6 +250,28 @@ void LoseEverything() {
     }
 }
 
+// 1 without the control panel and with traffic, 2 the vertical path, 3 and 4 speeds, 5 north up.
+std::int32_t mfdLook = 1;
+
+void DrawMfdLook(const DrawTarget& target) {
+    guidance.blinkCounter = 10;
+    nd.showTraffic = mfdLook == 1 ? 1 : 0;
+    mfd.mfdLayerA = mfd.mfdLayerB = 1;
+    mfd.mfdPanelPresent = mfdLook > 1 ? 1 : 0;
+    mfd.mfdMenuLevel = mfdLook == 2 ? kMfdSettingLevel : kMfdTopLevel;
+    mfd.mfdSelA = 2;
+    mfd.mfdValueA = 8;
+    mfd.mfdValueB = 2000;
+    mfd.page = mfdLook == 3   ? MfdPage::TakeoffSpeeds
+               : mfdLook == 4 ? MfdPage::LandingSpeeds
+                              : MfdPage::Map;
+    mfd.speedRow = 1;
+    mfd.mfdMapModeOn = mfdLook == 5 ? 1 : 0;
+    mfd.storedPosition = {-1.0 / 60, 2.0 / 60};
+    DrawMfd(target);
+    nd.showTraffic = 1;
+}
+
 TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     const struct {
         const char* name;
@@ -259,7 +282,8 @@ TEST_F(Pictures, LookAsTheyDidWhenLastLookedAt) {
     } displays[] = {{"EHSI", DrawEhsi, {266, 230}, ehsi.ehsiMode, 8},
                     {"ND", DrawNd, {244, 302}, nd.ndMode, 7},
                     {"EADI", DrawEadi, {266, 230}, nd.ndMode, 4},
-                    {"TCAS", DrawTcas, {266, 230}, nd.ndMode, 1}};
+                    {"TCAS", DrawTcas, {266, 230}, nd.ndMode, 1},
+                    {"MFD", DrawMfdLook, {272, 314}, mfdLook, 5}};
     const bool renews = std::getenv("AVQ1_RENEW_PICTURES") != nullptr;
     std::map<std::string, Rows> before = ReadPictures();
     std::ostringstream now;

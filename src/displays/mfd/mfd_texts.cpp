@@ -25,7 +25,7 @@ namespace avq1 {
 namespace {
 
 constexpr CanvasFont kSmall{"Arial", 9};
-constexpr CanvasFont kKeyFont{"Arial", 9, true};
+constexpr CanvasFont kKeyFont{"Arial", 8, true};
 constexpr CanvasFont kData{"Arial", 10};
 constexpr CanvasFont kMain{"Arial", 12};
 constexpr double kLeft = 3;
