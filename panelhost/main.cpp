@@ -43,6 +43,7 @@ void DescribeOptions(CLI::App& app, ProgramOptions& options) {
     app.add_option("--scale", session.surfaceScale, "picture pixels per panel pixel")
         ->check(CLI::Range(1, 3))
         ->capture_default_str();
+    app.add_flag("!--no-traffic", session.trafficModule, "no traffic module beside the panel");
     app.add_option("--seed", session.seed, "of the turbulence")->capture_default_str();
     app.add_option("--port", options.port, "of the page")
         ->check(CLI::Range(0, 65535))

@@ -418,6 +418,11 @@ bool DoSituation(Runner& runner, const Arguments& words) {
     return true;
 }
 
+bool DoTraffic(Runner& runner, const Arguments& words) {
+    return runner.session.SetTraffic(words[0] == "off" ? "" : words[0]) ||
+           runner.Fail("traffic.txt of the simulator folder has no scene \"" + words[0] + "\"");
+}
+
 bool DoScreenshot(Runner& runner, const Arguments& words) {
     const int index = FindWindowIndex(runner.session, words[0]);
     const WindowPicture picture = runner.session.Picture(index);
@@ -574,7 +579,9 @@ constexpr CommandRow kCommands[] = {
      "heading (magnetic), heading-true, altitude, speed, position LAT LON, wind FROM KT, "
      "turbulence KT, fuel LB, rate N, paused 0|1"},
     {"situation", 1, 1, DoSituation, "NAME",
-     "place the aircraft with radios and autopilot: runway, en-route, approach, navaids"},
+     "place the aircraft with radios, autopilot and traffic: runway, en-route, approach, navaids, "
+     "crossing, overtaking, climbing, head-on"},
+    {"traffic", 1, 1, DoTraffic, "SCENE|off", "start a scene of other aircraft, or end it"},
     {"screenshot", 2, 2, DoScreenshot, "WINDOW FILE.png", "write a window's picture"},
     {"texts", 1, 1, DoTexts, "WINDOW", "print the texts on its screens"},
     {"log", 0, 0, DoLog, "", "print the flight log's records so far"},

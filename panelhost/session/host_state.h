@@ -18,6 +18,7 @@
 #include "panelhost/panel/placement.h"
 #include "panelhost/session/session.h"
 #include "panelhost/world/radios.h"
+#include "panelhost/world/traffic.h"
 #include "panelhost/world/world.h"
 
 namespace panelhost {
@@ -63,6 +64,7 @@ struct HostState {
     LoadedModule module;
     World world;
     Ground ground;
+    Traffic traffic;
     std::vector<std::unique_ptr<HostWindow>> windows;
     std::vector<std::unique_ptr<Placement>> placements;
     std::vector<RegisteredVariable> variables;

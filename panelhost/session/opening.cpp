@@ -15,6 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kMaxPanelBytes = 4U << 20U;
+constexpr std::size_t kMaxTrafficBytes = 1U << 20U;
 constexpr std::size_t kMaxBackgroundBytes = 64U << 20U;
 
 std::string Absolute(const std::string& path) {
@@ -71,6 +72,14 @@ void PlaceGauge(HostState& host, HostWindow& window, int windowIndex, const Gaug
     placement->window = windowIndex;
     window.placements.push_back(placement.get());
     host.placements.push_back(std::move(placement));
+}
+
+void LoadTraffic(HostState& host) {
+    const std::string path = FindFileNoCase(host.options.simFolder, "traffic.txt");
+    if (!path.empty()) {
+        host.traffic.scenes =
+            ParseTrafficScenes(ReadWholeFile(path, kMaxTrafficBytes).value_or(""), host.warnings);
+    }
 }
 
 void MakeWindows(HostState& host, PanelConfig& panel) {
@@ -144,6 +153,7 @@ bool OpenHost(HostState& host) {
     host.warnings.insert(host.warnings.end(), host.module.resources.problems.begin(),
                          host.module.resources.problems.end());
     LoadGround(options.simFolder, host.ground, host.warnings);
+    LoadTraffic(host);
     host.world.laterSimulator = IsLaterSimulator(options.simFolder);
     host.world.fixedVariationDeg = options.magneticVariationDeg;
     StartWorld(options.start, options.seed, host.ground, host.world);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "panelhost/base/text.h"
 #include "panelhost/session/host_state.h"
 #include "panelhost/world/flight_model.h"
 
@@ -69,6 +70,18 @@ void Session::SetTurbulence(double speedKt) {
     if (std::isfinite(speedKt)) {
         state_->host.world.air.turbulenceKt = std::clamp(speedKt, 0.0, 30.0);
     }
+}
+
+bool Session::SetTraffic(std::string_view scene) {
+    Traffic& traffic = state_->host.traffic;
+    const auto found = std::ranges::find_if(traffic.scenes, [scene](const TrafficScene& candidate) {
+        return EqualNoCase(candidate.name, scene);
+    });
+    if (found == traffic.scenes.end() && !scene.empty()) {
+        return false;
+    }
+    StartTraffic(traffic, scene.empty() ? nullptr : &*found);
+    return true;
 }
 
 void Session::SetFuelPounds(double pounds) {

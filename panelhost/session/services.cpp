@@ -7,6 +7,7 @@
 #include "panelhost/world/data_service.h"
 #include "panelhost/world/key_events.h"
 #include "panelhost/world/variables.h"
+#include "platform/traffic_interface.h"
 
 namespace panelhost {
 namespace {
@@ -107,13 +108,29 @@ void LookupVariable(ModuleVariable* variable) {
     variable->type = static_cast<std::int32_t>(VariableType::Float64);
 }
 
+// What a traffic module beside the gauge module offers.
+void* AVQ1_PANEL_CALL EnterTraffic(std::int32_t interfaceVersion, std::int32_t* result) {
+    constexpr std::int32_t kWrongVersion = 2;
+    HostState* const host = ActiveHost();
+    const bool good = host != nullptr && interfaceVersion == avq1::kTrafficInterfaceVersion;
+    if (result != nullptr) {
+        *result = good ? 0 : kWrongVersion;
+    }
+    return good ? &host->traffic.block : nullptr;
+}
+
 void InitializeVariableByName(ModuleVariable* variable, const char* name) {
     HostState* const host = ActiveHost();
     if (host == nullptr || variable == nullptr || name == nullptr) {
         return;
     }
-    const RegisteredVariable* const known = FindRegistered(*host, name);
     variable->number = 0;
+    if (host->options.trafficModule && EqualNoCase(name, avq1::kTrafficVariableName)) {
+        variable->address = reinterpret_cast<void*>(&EnterTraffic);
+        variable->type = static_cast<std::int32_t>(VariableType::Pointer);
+        return;
+    }
+    const RegisteredVariable* const known = FindRegistered(*host, name);
     variable->address = known != nullptr ? known->address : nullptr;
     variable->type = known != nullptr ? known->type : 0;
     variable->value = known != nullptr ? Fetch(known->type, known->address) : 0;

@@ -91,6 +91,9 @@ void Session::Step(double dtSeconds, bool draw) {
     }
     const double dtS = std::min(dtSeconds, kMaxStepCallS);
     StepWorld(host.ground, host.world, dtS);
+    if (!host.world.paused) {
+        StepTraffic(host.world, host.traffic, dtS * host.world.simulationRate);
+    }
     StepPanel(host, dtS, draw);
 }
 

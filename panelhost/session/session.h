@@ -30,6 +30,7 @@ struct SessionOptions {
     int surfaceScale = 1;         // 1 to 3: pixels of a composed picture per design pixel
     std::uint32_t seed = 1;       // of the turbulence
     StartState start;
+    bool trafficModule = true;  // one stands beside the gauge module and publishes its block
     std::optional<double> magneticVariationDeg;  // east positive; empty: the built-in world model
 };
 
@@ -238,6 +239,9 @@ class Session {
     void SetIndicatedAirspeed(double airspeedKt);
     void SetWind(double directionTrue, double speedKt);
     void SetTurbulence(double speedKt);
+    // Starts a scene of other aircraft, around where the own one is then; empty ends it. False, and
+    // nothing changed, for a name the simulator folder has no scene of.
+    bool SetTraffic(std::string_view scene);
     void SetFuelPounds(double pounds);  // spread over the tanks in proportion to their capacity
 
     SessionStatus Status() const;

@@ -15,11 +15,19 @@ constexpr Situation kSituations[] = {
     {"runway", "On the runway", 40.632578, -73.781883, kOnGround, 300.86, 0,
      11135, 301, 11590, 407, false, SituationHold::None},
     {"en-route", "En route, high", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading},
+     11530, 283, 11510, 272, true, SituationHold::Heading, "airways"},
     {"approach", "On an approach", 40.5642, -73.6311, 2200, 300.86, 160,
-     11135, 301, 11590, 407, true, SituationHold::Approach},
+     11135, 301, 11590, 407, true, SituationHold::Approach, "approach"},
     {"navaids", "Among many navaids", 40.75, -73.40, 9000, 260, 250,
      11590, 245, 11310, 407, true, SituationHold::Heading},
+    {"crossing", "Traffic crosses", 42.6, -72.35, 32000, 285, 280,
+     11530, 283, 11510, 272, true, SituationHold::Heading, "crossing"},
+    {"overtaking", "Traffic overtakes", 42.6, -72.35, 32000, 285, 280,
+     11530, 283, 11510, 272, true, SituationHold::Heading, "overtaking"},
+    {"climbing", "Traffic climbs through", 42.6, -72.35, 32000, 285, 280,
+     11530, 283, 11510, 272, true, SituationHold::Heading, "climbing"},
+    {"head-on", "Traffic head-on", 42.6, -72.35, 32000, 285, 280,
+     11530, 283, 11510, 272, true, SituationHold::Heading, "head-on"},
 };
 // clang-format on
 
@@ -123,6 +131,9 @@ void ApplySituation(Session& session, const Situation& situation) {
     const double variation = session.Status().magneticVariation;
     TuneRadios(session, situation, variation);
     SetAutopilot(session, situation, variation);
+    if (!session.SetTraffic(situation.traffic)) {
+        session.SetTraffic("");
+    }
 }
 
 }  // namespace panelhost

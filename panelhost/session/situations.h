@@ -1,9 +1,9 @@
 // panelhost/session/situations.h - named places and states of the aircraft, for looking at
 // displays.
 //
-// One row a situation: position, altitude, speed, radios and autopilot. The page's menu and the
-// script command `situation` both apply a row through the Session's own commands. What the module
-// has engaged stays engaged; the wind and the fuel stay as they are.
+// One row a situation: position, altitude, speed, radios, autopilot and traffic. The page's menu
+// and the script command `situation` both apply a row through the Session's own commands. What the
+// module has engaged stays engaged; the wind and the fuel stay as they are.
 #pragma once
 
 #include <span>
@@ -29,6 +29,7 @@ struct Situation {
     int adfKhz;
     bool autopilot;
     SituationHold hold;
+    const char* traffic = "";  // scene of other aircraft, where the folder has it
 };
 
 std::span<const Situation> Situations();

@@ -89,6 +89,31 @@ TEST_F(ModuleData, TheTowerViewMovesToTheDestinationOnceItIsNear) {
               "");
 }
 
+TEST_F(ModuleData, TrafficOfAnOutsideModuleShowsOnTheDisplays) {
+    const char* const kPanel =
+        "[Window Titles]\n[Window00]\nsize_mm=900,500\n"
+        "gauge00=avq1!EFS50_TCAS,0,0\ngauge01=avq1!P1000_MFD,400,0\n";
+    WriteFile("traffic.txt", "[head-on] Head-on\nA meets 60 180 0 -500 0\nnonsense\n");
+    for (const bool module : {true, false}) {
+        WriteFile("panel.cfg", kPanel);
+        options_.trafficModule = module;
+        ASSERT_TRUE(session_.Open(options_)) << session_.error();
+        EXPECT_EQ(session_.warnings(),
+                  (std::vector<std::string>{"traffic.txt line 3 cannot be read"}));
+        EXPECT_EQ(Run("situation head-on\nclick P1000_MFD 4\nrun 2s\n"
+                      "expect texts lacks -05\nrun 50s\n"),
+                  "");
+        EXPECT_EQ(Run(module ? "expect texts contains -05\nexpect texts lacks OFF\n"
+                               "traffic off\nrun 2s\nexpect texts lacks -05\n"
+                               "traffic HEAD-ON\nrun 57s\nexpect texts contains -05\n"
+                               "situation navaids\nrun 2s\nexpect texts lacks -05\n"
+                             : "expect texts contains \"TCAS OFF\"\nexpect texts lacks -05\n"),
+                  "");
+        EXPECT_NE(Run("traffic crossing").find("no scene \"crossing\""), std::string::npos);
+        session_.Close();
+    }
+}
+
 // Who looks at which frame, and whether a picture is asked for besides.
 struct Watchers {
     const char* name;
