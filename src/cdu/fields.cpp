@@ -57,7 +57,7 @@ FieldOutcome PressField(const FieldRow& field, const PilotEntry& entry) {
     if (entry.deleting) {
         return {field.erase != nullptr ? field.erase(field) : EntryResult::InvalidDelete};
     }
-    if (!entry.text.empty()) {
+    if (!entry.text.empty() && !field.isPrompt) {
         const EntryResult result =
             field.enter != nullptr ? field.enter(field, entry.text) : EntryResult::InvalidEntry;
         return {result};

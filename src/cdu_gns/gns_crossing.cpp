@@ -13,8 +13,6 @@ namespace avq1 {
 namespace {
 
 constexpr std::int32_t kEntryLength = 10;
-constexpr int kFastest = 999;
-constexpr int kHighest = 60000;
 constexpr char kSeparator = '*';
 
 const PlanWaypoint* Waypoint() {
@@ -63,8 +61,8 @@ EntryResult SetRestriction(const LineRow&) {
     Crossing crossing;
     const std::string_view altitude =
         separator == std::string_view::npos ? std::string_view{} : text.substr(separator + 1);
-    if (!ReadPart(text.substr(0, separator), kFastest, crossing.speedKt) ||
-        !ReadPart(altitude, kHighest, crossing.altitudeFt)) {
+    if (!ReadPart(text.substr(0, separator), kFastestCrossingKt, crossing.speedKt) ||
+        !ReadPart(altitude, kHighestCrossingFt, crossing.altitudeFt)) {
         return EntryResult::InvalidEntry;
     }
     if (Waypoint() != nullptr) {

@@ -11,8 +11,7 @@
 #include "flightplan/flight_plan.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
-#include "flightplan/route_walk.h"
-#include "geometry/geometry.h"
+#include "flightplan/route_entry.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
@@ -175,21 +174,6 @@ EntryResult ToggleExitMode(const LineRow&) {
     return EntryResult::None;
 }
 
-// The course of the leg into the entry, degrees magnetic, [0, 360).
-double CourseInto(std::int32_t index) {
-    const std::int32_t from = PositionedEntryBack(activePlan, index - 1);
-    if (from == kNoEntry) {
-        return 0;
-    }
-    const PlanWaypoint& start = activePlan.entries[from];
-    const PlanWaypoint& fix = activePlan.entries[index];
-    double distanceNm = 0;
-    double courseTrue = 0;
-    DistanceAndCourse(start.latitude, start.longitude, fix.latitude, fix.longitude, distanceNm,
-                      courseTrue);
-    return PositiveModulo(courseTrue - aircraft.magneticVariation, kFullCircle);
-}
-
 // A hold at the waypoint that was selected, where there is none yet.
 void PlanHoldAt(std::int32_t index) {
     if (HoldNumberAt(index) != 0 || !activePlan.Holds(index) ||
@@ -197,7 +181,7 @@ void PlanHoldAt(std::int32_t index) {
         return;
     }
     HoldPattern hold = NewHold();
-    hold.inboundCourseMag = CourseInto(index);
+    hold.inboundCourseMag = CourseIntoMag(activePlan, index);
     if (EditActivePlan([&](FlightPlan& plan) { return HoldAt(plan, index, hold); })) {
         holdList.holds[static_cast<std::size_t>(HoldNumberAt(index))].corners[0].name = "Fix";
     } else {

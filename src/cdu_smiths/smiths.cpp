@@ -64,9 +64,12 @@ PilotEntry TypedEntry() {
 }
 
 // A refusal leaves the scratchpad as it was. A deletion is used up either way.
-void Entered(const FieldRow&, const FieldOutcome& outcome) {
+void Entered(const FieldRow& field, const FieldOutcome& outcome) {
     const bool deleting = smiths.message == kSmithsDelete;
     if (outcome.result == EntryResult::Accepted) {
+        if (field.isPrompt && !deleting) {
+            return;
+        }
         (deleting ? smiths.message : smiths.scratchpad).clear();
     } else if (deleting && outcome.result == EntryResult::None) {
         smiths.message = TextOf(EntryResult::InvalidDelete);
@@ -80,7 +83,6 @@ void HandleUnitKeys(const UnitInput&) {
         ExecuteSmithsRoute();
     }
     smiths.execPressed = false;
-    smiths.holdKeyPressed = false;
 }
 
 void PutBottomLine(Screen& screen) {

@@ -73,9 +73,8 @@ struct SmithsState : CduState {
     std::string scratchpad;  // at most kSmithsScratchpadLength characters
     std::string message;     // stands in the scratchpad's place
     LegsMode legsMode = LegsMode::Normal;
-    bool holdKeyPressed = false;  // since the last draw
-    bool execPressed = false;     // the same
-    std::int32_t editing = 0;     // 1 while the unit has the computer keyboard
+    bool execPressed = false;  // since the last draw
+    std::int32_t editing = 0;  // 1 while the unit has the computer keyboard
 };
 
 inline constexpr std::size_t kSmithsScratchpadLength = 24;

@@ -46,7 +46,6 @@ void PressDirectIntercept(const KeyClick&) {
 
 void PressHold(const KeyClick&) {
     RequestUnitRedraw();
-    smiths.holdKeyPressed = true;
     if (holdList.count == 0) {
         OpenLegs(LegsMode::Hold);
     } else {

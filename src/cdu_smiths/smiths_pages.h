@@ -103,7 +103,7 @@ constexpr FieldRow SmithsField(std::int32_t line, FieldRow field) {
     return field;
 }
 
-// "< INDEX" or "ROUTE >": what the key opens.
+// "< INDEX" or "ROUTE >": what the key opens, or does by `press`; what has been typed stays.
 constexpr FieldRow SmithsPrompt(std::int32_t line, const char* text, std::int32_t opens,
                                 FieldRow field = {}) {
     field = SmithsField(line, field);
@@ -111,6 +111,7 @@ constexpr FieldRow SmithsPrompt(std::int32_t line, const char* text, std::int32_
     field.labelStyle = field.style;
     field.labelAt = field.valueAt;
     field.opens = opens;
+    field.isPrompt = true;
     return field;
 }
 

@@ -1,14 +1,42 @@
 #include "cdu_smiths/smiths_route.h"
 
+#include "base/module_state.h"
 #include "cdu_smiths/smiths_pages.h"
+#include "displays/nd_panel.h"
 #include "flightplan/plan_edit.h"
+#include "flightplan/plan_files.h"
+#include "flightplan/plan_moves.h"
+#include "flightplan/route_entry.h"
+#include "flightplan/route_walk.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
+#include "simlink/aircraft_state.h"
 
 namespace avq1 {
+
+SmithsDirect smithsDirect;
+
 namespace {
 
 constexpr int kTagX = 18;
+constexpr std::int32_t kPlanMode = 7;  // of the navigation display
+
+const StateReset directReset([] { smithsDirect = SmithsDirect{}; });
+
+PlanSelection& Centre() {
+    return planBook.selections[static_cast<std::size_t>(PlanUnit::MapCentre)];
+}
+
+// The plans have the same entries now: the map stays where it is.
+void CentreIn(const FlightPlan& plan) {
+    if (Centre().plan != nullptr) {
+        Centre().plan = &plan;
+    }
+}
+
+LatLon PresentPosition() {
+    return {aircraft.latitude, aircraft.longitude};
+}
 
 }  // namespace
 
@@ -21,7 +49,7 @@ const FlightPlan& SmithsPlan() {
 }
 
 std::int32_t SmithsFlownIndex() {
-    return SmithsShowsActivePlan() ? planBook.activeIndex : planBook.trackedIndex;
+    return FlownIndex(SmithsPlan());
 }
 
 const Predictions& SmithsPredictions() {
@@ -47,12 +75,65 @@ void PutSmithsRouteTag(Screen& screen) {
 FlightPlan& BeginSmithsEdit() {
     if (SmithsShowsActivePlan()) {
         CopyActiveToModified();
+        CentreIn(modifiedPlan);
+        smithsDirect = {};
     }
     return modifiedPlan;
 }
 
+void EndSmithsEdit() {
+    CentreIn(SmithsPlan());
+}
+
+bool ChooseSmithsDirect(std::int32_t index) {
+    if (!EditSmithsPlan(
+            [index](FlightPlan& plan) { return DirectTo(plan, index, PresentPosition()); })) {
+        return false;
+    }
+    smithsDirect = {.waits = true};
+    return true;
+}
+
+bool ChooseSmithsIntercept(std::int32_t index, double courseMag) {
+    if (!ChooseSmithsDirect(index)) {
+        return false;
+    }
+    LeadInOnCourse(modifiedPlan, courseMag + aircraft.magneticVariation, PresentPosition());
+    smithsDirect.onCourse = true;
+    return true;
+}
+
+bool LoadSmithsRoute(std::string_view fileName) {
+    const bool overActive = SmithsRouteIsActive();
+    PreviewPlan(fileName);
+    if (previewPlan.lastIndex < 0) {
+        return false;
+    }
+    LoadPlan(fileName);
+    smithsDirect = {};
+    planBook.status = overActive ? RouteStatus::Modified : RouteStatus::BeingBuilt;
+    return true;
+}
+
 void ExecuteSmithsRoute() {
-    ExecuteModification();
+    if (!SmithsExecLit()) {
+        return;
+    }
+    if (modifiedPlan.lastIndex < kFirstWaypoint) {
+        SaySmiths(TextOf(EntryResult::InvalidEntry));
+        return;
+    }
+    if (smithsDirect.waits && !smithsDirect.onCourse) {
+        BeginDirectLegAt(modifiedPlan, PresentPosition());
+    }
+    if (ExecuteModification()) {
+        if (smithsDirect.waits) {
+            guidance.trackLeg = smithsDirect.onCourse ? 1 : 0;
+        }
+        smithsDirect = {};
+        smiths.legsMode = LegsMode::Normal;
+        CentreIn(activePlan);
+    }
 }
 
 bool SmithsEraseShown(const FieldRow&) {
@@ -61,7 +142,46 @@ bool SmithsEraseShown(const FieldRow&) {
 
 EntryResult EraseSmithsModification(const FieldRow&) {
     DropModification();
-    return EntryResult::None;
+    smithsDirect = {};
+    smiths.legsMode = LegsMode::Normal;
+    if (Centre().plan == &modifiedPlan) {
+        Centre() = {&activePlan, planBook.activeIndex};
+    }
+    return EntryResult::Accepted;
+}
+
+bool SmithsActivateShown(const FieldRow&) {
+    return planBook.status == RouteStatus::BeingBuilt;
+}
+
+EntryResult ActivateSmithsRoute(const FieldRow&) {
+    AdvanceRouteStatus();
+    return EntryResult::Accepted;
+}
+
+PlanSelection& SmithsSelection() {
+    return planBook.selections[static_cast<std::size_t>(PlanUnit::Smiths)];
+}
+
+bool SmithsMapStepShown(const FieldRow&) {
+    return nd.ndMode == kPlanMode;
+}
+
+std::int32_t SmithsMapCentre() {
+    return nd.ndMode == kPlanMode && Centre().plan == &SmithsPlan() && MapCentre() != nullptr
+               ? Centre().index
+               : kNoWaypoint;
+}
+
+EntryResult StepSmithsMap(const FieldRow&) {
+    const FlightPlan& plan = SmithsPlan();
+    const std::int32_t flown = SmithsFlownIndex();
+    const std::int32_t first = PositionedEntryFrom(plan, flown == kNoWaypoint ? 0 : flown);
+    const std::int32_t now = SmithsMapCentre();
+    const std::int32_t next = now == kNoWaypoint ? first : PositionedEntryFrom(plan, now + 1);
+    const std::int32_t index = next == kNoEntry ? first : next;
+    Centre() = {&plan, index == kNoEntry ? kNoWaypoint : index};
+    return EntryResult::Accepted;
 }
 
 }  // namespace avq1

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "cdu/fields.h"
 #include "cdu/screen.h"
@@ -30,20 +31,64 @@ bool SmithsRouteIsActive();
 const char* SmithsRouteTag();
 void PutSmithsRouteTag(Screen& screen);
 
-// The modified plan, ready to be changed: a change of the active route begins with a copy of it.
+// The modified plan, ready to be changed: a change of the active route begins with a copy of it,
+// whose entries have the same numbers.
 FlightPlan& BeginSmithsEdit();
+// The change is made, or was refused.
+void EndSmithsEdit();
 
 // Runs bool(FlightPlan&), one of flightplan/plan_edit.h, on the modified plan.
 template <typename Edit>
 bool EditSmithsPlan(Edit&& edit) {
-    return EditPlan(BeginSmithsEdit(), edit);
+    const bool edited = EditPlan(BeginSmithsEdit(), edit);
+    EndSmithsEdit();
+    return edited;
 }
+
+// A direct-to in the modified plan that waits for EXEC: it begins where the aircraft is then,
+// unless an intercept course was chosen.
+struct SmithsDirect {
+    bool waits = false;
+    bool onCourse = false;
+};
+extern SmithsDirect smithsDirect;
+
+// Direct to an entry of the plan shown. With `onCourse` it is intercepted on that course, degrees
+// magnetic. False, and nothing changed, where that cannot be.
+bool ChooseSmithsDirect(std::int32_t index);
+bool ChooseSmithsIntercept(std::int32_t index, double courseMag);
+
+// A stored plan becomes the route, which waits: over an active one for EXEC, else to be activated.
+// False, and nothing changed, for a file that holds no waypoint.
+bool LoadSmithsRoute(std::string_view fileName);
 
 // EXEC; without anything that waits for it nothing happens.
 void ExecuteSmithsRoute();
 
-// For "< ERASE": shown while a modification waits, which its key drops.
+// ---- rows that several pages have ----
+// "< ERASE": there while a modification waits, which its key drops.
 bool SmithsEraseShown(const FieldRow& field);
 EntryResult EraseSmithsModification(const FieldRow& field);
+// "ACTIVATE >": there while a route is being built, which awaits EXEC from then on.
+bool SmithsActivateShown(const FieldRow& field);
+EntryResult ActivateSmithsRoute(const FieldRow& field);
+
+// ---- typed waypoints ----
+// What takes a point that was typed.
+using SmithsTakePoint = EntryResult (*)(const PlanWaypoint& entry);
+
+// Looks up what was typed, an identifier, a position or a place with a bearing. One point is taken
+// at once; of several the pilot chooses on SELECT WAYPOINT, and the page that asked is back then.
+EntryResult TakeSmithsPoint(std::string_view text, SmithsTakePoint take);
+
+// The row of the route that an entry is typed for, as long as the pilot chooses; it follows its
+// entry.
+PlanSelection& SmithsSelection();
+
+// ---- plan mode of the maps ----
+bool SmithsMapStepShown(const FieldRow& field);
+// The entry of the plan shown that the map is centred on; kNoWaypoint without.
+std::int32_t SmithsMapCentre();
+EntryResult StepSmithsMap(const FieldRow& field);
 
 }  // namespace avq1

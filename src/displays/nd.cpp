@@ -148,9 +148,8 @@ MapView ViewOf(const ModeRow& row) {
         view.upTrue = 0;
     }
     if (NdCentredOnWaypoint()) {
-        const PlanWaypoint& centre = activePlan.entries[static_cast<std::size_t>(nd.ndCentreIndex)];
-        view.latitude = centre.latitude;
-        view.longitude = centre.longitude;
+        view.latitude = MapCentre()->latitude;
+        view.longitude = MapCentre()->longitude;
     }
     return view;
 }
@@ -166,8 +165,7 @@ bool NdFollowsNavReceiver() {
 }
 
 bool NdCentredOnWaypoint() {
-    return Mode() == kPlanMode && activePlan.Holds(nd.ndCentreIndex) &&
-           !IsDiscontinuity(activePlan.entries[static_cast<std::size_t>(nd.ndCentreIndex)]);
+    return Mode() == kPlanMode && MapCentre() != nullptr;
 }
 
 bool NdShowsRange() {

@@ -6,7 +6,6 @@
 
 #include "base/key_area.h"
 #include "displays/screen_keys.h"
-#include "flightplan/flight_plan.h"
 
 namespace avq1 {
 
@@ -18,8 +17,6 @@ struct NdState {
     std::int32_t ndShowWaypoints = 0;
     std::int32_t ndShowAdf = 0;
     std::int32_t showTraffic = 0;  // shared with the multifunction display
-    // The active plan's entry that mode 7 is centred on; without one the aircraft.
-    std::int32_t ndCentreIndex = kNoWaypoint;
 };
 
 extern NdState nd;

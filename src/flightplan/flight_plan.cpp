@@ -65,4 +65,11 @@ PlanWaypoint Discontinuity() {
     return entry;
 }
 
+const PlanWaypoint* MapCentre() {
+    const auto& [plan, index] = planBook.selections[static_cast<std::size_t>(PlanUnit::MapCentre)];
+    return plan != nullptr && plan->Holds(index) && HasPosition(plan->entries[index])
+               ? &plan->entries[index]
+               : nullptr;
+}
+
 }  // namespace avq1

@@ -101,19 +101,23 @@ enum class RouteStatus : std::int32_t {
     Modified = 4,  // the active route has a modification awaiting execution
 };
 
+// One way of a route: along an airway or a procedure, or direct to one entry.
 struct RoutePair {
     std::string to;
     std::string via;
+    std::int32_t firstIndex = 0;  // its entries in the plan
+    std::int32_t lastIndex = 0;
 };
 
 // What a control unit has chosen on its page: an entry of the plan shown, or the row behind its
-// last one. It follows the entry; kNoWaypoint = nothing chosen.
+// last one; and the entry maps in plan mode are centred on. It follows the entry; kNoWaypoint =
+// nothing chosen.
 struct PlanSelection {
     const FlightPlan* plan = nullptr;
     std::int32_t index = kNoWaypoint;
 };
-enum class PlanUnit : std::size_t { Compact, Gns, Smiths };
-inline constexpr std::size_t kPlanUnitCount = 3;
+enum class PlanUnit : std::size_t { Compact, Gns, Smiths, MapCentre };
+inline constexpr std::size_t kPlanUnitCount = 4;
 
 // What is kept beside the plans.
 struct PlanBook {
@@ -124,7 +128,7 @@ struct PlanBook {
     std::int32_t editIndex = kNoWaypoint;     // in the modified plan: where the next entry goes
     std::int32_t trackedIndex = kNoWaypoint;  // in the modified plan: follows its entry
     std::array<PlanSelection, kPlanUnitCount> selections;  // by PlanUnit
-    std::vector<RoutePair> routeView;  // at most 200 pairs, from the modified plan
+    std::vector<RoutePair> routeView;  // at most 200 pairs, of the plan asked for last
     RouteStatus status = RouteStatus::None;
     std::int32_t cruiseAltitudeFt = 0;  // from the plan file; 0 = none
     double fuelTotal = 0;               // weight units of the simulator, 0 = none
@@ -138,5 +142,8 @@ extern FlightPlan activePlan;
 extern FlightPlan modifiedPlan;
 extern FlightPlan previewPlan;
 extern PlanBook planBook;
+
+// The entry that maps in plan mode are centred on; null without one: on the aircraft then.
+const PlanWaypoint* MapCentre();
 
 }  // namespace avq1

@@ -18,8 +18,6 @@ namespace {
 
 constexpr double kLeastFuelLoad = 5;
 constexpr std::size_t kRouteViewCapacity = 200;
-constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
-
 constexpr std::string_view kProcedureTags[] = {"SID", "SIDSTAR", "STAR", "APPR"};
 constexpr std::string_view kBothTag = "SIDSTAR";
 
@@ -167,7 +165,7 @@ PlanWaypoint EntryFrom(const FoundPoint& point) {
 
 bool InsertWaypoint(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) {
     const std::int32_t at = InsertionPlace(plan, position);
-    const bool needsGap = at < plan.lastIndex;
+    const bool needsGap = at < plan.lastIndex && !IsDiscontinuity(plan.entries[at]);
     if (!HasRoomFor(plan, needsGap ? 2 : 1)) {
         return false;
     }
@@ -206,11 +204,7 @@ bool InsertBetween(FlightPlan& plan, std::int32_t position, PlanWaypoint entry) 
     return true;
 }
 
-bool InsertNamedPoint(FlightPlan& plan, std::int32_t position, SearchResults& results,
-                      std::int32_t result) {
-    if (!results.Holds(result) || plan.IsFull()) {
-        return false;
-    }
+PlanWaypoint TakeNamedPoint(const FlightPlan& plan, SearchResults& results, std::int32_t result) {
     PlanWaypoint entry = EntryFrom(results[result]);
     if (results.HasPendingPoint()) {
         ApplyPendingBearing(plan, results, entry);
@@ -222,7 +216,15 @@ bool InsertNamedPoint(FlightPlan& plan, std::int32_t position, SearchResults& re
         entry.type = kPilotPointType;
         entry.procedure = kHoldPresentPosition;
     }
-    PutEntry(plan, InsertionPlace(plan, position), std::move(entry));
+    return entry;
+}
+
+bool InsertNamedPoint(FlightPlan& plan, std::int32_t position, SearchResults& results,
+                      std::int32_t result) {
+    if (!results.Holds(result) || plan.IsFull()) {
+        return false;
+    }
+    PutEntry(plan, InsertionPlace(plan, position), TakeNamedPoint(plan, results, result));
     NoteEdit(plan);
     return true;
 }
@@ -306,7 +308,7 @@ void DeleteRange(FlightPlan& plan, std::int32_t first, std::int32_t beyond) {
     plan.CutTo(plan.lastIndex - (beyond - first));
     KeepIndexesInPlan(plan);
     NoteEdit(plan);
-    BuildRouteView();
+    BuildRouteView(plan);
 }
 
 bool DirectTo(FlightPlan& plan, std::int32_t index, const LatLon& presentPosition) {
@@ -411,18 +413,19 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index) {
     return std::clamp(target, 0, std::max(plan.lastIndex, 0));
 }
 
-void BuildRouteView() {
+void BuildRouteView(const FlightPlan& plan) {
     std::string_view currentVia;
     planBook.routeView.clear();
-    for (std::int32_t i = 1; i < modifiedPlan.lastIndex; ++i) {
-        const PlanWaypoint& entry = modifiedPlan.entries[i];
+    for (std::int32_t i = 1; i < plan.lastIndex; ++i) {
+        const PlanWaypoint& entry = plan.entries[i];
         if (!entry.via.empty() && entry.via == currentVia && entry.ident != kAirwayPlaceholder) {
             planBook.routeView.back().to = entry.ident;
+            planBook.routeView.back().lastIndex = i;
             continue;
         }
         currentVia = entry.via.empty() ? std::string_view("DIRECT") : std::string_view(entry.via);
         if (planBook.routeView.size() < kRouteViewCapacity) {
-            planBook.routeView.push_back({entry.ident, std::string(currentVia)});
+            planBook.routeView.push_back({entry.ident, std::string(currentVia), i, i});
         }
     }
 }

@@ -20,6 +20,7 @@
 namespace avq1 {
 
 inline constexpr std::string_view kDirectEntry = "DIRECT";  // where a direct leg begins
+inline constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
 
 // A plan's entry for a record: identifier, position, plan type and frequency.
 PlanWaypoint EntryFrom(const PointRecord& record);
@@ -30,7 +31,8 @@ std::string_view PlanTypeOf(PointKind kind);
 
 // ---- putting entries in ----
 
-// Inserts the entry, and a discontinuity after it unless it is the last or the one before the last.
+// Inserts the entry, and a discontinuity after it unless it is the last or the one before the last,
+// or one stands there already.
 // Refused as well when there is room for the entry and not for the discontinuity it needs.
 bool InsertWaypoint(FlightPlan& plan, std::int32_t position, PlanWaypoint entry);
 
@@ -41,8 +43,11 @@ bool InsertLeg(FlightPlan& plan, std::int32_t position, PlanWaypoint entry);
 // procedure: its tag goes from every entry. In an active plan of two entries entry 1 is flown.
 bool InsertBetween(FlightPlan& plan, std::int32_t position, PlanWaypoint entry);
 
-// Inserts a result without a gap, made into a place-bearing-distance point or a present-position
-// hold when the entry asked for it. Nothing is pending in the results afterwards.
+// The entry a result stands for, made into a place-bearing-distance point or a present-position
+// hold when the typed text asked for it. Nothing is pending in the results afterwards.
+PlanWaypoint TakeNamedPoint(const FlightPlan& plan, SearchResults& results, std::int32_t result);
+
+// Inserts it without a gap.
 bool InsertNamedPoint(FlightPlan& plan, std::int32_t position, SearchResults& results,
                       std::int32_t result);
 
@@ -82,6 +87,10 @@ void DirectToPoint(FlightPlan& plan, PlanWaypoint chosen, bool keepsArrival,
 // is full, and in the preview plan.
 bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold);
 
+// What a pilot may ask of a crossing.
+inline constexpr std::int32_t kFastestCrossingKt = 999;
+inline constexpr std::int32_t kHighestCrossingFt = 60000;
+
 struct Crossing {
     double altitudeFt = kUnset;
     double speedKt = kUnset;
@@ -98,7 +107,8 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index);
 // Starts an edit: the tracked index follows the active waypoint from here on, holds get their
 // modified-plan references, and the next entry goes to the plan's end.
 void CopyActiveToModified();
-void BuildRouteView();
+// Rebuilds planBook.routeView from a plan.
+void BuildRouteView(const FlightPlan& plan);
 // A waiting modification of the active route is dropped; nothing happens without one.
 void DropModification();
 

@@ -146,6 +146,9 @@ void FlyEditedPlan(std::string_view oldDestination) {
         ForgetDestination();
     }
     SetActiveWaypoint(planBook.activeIndex);
+    if (planBook.status == RouteStatus::None && HasActiveWaypoint()) {
+        planBook.status = RouteStatus::Active;  // typed entry by entry, it is flown all the same
+    }
     ReplanChangedRoute();
     RequestUnitRedraw();
 }

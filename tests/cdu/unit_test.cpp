@@ -218,7 +218,7 @@ TEST_F(UnitTest, FieldsTakeEntriesDeletionsAndPresses) {
         {"X", "", 3, "X", "INVALID ENTRY", ""},
         {"", "", 3, "", "NO ACTIVE ROUTE", ""},  // refused: the page it would open stays away
         {"", "", 2, "", "", ""},
-        {"X", "", 4, "X", "", ""},  // no field there
+        {"X", "", 4, "X", "INVALID ENTRY", ""},  // no field there
         {"X", "", 0, "X", "", ""},
     };
     for (const auto& c : kCases) {

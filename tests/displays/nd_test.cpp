@@ -168,7 +168,8 @@ TEST_F(Nd, SymbolsStandWhereTheRecordsAre) {
 
 TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     FlyPlan();
-    nd.ndCentreIndex = 2;
+    PlanSelection& centre = planBook.selections[static_cast<std::size_t>(PlanUnit::MapCentre)];
+    centre = {&activePlan, 2};
     Draw(7);
     const test::DrawnText* const ident = Picture::Find("WP2");
     ASSERT_NE(ident, nullptr);
@@ -180,7 +181,7 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     nd.ndShowStations = 1;
     Draw(7);
     EXPECT_TRUE(Picture::Shows("FAR"));
-    nd.ndCentreIndex = 99;  // gone from the plan: the aircraft again
+    centre.index = 99;  // gone from the plan: the aircraft again
     const auto picture = Draw(7, 2);
     EXPECT_TRUE(HasColourNear(*picture, 2, {kCentred.x, kCentred.y + 17}, colour::White));
 }

@@ -304,7 +304,7 @@ TEST_F(PlanEdit, RouteViewGathersAirways) {
     };
     for (const auto& [plan, expected] : cases) {
         SetPlan(modifiedPlan, plan);
-        BuildRouteView();
+        BuildRouteView(modifiedPlan);
         std::string view;
         for (const RoutePair& pair : planBook.routeView) {
             view += pair.to + ":" + pair.via + " ";

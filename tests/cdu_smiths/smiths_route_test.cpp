@@ -1,0 +1,597 @@
+// RTE, RTE LEGS, SELECT WAYPOINT and the life of a modification.
+#include <gmock/gmock.h>
+
+#include "cdu_smiths/fake_smiths.h"
+#include "cdu_smiths/smiths_pages.h"
+#include "cdu_smiths/smiths_route.h"
+#include "displays/nd_panel.h"
+#include "flightplan/hold_pattern.h"
+#include "flightplan/plan_edit.h"
+#include "flightplan/procedures.h"
+#include "guidance/activation.h"
+
+namespace avq1::test {
+namespace {
+
+class SmithsRoute : public SmithsTest {
+  protected:
+    SmithsRoute() { MakeDatabase(); }
+
+    // A row of the legs page, 1 to 5, as its label and its data.
+    std::string Leg(int row) const { return cdu.Label(row) + " // " + cdu.Data(row); }
+
+    std::string Modified() const { return Show(modifiedPlan); }
+    std::string Active() const { return Show(activePlan); }
+};
+
+// ---- building a route ----
+TEST_F(SmithsRoute, ARouteIsBuiltActivatedAndExecuted) {
+    cdu.Press("RTE");
+    EXPECT_EQ(cdu.Title(), "RTE| 1 /  2");
+    EXPECT_EQ(cdu.Data(1), "- - - - -|------");
+    cdu.Press("=KAAA L1");
+    EXPECT_EQ(cdu.Data(1), " KAAA|------");
+    EXPECT_EQ(planBook.status, RouteStatus::None);
+    EXPECT_EQ(modifiedPlan.entries[0].altitude, 100) << "the airport's elevation";
+    cdu.Press("=KBBB R1");
+    EXPECT_EQ(cdu.Data(1), " KAAA|KBBB");
+    EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
+    EXPECT_EQ(planBook.activeIndex, kNoWaypoint) << "nothing is flown before EXEC";
+    cdu.Press("=09 L3 NEXT_PAGE");
+    EXPECT_EQ(cdu.At(104), "") << "the runway is on page 1";
+    EXPECT_EQ(procedureChoice.departureRunway, "09");
+    EXPECT_EQ(cdu.Label(1), "V I A|T O");
+    cdu.Press("=ABCDE R1");
+    EXPECT_EQ(cdu.Data(1), "DIRECT|ABCDE");
+    cdu.Press("=FLY R2 =J9 L3");
+    EXPECT_EQ(cdu.Data(3), "J9|- - - - -");
+    cdu.Press("=JTHR R3");
+    EXPECT_EQ(cdu.Data(3), "J9|JTHR");
+    EXPECT_EQ(cdu.Data(4), "- - - - -|- - - - -");
+    EXPECT_EQ(Modified(), ">KAAA ABCDE FLY J9 JTWO J9 JTHR KBBB");
+    EXPECT_EQ(cdu.Data(6), "ACTIVATE >");
+    EXPECT_FALSE(SmithsExecLit());
+    cdu.Press("EXEC");
+    EXPECT_EQ(activePlan.lastIndex, -1);
+    cdu.Press("R6");
+    EXPECT_TRUE(SmithsExecLit());
+    EXPECT_EQ(cdu.Data(6), "PERF INIT >");
+    cdu.Press("EXEC");
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(planBook.activeIndex, 1);
+    EXPECT_EQ(Show(activePlan), "KAAA >ABCDE FLY J9 JTWO J9 JTHR KBBB");
+    EXPECT_EQ(cdu.Title(), "ACT|RTE| 2 /  2");
+}
+
+TEST_F(SmithsRoute, FirstPageEntriesAreTakenOrRefused) {
+    folder.Write("avq/flightplans/CO1.RTE",
+                 "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
+                 "KBBB  0.0  7.0  APT  ---\n");
+    folder.Write("avq/flightplans/BAD.RTE", "[FlightPlan]\n");
+    const struct {
+        const char* typed;
+        const char* line;
+        const char* result;
+    } kCases[] = {
+        {"KXXX", "L1", "NOT IN DATABASE"},
+        {"ABCDE", "L1", "NOT IN DATABASE"},
+        {"KAAAKAAAKAAAKAAAKAAAKAAA", "L1", "NOT IN DATABASE"},
+        {"/", "L1", "NOT IN DATABASE"},
+        {"-1", "L1", "NOT IN DATABASE"},
+        {"KBBB", "R1", "INVALID ENTRY"},  // no origin yet
+        {"09", "L3", "INVALID ENTRY"},
+        {"KBBB", "L1", "ok"},
+        {"09L", "L3", "ok"},
+        {"09", "L3", "NOT IN DATABASE"},
+        {"09L/", "L3", "NOT IN DATABASE"},
+        {"KXXX", "R1", "NOT IN DATABASE"},
+        {"KAAA", "R1", "ok"},
+        {"CO1", "L2", "ok"},
+        {"CO1.RTE", "L2", "ok"},
+        {"CO2", "L2", "NOT IN DATABASE"},
+        {"NEW FPL", "L2", "NOT IN DATABASE"},
+        {"..", "L2", "NOT IN DATABASE"},
+        {"BAD", "L2", "INVALID ENTRY"},
+        {"X", "L4", "INVALID ENTRY"},
+        {"X", "R3", "INVALID ENTRY"},
+    };
+    cdu.Press("RTE");
+    std::string before;
+    for (const auto& row : kCases) {
+        before = Modified();
+        EXPECT_EQ(Enter(row.typed, row.line), row.result) << row.typed << ' ' << row.line;
+        if (std::string(row.result) != "ok") {
+            EXPECT_EQ(Modified(), before) << row.typed;
+        }
+    }
+    EXPECT_EQ(Modified(), "KAAA NEWPT KBBB");
+    EXPECT_EQ(planBook.status, RouteStatus::BeingBuilt);
+}
+
+TEST_F(SmithsRoute, ANewOriginOrPlanOverTheFlownRouteWaitsForExec) {
+    folder.Write("avq/flightplans/CO1.RTE",
+                 "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
+                 "KBBB  0.0  7.0  APT  ---\n");
+    MakeRoute();
+    SetActiveWaypoint(3);
+    const std::string flown = Active();
+    cdu.Press("RTE =KSID L1");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE| 1 /  2");
+    EXPECT_EQ(Active(), flown);
+    cdu.Press("EXEC");
+    EXPECT_EQ(cdu.Bottom(), "INVALID ENTRY") << "a route of one airport is none";
+    EXPECT_EQ(Active(), flown);
+    cdu.Press("CLR L6");
+    EXPECT_EQ(cdu.Title(), "ACT|RTE| 1 /  3");
+    EXPECT_EQ(cdu.Data(1), " KAAA|KBBB");
+    cdu.Press("=CO1 L2");
+    EXPECT_EQ(cdu.Data(6), "< ERASE|PERF INIT >");
+    EXPECT_EQ(Active(), flown);
+    cdu.Press("EXEC");
+    EXPECT_EQ(Active(), "KAAA >NEWPT KBBB");
+}
+
+TEST_F(SmithsRoute, ANewDestinationTakesTheOldArrivalWithIt) {
+    MakeRoute();
+    cdu.Press("RTE =KSID R1");
+    EXPECT_EQ(Modified(), "KAAA >ABCDE FLY LONGER KSID");
+    EXPECT_EQ(planBook.status, RouteStatus::Modified);
+    EXPECT_EQ(cdu.Data(1), " KAAA|KSID");
+    cdu.Press("L6");
+    EXPECT_EQ(cdu.Data(1), " KAAA|KBBB");
+    EXPECT_EQ(planBook.destinationIdent, "KBBB");
+}
+
+TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {
+    const struct {
+        const char* plan;
+        const char* keys;
+        const char* after;
+        const char* message = "";
+    } kCases[] = {
+        {"KAAA ABCDE FLY KBBB", "=J9 L1", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},  // the first row
+        {"KAAA ABCDE FLY KBBB", "=J9 L2", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},  // not on it
+        {"KAAA ABCDE FLY KBBB", "=Q1 L3", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY KBBB", "=J9 L5", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY KBBB", "=J9 L3", "KAAA ABCDE FLY J9 THEN KBBB"},
+        {"KAAA ABCDE FLY DISCO KBBB", "=J9 L4", "KAAA ABCDE FLY DISCO KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY JTHR KBBB", "=J9 L3", "KAAA ABCDE FLY J9 JTWO J9 JTHR KBBB"},
+        {"KAAA ABCDE FLY J9 THEN KBBB", "=JTWO R3", "KAAA ABCDE FLY J9 JTWO KBBB"},
+        {"KAAA ABCDE FLY J9 THEN KBBB", "=JONE R3", "KAAA ABCDE FLY J9 JONE KBBB"},  // backwards
+        {"KAAA ABCDE FLY J9 THEN KBBB", "=NEWPT R3", "KAAA ABCDE FLY J9 THEN KBBB",
+         "INVALID ENTRY"},
+        {"KAAA ABCDE FLY J9 THEN KBBB", "=FLY R3", "KAAA ABCDE FLY J9 THEN KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY J9 THEN KBBB", "DEL L3", "KAAA ABCDE FLY KBBB"},
+        {"KAAA ABCDE FLY J9 JTWO J9 JTHR KBBB", "=JTWO R3", "KAAA ABCDE FLY J9 JTWO KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "=LATER R1", "KAAA LATER KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "=KBBB R2", "KAAA ABCDE KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "=NEWPT R2", "KAAA ABCDE NEWPT DISCO FLY LATER KBBB"},
+        {"KAAA ABCDE FLY KBBB", "=NEWPT R3", "KAAA ABCDE FLY NEWPT KBBB"},
+        {"KAAA ABCDE FLY KBBB", "=NEWPT R4", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY KBBB", "=NOWHE R3", "KAAA ABCDE FLY KBBB", "NOT IN DATABASE"},
+        {"KAAA ABCDE FLY KBBB", "=A/B/C R3", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE FLY LATER KBBB", "DEL L2", "KAAA ABCDE DISCO LATER KBBB"},
+        {"KAAA ABCDE DISCO LATER KBBB", "DEL R2", "KAAA ABCDE LATER KBBB"},
+        {"KAAA ABCDE FLY J9 JTWO J9 JTHR LATER KBBB", "DEL L3", "KAAA ABCDE FLY DISCO LATER KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "DEL L1", "KAAA FLY LATER KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "DEL L3", "KAAA ABCDE FLY KBBB"},
+        {"KAAA ABCDE FLY LATER KBBB", "DEL L4", "KAAA ABCDE FLY LATER KBBB", "INVALID DELETE"},
+        {"KAAA KBBB", "=NEWPT R1", "KAAA NEWPT KBBB"},
+        {"KAAA", "=NEWPT R1", "KAAA NEWPT"},
+        {"", "=NEWPT R1", "", "INVALID ENTRY"},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(std::string(row.plan) + ' ' + row.keys);
+        SetPlan(modifiedPlan, row.plan);
+        planBook.status = RouteStatus::BeingBuilt;
+        smiths.scratchpad.clear();
+        smiths.message.clear();
+        cdu.Press("RTE NEXT_PAGE");
+        cdu.Press(row.keys);
+        EXPECT_EQ(Without(Modified(), ">"), row.after);
+        EXPECT_EQ(smiths.message, row.message);
+    }
+}
+
+// ---- legs ----
+TEST_F(SmithsRoute, LegsAreShownFromTheActiveOneOn) {
+    MakeRoute();
+    activePlan.Edit(2).altitude = 9000;
+    activePlan.Edit(2).altitudeConstraint = kCrossAtOrAbove;
+    activePlan.Edit(3).altitude = 24000;
+    activePlan.Edit(3).altitudeConstraint = kCrossAt;
+    activePlan.Edit(3).speed = 250;
+    activePlan.Edit(4).speed = 220;
+    activePlan.Edit(4).speedConstraint = 1;
+    RefreshPredictions();
+    cdu.Press("LEGS");
+    EXPECT_EQ(cdu.Title(), "ACT|RTE    LEGS| 1 /  2");
+    EXPECT_THAT(Leg(1), testing::StartsWith("090|   29 NM // ABCDE")) << "what is left of it";
+    EXPECT_THAT(Leg(2), testing::StartsWith("090|   60 NM // FLY  |"));
+    EXPECT_THAT(Leg(2), testing::EndsWith(" /  9000A"));
+    EXPECT_EQ(Leg(3), "090|   60 NM // LONGER|  250 / FL240");
+    EXPECT_THAT(Leg(4), testing::StartsWith("090|   60 NM // STARA|  220 /"));
+    EXPECT_EQ(cdu.Label(6), "R N P / A C T U A L|1 . 0 0 / 0 . 0 0 N M");
+    EXPECT_EQ(cdu.Data(6), "RTE DATA >");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith("APPRA"));
+    EXPECT_THAT(cdu.Data(2), testing::StartsWith("KBBB"));
+    EXPECT_EQ(cdu.Data(3), "");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith("ABCDE")) << "around";
+    SetActiveWaypoint(2);
+    cdu.Draw();
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith("FLY")) << "the passed one is gone";
+}
+
+TEST_F(SmithsRoute, WithoutARouteTheLegsPageTakesNothing) {
+    cdu.Press("LEGS");
+    EXPECT_EQ(cdu.Title(), "RTE    LEGS| 1 /  1");
+    EXPECT_EQ(Enter("NEWPT", "L1"), "INVALID ENTRY");
+    EXPECT_EQ(Enter("250/5000", "R1"), "INVALID ENTRY");
+    EXPECT_EQ(modifiedPlan.lastIndex, -1);
+}
+
+TEST_F(SmithsRoute, LeftKeysInsertLeaveOutAndDelete) {
+    const struct {
+        const char* keys;
+        const char* after;
+        const char* bottom = "";
+    } kCases[] = {
+        {"=NEWPT L2", "KAAA >ABCDE NEWPT DISCO FLY LONGER KBBB"},
+        {"=NEWPT L4", "KAAA >ABCDE FLY LONGER NEWPT KBBB"},
+        {"=NEWPT L1", "KAAA >NEWPT DISCO ABCDE FLY LONGER KBBB"},       // flown first
+        {"=NEWPT L5", "KAAA >ABCDE FLY LONGER KBBB", "INVALID ENTRY"},  // behind the airport
+        {"=LONGER L1", "KAAA >LONGER KBBB"},
+        {"=LONGER L2", "KAAA >ABCDE LONGER KBBB"},
+        {"=FLY L2", "KAAA >ABCDE FLY LONGER KBBB"},  // it is there
+        {"=NOWHE L2", "KAAA >ABCDE FLY LONGER KBBB", "NOT IN DATABASE"},
+        {"=ABCDE L2", "KAAA >ABCDE ABCDE DISCO FLY LONGER KBBB"},  // behind it: a point like others
+        {"=A/ L2", "KAAA >ABCDE FLY LONGER KBBB", "INVALID ENTRY"},
+        {"=-12 L2", "KAAA >ABCDE FLY LONGER KBBB", "INVALID ENTRY"},
+        {"=/ L2", "KAAA >ABCDE FLY LONGER KBBB", "INVALID ENTRY"},
+        {"=NOW090/10 L2", "KAAA >ABCDE FLY LONGER KBBB", "NOT IN DATABASE"},
+        {"=N0030.0E00230.0 L2", "KAAA >ABCDE WPT01 DISCO FLY LONGER KBBB"},
+        {"=NEWPT090/10 L2", "KAAA >ABCDE NEW01 DISCO FLY LONGER KBBB"},
+        {"L2", "KAAA >ABCDE FLY LONGER KBBB", "FLY"},
+        {"L5", "KAAA >ABCDE FLY LONGER KBBB", ""},
+        {"DEL L2", "KAAA >ABCDE DISCO LONGER KBBB"},
+        {"DEL L2 DEL L2", "KAAA >ABCDE LONGER KBBB"},
+        {"DEL L2 =LONGER L2", "KAAA >ABCDE LONGER KBBB"},             // closes the gap
+        {"DEL L2 =NEWPT L2", "KAAA >ABCDE NEWPT DISCO LONGER KBBB"},  // one gap, not two
+        {"DEL L1", "KAAA >FLY LONGER KBBB"},
+        {"DEL L2 DEL L1", "KAAA >LONGER KBBB"},  // the gap behind it goes along
+        {"DEL L3", "KAAA >ABCDE FLY KBBB"},
+        {"DEL L5", "KAAA >ABCDE FLY LONGER KBBB", "INVALID DELETE"},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.keys);
+        ResetModuleState();
+        MakeDatabase();
+        avionicsPower = 1;
+        SetActivePlan({{"KAAA", 0, 0, "APT"},
+                       {"ABCDE", 0, 1, "VOR"},
+                       {"FLY", 0, 2},
+                       {"LONGER", 0, 3},
+                       {"KBBB", 0, 7, "APT"}});
+        SetActiveWaypoint(1);
+        planBook.status = RouteStatus::Active;
+        const std::string flown = Active();
+        cdu.Press("LEGS");
+        cdu.Press(row.keys);
+        EXPECT_EQ(cdu.Bottom(), row.bottom);
+        EXPECT_EQ(Active(), flown) << "never before EXEC";
+        const bool changed = std::string(row.after) != flown;
+        EXPECT_EQ(planBook.status == RouteStatus::Modified, changed);
+        EXPECT_EQ(Show(SmithsPlan()), row.after);
+        cdu.Press("EXEC");
+        EXPECT_EQ(Active(), row.after);
+        EXPECT_EQ(planBook.status, RouteStatus::Active);
+    }
+}
+
+TEST_F(SmithsRoute, RightKeysTakeRestrictions) {
+    MakeRoute();
+    cdu.Press("LEGS");
+    const struct {
+        const char* typed;
+        const char* result;
+        double speedKt;
+        double altitudeFt;
+        std::int32_t constraint;
+    } kCases[] = {
+        {"250/FL180", "ok", 250, 18000, kCrossAt},
+        {"/5000", "ok", 250, 5000, kCrossAt},
+        {"/5000A", "ok", 250, 5000, kCrossAtOrAbove},
+        {"230/", "ok", 230, 5000, kCrossAtOrAbove},
+        {"/5000B", "ok", 230, 5000, kCrossAtOrBelow},
+        {"/FL050", "ok", 230, 5000, kCrossAt},
+        {"/050A", "ok", 230, 5000, kCrossAtOrAbove},
+        {"999/60000", "ok", 999, 60000, kCrossAt},
+        {"1/1", "ok", 1, 100, kCrossAt},
+        {"250", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"/", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/A", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/FL", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/FL1800", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/5000C", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250//5000", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/5000/", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"-250/5000", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/-5000", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"0/5000", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/0", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"1000/5000", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/60001", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"/601", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"99999999999/99999999999", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"ABC/DEF", "INVALID ENTRY", 1, 100, kCrossAt},
+        {"250/50.0", "INVALID ENTRY", 1, 100, kCrossAt},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.typed);
+        EXPECT_EQ(Enter(row.typed, "R2"), row.result);
+        const PlanWaypoint& entry = modifiedPlan.entries[2];
+        EXPECT_EQ(entry.speed, row.speedKt);
+        EXPECT_EQ(entry.altitude, row.altitudeFt);
+        EXPECT_EQ(entry.altitudeConstraint, row.constraint);
+    }
+    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, kNoCrossing) << "before EXEC";
+    cdu.Press("CLR =240/9000A CLR CLR CLR CLR CLR CLR CLR CLR CLR");
+    smiths.scratchpad.clear();
+    Enter("240/9000A", "R2");
+    cdu.Press("R2");
+    EXPECT_EQ(cdu.Bottom(), "240/9000A") << "copied";
+    cdu.Press("CLR CLR CLR CLR CLR CLR CLR CLR CLR R3");
+    EXPECT_EQ(cdu.Bottom(), "") << "there is none";
+    cdu.Press("EXEC");
+    EXPECT_EQ(activePlan.entries[2].altitude, 9000) << "EXEC clears none";
+    cdu.Press("DEL R2 EXEC");
+    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, kNoCrossing);
+    cdu.Press("DEL R2");
+    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE");
+}
+
+// ---- the life of a modification ----
+TEST_F(SmithsRoute, AModificationWaitsThroughAPassageAndIsErased) {
+    MakeRoute();
+    cdu.Press("LEGS DEL L3");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE    LEGS| 1 /  2");
+    EXPECT_EQ(cdu.Data(6), "< ERASE|RTE DATA >");
+    const PlanWaypoint passed = activePlan.entries[1];
+    SetActiveWaypoint(2);
+    TrackPassage(passed, activePlan.entries[2]);
+    cdu.Draw();
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith("FLY")) << "the passed waypoint has left it";
+    EXPECT_EQ(planBook.status, RouteStatus::Modified);
+    cdu.Press("EXEC");
+    EXPECT_EQ(Active(), "KAAA ABCDE >FLY DISCO STAR(STARA,STARB) APPR(APPRA) KBBB");
+    cdu.Press("DEL L1");
+    EXPECT_TRUE(SmithsExecLit());
+    cdu.Press("L6");
+    EXPECT_FALSE(SmithsExecLit());
+    EXPECT_EQ(Active(), "KAAA ABCDE >FLY DISCO STAR(STARA,STARB) APPR(APPRA) KBBB");
+    EXPECT_EQ(cdu.Data(6), "RTE DATA >");
+}
+
+TEST_F(SmithsRoute, WhatIsPredictedIsTheModification) {
+    MakeRoute();
+    aircraft.indicatedAirspeedKt = 240;
+    RefreshPredictions();
+    cdu.Press("LEGS =LONGER L1 R6");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE    DATA| 1 /  1");
+    const PredictedPoint& there = ModifiedPredictions().entries[1];
+    ASSERT_TRUE(there.known);
+    UnitText eta;
+    eta.Put("LONGER|%02.0f%02.0fZ", std::floor(there.zuluMinutes / 60),
+            std::floor(std::fmod(there.zuluMinutes, 60) + 0.5));
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith(eta.c_str()));
+    EXPECT_EQ(Enter("X", "L1"), "INVALID ENTRY");
+    cdu.Press("CLR CLR L6");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE    LEGS| 1 /  1");
+}
+
+// ---- direct-to ----
+TEST_F(SmithsRoute, DirectToWaitsForExecAndBeginsThere) {
+    const struct {
+        const char* keys;
+        const char* after;
+        const char* bottom = "";
+    } kCases[] = {
+        {"L3", "KAAA ABCDE FLY DCT DIRECT >LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"=LONGER L6", "KAAA ABCDE FLY DCT DIRECT >LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"=NEWPT L6",
+         "KAAA DCT DIRECT >NEWPT DISCO ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"L3 LEGS DIR_INTC",
+         "KAAA ABCDE FLY DCT DIRECT >LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"=NOWHE L6", "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB",
+         "NOT IN DATABASE"},
+        {"=NOWHE R6", "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB", "INVALID ENTRY"},
+        {"=090 R6", "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB", "INVALID ENTRY"},
+        {"L3 L6", "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},  // erased
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.keys);
+        MakeRoute();
+        smiths.message.clear();
+        smiths.scratchpad.clear();
+        const std::string flown = Active();
+        cdu.Press("DIR_INTC");
+        EXPECT_EQ(cdu.Label(6), "D I R E C T    T O|I N T C    L E G");
+        EXPECT_EQ(cdu.Data(6), "- - - - - - -|- - - - - - - - - -");
+        cdu.Press(row.keys);
+        EXPECT_EQ(cdu.Bottom(), row.bottom);
+        EXPECT_EQ(Active(), flown) << "never before EXEC";
+        EXPECT_EQ(Show(SmithsPlan()), row.after);
+        aircraft.longitude = 0.75;
+        cdu.Press("EXEC");
+        EXPECT_EQ(Active(), row.after);
+        if (std::string(row.after).find("DIRECT") != std::string::npos) {
+            EXPECT_EQ(activePlan.entries[planBook.activeIndex - 1].longitude, 0.75)
+                << "from where the aircraft is at EXEC";
+        }
+        aircraft.longitude = 0.52;
+    }
+}
+
+TEST_F(SmithsRoute, AnInterceptCourseLeadsIn) {
+    MakeRoute();
+    aircraft.magneticVariation = 5;
+    cdu.Press("DIR_INTC L2");
+    EXPECT_EQ(cdu.Label(6), "I N T C    C R S");
+    EXPECT_EQ(cdu.Data(6), "< ERASE|085") << "direct";
+    for (const char* const wrong : {"361", "-90", "1234", "A", "9.5"}) {
+        EXPECT_EQ(Enter(wrong, "R6"), "INVALID ENTRY") << wrong;
+    }
+    EXPECT_EQ(Enter("040", "R6"), "ok");
+    EXPECT_EQ(cdu.Data(6), "< ERASE|040");
+    const PlanWaypoint& start = modifiedPlan.entries[planBook.trackedIndex - 1];
+    double distanceNm = 0;
+    double courseTrue = 0;
+    DistanceAndCourse(start.latitude, start.longitude, 0, 2, distanceNm, courseTrue);
+    EXPECT_NEAR(courseTrue, 45, 0.1);
+    EXPECT_NEAR(distanceNm, 88.8, 0.1) << "as far before it as the aircraft is";
+    cdu.Press("EXEC");
+    EXPECT_NEAR(guidance.desiredTrackMag, 40, 0.1);
+    EXPECT_EQ(guidance.trackLeg, 1);
+    // the leg to a waypoint of the route, on its own course
+    MakeRoute();
+    cdu.Press("DIR_INTC =FLY R6");
+    EXPECT_EQ(cdu.Data(6), "< ERASE|085");
+}
+
+// ---- holds ----
+TEST_F(SmithsRoute, HoldsAreChosenOnTheLegsPage) {
+    MakeRoute();
+    cdu.Press("HOLD");
+    EXPECT_EQ(cdu.Label(6), "H O L D   A T");
+    EXPECT_EQ(cdu.Data(6), "- - - - -|PPOS >");
+    cdu.Press("L2");
+    EXPECT_EQ(cdu.Bottom(), "FLY");
+    cdu.Press("L2");
+    EXPECT_EQ(smiths.page, kSmithsHold);
+    EXPECT_EQ(cdu.Bottom(), "");
+    ASSERT_EQ(holdList.count, 1);
+    EXPECT_EQ(holdList.holds[1].pendingFixIndex, 2);
+    EXPECT_EQ(holdList.holds[1].fixIndex, 0) << "before EXEC";
+    EXPECT_NEAR(holdList.holds[1].inboundCourseMag, 90, 0.1);
+    cdu.Press("EXEC");
+    EXPECT_EQ(Active(), "KAAA >ABCDE FLY@ LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
+    cdu.Press("LEGS DEL L2 EXEC");
+    EXPECT_EQ(Active(), "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB")
+        << "the hold goes first, the waypoint stays";
+    const struct {
+        const char* typed;
+        const char* line;
+        const char* result;
+        const char* after;
+    } kCases[] = {
+        {"NOWHE", "L6", "NOT IN DATABASE",
+         "KAAA >ABCDE FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"LONGER", "L6", "ok", "KAAA >ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"NEWPT", "L6", "ok",
+         "KAAA >NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"PPOS", "L6", "ok",
+         "KAAA >WPT01@ NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) KBBB"},
+        {"", "R6", "ok",
+         "KAAA >WPT02@ WPT01@ NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) "
+         "KBBB"},
+        {"FLY", "L6", "INVALID ENTRY",
+         "KAAA >WPT02@ WPT01@ NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) "
+         "KBBB"},  // the fifth
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.typed);
+        OpenSmithsPage(kSmithsLegs);
+        smiths.legsMode = LegsMode::Hold;
+        EXPECT_EQ(Enter(row.typed, row.line), row.result);
+        std::string after = Show(SmithsPlan());
+        std::erase(after, '(');
+        std::string expected = row.after;
+        std::erase(expected, '(');
+        EXPECT_THAT(after, testing::HasSubstr(expected.substr(0, 12)));
+        EXPECT_EQ(std::ranges::count(after, '@'), std::ranges::count(expected, '@'));
+    }
+    EXPECT_EQ(holdList.count, kHoldCapacity);
+}
+
+// ---- several points of one name ----
+TEST_F(SmithsRoute, OfSeveralPointsThePilotChooses) {
+    MakeRoute();
+    cdu.Press("LEGS =TWICE L2");
+    EXPECT_EQ(cdu.Title(), "SELECT WAYPOINT| 1/ 1");
+    EXPECT_EQ(cdu.Label(1), "TWICE   VOR  113.90");
+    EXPECT_EQ(cdu.Data(1), "N01:00:00    E002:00:00  ");
+    EXPECT_EQ(cdu.Label(2), "TWICE   NDB     385");
+    EXPECT_EQ(cdu.Bottom(), "TWICE") << "it is not used up yet";
+    cdu.Press("L3");
+    EXPECT_EQ(smiths.page, kSmithsSelectWaypoint) << "nothing stands there";
+    cdu.Press("L6");
+    EXPECT_EQ(smiths.page, kSmithsLegs);
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(cdu.Bottom(), "TWICE");
+    cdu.Press("L2");
+    aircraft.latitude = 9;
+    aircraft.longitude = 19;
+    cdu.Press("L6 L2 L1");
+    EXPECT_EQ(smiths.page, kSmithsLegs);
+    EXPECT_EQ(cdu.Bottom(), "");
+    EXPECT_EQ(Modified(), "KAAA >ABCDE TWICE DISCO FLY LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
+    EXPECT_EQ(modifiedPlan.entries[2].type, "NDB") << "the nearest stands first";
+}
+
+TEST_F(SmithsRoute, AWaypointPassedWhileThePilotChoosesKeepsThePlace) {
+    MakeRoute();
+    cdu.Press("LEGS =TWICE L3");
+    EditActivePlan([](FlightPlan& plan) { return DeleteBetween(plan, 2); });
+    cdu.Press("L1");
+    EXPECT_EQ(Modified(), "KAAA >ABCDE TWICE DISCO LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
+}
+
+// ---- map ----
+TEST_F(SmithsRoute, StepMovesTheMapCentre) {
+    MakeRoute();
+    nd.ndMode = 7;
+    cdu.Press("LEGS");
+    EXPECT_EQ(cdu.Data(6), "STEP >");
+    EXPECT_EQ(MapCentre(), nullptr);
+    cdu.Press("R6");
+    ASSERT_NE(MapCentre(), nullptr);
+    EXPECT_EQ(MapCentre()->ident, "ABCDE");
+    EXPECT_THAT(cdu.Label(1), testing::EndsWith("|M A P  C T R"));
+    cdu.Press("R6 R6");
+    EXPECT_EQ(MapCentre()->ident, "LONGER");
+    cdu.Press("DEL L1");
+    EXPECT_EQ(MapCentre()->ident, "LONGER") << "in the modification too";
+    EXPECT_EQ(SmithsMapCentre(), 2);
+    cdu.Press("EXEC");
+    EXPECT_EQ(MapCentre()->ident, "LONGER");
+    EXPECT_EQ(MapCentre(), &activePlan.entries[2]);
+    cdu.Press("R6 R6 R6 R6 R6");
+    EXPECT_EQ(MapCentre()->ident, "FLY") << "around to the one flown to";
+    nd.ndMode = 6;
+    cdu.Draw();
+    EXPECT_EQ(cdu.Data(6), "RTE DATA >");
+}
+
+// ---- a full plan ----
+TEST_F(SmithsRoute, AFullPlanSaysSo) {
+    MakeRoute();
+    while (activePlan.lastIndex < kMaxPlanIndex - 1) {
+        activePlan.Append(activePlan.entries[4]);
+    }
+    activePlan.Append(activePlan.entries[7]);
+    ASSERT_TRUE(activePlan.IsFull());
+    cdu.Press("LEGS");
+    EXPECT_EQ(Enter("NEWPT", "L2"), "FLIGHT PLAN FULL");
+    cdu.Press("CLR DIR_INTC");
+    EXPECT_EQ(Enter("NEWPT", "L6"), "FLIGHT PLAN FULL");
+    smiths.scratchpad.clear();
+    cdu.Press("CLR LEGS HOLD");
+    EXPECT_EQ(Enter("", "R6"), "FLIGHT PLAN FULL");
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(holdList.count, 0);
+}
+
+}  // namespace
+}  // namespace avq1::test
