@@ -344,12 +344,25 @@ EntryResult EnterHoldFix(const FieldRow& field, std::string_view text) {
 }
 
 // ---- the sixth row: prompts ----
+// The modes have entries in the place of the prompts; a direct-to that was chosen can be erased.
+bool PromptsShown(const FieldRow&) {
+    return !showsData && smiths.legsMode == LegsMode::Normal;
+}
+
 bool EraseShown(const FieldRow& field) {
-    return !showsData && SmithsEraseShown(field);
+    return (PromptsShown(field) || HasChosenDirect(field)) && SmithsEraseShown(field);
+}
+
+bool ActivateShown(const FieldRow& field) {
+    return PromptsShown(field) && SmithsActivateShown(field);
 }
 
 bool StepShown(const FieldRow& field) {
-    return !showsData && SmithsMapStepShown(field);
+    return PromptsShown(field) && !SmithsActivateShown(field) && SmithsMapStepShown(field);
+}
+
+bool DataPromptShown(const FieldRow& field) {
+    return PromptsShown(field) && !SmithsActivateShown(field) && !SmithsMapStepShown(field);
 }
 
 EntryResult ShowData(const FieldRow&) {
@@ -380,7 +393,6 @@ constexpr FieldRow CrossingRow(std::int32_t line, std::int32_t row) {
             .item = row};
 }
 
-// The first row that is there has the key.
 constexpr FieldRow kFields[] = {
     LegRow(kL1, 0),
     LegRow(kL2, 1),
@@ -411,10 +423,9 @@ constexpr FieldRow kFields[] = {
     SmithsPrompt(kR6, "PPOS >", 0, {.visible = ChoosesHold, .press = HoldHere}),
     SmithsPrompt(kL6, "< LEGS", 0, {.visible = ShowsData, .press = ShowLegs}),
     SmithsPrompt(kL6, "< ERASE", 0, {.visible = EraseShown, .press = EraseSmithsModification}),
-    SmithsPrompt(kR6, "ACTIVATE >", 0,
-                 {.visible = SmithsActivateShown, .press = ActivateSmithsRoute}),
+    SmithsPrompt(kR6, "ACTIVATE >", 0, {.visible = ActivateShown, .press = ActivateSmithsRoute}),
     SmithsPrompt(kR6, "STEP >", 0, {.visible = StepShown, .press = StepSmithsMap}),
-    SmithsPrompt(kR6, "RTE DATA >", 0, {.visible = ShowsLegs, .press = ShowData}),
+    SmithsPrompt(kR6, "RTE DATA >", 0, {.visible = DataPromptShown, .press = ShowData}),
 };
 
 // ---- what stands on a row ----

@@ -399,7 +399,7 @@ void PutWay(Screen& screen, std::int32_t row) {
     }
     screen.Put(kSmithsData, 0, y, "%.14s",
                IsPlaceholder(*way) ? end.via.c_str() : way->via.c_str());
-    screen.Put(kSmithsDataRight, kSmithsRightX, y, "%.6s",
+    screen.Put(kSmithsDataRight, kSmithsRightX, y, "%.9s",
                IsPlaceholder(*way) ? "- - - - -" : way->to.c_str());
 }
 
