@@ -4,8 +4,8 @@
 #include <limits>
 #include <span>
 
-#include "base/module_state.h"
 #include "cdu/formats.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
@@ -14,7 +14,6 @@
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/calendar.h"
-#include "simlink/data_service.h"
 #include "simlink/sim_variables.h"
 
 namespace avq1 {
@@ -30,15 +29,6 @@ constexpr int kFlowX = 380;
 constexpr int kTimeX = 380;
 constexpr int kWholeWeightX = 340;
 constexpr std::int32_t kReserveDigits = 6;
-
-// What the data service told when the page was opened.
-struct FuelRecord {
-    bool weightsKnown = false;
-    AircraftWeights weights;
-};
-
-FuelRecord record;
-const StateReset recordReset([] { record = FuelRecord{}; });
 
 // ---- values ----
 double HoursLeft() {
@@ -82,7 +72,7 @@ enum WeightItem : std::int32_t {
 };
 
 double PoundsOf(std::int32_t item) {
-    const bool weighed = record.weightsKnown;
+    const AircraftWeights* weighed = KnownAircraftWeights();
     switch (item) {
         case kRemaining:
             return FuelOnBoard();
@@ -93,32 +83,32 @@ double PoundsOf(std::int32_t item) {
         case kPlanFuel:
             return PlanFuelLb();
         case kBasicWeight:
-            return weighed ? record.weights.zeroFuelLb - record.weights.payloadLb : kNone;
+            return weighed != nullptr ? weighed->zeroFuelLb - weighed->payloadLb : kNone;
         case kPayload:
-            return weighed ? record.weights.payloadLb : kNone;
+            return weighed != nullptr ? weighed->payloadLb : kNone;
         case kFuelUsed:
             return HasFlightLog() ? flightLog.startFuel - FuelOnBoard() : kNone;
         case kGrossWeight:
-            return weighed ? record.weights.zeroFuelLb + FuelOnBoard() : kNone;
+            return GrossWeightLb();
         default:
             return EngineFuelFlow(item - kFlowOfEngine);
     }
 }
 
 void ShowWeight6(const FieldRow& field, UnitText& text) {
-    text = NumberText(GnsWeight(PoundsOf(field.item)), 6);
+    text = NumberText(InWeightUnit(PoundsOf(field.item)), 6);
 }
 
 void ShowWeight5(const FieldRow& field, UnitText& text) {
-    text = NumberText(GnsWeight(PoundsOf(field.item)), 5);
+    text = NumberText(InWeightUnit(PoundsOf(field.item)), 5);
 }
 
 void ShowWeight4(const FieldRow& field, UnitText& text) {
-    text = NumberText(GnsWeight(PoundsOf(field.item)), 4);
+    text = NumberText(InWeightUnit(PoundsOf(field.item)), 4);
 }
 
 void ShowUnit(const FieldRow&, UnitText& text) {
-    text.Set(GnsWeightUnit());
+    text.Set(WeightUnitText());
 }
 
 constexpr FieldRow Label(const char* text, std::int16_t y, std::int16_t x = kGnsLabelX) {
@@ -146,11 +136,11 @@ void ShowRange(const FieldRow&, UnitText& text) {
 
 // Of a thousand: a transport flies some tenths of a mile on a pound.
 void ShowRangePerWeight(const FieldRow&, UnitText& text) {
-    text = NumberText(RangePerPound() * GnsPounds(kWeightsPerRange), 4);
+    text = NumberText(RangePerPound() * PoundsFrom(kWeightsPerRange), 4);
 }
 
 void ShowRangeUnit(const FieldRow&, UnitText& text) {
-    text.Put("NM/%s", GnsWeightUnit());
+    text.Put("NM/%s", WeightUnitText());
 }
 
 constexpr FieldRow kStatusFields[] = {
@@ -315,7 +305,7 @@ bool OnStatus(const LineRow&) {
 }
 
 void ShowReserve(const LineRow&, UnitText& text) {
-    text = NumberText(GnsWeight(planBook.reserveFuelInUse), kReserveDigits);
+    text = NumberText(InWeightUnit(planBook.reserveFuelInUse), kReserveDigits);
 }
 
 // What the pilot types on the GNSXLS is in the setting's unit, on the GNSXLS_LM always pounds.
@@ -327,12 +317,13 @@ EntryResult SetReserve(const LineRow&) {
     if (!ReadTypedWhole(reserve)) {
         return EntryResult::InvalidEntry;
     }
-    planBook.reserveFuelInUse = gns.enteredOnLm ? reserve : GnsPounds(reserve);
+    planBook.reserveFuelInUse = gns.enteredOnLm ? reserve : PoundsFrom(reserve);
     return EntryResult::Accepted;
 }
 
 void OfferReserve(const LineRow&) {
-    LoadScratchpad(gns, NumberText(GnsWeight(planBook.reserveFuelInUse), 1).view(), kReserveDigits);
+    LoadScratchpad(gns, NumberText(InWeightUnit(planBook.reserveFuelInUse), 1).view(),
+                   kReserveDigits);
 }
 
 // ---- another log ----
@@ -365,7 +356,7 @@ constexpr LineRow kLines[] = {
 
 void HandleFuel(const UnitInput& input) {
     if (input.openedPage == kGnsFuel) {
-        record.weightsKnown = ReadAircraftWeights(record.weights);
+        RefreshAircraftWeights();
     }
 }
 

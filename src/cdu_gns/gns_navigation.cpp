@@ -7,6 +7,7 @@
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "cdu/formats.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
@@ -241,7 +242,7 @@ constexpr FieldRow kAheadFields[] = {
     {.show = ShowDestinationLabel, .item = 1, .style = kGnsLabel, .valueAt = {kGnsLabelX, 240}},
     {.show =
          [](const FieldRow&, UnitText& t) {
-             t = NumberText(GnsWeight(GnsFuelAtPounds(ActivePredictions().destination)), 5);
+             t = NumberText(InWeightUnit(GnsFuelAtPounds(ActivePredictions().destination)), 5);
          },
      .style = kGnsData,
      .valueAt = {kTimeX, 240}},

@@ -22,10 +22,6 @@ constexpr double kMinutesPerDay = 1440;
 constexpr int kTimeDashes = 6;
 constexpr std::int32_t kCornersAndFix = 5;
 
-bool InKilograms() {
-    return settings.WeightUnit == "KGS";
-}
-
 }  // namespace
 
 double GnsDistanceTo(std::int32_t index) {
@@ -144,18 +140,6 @@ UnitText GnsLatitudeText(double latitude) {
 
 UnitText GnsLongitudeText(double longitude) {
     return DegreesText(longitude, false);
-}
-
-double GnsWeight(double pounds) {
-    return InKilograms() ? pounds / kPoundsPerKilogram : pounds;
-}
-
-double GnsPounds(double weight) {
-    return InKilograms() ? weight * kPoundsPerKilogram : weight;
-}
-
-const char* GnsWeightUnit() {
-    return InKilograms() ? "KG" : "LB";
 }
 
 }  // namespace avq1

@@ -52,9 +52,4 @@ std::int32_t GnsNextIndex();
 UnitText GnsLatitudeText(double latitude);
 UnitText GnsLongitudeText(double longitude);
 
-// Pounds in the unit that the WeightUnit setting asks for, and back.
-double GnsWeight(double pounds);
-double GnsPounds(double weight);
-const char* GnsWeightUnit();
-
 }  // namespace avq1

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "cdu/formats.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns_entry.h"
 #include "cdu_gns/gns_pages.h"
 #include "cdu_gns/gns_values.h"
@@ -37,7 +38,7 @@ EntryResult EnterCruise(const LineRow&) {
 }
 
 void ShowTransition(const LineRow&, UnitText& text) {
-    text = NumberText(gns.transitionLevelFt, 6);
+    text = NumberText(pilotEntries.transitionAltitudeFt, 6);
 }
 
 EntryResult EnterTransition(const LineRow&) {
@@ -45,7 +46,7 @@ EntryResult EnterTransition(const LineRow&) {
     if (!ReadTypedWhole(feet)) {
         return EntryResult::InvalidEntry;
     }
-    gns.transitionLevelFt = feet;
+    pilotEntries.transitionAltitudeFt = feet;
     return EntryResult::Accepted;
 }
 
@@ -129,7 +130,7 @@ constexpr LineRow kLines[] = {
      .state = 2,
      .show = ShowTransition,
      .entryLength = 5,
-     .select = [](const LineRow&) { OfferWhole(gns.transitionLevelFt, 5); },
+     .select = [](const LineRow&) { OfferWhole(pilotEntries.transitionAltitudeFt, 5); },
      .enter = EnterTransition,
      .style = kGnsData,
      .at = {340, 120}},

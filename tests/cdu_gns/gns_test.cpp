@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/redraw.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns_fixture.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
@@ -782,7 +783,7 @@ TEST_F(GnsTest, VnavDataTakesWhatCanBeFlown) {
     for (const auto& c : kCases) {
         unit.Press(c.keys);
         EXPECT_EQ(vnav.cruiseAltitude, c.cruise) << c.keys;
-        EXPECT_EQ(gns.transitionLevelFt, c.transition) << c.keys;
+        EXPECT_EQ(pilotEntries.transitionAltitudeFt, c.transition) << c.keys;
         EXPECT_EQ(performance.flightPathAngleDeg, c.angle) << c.keys;
     }
 }
