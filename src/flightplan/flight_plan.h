@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "flightplan/performance_change.h"
+
 namespace avq1 {
 
 inline constexpr std::int32_t kPlanCapacity = 201;  // entries 0 to 200
@@ -130,8 +132,9 @@ struct PlanBook {
     std::array<PlanSelection, kPlanUnitCount> selections;  // by PlanUnit
     std::vector<RoutePair> routeView;  // at most 200 pairs, of the plan asked for last
     RouteStatus status = RouteStatus::None;
-    std::int32_t cruiseAltitudeFt = 0;  // from the plan file; 0 = none
-    double fuelTotal = 0;               // weight units of the simulator, 0 = none
+    PerformanceChange waitingPerformance;  // of the modification, until EXEC
+    std::int32_t cruiseAltitudeFt = 0;     // from the plan file or the pilot; 0 = none
+    double fuelTotal = 0;                  // weight units of the simulator, 0 = none
     double reserveFuel = 0;
     double reserveFuelInUse = 0;
     std::string entryNotice;       // what the last plan read lacks; empty when all is well

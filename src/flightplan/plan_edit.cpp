@@ -146,6 +146,7 @@ std::string_view PlanTypeOf(PointKind kind) {
 
 void CopyActiveToModified() {
     modifiedPlan = activePlan;
+    planBook.waitingPerformance = {};
     for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
         modifiedPlan.Edit(i).ataText.clear();
     }

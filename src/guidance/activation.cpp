@@ -14,6 +14,7 @@
 #include "guidance/guidance_events.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/performance_entries.h"
 #include "guidance/vnav.h"
 #include "simlink/aircraft_state.h"
 
@@ -31,6 +32,7 @@ void ForgetDestination() {
 // What follows whenever another plan is active from now on, flown to entry `index`.
 void FlyFrom(std::int32_t index) {
     guidance.firstLegPrepared = 0;
+    planBook.waitingPerformance = {};
     planBook.status = RouteStatus::Active;
     SetActiveWaypoint(index);
     planBook.trackedIndex = planBook.activeIndex;  // of the modified plan, which is the same now
@@ -121,6 +123,9 @@ bool ExecuteModification() {
     }
     const std::string oldDestination(ActiveDestination());
     CopyModifiedToActive();
+    const PerformanceChange change = std::exchange(planBook.waitingPerformance, {});
+    ApplySpeeds(change);
+    planBook.cruiseAltitudeFt = change.cruiseAltitudeFt.value_or(planBook.cruiseAltitudeFt);
     if (isNewRoute || !activePlan.Holds(planBook.trackedIndex)) {
         StartActivePlan();
         return true;
@@ -131,6 +136,9 @@ bool ExecuteModification() {
     }
     FlyFrom(flown);
     ReplanChangedRoute();
+    if (change.cruiseAltitudeFt) {
+        SetCruiseAltitude(*change.cruiseAltitudeFt);
+    }
     return true;
 }
 

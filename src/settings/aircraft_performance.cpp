@@ -142,11 +142,6 @@ void StoreValue(const AircraftRow& row, std::string_view value, AircraftPerforma
     }
 }
 
-// The speed that the cost index picks between its limits.
-std::int32_t EconomySpeed(double lowest, double highest, std::int32_t costIndex) {
-    return TruncateToInteger(lowest + (highest - lowest) * 0.005 * costIndex);
-}
-
 }  // namespace
 
 AircraftPerformance performance;
@@ -177,6 +172,10 @@ void DeriveMachLimits(AircraftPerformance& target) {
     target.cruiseMachMax = IndicatedToMach(target.cruiseIasMax, kSpeedLimitAltitudeFt);
     target.descentMachMin = IndicatedToMach(target.descentIasMin, kSpeedLimitAltitudeFt);
     target.descentMachMax = IndicatedToMach(target.descentIasMax, kSpeedLimitAltitudeFt);
+}
+
+std::int32_t EconomySpeed(double leastIas, double greatestIas, std::int32_t costIndex) {
+    return TruncateToInteger(leastIas + (greatestIas - leastIas) * 0.005 * costIndex);
 }
 
 void DeriveSpeeds(AircraftPerformance& target) {

@@ -94,4 +94,7 @@ void ApplyAircraftText(std::string_view text, AircraftPerformance& target);
 void DeriveMachLimits(AircraftPerformance& target);
 void DeriveSpeeds(AircraftPerformance& target);
 
+// The speed that a cost index of 0 to 200 picks between its limits, cut to whole knots.
+std::int32_t EconomySpeed(double leastIas, double greatestIas, std::int32_t costIndex);
+
 }  // namespace avq1

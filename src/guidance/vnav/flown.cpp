@@ -12,6 +12,7 @@
 #include "flightplan/route_walk.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
+#include "guidance/performance_entries.h"
 #include "guidance/vnav/table_optimum.h"
 #include "settings/aircraft_performance.h"
 #include "simlink/aircraft_state.h"
@@ -33,6 +34,8 @@ struct PlannedFor {
     std::uint64_t route = 0;
     std::int32_t activeIndex = kNoWaypoint;
     PlanningSpeeds speeds;
+    SpeedLimit climbLimit;
+    SpeedLimit descentLimit;
     bool saidNone = false;      // no cruise altitude was found, and the pilot knows
     bool cruiseChosen = false;  // by the planning, not by the plan or the pilot
 };
@@ -46,6 +49,14 @@ const StateReset resetFlown([] {
 bool SameSpeeds(const PlanningSpeeds& a, const PlanningSpeeds& b) {
     return a.climbTas == b.climbTas && a.climbRate == b.climbRate && a.descentTas == b.descentTas &&
            a.descentRate == b.descentRate;
+}
+
+SpeedLimit ClimbLimit() {
+    return {performance.climbSpeedRestriction, performance.climbRestrictionAltitude};
+}
+
+SpeedLimit DescentLimit() {
+    return {performance.descentSpeedRestriction, performance.descentRestrictionAltitude};
 }
 
 // A number that differs when the route or a restriction on it does.
@@ -72,12 +83,15 @@ void NotePlanned() {
     plannedFor.route = RouteMark();
     plannedFor.activeIndex = planBook.activeIndex;
     plannedFor.speeds = SpeedsOf(performance);
+    plannedFor.climbLimit = ClimbLimit();
+    plannedFor.descentLimit = DescentLimit();
 }
 
 double FindCruiseAltitude(PlanningInput& input) {
     const double fromTables = ComputeOptimumFromTables();
     if (fromTables > 0) {
         performance.flightPathAngleDeg = 0;
+        KeepChosenSpeeds(performance);
         input.speeds = SpeedsOf(performance);
         return fromTables;
     }
@@ -344,7 +358,9 @@ void SetCruiseAltitude(std::int32_t feet) {
 
 void ReplanChangedRoute() {
     const PlanningSpeeds speeds = SpeedsOf(performance);
-    const bool sameSpeeds = SameSpeeds(speeds, plannedFor.speeds);
+    const bool sameSpeeds = SameSpeeds(speeds, plannedFor.speeds) &&
+                            ClimbLimit() == plannedFor.climbLimit &&
+                            DescentLimit() == plannedFor.descentLimit;
     if (activePlan.revision == plannedFor.revision &&
         planBook.activeIndex == plannedFor.activeIndex && sameSpeeds) {
         return;

@@ -7,6 +7,7 @@
 #include "base/module_state.h"
 #include "flightplan/route_walk.h"
 #include "guidance/guidance_state.h"
+#include "guidance/performance_entries.h"
 #include "guidance/vnav.h"
 #include "guidance/vnav/flight_path.h"
 #include "guidance/vnav/flight_values.h"
@@ -41,14 +42,15 @@ struct MadeFrom {
     std::int32_t cruiseIas = 0;
     std::int32_t descentIas = 0;
     bool keepsSpeed = false;
-    double second = -kRefreshS;  // of the day
+    double second = -kRefreshS;      // of the day
+    PerformanceChange waiting = {};  // for EXEC
 
     bool operator==(const MadeFrom& other) const {
         return revision == other.revision && activeIndex == other.activeIndex &&
                cruiseAltitude == other.cruiseAltitude && phase == other.phase &&
                climbIas == other.climbIas && cruiseIas == other.cruiseIas &&
                descentIas == other.descentIas && keepsSpeed == other.keepsSpeed &&
-               std::fabs(second - other.second) < kRefreshS;
+               waiting == other.waiting && std::fabs(second - other.second) < kRefreshS;
     }
 };
 
@@ -305,8 +307,8 @@ MadeFrom PresentOf(const FlightPlan& plan, std::int32_t activeIndex) {
 
 // What executing the modification will cruise at, and with which speeds.
 double ModifiedCruiseAltitude(PlanningInput& input, AircraftPerformance& from, bool startsAnew) {
-    if (!startsAnew && vnav.cruiseAltitude > 0) {
-        return vnav.cruiseAltitude;
+    if (!startsAnew && ChosenCruiseAltitude() > 0) {
+        return ChosenCruiseAltitude();
     }
     if (planBook.cruiseAltitudeFt > 0) {
         return planBook.cruiseAltitudeFt;
@@ -314,6 +316,7 @@ double ModifiedCruiseAltitude(PlanningInput& input, AircraftPerformance& from, b
     const double cruiseFt = OptimumFromTables(input, performanceTables, from);
     if (cruiseFt > 0) {
         from.flightPathAngleDeg = 0;
+        KeepChosenSpeeds(from);
         input.speeds = SpeedsOf(from);
         return cruiseFt;
     }
@@ -364,7 +367,8 @@ const Predictions& ActivePredictions() {
 }
 
 const Predictions& ModifiedPredictions() {
-    const MadeFrom now = PresentOf(modifiedPlan, planBook.trackedIndex);
+    MadeFrom now = PresentOf(modifiedPlan, planBook.trackedIndex);
+    now.waiting = planBook.waitingPerformance;
     if (now == modified.from) {
         return modified.values;
     }
@@ -373,10 +377,13 @@ const Predictions& ModifiedPredictions() {
     const std::int32_t flownTo =
         modifiedPlan.Holds(planBook.trackedIndex) ? planBook.trackedIndex : kFirstWaypoint;
     AircraftPerformance from = performance;
+    TakeSpeeds(planBook.waitingPerformance, from);
     PlannedProfile profile;
     const bool startsAnew = planBook.status == RouteStatus::AwaitsExecution;
-    const VerticalPhase phase = startsAnew ? VerticalPhase::Climb : vnav.Phase();
+    const bool climbs = startsAnew || ChosenCruiseAltitude() > vnav.cruiseAltitude;
+    const VerticalPhase phase = climbs ? VerticalPhase::Climb : vnav.Phase();
     PlanningInput input = FlownInput();
+    input.speeds = SpeedsOf(from);
     input.route = &modifiedRoute;
     input.activeIndex = flownTo;
     input.climbOver = phase != VerticalPhase::Climb;
