@@ -4,6 +4,7 @@
 
 #include "base/module_state.h"
 #include "settings/settings.h"
+#include "simlink/aircraft_state.h"
 #include "simlink/sim_variables.h"
 
 namespace avq1 {
@@ -12,8 +13,11 @@ PilotEntries pilotEntries;
 
 namespace {
 
+constexpr double kWeighAgainTicks = 5 * 18;
+
 struct WeightRecord {
     bool known = false;
+    double askedTick = -kWeighAgainTicks;
     AircraftWeights weights;
 };
 
@@ -31,6 +35,13 @@ bool InKilograms() {
 
 void RefreshAircraftWeights() {
     weighed.known = ReadAircraftWeights(weighed.weights);
+    weighed.askedTick = aircraft.tick;
+}
+
+void KeepAircraftWeights() {
+    if (std::abs(aircraft.tick - weighed.askedTick) >= kWeighAgainTicks) {
+        RefreshAircraftWeights();
+    }
 }
 
 const AircraftWeights* KnownAircraftWeights() {

@@ -18,7 +18,16 @@ struct PilotEntries {
     double transitionAltitudeFt = 18000;
     double zeroFuelLb = kNotEntered;  // in place of what the data service says
     double isaDeviationC = kNotEntered;
-    double topOfClimbC = kNotEntered;  // temperature typed for it, in place of the deviation
+    double topOfClimbC = kNotEntered;       // temperature typed for it, in place of the deviation
+    std::int32_t timeToleranceS = 15;       // of the time wanted at a waypoint
+    double approachWeightLb = kNotEntered;  // in place of the gross weight
+    std::int32_t windCorrectionKt = 5;      // added to the reference speed
+    // for the descent
+    double antiIceOnFt = kNotEntered;
+    double antiIceOffFt = kNotEntered;
+    double cabinRateFpm = kNotEntered;
+    double descentDeviationC = kNotEntered;
+    double descentQnh = kNotEntered;  // hPa
 };
 
 extern PilotEntries pilotEntries;
@@ -26,6 +35,8 @@ extern PilotEntries pilotEntries;
 // ---- weights ----
 // Asks the data service what the aircraft weighs; what it does not answer stays unknown.
 void RefreshAircraftWeights();
+// The same, when the last question is 5 s old: for pages that are shown for long.
+void KeepAircraftWeights();
 // What it answered last; null when it never has.
 const AircraftWeights* KnownAircraftWeights();
 

@@ -115,6 +115,12 @@ constexpr FieldRow SmithsPrompt(std::int32_t line, const char* text, std::int32_
     return field;
 }
 
+// A label that is worked out, beside the line key; it takes no key.
+constexpr FieldRow SmithsShownLabel(std::int32_t line, FieldRow::Show show) {
+    const FieldRow beside = SmithsField(line, {});
+    return {.show = show, .style = beside.labelStyle, .valueAt = beside.labelAt};
+}
+
 constexpr FieldRow SmithsTitle(const char* text, std::int16_t x = kSmithsTitleX) {
     return {.label = text, .labelStyle = kSmithsData, .labelAt = {x, 0}};
 }

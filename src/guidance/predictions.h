@@ -54,6 +54,22 @@ const CruiseWind& EnteredCruiseWind();
 bool EnterCruiseWind(double directionTrue, double speedKt);
 void ClearCruiseWind();
 
+// The winds forecast for the descent, in no order: between two altitudes they turn from one to the
+// other, beyond them they stay. A row counts with altitude and wind.
+inline constexpr std::size_t kDescentWinds = 3;
+struct DescentWind {
+    double altitudeFt = 0;  // 0 = none
+    CruiseWind wind;
+};
+
+const std::array<DescentWind, kDescentWinds>& EnteredDescentWinds();
+
+// Altitude above 0, up to 60000 ft; the wind as that of the cruise. False, and nothing changed, for
+// others.
+bool EnterDescentWindAltitude(std::size_t row, double altitudeFt);
+bool EnterDescentWind(std::size_t row, double directionTrue, double speedKt);
+void ClearDescentWind(std::size_t row);
+
 // Of the active plan, from the aircraft through the active waypoint on.
 const Predictions& ActivePredictions();
 

@@ -21,6 +21,9 @@ bool PlanVerticalProfile(double cruiseAltitude, std::int32_t fillEntries);
 // `performance`; 0, and nothing changed, without tables.
 double ComputeOptimumFromTables();
 
+// That altitude alone, for pages: nothing is changed. Worked out when plan or waypoint change.
+double OptimumCruiseAltitude();
+
 // The entry at which the climb ends, searched from the active one + `offset` (0 or 1). The last
 // restriction on the way is the top of climb and the target; without one it lies at the climb
 // distance from the aircraft, and is placed there with offset 0.

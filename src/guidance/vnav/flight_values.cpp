@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "geometry/geometry.h"
 #include "guidance/predictions.h"
@@ -106,6 +107,64 @@ void LearnFlow(FlightExperience& experience, double flowPph) {
     }
 }
 
+// Where a wind comes from, by components.
+struct Wind {
+    double northKt = 0;
+    double eastKt = 0;
+};
+
+Wind WindOf(double directionTrue, double speedKt) {
+    return {speedKt * std::cos(directionTrue * kDegToRad),
+            speedKt * std::sin(directionTrue * kDegToRad)};
+}
+
+// `share` 0 to 1 is the second one's.
+Wind Between(const Wind& a, const Wind& b, double share) {
+    return {a.northKt + share * (b.northKt - a.northKt), a.eastKt + share * (b.eastKt - a.eastKt)};
+}
+
+// The rows of the descent's winds next below and above an altitude; null where there is none.
+struct Neighbours {
+    const DescentWind* below = nullptr;
+    const DescentWind* above = nullptr;
+};
+
+Neighbours DescentNeighbours(double altitudeFt) {
+    Neighbours next;
+    for (const DescentWind& row : EnteredDescentWinds()) {
+        if (!row.wind.entered || row.altitudeFt <= 0) {
+            continue;
+        }
+        const bool below = row.altitudeFt <= altitudeFt;
+        const DescentWind*& nearest = below ? next.below : next.above;
+        if (nearest == nullptr ||
+            (below ? row.altitudeFt > nearest->altitudeFt : row.altitudeFt < nearest->altitudeFt)) {
+            nearest = &row;
+        }
+    }
+    return next;
+}
+
+// What has been entered for the place; in the descent its own winds, else that of the cruise.
+std::optional<Wind> ForecastWind(const WindPlace& place) {
+    const auto windOf = [](const CruiseWind& wind) {
+        return WindOf(wind.directionTrue, wind.speedKt);
+    };
+    if (place.descending) {
+        const Neighbours next = DescentNeighbours(place.altitudeFt);
+        if (next.below != nullptr && next.above != nullptr) {
+            const double share = (place.altitudeFt - next.below->altitudeFt) /
+                                 (next.above->altitudeFt - next.below->altitudeFt);
+            return Between(windOf(next.below->wind), windOf(next.above->wind), share);
+        }
+        if (next.below != nullptr || next.above != nullptr) {
+            return windOf((next.below != nullptr ? next.below : next.above)->wind);
+        }
+    }
+    const CruiseWind& cruise = EnteredCruiseWind();
+    return cruise.entered ? std::optional(windOf(cruise)) : std::nullopt;
+}
+
 }  // namespace
 
 void LearnFlight(FlightExperience& experience) {
@@ -132,15 +191,14 @@ double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, do
     return std::min(StandardTas(indicatedKt, altitudeFt) * ratio, limit);
 }
 
-double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm) {
-    const CruiseWind& forecast = EnteredCruiseWind();
-    const double present = forecast.entered ? std::exp(-std::max(aheadNm, 0.0) / kWindDecayNm) : 1;
-    const double now = (aircraft.windDirection - courseTrue) * kDegToRad;
-    const double then = (forecast.directionTrue - courseTrue) * kDegToRad;
-    const double head = present * aircraft.windSpeedKt * std::cos(now) +
-                        (1 - present) * forecast.speedKt * std::cos(then);
-    const double cross = present * aircraft.windSpeedKt * std::sin(now) +
-                         (1 - present) * forecast.speedKt * std::sin(then);
+double GroundSpeedKt(double trueKt, double courseTrue, const WindPlace& place) {
+    const Wind now = WindOf(aircraft.windDirection, aircraft.windSpeedKt);
+    const std::optional<Wind> then = ForecastWind(place);
+    const double present = then ? std::exp(-std::max(place.aheadNm, 0.0) / kWindDecayNm) : 1;
+    const Wind wind = then ? Between(*then, now, present) : now;
+    const double course = courseTrue * kDegToRad;
+    const double head = wind.northKt * std::cos(course) + wind.eastKt * std::sin(course);
+    const double cross = wind.eastKt * std::cos(course) - wind.northKt * std::sin(course);
     return std::max(std::sqrt(std::max(trueKt * trueKt - cross * cross, 0.0)) - head, 1.0);
 }
 

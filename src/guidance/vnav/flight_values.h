@@ -27,9 +27,16 @@ void LearnFlight(FlightExperience& experience);
 
 double TrueAirspeedKt(const FlightExperience& experience, double indicatedKt, double altitudeFt);
 
-// Ground speed on a true course `aheadNm` from here: the present wind, decaying to the cruise wind
-// where one is entered. At least 1 kt.
-double GroundSpeedKt(double trueKt, double courseTrue, double aheadNm);
+// Where on the way ahead a wind is asked for.
+struct WindPlace {
+    double aheadNm = 0;
+    double altitudeFt = 0;
+    bool descending = false;
+};
+
+// Ground speed on a true course: the present wind, decaying to the wind entered for the cruise or
+// the descent where there is one. At least 1 kt.
+double GroundSpeedKt(double trueKt, double courseTrue, const WindPlace& place);
 
 // At a vertical speed in feet a minute: as seen in this flight, before that as the tables say.
 double FuelFlowPph(const FlightExperience& experience, VerticalPhase phase, double altitudeFt,

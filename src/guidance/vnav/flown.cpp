@@ -40,10 +40,19 @@ struct PlannedFor {
     bool cruiseChosen = false;  // by the planning, not by the plan or the pilot
 };
 
+// The optimum as it was last worked out.
+struct ShownOptimum {
+    std::uint32_t revision = 0;
+    std::int32_t activeIndex = kNoWaypoint;
+    double altitudeFt = 0;
+};
+
 PlannedFor plannedFor;
+ShownOptimum shownOptimum;
 const StateReset resetFlown([] {
     vnav = {};
     plannedFor = {};
+    shownOptimum = {};
 });
 
 bool SameSpeeds(const PlanningSpeeds& a, const PlanningSpeeds& b) {
@@ -193,6 +202,19 @@ double ComputeOptimumFromTables() {
     return input.at.flownTo == kNoWaypoint
                ? 0
                : OptimumFromTables(input, performanceTables, performance);
+}
+
+double OptimumCruiseAltitude() {
+    ShownOptimum& shown = shownOptimum;
+    if (shown.revision != activePlan.revision || shown.activeIndex != planBook.activeIndex) {
+        const PlanningInput input = FlownInput();
+        AircraftPerformance unused = performance;
+        shown = {activePlan.revision, planBook.activeIndex,
+                 input.at.flownTo == kNoWaypoint
+                     ? 0
+                     : OptimumFromTables(input, performanceTables, unused)};
+    }
+    return shown.altitudeFt;
 }
 
 bool PlanVerticalProfile(double cruiseAltitude, std::int32_t fillEntries) {

@@ -30,6 +30,7 @@ constexpr double kLeastRestrictionKt = 50;
 constexpr double kMovingKt = 25;  // ground speed above which times are shown
 constexpr double kFlyingKt = 40;  // indicated, above which it is what is being flown
 constexpr double kStrongestWindKt = 250;
+constexpr double kHighestWindFt = 60000;
 constexpr double kWholeCircle = 360;
 
 // What a prediction was made from.
@@ -64,6 +65,7 @@ Predicted modified;
 FlightExperience experience;
 double learnedSecond = -kRefreshS;  // of the day, when the last note was taken
 CruiseWind cruiseWind;
+std::array<DescentWind, kDescentWinds> descentWinds;
 RouteTable modifiedRoute;
 const StateReset resetPredictions([] {
     active = {};
@@ -71,6 +73,7 @@ const StateReset resetPredictions([] {
     experience = {};
     learnedSecond = -kRefreshS;
     cruiseWind = {};
+    descentWinds = {};
     modifiedRoute = {};
 });
 
@@ -200,7 +203,9 @@ class PaperFlight {
                  double gainFt) {
         ias_ = IndicatedTowards(entry, endNm - alongNm_, middleFt);
         const double trueKt = TrueAirspeedKt(experience, ias_, middleFt);
-        groundKt_ = GroundSpeedKt(trueKt, CourseTo(entry), alongNm_ - input_.at.alongNm);
+        groundKt_ = GroundSpeedKt(
+            trueKt, CourseTo(entry),
+            {alongNm_ - input_.at.alongNm, middleFt, phase_ == VerticalPhase::Descent});
         const double minutes = (stopNm - alongNm_) / groundKt_ * 60;
         const VerticalPhase burning =
             phase_ == VerticalPhase::Descent && gainFt > -1 ? VerticalPhase::Cruise : phase_;
@@ -269,7 +274,7 @@ double ClimbGroundSpeed(const void* context, double altitudeFt) {
     if (climb.from.climbSpeedRestriction > 0 && altitudeFt < climb.from.climbRestrictionAltitude) {
         speed = std::min(speed, climb.from.climbSpeedRestriction);
     }
-    return GroundSpeedKt(TrueAirspeedKt(experience, speed, altitudeFt), climb.courseTrue, 0);
+    return GroundSpeedKt(TrueAirspeedKt(experience, speed, altitudeFt), climb.courseTrue, {});
 }
 
 // Without a profile: at the present altitude and speed.
@@ -323,6 +328,11 @@ double ModifiedCruiseAltitude(PlanningInput& input, AircraftPerformance& from, b
     return ChooseCruiseAltitude(input, from.maxCruiseAltitude);
 }
 
+bool IsWind(double directionTrue, double speedKt) {
+    return directionTrue >= 0 && directionTrue <= kWholeCircle && speedKt >= 0 &&
+           speedKt <= kStrongestWindKt;
+}
+
 void MakeAnew() {
     active.from = {};
     modified.from = {};
@@ -335,8 +345,7 @@ const CruiseWind& EnteredCruiseWind() {
 }
 
 bool EnterCruiseWind(double directionTrue, double speedKt) {
-    if (!(directionTrue >= 0 && directionTrue <= kWholeCircle) ||
-        !(speedKt >= 0 && speedKt <= kStrongestWindKt)) {
+    if (!IsWind(directionTrue, speedKt)) {
         return false;
     }
     cruiseWind = {true, directionTrue, speedKt};
@@ -346,6 +355,33 @@ bool EnterCruiseWind(double directionTrue, double speedKt) {
 
 void ClearCruiseWind() {
     cruiseWind = {};
+    MakeAnew();
+}
+
+const std::array<DescentWind, kDescentWinds>& EnteredDescentWinds() {
+    return descentWinds;
+}
+
+bool EnterDescentWindAltitude(std::size_t row, double altitudeFt) {
+    if (!(altitudeFt > 0 && altitudeFt <= kHighestWindFt)) {
+        return false;
+    }
+    descentWinds[row].altitudeFt = altitudeFt;
+    MakeAnew();
+    return true;
+}
+
+bool EnterDescentWind(std::size_t row, double directionTrue, double speedKt) {
+    if (!IsWind(directionTrue, speedKt)) {
+        return false;
+    }
+    descentWinds[row].wind = {true, directionTrue, speedKt};
+    MakeAnew();
+    return true;
+}
+
+void ClearDescentWind(std::size_t row) {
+    descentWinds[row] = {};
     MakeAnew();
 }
 
