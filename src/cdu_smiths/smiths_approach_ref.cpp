@@ -59,15 +59,21 @@ bool HasFlaps(const FieldRow& field) {
 }
 
 void ShowFlaps(const FieldRow& field, UnitText& text) {
-    text.Put("%.5s", (performance.*kFlapRows[field.item].flaps).c_str());
+    text.Set("- -");
+    if (HasFlaps(field)) {
+        text.Put("%.5s", (performance.*kFlapRows[field.item].flaps).c_str());
+    }
 }
 
 void ShowVref(const FieldRow& field, UnitText& text) {
-    text = SmithsKnotsText(performance.*kFlapRows[field.item].vref);
+    text = SmithsKnotsText(HasFlaps(field) ? performance.*kFlapRows[field.item].vref : 0);
 }
 
 // Into the scratchpad, to be put on the line of the chosen one.
 EntryResult CopyRow(const FieldRow& field) {
+    if (!HasFlaps(field)) {
+        return EntryResult::None;
+    }
     const FlapRow& row = kFlapRows[field.item];
     smiths.scratchpad = Format("%.5s/%d", (performance.*row.flaps).c_str(), performance.*row.vref);
     return EntryResult::None;
@@ -115,7 +121,7 @@ EntryResult EnterCorrection(const FieldRow&, std::string_view entry) {
 }
 
 constexpr FieldRow Flaps(std::int32_t line, std::int32_t item) {
-    FieldRow field = SmithsField(line, {.show = ShowFlaps, .visible = HasFlaps, .item = item});
+    FieldRow field = SmithsField(line, {.show = ShowFlaps, .item = item});
     field.line = 0;
     field.style = kSmithsData;
     field.valueAt.x = kFlapsX;

@@ -85,7 +85,7 @@ double BearingDownDeg() {
 double FlownAngleDeg() {
     const double speedFpm = ShownAircraft().groundSpeedKt * kFeetPerMinutePerKnot;
     return ShownAircraft().groundSpeedKt > kMovingKt
-               ? PathAngleDeg(-ShownAircraft().verticalSpeedFpm, speedFpm)
+               ? PathAngleDeg(0.0 - ShownAircraft().verticalSpeedFpm, speedFpm)
                : kUnknown;
 }
 

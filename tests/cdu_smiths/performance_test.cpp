@@ -1,0 +1,767 @@
+// The performance, vertical and reference pages: what each line takes and shows, what waits for
+// EXEC, and a flight's entries key by key.
+#include <gmock/gmock.h>
+
+#include <sstream>
+
+#include "base/redraw.h"
+#include "cdu/pilot_entries.h"
+#include "cdu_smiths/fake_smiths.h"
+#include "flightplan/plan_edit.h"
+#include "guidance/activation.h"
+#include "guidance/performance_entries.h"
+#include "guidance/progress.h"
+#include "guidance/vnav.h"
+#include "settings/aircraft_performance.h"
+#include "settings/settings.h"
+#include "support/kept_file.h"
+
+namespace avq1::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr const char* kInvalid = "INVALID ENTRY";
+constexpr const char* kNoDelete = "INVALID DELETE";
+constexpr const char* kUnknown = "NOT IN DATABASE";
+
+class SmithsPerformance : public SmithsTest {
+  protected:
+    SmithsPerformance() {
+        MakeDatabase();
+        SetJet();
+    }
+
+    static void SetJet() {
+        performance.climbIas = 280;
+        performance.climbIasMin = 230;
+        performance.climbIasMax = 310;
+        performance.cruiseIas = 280;
+        performance.cruiseIasMax = 310;
+        performance.descentIas = 270;
+        performance.descentIasMin = 220;
+        performance.descentIasMax = 300;
+        performance.takeoffFlaps = 5;
+        DeriveMachLimits(performance);
+        DeriveSpeeds(performance);
+    }
+
+    // As it is in the morning.
+    void BeginAnew() {
+        ResetModuleState();
+        SimFolder = folder.root().string();
+        avionicsPower = 1;
+        InstallSmiths();
+        SetJet();
+    }
+
+    void Show(SmithsPage page, std::int32_t subPage = 1) {
+        smiths.page = page;
+        for (SubPage& each : smiths.subPage) {
+            each.n = subPage;
+        }
+        RequestUnitRedraw();
+        cdu.Draw();
+    }
+
+    // The value beside a line key.
+    std::string Value(const std::string& line) const {
+        const std::string row = cdu.Data(line[1] - '0');
+        const std::size_t bar = row.rfind('|');
+        return line[0] == 'L' ? row.substr(0, row.find('|'))
+                              : row.substr(bar == std::string::npos ? 0 : bar + 1);
+    }
+
+    // What the per-frame update works out.
+    static void Update() {
+        SetActiveWaypoint(planBook.activeIndex);
+        UpdateDerivedState();
+        UpdateRouteDistance();
+        UpdateTimeToGo();
+        ReplanChangedRoute();
+        RunVerticalGuidance();
+        RefreshPredictions();
+    }
+
+    // Half way up to a cruise altitude that has been planned.
+    void FlyRoute(std::int32_t cruiseFt = 24000) {
+        MakeRoute();
+        aircraft.altitudeFt = 4300;
+        aircraft.verticalSpeedFpm = 1200;
+        aircraft.indicatedAirspeedKt = 230;
+        SetCruiseAltitude(cruiseFt);
+        Update();
+    }
+};
+
+// ---- entries ----
+
+struct EntryCase {
+    SmithsPage page;
+    std::int32_t subPage;
+    const char* line;
+    const char* typed;  // "DEL" presses that key instead
+    const char* answer;
+    const char* shown = "";  // afterwards, when the entry was taken
+};
+
+constexpr EntryCase kEntries[] = {
+    // cruise altitude
+    {kSmithsPerfInit, 1, "R1", "350", "ok", "FL350"},
+    {kSmithsPerfInit, 1, "R1", "35000", "ok", "FL350"},
+    {kSmithsPerfInit, 1, "R1", "9500.9", "ok", " 9500"},
+    {kSmithsPerfInit, 1, "R1", "180", "ok", "18000"},
+    {kSmithsPerfInit, 1, "R1", "600", "ok", "FL600"},
+    {kSmithsPerfInit, 1, "R1", "601", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "1000", "ok", " 1000"},
+    {kSmithsPerfInit, 1, "R1", "0", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "0.4", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "-350", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "FL350", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "350/", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "999999999999999999999999", kInvalid},
+    {kSmithsPerfInit, 1, "R1", "DEL", kNoDelete},
+    // cruise wind
+    {kSmithsPerfInit, 1, "R2", "270/45", "ok", "270 /  45"},
+    {kSmithsPerfInit, 1, "R2", "000/0", "ok", "000 /   0"},
+    {kSmithsPerfInit, 1, "R2", "360/250", "ok", "360 / 250"},
+    {kSmithsPerfInit, 1, "R2", "361/20", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "270/251", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "27/45", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "270/", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "270/-5", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "270/4/5", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "2A0/45", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "27045", kInvalid},
+    {kSmithsPerfInit, 1, "R2", "DEL", kNoDelete},
+    // temperatures
+    {kSmithsPerfInit, 1, "R3", "10", "ok", "10 "},
+    {kSmithsPerfInit, 1, "R3", "-12.4", "ok", "-12"},
+    {kSmithsPerfInit, 1, "R3", "+5", "ok", "5  "},
+    {kSmithsPerfInit, 1, "R3", "-0.2", "ok", "0  "},
+    {kSmithsPerfInit, 1, "R3", "1000", kInvalid},
+    {kSmithsPerfInit, 1, "R3", "INF", kInvalid},
+    {kSmithsPerfInit, 1, "R3", "+-5", kInvalid},
+    {kSmithsPerfInit, 1, "R4", "-56", "ok", "-56"},
+    {kSmithsPerfInit, 1, "R4", "5-6", kInvalid},
+    {kSmithsPerfInit, 1, "R4", "DEL", kNoDelete},
+    // transition altitude
+    {kSmithsPerfInit, 1, "R5", "10000.7", "ok", "10000"},
+    {kSmithsPerfInit, 1, "R5", "500", "ok", "500"},
+    {kSmithsPerfInit, 1, "R5", "0", kInvalid},
+    {kSmithsPerfInit, 1, "R5", "60001", kInvalid},
+    {kSmithsPerfInit, 1, "R5", "FL180", kInvalid},
+    // weights
+    {kSmithsPerfInit, 1, "L1", "140", kInvalid},
+    {kSmithsPerfInit, 1, "L2", "12", kInvalid},
+    {kSmithsPerfInit, 1, "L3", "98.4", "ok", "98.4"},
+    {kSmithsPerfInit, 1, "L3", "999.9", "ok", "999.9"},
+    {kSmithsPerfInit, 1, "L3", "1000", kInvalid},
+    {kSmithsPerfInit, 1, "L3", "0", kInvalid},
+    {kSmithsPerfInit, 1, "L3", "-3", kInvalid},
+    {kSmithsPerfInit, 1, "L3", "98,4", kInvalid},
+    {kSmithsPerfInit, 1, "L3", "DEL", kNoDelete},
+    {kSmithsPerfInit, 1, "L4", "6.5", "ok", "6.5"},
+    {kSmithsPerfInit, 1, "L4", "2000", "ok", "2000.0"},
+    {kSmithsPerfInit, 1, "L4", "2000.1", kInvalid},
+    {kSmithsPerfInit, 1, "L4", "0", kInvalid},
+    {kSmithsPerfInit, 1, "L4", "6.5.1", kInvalid},
+    {kSmithsPerfInit, 1, "L4", "1E3", kInvalid},
+    // cost index
+    {kSmithsPerfInit, 1, "L5", "0", "ok", "  0"},
+    {kSmithsPerfInit, 1, "L5", "00", kInvalid},
+    {kSmithsPerfInit, 1, "L5", "200", "ok", "200"},
+    {kSmithsPerfInit, 1, "L5", "045", "ok", " 45"},
+    {kSmithsPerfInit, 1, "L5", "201", kInvalid},
+    {kSmithsPerfInit, 1, "L5", "-1", kInvalid},
+    {kSmithsPerfInit, 1, "L5", "12.5", kInvalid},
+    {kSmithsPerfInit, 1, "L5", "99999999999999999999", kInvalid},
+    // limits
+    {kSmithsPerfInit, 2, "L1", "5", "ok", ""},
+    {kSmithsPerfInit, 2, "L1", "30", "ok", ""},
+    {kSmithsPerfInit, 2, "L1", "4", kInvalid},
+    {kSmithsPerfInit, 2, "L1", "31", kInvalid},
+    {kSmithsPerfInit, 2, "L1", "10.5", kInvalid},
+    {kSmithsPerfInit, 2, "L2", "200", "ok", "200 /.391"},
+    {kSmithsPerfInit, 2, "L2", "310", kInvalid},
+    {kSmithsPerfInit, 2, "L2", "59", kInvalid},
+    {kSmithsPerfInit, 2, "L2", "200.5", kInvalid},
+    {kSmithsPerfInit, 2, "R2", "320", "ok", "320 / .626"},
+    {kSmithsPerfInit, 2, "R2", "230", kInvalid},
+    {kSmithsPerfInit, 2, "R2", "501", kInvalid},
+    {kSmithsPerfInit, 2, "L3", "240/", kInvalid},
+    {kSmithsPerfInit, 2, "R3", "300", "ok", "300 / .587"},
+    {kSmithsPerfInit, 2, "L4", "210", "ok", "210 /.411"},
+    {kSmithsPerfInit, 2, "R4", "219", kInvalid},
+    // take-off
+    {kSmithsTakeoffRef, 1, "L1", "15", "ok", "15"},
+    {kSmithsTakeoffRef, 1, "L1", "2", kInvalid},
+    {kSmithsTakeoffRef, 1, "L1", "1,5", kInvalid},
+    {kSmithsTakeoffRef, 1, "L1", "5/", kInvalid},
+    {kSmithsTakeoffRef, 1, "R1", "139", "ok", "139 K T"},
+    {kSmithsTakeoffRef, 1, "R2", "300", "ok", "300 K T"},
+    {kSmithsTakeoffRef, 1, "R2", "301", kInvalid},
+    {kSmithsTakeoffRef, 1, "R3", "40", "ok", " 40 K T"},
+    {kSmithsTakeoffRef, 1, "R3", "39", kInvalid},
+    {kSmithsTakeoffRef, 1, "R3", "140.5", kInvalid},
+    {kSmithsTakeoffRef, 1, "L2", "90", kInvalid},
+    {kSmithsTakeoffRef, 1, "L5", "90", kInvalid},
+    // approach
+    {kSmithsApproachRef, 1, "L1", "110.2", "ok", "110.2"},
+    {kSmithsApproachRef, 1, "L1", "1000", kInvalid},
+    {kSmithsApproachRef, 1, "L1", "0", kInvalid},
+    {kSmithsApproachRef, 1, "L1", "DEL", kNoDelete},
+    {kSmithsApproachRef, 1, "R4", "30/143", "ok", "30  143"},
+    {kSmithsApproachRef, 1, "R4", "0/128", "ok", "0  128"},
+    {kSmithsApproachRef, 1, "R4", "100/143", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "-1/143", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "30", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "/143", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "30/", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "30/14/3", kInvalid},
+    {kSmithsApproachRef, 1, "R4", "DEL", kNoDelete},
+    {kSmithsApproachRef, 1, "R5", "0", "ok", " 0 K T"},
+    {kSmithsApproachRef, 1, "R5", "20", "ok", "20 K T"},
+    {kSmithsApproachRef, 1, "R5", "21", kInvalid},
+    {kSmithsApproachRef, 1, "R5", "-1", kInvalid},
+    {kSmithsApproachRef, 1, "R1", "150", kInvalid},
+    // reference data
+    {kSmithsRefNavData, 1, "L1", "NEWPT", "ok", "NEWPT"},
+    {kSmithsRefNavData, 1, "L1", "NEWP", kUnknown},
+    {kSmithsRefNavData, 1, "L1", "NEWPT/", kUnknown},
+    {kSmithsRefNavData, 1, "R1", "TWICE", "ok", "TWICE"},
+    {kSmithsRefNavData, 1, "R1", "NEWPT", kUnknown},
+    {kSmithsRefNavData, 1, "L2", "KBBB", "ok", "KBBB"},
+    {kSmithsRefNavData, 1, "L2", "TWICE", kUnknown},
+    {kSmithsRefNavData, 1, "L1", "DEL", kNoDelete},
+    {kSmithsRefNavData, 1, "R5", "09L", kInvalid},
+    {kSmithsRefNavData, 1, "L3", "A", kInvalid},
+    // position
+    {kSmithsPos, 1, "L2", "KAAA", "ok", "KAAA"},
+    {kSmithsPos, 1, "L2", "ABCDE", kUnknown},
+    {kSmithsPos, 1, "L2", "DEL", kNoDelete},
+    {kSmithsPos, 1, "L3", "A1", kInvalid},
+    {kSmithsPos, 1, "R4", "N3345.5W11154.3", "ok", "N33:45:30 W111:54:18"},
+    {kSmithsPos, 1, "R4", "N3345.5", kInvalid},
+    {kSmithsPos, 1, "R4", "N9145.5W11154.3", kInvalid},
+    {kSmithsPos, 1, "R4", "DEL", kNoDelete},
+    {kSmithsPos, 1, "L5", "1200", kInvalid},
+    {kSmithsPos, 2, "L1", "N3345.5W11154.3", kInvalid},
+    {kSmithsPos, 3, "L1", "1", kInvalid},
+    {kSmithsIdent, 1, "L1", "A", kInvalid},
+    // climb, cruise, descent
+    {kSmithsClimb, 1, "L1", "370", "ok", "FL370"},
+    {kSmithsClimb, 1, "L1", "0", kInvalid},
+    {kSmithsClimb, 1, "L2", "300", "ok", "300 / 0.57"},
+    {kSmithsClimb, 1, "L2", "300/", "ok", "300 / 0.57"},
+    {kSmithsClimb, 1, "L2", ".5", "ok", "264 / 0.50"},
+    {kSmithsClimb, 1, "L2", "/.5", "ok", "264 / 0.50"},
+    {kSmithsClimb, 1, "L2", "300/.57", kInvalid},
+    {kSmithsClimb, 1, "L2", "229", kInvalid},
+    {kSmithsClimb, 1, "L2", "311", kInvalid},
+    {kSmithsClimb, 1, "L2", "250.5", kInvalid},
+    {kSmithsClimb, 1, "L2", "/", kInvalid},
+    {kSmithsClimb, 1, "L2", ".99", kInvalid},
+    {kSmithsClimb, 1, "L2", "/280", kInvalid},
+    {kSmithsClimb, 1, "L2", "ABC", kInvalid},
+    {kSmithsClimb, 1, "L3", "250/10000", "ok", "250 / 10000"},
+    {kSmithsClimb, 1, "L3", "250/100", "ok", "250 / 10000"},
+    {kSmithsClimb, 1, "L3", "250", kInvalid},
+    {kSmithsClimb, 1, "L3", "250/", kInvalid},
+    {kSmithsClimb, 1, "L3", "/10000", kInvalid},
+    {kSmithsClimb, 1, "L3", "99/10000", kInvalid},
+    {kSmithsClimb, 1, "L3", "401/10000", kInvalid},
+    {kSmithsClimb, 1, "L3", "250/-100", kInvalid},
+    {kSmithsClimb, 1, "L3", "DEL", kNoDelete},
+    {kSmithsClimb, 1, "R1", "1", kInvalid},
+    {kSmithsClimb, 1, "L6", "1", kInvalid},
+    {kSmithsCruise, 1, "L1", "310", "ok", "FL310"},
+    {kSmithsCruise, 1, "L2", "230", "ok", "230 / 0.45"},
+    {kSmithsCruise, 1, "L2", "311", kInvalid},
+    {kSmithsCruise, 1, "R6", "1", kInvalid},
+    {kSmithsDescent, 1, "L2", "300", "ok", "300 / 0.59"},
+    {kSmithsDescent, 1, "L2", "219", kInvalid},
+    {kSmithsDescent, 1, "L3", "240/9000", "ok", "240 / 9000 "},
+    {kSmithsDescent, 1, "L1", "1000", kInvalid},
+    // forecasts
+    {kSmithsForecasts, 1, "L1", "110", "ok", "FL110"},
+    {kSmithsForecasts, 1, "L1", "FL", kInvalid},
+    {kSmithsForecasts, 1, "R1", "200/100", "ok", "FL200 / FL100"},
+    {kSmithsForecasts, 1, "R1", "200", kInvalid},
+    {kSmithsForecasts, 1, "R1", "200/", kInvalid},
+    {kSmithsForecasts, 1, "R1", "DEL", kNoDelete},
+    {kSmithsForecasts, 1, "L2", "450", "ok", "450 F P M"},
+    {kSmithsForecasts, 1, "L2", "0", kInvalid},
+    {kSmithsForecasts, 1, "L2", "10000", kInvalid},
+    {kSmithsForecasts, 1, "R2", "-5/1013", "ok", "-5 / 1013"},
+    {kSmithsForecasts, 1, "R2", "5/899", kInvalid},
+    {kSmithsForecasts, 1, "R2", "100/1013", kInvalid},
+    {kSmithsForecasts, 1, "R2", "5", kInvalid},
+    {kSmithsForecasts, 1, "L3", "340", "ok", "FL340"},
+    {kSmithsForecasts, 1, "L4", "61000", kInvalid},
+    {kSmithsForecasts, 1, "R3", "270/60", "ok", "270 /  60"},
+    {kSmithsForecasts, 1, "R5", "270/6A", kInvalid},
+    {kSmithsForecasts, 1, "R5", "DEL", kNoDelete},
+    {kSmithsForecasts, 1, "L6", "1", kInvalid},
+};
+
+TEST_F(SmithsPerformance, EachLineTakesWhatItMayAndRefusesTheRest) {
+    for (const EntryCase& row : kEntries) {
+        SCOPED_TRACE(std::to_string(row.page) + " " + row.line + " " + row.typed);
+        BeginAnew();
+        if (row.page == kSmithsRefNavData || row.page == kSmithsPos) {
+            LoadNavDatabase();
+        }
+        Show(row.page, row.subPage);
+        const std::vector<std::string> screen = cdu.Rows();
+        std::string answer;
+        if (row.typed == std::string("DEL")) {
+            cdu.Press(std::string("DEL ") + row.line);
+            answer = smiths.message;
+        } else {
+            answer = Enter(row.typed, row.line);
+        }
+        EXPECT_EQ(answer, row.answer);
+        if (row.answer != std::string("ok")) {
+            smiths.scratchpad.clear();
+            smiths.message.clear();
+            RequestUnitRedraw();
+            cdu.Draw();
+            EXPECT_EQ(cdu.Rows(), screen) << "a refusal changes nothing";
+        } else if (*row.shown != '\0') {
+            EXPECT_EQ(Value(row.line), row.shown);
+        }
+    }
+}
+
+TEST_F(SmithsPerformance, DeleteTakesAnEntryAway) {
+    const struct {
+        SmithsPage page;
+        const char* line;
+        const char* typed;
+        const char* without;
+    } kCases[] = {
+        {kSmithsPerfInit, "R2", "270/45", "- - - / - - -"},
+        {kSmithsPerfInit, "R3", "10", "- - -"},
+        {kSmithsPerfInit, "R4", "-40", "- - -"},
+        {kSmithsPerfInit, "L3", "98.4", "- - - . -"},
+        {kSmithsApproachRef, "L1", "98.4", "- - - . -"},
+        {kSmithsApproachRef, "R4", "30/143", "- -  - - -"},
+        {kSmithsClimb, "L3", "250/10000", "- - - / - - - - -"},
+        {kSmithsDescent, "L3", "250/10000", "- - - / - - - - -"},
+        {kSmithsForecasts, "R1", "200/100", "- - - / - - -"},
+        {kSmithsForecasts, "L2", "400", "- - - -"},
+        {kSmithsForecasts, "R2", "5/1013", "- - / - - - -"},
+        {kSmithsForecasts, "L3", "340", "- - - - -"},
+        {kSmithsForecasts, "R4", "270/60", "- - - / - - -"},
+        {kSmithsRefNavData, "R1", "TWICE", "- - - - -"},
+        {kSmithsPos, "L2", "KAAA", "- - - - -"},
+        {kSmithsPos, "R4", "N3345.5W11154.3", "- - - - - - - -"},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(std::string(row.line) + " " + row.typed);
+        Show(row.page);
+        ASSERT_EQ(Enter(row.typed, row.line), "ok");
+        ASSERT_NE(Value(row.line), row.without);
+        cdu.Press(std::string("DEL ") + row.line);
+        EXPECT_EQ(Value(row.line), row.without);
+        EXPECT_EQ(cdu.Bottom(), "");
+    }
+}
+
+TEST_F(SmithsPerformance, WeightsAreInTheSettingsUnitAndTheSameEverywhere) {
+    simulator.variables[306] = 6.7;  // a gallon's weight
+    simulator.variables[291] = simulator.variables[297] = 8388608;
+    simulator.variables[292] = simulator.variables[298] = 1000;
+    Show(kSmithsPerfInit);
+    EXPECT_EQ(Value("L1"), "- - - . - / - - . -") << "without a data service nothing is known";
+    EXPECT_EQ(Value("L2"), "13.4");
+    ASSERT_EQ(Enter("98.6", "L3"), "ok");
+    ASSERT_EQ(Enter("4.2", "L4"), "ok");
+    EXPECT_EQ(Value("L1"), "112.0 / - - . -");
+    EXPECT_EQ(unit.After("FUEL FUEL FUEL FUEL FUEL FUEL").back(), "GROSS WEIGHT|112000");
+    EXPECT_THAT(unit.After("FUEL"), ::testing::Contains(HasSubstr("  4200")));
+    settings.WeightUnit = "KGS";
+    Show(kSmithsPerfInit);
+    EXPECT_EQ(Value("L1"), "50.8 / - - . -");
+    EXPECT_EQ(Value("L2"), "6.1");
+    ASSERT_EQ(Enter("45", "L3"), "ok");
+    EXPECT_NEAR(pilotEntries.zeroFuelLb, 99208.018, 0.001);
+    EXPECT_EQ(Enter("907.2", "L3"), kInvalid) << "more than 2,000,000 lb";
+    Show(kSmithsApproachRef);
+    EXPECT_EQ(Value("L1"), "51.1") << "the gross weight while none is typed";
+}
+
+TEST_F(SmithsPerformance, TheTemperatureThatWasTypedStays) {
+    Show(kSmithsPerfInit);
+    ASSERT_EQ(Enter("350", "R1"), "ok");
+    ASSERT_EQ(Enter("10", "R3"), "ok");
+    EXPECT_EQ(Value("R4"), "-44");
+    ASSERT_EQ(Enter("310", "R1"), "ok");
+    EXPECT_EQ(Value("R3"), "10 ");
+    EXPECT_EQ(Value("R4"), "-36");
+    ASSERT_EQ(Enter("-46.4", "R4"), "ok");
+    EXPECT_EQ(Value("R3"), "0  ");
+    ASSERT_EQ(Enter("350", "R1"), "ok");
+    EXPECT_EQ(Value("R3"), "8  ");
+    EXPECT_EQ(Value("R4"), "-46");
+}
+
+TEST_F(SmithsPerformance, TheTransitionAltitudeIsOneForBothUnits) {
+    Show(kSmithsPerfInit);
+    ASSERT_EQ(Enter("9000", "R5"), "ok");
+    ASSERT_EQ(Enter("95", "R1"), "ok");
+    EXPECT_EQ(Value("R1"), "FL095");
+    MakePlan();
+    EXPECT_THAT(unit.After("VNAV L5 ENTER"), ::testing::Contains("TRANS LEVEL|  9000"));
+    Show(kSmithsForecasts);
+    EXPECT_EQ(Value("L1"), "FL090");
+}
+
+// ---- pages that show what is known ----
+
+TEST_F(SmithsPerformance, IdentAndReferencesComeFromTheAircraftsFile) {
+    Show(kSmithsIdent);
+    EXPECT_EQ(Value("L1"), "- - - - - -");
+    EXPECT_EQ(Value("R1"), "- - K");
+    Show(kSmithsApproachRef);
+    EXPECT_EQ(cdu.Data(2), "- -|- - -") << "no flap settings in the file, no speeds";
+    ApplyAircraftText(
+        "ModelId=DEMO-JET\nEngThrust=26\nV1=139\nVR=142\nV2=149\nTOFLAPS=5\nLDGFLAPS=30\n"
+        "APPRFLAPSMIN=15\nAPPRFLAPSMID=30\nVREFMIN=152\nVREFMID=143\nVREF=143\n",
+        performance);
+    DatabaseCycle = "AIRAC 1401";
+    DatabaseValidity = "JAN17FEB14/08";
+    Show(kSmithsIdent);
+    EXPECT_EQ(cdu.Data(1), "DEMO-JET|26 K");
+    EXPECT_EQ(cdu.Data(2), "AIRAC 1401|JAN17FEB14/08");
+    EXPECT_EQ(cdu.Data(4), "296485 - 11 - 07      (V01.4)");
+    EXPECT_EQ(cdu.Data(6), "<INDEX|POS  INIT>");
+    Show(kSmithsTakeoffRef);
+    EXPECT_EQ(cdu.Data(1), "5|139 K T");
+    EXPECT_EQ(cdu.Label(2), "26 K   N 1|V R");
+    EXPECT_EQ(Value("R3"), "149 K T");
+    EXPECT_EQ(cdu.Label(4), "P R E     F L T   S T A T U S");
+    Show(kSmithsApproachRef);
+    EXPECT_EQ(cdu.Data(1), "- - - . -|15|152 K T");
+    EXPECT_EQ(cdu.Data(2), "30|143 K T");
+    EXPECT_EQ(cdu.Data(3), "- -|- - -");
+    EXPECT_EQ(cdu.Data(4), "30  143");
+    cdu.Press("R1");
+    EXPECT_EQ(cdu.Bottom(), "15/152");
+    cdu.Press("R4");
+    EXPECT_EQ(Value("R4"), "15  152");
+    FlyRoute();
+    pilotEntries.zeroFuelLb = 100000;
+    Show(kSmithsTakeoffRef);
+    EXPECT_EQ(cdu.Label(4), "P R E     F L T   C O M P L E T E");
+}
+
+TEST_F(SmithsPerformance, PositionsAreCopiedAsTheyAreTyped) {
+    aircraft.latitude = -33.758333;
+    aircraft.longitude = -5.0;
+    simulator.variables[8] = 31;
+    Show(kSmithsPos);
+    EXPECT_EQ(cdu.Title(), "POS   INIT|1 / 3");
+    EXPECT_EQ(Value("R1"), "S33:45:29 W05:00:00");
+    cdu.Press("R1 R4");
+    EXPECT_EQ(Value("R4"), "S33:45:30 W05:00:00");
+    ASSERT_EQ(Enter("KBBB", "L2"), "ok");
+    EXPECT_EQ(Value("R2"), "N00:00:00 E07:00:00");
+    ASSERT_EQ(Enter("A12345", "L3"), kInvalid);
+    smiths.message.clear();
+    ASSERT_EQ(Enter("A12", "L3"), "ok");
+    EXPECT_EQ(Value("L3"), "A12");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_EQ(cdu.Title(), "POS  REF|2 / 3");
+    EXPECT_EQ(cdu.Data(1), "S33:45:29 W05:00:00|240 K T");
+    EXPECT_EQ(cdu.Data(5), "- - - - - - - -");
+    aircraft.nav1DmeNm = 12;
+    cdu.Press("NEXT_PAGE PREV_PAGE");
+    EXPECT_EQ(cdu.Data(5), "S33:45:29 W05:00:00");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_EQ(cdu.Title(), "POS  SHIFT|3 / 3");
+}
+
+TEST_F(SmithsPerformance, ReferenceDataShowsEachPointOfTheName) {
+    aircraft.latitude = 1.5;
+    aircraft.longitude = 2;
+    aircraft.magneticVariation = -3;
+    Show(kSmithsRefNavData);
+    ASSERT_EQ(Enter("TWICE", "R1"), "ok");
+    EXPECT_EQ(cdu.Title(), "REF  NAV  DATA|1 / 2") << "the nearest first";
+    EXPECT_EQ(cdu.Data(3), "N01:00:00|E02:00:00");
+    EXPECT_EQ(cdu.Data(2), "- - - - -|113.90");
+    EXPECT_EQ(cdu.Data(4), "W03|003 / 30.0");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_EQ(cdu.Title(), "REF  NAV  DATA|2 / 2");
+    EXPECT_EQ(cdu.Data(2), "- - - - -|385");
+    EXPECT_EQ(Value("L4"), "- - -") << "its variation is not known";
+    ASSERT_EQ(Enter("KBBB", "L2"), "ok");
+    EXPECT_EQ(cdu.Data(1), "- - - - -|- - - - -");
+    EXPECT_EQ(cdu.Data(2), "KBBB|1234 FT");
+    EXPECT_EQ(cdu.Label(5), "R U N W A Y   09L");
+    EXPECT_EQ(Value("R5"), "9000FT 2743 M");
+    cdu.Press("R5");
+    EXPECT_EQ(cdu.Label(5), "R U N W A Y   27R");
+    EXPECT_EQ(Enter("33", "R5"), kUnknown);
+    smiths.message.clear();
+    EXPECT_EQ(Enter("09L", "R5"), "ok");
+    EXPECT_EQ(cdu.Label(5), "R U N W A Y   09L");
+    cdu.Press("R6");
+    EXPECT_EQ(smiths.page, kSmithsNavStatus);
+    EXPECT_EQ(smiths.Counter(SmithsCounter::NavStatus).n, 2);
+}
+
+// ---- what waits for EXEC ----
+
+TEST_F(SmithsPerformance, BeforeARouteIsFlownEntriesHoldAtOnce) {
+    Show(kSmithsPerfInit);
+    ASSERT_EQ(Enter("330", "R1"), "ok");
+    EXPECT_EQ(planBook.cruiseAltitudeFt, 33000);
+    EXPECT_EQ(planBook.status, RouteStatus::None);
+    ASSERT_EQ(Enter("100", "L5"), "ok");
+    EXPECT_EQ(performance.climbIas, 270);
+    EXPECT_EQ(performance.cruiseIas, 270);
+    EXPECT_EQ(performance.descentIas, 260);
+    EXPECT_NEAR(performance.descentTas, IndicatedToTrue(260, 13000), 0.001);
+    Show(kSmithsClimb);
+    cdu.Press("L6");
+    EXPECT_EQ(performance.climbIas, 230);
+}
+
+TEST_F(SmithsPerformance, ACruiseChangeWaitsForExec) {
+    FlyRoute(24000);
+    const double topNm = ActivePredictions().topOfClimb.distanceNm;
+    cdu.Press("CRZ");
+    EXPECT_EQ(cdu.Title(), "ACT|ECON  CRZ|1 / 1");
+    EXPECT_EQ(Value("L1"), "FL240");
+    cdu.Press("=310 L1");
+    EXPECT_EQ(cdu.Title(), "MOD|ECON  CRZ|1 / 1");
+    EXPECT_EQ(Value("L1"), "FL310");
+    EXPECT_TRUE(SmithsExecLit());
+    EXPECT_EQ(vnav.cruiseAltitude, 24000);
+    EXPECT_EQ(ActivePredictions().topOfClimb.distanceNm, topNm);
+    EXPECT_GT(ModifiedPredictions().topOfClimb.distanceNm, topNm + 10);
+    EXPECT_EQ(ModifiedPredictions().cruiseAltitudeFt, 31000);
+    cdu.Press("INIT_REF");
+    EXPECT_EQ(cdu.Title(), "MOD|PERF  INIT| 1 /  2");
+    EXPECT_EQ(Value("R1"), "FL310");
+    const double waitingNm = ModifiedPredictions().topOfClimb.distanceNm;
+    cdu.Press("EXEC");
+    Update();
+    EXPECT_FALSE(SmithsExecLit());
+    EXPECT_EQ(vnav.cruiseAltitude, 31000);
+    EXPECT_NEAR(ActivePredictions().topOfClimb.distanceNm, waitingNm, 0.1);
+    EXPECT_THAT(unit.After("VNAV L5 ENTER"), ::testing::Contains("CRUISE ALT| 31000"));
+    cdu.Press("CLB =350 L1");
+    EXPECT_EQ(Value("L1"), "FL350");
+    DropModification();
+    cdu.Draw();
+    EXPECT_EQ(Value("L1"), "FL310") << "what was erased is gone";
+    cdu.Press("=330 L1 EXEC");
+    EXPECT_EQ(vnav.cruiseAltitude, 33000);
+}
+
+TEST_F(SmithsPerformance, SpeedModesWaitForExecAndGoBackToEconomy) {
+    FlyRoute();
+    const struct {
+        const char* page;
+        const char* line;
+        std::int32_t AircraftPerformance::*ias;
+        std::int32_t chosen;
+        const char* prompt;
+        const char* back;
+    } kCases[] = {
+        {"CLB", "L5", &AircraftPerformance::climbIas, 270, "< MAX   RATE", "< ECON"},
+        {"CLB", "L6", &AircraftPerformance::climbIas, 230, "< MAX   ANGLE", "< ECON"},
+        {"CRZ", "L6", &AircraftPerformance::cruiseIas, 270, "< LRC", "< ECON"},
+        {"DES", "R4", &AircraftPerformance::descentIas, 300, "SPEED >", "ECON >"},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.prompt);
+        const std::int32_t before = performance.*row.ias;
+        cdu.Press(row.page);
+        EXPECT_EQ(Value(row.line), row.prompt);
+        cdu.Press(row.line);
+        EXPECT_EQ(performance.*row.ias, before);
+        EXPECT_EQ(Value(row.line), row.back);
+        EXPECT_THAT(Value("L2"), ::testing::StartsWith(std::to_string(row.chosen)));
+        cdu.Press("EXEC");
+        EXPECT_EQ(performance.*row.ias, row.chosen);
+        EXPECT_EQ(Value(row.line), row.back);
+        cdu.Press(std::string(row.line) + " EXEC");
+        EXPECT_EQ(performance.*row.ias, before);
+        EXPECT_EQ(Value(row.line), row.prompt);
+    }
+}
+
+TEST_F(SmithsPerformance, TypedSpeedsAndTheCostIndexAreFlownAfterExec) {
+    FlyRoute();
+    cdu.Press("CLB =300 L2 =240/8000 L3 DES =280 L2");
+    EXPECT_EQ(performance.climbIas, 280);
+    EXPECT_EQ(performance.climbSpeedRestriction, 0);
+    cdu.Press("EXEC");
+    EXPECT_EQ(performance.climbIas, 300);
+    EXPECT_NEAR(performance.climbTas, IndicatedToTrue(300, 13000), 0.001);
+    EXPECT_EQ(performance.climbSpeedRestriction, 240);
+    EXPECT_EQ(performance.climbRestrictionAltitude, 8000);
+    EXPECT_EQ(performance.descentIas, 280);
+    cdu.Press("INIT_REF =200 L5");
+    EXPECT_EQ(Value("L5"), "200");
+    EXPECT_EQ(performance.costIndex, -1);
+    cdu.Press("CRZ");
+    EXPECT_THAT(Value("L2"), ::testing::StartsWith("310"));
+    cdu.Press("EXEC");
+    EXPECT_EQ(performance.cruiseIas, 310);
+    EXPECT_EQ(performance.climbIas, 300) << "typed, not by the cost index";
+    cdu.Press("CLB DEL L3 EXEC");
+    EXPECT_EQ(performance.climbSpeedRestriction, 0);
+}
+
+TEST_F(SmithsPerformance, AChangedSpeedGoesToTheAutopilotByExec) {
+    FlyRoute();
+    guidance.vnavEngaged = 1;
+    Update();
+    simulator.events.clear();
+    cdu.Press("CLB =305 L2");
+    Update();
+    EXPECT_EQ(simulator.CountEvents(66037), 0);
+    cdu.Press("EXEC");
+    Update();
+    EXPECT_THAT(simulator.events, ::testing::Contains(::testing::Pair(66037, 305U)));
+}
+
+TEST_F(SmithsPerformance, ThePauseNeedsTheSettingsLeave) {
+    FlyRoute();
+    cdu.Press("CRZ R6");
+    EXPECT_EQ(cdu.Bottom(), kInvalid);
+    settings.ArmPauseAtTod = 1;
+    cdu.Press("CLR");
+    EXPECT_EQ(Value("R6"), "Pause at TOD (OFF)  >");
+    cdu.Press("R6");
+    EXPECT_EQ(Value("R6"), "Pause at TOD (ON) >");
+    EXPECT_EQ(vnav.pauseArmed, 1);
+    EXPECT_EQ(planBook.status, RouteStatus::Active) << "nothing waits for EXEC";
+    cdu.Press("R6");
+    EXPECT_EQ(vnav.pauseArmed, 0);
+}
+
+// ---- values ----
+
+TEST_F(SmithsPerformance, ClimbAndDescentTellWhatComesNext) {
+    FlyRoute(24000);
+    cdu.Press("CLB");
+    const PredictedPoint& next = ActivePredictions().entries[1];
+    EXPECT_EQ(cdu.Label(1), "C R Z    A L T|T O    ABCDE");
+    EXPECT_EQ(Value("R1"), Format("%sZ/%.0f NM", ClockTenthsText(next.zuluMinutes / 60).c_str(),
+                                  next.distanceNm));
+    const PredictedPoint& top = ActivePredictions().topOfClimb;
+    EXPECT_EQ(Value("R2"),
+              Format("%sZ / %.1f", ClockTenthsText(top.zuluMinutes / 60).c_str(), top.distanceNm));
+    settings.DispETALocalTime = 1;
+    RequestUnitRedraw();
+    cdu.Draw();
+    EXPECT_THAT(Value("R2"), HasSubstr("L / "));
+    EditActivePlan([](FlightPlan& plan) {
+        return SetCrossing(plan, 1, {.altitudeFt = 9000}) &&
+               SetCrossing(plan, 6, {.altitudeFt = 3000, .constraint = kCrossAtOrAbove});
+    });
+    Update();
+    cdu.Press("CLB");
+    EXPECT_EQ(cdu.Label(1), "C R Z    A L T|A T   ABCDE");
+    cdu.Press("DES");
+    EXPECT_EQ(cdu.Label(1), "E / D    A L T|T O   T / D");
+    EXPECT_EQ(Value("R3"), "- - - - -");
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    vnav.pathAltitude = 4000;
+    vnav.targetAltitude = 3000;
+    vnav.distanceToTarget = 10;
+    vnav.requiredFpm = 650;
+    aircraft.verticalSpeedFpm = -1000;
+    RefreshPredictions();
+    cdu.Press("CLB DES");
+    EXPECT_EQ(Value("R3"), "  300 HI");
+    EXPECT_EQ(Value("L4"), "2.4   1.2      650");
+    vnav.pathAltitude = 4500;
+    cdu.Press("CLB DES");
+    EXPECT_EQ(Value("R3"), "  200 LO");
+}
+
+TEST_F(SmithsPerformance, WindsOfTheDescentSlowItDown) {
+    FlyRoute(24000);
+    const double calm = ActivePredictions().destination.minutes;
+    const double cruiseCalm = ActivePredictions().topOfDescent.minutes;
+    Show(kSmithsForecasts);
+    ASSERT_EQ(Enter("100/", "L3"), kInvalid);
+    smiths.message.clear();
+    cdu.Press("CLR CLR CLR CLR =100 L3 =090/60 R3");
+    RefreshPredictions();
+    EXPECT_NEAR(ActivePredictions().topOfDescent.minutes, cruiseCalm, 0.01);
+    const double steady = ActivePredictions().destination.minutes;
+    EXPECT_GT(steady, calm + 1);
+    cdu.Press("=240 L4 =090/0 R4");
+    RefreshPredictions();
+    const double fading = ActivePredictions().destination.minutes;
+    EXPECT_LT(fading, steady - 0.3) << "calm above, windy below";
+    EXPECT_GT(fading, calm + 0.3);
+    cdu.Press("DEL L3 DEL L4");
+    RefreshPredictions();
+    EXPECT_NEAR(ActivePredictions().destination.minutes, calm, 0.01);
+}
+
+// ---- how the pages look ----
+
+TEST_F(SmithsPerformance, PagesReadAsWhenLastLookedAt) {
+    constexpr struct {
+        const char* name;
+        SmithsPage page;
+        std::int32_t subPages = 1;
+        bool vertical = false;  // looked at in each phase
+    } kPages[] = {{"IDENT", kSmithsIdent},
+                  {"POS", kSmithsPos, 3},
+                  {"PERF INIT", kSmithsPerfInit, 2},
+                  {"TAKEOFF REF", kSmithsTakeoffRef},
+                  {"APPROACH REF", kSmithsApproachRef},
+                  {"REF NAV DATA", kSmithsRefNavData},
+                  {"CLB", kSmithsClimb, 1, true},
+                  {"CRZ", kSmithsCruise, 1, true},
+                  {"DES", kSmithsDescent, 1, true},
+                  {"DES FORECASTS", kSmithsForecasts}};
+    std::ostringstream now;
+    const auto look = [&](const char* state, bool verticalOnly = false) {
+        for (const auto& row : kPages) {
+            for (std::int32_t n = 1; n <= row.subPages && (row.vertical || !verticalOnly); ++n) {
+                Show(row.page, n);
+                now << "# " << state << ", " << row.name << ' ' << n << '\n';
+                for (const DrawnText& text : cdu.Texts()) {
+                    now << Format("%3d %2d |", static_cast<int>(text.y),
+                                  static_cast<int>(text.pixelSize))
+                        << text.text << '\n';
+                }
+            }
+        }
+    };
+    look("cold");
+    performance.modelId = "DEMO-JET";
+    performance.engineThrust = 26;
+    performance.v1 = 139;
+    performance.approachFlapsMid = "30";
+    performance.vref = 143;
+    pilotEntries.zeroFuelLb = 98600;
+    FlyRoute();
+    Show(kSmithsRefNavData);
+    Enter("KBBB", "L2");
+    look("climbing");
+    cdu.Press("CLB =300 L2 =240/8000 L3");
+    look("a change waits", true);
+    cdu.Press("EXEC");
+    Update();
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    Update();
+    look("descending", true);
+    ExpectAsKept(now.str(), "cdu_smiths/performance.txt");
+}
+
+}  // namespace
+}  // namespace avq1::test
