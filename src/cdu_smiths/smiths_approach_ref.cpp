@@ -129,9 +129,7 @@ constexpr FieldRow Flaps(std::int32_t line, std::int32_t item) {
 }
 
 constexpr FieldRow Vref(std::int32_t line, std::int32_t item, const char* label = "") {
-    return SmithsField(
-        line,
-        {.label = label, .show = ShowVref, .visible = HasFlaps, .press = CopyRow, .item = item});
+    return SmithsField(line, {.label = label, .show = ShowVref, .press = CopyRow, .item = item});
 }
 
 constexpr FieldRow kFields[] = {
