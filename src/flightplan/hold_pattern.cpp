@@ -80,6 +80,10 @@ std::int32_t HoldNumberAt(std::int32_t fixIndex) {
     return 0;
 }
 
+const HoldShape& PendingShape(const HoldPattern& hold) {
+    return hold.shapeIsPending ? hold.pendingShape : hold;
+}
+
 void PutHoldFirst(std::int32_t number) {
     const auto first = holdList.holds.begin() + 1;
     std::rotate(first, first + number - 1, first + number);
@@ -154,6 +158,7 @@ void RenumberPendingHolds(std::int32_t from, std::int32_t to) {
 void CopyHoldsToPending() {
     for (std::int32_t i = 1; i <= holdList.count; ++i) {
         holdList.holds[i].pendingFixIndex = holdList.holds[i].fixIndex;
+        holdList.holds[i].shapeIsPending = false;
     }
     RemoveRecordsIf(BelongsToNoPlan);
 }
@@ -164,6 +169,8 @@ void ExecutePendingHolds() {
         HoldPattern& hold = holdList.holds[i];
         hold.fixIndex = hold.pendingFixIndex;
         hold.pendingFixIndex = 0;
+        static_cast<HoldShape&>(hold) = HoldShape(PendingShape(hold));
+        hold.shapeIsPending = false;
     }
 }
 

@@ -34,17 +34,26 @@ struct HoldCorner {
     std::string name;
 };
 
-struct HoldPattern {
-    std::int32_t fixIndex = 0;  // in the active plan; 0 = none
-    // In the modified plan; 0 = none, kHoldRemoved = taken out there, goes when the plan is
-    // executed.
-    std::int32_t pendingFixIndex = 0;
+// How a hold is flown.
+struct HoldShape {
     HoldTurn turnDirection = HoldTurn::Right;
     double legDistanceNm = 0;
     double legMinutes = 1.0;
     double inboundCourseMag = 0;
     std::int32_t legByTime = 1;
-    std::int32_t exitAutomatic = 0;     // 1 = left after one circuit
+    std::int32_t exitAutomatic = 0;  // 1 = left after one circuit
+
+    friend bool operator==(const HoldShape&, const HoldShape&) = default;
+};
+
+struct HoldPattern : HoldShape {
+    std::int32_t fixIndex = 0;  // in the active plan; 0 = none
+    // In the modified plan; 0 = none, kHoldRemoved = taken out there, goes when the plan is
+    // executed.
+    std::int32_t pendingFixIndex = 0;
+    // The modification flies it as `pendingShape`; else both plans fly it alike.
+    bool shapeIsPending = false;
+    HoldShape pendingShape = {};
     std::array<HoldCorner, 5> corners;  // 0 is the fix
 };
 
@@ -74,6 +83,9 @@ bool AddHold(const HoldPattern& hold);
 // The number of the hold at this entry of the active plan; 0 without one.
 std::int32_t HoldNumberAt(std::int32_t fixIndex);
 
+// How the modified plan flies the hold.
+const HoldShape& PendingShape(const HoldPattern& hold);
+
 // Makes hold `number`, which exists, the first; those before it move back by one.
 void PutHoldFirst(std::int32_t number);
 
@@ -92,8 +104,9 @@ void RenumberHolds(std::int32_t from, std::int32_t to);
 void RenumberPendingHolds(std::int32_t from, std::int32_t to);
 // A modification starts anew from the active plan; holds that only the old one had are dropped.
 void CopyHoldsToPending();
-// Every positive pendingFixIndex becomes the fixIndex and is cleared. Holds that the modified plan
-// does not have go with the plan they belonged to.
+// Every positive pendingFixIndex becomes the fixIndex and is cleared, and what the modification
+// changed of a hold is flown from now on. Holds that the modified plan does not have go with the
+// plan they belonged to.
 void ExecutePendingHolds();
 
 }  // namespace avq1

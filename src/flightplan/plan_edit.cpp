@@ -391,6 +391,26 @@ bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold) {
     return true;
 }
 
+bool ReshapeHold(FlightPlan& plan, std::int32_t number, const HoldShape& shape) {
+    if (number < 1 || number > holdList.count) {
+        return false;
+    }
+    HoldPattern& hold = holdList.holds[static_cast<std::size_t>(number)];
+    const bool active = IsActivePlan(plan);
+    const std::int32_t fix = active ? hold.fixIndex : hold.pendingFixIndex;
+    if (fix < 1 || !plan.Holds(fix)) {
+        return false;
+    }
+    if (active) {
+        static_cast<HoldShape&>(hold) = shape;
+    } else {
+        hold.pendingShape = shape;
+        hold.shapeIsPending = true;
+    }
+    NoteEdit(plan);
+    return true;
+}
+
 bool SetCrossing(FlightPlan& plan, std::int32_t index, const Crossing& crossing) {
     if (!plan.Holds(index) || !HasPosition(plan.entries[index])) {
         return false;

@@ -356,6 +356,35 @@ TEST_F(PlanEdit, HoldDeletedInAModificationIsFlownUntilItIsExecuted) {
     }
 }
 
+TEST_F(PlanEdit, HoldChangedInAModificationIsFlownSoOnceItIsExecuted) {
+    for (const bool executed : {true, false}) {
+        ResetModuleState();
+        SetPlan(activePlan, "KJFK >AAA BBB@ CCC KBOS");
+        CopyActiveToModified();
+        HoldShape shape;
+        shape.inboundCourseMag = 123;
+        shape.turnDirection = HoldTurn::Left;
+        EXPECT_FALSE(ReshapeHold(modifiedPlan, 0, shape));
+        EXPECT_FALSE(ReshapeHold(modifiedPlan, 2, shape));
+        EXPECT_FALSE(ReshapeHold(previewPlan, 1, shape));
+        ASSERT_TRUE(ReshapeHold(modifiedPlan, 1, shape));
+        const HoldPattern& hold = holdList.holds[1];
+        EXPECT_EQ(hold.inboundCourseMag, 0);
+        EXPECT_EQ(PendingShape(hold), shape);
+        if (executed) {
+            ExecutePendingHolds();
+            EXPECT_FALSE(hold.shapeIsPending);
+        } else {
+            CopyActiveToModified();  // given up
+        }
+        EXPECT_EQ(hold.inboundCourseMag, executed ? 123 : 0);
+        EXPECT_EQ(PendingShape(hold), static_cast<const HoldShape&>(hold));
+        shape.legByTime = 0;
+        EXPECT_TRUE(ReshapeHold(activePlan, 1, shape));
+        EXPECT_EQ(hold.legByTime, 0);
+    }
+}
+
 TEST_F(PlanEdit, DeletingAHoldMovesTheOthersUp) {
     const struct {
         std::int32_t fix;
