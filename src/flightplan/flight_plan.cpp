@@ -25,12 +25,13 @@ const StateReset resetPlans([] {
 }  // namespace
 
 FlightPlan::FlightPlan(const FlightPlan& other)
-    : entries_(other.entries_), lastIndex_(other.lastIndex_) {}
+    : entries_(other.entries_), lastIndex_(other.lastIndex_), procedures_(other.procedures_) {}
 
 FlightPlan& FlightPlan::operator=(const FlightPlan& other) {
     ++revision_;
     std::copy_n(other.entries_.begin(), other.lastIndex_ + 1, entries_.begin());
     lastIndex_ = other.lastIndex_;
+    procedures_ = other.procedures_;
     return *this;
 }
 
@@ -40,10 +41,18 @@ PlanWaypoint& FlightPlan::Edit(std::int32_t index) {
     return entries_[static_cast<std::size_t>(index)];
 }
 
+PlanProcedures& FlightPlan::EditProcedures() {
+    ++revision_;
+    return procedures_;
+}
+
 void FlightPlan::CutTo(std::int32_t last) {
     assert(last >= -1 && last <= lastIndex_);
     ++revision_;
     lastIndex_ = last;
+    if (last < 0) {
+        procedures_ = {};
+    }
 }
 
 void FlightPlan::Append(PlanWaypoint entry) {

@@ -58,6 +58,21 @@ inline bool HasSpeedRestriction(const PlanWaypoint& entry) {
     return entry.altitudeConstraint != kNoCrossing || entry.speedConstraint != 0;
 }
 
+// The departure, arrival and approach that were put into a plan, by name; empty = none. A runway
+// may be chosen before anything that begins or ends there.
+struct PlanProcedures {
+    std::string sid;
+    std::string sidTransition;
+    std::string departureRunway;
+    std::string star;
+    std::string starTransition;
+    std::string approach;  // its type, "ILS"
+    std::string approachTransition;
+    std::string arrivalRunway;
+
+    friend bool operator==(const PlanProcedures&, const PlanProcedures&) = default;
+};
+
 // One copy of the plan. Everybody reads `entries` and `lastIndex`; whoever changes them goes
 // through the functions below, each of which moves `revision` on, so that what was worked out from
 // a plan can be kept until the plan is another one. A reference from Edit is for the change at
@@ -66,18 +81,20 @@ class FlightPlan {
   public:
     FlightPlan() = default;
     FlightPlan(const FlightPlan& other);
-    FlightPlan& operator=(const FlightPlan& other);  // entries and lastIndex; a change like others
+    FlightPlan& operator=(const FlightPlan& other);  // all but the revision; a change like others
 
     const std::array<PlanWaypoint, kPlanCapacity>& entries = entries_;
     const std::int32_t& lastIndex = lastIndex_;
     const std::uint32_t& revision = revision_;  // never 0
+    const PlanProcedures& procedures = procedures_;
 
     bool IsFull() const { return lastIndex_ >= kMaxPlanIndex; }
     bool Holds(std::int32_t index) const { return index >= 0 && index <= lastIndex_; }
 
     // The entry for writing. `index` is 0 to kMaxPlanIndex.
     PlanWaypoint& Edit(std::int32_t index);
-    // Entry `last`, -1 to lastIndex, ends the plan from here on.
+    PlanProcedures& EditProcedures();
+    // Entry `last`, -1 to lastIndex, ends the plan from here on; an empty plan has no procedures.
     void CutTo(std::int32_t last);
     // Puts the entry behind the last one; the plan must not be full.
     void Append(PlanWaypoint entry);
@@ -86,6 +103,7 @@ class FlightPlan {
     std::array<PlanWaypoint, kPlanCapacity> entries_;
     std::int32_t lastIndex_ = -1;
     std::uint32_t revision_ = 1;
+    PlanProcedures procedures_;
 };
 
 // A discontinuity has no position: it is left out of distances, tuning and drawing.

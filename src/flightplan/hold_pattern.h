@@ -54,6 +54,9 @@ struct HoldPattern : HoldShape {
     // The modification flies it as `pendingShape`; else both plans fly it alike.
     bool shapeIsPending = false;
     HoldShape pendingShape = {};
+    // When clearance to go on is expected: UTC minutes of the day, -1 = unknown. Kept for the
+    // pilot.
+    std::int32_t clearanceMinutes = -1;
     std::array<HoldCorner, 5> corners;  // 0 is the fix
 };
 

@@ -45,8 +45,22 @@ bool IsProcedureTag(std::string_view tag) {
            std::end(kProcedureTags);
 }
 
+// What is left of it is no procedure any more.
 void ClearProcedure(FlightPlan& plan, const std::string& tag) {
-    for (std::int32_t i = 0; IsProcedureTag(tag) && i <= plan.lastIndex; ++i) {
+    if (!IsProcedureTag(tag)) {
+        return;
+    }
+    PlanProcedures& names = plan.EditProcedures();
+    if (tag == "SID" || tag == kBothTag) {
+        names.sid = names.sidTransition = "";
+    }
+    if (tag == "STAR" || tag == kBothTag) {
+        names.star = names.starTransition = "";
+    }
+    if (tag == "APPR") {
+        names.approach = names.approachTransition = "";
+    }
+    for (std::int32_t i = 0; i <= plan.lastIndex; ++i) {
         if (plan.entries[i].procedure == tag) {
             plan.Edit(i).procedure.clear();
         }

@@ -73,6 +73,10 @@ bool InsertStar(FlightPlan& plan);
 // gap in front of it unless the plan is the active one.
 bool InsertApproach(FlightPlan& plan, bool withDiscontinuity);
 
+// What the plan's procedures are called: as they were put in or, of a plan from a file, as its
+// entries say where they were flown along them.
+PlanProcedures ProceduresOf(const FlightPlan& plan);
+
 // Takes out the entries of one procedure, "SID", "STAR" or "APPR"; the fix that a departure and an
 // arrival share stays with the other one.
 bool RemoveProcedure(FlightPlan& plan, std::string_view tag);

@@ -265,6 +265,34 @@ bool SpliceApproach(FlightPlan& plan, bool withDiscontinuity) {
     return true;
 }
 
+// A choice as a plan names it: nothing chosen is an empty name.
+std::string Chosen(std::string_view choice) {
+    return std::string(choice == kNoChoice ? std::string_view{} : choice);
+}
+
+bool HasProcedure(const FlightPlan& plan, std::string_view tag) {
+    const auto* const end = plan.entries.begin() + plan.lastIndex + 1;
+    return std::any_of(plan.entries.begin(), end,
+                       [tag](const PlanWaypoint& entry) { return entry.procedure == tag; });
+}
+
+// The runway stays.
+void ForgetNames(FlightPlan& plan, std::string_view tag) {
+    PlanProcedures& names = plan.EditProcedures();
+    (tag == kSid ? names.sid : tag == kStar ? names.star : names.approach).clear();
+    (tag == kSid    ? names.sidTransition
+     : tag == kStar ? names.starTransition
+                    : names.approachTransition)
+        .clear();
+}
+
+// "NORTA2" and "NORTA2.ABC", what the legs of a procedure are flown along.
+void ReadLabel(std::string_view label, std::string& procedure, std::string& transition) {
+    const std::size_t dot = std::min(label.find('.'), label.size());
+    procedure = label.substr(0, dot);
+    transition = label.substr(std::min(dot + 1, label.size()));
+}
+
 // What a splice may change, to be put back when the plan turns out too full for it.
 struct Backup {
     FlightPlan plan;
@@ -298,21 +326,56 @@ bool Splice(FlightPlan& plan, Body body) {
 }  // namespace
 
 bool InsertSid(FlightPlan& plan) {
-    return Splice(plan, SpliceSid);
+    return Splice(plan, [](FlightPlan& target) {
+        PlanProcedures& names = target.EditProcedures();
+        names.sid = Chosen(procedureChoice.sidName);
+        names.sidTransition = Chosen(procedureChoice.sidTransition);
+        names.departureRunway = Chosen(procedureChoice.departureRunway);
+        return SpliceSid(target);
+    });
 }
 
 bool InsertStar(FlightPlan& plan) {
-    return Splice(plan, SpliceStar);
+    return Splice(plan, [](FlightPlan& target) {
+        PlanProcedures& names = target.EditProcedures();
+        names.star = Chosen(procedureChoice.starName);
+        names.starTransition = Chosen(procedureChoice.starTransition);
+        names.arrivalRunway = Chosen(procedureChoice.arrivalRunway);
+        const bool spliced = SpliceStar(target);
+        if (!HasProcedure(target, kApproach)) {
+            ForgetNames(target, kApproach);
+        }
+        return spliced;
+    });
 }
 
 bool InsertApproach(FlightPlan& plan, bool withDiscontinuity) {
     procedureLists.approachReady = false;
-    return Splice(plan,
-                  [&](FlightPlan& target) { return SpliceApproach(target, withDiscontinuity); });
+    return Splice(plan, [&](FlightPlan& target) {
+        PlanProcedures& names = target.EditProcedures();
+        names.approach = Chosen(procedureChoice.approachType);
+        names.approachTransition = Chosen(procedureChoice.approachTransition);
+        names.arrivalRunway = Chosen(procedureChoice.arrivalRunway);
+        return SpliceApproach(target, withDiscontinuity);
+    });
+}
+
+PlanProcedures ProceduresOf(const FlightPlan& plan) {
+    PlanProcedures names = plan.procedures;
+    for (std::int32_t i = 1; i <= plan.lastIndex; ++i) {
+        const PlanWaypoint& entry = plan.entries[i];
+        if (!entry.via.empty() && entry.procedure == kSid && names.sid.empty()) {
+            ReadLabel(entry.via, names.sid, names.sidTransition);
+        } else if (!entry.via.empty() && entry.procedure == kStar && names.star.empty()) {
+            ReadLabel(entry.via, names.star, names.starTransition);
+        }
+    }
+    return names;
 }
 
 bool RemoveProcedure(FlightPlan& plan, std::string_view tag) {
     return Splice(plan, [tag](FlightPlan& target) {
+        ForgetNames(target, tag);
         for (std::int32_t i = target.lastIndex; i >= 0; --i) {
             if (target.entries[i].procedure == tag) {
                 ClosePlanEntries(target, i, i + 1);

@@ -53,14 +53,19 @@ AirportDetail& ArrivalAirport() {
     return airportSlots[kArrivalSlot];
 }
 
-// Calls `visit` for every approach leg of the arrival airport.
+// Calls `visit` for every approach leg of the airport, or of the arrival airport.
 template <typename Visit>
-void ForEachApproachLeg(Visit visit) {
-    for (const Procedure& approach : ArrivalAirport().procedures.approaches) {
+void ForEachApproachLeg(const AirportProcedures& procedures, Visit visit) {
+    for (const Procedure& approach : procedures.approaches) {
         for (const ProcedureLeg& leg : approach.legs) {
             visit(approach, leg);
         }
     }
+}
+
+template <typename Visit>
+void ForEachApproachLeg(Visit visit) {
+    ForEachApproachLeg(ArrivalAirport().procedures, visit);
 }
 
 }  // namespace
@@ -133,15 +138,20 @@ void ListApproachTypes(std::string_view runway, std::string_view fix) {
     ArrivalAirport().procedures.approachGroups = std::move(groups);
 }
 
-std::vector<ApproachChoice> ListApproaches(std::string_view runway) {
+std::vector<ApproachChoice> ListApproaches(const AirportProcedures& procedures,
+                                           std::string_view runway) {
     std::vector<ApproachChoice> choices;
-    ForEachApproachLeg([&](const Procedure& approach, const ProcedureLeg& leg) {
+    ForEachApproachLeg(procedures, [&](const Procedure& approach, const ProcedureLeg& leg) {
         ApproachChoice choice{leg.group, leg.text2};
         if (IsWanted(approach.name, runway) && (choices.empty() || choices.back() != choice)) {
             choices.push_back(std::move(choice));
         }
     });
     return choices;
+}
+
+std::vector<ApproachChoice> ListApproaches(std::string_view runway) {
+    return ListApproaches(ArrivalAirport().procedures, runway);
 }
 
 std::vector<std::string> ListApproachTransitions(std::string_view type, std::string_view runway) {

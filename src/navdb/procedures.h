@@ -88,7 +88,9 @@ struct ApproachChoice {
     std::string name;
     bool operator==(const ApproachChoice&) const = default;
 };
-// Approaches of the arrival airport to the runway, kNoChoice for all.
+// Approaches to the runway, kNoChoice for all: of an airport, or of the arrival airport.
+std::vector<ApproachChoice> ListApproaches(const AirportProcedures& procedures,
+                                           std::string_view runway);
 std::vector<ApproachChoice> ListApproaches(std::string_view runway);
 
 // Transitions of one approach type to a runway, ascending: its initial approach fixes and named
