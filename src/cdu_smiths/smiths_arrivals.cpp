@@ -1,15 +1,10 @@
-#include "cdu_smiths/smiths_pages.h"
+// ARRIVALS: arrivals, approaches and runways of the route's destination, or of an airport to look
+// at.
+#include "cdu_smiths/smiths_procedures.h"
 
 namespace avq1 {
-namespace {
 
-constexpr FieldRow kFields[] = {
-    SmithsTitle("ARRIVALS"),
-    SmithsPrompt(kL6, "< INDEX", kSmithsIndex),
-};
-
-}  // namespace
-
-constinit const PageRow kSmithsArrivalsPage{.page = kSmithsArrivals, .fields = kFields};
+constinit const PageRow kSmithsArrivalsPage{
+    .page = kSmithsArrivals, .fields = kSmithsPickFields, .compose = ComposeSmithsProcedures};
 
 }  // namespace avq1

@@ -1,15 +1,9 @@
-#include "cdu_smiths/smiths_pages.h"
+// DEPARTURES: departures and runways of the route's origin, or of an airport to look at.
+#include "cdu_smiths/smiths_procedures.h"
 
 namespace avq1 {
-namespace {
 
-constexpr FieldRow kFields[] = {
-    SmithsTitle("DEPARTURES"),
-    SmithsPrompt(kL6, "< INDEX", kSmithsIndex),
-};
-
-}  // namespace
-
-constinit const PageRow kSmithsDeparturesPage{.page = kSmithsDepartures, .fields = kFields};
+constinit const PageRow kSmithsDeparturesPage{
+    .page = kSmithsDepartures, .fields = kSmithsPickFields, .compose = ComposeSmithsProcedures};
 
 }  // namespace avq1
