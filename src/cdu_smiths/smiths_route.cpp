@@ -111,7 +111,10 @@ bool LoadSmithsRoute(std::string_view fileName) {
     }
     LoadPlan(fileName);
     smithsDirect = {};
-    planBook.status = overActive ? RouteStatus::Modified : RouteStatus::BeingBuilt;
+    planBook.status = overActive ? RouteStatus::Modified : RouteStatus::None;
+    if (!overActive) {
+        AdvanceRouteStatus();  // the plan's fuel belongs to it
+    }
     return true;
 }
 
