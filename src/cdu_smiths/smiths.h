@@ -56,6 +56,7 @@ enum class SmithsCounter : std::uint8_t {
     Arrivals,
     Route,
     Pos,
+    NavSummary,
     NavStatus,
     Progress,
     FixInfo,

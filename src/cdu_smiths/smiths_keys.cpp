@@ -135,6 +135,7 @@ constexpr PagingRow kPaging[] = {
     {kSmithsArrivals, SmithsCounter::Arrivals},
     {kSmithsRoute, SmithsCounter::Route},
     {kSmithsPos, SmithsCounter::Pos},
+    {kSmithsNavSummary, SmithsCounter::NavSummary},
     {kSmithsNavStatus, SmithsCounter::NavStatus},
     {kSmithsProgress, SmithsCounter::Progress},
     {kSmithsFixInfo, SmithsCounter::FixInfo},

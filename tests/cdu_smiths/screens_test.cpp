@@ -1,0 +1,172 @@
+// Pages of the Smiths-style unit after each step of a session, compared with how they read when
+// somebody last looked: screens.txt keeps what each key changed, places and texts, and what became
+// of the plans.
+#include <set>
+#include <sstream>
+
+#include "base/redraw.h"
+#include "cdu_smiths/fake_smiths.h"
+#include "flightplan/plan_edit.h"
+#include "guidance/progress.h"
+#include "guidance/vnav.h"
+#include "settings/aircraft_performance.h"
+#include "support/kept_file.h"
+
+namespace avq1::test {
+namespace {
+
+// Flows of a pilot, each from a fresh state and looked at after every word.
+struct Flow {
+    const char* name;
+    RouteStatus status;  // None: without a route
+    const char* keys;
+};
+
+constexpr Flow kFlows[] = {
+    {"the index", RouteStatus::None,
+     "INIT_REF L6 =A L1 CLR CLR R6 CLR R2 NEXT_PAGE NEXT_PAGE PREV_PAGE L6 =X L1 CLR CLR L1 RTE"},
+    {"a plan saved", RouteStatus::Active,
+     "INIT_REF L6 R6 CLR =MINE R6 CLR =A/B R6 CLR CLR CLR CLR =A.B R6 CLR DEL R6 R2"},
+    {"a stored plan over a route", RouteStatus::Active, "INIT_REF L6 R2 L1 EXEC"},
+    {"a departure", RouteStatus::Active,
+     "DEP_ARR L1 R2 L2 R1 R1 L1 L1 L2 L2 L3 EXEC L2 L2 L2 L3 L6 DEL L2 L6 L1 DEL L1 L6 L6"},
+    {"a departure before the route is flown", RouteStatus::BeingBuilt,
+     "DEP_ARR L1 R1 L1 L2 DEL R2 CLR =X L1 CLR CLR DEL R1 L6 R6"},
+    {"an arrival", RouteStatus::Active,
+     "DEP_ARR R1 L1 L2 R1 R2 EXEC R1 R1 R5 R2 DEL R2 L6 DEL R1 L6 DEL L1 DEL R2"},
+    {"an approach", RouteStatus::Active, "DEP_ARR R1 R3 L1 R1 R4 R2 R1 NEXT_PAGE R5 EXEC R6"},
+    {"another airport", RouteStatus::Active,
+     "DEP_ARR L6 R6 =KAAA L6 L1 R1 DEL L1 CLR L6 R6 DEP_ARR =NONE R6 CLR CLR CLR CLR CLR R6 L6 DEL "
+     "L6 DEL L6"},
+    {"no airports", RouteStatus::None, "DEP_ARR L1 L1 R1 L6 R1 L1 L6"},
+    {"progress", RouteStatus::Active,
+     "PROG NEXT_PAGE NEXT_PAGE =FLY L1 =1259.7 R1 DEL R1 DEL L1 DEL L1 CLR NEXT_PAGE R6"},
+    {"stations", RouteStatus::Active,
+     "PROG R6 NEXT_PAGE =ABCDE L1 =TWICE R2 L3 L4 L4 DEL L1 DEL R1 CLR L6"},
+    {"fixes", RouteStatus::Active,
+     "FIX =NEWPT L1 =180 L2 =/40 L3 =225/10 L4 DEL L3 NEXT_PAGE PREV_PAGE L5 DEL L1 DEL L1"},
+    {"holds", RouteStatus::Active,
+     "HOLD =270/L L3 =1.5 L4 =NE/045 L2 =1430 R3 =7.5 L5 EXEC DEL L5 DEL R3 L6 NEXT_PAGE R6 HOLD"},
+};
+
+class SmithsScreens : public SmithsTest {
+  protected:
+    // A climb with wind, weights and fuel on board, and two stations received.
+    void Begin(const Flow& flow) {
+        ResetModuleState();
+        SimFolder = folder.root().string();
+        MakeDatabase();
+        avionicsPower = 1;
+        aircraft.latitude = 0;
+        aircraft.longitude = 0.52;
+        aircraft.groundSpeedKt = 240;
+        aircraft.headingMag = 87;
+        aircraft.altitudeFt = 4300;
+        aircraft.verticalSpeedFpm = 1200;
+        aircraft.indicatedAirspeedKt = 230;
+        aircraft.windSpeedKt = 25;
+        aircraft.windDirection = 40;
+        aircraft.magneticVariation = 3;
+        aircraft.trueHeading = 90;
+        aircraft.simRateRaw = 256;
+        aircraft.clockHour = aircraft.zuluHour = 12;
+        aircraft.zuluMinute = 34;
+        aircraft.value800 = 4;
+        aircraft.nav1DmeNm = 28.8;
+        aircraft.nav2DmeNm = 107.3;
+        aircraft.nav2RelativeBearing = -33.8;
+        simulator.variables[49] = simulator.variables[58] = 1;
+        simulator.variables[306] = 6.7;
+        simulator.variables[291] = simulator.variables[297] = 8388608;
+        simulator.variables[292] = simulator.variables[298] = 1000;
+        simulator.variables[638] = 2000;
+        simulator.variables[657] = 2200;
+        performance.climbRate = 2000;
+        performance.holdIas = 210;
+        AppendMessage("Nav data loaded");
+        for (const char* name : {"A1", "B2", "C3", "D4", "E5", "F6"}) {
+            folder.Write(std::string("avq/flightplans/") + name + ".RTE",
+                         "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
+                         "KBBB  0.0  7.0  APT  ---\n");
+        }
+        folder.Write("avq/flightplans/LONGNAMEOFPLAN.RTE", "[FlightPlan]\n");
+        InstallSmiths();
+        before_.clear();
+        plans_[0] = plans_[1] = "";
+        if (flow.status != RouteStatus::None) {
+            MakeRoute();
+            activePlan.Edit(0).ident = planBook.originIdent = "KSID";
+            activePlan.Edit(0).latitude = 1;
+            SetCruiseAltitude(24000);
+            HoldAt(activePlan, 3, NewHold());
+            CopyActiveToModified();
+            planBook.status = flow.status;
+            guidance.passedIdent = "KSID";
+            guidance.passedTimeZulu = "12 5Z";
+            guidance.passedAltitude = 50;
+            guidance.passedFuel = 12300;
+        }
+    }
+
+    // What the per-frame update works out.
+    static void Update() {
+        SetActiveWaypoint(planBook.activeIndex);
+        UpdateDerivedState();
+        UpdateRouteDistance();
+        UpdateTimeToGo();
+        RunVerticalGuidance();
+        RefreshPredictions();
+    }
+
+    // Writes what the key changed on the screen and in the plans.
+    void Look(const std::string& key, std::ostream& out) {
+        cdu.Press(key);
+        if (key.front() == '=' || key == "CLR" || key == "DEL") {
+            return;  // seen in other tests
+        }
+        Update();
+        RequestUnitRedraw();
+        cdu.Draw();
+        std::set<std::string> shown;
+        for (const DrawnText& text : cdu.Texts()) {
+            shown.insert(Format("%3d %3d %2d |", static_cast<int>(text.y), static_cast<int>(text.x),
+                                static_cast<int>(text.pixelSize)) +
+                         text.text);
+        }
+        for (const std::string& line : before_) {
+            out << (shown.contains(line) ? "" : "-" + line.substr(0, 7) + '\n');
+        }
+        for (const std::string& line : shown) {
+            out << (before_.contains(line) ? "" : '+' + line + '\n');
+        }
+        before_ = std::move(shown);
+        for (const FlightPlan* plan : {&activePlan, &modifiedPlan}) {
+            std::string& before = plans_[plan == &activePlan ? 0 : 1];
+            if (const std::string now = Show(*plan, true); now != before) {
+                out << (plan == &activePlan ? "active " : "modified ") << now << '\n';
+                before = now;
+            }
+        }
+    }
+
+  private:
+    std::set<std::string> before_;
+    std::string plans_[2];
+};
+
+TEST_F(SmithsScreens, ReadAsTheyDidWhenLastLookedAt) {
+    std::ostringstream now;
+    for (const Flow& flow : kFlows) {
+        Begin(flow);
+        std::istringstream words(flow.keys);
+        int number = 0;
+        for (std::string word; words >> word;) {
+            now << "# " << flow.name << ", " << ++number << ": " << word << '\n';
+            Look(word, now);
+        }
+    }
+    ExpectAsKept(now.str(), "cdu_smiths/screens.txt");
+}
+
+}  // namespace
+}  // namespace avq1::test
