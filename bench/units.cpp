@@ -1,5 +1,5 @@
-// Drawing the pages of the GNS-style unit, painted anew and with nothing changed, and opening a
-// folder of many stored plans.
+// Drawing the pages of the large units, painted anew and with nothing changed, and opening a folder
+// of many stored plans.
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -11,7 +11,9 @@
 #include "base/redraw.h"
 #include "base/sim_folder.h"
 #include "cdu_gns/gns.h"
+#include "cdu_smiths/smiths.h"
 #include "flightplan/flight_plan.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
@@ -23,22 +25,31 @@
 namespace avq1 {
 namespace {
 
-constexpr int kWidth = 292;
-constexpr int kHeight = 217;
 constexpr int kEntries = 150;
 
+struct UnitRow {
+    CduState& state;
+    void (*draw)(const DrawTarget& target);
+    int widthPx;
+    int heightPx;
+};
+const UnitRow kGnsUnit{gns, DrawGns, 292, 217};
+const UnitRow kSmithsUnit{smiths, DrawSmiths, 284, 233};
+
 struct Unit {
-    explicit Unit(int scale) : pixels(static_cast<std::size_t>(kWidth) * kHeight * scale * scale) {
-        context.width = kWidth * scale;
-        context.height = kHeight * scale;
+    Unit(const UnitRow& row, int scale)
+        : unit(row), pixels(static_cast<std::size_t>(row.widthPx) * row.heightPx * scale * scale) {
+        context.width = row.widthPx * scale;
+        context.height = row.heightPx * scale;
         context.bytesPerRow = context.width * 4;
         context.pixels = pixels.data();
     }
     ~Unit() { StopDrawingLibrary(token); }
     Unit(const Unit&) = delete;
     Unit& operator=(const Unit&) = delete;
-    void Draw() { DrawGns({&context, context.width, context.height}); }
+    void Draw() { unit.draw({&context, context.width, context.height}); }
 
+    const UnitRow& unit;
     std::uintptr_t token = StartDrawingLibrary();
     std::vector<std::uint32_t> pixels;
     PixelDeviceContext context;
@@ -63,13 +74,14 @@ void FlyPlan(test::FakeSimulator& simulator) {
     simulator.NextTick();
     UpdateFrame();
     gns.planView = kActiveView;
+    planBook.status = RouteStatus::Active;
 }
 
-void DrawPage(benchmark::State& state, bool anew) {
+void DrawPage(benchmark::State& state, const UnitRow& row, bool anew) {
     ResetModuleState();
     FlyPlan(test::FakeSimulator::Install());
-    Unit unit(static_cast<int>(state.range(1)));
-    gns.page = static_cast<std::int32_t>(state.range(0));
+    Unit unit(row, static_cast<int>(state.range(1)));
+    row.state.page = static_cast<std::int32_t>(state.range(0));
     gns.columnMode = kColumnDis;
     unit.Draw();
     for (auto each : state) {
@@ -81,25 +93,56 @@ void DrawPage(benchmark::State& state, bool anew) {
     PlatformTable.services = nullptr;
 }
 
-void PaintPage(benchmark::State& state) {
-    DrawPage(state, true);
+void PaintPage(benchmark::State& state, const UnitRow& row) {
+    DrawPage(state, row, true);
 }
 
-void ShowUnchangedPage(benchmark::State& state) {
-    DrawPage(state, false);
+void ShowUnchangedPage(benchmark::State& state, const UnitRow& row) {
+    DrawPage(state, row, false);
 }
 
-const std::vector<std::int64_t> kPages = {kGnsPlan, kGnsDirect,    kGnsNavigation, kGnsDeparture,
-                                          kGnsVnav, kGnsVnavData,  kGnsHold,       kGnsFuel,
-                                          kGnsSave, kGnsPilotPoint};
-BENCHMARK(PaintPage)
-    ->ArgNames({"page", "scale"})
-    ->ArgsProduct({kPages, {1, 2}})
-    ->Unit(benchmark::kMicrosecond);
-BENCHMARK(ShowUnchangedPage)
-    ->ArgNames({"page", "scale"})
-    ->ArgsProduct({kPages, {1}})
-    ->Unit(benchmark::kMicrosecond);
+// The legs of a modification of the plan flown, predicted anew with every edit.
+void EditAndPaintLegs(benchmark::State& state) {
+    ResetModuleState();
+    FlyPlan(test::FakeSimulator::Install());
+    Unit unit(kSmithsUnit, 1);
+    CopyActiveToModified();
+    planBook.status = RouteStatus::Modified;
+    smiths.page = kSmithsLegs;
+    for (auto each : state) {
+        modifiedPlan.Edit(40).altitude += 1;
+        unit.Draw();
+    }
+    PlatformTable.services = nullptr;
+}
+
+const std::vector<std::int64_t> kGnsPages = {kGnsPlan, kGnsDirect,    kGnsNavigation, kGnsDeparture,
+                                             kGnsVnav, kGnsVnavData,  kGnsHold,       kGnsFuel,
+                                             kGnsSave, kGnsPilotPoint};
+const std::vector<std::int64_t> kSmithsPages = {
+    kSmithsStoredPlans, kSmithsPerfInit,   kSmithsLegs,        kSmithsSelectWaypoint,
+    kSmithsDepartures,  kSmithsArrivals,   kSmithsApproachRef, kSmithsRoute,
+    kSmithsIndex,       kSmithsDepArr,     kSmithsIdent,       kSmithsPos,
+    kSmithsTakeoffRef,  kSmithsRefNavData, kSmithsNavSummary,  kSmithsNavStatus,
+    kSmithsProgress,    kSmithsClimb,      kSmithsCruise,      kSmithsDescent,
+    kSmithsFixInfo,     kSmithsForecasts,  kSmithsHold};
+
+// Each page of a unit, at these multiples of its nominal size.
+void Pages(benchmark::internal::Benchmark* bench, const std::vector<std::int64_t>& pages,
+           const std::vector<std::int64_t>& scales) {
+    bench->ArgNames({"page", "scale"})->ArgsProduct({pages, scales})->Unit(benchmark::kMicrosecond);
+}
+BENCHMARK_CAPTURE(PaintPage, gns, kGnsUnit)->Apply([](auto* b) { Pages(b, kGnsPages, {1, 2}); });
+BENCHMARK_CAPTURE(ShowUnchangedPage, gns, kGnsUnit)->Apply([](auto* b) {
+    Pages(b, kGnsPages, {1});
+});
+BENCHMARK_CAPTURE(PaintPage, smiths, kSmithsUnit)->Apply([](auto* b) {
+    Pages(b, kSmithsPages, {1, 2});
+});
+BENCHMARK_CAPTURE(ShowUnchangedPage, smiths, kSmithsUnit)->Apply([](auto* b) {
+    Pages(b, kSmithsPages, {1});
+});
+BENCHMARK(EditAndPaintLegs)->Unit(benchmark::kMicrosecond);
 
 // The list holds 200 of them, a page eight.
 void OpenListOf2000Plans(benchmark::State& state) {

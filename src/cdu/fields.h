@@ -46,12 +46,12 @@ struct FieldRow {
     Act erase = nullptr;        // takes a deletion
     Act press = nullptr;        // its key with nothing typed
     std::int32_t opens = 0;     // its key with nothing typed opens this page; 0 = none
-    bool isPrompt = false;      // its key acts and opens whatever has been typed, and leaves that
     std::int32_t item = 0;
     std::uint8_t style = 0;       // of the value
     std::uint8_t labelStyle = 0;  // of the label
     ScreenPoint valueAt = {};
     ScreenPoint labelAt = {};
+    bool isPrompt = false;  // its key acts and opens whatever has been typed, and leaves that
 };
 
 // What the pilot has in hand when a field's key is pressed.

@@ -1,6 +1,7 @@
 #include "cdu_smiths/smiths_route.h"
 
 #include "base/module_state.h"
+#include "base/redraw.h"
 #include "cdu_smiths/smiths_pages.h"
 #include "displays/nd_panel.h"
 #include "flightplan/plan_edit.h"
@@ -107,14 +108,20 @@ bool LoadSmithsRoute(std::string_view fileName) {
     const bool overActive = SmithsRouteIsActive();
     PreviewPlan(fileName);
     if (previewPlan.lastIndex < 0) {
+        SaySmiths("UNABLE TO LOAD FPL");
         return false;
     }
     LoadPlan(fileName);
     smithsDirect = {};
+    planBook.trackedIndex = kNoWaypoint;  // nothing of the flown route is kept
     planBook.status = overActive ? RouteStatus::Modified : RouteStatus::None;
     if (!overActive) {
         AdvanceRouteStatus();  // the plan's fuel belongs to it
     }
+    if (!planBook.entryNotice.empty()) {
+        SaySmiths(planBook.entryNotice);
+    }
+    RequestUnitRedraw();
     return true;
 }
 

@@ -58,8 +58,9 @@ extern SmithsDirect smithsDirect;
 bool ChooseSmithsDirect(std::int32_t index);
 bool ChooseSmithsIntercept(std::int32_t index, double courseMag);
 
-// A stored plan becomes the route, which waits: over an active one for EXEC, else to be activated.
-// False, and nothing changed, for a file that holds no waypoint.
+// A stored plan becomes the route: one to be activated, or, over an active one, a modification that
+// starts from entry 1 once it is executed. False, with a message and the route as it was, where the
+// file holds no plan.
 bool LoadSmithsRoute(std::string_view fileName);
 
 // EXEC; without anything that waits for it nothing happens.

@@ -138,7 +138,7 @@ EntryResult EnterCompanyRoute(const FieldRow&, std::string_view text) {
     if (fileName.empty()) {
         return EntryResult::NotInDatabase;
     }
-    return LoadSmithsRoute(fileName) ? EntryResult::Accepted : EntryResult::InvalidEntry;
+    return LoadSmithsRoute(fileName) ? EntryResult::Accepted : EntryResult::None;
 }
 
 bool IsRunway(std::string_view runway) {

@@ -1,7 +1,6 @@
 // Everything the keys can type, on both gauges, in any order: the plan must stay one.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <random>
@@ -9,43 +8,11 @@
 #include <string>
 
 #include "cdu_gns/gns_fixture.h"
-#include "flightplan/hold_pattern.h"
 #include "guidance/vnav.h"
+#include "support/plan_faults.h"
 
 namespace avq1::test {
 namespace {
-
-// What holds of every plan, whatever has been done to it. Empty when all does, else what does not.
-std::string PlanFault() {
-    for (const FlightPlan* plan : {&activePlan, &modifiedPlan}) {
-        if (plan->lastIndex < -1 || plan->lastIndex > kMaxPlanIndex) {
-            return "last index " + std::to_string(plan->lastIndex);
-        }
-        for (std::int32_t i = 0; i <= plan->lastIndex; ++i) {
-            const PlanWaypoint& entry = plan->entries[i];
-            if (entry.ident.empty() || entry.ident == kEmptyRow) {
-                return "entry " + std::to_string(i) + " is called '" + entry.ident + "'";
-            }
-            if (!(std::abs(entry.latitude) <= 90 && std::abs(entry.longitude) <= 180)) {
-                return entry.ident + " is nowhere";
-            }
-        }
-    }
-    const std::int32_t active = planBook.activeIndex;
-    if (active != kNoWaypoint && !(active >= 1 && activePlan.Holds(active))) {
-        return "active index " + std::to_string(active);
-    }
-    if (planBook.verticalTargetIndex > std::max(activePlan.lastIndex, 0)) {
-        return "vertical target " + std::to_string(planBook.verticalTargetIndex);
-    }
-    for (std::int32_t number = 1; number <= holdList.count; ++number) {
-        const std::int32_t fix = holdList.holds[static_cast<std::size_t>(number)].fixIndex;
-        if (fix != 0 && (!activePlan.Holds(fix) || activePlan.entries[fix].hasHold == 0)) {
-            return "hold at entry " + std::to_string(fix);
-        }
-    }
-    return holdList.count > kHoldCapacity ? "too many holds" : "";
-}
 
 class GnsTypist : public GnsTest {
   protected:

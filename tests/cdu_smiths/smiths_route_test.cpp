@@ -96,7 +96,7 @@ TEST_F(SmithsRoute, FirstPageEntriesAreTakenOrRefused) {
         {"CO2", "L2", "NOT IN DATABASE"},
         {"NEW FPL", "L2", "NOT IN DATABASE"},
         {"..", "L2", "NOT IN DATABASE"},
-        {"BAD", "L2", "INVALID ENTRY"},
+        {"BAD", "L2", "UNABLE TO LOAD FPL"},
         {"X", "L4", "INVALID ENTRY"},
         {"X", "R3", "INVALID ENTRY"},
     };
@@ -496,12 +496,15 @@ TEST_F(SmithsRoute, HoldsAreChosenOnTheLegsPage) {
         {"NEWPT", "L6", "ok",
          "KAAA >NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) KBBB"},
         {"PPOS", "L6", "ok",
-         "KAAA HOLD PPOS(>WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) KBBB"},
+         "KAAA HOLD PPOS(>WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) "
+         "KBBB"},
         {"", "R6", "ok",
-         "KAAA HOLD PPOS(>WPT02@,WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) "
+         "KAAA HOLD PPOS(>WPT02@,WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) "
+         "APPR(APPRA) "
          "KBBB"},
         {"FLY", "L6", "INVALID ENTRY",
-         "KAAA HOLD PPOS(>WPT02@,WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) APPR(APPRA) "
+         "KAAA HOLD PPOS(>WPT02@,WPT01@) NEWPT@ DISCO ABCDE FLY LONGER@ STAR(STARA,STARB) "
+         "APPR(APPRA) "
          "KBBB"},  // the fifth
     };
     for (const auto& row : kCases) {
