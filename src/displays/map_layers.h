@@ -14,6 +14,7 @@
 #include "displays/map_names.h"
 #include "displays/map_view.h"
 #include "displays/text_boxes.h"
+#include "drawing/palette.h"
 #include "drawing/surface.h"
 #include "navdb/nav_database.h"
 
@@ -45,6 +46,8 @@ struct RangeRing {
     double halfAngleDeg = 180;  // either side of straight up
     double numberAtDeg = 0;     // where its number stands, clockwise from straight up
     double rangeNm = 0;
+    std::uint32_t argb = colour::Grey;
+    double dashes[2] = {3, 4};  // line and gap
 };
 
 // Dashed, and open where its number stands.

@@ -10,9 +10,8 @@ namespace avq1 {
 
 void DrawRangeRing(const MapFrame& frame, const RangeRing& ring) {
     constexpr CanvasFont kFont{"Arial", 9};
-    constexpr double kDashes[] = {3, 4};
     constexpr double kRoomPx = 2;
-    const CanvasPen pen{colour::Grey, 1.0, kDashes};
+    const CanvasPen pen{ring.argb, 1.0, ring.dashes};
     Canvas& canvas = frame.surface.canvas();
     const FixedText text("%g", ring.rangeNm);
     const CanvasSize size = canvas.MeasureText(text, kFont);
@@ -30,7 +29,7 @@ void DrawRangeRing(const MapFrame& frame, const RangeRing& ring) {
     const TextBox box{middle.x - size.width / 2, middle.y - size.height / 2, size.width,
                       size.height};
     TakeFixedPlace(frame, box);
-    frame.surface.Text(text, kFont, colour::Grey, box.x, box.y);
+    frame.surface.Text(text, kFont, ring.argb, box.x, box.y);
 }
 
 }  // namespace avq1

@@ -1,12 +1,12 @@
 // The plan on the map: active route, route awaiting execution, holding patterns, climb and descent
 // markers.
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <span>
 #include <string_view>
+#include <vector>
 
 #include "displays/map_layers.h"
+#include "displays/map_path.h"
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
 #include "flightplan/flight_plan.h"
@@ -14,6 +14,7 @@
 #include "flightplan/route_walk.h"
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
+#include "guidance/lnav.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
@@ -51,24 +52,40 @@ void DrawWaypoint(const MapFrame& frame, const FlightPlan& plan, std::int32_t in
     AddRouteName(frame, entry, at, entry.ident, active ? colour::Magenta : colour::White);
 }
 
-// Legs from entry `first` on, each entry's leg from the one before; an open place leaves a gap.
+// Kept, so that a frame allocates nothing.
+std::vector<PathPoint> path;            // of entries that follow each other without a gap
+std::vector<std::int32_t> pathEntries;  // their indexes
+std::vector<CanvasPoint> line;
+
+template <class PenOf>
+void DrawPath(const MapFrame& frame, PenOf penOf) {
+    for (std::size_t leg = 1; leg < path.size(); ++leg) {
+        CanvasPoint from = path[leg - 1].at;
+        CanvasPoint to = path[leg].at;
+        if (CutToMap(frame, from, to)) {
+            LegOfPath(path, leg, false, line);
+            frame.surface.canvas().DrawPolyline(penOf(pathEntries[leg]), line, false);
+        }
+    }
+    path.clear();
+    pathEntries.clear();
+}
+
+// Legs from entry `first` on, each entry's leg from the one before, turning where guidance turns;
+// an open place leaves a gap.
 template <class PenOf>
 void DrawLegs(const MapFrame& frame, const FlightPlan& plan, std::int32_t first, PenOf penOf) {
-    CanvasPoint from;
-    bool fromPlaced = false;
     for (std::int32_t index = first; index <= plan.lastIndex; ++index) {
         const PlanWaypoint& entry = Entry(plan, index);
         if (!HasPosition(entry)) {
-            fromPlaced = false;
+            DrawPath(frame, penOf);
             continue;
         }
-        const CanvasPoint to = PlaceOnMap(frame.view, entry.latitude, entry.longitude);
-        if (fromPlaced) {
-            frame.surface.canvas().DrawLine(penOf(index), from.x, from.y, to.x, to.y);
-        }
-        from = to;
-        fromPlaced = true;
+        path.push_back({PlaceOnMap(frame.view, entry.latitude, entry.longitude),
+                        ChangeDistanceNm(entry, settings.WptChgDist) * frame.view.pxPerNm});
+        pathEntries.push_back(index);
     }
+    DrawPath(frame, penOf);
 }
 
 // An open place of the route has no position; its text says what is missing. The entry that text
@@ -85,14 +102,19 @@ void DrawHold(const MapFrame& frame, HoldPattern hold) {
         return;
     }
     LayOutHold(hold, fix);
-    std::array<CanvasPoint, 4> corners;
-    for (std::size_t i = 0; i < corners.size(); ++i) {
-        const HoldCorner& corner = hold.corners[i + 1];
-        corners[i] = PlaceOnMap(frame.view, corner.latitude, corner.longitude);
+    // turned a quarter of the leg before each corner: half the pattern's width
+    for (std::size_t i = 1; i < hold.corners.size(); ++i) {
+        const HoldCorner& corner = hold.corners[i];
+        path.push_back({PlaceOnMap(frame.view, corner.latitude, corner.longitude),
+                        hold.legDistanceNm / 4 * frame.view.pxPerNm});
     }
     const bool flown = hold.fixIndex == holdList.holds[1].fixIndex && HoldBeingFlown();
-    frame.surface.canvas().DrawPolyline({flown ? colour::Magenta : colour::White, 1.2}, corners,
-                                        true);
+    for (std::size_t leg = 1; leg <= path.size(); ++leg) {
+        LegOfPath(path, leg, true, line);
+        frame.surface.canvas().DrawPolyline({flown ? colour::Magenta : colour::White, 1.2}, line,
+                                            false);
+    }
+    path.clear();
 }
 
 // A place off the map, brought in to where the line to it leaves the map.

@@ -40,20 +40,13 @@ constexpr std::string_view kProcedureTags[] = {"SID", "STAR", "SIDSTAR", "APCH"}
 
 // A plain entry keeps the present change distance.
 void AdjustChangeDistance(const PlanWaypoint& entry) {
-    if (std::find(std::begin(kProcedureTags), std::end(kProcedureTags), entry.procedure) !=
-        std::end(kProcedureTags)) {
-        guidance.waypointChangeDistanceNm = settings.WptProcChgDist;
-    }
-    if (entry.flyover == 1) {
-        guidance.waypointChangeDistanceNm = settings.FlyoverWptChgDist;
-    }
+    guidance.waypointChangeDistanceNm = ChangeDistanceNm(entry, guidance.waypointChangeDistanceNm);
 }
 
 // The waypoint flown to is another one, or stands elsewhere.
 void AimAtActiveWaypoint() {
     const PlanWaypoint& entry = ActiveWaypoint();
-    guidance.waypointChangeDistanceNm = settings.WptChgDist;
-    AdjustChangeDistance(entry);
+    guidance.waypointChangeDistanceNm = ChangeDistanceNm(entry, settings.WptChgDist);
     guidance.activeLatitude = entry.latitude;
     guidance.activeLongitude = entry.longitude;
 }
@@ -109,6 +102,14 @@ bool Publishes(const std::string& ident) {
 }
 
 }  // namespace
+
+double ChangeDistanceNm(const PlanWaypoint& entry, double plainNm) {
+    const bool procedure = std::find(std::begin(kProcedureTags), std::end(kProcedureTags),
+                                     entry.procedure) != std::end(kProcedureTags);
+    return entry.flyover == 1 ? settings.FlyoverWptChgDist
+           : procedure        ? settings.WptProcChgDist
+                              : plainNm;
+}
 
 bool HeadingHoldEngaged() {
     return std::round(aircraft.headingHoldOn) == 1.0;

@@ -8,6 +8,8 @@
 
 #include <cstdint>
 
+#include "flightplan/flight_plan.h"
+
 namespace avq1 {
 
 // Makes entry `index` of the active plan the waypoint flown to: position copy, change distance, leg
@@ -21,6 +23,10 @@ bool EngageLnav();
 // Disengages LNAV and ends what belongs to it: leg tracking and a hold being flown.
 void DisengageLnav();
 void ToggleLnav();
+
+// How far before this waypoint the next leg is turned to; `plainNm` for one that is neither flown
+// over nor of a procedure.
+double ChangeDistanceNm(const PlanWaypoint& entry, double plainNm);
 
 // What the settings want sent to the simulator as a plan is started or a leg begins: the radios
 // tuned from the plan; the altimeter set to the sea-level pressure.

@@ -185,7 +185,7 @@ void ReadNavaids(std::string_view text, PointTable& table) {
     });
 }
 
-bool ReadCycleText(std::string_view text, std::string& cycle, std::string& validity) {
+void ReadCycleText(std::string_view text, std::string& cycle, std::string& validity) {
     constexpr std::size_t kMaxLineLength = 300;
     LineReader lines(text, kMaxLineLength);
     std::string_view line;
@@ -205,9 +205,8 @@ bool ReadCycleText(std::string_view text, std::string& cycle, std::string& valid
         validity += Characters(end, 1, 2);
         validity += '/';
         validity += Characters(end, 10, 2);
-        return true;
+        return;
     }
-    return false;
 }
 
 Runway ParseRunwayToken(std::string_view token) {

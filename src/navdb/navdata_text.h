@@ -22,8 +22,8 @@ void ReadAirwayFixes(std::string_view text, PointTable& table);
 void ReadAirports(std::string_view text, PointTable& table);
 void ReadNavaids(std::string_view text, PointTable& table);
 
-// The cycle line of the navaid file. False, with both texts unchanged, when there is none.
-bool ReadCycleText(std::string_view text, std::string& cycle, std::string& validity);
+// The cycle line of the navaid file; both texts unchanged when there is none.
+void ReadCycleText(std::string_view text, std::string& cycle, std::string& validity);
 
 // The detail of one airport: the first line whose upper-cased identifier is `ident`. False, with
 // `detail` and `elevationText` unchanged, when there is none.

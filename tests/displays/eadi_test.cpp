@@ -158,6 +158,9 @@ TEST_F(Eadi, ShowsSpeedDeviationNearTheSelectedSpeedOnly) {
         aircraft.indicatedAirspeedKt = c.indicatedKt;
         const auto picture = Draw();
         EXPECT_EQ(Picture::Shows("F") && Picture::Shows("S"), c.offset.has_value()) << c.selectedKt;
+        if (c.offset) {
+            EXPECT_LT(Picture::Find("F")->y, Picture::Find("S")->y - 100);
+        }
         const auto pointer = CentreOf(*picture, colour::Green, -121, -90, -103, 70);
         ASSERT_EQ(pointer.has_value(), c.offset.has_value()) << c.selectedKt;
         EXPECT_NEAR(pointer ? pointer->y : -11, -11 + c.offset.value_or(0), 1) << c.selectedKt;

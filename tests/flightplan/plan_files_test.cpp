@@ -225,8 +225,9 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     folder_.Write("avq/navdata/avq_apts.txt", kAirports);
     SetPlan(activePlan, "KPIT >AAA@ KBUF");
     planBook.activeIndex = kNoWaypoint;
-    planBook.verticalTargetIndex = 9;  // of the plan before
+    planBook.verticalTargetIndex = planBook.editIndex = 9;  // of the plan before
     EXPECT_TRUE(ReadPlanToActive("A.RTE"));
+    EXPECT_EQ(planBook.editIndex, kNoWaypoint);
     EXPECT_EQ(planBook.verticalTargetIndex, 2);
     EXPECT_EQ(Show(activePlan), "KJFK T608 STAR(GDM) KBOS");
     EXPECT_EQ(Show(modifiedPlan), "KJFK T608 STAR(GDM) KBOS");

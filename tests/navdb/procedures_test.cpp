@@ -87,6 +87,8 @@ TEST(Procedures, ApproachRolesGiveTheTransitions) {
         EXPECT_EQ(leg.role + "(" + leg.qualifier + ")", expected) << field;
         EXPECT_EQ(leg.text1 + "|" + leg.text2 + "|" + leg.text3 + "|" + leg.text4, "A3000|22L|A|");
         EXPECT_EQ(leg.flyover, 1);
+        EXPECT_EQ(leg.latitude, 42.1);
+        EXPECT_EQ(leg.longitude, -71.2);
     }
     AirportProcedures unnamed;
     ReadApproaches("[KBOS]\n-- VORA AAA ---\n", "KBOS", unnamed);

@@ -69,6 +69,10 @@ TEST_F(KeyboardTest, EveryLetterAndDigitKeyTypesItsCharacter) {
         }
     }
     EXPECT_EQ(text.size(), 36U) << "no other key types";
+    text.assign(254, 'X');
+    Type(scan::kA);
+    Type(scan::kB);
+    EXPECT_EQ(text.size(), 255U) << "the longest text";
 }
 
 TEST_F(KeyboardTest, KeysPressedTogetherAreTypedLettersFirstThenDigits) {

@@ -50,10 +50,12 @@ constexpr Layer kLayers[] = {
     {WithBoundaries, false, DrawMfdBoundaries},
     {WithPattern, true, DrawMfdRunwayPattern},
     {Always, true, DrawMfdRoute},
-    {WithBoundaries, false, DrawMfdBoundaryNames},
     {WithStations, false, DrawMfdStations},
     {WithAirports, false, DrawMfdAirports},
     {WithDistanceRing, true, DrawMfdDistanceRing},
+    {Always, false, DrawMfdRouteNames},
+    {WithBoundaries, false, DrawMfdBoundaryNames},
+    {Always, false, DrawMfdOtherNames},
     {Always, true, DrawMfdCompass},
     {WithTraffic, true, DrawMfdTraffic},
     {Always, true, DrawMfdOwnAircraft},
@@ -99,9 +101,16 @@ MapCompass RoseNow() {
 
 MapFrame FrameOf(MfdPicture& picture, double rangeNm) {
     const double bottom = picture.showsPage ? kMfdPageBox.y : kMfdHeight;
-    return {picture.surface,     picture.view,          rangeNm,
-            picture.rose.centre, kMfdCompassRadius + 1, {0, 0, kMfdWidth, bottom},
-            picture.texts,       picture.fixedTexts};
+    return {picture.surface,
+            picture.view,
+            rangeNm,
+            picture.rose.centre,
+            kMfdCompassRadius + 1,
+            {0, 0, kMfdWidth, bottom},
+            picture.rose.InsideLabels(),
+            picture.fixedTexts,
+            picture.texts,
+            picture.names};
 }
 
 bool MfdShowsPage() {

@@ -4,7 +4,6 @@
 
 #include "displays/boundaries.h"
 #include "displays/mfd/mfd_picture.h"
-#include "drawing/fixed_text.h"
 #include "drawing/palette.h"
 #include "drawing/symbols.h"
 #include "flightplan/hold_pattern.h"
@@ -14,28 +13,6 @@
 
 namespace avq1 {
 namespace {
-
-constexpr CanvasFont kRingFont{"Arial", 9};
-constexpr double kRangeDashes[] = {3, 4};
-constexpr double kDistanceDashes[] = {7, 3};
-
-void Ring(MfdPicture& picture, double radius, const CanvasPen& pen) {
-    const CanvasPoint& centre = picture.rose.centre;
-    picture.canvas.DrawEllipse(pen, centre.x - radius, centre.y - radius, 2 * radius, 2 * radius);
-}
-
-// On a ground of its own, where the ring runs at this bearing from up.
-void RingLabel(MfdPicture& picture, double radius, double bearing, const FixedText& text,
-               std::uint32_t argb) {
-    const double turn = bearing * kDegToRad;
-    const CanvasSize size = picture.canvas.MeasureText(text, kRingFont);
-    const TextBox box{picture.rose.centre.x + radius * std::sin(turn) - size.width / 2,
-                      picture.rose.centre.y - radius * std::cos(turn) - size.height / 2, size.width,
-                      size.height};
-    picture.texts.Take(box);
-    picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
-    picture.surface.Text(text, kRingFont, argb, box.x, box.y);
-}
 
 // Records show as far as the compass reaches.
 MapFrame RecordsFrame(MfdPicture& picture) {
@@ -49,13 +26,16 @@ CanvasPoint OwnPlace(const MfdPicture& picture) {
 }  // namespace
 
 void ClaimMfdPlaces(MfdPicture& picture) {
-    ClaimRoseLabels(picture.rose, picture.texts);
-    ClaimRoseLabels(picture.rose, picture.fixedTexts);
+    constexpr double kAircraftPx = 9;
+    picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
+    const CanvasPoint own = mfd.mfdMapModeOn == 0 ? picture.rose.centre : OwnPlace(picture);
+    picture.texts.Take(
+        {own.x - kAircraftPx, own.y - kAircraftPx, 2 * kAircraftPx, 2 * kAircraftPx});
 }
 
 void DrawMfdRangeRing(MfdPicture& picture) {
-    Ring(picture, mfd.map.radius, {colour::Grey, 1.0, kRangeDashes});
-    RingLabel(picture, mfd.map.radius, -45, FixedText("%g", picture.rangeNm), colour::Grey);
+    DrawRangeRing(FrameOf(picture, picture.rangeNm),
+                  {picture.rose.centre, mfd.map.radius, 180, -45, picture.rangeNm});
 }
 
 void DrawMfdBoundaries(MfdPicture& picture) {
@@ -91,14 +71,23 @@ void DrawMfdAirports(MfdPicture& picture) {
     DrawNearbyAirports(RecordsFrame(picture));
 }
 
+void DrawMfdRouteNames(MfdPicture& picture) {
+    DrawMapNames(FrameOf(picture, picture.rangeNm), NameRank::Required);
+}
+
+void DrawMfdOtherNames(MfdPicture& picture) {
+    DrawMapNames(RecordsFrame(picture), NameRank::WhereFree);
+}
+
 // How far the distance being set reaches.
 void DrawMfdDistanceRing(MfdPicture& picture) {
     const double radius = mfd.mfdValueA * picture.view.pxPerNm;
     if (mfd.mfdMapModeOn == 1 || !(radius > 0 && radius < kMfdCompassRadius)) {
         return;
     }
-    Ring(picture, radius, {colour::Green, 1.0, kDistanceDashes});
-    RingLabel(picture, radius, 45, FixedText("%.0f", mfd.mfdValueA), colour::Green);
+    DrawRangeRing(
+        FrameOf(picture, picture.rangeNm),
+        {picture.rose.centre, radius, 180, 45, std::round(mfd.mfdValueA), colour::Green, {7, 3}});
 }
 
 void DrawMfdCompass(MfdPicture& picture) {

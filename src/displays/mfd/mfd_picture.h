@@ -5,6 +5,8 @@
 // take.
 #pragma once
 
+#include <vector>
+
 #include "displays/map_compass.h"
 #include "displays/map_layers.h"
 #include "displays/mfd/mfd.h"
@@ -28,6 +30,7 @@ struct MfdPicture {
     bool showsPage = false;
     TextBoxes texts{};
     TextBoxes fixedTexts{};
+    std::vector<MapName>& names = EmptyMapNames();
 };
 
 // The map, `rangeNm` reaching as far as the frame says; records show out to the compass.
@@ -44,6 +47,8 @@ void DrawMfdRunwayPattern(MfdPicture& picture);
 void DrawMfdRoute(MfdPicture& picture);
 void DrawMfdStations(MfdPicture& picture);
 void DrawMfdAirports(MfdPicture& picture);
+void DrawMfdRouteNames(MfdPicture& picture);
+void DrawMfdOtherNames(MfdPicture& picture);
 void DrawMfdDistanceRing(MfdPicture& picture);
 void DrawMfdCompass(MfdPicture& picture);
 void DrawMfdOwnAircraft(MfdPicture& picture);
