@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "base/redraw.h"
 #include "cdu_smiths/fake_smiths.h"
 #include "guidance/vnav.h"
 #include "simlink/sim_variables.h"
@@ -37,101 +38,99 @@ class SideBySide : public SmithsTest {
     }
 
     // The text at a place of a row of the GNS-style unit that shows the identifier; empty without.
-    std::string GnsColumn(const std::string& ident) {
+    std::string OnGns(const std::string& ident) const {
         for (const std::string& row : unit.Rows()) {
             const std::size_t at = row.find(ident + '|');
             if (at != std::string::npos) {
-                return row.substr(at + ident.size() + 1);
+                const std::string behind = row.substr(at + ident.size() + 1);
+                return behind.substr(0, behind.find('|'));  // a restriction's mark follows
             }
         }
         return "";
     }
 
-    // Of the entry that a row of RTE LEGS or RTE DATA shows, the texts behind its identifier.
+    // Of the entry that a row of RTE LEGS or RTE DATA shows, what stands behind its identifier:
+    // predicted restrictions are small, and a little lower.
     std::string SmithsColumn(const std::string& ident) const {
-        for (int row = 1; row <= 5; ++row) {
-            const std::string data = cdu.Data(row);
-            if (data.starts_with(ident) && data.find('|') != std::string::npos) {
-                return data.substr(data.find('|') + 1);
+        constexpr int kFirstDataY = 33;
+        constexpr int kSmallDrop = 5;
+        for (int row = 0; row < 5; ++row) {
+            const std::string data = cdu.At(kFirstDataY + 33 * row);
+            if (data.starts_with(ident)) {
+                const std::size_t behind = data.find('|');
+                return behind != std::string::npos ? data.substr(behind + 1)
+                                                   : cdu.At(kFirstDataY + kSmallDrop + 33 * row);
             }
         }
         return "";
+    }
+
+    void ShowGnsPlan(GnsColumn column) {
+        gns.page = kGnsPlan;
+        gns.planView = kActiveView;
+        gns.Counter(GnsCounter::ActivePlan).n = 1;
+        gns.columnMode = column;
+        ClearSelections(gns);
+        RequestUnitRedraw();
+        unit.Draw();
     }
 
     // Lists, times, altitudes and fuel of all three, of the entries from the active one on.
     void Compare() {
         RefreshPredictions();
-        CompareLists();
-        CompareTimes();
+        CompareListsAndTimes();
         CompareAltitudes();
         CompareFuel();
     }
 
-    void CompareLists() {
-        cdu.Press("LEGS");
-        unit.Press("FPL");
-        compact.Press("LEGS");
-        for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex && i < 5; ++i) {
-            const std::string ident = activePlan.entries[i].ident;
-            EXPECT_THAT(compact.Rows(), Contains(testing::HasSubstr(ident)));
-            EXPECT_NE(GnsColumn(ident), "") << ident;
-            EXPECT_NE(SmithsColumn(ident), "") << ident;
-        }
-    }
-
-    void CompareTimes() {
-        unit.Press("FPL PREV L10 CLR ENTER FPL");  // the next column: ETA
-        while (gns.columnMode != kColumnEta) {
-            unit.Press("FPL PREV L10 CLR ENTER");
-        }
-        unit.Press("PREV");
-        gns.Counter(GnsCounter::ActivePlan).n = 1;
-        unit.Draw();
+    void CompareListsAndTimes() {
+        ShowGnsPlan(kColumnEta);
         cdu.Press("LEGS R6");
-        for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex && i < 5; ++i) {
+        compact.Press("LEGS");
+        for (std::int32_t i = planBook.activeIndex; i <= activePlan.lastIndex; ++i) {
             const std::string& ident = activePlan.entries[i].ident;
-            const std::string eta = GnsColumn(ident);  // "12:15"
+            const std::string eta = OnGns(ident);  // "12:15"
             ASSERT_EQ(eta.size(), 5U) << ident;
             EXPECT_THAT(SmithsColumn(ident), StartsWith(eta.substr(0, 2) + eta.substr(3) + "Z|"));
+            if (i < planBook.activeIndex + kCompactRows) {
+                EXPECT_THAT(compact.Rows(), Contains(testing::HasSubstr(ident)));
+            }
         }
-        const std::string& flown = activePlan.entries[planBook.activeIndex].ident;
-        const std::string eta = GnsColumn(flown);
+        const std::string eta = OnGns(activePlan.entries[planBook.activeIndex].ident);
         const double minutes = std::stod(eta.substr(0, 2)) * 60 + std::stod(eta.substr(3)) -
                                aircraft.zuluHour * 60 - aircraft.zuluMinute;
-        compact.Press("FPLN TO");
+        compact.Press("TO");
         EXPECT_EQ(compact.Rows()[3].substr(0, 11),
                   std::string("ETE:  ") + HoursMinutesText(0, minutes).c_str());
     }
 
     void CompareAltitudes() {
-        while (gns.columnMode != kColumnAlt) {
-            unit.Press("FPL PREV L10 CLR ENTER");
-        }
-        gns.Counter(GnsCounter::ActivePlan).n = 1;
-        unit.Press("FPL");
+        ShowGnsPlan(kColumnAlt);
         cdu.Press("LEGS");
-        for (std::int32_t i = planBook.activeIndex; i < activePlan.lastIndex && i < 5; ++i) {
+        for (std::int32_t i = planBook.activeIndex; i < activePlan.lastIndex; ++i) {
             const std::string& ident = activePlan.entries[i].ident;
-            const double feet = std::stod(GnsColumn(ident));
+            const double feet = std::stod(OnGns(ident));
             std::string shown = SmithsColumn(ident);
+            ASSERT_NE(shown.find('/'), std::string::npos) << ident << ' ' << shown;
             shown = shown.substr(shown.find('/') + 2);
-            const double smithsFeet =
-                shown.starts_with("FL") ? 100 * std::stod(shown.substr(2)) : std::stod(shown);
-            EXPECT_NEAR(smithsFeet, feet, shown.starts_with("FL") ? 50 : 0) << ident;
+            const bool level = shown.starts_with("FL");
+            const double smithsFeet = level ? 100 * std::stod(shown.substr(2)) : std::stod(shown);
+            EXPECT_NEAR(smithsFeet, feet, level ? 50 : 0) << ident;
         }
     }
 
     void CompareFuel() {
-        unit.Press("FUEL FUEL FUEL");
-        const double remainingLb = FuelOnBoard();
-        const double planFuelLb = std::stod(GnsColumn("FPL FUEL"));
+        gns.page = kGnsFuel;
+        gns.Counter(GnsCounter::Fuel).n = 3;
+        unit.Draw();
+        const double planFuelLb = std::stod(OnGns("FPL FUEL"));
         cdu.Press("LEGS R6");
         const std::string destination = SmithsColumn("KBBB");
         EXPECT_NEAR(std::stod(destination.substr(destination.find('|') + 1)) * 1000,
-                    remainingLb - planFuelLb, 51);
-        unit.Press("FPL");
+                    FuelOnBoard() - planFuelLb, 51);
     }
 
+    static constexpr std::int32_t kCompactRows = 4;
     FakeUnit compact;
 };
 
@@ -139,8 +138,8 @@ TEST_F(SideBySide, AllUnitsShowTheSameFlight) {
     EXPECT_EQ(Show(activePlan), "KAAA >ABCDE FLY LATER KBBB");
     Compare();
     // a waypoint typed on the GNS-style unit
-    gns.Counter(GnsCounter::ActivePlan).n = 1;
-    unit.Press("FPL L3 =NEWPT ENTER ENTER");
+    ShowGnsPlan(kColumnEte);
+    unit.Press("L3 =NEWPT ENTER ENTER");
     EXPECT_EQ(Show(activePlan), "KAAA >ABCDE FLY NEWPT LATER KBBB");
     Compare();
     // a restriction from the compact unit, and one from the Smiths-style unit
@@ -170,7 +169,7 @@ TEST_F(SideBySide, APlanTypedOnTheOtherUnitIsActiveHere) {
     gns.planView = kActiveView;
     cdu.Press("RTE");
     EXPECT_EQ(cdu.Data(1), "- - - - -|------");
-    unit.Press("FPL L1 =KAAA ENTER ENTER =NEWPT ENTER ENTER =KBBB ENTER ENTER");
+    unit.Press("L1 =KAAA ENTER ENTER =NEWPT ENTER ENTER =KBBB ENTER ENTER");
     ASSERT_EQ(Show(activePlan), "KAAA >NEWPT KBBB");
     cdu.Press("RTE");
     EXPECT_EQ(cdu.Title(), "ACT|RTE| 1 /  2");

@@ -4,6 +4,7 @@
 #include <limits>
 #include <random>
 #include <set>
+#include <sstream>
 
 #include "cdu_smiths/fake_smiths.h"
 #include "guidance/vnav.h"
@@ -38,6 +39,15 @@ class SmithsTypist : public SmithsTest {
         RefreshPredictions();
     }
 
+    // Nothing is planned yet.
+    void BeginCold() {
+        activePlan.CutTo(-1);
+        modifiedPlan.CutTo(-1);
+        DeleteAllHolds();
+        planBook = PlanBook{};
+        SetActiveWaypoint(kNoWaypoint);
+    }
+
     // One key, or a word and a line key, with or without a draw after it.
     void TypeSomething() {
         // Words make sense where a row of letters does not.
@@ -46,7 +56,13 @@ class SmithsTypist : public SmithsTest {
             "=LONGER", "=PPOS", "=250/FL180", "=/5000A",     "=ONE",   "=09",   "=180",  "=27R",
             "=350",    "=0.78", "=090/12",    "=NEWPT090/9", "=1230",  "=25.5", "=-5",   "=EAST1",
         };
-        constexpr std::size_t kKinds = 10;
+        // So do the steps that lead on from an empty route.
+        static const char* const kSteps[] = {
+            "RTE =KAAA L1",         "RTE =KBBB R1", "RTE =ONE L2",    "RTE R6",  "LEGS R6",
+            "RTE NEXT_PAGE =J9 L3", "INIT_REF L6",  "DIR_INTC L2",    "HOLD L2", "LEGS L6",
+            "DEP_ARR L1",           "DEP_ARR R2",   "LEGS =NEWPT L2",
+        };
+        constexpr std::size_t kKinds = 11;
         const std::size_t kind = random() % kKinds;
         // The window key comes last and opens nothing here.
         const KeyArea& any = kSmithsKeys[random() % (kSmithsKeyCount - 1)];
@@ -56,6 +72,11 @@ class SmithsTypist : public SmithsTest {
             Do(FakeSmiths::NameOf(line));
         } else if (kind < 6) {
             Do(FakeSmiths::NameOf(line));
+        } else if (kind == 10) {
+            std::istringstream keys(kSteps[random() % std::size(kSteps)]);
+            for (std::string key; keys >> key;) {
+                Do(key);
+            }
         } else if (kind == 6) {
             Do(random() % 3 == 0 ? "EXEC" : "CLR");
         } else {
@@ -101,7 +122,7 @@ TEST_F(SmithsTypist, NoKeysInAnyOrderSpoilAPlan) {
                  "KBBB  0.0  7.0  APT  ---\n");
     // AVQ1_TYPIST_KEYS asks for more than an everyday run has time for.
     const char* const asked = std::getenv("AVQ1_TYPIST_KEYS");
-    const int keys = asked != nullptr ? std::atoi(asked) : 6000;
+    const int keys = asked != nullptr ? std::atoi(asked) : 3000;
     std::set<std::int32_t> seen;
     std::set<RouteStatus> statuses;
     for (int pressed = 0; pressed < keys; ++pressed) {
@@ -111,6 +132,9 @@ TEST_F(SmithsTypist, NoKeysInAnyOrderSpoilAPlan) {
         if (random() % 60 == 0) {
             MoveAlong();
         }
+        if (pressed % 1000 == 500) {
+            BeginCold();
+        }
         seen.insert(smiths.page);
         statuses.insert(planBook.status);
         const std::string fault = PlanFault();
@@ -119,7 +143,7 @@ TEST_F(SmithsTypist, NoKeysInAnyOrderSpoilAPlan) {
                                              std::min<std::size_t>(typed.size(), 400));
         ASSERT_LE(smiths.scratchpad.size(), kSmithsScratchpadLength);
     }
-    EXPECT_GE(seen.size(), 20U) << "the typist gets about";
+    EXPECT_GE(seen.size(), 12U) << "the typist gets about";
     EXPECT_EQ(statuses.size(), 5U);
 }
 
