@@ -376,21 +376,6 @@ std::int32_t NumberOf(const std::string& name) {
     return found == table.end() ? 0 : static_cast<std::int32_t>(found - table.begin()) + 1;
 }
 
-bool PutDeparture(FlightPlan& plan, const PlanProcedures& wanted) {
-    const std::int32_t number = NumberOf(wanted.sid);
-    if (number == 0) {
-        plan.EditProcedures().departureRunway = wanted.departureRunway;
-        NoteEdit(plan);
-        return true;
-    }
-    procedureChoice.sidNumber = number;
-    procedureChoice.sidName = wanted.sid;
-    procedureChoice.sidTransition = ChoiceOf(wanted.sidTransition);
-    procedureChoice.departureRunway = ChoiceOf(wanted.departureRunway);
-    BuildSidWaypoints();
-    return InsertSid(plan);
-}
-
 // The approach and the gap before it.
 void TakeOutApproach(FlightPlan& plan) {
     std::int32_t first = 0;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "base/module_state.h"
 #include "base/text.h"
 #include "cdu/formats.h"
 #include "cdu_smiths/smiths_pages.h"
@@ -28,21 +27,8 @@ constexpr std::int16_t kDestinationLabelX = 220;
 constexpr std::string_view kPlanSuffix = ".RTE";
 constexpr std::string_view kEmptyPlans[] = {"NEW FPL", "NEXT FPL"};
 
-// Of which plan planBook.routeView is, so that a draw of the same plan builds nothing.
-struct ViewMade {
-    const FlightPlan* plan = nullptr;
-    std::uint32_t revision = 0;
-};
-ViewMade viewMade;
-const StateReset viewReset([] { viewMade = ViewMade{}; });
-
 const std::vector<RoutePair>& Ways() {
-    const FlightPlan& plan = SmithsPlan();
-    if (viewMade.plan != &plan || viewMade.revision != plan.revision) {
-        BuildRouteView(plan);
-        viewMade = {&plan, plan.revision};
-    }
-    return planBook.routeView;
+    return RouteView(SmithsPlan());
 }
 
 bool OnFirstPage(const FieldRow&) {
@@ -81,8 +67,8 @@ void ShowDestination(const FieldRow&, UnitText& text) {
 }
 
 void ShowRunway(const FieldRow&, UnitText& text) {
-    const std::string& runway = procedureChoice.departureRunway;
-    text.Set(runway == kNoChoice || runway.empty() ? "- - - - -" : runway);
+    const std::string& runway = SmithsPlan().procedures.departureRunway;
+    text.Set(runway.empty() ? "- - - - -" : runway);
 }
 
 bool FindAirport(std::string_view ident, FoundPoint& airport) {
@@ -157,12 +143,11 @@ EntryResult EnterRunway(const FieldRow&, std::string_view text) {
     if (airportSlots[kDepartureSlot].ident != Origin()->ident || !IsRunway(text)) {
         return EntryResult::NotInDatabase;
     }
-    procedureChoice.departureRunway = text;
-    if (procedureChoice.sidNumber > 0) {
-        BuildSidWaypoints();
-        EditSmithsPlan([](FlightPlan& plan) { return InsertSid(plan); });
-    }
-    return EntryResult::Accepted;
+    PlanProcedures wanted = SmithsPlan().procedures;
+    wanted.departureRunway = text;
+    return EditSmithsPlan([&](FlightPlan& plan) { return PutDeparture(plan, wanted); })
+               ? EntryResult::Accepted
+               : EntryResult::PlanFull;
 }
 
 // ---- the following pages ----

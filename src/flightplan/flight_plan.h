@@ -149,6 +149,8 @@ struct PlanBook {
     std::int32_t trackedIndex = kNoWaypoint;  // in the modified plan: follows its entry
     std::array<PlanSelection, kPlanUnitCount> selections;  // by PlanUnit
     std::vector<RoutePair> routeView;  // at most 200 pairs, of the plan asked for last
+    const FlightPlan* routeViewPlan = nullptr;
+    std::uint32_t routeViewRevision = 0;
     RouteStatus status = RouteStatus::None;
     PerformanceChange waitingPerformance;  // of the modification, until EXEC
     std::int32_t cruiseAltitudeFt = 0;     // from the plan file or the pilot; 0 = none

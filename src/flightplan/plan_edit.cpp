@@ -451,6 +451,8 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index) {
 void BuildRouteView(const FlightPlan& plan) {
     std::string_view currentVia;
     planBook.routeView.clear();
+    planBook.routeViewPlan = &plan;
+    planBook.routeViewRevision = plan.revision;
     for (std::int32_t i = 1; i < plan.lastIndex; ++i) {
         const PlanWaypoint& entry = plan.entries[i];
         if (!entry.via.empty() && entry.via == currentVia && entry.ident != kAirwayPlaceholder) {
@@ -463,6 +465,13 @@ void BuildRouteView(const FlightPlan& plan) {
             planBook.routeView.push_back({entry.ident, std::string(currentVia), i, i});
         }
     }
+}
+
+const std::vector<RoutePair>& RouteView(const FlightPlan& plan) {
+    if (planBook.routeViewPlan != &plan || planBook.routeViewRevision != plan.revision) {
+        BuildRouteView(plan);
+    }
+    return planBook.routeView;
 }
 
 void DropModification() {

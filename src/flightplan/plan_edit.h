@@ -112,6 +112,8 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index);
 void CopyActiveToModified();
 // Rebuilds planBook.routeView from a plan.
 void BuildRouteView(const FlightPlan& plan);
+// The same, built only when the plan is another one.
+const std::vector<RoutePair>& RouteView(const FlightPlan& plan);
 // A waiting modification of the active route is dropped; nothing happens without one.
 void DropModification();
 

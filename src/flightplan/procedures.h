@@ -66,6 +66,10 @@ void BuildApproachWaypoints();
 // departure becomes the active one.
 bool InsertSid(FlightPlan& plan);
 
+// Puts in the departure `wanted` names, with its transition and runway; of none only the runway is
+// kept. The departure slot holds the airport.
+bool PutDeparture(FlightPlan& plan, const PlanProcedures& wanted);
+
 // Splices the list before the arrival airport, or before an approach that no arrival precedes.
 bool InsertStar(FlightPlan& plan);
 

@@ -30,8 +30,13 @@ bool RouteIsActive() {
     return planBook.status == RouteStatus::Active || planBook.status == RouteStatus::Modified;
 }
 
-void ForgetArrivalChoice() {
+void ForgetArrivalChoice(FlightPlan& plan) {
     const ProcedureChoice nothing;
+    PlanProcedures departure;
+    departure.sid = plan.procedures.sid;
+    departure.sidTransition = plan.procedures.sidTransition;
+    departure.departureRunway = plan.procedures.departureRunway;
+    plan.EditProcedures() = departure;
     procedureChoice.starNumber = 0;
     procedureChoice.starName.clear();
     procedureChoice.starTransition = nothing.starTransition;
@@ -72,6 +77,7 @@ void StartRoute(const FoundPoint& origin) {
     planBook.destinationIdent.clear();
     planBook.cruiseAltitudeFt = 0;
     planBook.fuelTotal = 0;
+    planBook.waitingPerformance = {};
     planBook.status = overActive ? RouteStatus::Modified : RouteStatus::None;
     procedureChoice = {};
     LoadPlanAirportDetail(origin.ident, kDepartureSlot);
@@ -94,7 +100,7 @@ bool SetRouteDestination(const FoundPoint& destination) {
     }
     planBook.editIndex = NextEntryPlace(plan);
     planBook.destinationIdent = destination.ident;
-    ForgetArrivalChoice();
+    ForgetArrivalChoice(plan);
     LoadPlanAirportDetail(destination.ident, kArrivalSlot);
     NoteEdit(plan);
     return true;

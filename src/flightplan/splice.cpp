@@ -335,6 +335,27 @@ bool InsertSid(FlightPlan& plan) {
     });
 }
 
+bool PutDeparture(FlightPlan& plan, const PlanProcedures& wanted) {
+    const std::vector<Procedure>& sids = airportSlots[kDepartureSlot].procedures.sids;
+    const auto sid = std::find_if(sids.begin(), sids.end(), [&](const Procedure& procedure) {
+        return procedure.name == wanted.sid;
+    });
+    if (sid == sids.end()) {
+        plan.EditProcedures().departureRunway = wanted.departureRunway;
+        NoteEdit(plan);
+        return true;
+    }
+    const auto choiceOf = [](const std::string& name) {
+        return name.empty() ? std::string(kNoChoice) : name;
+    };
+    procedureChoice.sidNumber = static_cast<std::int32_t>(sid - sids.begin()) + 1;
+    procedureChoice.sidName = wanted.sid;
+    procedureChoice.sidTransition = choiceOf(wanted.sidTransition);
+    procedureChoice.departureRunway = choiceOf(wanted.departureRunway);
+    BuildSidWaypoints();
+    return InsertSid(plan);
+}
+
 bool InsertStar(FlightPlan& plan) {
     return Splice(plan, [](FlightPlan& target) {
         PlanProcedures& names = target.EditProcedures();

@@ -44,7 +44,7 @@ TEST_F(SmithsRoute, ARouteIsBuiltActivatedAndExecuted) {
     EXPECT_EQ(planBook.activeIndex, kNoWaypoint) << "nothing is flown before EXEC";
     cdu.Press("=09 L3 NEXT_PAGE");
     EXPECT_EQ(cdu.At(104), "") << "the runway is on page 1";
-    EXPECT_EQ(procedureChoice.departureRunway, "09");
+    EXPECT_EQ(modifiedPlan.procedures.departureRunway, "09");
     EXPECT_EQ(cdu.Label(1), "V I A|T O");
     cdu.Press("=ABCDE R1");
     EXPECT_EQ(cdu.Data(1), "DIRECT|ABCDE");
