@@ -12,11 +12,11 @@
 #include "cdu/formats.h"
 #include "cdu/pilot_entries.h"
 #include "cdu_smiths/smiths_pages.h"
+#include "cdu_smiths/smiths_vertical.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/predictions.h"
 #include "guidance/route_crossings.h"
 #include "navdb/nav_database.h"
-#include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
@@ -30,7 +30,6 @@ constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 constexpr double kWholeCircle = 360;
 constexpr double kFarthestNm = 999;
 constexpr double kMovedNm = 0.1;  // nearer the crossings stay as they were found
-constexpr double kMinutesPerDay = 1440;
 constexpr std::int16_t kFromFixX = 96;
 constexpr std::int16_t kTimeX = 102;
 constexpr std::int16_t kDistanceRightX = 204;
@@ -184,13 +183,8 @@ PredictedPoint PredictionOf(const FieldRow& field) {
 }
 
 void ShowTime(const FieldRow& field, UnitText& text) {
-    const PredictedPoint point = PredictionOf(field);
-    if (std::isfinite(ShownMinutesTo(point))) {
-        const bool local = settings.DispETALocalTime == 1;
-        const double minutes = local ? point.clockMinutes : point.zuluMinutes;
-        const WholeTime time =
-            WholeMinutes(0, PositiveModulo(std::floor(minutes + 0.5), kMinutesPerDay));
-        text.Put("%02.0f%02.0f%s", time.hours, time.minutes, local ? "L" : "Z");
+    if (CrossingOf(field) != nullptr) {
+        text = SmithsMinuteText(PredictionOf(field));
     }
 }
 

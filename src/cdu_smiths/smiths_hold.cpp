@@ -378,6 +378,18 @@ void ComposeHold(Screen& screen) {
 
 }  // namespace
 
+void OpenSmithsHold(std::int32_t index) {
+    const HoldOrder order = HoldsOnRoute();
+    CounterShown();
+    for (std::int32_t i = 0; i < order.count; ++i) {
+        const std::int32_t number = order.numbers[static_cast<std::size_t>(i)];
+        if (FixOf(holdList.holds[static_cast<std::size_t>(number)]) == index) {
+            smiths.Counter(SmithsCounter::Hold).n = i + 1;
+        }
+    }
+    OpenSmithsPage(kSmithsHold);
+}
+
 constinit const PageRow kSmithsHoldPage{
     .page = kSmithsHold, .fields = kFields, .compose = ComposeHold};
 

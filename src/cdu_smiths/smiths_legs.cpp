@@ -80,8 +80,7 @@ EntryResult HoldAtEntry(std::int32_t index) {
         return EntryResult::InvalidEntry;
     }
     smiths.legsMode = LegsMode::Normal;
-    smiths.Counter(SmithsCounter::Hold) = {holdList.count, holdList.count};
-    OpenSmithsPage(kSmithsHold);
+    OpenSmithsHold(index);
     return EntryResult::Accepted;
 }
 

@@ -9,6 +9,7 @@
 #include "cdu_smiths/smiths_pages.h"
 #include "flightplan/pilot_points.h"
 #include "geometry/geometry.h"
+#include "guidance/radio_position.h"
 #include "navdb/nav_database.h"
 #include "settings/parking.h"
 #include "simlink/aircraft_state.h"
@@ -50,10 +51,10 @@ KnownPosition AircraftPosition() {
             {shown.latitude, shown.longitude}};
 }
 
-// By the stations tuned: only while a distance is received.
-KnownPosition RadioPosition() {
-    KnownPosition position = AircraftPosition();
-    position.known = position.known && (aircraft.nav1DmeNm > 0 || aircraft.nav2DmeNm > 0);
+// By a station that is received, unless NAV OPTIONS leaves it out.
+KnownPosition StationPosition() {
+    KnownPosition position;
+    position.known = RadioPosition(position.at);
     return position;
 }
 
@@ -70,7 +71,7 @@ KnownPosition IrsEntry() {
 // By a field's item.
 using PositionSource = KnownPosition (*)();
 constexpr PositionSource kSources[] = {AircraftPosition, AirportPosition, GatePosition, IrsEntry,
-                                       RadioPosition};
+                                       StationPosition};
 enum Source : std::int32_t { kAircraft, kAirport, kGate, kIrs, kRadio };
 
 void ShowPosition(const FieldRow& field, UnitText& text) {

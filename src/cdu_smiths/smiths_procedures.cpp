@@ -370,8 +370,7 @@ std::string_view ChoiceOf(const std::string& name) {
     return name.empty() ? kNoChoice : std::string_view(name);
 }
 
-std::int32_t NumberOf(const std::string& name) {
-    const std::vector<Procedure>& table = ProceduresShown();
+std::int32_t NumberIn(const std::vector<Procedure>& table, const std::string& name) {
     const auto found = std::ranges::find(table, name, &Procedure::name);
     return found == table.end() ? 0 : static_cast<std::int32_t>(found - table.begin()) + 1;
 }
@@ -395,7 +394,7 @@ bool PutArrival(FlightPlan& plan, const PlanProcedures& wanted, bool arrivalChan
     if (arrivalChanges && !plan.procedures.approach.empty()) {
         TakeOutApproach(plan);
     }
-    const std::int32_t number = NumberOf(wanted.star);
+    const std::int32_t number = NumberIn(airportSlots[kArrivalSlot].procedures.stars, wanted.star);
     if (arrivalChanges && number != 0) {
         procedureChoice.starNumber = number;
         procedureChoice.starName = wanted.star;
@@ -513,6 +512,18 @@ void OpenSmithsProcedures(SmithsPage page, std::string_view reference) {
     procedurePick.listsOpened = 0;
     OpenPage(smiths, page);
     CounterShown().n = 1;
+}
+
+EntryResult PressSmithsDepartures(const FieldRow&) {
+    OpenSmithsProcedures(kSmithsDepartures);
+    return EntryResult::None;
+}
+
+bool PutSmithsDepartureRunway(std::string_view runway) {
+    PlanProcedures wanted = ProceduresOf(SmithsPlan());
+    wanted.departureRunway = runway;
+    procedureChoice.airport = airportSlots[kDepartureSlot].ident;
+    return EditSmithsPlan([&](FlightPlan& plan) { return PutDeparture(plan, wanted); });
 }
 
 void ComposeSmithsProcedures(Screen& screen) {

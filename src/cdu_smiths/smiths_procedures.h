@@ -74,6 +74,13 @@ std::string SmithsRouteAirport(bool departure);
 // Shows DEPARTURES or ARRIVALS of the route's airport, or of one to look at.
 void OpenSmithsProcedures(SmithsPage page, std::string_view reference = {});
 
+// For a prompt that opens DEPARTURES of the route's origin.
+EntryResult PressSmithsDepartures(const FieldRow& field);
+
+// The origin's runway, one of its file, is the one departed from: its departure is laid out anew.
+// False, and nothing changed, for a full plan.
+bool PutSmithsDepartureRunway(std::string_view runway);
+
 // The rows of the columns, their marks and labels, title and counter.
 void ComposeSmithsProcedures(Screen& screen);
 

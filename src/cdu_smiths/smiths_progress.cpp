@@ -11,6 +11,7 @@
 #include "cdu/formats.h"
 #include "cdu/pilot_entries.h"
 #include "cdu_smiths/smiths_pages.h"
+#include "cdu_smiths/smiths_vertical.h"
 #include "guidance/guidance_state.h"
 #include "guidance/predictions.h"
 #include "guidance/vnav.h"
@@ -28,7 +29,6 @@ constexpr std::int16_t kTimeX = 164;
 constexpr double kThousand = 1000;
 constexpr double kMinutesPerDay = 1440;
 constexpr double kMinutesPerHour = 60;
-constexpr double kToleranceS = 15;  // within which a time is kept
 constexpr double kIsaSeaLevelC = 15;
 constexpr double kIsaPerThousandFt = 1.98;
 
@@ -94,27 +94,6 @@ const char* ClockLetter() {
     return ShowsLocalTime() ? "L" : "Z";
 }
 
-// "1407Z"
-UnitText ClockText(const PredictedPoint& point) {
-    UnitText text("- - - -");
-    if (std::isfinite(ShownMinutesTo(point))) {
-        const WholeTime time =
-            WholeMinutes(0, PositiveModulo(std::floor(ClockMinutes(point) + 0.5), kMinutesPerDay));
-        text.Put("%02.0f%02.0f%s", time.hours, time.minutes, ClockLetter());
-    }
-    return text;
-}
-
-// "1407.3Z"
-UnitText TenthsText(const PredictedPoint& point) {
-    UnitText text("- - - - . -");
-    if (std::isfinite(ShownMinutesTo(point))) {
-        text.Put("%s%s", ClockTenthsText(ClockMinutes(point) / kMinutesPerHour).c_str(),
-                 ClockLetter());
-    }
-    return text;
-}
-
 UnitText FuelText(double pounds) {
     UnitText text("- - . -");
     if (std::isfinite(pounds)) {
@@ -162,7 +141,7 @@ void ShowDistance(const FieldRow& field, UnitText& text) {
 }
 
 void ShowEta(const FieldRow& field, UnitText& text) {
-    text = ClockText(PointOf(field.item));
+    text = SmithsMinuteText(PointOf(field.item));
 }
 
 void ShowFuelAt(const FieldRow& field, UnitText& text) {
@@ -181,12 +160,7 @@ void ShowTopLabel(const FieldRow&, UnitText& text) {
 }
 
 void ShowTop(const FieldRow&, UnitText& text) {
-    const PredictedPoint& top = NextTop();
-    if (top.known) {
-        text.Put("%s/%.0f NM", TenthsText(top).c_str(), top.distanceNm);
-    } else {
-        text.Set("- - - - . -  / - - -");
-    }
+    text = SmithsPassageText(NextTop());
 }
 
 void ShowFuelOnBoard(const FieldRow&, UnitText& text) {
@@ -348,7 +322,7 @@ void ShowRequiredDistance(const FieldRow&, UnitText& text) {
 }
 
 void ShowRequiredEta(const FieldRow&, UnitText& text) {
-    text = TenthsText(RequiredPoint());
+    text = SmithsClockText(RequiredPoint());
 }
 
 void ShowRequiredAltitude(const FieldRow&, UnitText& text) {
@@ -376,7 +350,7 @@ void ShowTimeError(const FieldRow&, UnitText& text) {
     const double late = LateMinutes();
     text.Set("- - : - -");
     if (std::isfinite(late)) {
-        const bool onTime = std::abs(late) * 60 <= kToleranceS;
+        const bool onTime = std::abs(late) * 60 <= pilotEntries.timeToleranceS;
         const UnitText amount = HoursMinutesText(0, std::abs(late) * 60);  // minutes and seconds
         text.Set("ON TIME");
         if (!onTime) {
@@ -397,14 +371,18 @@ void ShowRequiredSpeed(const FieldRow&, UnitText& text) {
     }
 }
 
+EntryResult OpenNavStatus(const FieldRow&) {
+    smiths.Counter(SmithsCounter::NavStatus).n = 1;
+    return EntryResult::None;
+}
+
 EntryResult OpenLimits(const FieldRow&) {
     smiths.Counter(SmithsCounter::PerfInit).n = 2;
     return EntryResult::None;
 }
 
-constexpr FieldRow ShownLabel(std::int32_t line, FieldRow::Show show) {
-    const FieldRow beside = SmithsField(line, {});
-    return {.show = show, .style = beside.labelStyle, .valueAt = beside.labelAt};
+constexpr FieldRow NavStatusPrompt() {
+    return SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus, {.press = OpenNavStatus});
 }
 
 constexpr FieldRow kFields[] = {
@@ -431,13 +409,13 @@ constexpr FieldRow kFields[] = {
     InColumn(kL4, kDistanceRightX, true, ShowDistance, kDestination),
     InColumn(kL4, kTimeX, false, ShowEta, kDestination),
     InColumn(kL4, kSmithsRightX, true, ShowFuelAt, kDestination),
-    On<1>(ShownLabel(kL5, ShowTopLabel)),
+    On<1>(SmithsShownLabel(kL5, ShowTopLabel)),
     On<1>(SmithsField(kL5, {.show = ShowTop})),
     On<1>(SmithsField(kR5, {.label = "F U E L    Q T Y", .show = ShowFuelOnBoard})),
     On<1>(SmithsField(kL6, {.label = "W I N D         I R S  (   )", .show = ShowWind})),
-    On<1>(SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus)),
+    On<1>(NavStatusPrompt()),
     // page 2
-    On<2>(ShownLabel(kL1, ShowHeadwindLabel)),
+    On<2>(SmithsShownLabel(kL1, ShowHeadwindLabel)),
     On<2>(SmithsField(kL1, {.show = ShowHeadwind})),
     On<2>(SmithsField(kR1, {.label = "C R O S S W I N D", .show = ShowCrosswind})),
     On<2>(SmithsField(kL2, {.label = "W I N D                         S A T / I S A    D E V",
@@ -448,7 +426,7 @@ constexpr FieldRow kFields[] = {
     On<2>(SmithsField(
         kL4, {.label = "G P S - L    T R K                             T A S", .show = ShowTrack})),
     On<2>(SmithsField(kR4, {.show = ShowTrueAirspeed})),
-    On<2>(SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus)),
+    On<2>(NavStatusPrompt()),
     // page 3
     On<3>(SmithsField(kL1, {.label = "R T A    W P T",
                             .show = ShowRequiredPoint,
@@ -465,7 +443,7 @@ constexpr FieldRow kFields[] = {
     On<3>(SmithsField(kL4, {.label = "T I M E    E R R O R", .show = ShowTimeError})),
     On<3>(SmithsField(kR4, {.label = "R E Q    G / S", .show = ShowRequiredSpeed})),
     On<3>(SmithsPrompt(kL6, "< LIMITS", kSmithsPerfInit, {.press = OpenLimits})),
-    On<3>(SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus)),
+    On<3>(NavStatusPrompt()),
     On<2>(SmithsSeparatorRow()),
     On<3>(SmithsSeparatorRow()),
 };

@@ -86,6 +86,9 @@ EntryResult TakeSmithsPoint(std::string_view text, SmithsTakePoint take);
 // entry.
 PlanSelection& SmithsSelection();
 
+// Shows RTE HOLD with the hold at an entry of the plan shown.
+void OpenSmithsHold(std::int32_t index);
+
 // ---- plan mode of the maps ----
 bool SmithsMapStepShown(const FieldRow& field);
 // The entry of the plan shown that the map is centred on; kNoWaypoint without.

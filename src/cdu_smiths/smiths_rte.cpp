@@ -6,6 +6,7 @@
 #include "base/text.h"
 #include "cdu/formats.h"
 #include "cdu_smiths/smiths_pages.h"
+#include "cdu_smiths/smiths_procedures.h"
 #include "cdu_smiths/smiths_route.h"
 #include "flightplan/airway_entry.h"
 #include "flightplan/plan_airports.h"
@@ -143,11 +144,7 @@ EntryResult EnterRunway(const FieldRow&, std::string_view text) {
     if (airportSlots[kDepartureSlot].ident != Origin()->ident || !IsRunway(text)) {
         return EntryResult::NotInDatabase;
     }
-    PlanProcedures wanted = SmithsPlan().procedures;
-    wanted.departureRunway = text;
-    return EditSmithsPlan([&](FlightPlan& plan) { return PutDeparture(plan, wanted); })
-               ? EntryResult::Accepted
-               : EntryResult::PlanFull;
+    return PutSmithsDepartureRunway(text) ? EntryResult::Accepted : EntryResult::PlanFull;
 }
 
 // ---- the following pages ----

@@ -50,7 +50,9 @@ EntryResult LoadPlanOn(const FieldRow& field) {
         if (!LoadSmithsRoute(plan->fileName)) {
             SaySmiths("UNABLE TO LOAD FPL");
         } else {
-            SaySmiths(planBook.entryNotice);
+            if (!planBook.entryNotice.empty()) {
+                SaySmiths(planBook.entryNotice);
+            }
             OpenPage(smiths, kSmithsRoute);
         }
     }

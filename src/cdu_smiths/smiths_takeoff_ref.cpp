@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "cdu/pilot_entries.h"
 #include "cdu_smiths/smiths_pages.h"
+#include "cdu_smiths/smiths_procedures.h"
 #include "cdu_smiths/smiths_reference.h"
 #include "cdu_smiths/smiths_route.h"
 #include "flightplan/flight_plan.h"
@@ -83,7 +84,7 @@ constexpr FieldRow kFields[] = {
     SmithsPrompt(kR5, "ROUTE>", kSmithsRoute),
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "<INDEX", kSmithsIndex),
-    SmithsPrompt(kR6, "DEPARTURE>", kSmithsDepartures),
+    SmithsPrompt(kR6, "DEPARTURE>", kSmithsDepartures, {.press = PressSmithsDepartures}),
 };
 
 void HandleTakeoff(const UnitInput&) {

@@ -184,6 +184,18 @@ UnitText SmithsClockText(const PredictedPoint& point) {
     return text;
 }
 
+UnitText SmithsMinuteText(const PredictedPoint& point) {
+    constexpr double kMinutesPerDay = 1440;
+    const bool local = settings.DispETALocalTime == 1;
+    UnitText text("- - - -");
+    if (std::isfinite(ShownMinutesTo(point))) {
+        const double minutes = std::floor((local ? point.clockMinutes : point.zuluMinutes) + 0.5);
+        const WholeTime time = WholeMinutes(0, PositiveModulo(minutes, kMinutesPerDay));
+        text.Put("%02.0f%02.0f%c", time.hours, time.minutes, local ? 'L' : 'Z');
+    }
+    return text;
+}
+
 UnitText SmithsPassageText(const PredictedPoint& point) {
     UnitText text;
     text.Put("%s/---- NM", SmithsClockText(point).c_str());

@@ -49,7 +49,8 @@ bool SmithsSpeedModeChosen(VerticalPhase phase, SpeedMode mode);
 // "1407.3Z/123 NM": when and how far away the point is passed, as the pages show it; local time
 // with "L" where the setting asks for it. `format` takes the time, the letter and the distance.
 UnitText SmithsPassageText(const PredictedPoint& point);
-UnitText SmithsClockText(const PredictedPoint& point);  // "1407.3Z"
+UnitText SmithsClockText(const PredictedPoint& point);   // "1407.3Z"
+UnitText SmithsMinuteText(const PredictedPoint& point);  // "1407Z"
 
 // In the plan shown, from the entry flown to on, the first with an altitude to keep that is passed
 // within `withinNm`; kNoWaypoint without one.

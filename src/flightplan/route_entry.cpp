@@ -43,6 +43,9 @@ void ForgetArrivalChoice(FlightPlan& plan) {
     procedureChoice.arrivalRunway = nothing.arrivalRunway;
     procedureChoice.approachType.clear();
     procedureChoice.approachTransition.clear();
+    PlanProcedures& names = modifiedPlan.EditProcedures();
+    names.star = names.starTransition = names.arrivalRunway = "";
+    names.approach = names.approachTransition = "";
 }
 
 bool IsOfArrival(const PlanWaypoint& entry) {
