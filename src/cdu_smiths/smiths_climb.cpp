@@ -69,9 +69,9 @@ constexpr FieldRow kFields[] = {
         kL5,
         {.show = ShowMode<SpeedMode::MaxRate>, .press = PressMode<SpeedMode::MaxRate>, .item = 0}),
     SmithsSeparatorRow(),
-    SmithsField(kL6, {.show = ShowMode<SpeedMode::MaxAngle>,
-                      .press = PressMode<SpeedMode::MaxAngle>,
-                      .item = 1}),
+    SmithsShownPrompt(kL6, {.show = ShowMode<SpeedMode::MaxAngle>,
+                            .press = PressMode<SpeedMode::MaxAngle>,
+                            .item = 1}),
     SmithsPrompt(kR6, "RTA >", kSmithsProgress, {.press = PressSmithsRta}),
 };
 

@@ -77,8 +77,8 @@ constexpr FieldRow kFields[] = {
                       .show = ShowTurbulenceSpeed}),
     SmithsField(kR3, {.show = ShowWind}),
     SmithsSeparatorRow(),
-    SmithsField(kL6, {.show = ShowLongRange, .press = PressLongRange}),
-    SmithsField(kR6, {.show = ShowPause, .press = TogglePause}),
+    SmithsShownPrompt(kL6, {.show = ShowLongRange, .press = PressLongRange}),
+    SmithsShownPrompt(kR6, {.show = ShowPause, .press = TogglePause}),
 };
 
 void ComposeCruise(Screen& screen) {

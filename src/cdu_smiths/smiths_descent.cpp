@@ -121,7 +121,7 @@ constexpr FieldRow kFields[] = {
                       .item = kPhase}),
     SmithsField(kR3, {.label = "V E R T  D E V", .show = ShowDeviation}),
     SmithsField(kL4, {.label = "F P A  V / B        V / S", .show = ShowAngles}),
-    SmithsField(kR4, {.show = ShowSpeedMode, .press = PressSpeedMode}),
+    SmithsShownPrompt(kR4, {.show = ShowSpeedMode, .press = PressSpeedMode}),
     SmithsPrompt(kR5, "FORECAST >", kSmithsForecasts),
     SmithsSeparatorRow(),
     SmithsPrompt(kR6, "RTA >", kSmithsProgress, {.press = PressSmithsRta}),

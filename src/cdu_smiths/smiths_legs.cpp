@@ -7,6 +7,7 @@
 
 #include "base/module_state.h"
 #include "cdu/formats.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns.h"
 #include "cdu_gns/gns_values.h"
 #include "cdu_smiths/smiths_pages.h"
@@ -456,7 +457,7 @@ void PutLegLabel(Screen& screen, std::int32_t index, std::int16_t y) {
 UnitText CrossingText(double speedKt, double altitudeFt, const char* suffix) {
     UnitText altitude("- - - - - -");
     if (std::isfinite(altitudeFt) && altitudeFt != kUnset) {
-        if (altitudeFt > gns.transitionLevelFt) {
+        if (altitudeFt > pilotEntries.transitionAltitudeFt) {
             altitude.Put("FL%03.0f%s", altitudeFt / 100, suffix);
         } else {
             altitude.Put("%5.0f%s", altitudeFt, suffix);
@@ -498,7 +499,7 @@ void PutData(Screen& screen, std::int32_t index, std::int16_t y) {
     screen.PutText(kSmithsData, {kEtaX, y}, eta);
     UnitText fuel("- - . -");
     if (point.known) {
-        fuel.Put("%3.1f", GnsWeight(point.fuelLb) / kPoundsShown);
+        fuel.Put("%3.1f", InWeightUnit(point.fuelLb) / kPoundsShown);
     }
     screen.PutText(kSmithsDataRight, {kSmithsRightX, y}, fuel);
 }

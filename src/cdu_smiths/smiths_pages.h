@@ -115,6 +115,13 @@ constexpr FieldRow SmithsPrompt(std::int32_t line, const char* text, std::int32_
     return field;
 }
 
+// A prompt whose text is worked out and whose key does something here.
+constexpr FieldRow SmithsShownPrompt(std::int32_t line, FieldRow field) {
+    field = SmithsField(line, field);
+    field.isPrompt = true;
+    return field;
+}
+
 // A label that is worked out, beside the line key; it takes no key.
 constexpr FieldRow SmithsShownLabel(std::int32_t line, FieldRow::Show show) {
     const FieldRow beside = SmithsField(line, {});
