@@ -190,7 +190,7 @@ constexpr FieldRow Ident(std::int32_t line, const char* label, std::int32_t item
 }
 
 constexpr FieldRow RunwayLabel() {
-    FieldRow field = SmithsShownLabel(kR5, ShowRunwayLabel);
+    FieldRow field = SmithsShownLabel(kR2, ShowRunwayLabel);
     field.visible = HasRunway;
     return field;
 }
@@ -201,16 +201,16 @@ constexpr FieldRow kFields[] = {
     Ident(kR1, "N A V A I D    I D E N T", 1),
     Ident(kL2, "A I R P O R T    I D E N T", 2),
     SmithsField(kR2, {.label = "F R E Q", .show = ShowFrequency, .visible = HasFrequency}),
-    SmithsField(kR2,
-                {.label = "E L E V A T I O N", .show = ShowElevation, .visible = HasElevation}),
+    RunwayLabel(),
+    SmithsField(
+        kR2, {.show = ShowRunway, .visible = HasRunway, .enter = EnterRunway, .press = NextRunway}),
     SmithsField(kL3, {.label = "L A T I T U D E", .show = ShowLatitude, .visible = HasPoint}),
     SmithsField(kR3, {.label = "L O N G I T U D E", .show = ShowLongitude, .visible = HasPoint}),
     SmithsField(kL4, {.label = "M A G    V A R", .show = ShowVariation, .visible = HasPoint}),
     SmithsField(kR4, {.label = "R A D I A L / D I S T", .show = ShowRadial, .visible = HasPoint}),
     SmithsPrompt(kL5, "< NAV SUMMARY", kSmithsNavSummary),
-    RunwayLabel(),
-    SmithsField(
-        kR5, {.show = ShowRunway, .visible = HasRunway, .enter = EnterRunway, .press = NextRunway}),
+    SmithsField(kR5,
+                {.label = "E L E V A T I O N", .show = ShowElevation, .visible = HasElevation}),
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "< INDEX", kSmithsIndex),
     SmithsPrompt(kR6, "NAV    OPTIONS>", kSmithsNavStatus, {.press = OpenNavOptions}),

@@ -233,7 +233,7 @@ constexpr EntryCase kEntries[] = {
     {kSmithsRefNavData, 1, "L2", "KBBB", "ok", "KBBB"},
     {kSmithsRefNavData, 1, "L2", "TWICE", kUnknown},
     {kSmithsRefNavData, 1, "L1", "DEL", kNoDelete},
-    {kSmithsRefNavData, 1, "R5", "09L", kInvalid},
+    {kSmithsRefNavData, 1, "R2", "09L", kInvalid},
     {kSmithsRefNavData, 1, "L3", "A", kInvalid},
     // position
     {kSmithsPos, 1, "L2", "KAAA", "ok", "KAAA"},
@@ -496,15 +496,15 @@ TEST_F(SmithsPerformance, ReferenceDataShowsEachPointOfTheName) {
     EXPECT_EQ(Value("L4"), "- - -") << "its variation is not known";
     ASSERT_EQ(Enter("KBBB", "L2"), "ok");
     EXPECT_EQ(cdu.Data(1), "- - - - -|- - - - -");
-    EXPECT_EQ(cdu.Data(2), "KBBB|1234 FT");
-    EXPECT_EQ(cdu.Label(5), "R U N W A Y   09L");
-    EXPECT_EQ(Value("R5"), "9000FT 2743 M");
-    cdu.Press("R5");
-    EXPECT_EQ(cdu.Label(5), "R U N W A Y   27R");
-    EXPECT_EQ(Enter("33", "R5"), kUnknown);
+    EXPECT_EQ(cdu.Data(2), "KBBB|9000FT 2743 M");
+    EXPECT_EQ(cdu.Label(2), "A I R P O R T    I D E N T|R U N W A Y   09L");
+    EXPECT_EQ(Value("R5"), "1234 FT");
+    cdu.Press("R2");
+    EXPECT_THAT(cdu.Label(2), ::testing::EndsWith("27R"));
+    EXPECT_EQ(Enter("33", "R2"), kUnknown);
     smiths.message.clear();
-    EXPECT_EQ(Enter("09L", "R5"), "ok");
-    EXPECT_EQ(cdu.Label(5), "R U N W A Y   09L");
+    EXPECT_EQ(Enter("09L", "R2"), "ok");
+    EXPECT_THAT(cdu.Label(2), ::testing::EndsWith("09L"));
     cdu.Press("R6");
     EXPECT_EQ(smiths.page, kSmithsNavStatus);
     EXPECT_EQ(smiths.Counter(SmithsCounter::NavStatus).n, 2);
@@ -642,6 +642,36 @@ TEST_F(SmithsPerformance, ThePauseNeedsTheSettingsLeave) {
     EXPECT_EQ(planBook.status, RouteStatus::Active) << "nothing waits for EXEC";
     cdu.Press("R6");
     EXPECT_EQ(vnav.pauseArmed, 0);
+}
+
+TEST_F(SmithsPerformance, FromAColdPanelToARouteThatIsFlown) {
+    aircraft.latitude = aircraft.longitude = aircraft.groundSpeedKt = 0;
+    cdu.Press("INIT_REF");
+    EXPECT_EQ(cdu.Title(), "POS   INIT|1 / 3");
+    cdu.Press("=KAAA L2 R2 R4 R6");
+    cdu.Press("=KAAA L1 =KBBB R1 NEXT_PAGE =ABCDE R1 PREV_PAGE R6");
+    ASSERT_EQ(planBook.status, RouteStatus::AwaitsExecution);
+    cdu.Press("R6");
+    EXPECT_EQ(cdu.Title(), "PERF  INIT| 1 /  2");
+    cdu.Press("=98.6 L3 =4.2 L4 =100 L5 =240 R1 =270/45 R2 =10 R3 =9000 R5");
+    EXPECT_EQ(cdu.Bottom(), "");
+    EXPECT_EQ(cdu.Data(1), "98.6 / - - . -|FL240");
+    EXPECT_EQ(cdu.Data(4), "4.2|-23");
+    cdu.Press("R6 =15 L1 =139 R1 =142 R2 =149 R3");
+    EXPECT_EQ(cdu.Data(1), "15|139 K T");
+    EXPECT_EQ(cdu.Label(4), "P R E     F L T   S T A T U S");
+    EXPECT_FALSE(HasActiveWaypoint());
+    cdu.Press("EXEC");
+    Update();
+    EXPECT_EQ(cdu.Label(4), "P R E     F L T   C O M P L E T E");
+    EXPECT_EQ(vnav.cruiseAltitude, 24000);
+    EXPECT_EQ(performance.climbIas, 270);
+    EXPECT_EQ(ActivePredictions().cruiseAltitudeFt, 24000);
+    cdu.Press("CLB");
+    EXPECT_EQ(cdu.Title(), "ACT|ECON  CLB|1 / 1");
+    EXPECT_EQ(cdu.Data(1).substr(0, 5), "FL240");
+    cdu.Press("INIT_REF");
+    EXPECT_EQ(cdu.Title(), "PERF  INIT| 1 /  2") << "with a route the key opens PERF INIT";
 }
 
 // ---- values ----
