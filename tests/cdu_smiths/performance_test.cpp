@@ -664,6 +664,8 @@ TEST_F(SmithsPerformance, FromAColdPanelToARouteThatIsFlown) {
     cdu.Press("EXEC");
     Update();
     EXPECT_EQ(cdu.Label(4), "P R E     F L T   C O M P L E T E");
+    cdu.Press("R6");
+    EXPECT_EQ(cdu.Title(), "KAAA DEPARTURES| 1 /  1");
     EXPECT_EQ(vnav.cruiseAltitude, 24000);
     EXPECT_EQ(performance.climbIas, 270);
     EXPECT_EQ(ActivePredictions().cruiseAltitudeFt, 24000);
