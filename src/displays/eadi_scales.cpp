@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "displays/deviation_scale.h"
 #include "displays/eadi_picture.h"
 #include "drawing/palette.h"
 #include "geometry/geometry.h"
@@ -24,27 +25,6 @@ constexpr double kSpeedX = -112;
 constexpr double kUprightCentreY = -11;
 constexpr double kPxPerGlideUnit = 0.5;
 constexpr double kFullGlideUnits = 120;
-
-// Two dots either side of a centre mark; (dx, dy) leads from the centre to the outer dot.
-void DrawDots(Canvas& canvas, double x, double y, double dx, double dy) {
-    constexpr double kRadius = 2.2;
-    for (const double dot : {-1.0, -0.5, 0.5, 1.0}) {
-        canvas.DrawEllipse({colour::White, 1.2}, x + dot * dx - kRadius, y + dot * dy - kRadius,
-                           2 * kRadius, 2 * kRadius);
-    }
-    const double across = 6;  // the centre mark lies across the scale
-    const bool upright = dx == 0;
-    canvas.DrawLine({colour::White, 1.5}, x - (upright ? across : 0), y - (upright ? 0 : across),
-                    x + (upright ? across : 0), y + (upright ? 0 : across));
-}
-
-void DrawDiamond(Canvas& canvas, std::uint32_t argb, double x, double y) {
-    constexpr double kHalf = 5.5;
-    const std::array<CanvasPoint, 4> diamond{
-        {{x, y - kHalf}, {x + kHalf, y}, {x, y + kHalf}, {x - kHalf, y}}};
-    canvas.FillPolygon(argb, diamond);
-    canvas.DrawPolyline({colour::Black, 0.8}, diamond, true);
-}
 
 // The strip a scale lies on, so that it reads the same over sky and earth.
 void DrawUprightGround(EadiPicture& picture, double x) {
@@ -116,9 +96,9 @@ void DrawLocalizer(EadiPicture& picture) {
     constexpr double kReachPx = kFullCourseUnits * kPxPerCourseUnit;
     const bool valid = std::isfinite(ShownAircraft().nav1CdiNeedle);
     EadiText(picture, "LOC", {"Arial", 9, true}, valid ? colour::Green : colour::Red, -97, 62);
-    DrawDots(picture.canvas, 0, kLocalizerY, kReachPx, 0);
+    DrawScaleDots(picture.canvas, 0, kLocalizerY, kReachPx, 0);
     if (valid) {
-        DrawDiamond(
+        DrawScaleDiamond(
             picture.canvas, colour::Magenta,
             std::clamp(ShownAircraft().nav1CdiNeedle * kPxPerCourseUnit, -kReachPx, kReachPx),
             kLocalizerY);
@@ -131,11 +111,11 @@ void DrawGlideslope(EadiPicture& picture) {
     }
     constexpr double kReachPx = kFullGlideUnits * kPxPerGlideUnit;
     DrawUprightGround(picture, kGlideslopeX);
-    DrawDots(picture.canvas, kGlideslopeX, kUprightCentreY, 0, kReachPx);
+    DrawScaleDots(picture.canvas, kGlideslopeX, kUprightCentreY, 0, kReachPx);
     if (std::isfinite(ShownAircraft().nav1GlideslopeNeedle)) {
         const double offset =
             std::clamp(ShownAircraft().nav1GlideslopeNeedle * kPxPerGlideUnit, -kReachPx, kReachPx);
-        DrawDiamond(picture.canvas, colour::Magenta, kGlideslopeX, kUprightCentreY + offset);
+        DrawScaleDiamond(picture.canvas, colour::Magenta, kGlideslopeX, kUprightCentreY + offset);
     } else {
         DrawFlag(picture.surface, "GS", colour::Red, kGlideslopeX, kUprightCentreY);
     }
@@ -158,11 +138,11 @@ void DrawSpeedDeviation(EadiPicture& picture) {
     constexpr CanvasFont kFont{"Arial", 11, true};
     constexpr double kReachPx = kReachKt * kPxPerKt;
     DrawUprightGround(picture, kSpeedX);
-    DrawDots(picture.canvas, kSpeedX, kUprightCentreY, 0, kReachPx);
+    DrawScaleDots(picture.canvas, kSpeedX, kUprightCentreY, 0, kReachPx);
     picture.surface.TextCentred("F", kFont, colour::White, kSpeedX,
                                 kUprightCentreY - kReachPx - 16);
     picture.surface.TextCentred("S", kFont, colour::White, kSpeedX, kUprightCentreY + kReachPx + 4);
-    DrawDiamond(picture.canvas, colour::Green, kSpeedX, kUprightCentreY + slowKt * kPxPerKt);
+    DrawScaleDiamond(picture.canvas, colour::Green, kSpeedX, kUprightCentreY + slowKt * kPxPerKt);
 }
 
 }  // namespace avq1

@@ -1,6 +1,7 @@
 #include "displays/ehsi.h"
 
 #include "base/module_state.h"
+#include "displays/deviation_scale.h"
 #include "displays/ehsi_picture.h"
 #include "displays/map_station.h"
 #include "displays/map_view.h"
@@ -36,6 +37,7 @@ enum class Shows {
     WithStation,
     WithHolds,
     WithProfile,
+    InDescent,
 };
 enum class Clip { None, Compass, Bottom };
 
@@ -46,6 +48,7 @@ struct Layer {
 };
 
 constexpr Layer kLayers[] = {
+    {Shows::InDescent, Clip::None, ClaimPathDeviationLayer},
     {Shows::OnMap, Clip::None, DrawRangeMark},
     {Shows::WithBoundaries, Clip::None, DrawBoundaryLayer},
     {Shows::WithPattern, Clip::Compass, DrawRunwayPatternLayer},
@@ -61,6 +64,7 @@ constexpr Layer kLayers[] = {
     {Shows::Always, Clip::None, DrawCompassRose},
     {Shows::Always, Clip::None, DrawHeadingBug},
     {Shows::Always, Clip::None, DrawEhsiTexts},
+    {Shows::InDescent, Clip::None, DrawPathDeviationLayer},
     {Shows::Always, Clip::None, DrawOwnAircraft},
 };
 
@@ -83,6 +87,8 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
             return picture.mapMode && FromFlightManagement() && holdList.count > 0;
         case Shows::WithProfile:
             return picture.mapMode && FromFlightManagement() && ShowsProfileMarkers();
+        case Shows::InDescent:
+            return picture.mapMode && FromFlightManagement() && ShowsPathDeviation();
     }
     return false;
 }

@@ -63,6 +63,8 @@ void DrawProfileLayer(EhsiPicture& picture);
 void DrawStationLayer(EhsiPicture& picture);
 void DrawRouteNameLayer(EhsiPicture& picture);
 void DrawOtherNameLayer(EhsiPicture& picture);
+void ClaimPathDeviationLayer(EhsiPicture& picture);
+void DrawPathDeviationLayer(EhsiPicture& picture);
 void DrawBoundaryNameLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);

@@ -1,9 +1,16 @@
 // The EHSI's map: the range mark and the layers it shares with the other maps.
 #include "displays/boundaries.h"
+#include "displays/deviation_scale.h"
 #include "displays/ehsi_picture.h"
 #include "displays/map_station.h"
 
 namespace avq1 {
+namespace {
+
+constexpr CanvasPoint kPathDeviationAt{249, 172};
+
+}  // namespace
+
 void DrawRangeMark(EhsiPicture& picture) {
     const EhsiCompass& compass = picture.compass;
     // left of the aircraft: behind it on the full compass, ahead on the arc
@@ -49,6 +56,14 @@ void DrawRouteNameLayer(EhsiPicture& picture) {
 
 void DrawOtherNameLayer(EhsiPicture& picture) {
     DrawMapNames(FrameOf(picture), NameRank::WhereFree);
+}
+
+void ClaimPathDeviationLayer(EhsiPicture& picture) {
+    TakeFixedPlace(FrameOf(picture), PathDeviationBox(kPathDeviationAt.x, kPathDeviationAt.y));
+}
+
+void DrawPathDeviationLayer(EhsiPicture& picture) {
+    DrawPathDeviation(picture.surface, kPathDeviationAt.x, kPathDeviationAt.y);
 }
 
 }  // namespace avq1

@@ -15,6 +15,7 @@
 #include "guidance/guidance_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
@@ -135,13 +136,15 @@ CanvasPoint AtMapEdge(const MapFrame& frame, const CanvasPoint& place) {
     return {from.x + part * line.x, from.y + part * line.y};
 }
 
-void DrawMarker(const MapFrame& frame, SymbolCode code, double latitude, double longitude) {
-    const bool known = latitude != 0 || longitude != 0;
-    CanvasPoint at = PlaceOnMap(frame.view, latitude, longitude);
+void DrawMarker(const MapFrame& frame, SymbolCode code, const PredictedPoint& point) {
+    if (!point.known) {
+        return;
+    }
+    CanvasPoint at = PlaceOnMap(frame.view, point.position.latitude, point.position.longitude);
     if (performance.showFloatingTodBod == 1 && !NearMap(frame, at)) {
         at = AtMapEdge(frame, at);
     }
-    if (!known || !NearMap(frame, at)) {
+    if (!NearMap(frame, at)) {
         return;
     }
     Symbol marker{code};
@@ -210,14 +213,9 @@ bool ShowsProfileMarkers() {
 }
 
 void DrawProfileMarkers(const MapFrame& frame) {
-    if (!IsUsable(frame.view)) {
-        return;
-    }
-    if (vnav.topOfClimbReached == 0) {
-        DrawMarker(frame, SymbolCode::TopOfClimb, vnav.tocLatitude, vnav.tocLongitude);
-    }
-    if (vnav.descentActive == 0) {
-        DrawMarker(frame, SymbolCode::TopOfDescent, vnav.todLatitude, vnav.todLongitude);
+    if (IsUsable(frame.view)) {
+        DrawMarker(frame, SymbolCode::TopOfClimb, ActivePredictions().topOfClimb);
+        DrawMarker(frame, SymbolCode::TopOfDescent, ActivePredictions().topOfDescent);
     }
 }
 

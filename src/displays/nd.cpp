@@ -1,4 +1,5 @@
 #include "displays/nd.h"
+#include "displays/deviation_scale.h"
 
 #include <cmath>
 
@@ -68,6 +69,9 @@ bool WithAltitudeArc(const NdPicture&) {
     return shown.autopilotOn > 0 && shown.apAltitudeLockOn > 0 &&
            shown.apAltitudeTargetFt < shown.altitudeFt && shown.verticalSpeedFpm < kDescendingFpm;
 }
+bool WithPathDeviation(const NdPicture&) {
+    return ShowsPathDeviation();
+}
 bool WithTraffic(const NdPicture&) {
     return nd.showTraffic == 1;
 }
@@ -107,6 +111,7 @@ constexpr Layer kLayers[] = {
     {Modes(5, 6), WithBoundaries, Clip::None, DrawNdBoundaryNames},
     {Modes(5, 7), Always, Clip::None, DrawNdOtherNames},
     {Modes(5, 6), WithAltitudeArc, Clip::Map, DrawNdAltitudeArc},
+    {Modes(5, 6), WithPathDeviation, Clip::None, DrawNdPathDeviation},
     {Modes(3, 6), WithTraffic, Clip::Map, DrawNdTraffic},
     {Modes(1, 7), Always, Clip::None, DrawNdOwnAircraft},
     {Modes(1, 7), Always, Clip::None, DrawNdTexts},

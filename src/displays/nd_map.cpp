@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "displays/boundaries.h"
+#include "displays/deviation_scale.h"
 #include "displays/ehsi.h"
 #include "displays/map_station.h"
 #include "displays/nd_picture.h"
@@ -19,6 +20,7 @@ namespace avq1 {
 namespace {
 
 constexpr double kTrackDashes[] = {2, 3};
+constexpr CanvasPoint kPathDeviationAt{228, 236};
 
 CanvasPoint OwnAircraftAt(const NdPicture& picture) {
     return NdCentredOnWaypoint()
@@ -50,6 +52,9 @@ void ClaimNdPlaces(NdPicture& picture) {
         {own.x - kAircraftPx, own.y - kAircraftPx, 2 * kAircraftPx, 2 * kAircraftPx});
     if (const char* const missing = NdMissingDatum(picture); missing != nullptr) {
         picture.texts.Take(NdMissingBox(picture, missing));
+    }
+    if (NdIsMap() && nd.ndMode < 7 && ShowsPathDeviation()) {
+        TakeFixedPlace(FrameOf(picture), PathDeviationBox(kPathDeviationAt.x, kPathDeviationAt.y));
     }
 }
 
@@ -148,6 +153,10 @@ void DrawNdRouteNames(NdPicture& picture) {
 
 void DrawNdOtherNames(NdPicture& picture) {
     DrawMapNames(FrameOf(picture), NameRank::WhereFree);
+}
+
+void DrawNdPathDeviation(NdPicture& picture) {
+    DrawPathDeviation(picture.surface, kPathDeviationAt.x, kPathDeviationAt.y);
 }
 
 void DrawNdTraffic(NdPicture& picture) {

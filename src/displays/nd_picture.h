@@ -61,6 +61,7 @@ void DrawNdPendingRoute(NdPicture& picture);
 void DrawNdAltitudeArc(NdPicture& picture);
 void DrawNdRouteNames(NdPicture& picture);
 void DrawNdOtherNames(NdPicture& picture);
+void DrawNdPathDeviation(NdPicture& picture);
 void DrawNdTraffic(NdPicture& picture);
 void DrawNdOwnAircraft(NdPicture& picture);
 void DrawNdTexts(NdPicture& picture);

@@ -405,9 +405,10 @@ TEST_F(Nd, HoldsAreDrawnAsTheyAreFlown) {
 
 TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
     FlyPlan();
-    vnav.tocLatitude = 3.0 / 60;
-    vnav.todLatitude = 6.0 / 60;
+    aircraft.altitudeFt = 5000;
+    test::PlanMarks(3, 4);  // descending 6 nm from here
     const auto expectMarkers = [](bool climb, bool descent) {
+        RefreshPredictions();
         DrawOnEhsi(2);
         EXPECT_EQ(Picture::Shows("T/C"), climb);
         Draw(5);
@@ -421,20 +422,55 @@ TEST_F(Nd, ProfileMarkersShowWhileTheyLieAhead) {
     expectMarkers(true, true);
     vnav.topOfClimbReached = 1;
     expectMarkers(false, true);
-    vnav.todLatitude = 0;  // not known
-    expectMarkers(false, false);
-    vnav.todLatitude = 6.0 / 60;
     settings.ShowTodBodIndicators = 0;
     expectMarkers(false, false);
     settings.ShowTodBodIndicators = 1;
     // off the map only when the aircraft file asks, at the map's edge
-    vnav.todLatitude = 5;
+    ehsi.ehsiRange = 2.5;
     expectMarkers(false, false);
     performance.showFloatingTodBod = 1;
     expectMarkers(false, true);
     EXPECT_NEAR(Picture::Find("T/D")->y, 114 - 90 - 5, 1);
     ehsi.navSource = NavSource::NavReceiver;
     expectMarkers(false, false);
+    ehsi.navSource = NavSource::FlightManagement;
+    vnav = {};
+    expectMarkers(false, false);
+}
+
+// The path 200 ft below: half the scale.
+TEST_F(Nd, ThePathIsShownInTheDescent) {
+    FlyPlan();
+    vnav.cruiseAltitude = 30000;
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    aircraft.altitudeFt = 5000;
+    const struct {
+        double pathFt;
+        const char* text;
+        double diamondPx;
+    } rows[] = {{4796, "+200", 13}, {5004, "-0", 0}, {6000, "-1000", -26}};
+    for (const auto& row : rows) {
+        vnav.pathAltitude = row.pathFt;
+        const auto picture = Draw(5, 2);
+        EXPECT_TRUE(Picture::Shows(row.text)) << row.text;
+        EXPECT_TRUE(HasColourNear(*picture, 2, {228, 236 + row.diamondPx}, colour::Magenta));
+        DrawOnEhsi(2);
+        EXPECT_TRUE(Picture::Shows(row.text));
+    }
+    const auto shown = [](int mode, bool onEhsi) {
+        onEhsi ? static_cast<void>(DrawOnEhsi(mode)) : static_cast<void>(Draw(mode));
+        return Picture::Shows("-1000");
+    };
+    for (int mode = 1; mode <= 7; ++mode) {
+        EXPECT_EQ(shown(mode, false), mode == 5 || mode == 6) << mode;
+        EXPECT_EQ(shown(mode, true), mode == 2 || mode == 3 || mode == 5 || mode == 6) << mode;
+    }
+    aircraft.altitudeFt = kNan;
+    Draw(5);
+    EXPECT_TRUE(Picture::Shows("VDEV"));
+    vnav.descentActive = 0;
+    Draw(5);
+    EXPECT_FALSE(Picture::Shows("VDEV"));
 }
 
 TEST_F(Nd, NearbyListsAreMadeAnewOnlyFarAway) {

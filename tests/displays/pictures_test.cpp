@@ -191,10 +191,7 @@ class Pictures : public test::DisplayTest {
         hold.legByTime = 0;
         hold.legDistanceNm = 4;
         holdList.count = 1;
-        vnav.tocLatitude = 1.0 / 60;
-        vnav.tocLongitude = -0.05;
-        vnav.todLatitude = 5.0 / 60;
-        vnav.todLongitude = -0.025;
+        test::PlanMarks(2, 5);
         PlanRunway runway;
         runway.heading = runway.field8 = 60;
         runway.latitude = 4.0 / 60;
@@ -234,9 +231,7 @@ void FlyOtherwise() {
     planAirports.runways[1].rightPattern = 1;
     planAirports.runways[1].latitude = 1.2 / 60;
     performance.showFloatingTodBod = 1;  // brought in to the edge
-    vnav.todLatitude = 0.5;
-    vnav.tocLatitude = -0.1;
-    vnav.tocLongitude = 0.4;
+    test::PlanMarks(3, 5);
     traffic.items[0] = {340, 1.5, 3, '^', 'R'};
 }
 

@@ -14,7 +14,11 @@
 #include <vector>
 
 #include "base/module_state.h"
+#include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
+#include "guidance/predictions.h"
+#include "guidance/vnav.h"
+#include "settings/aircraft_performance.h"
 #include "simlink/aircraft_state.h"
 #include "support/fake_simulator.h"
 #include "support/picture.h"
@@ -47,6 +51,18 @@ class DisplayTest : public ::testing::Test {
 
     FakeSimulator* simulator_ = nullptr;
 };
+
+// Plans the active plan so that it climbs on for some miles, and ends in a descent of others.
+inline void PlanMarks(double climbNm, double descentNm) {
+    performance.climbIas = 250;
+    performance.climbTas = performance.descentTas = 300;
+    performance.climbRate = 2000;
+    const double cruiseFt = aircraft.altitudeFt + 400 * climbNm;
+    performance.descentRate = 5 * cruiseFt / descentNm;
+    activePlan.Edit(activePlan.lastIndex).altitude = 0;
+    PlanVerticalProfile(cruiseFt, 0);
+    RefreshPredictions();
+}
 
 using DrawDisplay = void (*)(const DrawTarget&);
 
