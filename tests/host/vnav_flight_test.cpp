@@ -7,6 +7,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "cdu_gns/fake_unit.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
@@ -49,8 +50,10 @@ class VnavFlight : public ::testing::Test {
     VnavFlight() { ResetModuleState(); }
     ~VnavFlight() override { ImportTable.panel.services = nullptr; }
 
-    void Depart(const std::vector<Fix>& fixes, std::int32_t cruiseFt, double tailwindKt) {
-        test::FakeSimulator::Install();
+    // From the ground or, cheaper, in cruise from some miles along the route on.
+    void Depart(const std::vector<Fix>& fixes, std::int32_t cruiseFt, double tailwindKt,
+                double fromNm = 0) {
+        test::FakeSimulator::Install().variables[773] = 1;  // the units have power
         performance = file();
         activePlan.CutTo(-1);
         for (const Fix& fix : fixes) {
@@ -67,9 +70,17 @@ class VnavFlight : public ::testing::Test {
         planBook.cruiseAltitudeFt = cruiseFt;
         pilot = {};
         pilot.tailwindKt = tailwindKt;
+        if (fromNm > 0) {
+            pilot.longitude = fromNm / 60;
+            pilot.altitudeFt = pilot.targetFt = cruiseFt;
+            pilot.airspeedKt = pilot.targetKt = performance.cruiseIas;
+        }
         pilot.Report();
         RefreshAircraftState();
         StartActivePlan();
+        for (std::int32_t i = 2; fixes[i - 1].degrees * 60 < fromNm; ++i) {
+            SetActiveWaypoint(i);
+        }
         pilot.Fly(kFrameS);
         EngageLnav();
         ToggleVnav();
@@ -77,6 +88,8 @@ class VnavFlight : public ::testing::Test {
     }
 
     double AlongNm() const { return pilot.longitude * 60; }
+    static bool InDescent() { return vnav.descentActive != 0; }
+    bool Once() { return !std::exchange(done, true); }
 
     void Watch(const std::vector<Fix>& fixes) {
         if (vnav.topOfClimbReached != 0 && flown.topOfClimbNm < 0) {
@@ -113,7 +126,7 @@ class VnavFlight : public ::testing::Test {
     void Arrive(const std::vector<Fix>& fixes, void (*disturb)(VnavFlight&) = nullptr) {
         const double lastNm = fixes.back().degrees * 60;
         while (AlongNm() < lastNm - 3 && pilot.seconds < 4 * 3600) {
-            pilot.Fly(kFrameS);
+            pilot.Fly(kFrameS * pilot.simRate);
             Watch(fixes);
             if (disturb != nullptr) {
                 disturb(*this);
@@ -231,64 +244,95 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
     using Disturb = void (*)(VnavFlight&);
     const struct {
         const char* what;
+        double fromNm;  // where it begins
         Disturb disturb;
         std::vector<std::size_t> kept;  // restrictions that are met all the same
         const char* message;
         std::int32_t vnavOn;
     } flights[] = {
         {"the altitude knob in the climb",
+         0,
          [](VnavFlight& f) {
              settings.VnavOffOnManAltChg = 1;
-             if (f.pilot.altitudeFt > 8000 && !std::exchange(f.done, true)) {
+             if (f.pilot.altitudeFt > 8000 && f.Once()) {
                  f.pilot.targetFt = 10000;
              }
          },
          {1},
          "VNAV OFF - ALTITUDE CHANGED",
          0},
+        {"the altitude knob in the descent, VNAV stays on",
+         200,
+         [](VnavFlight& f) {
+             settings.VnavOffOnManAltChg = 0;
+             if (f.pilot.altitudeFt < 30000 && f.Once()) {
+                 f.pilot.targetFt = 27000;
+             }
+         },
+         {7},
+         "UNABLE NEXT ALT",
+         1},
         {"the speed knob in the cruise",
+         150,
          [](VnavFlight& f) {
              settings.VnavSetSpdOffOnManSpdChg = 1;
-             if (f.AlongNm() > 175 && vnav.speed.set == 1 && !std::exchange(f.done, true)) {
+             if (f.AlongNm() > 175 && vnav.speed.set == 1 && f.Once()) {
                  f.pilot.targetKt = 240;
              }
          },
-         {1, 2},
+         {},
          "VNAV SPEED OFF - SPEED CHANGED",
          1},
-        {"a direct-to past a restriction",
+        {"a direct-to past a restriction, by the unit's keys",
+         200,
          [](VnavFlight& f) {
-             if (vnav.descentActive != 0 && !std::exchange(f.done, true)) {
-                 SetActiveWaypoint(6);
+             if (f.InDescent() && f.Once()) {
+                 test::FakeGns().Press("DIRECT L4 ENTER");
+                 EXPECT_EQ(ActiveWaypoint().ident, "MIDDL");
              }
          },
-         {1, 2, 6, 7},
+         {6, 7},
          nullptr,
          1},
-        {"a restriction taken away in the descent",
+        {"a restriction taken away in the descent, by the unit's keys",
+         200,
          [](VnavFlight& f) {
-             if (f.pilot.altitudeFt < 30000 && vnav.descentActive != 0 &&
-                 !std::exchange(f.done, true)) {
-                 EditActivePlan([](FlightPlan& plan) { return SetCrossing(plan, 5, {}); });
+             if (f.InDescent() && f.pilot.altitudeFt < 30000 && f.Once()) {
+                 test::FakeUnit().Press("CROSS ENTER");
+                 EXPECT_EQ(activePlan.entries[5].altitudeConstraint, 0);
              }
          },
-         {1, 2, 6, 7},
+         {6, 7},
          nullptr,
          1},
-        {"a restriction added in the descent",
+        {"a restriction changed in the descent, by the unit's keys",
+         200,
          [](VnavFlight& f) {
-             if (f.done || vnav.descentActive == 0) {
-                 return;
+             if (f.InDescent() && f.Once()) {
+                 test::FakeUnit().Press("CROSS UP*26 ENTER");
+                 EXPECT_EQ(activePlan.entries[5].altitude, 26000);
+             } else if (f.AlongNm() > 257 && f.AlongNm() < 258) {
+                 EXPECT_NEAR(f.pilot.altitudeFt, 26000, 200);
              }
-             f.done = true;
-             EditActivePlan([](FlightPlan& plan) { return SetCrossing(plan, 5, {25000, 260}); });
          },
-         {1, 2, 6, 7},
+         {6, 7},
+         nullptr,
+         1},
+        {"a waypoint with its restriction deleted in the descent",
+         200,
+         [](VnavFlight& f) {
+             if (f.InDescent() && f.Once()) {
+                 EXPECT_TRUE(
+                     EditActivePlan([](FlightPlan& plan) { return DeleteBetween(plan, 6); }));
+             }
+         },
+         {5, 7},
          nullptr,
          1},
         {"a modification executed in the descent",
+         200,
          [](VnavFlight& f) {
-             if (vnav.descentActive != 0 && !std::exchange(f.done, true)) {
+             if (f.InDescent() && f.Once()) {
                  CopyActiveToModified();
                  SetCrossing(modifiedPlan, 6, {12000, 250});
                  planBook.status = RouteStatus::Modified;
@@ -299,12 +343,13 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
                  EXPECT_NE(vnav.descentActive, 0);
              }
          },
-         {1, 2, 5, 7},
+         {5, 7},
          nullptr,
          1},
         {"a hold in the descent, left after a circuit",
+         200,
          [](VnavFlight& f) {
-             if (vnav.descentActive != 0 && holdList.count == 0 && !f.done) {
+             if (f.InDescent() && holdList.count == 0 && !f.done) {
                  HoldPattern hold = NewHold();
                  hold.fixIndex = 6;
                  hold.inboundCourseMag = 90;
@@ -314,24 +359,26 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
                  holdFlight.holdState = HoldState::ExitRequested;
              }
          },
-         {1, 2, 5, 7},
+         {5, 7},
          nullptr,
          1},
         {"a lower cruise altitude",
+         150,
          [](VnavFlight& f) {
-             if (f.AlongNm() > 170 && !std::exchange(f.done, true)) {
+             if (f.AlongNm() > 170 && f.Once()) {
                  SetCruiseAltitude(27000);
              }
              if (f.AlongNm() > 220 && vnav.descentActive == 0 && f.AlongNm() < 221) {
                  EXPECT_NEAR(f.pilot.altitudeFt, 27000, 50);
              }
          },
-         {1, 2, 5, 6, 7},
+         {5, 6, 7},
          nullptr,
          1},
         {"a higher cruise altitude",
+         140,
          [](VnavFlight& f) {
-             if (f.AlongNm() > 150 && !std::exchange(f.done, true)) {
+             if (f.AlongNm() > 150 && f.Once()) {
                  SetCruiseAltitude(35000);
                  EXPECT_EQ(vnav.topOfClimbReached, 0);
              }
@@ -339,7 +386,16 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
                  EXPECT_NEAR(f.pilot.altitudeFt, 35000, 50);
              }
          },
-         {1, 2, 5, 6, 7},
+         {5, 6, 7},
+         nullptr,
+         1},
+        {"four times as fast",
+         200,
+         [](VnavFlight& f) {
+             f.pilot.simRate = 4;
+             f.done = true;
+         },
+         {5, 6, 7},
          nullptr,
          1},
     };
@@ -348,7 +404,7 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
         ResetModuleState();
         flown = {};
         done = false;
-        Depart(kFixes, 33000, 0);
+        Depart(kFixes, 33000, 0, row.fromNm);
         Arrive(kFixes, row.disturb);
         EXPECT_TRUE(done);
         for (const std::size_t i : row.kept) {
@@ -361,7 +417,7 @@ TEST_F(VnavFlight, ThePilotMayInterfere) {
 }
 
 TEST_F(VnavFlight, PausesAndSlowsDownOnceAtTheTopOfDescent) {
-    Depart(kFixes, 33000, 0);
+    Depart(kFixes, 33000, 0, 200);
     settings.Lnav1xAtTod = 1;
     vnav.pauseArmed = 1;
     Arrive(kFixes, [](VnavFlight& f) {
