@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 
 #include "base/messages.h"
 #include "base/module_state.h"
@@ -730,37 +729,6 @@ TEST_F(VnavTest, ThePresentWindTurnsIntoTheOneEntered) {
     EXPECT_NEAR(groundSpeedAt(10), 180, 2);
     ClearCruiseWind();
     EXPECT_NEAR(groundSpeedAt(10), 240, 0.1);
-}
-
-TEST_F(VnavTest, BadInputCommandsNothing) {
-    const struct {
-        const char* what;
-        void (*change)();
-    } rows[] = {
-        {"no rates", [] { performance.climbRate = 0; }},
-        {"no descent speed", [] { performance.descentTas = 0; }},
-        {"no position", [] { aircraft.latitude = std::numeric_limits<double>::quiet_NaN(); }},
-        {"one entry", [] { activePlan.CutTo(0); }},
-        {"gaps only", [] { activePlan.Edit(1) = activePlan.Edit(2) = Discontinuity(); }},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        performance.climbRate = 2000;
-        performance.descentTas = 300;
-        MakePlan({0, 0, 0});
-        row.change();
-        planBook.cruiseAltitudeFt = 30000;
-        StartActivePlan();
-        guidance.vnavEngaged = 1;
-        Sent();
-        RunVerticalGuidance();
-        ApplyClimbFallback();
-        RefreshPredictions();
-        for (const auto& [event, value] : Sent()) {
-            EXPECT_LE(static_cast<std::int32_t>(value), 60000) << event;
-            EXPECT_GE(static_cast<std::int32_t>(value), -6000) << event;
-        }
-    }
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
+#include <string>
 #include <utility>
 
 #include "base/messages.h"
@@ -13,6 +15,7 @@
 #include "guidance/activation.h"
 #include "guidance/lnav.h"
 #include "settings/settings.h"
+#include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
 #include "support/vertical_flight.h"
 
@@ -433,6 +436,109 @@ TEST_F(VnavFlight, PausesAndSlowsDownOnceAtTheTopOfDescent) {
     auto& simulator = test::FakeSimulator::Get();
     EXPECT_EQ(simulator.CountEvents(65561), 1);
     EXPECT_THAT(simulator.CountEvents(65790), AllOf(Ge(1), Le(2)));
+}
+
+TEST_F(VnavFlight, BadInputIdlesOrIsSettled) {
+    using Simulator = test::FakeSimulator;
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    const std::string good =
+        "AAA 0.0 1.0 INT ---\nBBB 0.0 2.0 INT ---\nCCC 0.0 3.0 INT ---\nKBBB 0.0 4.0 APT ---\n";
+    const struct {
+        const char* what;
+        const char* aircraftFile;
+        const char* cruise;
+        std::string plan;  // behind KAAA
+        const char* keys;  // pressed on the compact unit
+        bool idle;
+        void (*spoil)(Simulator& simulator, int frame);
+    } rows[] = {
+        {"no aircraft file", nullptr, "CruiseAlt=20000\n", good, "TO", false, nullptr},
+        {"no cruise altitude", "ClimbRate=1800\n", "", good, "TO", false, nullptr},
+        {"none to be found", "ClimbRate=10\nClimbIas=20\n", "", good, "TO", true, nullptr},
+        {"below 0", "ClimbRate=1800\n", "CruiseAlt=-5000\n", good, "TO", false, nullptr},
+        {"far too high", "ClimbRate=3000\n", "CruiseAlt=99999\n", good, "TO", false, nullptr},
+        {"no climb rate", "ClimbRate=0\n", "CruiseAlt=20000\n", good, "TO", true, nullptr},
+        {"a rate downwards", "DescentRate=-900\n", "CruiseAlt=20000\n", good, "TO", true, nullptr},
+        {"no descent speed", "DescentIas=0\n", "CruiseAlt=20000\n", good, "TO", true, nullptr},
+        {"no speed at all", "ClimbIas=x\nCruiseIas=0\nClimbIasMin=0\nClimbIasMax=0\n",
+         "CruiseAlt=20000\n", good, "TO", true, nullptr},
+        {"limits exchanged", "ClimbIas=240\nClimbIasMin=300\nClimbIasMax=200\n",
+         "CruiseAlt=20000\n", good, "TO", false, nullptr},
+        {"a restriction above the cruise", nullptr, "CruiseAlt=20000\n", good,
+         "CROSS UP*40 NEXT ENTER", false, nullptr},
+        {"restrictions out of order", nullptr, "CruiseAlt=20000\n", good,
+         "CROSS UP*4 NEXT*2 ENTER CROSS UP*9 NEXT*3 ENTER CROSS UP*12 ENTER CROSS UP*2 NEXT ENTER",
+         false, nullptr},
+        {"an empty plan", nullptr, "CruiseAlt=20000\n", "", "TO", true, nullptr},
+        {"two entries", nullptr, "CruiseAlt=20000\n", "KBBB 0.0 4.0 APT ---\n", "TO", false,
+         nullptr},
+        {"two in one place", nullptr, "CruiseAlt=20000\n", "KBBB 0.0 0.0 APT ---\n", "TO", true,
+         nullptr},
+        {"gaps only", nullptr, "CruiseAlt=20000\n", "DISCO 0 0 --- ---\nDISCO 0 0 --- ---\n", "TO",
+         true, nullptr},
+        {"a gap in the descent", nullptr, "CruiseAlt=20000\n",
+         "AAA 0.0 3.0 INT ---\nDISCO 0 0 --- ---\nKBBB 0.0 4.0 APT ---\n", "TO", false, nullptr},
+        {"a gap at the end", nullptr, "CruiseAlt=20000\n", good + "DISCO 0 0 --- ---\n", "TO",
+         false, nullptr},
+        {"altitudes lost", nullptr, "CruiseAlt=20000\n", good, "TO", false,
+         [](Simulator& simulator, int frame) {
+             simulator.variables[74] = frame > 100 ? kNan : simulator.variables[74];
+         }},
+        {"positions lost", nullptr, "CruiseAlt=20000\n", good, "TO", false,
+         [](Simulator& simulator, int frame) {
+             simulator.variables[71] = frame > 100 ? kNan : simulator.variables[71];
+         }},
+        {"no altitude from the start", nullptr, "CruiseAlt=20000\n", good, "TO", false,
+         [](Simulator& simulator, int) { simulator.variables[74] = kNan; }},
+        {"speeds beyond any", nullptr, "CruiseAlt=20000\n", good, "TO", false,
+         [](Simulator& simulator, int frame) {
+             simulator.variables[551] = frame % 3 == 0 ? 1e300 : -1e300;
+             simulator.variables[61] = frame % 2 == 0 ? kNan : 1e300;
+             simulator.variables[343] = 1e300;
+         }},
+        {"standing still in the air", nullptr, "CruiseAlt=20000\n", good, "TO", false,
+         [](Simulator& simulator, int) { simulator.variables[551] = 0; }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        ResetModuleState();
+        test::TempSimFolder folder;
+        Simulator& simulator = Simulator::Install();
+        simulator.variables[773] = 1;
+        AircraftName = "bad";
+        if (row.aircraftFile != nullptr) {
+            folder.Write("avq/Aircraft/bad.cfg", row.aircraftFile);
+        }
+        LoadAircraftFile();
+        folder.Write("avq/flightplans/BAD.RTE",
+                     row.cruise + ("[FlightPlan]\nKAAA 0.0 0.0 APT ---\n" + row.plan));
+        requests.planLoadMode = 1;
+        requests.planLoadName = "BAD.RTE";
+        pilot = {};
+        pilot.Fly(kFrameS);
+        test::FakeUnit().Press(row.keys);
+        EngageLnav();
+        ToggleVnav();
+        for (int frame = 0; frame < 800; ++frame) {
+            pilot.ObeyEvents();
+            pilot.Move(3);
+            pilot.Report();
+            if (row.spoil != nullptr) {
+                row.spoil(simulator, frame);
+            }
+            simulator.NextTick();
+            UpdateFrame();
+            EXPECT_TRUE(std::isfinite(ActivePredictions().destination.minutes +
+                                      ActivePredictions().topOfDescent.altitudeFt));
+        }
+        EXPECT_EQ(simulator.CountEvents(66124) == 0, row.idle);
+        EXPECT_EQ(simulator.CountEvents(66036) == 0, row.idle);
+        ExpectCommandsInRange();
+        test::FakeGns unit;
+        unit.Press("VNAV");
+        const auto shown = unit.Rows();
+        EXPECT_EQ(shown.at(1) == "INVALID|-----", row.idle) << shown[1];
+    }
 }
 
 TEST_F(VnavFlight, TheSameFlightTwiceSendsTheSame) {
