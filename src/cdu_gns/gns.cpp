@@ -49,7 +49,7 @@ constexpr std::array<ScreenStyle, 13> kStyles = {{
 // The prompt arrows of a page stand beside the line keys that select something now.
 constexpr std::array<std::int16_t, 5> kArrowY = {30, 98, 178, 265, 340};
 constexpr int kRightArrowX = 460;
-constexpr int kSmallDrop = 6;  // in the middle of the line of the large
+constexpr std::array<std::int16_t, 5> kSmallArrowY = {28, 108, 188, 268, 348};  // between rows
 constexpr std::int32_t kLinesPerSide = 5;
 
 UnitPaint paint;
@@ -116,9 +116,10 @@ void PutArrows(Screen& screen) {
         });
         if (selectable) {
             const int x = left ? 0 : kRightArrowX;
-            const int y = kArrowY[static_cast<std::size_t>((line - 1) % kLinesPerSide)];
-            const bool narrow = ReachesUnderArrow(screen.items().first(values), x, y);
-            screen.Put(narrow ? kGnsSmallPrompt : kGnsPrompt, x, narrow ? y + kSmallDrop : y,
+            const auto row = static_cast<std::size_t>((line - 1) % kLinesPerSide);
+            const bool narrow = ReachesUnderArrow(screen.items().first(values), x, kArrowY[row]);
+            screen.Put(narrow ? kGnsSmallPrompt : kGnsPrompt, x,
+                       narrow ? kSmallArrowY[row] : kArrowY[row],
                        left && !PointsRight() ? "<" : ">");
         }
     }
