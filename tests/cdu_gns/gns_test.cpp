@@ -79,19 +79,6 @@ TEST_F(GnsTest, InstallationShowsTheListOfStoredPlans) {
 
 // ---- page 1 ----
 
-TEST_F(GnsTest, TheActivePlanIsShownFromTheLegBeingFlown) {
-    MakePlan();
-    SetActiveWaypoint(2);
-    RefreshPredictions();
-    EXPECT_EQ(unit.After("FPL"),
-              (Rows{"ACTIVE FPL   1/2", "<|>", "FR|ABCDE", "TO |FLY|" + TimeTo(2), "<|>",
-                    "LONGER|" + TimeTo(3), "STARA|" + TimeTo(4), "STAR", "<|>",
-                    "STARB|" + TimeTo(5), "STAR", "APPRA|" + TimeTo(6), "APPR", "<"}));
-    EXPECT_EQ(unit.After("NEXT"),
-              (Rows{"ACTIVE FPL   2/2", "<|>", "KBBB|" + TimeTo(7), "******", "<", "<|>",
-                    "DEPART|SAVE FPL", "ARRIVE|ETE", "<|>", "APPROACH"}));
-}
-
 TEST_F(GnsTest, TheColumnChangesWhenItIsConfirmed) {
     MakePlan();
     activePlan.Edit(7).altitude = 8000;
@@ -251,7 +238,8 @@ TEST_F(GnsTest, WhatCannotBeDoneIsSaidAndChangesNothing) {
             activePlan.CutTo(-1);
             SetActiveWaypoint(kNoWaypoint);
         }
-        folder.Write("avq/flightplans/KAAAKBBB.RTE", "[FlightPlan]\nKAAA 0 0 APT ---\nKBBB 0 7 APT ---\n");
+        folder.Write("avq/flightplans/KAAAKBBB.RTE",
+                     "[FlightPlan]\nKAAA 0 0 APT ---\nKBBB 0 7 APT ---\n");
         const std::string before = Without(Show(activePlan, true), "=");
         const std::string keys = c.keys;
         const std::size_t last = keys.rfind(' ');
@@ -731,29 +719,6 @@ TEST_F(GnsTest, TheLongestTextsTouchNothing) {
                              "L6 =KBBB ENTER"}) {
         EXPECT_EQ(large.TouchingAfter(keys), "") << keys;
     }
-}
-
-TEST_F(GnsTest, NavigationTellsTheLegAndWhatIsAhead) {
-    MakePlan();
-    aircraft.windSpeedKt = 15;
-    derived.windDirectionMag = 250;
-    derived.driftDeg = 3;
-    guidance.crossTrackNm = 0.34;
-    guidance.crossTrackSide = Side::Left;
-    EXPECT_THAT(unit.After("NAV"),
-                IsSupersetOf(Rows{"FR|KAAA", "TO|ABCDE|-----", "NX|FLY|" + TimeTo(2), "DIS|   28.8",
-                                  "DTK|(90)|090", "GS|240", "WIND|250/15 ", "MAN"}));
-    UnitText ete;
-    ete.Put("ETE|00:%04.1f", PredictedMinutes(1));
-    EXPECT_THAT(unit.Rows(), Contains(ete.c_str())) << "below ten minutes";
-    EXPECT_THAT(unit.After("NAV"),
-                IsSupersetOf(Rows{"ETA-KBBB|" + ClockAt(7), "TKE|L 003", "XTK   TRMNL|L 0.34"}));
-    EXPECT_THAT(unit.After("NAV"), IsSupersetOf(Rows{"DRIFT|L 003", "HDG|090", "TK|087"}));
-    activePlan.Edit(1).altitude = 12000;
-    activePlan.Edit(1).altitudeConstraint = 1;
-    EXPECT_THAT(unit.After("NEXT*2"), Contains("TO|ABCDE|12000A"));
-    EXPECT_THAT(unit.After("L7 CLR"), Contains("TO|ABCDE|ALT?")) << "ETA? is offered first";
-    EXPECT_THAT(unit.After("CLR ENTER"), Contains("TO|ABCDE|" + ClockAt(1)));
 }
 
 TEST_F(GnsTest, AutoEngagesLnavAndManHandsOverTheTypedHeading) {

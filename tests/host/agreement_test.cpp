@@ -254,6 +254,7 @@ void Agreement::ExpectSameLeg() {
     EXPECT_THAT(ndShown.texts, Contains(distance + " NM"));
     EXPECT_EQ(Written("%.1f", exported.distanceToGoNm), distance);
     EXPECT_EQ(Column(kColumnDis, active), Written("%.0f", exported.distanceToGoNm));
+    EXPECT_EQ(ValueOf(leg, "ETE").size(), std::string("00:07.5").size());
     const double ete = MinutesOf(ValueOf(leg, "ETE"));
     ExpectNear(ete, MinutesOf(Column(kColumnEte, active)), 0.55, "ETE on the plan");
     if (aircraft.groundSpeedKt > 50) {  // below the unit shows none any more
