@@ -11,9 +11,12 @@
 #include "bench/allocation_counter.h"
 #include "displays/eadi.h"
 #include "displays/ehsi.h"
+#include "displays/mfd/mfd.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
+#include "displays/traffic/tcas.h"
 #include "flightplan/flight_plan.h"
+#include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "host/update_frame.h"
 #include "navdb/boundaries.h"
@@ -22,6 +25,7 @@
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "tests/support/fake_simulator.h"
+#include "tests/support/fake_traffic.h"
 
 namespace avq1 {
 namespace {
@@ -191,6 +195,42 @@ void FillBoundaries() {
     }
     ehsi.mapOverlayOn = 1;
 }
+
+// The traffic gauge, and the multifunction display with every layer, each with five targets.
+void DrawWithTraffic(benchmark::State& state, void (*draw)(const DrawTarget&), int width,
+                     int height) {
+    ResetModuleState();
+    SetUpFlight(test::FakeSimulator::Install());
+    FillDatabase();
+    FillBoundaries();
+    test::FakeTraffic source;
+    source.Tell({{0, 4, 5, 1, 0},
+                 {60, 3, -5, -1, 1},
+                 {120, 2, 9, 0, 2},
+                 {200, 3, 0, 1, 3},
+                 {300, 4, 20, 0, 0}});
+    nd.showTraffic = mfd.mfdLayerA = mfd.mfdLayerB = 1;
+    mfd.mfdTrafficRange = 40;
+    guidance.blinkCounter = 10;
+    Picture picture(static_cast<int>(state.range(0)), width, height);
+    const std::uintptr_t token = StartDrawingLibrary();
+    draw(picture.Target());
+    const long before = bench::AllocationCount();
+    for (auto _ : state) {
+        draw(picture.Target());
+    }
+    state.counters["allocations"] = benchmark::Counter(
+        static_cast<double>(bench::AllocationCount() - before), benchmark::Counter::kAvgIterations);
+    StopDrawingLibrary(token);
+}
+void DrawTcasGauge(benchmark::State& state) {
+    DrawWithTraffic(state, DrawTcas, kNominalWidth, kNominalHeight);
+}
+void DrawMfdMap(benchmark::State& state) {
+    DrawWithTraffic(state, DrawMfd, 272, 314);
+}
+BENCHMARK(DrawTcasGauge)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(DrawMfdMap)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
 
 // The update and the three flight displays in one frame, every layer shown, in a turn, when no
 // number of a rose stands as it did; a 60 Hz frame has 16667 us.

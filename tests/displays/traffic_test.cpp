@@ -164,6 +164,9 @@ TEST_F(Traffic, DrawsNothingOutsideItsCircle) {
             }
         }
         EXPECT_GT(inside, 50);
+        source_->Tell({{45, 5.5, 5, 0, 1}});  // its altitude would stand beyond the circle
+        test::DrawAt(draw, kEhsiDesign);
+        EXPECT_FALSE(Picture::Shows("+05"));
     }
 }
 

@@ -108,7 +108,7 @@ TEST(TrafficScenes, MeetTheOwnAircraftAsWritten) {
         StartTraffic(traffic, &traffic.scenes[0]);
         StepTraffic(world, traffic, 0.05);
         ASSERT_EQ(traffic.block.count, 1) << c.plan;
-        EXPECT_LT(std::abs(AngleDifference(c.bearing, BearingDeg(traffic.records[0]))), 0.5)
+        EXPECT_LT(std::abs(AngleDifference(c.bearing, BearingDeg(traffic.records[0]))), 1.5)
             << c.plan;
         EXPECT_NEAR(traffic.records[0].rangeNm, c.rangeNm, 0.05) << c.plan;
         EXPECT_EQ(TrendOf(traffic.records[0]), c.trend) << c.plan;
