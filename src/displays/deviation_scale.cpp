@@ -62,4 +62,16 @@ void DrawPathDeviation(Surface& surface, double x, double y) {
                         colour::Magenta, x, y + kPathFeetY);
 }
 
+void DrawGlideslopeDeviation(Surface& surface, double x, double y) {
+    constexpr double kFullNeedle = 120;
+    const double needle = ShownAircraft().nav1GlideslopeNeedle / kFullNeedle;
+    if (!std::isfinite(needle)) {
+        DrawFlag(surface, "GS", colour::Red, x, y);
+        return;
+    }
+    DrawScaleDots(surface.canvas(), x, y, 0, kPathReachPx);
+    DrawScaleDiamond(surface.canvas(), colour::Green, x,
+                     y + std::clamp(needle, -1.0, 1.0) * kPathReachPx);
+}
+
 }  // namespace avq1

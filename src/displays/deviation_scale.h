@@ -21,4 +21,7 @@ TextBox PathDeviationBox(double x, double y);
 // next ten, + for an aircraft above the path. A flag without an altitude.
 void DrawPathDeviation(Surface& surface, double x, double y);
 
+// The received glideslope, full needle at the outer dots; a flag when the needle is lost.
+void DrawGlideslopeDeviation(Surface& surface, double x, double y);
+
 }  // namespace avq1

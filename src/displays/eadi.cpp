@@ -25,10 +25,11 @@ struct Layer {
 };
 
 constexpr Layer kLayers[] = {
-    {true, DrawSkyAndGround},   {true, DrawPitchLadder},    {true, DrawBankScale},
-    {true, DrawFlightDirector}, {true, DrawAircraftFigure}, {false, DrawLocalizer},
-    {false, DrawGlideslope},    {false, DrawHeadingTape},   {false, DrawSpeedDeviation},
-    {false, DrawAnnunciations}, {false, DrawHeights},       {false, DrawMarker},
+    {true, DrawSkyAndGround},    {true, DrawPitchLadder},    {true, DrawBankScale},
+    {true, DrawRisingRunway},    {true, DrawFlightDirector}, {true, DrawAircraftFigure},
+    {false, DrawLocalizer},      {false, DrawGlideslope},    {false, DrawHeadingTape},
+    {false, DrawSpeedDeviation}, {false, DrawAnnunciations}, {false, DrawHeights},
+    {false, DrawMarker},
 };
 
 void ClipToPicture(EadiPicture& picture) {

@@ -21,6 +21,7 @@ constexpr std::uint32_t kGround = 0xFF946239;
 // The ladder stays inside the bank scale and above the localizer's.
 constexpr double kLadderRadius = 70;
 constexpr double kBankRadius = 82;
+constexpr double kChevronsBeyondDeg = 30;
 
 // Left wing down turns the world clockwise; nose up moves it down.
 void TurnWithWorld(EadiPicture& picture) {
@@ -28,20 +29,39 @@ void TurnWithWorld(EadiPicture& picture) {
     picture.canvas.Translate(0, -picture.pitch * kEadiPxPerPitchDeg);
 }
 
-// One rung, in tenths of a degree above the horizon. Numbers near the edge are left out, not cut.
+// One rung, in tenths of a degree above the horizon, when all of it is on the ladder's circle.
 void DrawRung(EadiPicture& picture, int tenths) {
-    constexpr double kNumberedWithinDeg = 14.5;
+    constexpr double kNumberPx = 15;
     const double y = -tenths / 10.0 * kEadiPxPerPitchDeg;
     const bool numbered = tenths % 100 == 0;
     const double half = numbered ? 26 : tenths % 50 == 0 ? 14 : 7;
+    const double fromCentre = (tenths / 10.0 + picture.pitch) * kEadiPxPerPitchDeg;
+    if (std::hypot(half, fromCentre) > kLadderRadius) {
+        return;
+    }
     picture.canvas.DrawLine({colour::White, 1.2}, -half, y, half, y);
-    if (numbered && std::abs(tenths / 10.0 + picture.pitch) <= kNumberedWithinDeg) {
+    if (numbered && std::hypot(half + kNumberPx, fromCentre) <= kLadderRadius) {
         constexpr CanvasFont kFont{"Arial", 9, true};
         constexpr double kGapPx = 3;
         const FixedText number("%d", std::abs(tenths / 10));
         const double top = y - 5.2;  // digits level with the rung
         picture.surface.TextRight(number, kFont, colour::White, -half - kGapPx, top);
         picture.surface.Text(number, kFont, colour::White, half + kGapPx, top);
+    }
+}
+
+// Beyond 30 degrees of pitch: red marks that point to the horizon.
+void DrawChevrons(EadiPicture& picture) {
+    constexpr double kHalf = 20;
+    constexpr double kDepth = 26;
+    constexpr CanvasPen kPen{0xFFF10101, 4};
+    for (const double pitchDeg : {40.0, 55.0, 70.0, 85.0}) {
+        for (const double side : {-1.0, 1.0}) {  // above, below the horizon
+            const double point = side * pitchDeg * kEadiPxPerPitchDeg;
+            const double ends = point + side * kDepth;
+            const std::array<CanvasPoint, 3> mark{{{-kHalf, ends}, {0, point}, {kHalf, ends}}};
+            picture.canvas.DrawPolyline(kPen, mark, false);
+        }
     }
 }
 
@@ -91,15 +111,14 @@ void DrawPitchLadder(EadiPicture& picture) {
     const double upTenths = -picture.pitch * 10;
     const int first = static_cast<int>(std::ceil((upTenths - kReachTenths) / kRungTenths));
     const int last = static_cast<int>(std::floor((upTenths + kReachTenths) / kRungTenths));
-    picture.canvas.BeginClip();
-    picture.canvas.ClipEllipse(-kLadderRadius, -kLadderRadius, 2 * kLadderRadius,
-                               2 * kLadderRadius);
-    picture.canvas.EndClip();
     TurnWithWorld(picture);
     for (int rung = std::max(first, -kLastRung); rung <= std::min(last, kLastRung); ++rung) {
         if (rung != 0) {
             DrawRung(picture, rung * kRungTenths);
         }
+    }
+    if (std::abs(picture.pitch) > kChevronsBeyondDeg) {
+        DrawChevrons(picture);
     }
 }
 
@@ -133,6 +152,28 @@ void DrawBankScale(EadiPicture& picture) {
         {{0, -kBankRadius + 1}, {-6, -kBankRadius + 11}, {6, -kBankRadius + 11}}};
     picture.canvas.Rotate(picture.bank);
     picture.canvas.FillPolygon(colour::Yellow, kPointer);
+}
+
+// Below 200 ft over the localizer's runway: it rises to the aircraft figure, and stands where the
+// localizer needle does.
+void DrawRisingRunway(EadiPicture& picture) {
+    constexpr double kBelowFt = 200;
+    constexpr double kLowestFt = -20;
+    constexpr double kTopAtGround = 14;  // under the figure
+    constexpr double kPxPerFt = 0.25;
+    const AircraftState& shown = ShownAircraft();
+    const bool localizer = (ReadNavFlagWord() & kNavFlagLocalizer) != 0;
+    if (!picture.attitudeValid || !localizer || !std::isfinite(shown.nav1CdiNeedle) ||
+        !(shown.radioAltitudeFt < kBelowFt && shown.radioAltitudeFt >= kLowestFt)) {
+        return;
+    }
+    const double x = std::clamp(shown.nav1CdiNeedle * kEadiPxPerCourseUnit, -80.0, 80.0);
+    const double top = kTopAtGround + std::max(shown.radioAltitudeFt, 0.0) * kPxPerFt;
+    const std::array<CanvasPoint, 4> runway{
+        {{x - 8, top}, {x + 8, top}, {x + 20, top + 11}, {x - 20, top + 11}}};
+    picture.canvas.FillPolygon(colour::Green, runway);
+    picture.canvas.DrawPolyline({colour::Black, 0.8}, runway, true);
+    picture.canvas.DrawLine({colour::Magenta, 1.5}, x, top, x, top + 11);
 }
 
 // The cue stands where the aircraft figure would be if the commands were flown.

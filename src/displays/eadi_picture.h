@@ -29,6 +29,8 @@ struct EadiLayout {
 inline constexpr EadiLayout kEadiNormal{-99, -94, 99, 88};
 inline constexpr EadiLayout kEadiExpanded{-124, -114, 124, 113};
 
+inline constexpr double kEadiPxPerCourseUnit = 0.6493506493506493;
+
 struct EadiPicture {
     Surface& surface;
     Canvas& canvas;
@@ -45,6 +47,7 @@ void EadiText(EadiPicture& picture, std::string_view text, const CanvasFont& fon
 // ---- layers ----
 void DrawSkyAndGround(EadiPicture& picture);
 void DrawPitchLadder(EadiPicture& picture);
+void DrawRisingRunway(EadiPicture& picture);
 void DrawBankScale(EadiPicture& picture);
 void DrawFlightDirector(EadiPicture& picture);
 void DrawAircraftFigure(EadiPicture& picture);

@@ -16,7 +16,6 @@ namespace avq1 {
 namespace {
 
 constexpr double kLocalizerY = 80;
-constexpr double kPxPerCourseUnit = 0.6493506493506493;
 constexpr double kFullCourseUnits = 127;
 
 // Glideslope and speed deviation stand beside the picture, level with each other.
@@ -93,14 +92,14 @@ void DrawLocalizer(EadiPicture& picture) {
     if ((ReadNavFlagWord() & kNavFlagLocalizer) == 0) {
         return;
     }
-    constexpr double kReachPx = kFullCourseUnits * kPxPerCourseUnit;
+    constexpr double kReachPx = kFullCourseUnits * kEadiPxPerCourseUnit;
     const bool valid = std::isfinite(ShownAircraft().nav1CdiNeedle);
     EadiText(picture, "LOC", {"Arial", 9, true}, valid ? colour::Green : colour::Red, -97, 62);
     DrawScaleDots(picture.canvas, 0, kLocalizerY, kReachPx, 0);
     if (valid) {
         DrawScaleDiamond(
             picture.canvas, colour::Magenta,
-            std::clamp(ShownAircraft().nav1CdiNeedle * kPxPerCourseUnit, -kReachPx, kReachPx),
+            std::clamp(ShownAircraft().nav1CdiNeedle * kEadiPxPerCourseUnit, -kReachPx, kReachPx),
             kLocalizerY);
     }
 }

@@ -13,7 +13,8 @@ namespace avq1 {
 namespace {
 
 constexpr CanvasFont kModeFont{"Arial", 11, true};
-constexpr CanvasFont kLateralFont{"Arial", 9, true};  // two lines of capitals 7 pixels apart
+constexpr CanvasFont kLateralFont{"Arial", 8, true};  // two lines of capitals 7 pixels apart
+constexpr CanvasFont kAlertFont{"Arial", 15, true};
 constexpr CanvasFont kHeightFont{"Arial", 12, true};
 
 bool IsOn(double flag) {
@@ -86,6 +87,7 @@ void DrawHeights(EadiPicture& picture) {
     constexpr double kTop = 99;
     constexpr double kLowestFt = -20;
     constexpr double kHighestFt = 2500;
+    constexpr double kDescendingFpm = -60;  // no alert on the runway or in the climb
     EadiText(picture, "DH", kHeightFont, colour::White, -121, kTop);
     EadiText(picture, FixedText("%d", ehsi.decisionHeight), kHeightFont, colour::Cyan, -98, kTop);
     const double heightFt = ShownAircraft().radioAltitudeFt;
@@ -98,6 +100,9 @@ void DrawHeights(EadiPicture& picture) {
         EadiText(picture, "RA", kHeightFont, colour::White, 68, kTop);
         EadiText(picture, value, kHeightFont, low ? colour::Amber : colour::Green, 122 - width,
                  kTop);
+        if (low && ShownAircraft().verticalSpeedFpm < kDescendingFpm) {
+            EadiText(picture, "DH", kAlertFont, colour::Amber, 72, 52);
+        }
     }
 }
 

@@ -38,6 +38,7 @@ enum class Shows {
     WithHolds,
     WithProfile,
     InDescent,
+    OnIls,
 };
 enum class Clip { None, Compass, Bottom };
 
@@ -65,6 +66,7 @@ constexpr Layer kLayers[] = {
     {Shows::Always, Clip::None, DrawHeadingBug},
     {Shows::Always, Clip::None, DrawEhsiTexts},
     {Shows::InDescent, Clip::None, DrawPathDeviationLayer},
+    {Shows::OnIls, Clip::None, DrawGlideslopeLayer},
     {Shows::Always, Clip::None, DrawOwnAircraft},
 };
 
@@ -89,6 +91,8 @@ bool IsShown(const Layer& layer, const EhsiPicture& picture) {
             return picture.mapMode && FromFlightManagement() && ShowsProfileMarkers();
         case Shows::InDescent:
             return picture.mapMode && FromFlightManagement() && ShowsPathDeviation();
+        case Shows::OnIls:
+            return !FromFlightManagement() && picture.receivers.HasIls();
     }
     return false;
 }

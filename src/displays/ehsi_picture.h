@@ -65,6 +65,7 @@ void DrawRouteNameLayer(EhsiPicture& picture);
 void DrawOtherNameLayer(EhsiPicture& picture);
 void ClaimPathDeviationLayer(EhsiPicture& picture);
 void DrawPathDeviationLayer(EhsiPicture& picture);
+void DrawGlideslopeLayer(EhsiPicture& picture);
 void DrawBoundaryNameLayer(EhsiPicture& picture);
 void DrawCompassRose(EhsiPicture& picture);
 void DrawHeadingBug(EhsiPicture& picture);

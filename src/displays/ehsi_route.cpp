@@ -7,7 +7,7 @@
 namespace avq1 {
 namespace {
 
-constexpr CanvasPoint kPathDeviationAt{249, 172};
+constexpr CanvasPoint kVerticalScaleAt{249, 172};
 
 }  // namespace
 
@@ -59,11 +59,15 @@ void DrawOtherNameLayer(EhsiPicture& picture) {
 }
 
 void ClaimPathDeviationLayer(EhsiPicture& picture) {
-    TakeFixedPlace(FrameOf(picture), PathDeviationBox(kPathDeviationAt.x, kPathDeviationAt.y));
+    TakeFixedPlace(FrameOf(picture), PathDeviationBox(kVerticalScaleAt.x, kVerticalScaleAt.y));
 }
 
 void DrawPathDeviationLayer(EhsiPicture& picture) {
-    DrawPathDeviation(picture.surface, kPathDeviationAt.x, kPathDeviationAt.y);
+    DrawPathDeviation(picture.surface, kVerticalScaleAt.x, kVerticalScaleAt.y);
+}
+
+void DrawGlideslopeLayer(EhsiPicture& picture) {
+    DrawGlideslopeDeviation(picture.surface, kVerticalScaleAt.x, kVerticalScaleAt.y);
 }
 
 }  // namespace avq1

@@ -30,7 +30,7 @@ FixedText Value(const char* dashes, bool shown, double value, int decimals, int 
 }
 
 FixedText Degrees(bool shown, double value) {
-    return shown && CanShow(value) ? FixedText("%03.0f", value) : FixedText("---");
+    return shown && CanShow(value) ? FixedText("%03.0f", Compass360(value)) : FixedText("---");
 }
 
 void DrawCourseBox(EhsiPicture& picture) {
@@ -88,7 +88,7 @@ void DrawWind(EhsiPicture& picture) {
     constexpr double kArrowHalfPx = 8;
     const double turn = ShownDerived().windDirectionMag - ShownAircraft().headingMag + 180.0;
     if (std::isnan(turn + ShownAircraft().windSpeedKt)) {
-        picture.surface.Text("---", kData, colour::White, 22, 44);
+        picture.surface.Text("---/---", kData, colour::White, 22, 44);
         return;
     }
     if (!(ShownAircraft().windSpeedKt >= 1) || !CanShow(ShownAircraft().windSpeedKt) ||
@@ -100,8 +100,9 @@ void DrawWind(EhsiPicture& picture) {
     picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
         picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
     });
-    picture.surface.Text(FixedText("%.0f", ShownAircraft().windSpeedKt), kData, colour::White, 22,
-                         44);
+    picture.surface.Text(FixedText("%03.0f/%.0f", Compass360(ShownDerived().windDirectionMag),
+                                   ShownAircraft().windSpeedKt),
+                         kData, colour::White, 22, 44);
 }
 
 void DrawNextWaypoint(EhsiPicture& picture) {
@@ -120,7 +121,7 @@ void DrawNextWaypoint(EhsiPicture& picture) {
 void DrawHeadingReadout(EhsiPicture& picture) {
     const bool valid = std::isfinite(ShownAircraft().headingMag);
     const double centreX = picture.compass.centre.x;
-    picture.surface.TextCentred(Degrees(valid, Compass360(ShownAircraft().headingMag)), kData,
+    picture.surface.TextCentred(Degrees(valid, ShownAircraft().headingMag), kData,
                                 valid ? colour::White : colour::Red, centreX,
                                 picture.compass.readoutY);
     if (!valid) {

@@ -144,8 +144,9 @@ bool NavReceiverFailed(const ReceiverState& receivers) {
 }
 
 ReceiverState ReadReceivers() {
-    return {Nav1HasSignal(), Nav2HasSignal(), (ReadNavFlagWord() & kNavFlagLocalizer) != 0,
-            HorizontalDeviationValid()};
+    const auto flags = ReadNavFlagWord();
+    return {Nav1HasSignal(), Nav2HasSignal(), (flags & kNavFlagLocalizer) != 0,
+            HorizontalDeviationValid(), (flags & kNavFlagGlideslope) != 0};
 }
 
 CourseNeedle CourseOfNavReceiver(const ReceiverState& receivers) {

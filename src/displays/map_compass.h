@@ -48,6 +48,9 @@ struct ReceiverState {
     bool nav2Signal = false;
     bool localizer = false;
     bool deviationValid = false;
+    bool glideslope = false;
+
+    bool HasIls() const { return nav1Signal && localizer && glideslope; }
 };
 
 ReceiverState ReadReceivers();

@@ -16,7 +16,6 @@
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "guidance/predictions.h"
-#include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 

@@ -69,6 +69,12 @@ bool WithAltitudeArc(const NdPicture&) {
     return shown.autopilotOn > 0 && shown.apAltitudeLockOn > 0 &&
            shown.apAltitudeTargetFt < shown.altitudeFt && shown.verticalSpeedFpm < kDescendingFpm;
 }
+bool WithGlideslope(const NdPicture& picture) {
+    return NdFollowsNavReceiver() && picture.receivers.HasIls();
+}
+bool WithSelectedHeading(const NdPicture&) {
+    return !NdCentredOnWaypoint();
+}
 bool WithPathDeviation(const NdPicture&) {
     return ShowsPathDeviation();
 }
@@ -100,6 +106,7 @@ constexpr Layer kLayers[] = {
     {Modes(5, 7), Always, Clip::Map, DrawNdRoute},
     {Modes(5, 7), WithPendingRoute, Clip::Map, DrawNdPendingRoute},
     {Modes(1, 4), Always, Clip::Bottom, DrawNdCourse},
+    {Modes(5, 7), WithSelectedHeading, Clip::Bottom, DrawNdSelectedHeading},
     {Modes(1, 7), Always, Clip::None, DrawNdCompass},
     {Modes(2, 2), WithAdf, Clip::None, DrawNdAdfNeedle},
     {Modes(5, 6), WithNav1Station, Clip::Map, DrawNdNav1Station},
@@ -112,6 +119,7 @@ constexpr Layer kLayers[] = {
     {Modes(5, 7), Always, Clip::None, DrawNdOtherNames},
     {Modes(5, 6), WithAltitudeArc, Clip::Map, DrawNdAltitudeArc},
     {Modes(5, 6), WithPathDeviation, Clip::None, DrawNdPathDeviation},
+    {Modes(1, 3), WithGlideslope, Clip::None, DrawNdGlideslope},
     {Modes(3, 6), WithTraffic, Clip::Map, DrawNdTraffic},
     {Modes(1, 7), Always, Clip::None, DrawNdOwnAircraft},
     {Modes(1, 7), Always, Clip::None, DrawNdTexts},

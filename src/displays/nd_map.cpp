@@ -20,7 +20,7 @@ namespace avq1 {
 namespace {
 
 constexpr double kTrackDashes[] = {2, 3};
-constexpr CanvasPoint kPathDeviationAt{228, 236};
+constexpr CanvasPoint kVerticalScaleAt{228, 236};
 
 CanvasPoint OwnAircraftAt(const NdPicture& picture) {
     return NdCentredOnWaypoint()
@@ -54,7 +54,7 @@ void ClaimNdPlaces(NdPicture& picture) {
         picture.texts.Take(NdMissingBox(picture, missing));
     }
     if (NdIsMap() && nd.ndMode < 7 && ShowsPathDeviation()) {
-        TakeFixedPlace(FrameOf(picture), PathDeviationBox(kPathDeviationAt.x, kPathDeviationAt.y));
+        TakeFixedPlace(FrameOf(picture), PathDeviationBox(kVerticalScaleAt.x, kVerticalScaleAt.y));
     }
 }
 
@@ -156,7 +156,25 @@ void DrawNdOtherNames(NdPicture& picture) {
 }
 
 void DrawNdPathDeviation(NdPicture& picture) {
-    DrawPathDeviation(picture.surface, kPathDeviationAt.x, kPathDeviationAt.y);
+    DrawPathDeviation(picture.surface, kVerticalScaleAt.x, kVerticalScaleAt.y);
+}
+
+void DrawNdGlideslope(NdPicture& picture) {
+    DrawGlideslopeDeviation(picture.surface, kVerticalScaleAt.x, kVerticalScaleAt.y);
+}
+
+// From the aircraft to the heading bug.
+void DrawNdSelectedHeading(NdPicture& picture) {
+    constexpr double kFromPx = 14;
+    constexpr double kDashes[] = {6, 5};
+    const MapCompass& rose = picture.rose;
+    const double turn = rose.FromUp(ShownAircraft().apHeadingBug);
+    if (!std::isfinite(turn) || std::abs(turn) > rose.halfAngleDeg) {
+        return;
+    }
+    picture.surface.Turned(rose.centre.x, rose.centre.y, turn, [&] {
+        picture.canvas.DrawLine({colour::Cyan, 1.0, kDashes}, 0, -kFromPx, 0, -rose.radius + 6);
+    });
 }
 
 void DrawNdTraffic(NdPicture& picture) {

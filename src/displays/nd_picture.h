@@ -62,6 +62,8 @@ void DrawNdAltitudeArc(NdPicture& picture);
 void DrawNdRouteNames(NdPicture& picture);
 void DrawNdOtherNames(NdPicture& picture);
 void DrawNdPathDeviation(NdPicture& picture);
+void DrawNdGlideslope(NdPicture& picture);
+void DrawNdSelectedHeading(NdPicture& picture);
 void DrawNdTraffic(NdPicture& picture);
 void DrawNdOwnAircraft(NdPicture& picture);
 void DrawNdTexts(NdPicture& picture);

@@ -154,19 +154,16 @@ void DrawAdfAndTraffic(NdPicture& picture) {
     }
 }
 
-// Ahead on a compass; on a map behind the aircraft, where it hides least.
+// Below the compass, where it cuts no pointer; on a map around the aircraft behind it, where it
+// hides least.
 double MissingTop(const NdPicture& picture) {
     const MapCompass& rose = picture.rose;
-    if (!NdIsMap()) {
-        return rose.centre.y - rose.radius * 0.38;
-    }
-    return rose.IsFull() ? rose.centre.y + rose.radius * 0.56 : kNdMapBottom + 7;
+    return NdIsMap() && rose.IsFull() ? rose.centre.y + rose.radius * 0.56 : kNdMapBottom + 7;
 }
 
 void DrawMissing(NdPicture& picture) {
     if (const char* const text = NdMissingDatum(picture); text != nullptr) {
         const TextBox box = NdMissingBox(picture, text);
-        picture.canvas.FillRectangle(colour::Black, box.x, box.y, box.width, box.height);
         picture.surface.Text(text, kMain, colour::Amber, box.x, box.y);
     }
     if (!std::isfinite(ShownAircraft().headingMag)) {

@@ -98,15 +98,6 @@ constexpr IconRow kEfisIcons[] = {
     {bitmap::kEfisRange320, kRangeKnobBox, NdRangeIs<320>},
 };
 
-// ---- screens ----
-// Screens that are not there yet show dark glass.
-void DrawBlank(const DrawTarget& target) {
-    Surface surface(target, target.widthPx, target.heightPx);
-    if (surface.ShouldDraw() && avionicsPower != 0) {
-        surface.canvas().FillRectangle(colour::Black, 0, 0, target.widthPx, target.heightPx);
-    }
-}
-
 // ---- behaviours ----
 constexpr GaugeBehaviour Display(void (*drawScreen)(const DrawTarget&), std::uint32_t popupIdent) {
     return {.takesSimFolder = true,

@@ -181,7 +181,7 @@ TEST_F(Nd, PlanModeIsCentredOnTheChosenWaypoint) {
     nd.ndShowStations = 1;
     Draw(7);
     EXPECT_TRUE(Picture::Shows("FAR"));
-    EXPECT_FALSE(HasColourNear(*Draw(7, 2), 2, {kCentred.x, kCentred.y + 17}, colour::White));
+    EXPECT_FALSE(HasColourNear(*Draw(7, 2), 2, {kCentred.x + 6, kCentred.y + 17}, colour::White));
     centre.index = 99;  // gone from the plan: the aircraft again
     const auto picture = Draw(7, 2);
     EXPECT_TRUE(HasColourNear(*picture, 2, {kCentred.x, kCentred.y + 17}, colour::White));

@@ -227,7 +227,7 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     planBook.activeIndex = kNoWaypoint;
     planBook.verticalTargetIndex = planBook.editIndex = 9;  // of the plan before
     EXPECT_TRUE(ReadPlanToActive("A.RTE"));
-    EXPECT_EQ(planBook.editIndex, kNoWaypoint);
+    EXPECT_EQ(planBook.editIndex, 2);
     EXPECT_EQ(planBook.verticalTargetIndex, 2);
     EXPECT_EQ(Show(activePlan), "KJFK T608 STAR(GDM) KBOS");
     EXPECT_EQ(Show(modifiedPlan), "KJFK T608 STAR(GDM) KBOS");

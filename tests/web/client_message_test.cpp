@@ -45,7 +45,7 @@ TEST(ClientMessage, BadOnesAreRefusedWithAReason) {
         {"field b", {R"({"t":"down","w":0,"x":1,"y":1,"b":3})"}},
         {"field v",
          {R"({"t":"rate","v":65})", R"({"t":"rate","v":null})", R"({"t":"situation","v":-1})",
-          R"({"t":"situation","v":4})"}},
+          R"({"t":"situation","v":99})"}},
         {"field down", {R"({"t":"key","scan":1,"vk":1,"down":1})"}},
         {"together", {R"({"t":"set","latitude":10})"}},
         {"field heading", {R"({"t":"set","heading":361})"}},
