@@ -1,7 +1,5 @@
 #include "host/gauge_table.h"
 
-#include <string_view>
-
 #include "base/panel_windows.h"
 #include "cdu_gns/gns.h"
 #include "cdu_gns/mcu.h"
@@ -13,14 +11,12 @@
 #include "displays/nd_panel.h"
 #include "displays/screen_keys.h"
 #include "displays/traffic/tcas.h"
-#include "drawing/palette.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
 #include "host/bitmaps.h"
 #include "host/mouse_table.h"
 #include "platform/services.h"
-#include "simlink/aircraft_state.h"
 #include "simlink/exported_variables.h"
 
 namespace avq1 {
