@@ -101,11 +101,11 @@ TEST_F(ModuleData, TrafficOfAnOutsideModuleShowsOnTheDisplays) {
         EXPECT_EQ(session_.warnings(),
                   (std::vector<std::string>{"traffic.txt line 3 cannot be read"}));
         EXPECT_EQ(Run("situation head-on\nclick P1000_MFD 4\nrun 2s\n"
-                      "expect texts lacks -05\nrun 50s\n"),
+                      "expect texts lacks -05\nset rate 10\nrun 5s\n"),
                   "");
         EXPECT_EQ(Run(module ? "expect texts contains -05\nexpect texts lacks OFF\n"
                                "traffic off\nrun 2s\nexpect texts lacks -05\n"
-                               "traffic HEAD-ON\nrun 57s\nexpect texts contains -05\n"
+                               "traffic HEAD-ON\nrun 5.6s\nexpect texts contains -05\n"
                                "situation navaids\nrun 2s\nexpect texts lacks -05\n"
                              : "expect texts contains \"TCAS OFF\"\nexpect texts lacks -05\n"),
                   "");
