@@ -1,0 +1,422 @@
+// Index, stored plans, procedures, progress, stations, fixes and holds of the Smiths-style unit:
+// what they take and refuse, and what is behind what they show.
+#include "cdu_smiths/fake_smiths.h"
+#include "cdu_smiths/smiths_procedures.h"
+#include "cdu_smiths/smiths_route.h"
+#include "flightplan/plan_edit.h"
+#include "flightplan/plan_files.h"
+#include "flightplan/procedures.h"
+#include "guidance/activation.h"
+#include "guidance/vnav.h"
+
+namespace avq1::test {
+namespace {
+
+constexpr const char* kInvalid = "INVALID ENTRY";
+constexpr const char* kUnknown = "NOT IN DATABASE";
+
+class SmithsNavigation : public SmithsTest {
+  protected:
+    SmithsNavigation() { MakeDatabase(); }
+
+    // The route from KSID, which has departures.
+    void MakeDepartureRoute() {
+        MakeRoute();
+        activePlan.Edit(0).ident = planBook.originIdent = "KSID";
+        activePlan.Edit(0).latitude = 1;
+    }
+    static HoldPattern& HoldOf(int number) {
+        return holdList.holds[static_cast<std::size_t>(number)];
+    }
+    // Everything but the bottom line.
+    std::vector<std::string> Page() {
+        std::vector<std::string> rows = cdu.Rows();
+        if (!cdu.Bottom().empty()) {
+            rows.pop_back();
+        }
+        return rows;
+    }
+};
+
+TEST_F(SmithsNavigation, EntriesAreTakenOrRefusedWhole) {
+    const struct {
+        const char* keys;  // to the page, each time anew
+        const char* line;
+        struct {
+            const char* typed;
+            const char* outcome = kInvalid;
+        } entries[16];
+    } kPages[] = {
+        {"FIX",
+         "L1",
+         {{"NEWPT", "ok"},
+          {"NOPE", kUnknown},
+          {"ABCDEFGHIJKLMNOPQRSTUVWX", kUnknown},
+          {"/", kUnknown},
+          {"-1", kUnknown}}},
+        {"FIX", "L2", {{"180"}, {"/20"}}},
+        {"FIX =NEWPT L1",
+         "L2",
+         {{"180", "ok"},
+          {"0", "ok"},
+          {"360", "ok"},
+          {"/999", "ok"},
+          {"45/10.5", "ok"},
+          {"361"},
+          {"1800"},
+          {"18A"},
+          {"-5"},
+          {"+5"},
+          {"180/"},
+          {"/"},
+          {"/0"},
+          {"/-3"},
+          {"/999.1"},
+          {"18/1/2"}}},
+        {"FIX =NEWPT L1", "L5", {{"180"}}},
+        {"PROG NEXT_PAGE NEXT_PAGE",
+         "L1",
+         {{"FLY", "ok"}, {"KBBB", "ok"}, {"KAAA"}, {"NOPE"}, {"FLY/"}, {"-1"}}},
+        {"PROG NEXT_PAGE NEXT_PAGE", "R1", {{"1300"}}},
+        {"PROG NEXT_PAGE NEXT_PAGE =FLY L1",
+         "R1",
+         {{"1300", "ok"},
+          {"0000Z", "ok"},
+          {"2359.9", "ok"},
+          {"1300.5Z", "ok"},
+          {"2400"},
+          {"1260"},
+          {"130"},
+          {"13000"},
+          {"1300."},
+          {"1300.A"},
+          {"1300.55"},
+          {"-130"},
+          {"13A0"},
+          {"13/0"},
+          {"1300L"}}},
+        {"PROG NEXT_PAGE", "L1", {{"12"}}},
+        {"PROG R6 NEXT_PAGE",
+         "R1",
+         {{"ABCDE", "ok"}, {"ABCDEF"}, {"KAAA", kUnknown}, {"NEWPT", kUnknown}, {"/", kUnknown}}},
+        {"PROG R6 NEXT_PAGE", "L3", {{"ON"}}},
+        {"DEP_ARR", "L6", {{"NEWPT", kUnknown}, {"KAAAAA", kUnknown}, {"-", kUnknown}}},
+        {"DEP_ARR L1", "L1", {{"EAST1"}}},
+        {"HOLD", "L1", {{"FLY"}}},
+        {"HOLD",
+         "L3",
+         {{"270/L", "ok"},
+          {"360/R", "ok"},
+          {"/R", "ok"},
+          {"0", "ok"},
+          {"361/R"},
+          {"2700/R"},
+          {"270/X"},
+          {"270/"},
+          {"270/R/L"},
+          {"A/R"},
+          {"-1/R"},
+          {"/"}}},
+        {"HOLD",
+         "L2",
+         {{"NE/045", "ok"},
+          {"/337", "ok"},
+          {"N/338", "ok"},
+          {"180", "ok"},
+          {"N/045"},
+          {"NE/"},
+          {"361"},
+          {"NE"},
+          {"-45"}}},
+        {"HOLD",
+         "L4",
+         {{"1.5", "ok"}, {".5", "ok"}, {"99.9", "ok"}, {"0"}, {"-1"}, {"100"}, {"A"}, {"1.5.5"}}},
+        {"HOLD",
+         "L5",
+         {{"7.5", "ok"}, {"99.9", "ok"}, {"0"}, {"-1"}, {"100"}, {"A"}, {"7/5"}, {"99999999"}}},
+        {"HOLD",
+         "R3",
+         {{"1430", "ok"},
+          {"0000Z", "ok"},
+          {"2400"},
+          {"1260"},
+          {"143"},
+          {"14300"},
+          {"ABCD"},
+          {"-143"},
+          {"14/3"}}},
+    };
+    for (const auto& page : kPages) {
+        for (const auto& entry : page.entries) {
+            if (entry.typed == nullptr) {
+                break;
+            }
+            SCOPED_TRACE(std::string(page.keys) + " " + page.line + ": " + entry.typed);
+            ResetModuleState();
+            SimFolder = folder.root().string();
+            avionicsPower = 1;
+            MakeDatabase();
+            aircraft.latitude = 0;
+            aircraft.longitude = 0.52;
+            MakeDepartureRoute();
+            ASSERT_TRUE(HoldAt(activePlan, 3, NewHold()));
+            cdu.Press(page.keys);
+            const std::vector<std::string> before = Page();
+            const std::string plan = Show(modifiedPlan, true);
+            const RouteStatus status = planBook.status;
+            EXPECT_EQ(Enter(entry.typed, page.line), entry.outcome);
+            if (std::string(entry.outcome) != "ok") {
+                EXPECT_EQ(Page(), before);
+                EXPECT_EQ(Show(modifiedPlan, true), plan);
+                EXPECT_EQ(planBook.status, status);
+                EXPECT_EQ(PendingShape(HoldOf(1)), NewHold());
+            } else {
+                EXPECT_NE(Page(), before);
+            }
+        }
+    }
+}
+
+// ---- stored plans ----
+TEST_F(SmithsNavigation, PlansAreSavedUnderTheNamesTyped) {
+    const struct {
+        const char* typed;
+        const char* file;  // null: refused
+        const char* message;
+    } kCases[] = {
+        {"", "KSIDKBBB.RTE", "KSIDKBBB.RTE Saved"},
+        {"TRIP", "TRIP.RTE", "TRIP.RTE Saved"},
+        {"TRIP.X", "TRIP.X", "TRIP.X Saved"},
+        {"A/B", nullptr, kInvalid},
+        {".X", nullptr, kInvalid},
+    };
+    cdu.Press("INIT_REF L6 R6");
+    EXPECT_EQ(cdu.Bottom(), "NO ACTIVE FLIGHT PLAN");
+    MakeDepartureRoute();
+    for (const auto& row : kCases) {
+        smiths.scratchpad = row.typed;
+        smiths.message.clear();
+        cdu.Press("R6");
+        EXPECT_EQ(smiths.message, row.message);
+        EXPECT_EQ(smiths.scratchpad, row.file != nullptr ? "" : row.typed);
+        if (row.file != nullptr) {
+            EXPECT_NE(folder.Read(std::string("avq/flightplans/") + row.file).find("FLY"),
+                      std::string::npos);
+        }
+    }
+    cdu.Press("CLR CLR CLR CLR R2");
+    EXPECT_EQ(cdu.Data(1), "KSIDKBBB|KSID-KBBB") << "the list is read anew";
+    EXPECT_EQ(cdu.Data(2), "TRIP|KSID-KBBB");
+    EXPECT_EQ(cdu.Data(3), "") << "what ends otherwise is no stored plan, nor is a new one";
+}
+
+TEST_F(SmithsNavigation, AStoredPlanOverARouteWaitsForExec) {
+    folder.Write("avq/flightplans/A.RTE",
+                 "CruiseAlt=9000\n[FlightPlan]\nKAAA 0 0 APT ---\nNEWPT 0.5 2.5 INT ---\n"
+                 "KBBB 0 7 APT ---\n");
+    MakeDepartureRoute();
+    const std::string flown = Show(activePlan);
+    cdu.Press("INIT_REF L6 R2 L1");
+    EXPECT_EQ(smiths.page, kSmithsRoute);
+    EXPECT_EQ(Show(activePlan), flown);
+    EXPECT_EQ(planBook.status, RouteStatus::Modified);
+    cdu.Press("EXEC");
+    EXPECT_EQ(activePlan.entries[1].ident, "NEWPT");
+    EXPECT_EQ(planBook.activeIndex, 1);
+    folder.Write("avq/flightplans/A.RTE", "[FlightPlan]\n");
+    cdu.Press("INIT_REF L6 R2 L1");
+    EXPECT_EQ(cdu.Bottom(), "UNABLE TO LOAD FPL");
+    EXPECT_EQ(smiths.page, kSmithsStoredPlans);
+    EXPECT_EQ(modifiedPlan.entries[1].ident, "NEWPT") << "what was there stays";
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+}
+
+// ---- procedures ----
+TEST_F(SmithsNavigation, WhatAnotherUnitOrAFileChoseIsShown) {
+    MakeDepartureRoute();
+    cdu.Press("DEP_ARR L1");
+    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ");
+    procedureChoice = ProcedureChoice{.airport = "KSID",
+                                      .sidNumber = 1,
+                                      .sidName = "EAST1",
+                                      .sidTransition = "NORTH",
+                                      .departureRunway = "09"};
+    BuildSidWaypoints();
+    EditActivePlan(InsertSid);
+    cdu.Draw();
+    EXPECT_EQ(cdu.At(38), "<ACT>|<ACT>");
+    EXPECT_EQ(cdu.Data(2), "NORTH");
+    activePlan.EditProcedures() = PlanProcedures{};  // as read from a file
+    cdu.Draw();
+    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ") << "by the label of its legs";
+    EXPECT_EQ(cdu.Data(2), "NORTH|27 ");
+    EXPECT_EQ(cdu.At(38), "<ACT>");
+}
+
+TEST_F(SmithsNavigation, TheRunwayOfRteNarrowsTheDepartures) {
+    MakeDepartureRoute();
+    cdu.Press("RTE =27 L3 DEP_ARR L1");
+    EXPECT_EQ(cdu.Data(1), "WEST1 |27 ");
+    EXPECT_EQ(cdu.Data(2), "BOTH1 ");
+    EXPECT_EQ(cdu.At(38), "<SEL>");
+    cdu.Press("L6");
+    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ");
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(cdu.Data(6), "<INDEX|ROUTE>");
+}
+
+TEST_F(SmithsNavigation, AFullPlanRefusesAProcedure) {
+    MakeDepartureRoute();
+    while (!activePlan.IsFull()) {
+        PlanWaypoint entry = activePlan.entries[3];
+        entry.ident += std::to_string(activePlan.lastIndex);
+        InsertBetween(activePlan, 3, entry);
+    }
+    cdu.Press("DEP_ARR L1 L1");
+    EXPECT_EQ(cdu.Bottom(), kPlanFullMessage);
+    EXPECT_EQ(planBook.status, RouteStatus::Active);
+    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ");
+}
+
+// ---- progress ----
+TEST_F(SmithsNavigation, ProgressSaysWhereTheAircraftIs) {
+    MakeRoute();
+    cdu.Press("PROG NEXT_PAGE");
+    guidance.crossTrackNm = 0.25;
+    guidance.crossTrackSide = Side::Left;
+    vnav.descentActive = 1;
+    vnav.pathAltitude = 5000;
+    aircraft.altitudeFt = 4300;
+    derived.headwindKt = -12.6;
+    derived.crosswindKt = -8;
+    aircraft.value800 = 10;
+    cdu.Draw();
+    EXPECT_EQ(cdu.Label(1), "T A I L W I N D|C R O S S W I N D");
+    EXPECT_EQ(cdu.Data(1), "13 KT|L   8 KT");
+    EXPECT_EQ(cdu.Data(3), "L 0.25 NM|  700 LO");
+    EXPECT_EQ(cdu.Data(2).substr(cdu.Data(2).find('|')), "|10 C / +4 C");
+    aircraft.altitudeFt = 5100;
+    guidance.crossTrackSide = Side::Right;
+    derived.headwindKt = 3;
+    cdu.Draw();
+    EXPECT_EQ(cdu.Label(1), "H E A D W I N D|C R O S S W I N D");
+    EXPECT_EQ(cdu.Data(3), "R 0.25 NM|  100 HI");
+}
+
+TEST_F(SmithsNavigation, ATimeWantedIsComparedWithThePrediction) {
+    const struct {
+        double minutesLater;  // than predicted
+        const char* error;
+    } kCases[] = {{0.2, "ON TIME"}, {2.5, "EARLY 02:30"}, {-1.5, "LATE 01:30"}};
+    MakeRoute();
+    cdu.Press("PROG NEXT_PAGE NEXT_PAGE =FLY L1");
+    const double eta = ActivePredictions().entries[2].zuluMinutes;
+    for (const auto& row : kCases) {
+        const double wanted = std::round((eta + row.minutesLater) * 10) / 10;
+        const UnitText typed = ClockTenthsText(wanted / 60);
+        EXPECT_EQ(Enter(typed.c_str(), "R1"), "ok");
+        const double late = eta - wanted;
+        EXPECT_EQ(cdu.Data(4).starts_with(std::string(row.error).substr(0, 4)), true)
+            << cdu.Data(4) << " for " << late;
+    }
+    aircraft.groundSpeedKt = 20;
+    cdu.Draw();
+    EXPECT_EQ(cdu.Data(4), "- - : - -|- - - KT") << "no times while it stands";
+}
+
+// ---- holds ----
+TEST_F(SmithsNavigation, AHoldIsLeftOrRemoved) {
+    struct HoldCase {
+        const char* what;
+        bool inModification;  // planned there and not yet executed
+        bool flown;
+        int count;
+        HoldState state;
+    };
+    const HoldCase kCases[] = {
+        {"being flown", false, true, 1, HoldState::ExitRequested},
+        {"ahead", false, false, 0, HoldState::Normal},
+        {"not yet executed", true, false, 0, HoldState::Normal},
+    };
+    for (const HoldCase& row : kCases) {
+        SCOPED_TRACE(row.what);
+        holdList = {};
+        holdFlight = {};
+        MakeRoute();
+        if (row.inModification) {
+            EditSmithsPlan([](FlightPlan& plan) { return HoldAt(plan, 1, NewHold()); });
+        } else {
+            HoldAt(activePlan, 1, NewHold());
+        }
+        holdFlight.holdActive = row.flown ? 1 : 0;
+        holdFlight.holdTargetCorner = row.flown ? 2 : 0;
+        cdu.Press("HOLD R6");
+        EXPECT_EQ(smiths.page, kSmithsLegs);
+        EXPECT_EQ(smiths.legsMode, LegsMode::Normal);
+        EXPECT_EQ(holdList.count, row.count);
+        EXPECT_EQ(holdFlight.holdState, row.state);
+        EXPECT_EQ(activePlan.entries[1].hasHold, row.count);
+        planBook.status = RouteStatus::None;
+        modifiedPlan.CutTo(-1);
+    }
+}
+
+TEST_F(SmithsNavigation, HoldsStandInTheOrderOfTheRouteAndChangeByExec) {
+    MakeRoute();
+    for (const std::int32_t fix : {5, 2, 3}) {
+        HoldAt(activePlan, fix, NewHold());
+    }
+    cdu.Press("HOLD");
+    EXPECT_EQ(cdu.Title(), "ACT|RTE        HOLD|1 / 3");
+    EXPECT_EQ(cdu.Data(1).substr(0, 4), "FLY|");
+    cdu.Press("NEXT_PAGE NEXT_PAGE");
+    EXPECT_EQ(cdu.Data(1).substr(0, 6), "STARB|");
+    cdu.Press("=123/L L3");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE        HOLD|3 / 3");
+    EXPECT_EQ(HoldOf(1).inboundCourseMag, 0) << "flown as before";
+    EXPECT_EQ(cdu.Data(3), "123 /  L  T U R N|- - - - Z");
+    cdu.Press("L6");
+    EXPECT_EQ(cdu.Data(3), "360 /  R  T U R N|- - - - Z");
+    cdu.Press("=123/L L3 EXEC");
+    EXPECT_EQ(HoldOf(1).inboundCourseMag, 123);
+    EXPECT_EQ(HoldOf(1).turnDirection, HoldTurn::Left);
+    EXPECT_EQ(HoldOf(2).inboundCourseMag, 0);
+    cdu.Press("HOLD L6 L4 L4");
+    EXPECT_EQ(smiths.page, kSmithsHold) << "a fourth, at the place where it belongs";
+    EXPECT_EQ(cdu.Title(), "MOD|RTE        HOLD|3 / 4");
+    cdu.Press("EXEC L6");
+    EXPECT_EQ(cdu.Bottom(), kInvalid) << "a fifth";
+}
+
+TEST_F(SmithsNavigation, AHoldsTimesNeedSpeedAndFuel) {
+    MakeRoute();
+    simulator.variables[306] = 1;
+    simulator.variables[291] = 8388608;
+    simulator.variables[292] = 9000;
+    simulator.variables[638] = 1000;
+    HoldAt(activePlan, 1, NewHold());
+    RefreshPredictions();
+    planBook.reserveFuelInUse = ActivePredictions().destination.fuelLb - 1500;
+    cdu.Press("HOLD");
+    EXPECT_TRUE(cdu.Data(2).ends_with("Z")) << cdu.Data(2);
+    EXPECT_EQ(cdu.Data(4), "1.0   M I N|1 + 30");
+    aircraft.groundSpeedKt = 60;
+    planBook.reserveFuelInUse += 5000;
+    cdu.Draw();
+    EXPECT_EQ(cdu.Data(2), "S / 180|- - - - . - Z");
+    EXPECT_EQ(cdu.Data(4), "1.0   M I N|0 + 00");
+}
+
+TEST_F(SmithsNavigation, AFixesPointsCanBeTypedOn) {
+    MakeRoute();
+    cdu.Press("FIX =NEWPT L1 L2");
+    EXPECT_EQ(smiths.scratchpad, "") << "an empty row";
+    cdu.Press("=180 L2 L2");
+    EXPECT_EQ(smiths.scratchpad, "NEWPT180/30");
+    cdu.Press("LEGS R6 LEGS L5");
+    EXPECT_EQ(planBook.status, RouteStatus::Modified) << cdu.Bottom();
+    EXPECT_EQ(smiths.scratchpad, "");
+}
+
+}  // namespace
+}  // namespace avq1::test
