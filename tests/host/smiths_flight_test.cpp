@@ -1,8 +1,11 @@
 // A flight with cruise altitude and speeds entered on the Smiths-style unit as it goes on.
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "base/module_state.h"
 #include "cdu_smiths/fake_smiths.h"
+#include "flightplan/hold_pattern.h"
 #include "guidance/activation.h"
 #include "guidance/lnav.h"
 #include "settings/settings.h"
@@ -21,10 +24,8 @@ class SmithsFlight : public ::testing::Test {
         ResetModuleState();
         FakeSimulator::Install();
         performance = JetPerformance();
-        SetActivePlan({{"KAAA", 0, 0, "APT"},
-                       {"FIXAA", 0, 1},
-                       {"FIXBB", 0, 2},
-                       {"KBBB", 0, 3, "APT"}});
+        SetActivePlan(
+            {{"KAAA", 0, 0, "APT"}, {"FIXAA", 0, 1}, {"FIXBB", 0, 2}, {"KBBB", 0, 3, "APT"}});
         FakeSimulator::Get().variables[773] = 1;
         pilot.Report();
         RefreshAircraftState();
@@ -88,6 +89,30 @@ TEST_F(SmithsFlight, WhatIsExecutedIsFlown) {
     ASSERT_TRUE(FlyUntil([&] { return pilot.longitude * 60 > 175; }));
     EXPECT_NEAR(pilot.airspeedKt, 250, 5);
     EXPECT_LT(pilot.altitudeFt, 2500);
+}
+
+TEST_F(SmithsFlight, AHoldIsFlownAsExecutedAndLeft) {
+    EngageLnav();
+    cdu.Press("HOLD L2 L2 =90/L L3 =8 L5");
+    EXPECT_THAT(cdu.Title(), ::testing::HasSubstr("MOD|RTE        HOLD|1 / 1"));
+    EXPECT_THAT(cdu.Data(1), ::testing::StartsWith("FIXBB|"));
+    cdu.Press("EXEC");
+    double mostNorth = 0;
+    double mostSouth = 0;
+    ASSERT_TRUE(FlyUntil([&] {
+        mostNorth = std::max(mostNorth, pilot.latitude * 60);
+        mostSouth = std::min(mostSouth, pilot.latitude * 60);
+        return holdFlight.holdTargetCorner == 4;
+    }));
+    EXPECT_NEAR(mostNorth, 4, 2) << "to the left, half as wide as long";
+    EXPECT_GT(mostSouth, -1);
+    cdu.Press("HOLD R6");
+    EXPECT_EQ(holdList.count, 1) << "it goes on to its exit point";
+    ASSERT_TRUE(FlyUntil([] { return holdList.count == 0; }));
+    EXPECT_NEAR(pilot.longitude, 2, 0.1);
+    ASSERT_TRUE(FlyUntil([] { return planBook.activeIndex == 3; }));
+    cdu.Press("LEGS");
+    EXPECT_EQ(cdu.Data(1).substr(0, 4), "KBBB");
 }
 
 }  // namespace
