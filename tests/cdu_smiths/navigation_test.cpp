@@ -1,5 +1,7 @@
 // Index, stored plans, procedures, progress, stations, fixes and holds of the Smiths-style unit:
 // what they take and refuse, and what is behind what they show.
+#include <cmath>
+
 #include "cdu_smiths/fake_smiths.h"
 #include "cdu_smiths/smiths_procedures.h"
 #include "cdu_smiths/smiths_route.h"

@@ -141,7 +141,8 @@ TEST_F(Ehsi, DataTextsFollowTheFlight) {
     guidance.crossTrackNm = 1.26;
     guidance.crossTrackSide = Side::Left;
     test::PredictArrivalIn(119.7);
-    ExpectDrawn(1, {" 452", " 420", "360/34", "360", "WP1", " 9.5 NM", " 2:00", "XTK 1.3L", "DTK 094"});
+    ExpectDrawn(
+        1, {" 452", " 420", "360/34", "360", "WP1", " 9.5 NM", " 2:00", "XTK 1.3L", "DTK 094"});
     aircraft.groundSpeedKt = 20;
     aircraft.windSpeedKt = 0;
     aircraft.headingMag = 0.3;

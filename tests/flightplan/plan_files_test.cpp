@@ -242,6 +242,7 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
 
     SetPlan(activePlan, "KPIT >AAA@ KBUF");
     EXPECT_FALSE(ReadPlanToActive("MISSING.RTE"));
+    EXPECT_EQ(planBook.editIndex, kNoWaypoint);
     EXPECT_EQ(holdList.count, 0);
     EXPECT_EQ(activePlan.lastIndex, -1);
     EXPECT_EQ(modifiedPlan.lastIndex, -1);

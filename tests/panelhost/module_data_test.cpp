@@ -62,7 +62,8 @@ TEST_F(ModuleData, APlanStartedOnTheGroundHasALogAndAProfile) {
     EXPECT_EQ(session_.Profile().phase, -1);
     EXPECT_NE(Run("log\n").find("there is no flight log"), std::string::npos);
     EXPECT_NE(Run("profile\n").find("no vertical profile"), std::string::npos);
-    EXPECT_EQ(Run(std::string(kLoadPlan) + "run 2s\nlog\nprofile\n"), "");
+    EXPECT_EQ(Run("set position 40.6 -73.8\n" + std::string(kLoadPlan) + "run 2s\nlog\nprofile\n"),
+              "");
     EXPECT_TRUE(session_.FlightLog().starts_with("FlightPlan=KJFK-KBOS\n"));
     EXPECT_NE(session_.FlightLog().find("00:00:00 InitLoad "), std::string::npos);
     const VerticalProfile& profile = session_.Profile();
