@@ -11,6 +11,7 @@
 #include "flightplan/route_walk.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
+#include "guidance/lnav.h"
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
@@ -136,8 +137,13 @@ void ExecuteSmithsRoute() {
     if (smithsDirect.waits && !smithsDirect.onCourse) {
         BeginDirectLegAt(modifiedPlan, PresentPosition());
     }
+    const std::int32_t directTo = planBook.trackedIndex;
     if (ExecuteModification()) {
         if (smithsDirect.waits) {
+            if (planBook.activeIndex != directTo) {  // a new route begins with its direct leg
+                SetActiveWaypoint(directTo);
+                planBook.trackedIndex = directTo;
+            }
             guidance.trackLeg = smithsDirect.onCourse ? 1 : 0;
         }
         smithsDirect = {};

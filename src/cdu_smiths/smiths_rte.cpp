@@ -251,13 +251,16 @@ EntryResult EnterTo(const FieldRow& field, std::string_view text) {
     }
     const FlightPlan& plan = SmithsPlan();
     const RoutePair* const way = WayAt(number);
-    if (way != nullptr && !IsPlaceholder(*way)) {
-        const std::int32_t further = FindEntry(plan, text, way->lastIndex);
+    if (way == nullptr || !IsPlaceholder(*way)) {
+        const std::int32_t first = way != nullptr ? way->firstIndex : start + 1;
+        const std::int32_t last = way != nullptr ? way->lastIndex : first;
+        const std::int32_t further = FindEntry(plan, text, last);
+        if (further == last) {
+            return EntryResult::Accepted;  // it leads there already
+        }
         if (further != kNoWaypoint) {
-            const std::int32_t first = way->firstIndex;
-            return further == way->lastIndex || EditSmithsPlan([&](FlightPlan& edited) {
-                       return LeadTo(edited, first, further);
-                   })
+            return EditSmithsPlan(
+                       [&](FlightPlan& edited) { return LeadTo(edited, first, further); })
                        ? EntryResult::Accepted
                        : EntryResult::InvalidEntry;
         }

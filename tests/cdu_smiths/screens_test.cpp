@@ -25,6 +25,16 @@ struct Flow {
 constexpr Flow kFlows[] = {
     {"the index", RouteStatus::None,
      "INIT_REF L6 =A L1 CLR CLR R6 CLR R2 NEXT_PAGE NEXT_PAGE PREV_PAGE L6 =X L1 CLR CLR L1 RTE"},
+    {"a route built", RouteStatus::None,
+     "RTE =KAAA L1 =KBBB R1 =09 L3 =NONE L2 CLR CLR CLR CLR CLR NEXT_PAGE =ABCDE R1 =J9 L2 CLR CLR "
+     "CLR =NEWPT R2 R1 =LATER R1 DEL L1 PREV_PAGE R6 L6 EXEC NEXT_PAGE"},
+    {"legs", RouteStatus::Active,
+     "LEGS L2 CLR CLR CLR CLR =250/9000A R2 R2 CLR =B R3 DEL SP DEL L3 R6 NEXT_PAGE L6 L6 =TWICE "
+     "L2 NEXT_PAGE L2 EXEC DEL L3 DEL L5"},
+    {"direct-to and intercept", RouteStatus::Active,
+     "DIR_INTC L3 =045 R6 EXEC DIR_INTC =NEWPT L6 L6 DIR_INTC =LONGER R6 LEGS EXEC"},
+    {"a hold chosen", RouteStatus::Active,
+     "HOLD L2 L2 LEGS EXEC DEL L2 EXEC HOLD =PPOS L6 EXEC LEGS"},
     {"a plan saved", RouteStatus::Active,
      "INIT_REF L6 R6 CLR =MINE R6 CLR =A/B R6 CLR CLR CLR CLR =A.B R6 CLR DEL R6 R2"},
     {"a stored plan over a route", RouteStatus::Active, "INIT_REF L6 R2 L1 EXEC"},

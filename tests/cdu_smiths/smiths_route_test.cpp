@@ -172,6 +172,7 @@ TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {
         {"KAAA ABCDE FLY LATER KBBB", "=KBBB R2", "KAAA ABCDE KBBB"},
         {"KAAA ABCDE FLY LATER KBBB", "=NEWPT R2", "KAAA ABCDE NEWPT DISCO FLY LATER KBBB"},
         {"KAAA ABCDE FLY KBBB", "=NEWPT R3", "KAAA ABCDE FLY NEWPT KBBB"},
+        {"KAAA ABCDE FLY KBBB", "=KBBB R3", "KAAA ABCDE FLY KBBB"},  // it ends there already
         {"KAAA ABCDE FLY KBBB", "=NEWPT R4", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
         {"KAAA ABCDE FLY KBBB", "=NOWHE R3", "KAAA ABCDE FLY KBBB", "NOT IN DATABASE"},
         {"KAAA ABCDE FLY KBBB", "=A/B/C R3", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
@@ -436,6 +437,12 @@ TEST_F(SmithsRoute, DirectToWaitsForExecAndBeginsThere) {
         }
         aircraft.longitude = 0.52;
     }
+}
+
+TEST_F(SmithsRoute, ANewRouteMayBeginWithADirectLeg) {
+    cdu.Press("RTE =KAAA L1 =KBBB R1 NEXT_PAGE =NEWPT R1 =LATER R2 R6 DIR_INTC L2 EXEC");
+    EXPECT_EQ(Active(), "KAAA NEWPT DCT DIRECT >LATER KBBB");
+    EXPECT_EQ(guidance.trackLeg, 0);
 }
 
 TEST_F(SmithsRoute, AnInterceptCourseLeadsIn) {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "base/redraw.h"
 #include "cdu_smiths/fake_smiths.h"
+#include "simlink/keyboard.h"
 #include "support/fake_keyboard.h"
 #include "support/leak_suppressions.h"
 
@@ -106,6 +106,44 @@ TEST_F(SmithsTest, LettersFromGOnGoToTheOtherUnitToo) {
     cdu.Press("=FGZ");
     EXPECT_EQ(gns.scratchpad, "GZ    ");
     EXPECT_EQ(smiths.scratchpad, "FGZ");
+}
+
+TEST_F(SmithsTest, TheComputerKeyboardTypes) {
+    FakeKeyboard keyboard{Picture::Services()};
+    const auto type = [&](std::initializer_list<std::uint8_t> scanCodes) {
+        for (const std::uint8_t key : scanCodes) {
+            keyboard.Down(key);
+            PollSmithsKeyboard();
+            keyboard.Up(key);
+            PollSmithsKeyboard();
+            cdu.Draw();
+        }
+    };
+    MakeRoute();
+    cdu.Press("LEGS");
+    type({scan::kA});
+    EXPECT_EQ(smiths.scratchpad, "") << "not yet";
+    cdu.Press("SP");
+    EXPECT_TRUE(HasKeyboard(kSmithsKeyboard));
+    EXPECT_EQ(cdu.At(227), "K E Y B O A R D");
+    type({scan::kA, scan::k9, scan::kX, scan::kBackspace});
+    EXPECT_EQ(cdu.Bottom(), "A9");
+    cdu.Press("DEL");
+    type({scan::kBackspace});
+    EXPECT_EQ(cdu.Bottom(), "A9") << "the message goes first, as with CLR";
+    type({scan::kPageDown});
+    EXPECT_EQ(cdu.Title(), "ACT|RTE    LEGS| 2 /  2");
+    type({scan::kUp});
+    EXPECT_EQ(cdu.Title(), "ACT|RTE    LEGS| 1 /  2");
+    type({scan::kEnter});
+    EXPECT_FALSE(HasKeyboard(kSmithsKeyboard));
+    EXPECT_EQ(smiths.editing, 0);
+    cdu.Press("CLR CLR SP SP");
+    EXPECT_FALSE(HasKeyboard(kSmithsKeyboard)) << "SP gives it back";
+    keyboard.window = nullptr;
+    cdu.Press("SP");
+    EXPECT_NE(cdu.Bottom(), "") << "says why it cannot be opened";
+    StopKeyboardEntry();
 }
 
 TEST_F(SmithsTest, KeysWaitForPower) {
