@@ -239,6 +239,8 @@ TEST(PlatformServicesTest, MembersBeyondTheStatedSizeDoNotExist) {
     EXPECT_EQ(KeyState(0x41), 1);
     services.size -= 1;
     EXPECT_EQ(KeyState(0x41), 0);
+    services.vertical_profile = [](const VerticalProfileRecord*) {};
+    EXPECT_FALSE(HostDrawsProfile());
     PlatformTable.services = nullptr;
     std::uint8_t keys[256];
     keys[30] = 0x80;
