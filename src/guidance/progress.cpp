@@ -1,5 +1,6 @@
 #include "guidance/progress.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -33,10 +34,7 @@ TimeToGo SplitHours(double minutes) {
     if (minutes / kMinutesPerHour >= 1) {
         time.hours = std::floor(minutes / kMinutesPerHour);
     }
-    time.minutes = minutes - time.hours * kMinutesPerHour;
-    if (time.minutes < 0 || time.minutes == kMinutesPerHour) {
-        time.minutes = 0;
-    }
+    time.minutes = std::max(minutes - time.hours * kMinutesPerHour, 0.0);  // of a rounded quotient
     return time;
 }
 

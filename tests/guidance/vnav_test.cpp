@@ -589,7 +589,7 @@ TEST_F(VnavTest, ARestrictionFarAheadDoesNotChangeTheCruiseSpeed) {
     EXPECT_THAT(Sent(), ElementsAre(Pair(kAirspeedEvent, 200)));
 }
 
-TEST_F(VnavTest, SpeedsOfTheFileAreWithinItsLimits) {
+TEST_F(VnavTest, WhatIsSentIsWithinItsLimits) {
     performance.climbIasMin = performance.minVnavIas = 200;
     const double rows[][2] = {{280, 280}, {320, 320}, {321, 320}, {110, 110}, {109, 110}};
     performance.cruiseIas = 320;
@@ -597,6 +597,11 @@ TEST_F(VnavTest, SpeedsOfTheFileAreWithinItsLimits) {
     for (const auto& [asked, sent] : rows) {
         SendSpeed(asked);
         EXPECT_EQ(vnav.speed.last, sent);
+    }
+    const double altitudes[][2] = {{-5, 0}, {0.9, 0}, {60000, 60000}, {60001, 60000}};
+    for (const auto& [asked, sent] : altitudes) {
+        SendAltitude(asked);
+        EXPECT_EQ(vnav.altitude.last, sent);
     }
 }
 
@@ -729,6 +734,10 @@ TEST_F(VnavTest, ThePresentWindTurnsIntoTheOneEntered) {
     EXPECT_NEAR(groundSpeedAt(10), 180, 2);
     ClearCruiseWind();
     EXPECT_NEAR(groundSpeedAt(10), 240, 0.1);
+    aircraft.altitudeFt = 700;  // without a profile it is kept
+    ClearCruiseWind();
+    RefreshPredictions();
+    EXPECT_EQ(ActivePredictions().entries[10].altitudeFt, 700);
 }
 
 }  // namespace
