@@ -470,6 +470,42 @@ TEST_F(VnavTest, SpeedsFollowTheSchedule) {
     }
 }
 
+TEST_F(VnavTest, TheFilesRestrictionsBeginAndEndOnceAtTheirAltitudes) {
+    performance.climbSpeedRestriction = performance.descentSpeedRestriction = 220;
+    performance.climbRestrictionAltitude = performance.descentRestrictionAltitude = 10000;
+    const struct {
+        VerticalPhase phase;
+        double altitude;
+        double flownKt;
+        std::int32_t restricted;  // in the climb
+        std::int32_t sent;        // 0: nothing
+    } rows[] = {
+        {VerticalPhase::Descent, 9999, 250, 0, 220}, {VerticalPhase::Descent, 10000, 250, 0, 0},
+        {VerticalPhase::Descent, 9999, 220, 0, 0},   {VerticalPhase::Cruise, 9999, 250, 1, 0},
+        {VerticalPhase::Climb, 10001, 220, 1, 250},  {VerticalPhase::Climb, 10000, 220, 1, 0},
+        {VerticalPhase::Climb, 10001, 220, 0, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.altitude);
+        MakePlan({0, 0, 0, 0, 0, 0});
+        vnav.topOfClimbReached = row.phase == VerticalPhase::Climb ? 0 : 1;
+        vnav.descentActive = row.phase == VerticalPhase::Descent ? 1 : 0;
+        vnav.climbRestrictionActive = row.restricted;
+        guidance.vnavEngaged = 1;
+        guidance.distanceToGoNm = 99;
+        aircraft.altitudeFt = row.altitude;
+        aircraft.apAirspeedTargetKt = row.flownKt;
+        Sent();
+        ApplySpeedRestrictions();
+        const auto sent = Sent();
+        EXPECT_EQ(sent.size(), row.sent != 0 ? 1U : 0U);
+        EXPECT_TRUE(sent.empty() ||
+                    sent.front() == std::pair(kAirspeedEvent, std::uint32_t(row.sent)));
+        ApplySpeedRestrictions();
+        EXPECT_THAT(Sent(), IsEmpty());
+    }
+}
+
 TEST_F(VnavTest, SpeedsWaitForTheirConditions) {
     const struct {
         const char* what;

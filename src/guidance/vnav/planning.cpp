@@ -121,9 +121,6 @@ double ChooseCruiseAltitude(const PlanningInput& input, double maxCruiseFt) {
 }
 
 double EntryAltitude(const FlightPlan& plan, std::int32_t index) {
-    if (!plan.Holds(index)) {
-        return 0;
-    }
     const PlanWaypoint& entry = plan.entries[index];
     if (entry.altitude != kUnset || entry.type != kAirportType) {
         return entry.altitude != kUnset ? entry.altitude : 0;
