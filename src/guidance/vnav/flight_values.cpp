@@ -52,11 +52,11 @@ double FlowBetween(const std::vector<Row>& rows, double altitudeFt, const Flow& 
     return flow(below) + share * (flow(*above) - flow(below));
 }
 
-// Of the middle weight: the ratio that is learned takes care of the others.
+// Of the middle weight: the ratio that is learned takes care of the others. 0 without flows.
 template <typename Row>
 double MiddleFlow(const Row& row) {
     const auto middle = static_cast<std::size_t>(std::max(row.fuelFlowCount - 1, 0) / 2);
-    return row.fuelFlowCount > 0 ? row.fuelFlow[middle] : 0;
+    return row.fuelFlow[middle];
 }
 
 double TableFlow(VerticalPhase phase, double altitudeFt) {
