@@ -12,9 +12,9 @@
 #include "displays/ehsi.h"
 #include "displays/nd.h"
 #include "displays/nd_panel.h"
-#include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
+#include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "settings/settings.h"
 #include "simlink/exported_variables.h"
@@ -25,7 +25,6 @@ namespace avq1::test {
 namespace {
 
 using ::testing::Contains;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 using Rows = std::vector<std::string>;
@@ -45,6 +44,11 @@ std::string RowOf(const Rows& rows, const std::string& label) {
 std::string ValueOf(const Rows& rows, const std::string& label) {
     const std::string row = RowOf(rows, label);
     return Trimmed(row.substr(row.rfind('|') + 1));
+}
+
+bool Says(const Rows& rows, const char* text) {
+    return std::ranges::any_of(
+        rows, [&](const std::string& row) { return row.find(text) != std::string::npos; });
 }
 
 // A part of a text, counted from 0, between any of these characters.
@@ -267,6 +271,11 @@ void Agreement::ExpectSameLeg() {
     const std::string track = Written("%03.0f", exported.desiredTrackMag);
     EXPECT_THAT(ehsiShown.texts, Contains("DTK " + track));
     EXPECT_THAT(ndShown.texts, Contains("DTK " + track));
+    const bool holds = HoldBeingFlown();
+    EXPECT_EQ(holds, GetParam().name == std::string("in a hold"));
+    EXPECT_EQ(Says(leg, "HOLDING"), holds);
+    EXPECT_EQ(Says(to, "HOLD("), holds);
+    EXPECT_EQ(ValueOf(leg, "DTK"), holds ? "no DTK" : track);
     const std::string offTrack = ValueOf(ahead, "XTK   TRMNL");
     EXPECT_EQ(offTrack,
               Written(exported.crossTrackSide == 2 ? "L %.2f" : "R %.2f", exported.crossTrackNm));
