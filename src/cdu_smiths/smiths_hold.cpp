@@ -40,19 +40,22 @@ struct HoldOrder {
     std::int32_t count = 0;
 };
 
+// In the order of their fixes.
 HoldOrder HoldsOnRoute() {
     HoldOrder order;
-    for (std::int32_t i = 1; i <= holdList.count; ++i) {
-        if (SmithsPlan().Holds(FixOf(holdList.holds[static_cast<std::size_t>(i)])) &&
-            FixOf(holdList.holds[static_cast<std::size_t>(i)]) > 0) {
-            order.numbers[static_cast<std::size_t>(order.count++)] = i;
+    const auto fixOf = [](std::int32_t number) {
+        return FixOf(holdList.holds[static_cast<std::size_t>(number)]);
+    };
+    for (std::int32_t number = 1; number <= holdList.count; ++number) {
+        if (fixOf(number) <= 0 || !SmithsPlan().Holds(fixOf(number))) {
+            continue;
         }
+        auto place = static_cast<std::size_t>(order.count++);
+        for (; place > 0 && fixOf(order.numbers[place - 1]) > fixOf(number); --place) {
+            order.numbers[place] = order.numbers[place - 1];
+        }
+        order.numbers[place] = number;
     }
-    std::sort(order.numbers.begin(), order.numbers.begin() + order.count,
-              [](std::int32_t a, std::int32_t b) {
-                  return FixOf(holdList.holds[static_cast<std::size_t>(a)]) <
-                         FixOf(holdList.holds[static_cast<std::size_t>(b)]);
-              });
     return order;
 }
 

@@ -102,7 +102,7 @@ void DrawWind(EhsiPicture& picture) {
     });
     picture.surface.Text(FixedText("%03.0f/%.0f", Compass360(ShownDerived().windDirectionMag),
                                    ShownAircraft().windSpeedKt),
-                         kData, colour::White, 22, 44);
+                         kSmall, colour::White, 19, 43);
 }
 
 void DrawNextWaypoint(EhsiPicture& picture) {

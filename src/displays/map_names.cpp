@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <initializer_list>
 #include <optional>
 
 #include "displays/map_layers.h"
@@ -13,8 +14,7 @@ namespace {
 
 constexpr CanvasFont kIdentFont{"Arial", 9};
 constexpr double kStepPx = 6;       // a required name moves away by this much at a time
-constexpr double kALittlePx = 24;   // while a free place is sought
-constexpr double kFarthestPx = 60;  // at most
+constexpr double kFarthestPx = 24;  // farther away it would not be told whose name it is
 constexpr double kBesidePx = 8;     // beyond this its symbol is told by a line
 
 std::vector<MapName> kept;
@@ -53,16 +53,13 @@ std::optional<TextBox> PlaceWhereFree(const MapFrame& frame, const MapName& name
                      [&](const TextBox& box) { return InsideNames(frame, box); });
 }
 
-// Beside the symbol or a little away, else over what is not of the route, else farther away.
+// Beside the symbol or a little away, else so over what is not of the route.
 std::optional<TextBox> RequiredPlace(const MapFrame& frame, const TextBoxes& required,
                                      const MapName& name, const CanvasSize& size) {
-    struct Try {
-        const TextBoxes& taken;
-        double farthestPx;
-    };
-    for (const Try& row : {Try{frame.texts, kALittlePx}, Try{required, kFarthestPx}}) {
-        for (double away = name.halfWidth; away <= row.farthestPx; away += kStepPx) {
-            const auto box = FreePlace(name, away, size, row.taken, [&](const TextBox& place) {
+    for (const TextBoxes* const taken :
+         std::initializer_list<const TextBoxes*>{&frame.texts, &required}) {
+        for (double away = name.halfWidth; away <= kFarthestPx; away += kStepPx) {
+            const auto box = FreePlace(name, away, size, *taken, [&](const TextBox& place) {
                 return InsideMap(frame, place) && frame.fixedTexts.IsFree(place);
             });
             if (box) {

@@ -16,7 +16,7 @@
 namespace avq1 {
 
 enum class NameRank {
-    Required,   // of the route: named in any case, with a line to its symbol when it stands away
+    Required,   // of the route: over other symbols if need be, with a line to its own when away
     WhereFree,  // named when a place beside the symbol is free
     None,       // the symbol only
 };
