@@ -45,7 +45,7 @@ TEST_F(SmithsNavigation, EntriesAreTakenOrRefusedWhole) {
         const char* keys;  // to the page, each time anew
         const char* line;
         struct {
-            const char* typed;
+            const char* typed = nullptr;
             const char* outcome = kInvalid;
         } entries[16];
     } kPages[] = {
