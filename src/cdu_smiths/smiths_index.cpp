@@ -50,9 +50,11 @@ constexpr FieldRow kFields[] = {
     SmithsPrompt(kL5, "<APPROACH", kSmithsApproachRef),
     SmithsPrompt(kR1, "NAV DATA>", kSmithsRefNavData),
     SmithsPrompt(kR2, "FLIGHT PLANS>", kSmithsStoredPlans, {.press = ReadStoredPlans}),
-    SmithsPrompt(kR6, "SAVE FPL>", 0,
-                 {.enter = [](const FieldRow&, std::string_view typed) { return SaveAs(typed); },
-                  .press = [](const FieldRow&) { return SaveAs({}); }}),
+    // What has been typed is its entry.
+    SmithsField(kR6,
+                {.show = [](const FieldRow&, UnitText& text) { text.Set("SAVE FPL>"); },
+                 .enter = [](const FieldRow&, std::string_view typed) { return SaveAs(typed); },
+                 .press = [](const FieldRow&) { return SaveAs({}); }}),
 };
 
 }  // namespace

@@ -473,9 +473,12 @@ TEST_F(SmithsPerformance, PositionsAreCopiedAsTheyAreTyped) {
     EXPECT_EQ(cdu.Title(), "POS  REF|2 / 3");
     EXPECT_EQ(cdu.Data(1), "S33:45:29 W05:00:00|240 K T");
     EXPECT_EQ(cdu.Data(5), "- - - - - - - -");
-    aircraft.nav1DmeNm = 12;
+    aircraft.latitude = 0;
+    aircraft.longitude = 0.8;
+    aircraft.nav1DmeNm = 12.5;  // to ABCDE, 12 nm ahead
+    simulator.variables[49] = 1;
     cdu.Press("NEXT_PAGE PREV_PAGE");
-    EXPECT_EQ(cdu.Data(5), "S33:45:29 W05:00:00");
+    EXPECT_EQ(cdu.Data(5).substr(0, 16), "N00:00:00 E00:47");
     cdu.Press("NEXT_PAGE");
     EXPECT_EQ(cdu.Title(), "POS  SHIFT|3 / 3");
 }
