@@ -36,7 +36,7 @@ constexpr CanvasFont kLabel{"Arial", kLabelPx};
 constexpr CanvasFont kValue{"Courier New", kValuePx, true};
 
 // In the order of SmithsStyle.
-constexpr std::array<ScreenStyle, 8> kStyles = {{
+constexpr std::array<ScreenStyle, 9> kStyles = {{
     {kData, colour::Green},
     {kData, colour::Green, true},
     {kLabel, colour::Green},
@@ -44,6 +44,7 @@ constexpr std::array<ScreenStyle, 8> kStyles = {{
     {kValue, colour::Green},
     {kValue, colour::Green, true},
     {kData, colour::Green, false, kWidthUnits},
+    {kData, colour::Green, false, kWidthUnits - kSmithsCounterX},
     {{}, colour::Black},
 }};
 static_assert(kStyles.size() == kSmithsStyleCount);

@@ -509,7 +509,7 @@ void PutWaypointRow(Screen& screen, std::int32_t row, std::int32_t index) {
     const std::int16_t y = kSmithsDataY[slot];
     PutLegLabel(screen, index, kSmithsLabelY[slot]);
     screen.Put(kSmithsData, 0, y, "%-5.6s", SmithsPlan().entries[index].ident.c_str());
-    if (index == SmithsMapCentre()) {
+    if (!showsData && index == SmithsMapCentre()) {
         screen.Put(kSmithsLabelRight, kSmithsLabelRightX, kSmithsLabelY[slot], "M A P  C T R");
         screen.Put(kSmithsLabel, kCentreMarkX, y + kSmallDrop, "<CTR>");
     }
@@ -546,13 +546,13 @@ void ComposeLegs(Screen& screen) {
     for (std::int32_t row = 0; row < kLegsPerPage; ++row) {
         PutRow(screen, row);
     }
-    const std::int16_t labelY = kSmithsLabelY[kSmithsRows - 1];
     if (showsData) {
-        screen.Put(kSmithsLabel, kEtaX, labelY, "E T A");
-        screen.Put(kSmithsLabelRight, kSmithsLabelRightX, labelY, "F U E L");
+        screen.Put(kSmithsLabel, kEtaX, kSmithsLabelY[0], "E T A");
+        screen.Put(kSmithsLabelRight, kSmithsLabelRightX, kSmithsLabelY[0], "F U E L");
     } else if (smiths.legsMode == LegsMode::Normal) {
-        screen.Put(kSmithsLabel, kSmithsLabelX, labelY, "R N P / A C T U A L");
-        screen.Put(kSmithsLabelRight, kSmithsLabelRightX, labelY, "1 . 0 0 / 0 . 0 0 N M");
+        const std::int16_t y = kSmithsLabelY[kSmithsRows - 1];
+        screen.Put(kSmithsLabel, kSmithsLabelX, y, "R N P / A C T U A L");
+        screen.Put(kSmithsLabelRight, kSmithsLabelRightX, y, "1 . 0 0 / 0 . 0 0 N M");
     }
 }
 

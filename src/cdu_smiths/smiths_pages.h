@@ -46,8 +46,9 @@ enum SmithsStyle : std::uint8_t {
     kSmithsLabelRight,
     kSmithsValue,  // characters of one width
     kSmithsValueRight,
-    kSmithsBottom,  // the scratchpad: made smaller until it fits
-    kSmithsBlank,   // black, filled: takes away what it covers
+    kSmithsBottom,   // the scratchpad: made smaller until it fits
+    kSmithsCounter,  // the same beside the title
+    kSmithsBlank,    // black, filled: takes away what it covers
     kSmithsStyleCount,
 };
 

@@ -8,7 +8,7 @@ namespace avq1 {
 void PutSmithsCounter(Screen& screen, const SubPage& shown, const char* format, int x) {
     UnitText text;
     text.Put(format, shown.n, shown.m);
-    screen.PutText(kSmithsData, {static_cast<std::int16_t>(x), 0}, text);
+    screen.PutText(kSmithsCounter, {static_cast<std::int16_t>(x), 0}, text);
 }
 
 bool ReadSmithsNumber(std::string_view text, double& value) {
