@@ -76,8 +76,8 @@ struct GnsState : CduState, LineSelection {
     std::int32_t columnMode = kColumnEte;
     std::int32_t pendingColumnMode = kColumnEte;
     bool deletePending = false;  // the selected waypoint line shows "DELETE?"
-    std::int32_t editing = 0;  // 1 while the unit has the computer keyboard
-    bool enteredOnLm = false;  // ENTER was pressed on the GNSXLS_LM gauge
+    std::int32_t editing = 0;    // 1 while the unit has the computer keyboard
+    bool enteredOnLm = false;    // ENTER was pressed on the GNSXLS_LM gauge
 };
 
 extern GnsState gns;

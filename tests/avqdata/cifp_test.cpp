@@ -155,8 +155,8 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "E QUIN1 6 RW09L BBBBB E___ IF\nE QUIN1 6 RW09L AAAAA EE__ TF\n",
          "QUIN1 09L: DDDDD|DDDDD|FL200|--- CCCCC|CCCCC|---|---* BBBBB|BBBBB|---|---* "
          "AAAAA|AAAAA|---|09L*"},
-        // The hold that ends the missed approach is at the transition's own fix; the second approach
-        // circles to any runway.
+        // The hold that ends the missed approach is at the transition's own fix; the second
+        // approach circles to any runway.
         {"roles of an approach and its missed approach",
          "F R09LY A DDDDD DDDDD E__A IF +03000\nF R09LY A DDDDD DDDDD EE_A HF +03000\n"
          "F R09LY A DDDDD CCCCC EE_B TF\nF R09LY R - CCCCC E__I IF +02000\n"

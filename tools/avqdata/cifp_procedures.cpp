@@ -35,7 +35,6 @@ struct Builder {
     Dataset& data;
 };
 
-
 // Legs that end at no fix: at an altitude, a course, a distance, or when the pilot says so.
 bool EndsAtFix(const ProcedureLegRecord& leg) {
     constexpr std::array<std::string_view, 12> kFixPaths{"IF", "TF", "CF", "DF", "AF", "RF",
