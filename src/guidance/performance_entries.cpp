@@ -114,8 +114,12 @@ void CommandAnew(VerticalPhase phase) {
 }  // namespace
 
 std::int32_t ChosenCruiseAltitude() {
-    return RouteIsFlown() ? Waiting().cruiseAltitudeFt.value_or(vnav.cruiseAltitude)
-                          : planBook.cruiseAltitudeFt;
+    // A modification without the entry flown to is another route.
+    const bool startsAnew =
+        planBook.status == RouteStatus::Modified && !modifiedPlan.Holds(planBook.trackedIndex);
+    const bool planned = !RouteIsFlown() || startsAnew;
+    return Waiting().cruiseAltitudeFt.value_or(planned ? planBook.cruiseAltitudeFt
+                                                       : vnav.cruiseAltitude);
 }
 
 std::int32_t ChosenCostIndex() {

@@ -13,6 +13,7 @@
 #include "guidance/progress.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
+#include "settings/performance_tables.h"
 #include "settings/settings.h"
 #include "support/kept_file.h"
 
@@ -617,6 +618,37 @@ TEST_F(SmithsPerformance, TypedSpeedsAndTheCostIndexAreFlownAfterExec) {
     EXPECT_EQ(performance.climbIas, 300) << "typed, not by the cost index";
     cdu.Press("CLB DEL L3 EXEC");
     EXPECT_EQ(performance.climbSpeedRestriction, 0);
+}
+
+TEST_F(SmithsPerformance, AChosenSpeedStaysWhenTheTablesPlan) {
+    const auto depart = [this](const char* keys) {
+        BeginAnew();
+        LoadNavDatabase();
+        performanceTables.climb = {{.altitudeFt = 0, .speedTas = 250, .climbRate = 2000},
+                                   {.altitudeFt = 30000, .speedTas = 420, .climbRate = 1500}};
+        performanceTables.cruise = {{.altitudeFt = 30000, .speedTas = 450}};
+        performanceTables.descent = {{.altitudeFt = 0, .speedTas = 250, .descentRate = 1500},
+                                     {.altitudeFt = 30000, .speedTas = 420, .descentRate = 2000}};
+        cdu.Press(keys);
+        MakePlan();
+        StartActivePlan();
+        planBook.status = RouteStatus::Active;
+        RefreshPredictions();
+    };
+    depart("");
+    const std::int32_t byTables = performance.climbIas;
+    ASSERT_NE(byTables, 280);
+    const std::int32_t cruiseByTables = performance.cruiseIas;
+    cdu.Press("CRZ");
+    EXPECT_THAT(Value("R1"), ::testing::MatchesRegex("FL[23][0-9]0 / FL350"));
+    depart("CLB =300 L2");
+    EXPECT_EQ(performance.climbIas, 300);
+    EXPECT_NEAR(performance.climbTas, IndicatedToTrue(300, 13000), 0.001);
+    EXPECT_EQ(performance.cruiseIas, cruiseByTables);
+    cdu.Press("L5 L5 EXEC");
+    EXPECT_EQ(performance.climbIas, byTables) << "economy is what the tables give";
+    depart("INIT_REF L6 L3 =0 L5");
+    EXPECT_EQ(performance.climbIas, 230) << "a typed cost index is above the tables";
 }
 
 TEST_F(SmithsPerformance, AChangedSpeedGoesToTheAutopilotByExec) {
