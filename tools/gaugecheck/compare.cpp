@@ -29,7 +29,7 @@ using gaugecheck::Picture;
 constexpr double kTextTolerancePx = 1.0;
 constexpr int kBright = 128;            // strength of a pixel that must be found, of 255
 constexpr int kReach = 2;               // how far away it may be found, pixels
-constexpr double kWeakest = 0.5;        // of its strength
+constexpr double kWeakest = 0.45;       // of its strength: a hyphen may be smoothed over two rows
 constexpr double kTintTolerance = 0.3;  // of a channel's share
 constexpr int kMixTolerance = 8;        // of a channel beyond the colours it can be a mix of
 constexpr int kPixelsAllowed =
