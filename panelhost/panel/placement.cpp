@@ -16,14 +16,13 @@ const Picture* FindBitmap(const ModuleResources& resources, std::int32_t number)
     return found == resources.bitmaps.end() ? nullptr : &found->second;
 }
 
-void MakeImages(ElementCopy& copy, const Cloner& cloner) {
+void MakeImages(ElementCopy& copy, int surfaceScale) {
     ElementHeader& header = copy.element.header;
-    copy.bitmap = FindBitmap(cloner.resources, header.resourceNumber);
     const int width = copy.bitmap != nullptr ? copy.bitmap->width : 0;
     const int height = copy.bitmap != nullptr ? copy.bitmap->height : 0;
     const bool isSurface =
         (header.imageFlags & avq1::image_flag::kMakeDeviceContext) != 0 && width > 0;
-    const int scale = isSurface ? cloner.surfaceScale : 1;
+    const int scale = isSurface ? surfaceScale : 1;
     copy.finalImage.width = width * scale;
     copy.finalImage.height = height * scale;
     copy.sourceImage.width = width;
@@ -63,7 +62,8 @@ ElementHeader* CloneElement(const ElementHeader* source, ElementHeader* previous
     ElementHeader& header = copy.element.header;
     header.gauge = &cloner.placement.header;
     header.previous = previous;
-    MakeImages(copy, cloner);
+    copy.bitmap = FindBitmap(cloner.resources, header.resourceNumber);
+    MakeImages(copy, cloner.surfaceScale);
     copy.composedFlags = header.imageFlags;
     copy.composedPlace = {header.position.x + header.offset.x, header.position.y + header.offset.y};
     if (source->children != nullptr) {
@@ -116,6 +116,24 @@ std::unique_ptr<Placement> MakePlacement(const avq1::GaugeHeader& gauge,
     header.size = {placement->width, placement->height};
     header.parameters = place.parameter.empty() ? nullptr : placement->parameter.c_str();
     return placement;
+}
+
+void MakeSurfaces(Placement& placement, int surfaceScale) {
+    for (const auto& copy : placement.elements) {
+        MakeImages(*copy, surfaceScale);
+    }
+}
+
+void FreeSurfaces(Placement& placement) {
+    for (const auto& copy : placement.elements) {
+        copy->element.deviceContext = nullptr;
+        copy->context = {};
+        copy->pixels = {};
+        copy->shown = {};
+        copy->fitted = {};
+        copy->texts.clear();
+        copy->newTexts.clear();
+    }
 }
 
 const std::vector<KeyName>* KeyNamesOf(const Placement& placement,

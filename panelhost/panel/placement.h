@@ -68,6 +68,10 @@ std::unique_ptr<Placement> MakePlacement(const avq1::GaugeHeader& gauge,
                                          const GaugePlacement& place,
                                          const ModuleResources& resources, int surfaceScale);
 
+// Gives the placement's surfaces their memory back, or takes it: without surfaces it shows nothing.
+void MakeSurfaces(Placement& placement, int surfaceScale);
+void FreeSurfaces(Placement& placement);
+
 // The gauge's names of keys; null when the module names none on its background.
 const std::vector<KeyName>* KeyNamesOf(const Placement& placement,
                                        const ModuleResources& resources);

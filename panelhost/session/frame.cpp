@@ -1,6 +1,7 @@
 #include "panelhost/session/frame.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "panelhost/session/mouse.h"
 
@@ -34,20 +35,18 @@ void Send(Placement& placement, avq1::PanelEvent event, std::uintptr_t extra = 0
     }
 }
 
-template <std::size_t count>
-void SendAll(HostState& host, const TimedEvent (&events)[count]) {
-    for (const auto& placement : host.placements) {
-        for (const TimedEvent& timed : events) {
-            std::uintptr_t extra = 0;
-            if (timed.extra == TimedEvent::Extra::Module) {
-                extra = reinterpret_cast<std::uintptr_t>(host.module.handle);
-            } else if (timed.extra == TimedEvent::Extra::Window) {
-                extra = reinterpret_cast<std::uintptr_t>(
-                    host.windows[static_cast<std::size_t>(placement->window)].get());
-            }
-            Send(*placement, timed.event, extra);
-        }
+HostWindow& WindowOf(HostState& host, const Placement& placement) {
+    return *host.windows[static_cast<std::size_t>(placement.window)];
+}
+
+void SendTimed(HostState& host, Placement& placement, const TimedEvent& timed) {
+    std::uintptr_t extra = 0;
+    if (timed.extra == TimedEvent::Extra::Module) {
+        extra = reinterpret_cast<std::uintptr_t>(host.module.handle);
+    } else if (timed.extra == TimedEvent::Extra::Window) {
+        extra = reinterpret_cast<std::uintptr_t>(&WindowOf(host, placement));
     }
+    Send(placement, timed.event, extra);
 }
 
 // A gauge that shows nothing is drawn without its surfaces: the module flies on, and draws nothing.
@@ -68,18 +67,35 @@ void SendDraw(Placement& placement, bool shows) {
 
 }  // namespace
 
+void SendStartEvents(HostState& host, Placement& placement) {
+    for (const TimedEvent& timed : kStartEvents) {
+        SendTimed(host, placement, timed);
+    }
+}
+
 void SendStartEvents(HostState& host) {
-    SendAll(host, kStartEvents);
+    for (const auto& placement : host.placements) {
+        SendStartEvents(host, *placement);
+    }
+}
+
+void SendConnect(HostState& host, Placement& placement) {
+    SendTimed(host, placement, kStartEvents[std::size(kStartEvents) - 1]);
 }
 
 void SendEndEvents(HostState& host) {
-    SendAll(host, kEndEvents);
+    for (const auto& placement : host.placements) {
+        for (const TimedEvent& timed : kEndEvents) {
+            SendTimed(host, *placement, timed);
+        }
+    }
 }
 
 void SettleAll(HostState& host) {
     for (const auto& placement : host.placements) {
-        HostWindow& window = *host.windows[static_cast<std::size_t>(placement->window)];
-        if (SettlePlacement(*placement, window.picture.scale, window.picture.stale)) {
+        HostWindow& window = WindowOf(host, *placement);
+        if (!window.asleep &&
+            SettlePlacement(*placement, window.picture.scale, window.picture.stale)) {
             ++window.revision;
         }
     }
@@ -93,16 +109,21 @@ void StepPanel(HostState& host, double dtS, bool draw) {
         ++host.world.clock.tick;
         RepeatMouse(host);
         for (const auto& placement : host.placements) {
-            Send(*placement, avq1::PanelEvent::Update);
-            Send(*placement, avq1::PanelEvent::AfterUpdate);
+            if (!WindowOf(host, *placement).asleep) {
+                Send(*placement, avq1::PanelEvent::Update);
+                Send(*placement, avq1::PanelEvent::AfterUpdate);
+            }
         }
     }
     ++host.frame;
-    const bool shows = draw || host.framesToShow > 0 || host.frame % kFramesPerLook == 0;
+    const bool anyway = host.framesToShow > 0 || host.frame % kFramesPerLook == 0;
     host.framesToShow = std::max(0, host.framesToShow - 1);
     for (const auto& placement : host.placements) {
-        if (host.windows[static_cast<std::size_t>(placement->window)]->visible) {
-            SendDraw(*placement, shows);
+        const HostWindow& window = WindowOf(host, *placement);
+        const bool looked = draw && window.watched;
+        const bool isView = placement->window >= host.panelWindows;
+        if (IsSeen(host, window) && !window.asleep && (looked || !isView)) {
+            SendDraw(*placement, looked || (anyway && !isView));
         }
     }
     SettleAll(host);
@@ -110,8 +131,8 @@ void StepPanel(HostState& host, double dtS, bool draw) {
 
 void LookAt(HostState& host, int window) {
     for (const auto& placement : host.placements) {
-        if (placement->window == window &&
-            host.windows[static_cast<std::size_t>(window)]->visible) {
+        const HostWindow& own = WindowOf(host, *placement);
+        if (placement->window == window && IsSeen(host, own) && !own.asleep) {
             SendDraw(*placement, true);
         }
     }

@@ -9,10 +9,14 @@
 
 namespace panelhost {
 
-void SendStartEvents(HostState& host);
+void SendStartEvents(HostState& host);                        // to every placed gauge
+void SendStartEvents(HostState& host, Placement& placement);  // to one placed later
+void SendConnect(HostState& host, Placement& placement);      // its surfaces are new
 void SendEndEvents(HostState& host);
-// Without `draw` the gauges of visible windows get their draw events all the same, for the module
-// flies on them, but no surface to draw on; only after an input and now and then they do.
+// Without `draw`, or in a window not watched, the gauges of visible windows get their draw events
+// all the same, for the module flies on them, but no surface to draw on; only after an input and
+// now and then they do. Views are drawn while somebody watches, after the panel's own windows: they
+// fly nothing.
 void StepPanel(HostState& host, double dtS, bool draw);
 // Lets a visible window's gauges draw what they show now; no time passes.
 void LookAt(HostState& host, int window);

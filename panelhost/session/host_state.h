@@ -23,11 +23,18 @@
 
 namespace panelhost {
 
+// A window of the panel file, or a view: the host's own copy of something to show, which the module
+// never hears of as a window.
 struct HostWindow {
     PanelWindow panel;
     DeskBox desk;
     bool visible = true;
+    bool watched = true;  // its gauges get surfaces to draw on
+    bool asleep = false;  // a view nobody looks at: no surfaces, no events
+    int display = 0;      // what it shows, of ListDisplays
+    int mirrors = -1;     // a view of this panel window: seen while that one is open
     std::uint64_t revision = 1;
+    Picture background;  // as the panel file's bitmap has it; empty without
     PanelPicture picture;
     std::vector<Placement*> placements;  // in drawing order
 };
@@ -65,7 +72,8 @@ struct HostState {
     World world;
     Ground ground;
     Traffic traffic;
-    std::vector<std::unique_ptr<HostWindow>> windows;
+    std::vector<std::unique_ptr<HostWindow>> windows;  // the panel file's, then views
+    int panelWindows = 0;                              // how many are the panel file's
     std::vector<std::unique_ptr<Placement>> placements;
     std::vector<RegisteredVariable> variables;
     std::deque<KeyEventRecord> events;
@@ -87,6 +95,8 @@ HostState* ActiveHost();
 void SetActiveHost(HostState* host);
 
 HostWindow* FindWindow(HostState& host, std::uint32_t ident);
+// Whether there is something to see in it now.
+bool IsSeen(const HostState& host, const HostWindow& window);
 bool SetVisible(HostState& host, std::uint32_t ident, bool visible);
 void ApplyKeyEvent(HostState& host, std::int32_t number, std::uint32_t value, bool fromModule);
 

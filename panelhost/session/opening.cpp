@@ -8,6 +8,7 @@
 #include "panelhost/base/text.h"
 #include "panelhost/session/frame.h"
 #include "panelhost/session/services.h"
+#include "panelhost/session/views.h"
 
 namespace panelhost {
 namespace {
@@ -45,14 +46,13 @@ void LoadBackground(HostState& host, HostWindow& window) {
     path = path.empty() ? FindFileNoCase(host.options.simFolder, relative) : path;
     const std::string bytes =
         path.empty() ? "" : ReadWholeFile(path, kMaxBackgroundBytes).value_or("");
-    const Picture picture = ParseBmp(bytes);
-    if (picture.width == 0) {
+    window.background = ParseBmp(bytes);
+    if (window.background.width == 0) {
         host.warnings.push_back(Format("panel file: background \"%s\" is not a readable bitmap",
                                        window.panel.backgroundFile.c_str()));
         return;
     }
-    window.picture.background =
-        Resample(picture, window.picture.picture.width, window.picture.picture.height);
+    FitBackground(window.background, window);
 }
 
 void PlaceGauge(HostState& host, HostWindow& window, int windowIndex, const GaugePlacement& place) {
@@ -67,11 +67,7 @@ void PlaceGauge(HostState& host, HostWindow& window, int windowIndex, const Gaug
                                        place.line, place.gauge.c_str()));
         return;
     }
-    auto placement = MakePlacement(*gauge, place, host.module.resources, host.options.surfaceScale);
-    placement->index = static_cast<int>(host.placements.size());
-    placement->window = windowIndex;
-    window.placements.push_back(placement.get());
-    host.placements.push_back(std::move(placement));
+    AddPlacement(host, window, windowIndex, *gauge, place);
 }
 
 void LoadTraffic(HostState& host) {
@@ -83,21 +79,12 @@ void LoadTraffic(HostState& host) {
 }
 
 void MakeWindows(HostState& host, PanelConfig& panel) {
-    const int scale = host.options.surfaceScale;
     for (PanelWindow& record : panel.windows) {
-        auto window = std::make_unique<HostWindow>();
-        window->desk = PlaceOnDesk(record, kDeskWidth, kDeskHeight);
-        window->visible = record.visible;
-        Picture& picture = window->picture.picture;
-        picture.width = record.widthMm * scale;
-        picture.height = record.heightMm * scale;
-        window->picture.scale = scale;
-        window->panel = std::move(record);
-        host.windows.push_back(std::move(window));
-        HostWindow& made = *host.windows.back();
+        HostWindow& made = AddWindow(host, std::move(record), host.options.surfaceScale);
+        made.display = host.panelWindows++;
         LoadBackground(host, made);
         for (const GaugePlacement& place : made.panel.gauges) {
-            PlaceGauge(host, made, static_cast<int>(host.windows.size()) - 1, place);
+            PlaceGauge(host, made, made.display, place);
         }
     }
 }
@@ -177,6 +164,7 @@ void CloseHost(HostState& host) {
     }
     host.open = false;
     host.windows.clear();
+    host.panelWindows = 0;
     host.placements.clear();
     host.variables.clear();
     host.mouse = HeldMouse{};

@@ -301,12 +301,18 @@ std::optional<NamedVariable> ReadNamed(const HostState& host, std::string_view n
 }
 
 HostWindow* FindWindow(HostState& host, std::uint32_t ident) {
-    for (const auto& window : host.windows) {
+    for (int i = 0; i < host.panelWindows; ++i) {
+        HostWindow* const window = host.windows[static_cast<std::size_t>(i)].get();
         if (window->panel.ident == ident) {
-            return window.get();
+            return window;
         }
     }
     return nullptr;
+}
+
+bool IsSeen(const HostState& host, const HostWindow& window) {
+    return window.mirrors < 0 ? window.visible
+                              : host.windows[static_cast<std::size_t>(window.mirrors)]->visible;
 }
 
 bool SetVisible(HostState& host, std::uint32_t ident, bool visible) {

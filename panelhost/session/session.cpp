@@ -7,6 +7,7 @@
 #include "panelhost/session/mouse.h"
 #include "panelhost/session/opening.h"
 #include "panelhost/session/services.h"
+#include "panelhost/session/views.h"
 
 namespace panelhost {
 namespace {
@@ -33,7 +34,7 @@ std::uint32_t PressFlag(MouseButton button) {
 
 bool PressAt(HostState& host, int index, double x, double y, std::uint32_t flag) {
     HostWindow* const window = WindowAt(host, index);
-    if (window == nullptr || !window->visible || !std::isfinite(x) || !std::isfinite(y)) {
+    if (window == nullptr || !IsSeen(host, *window) || !std::isfinite(x) || !std::isfinite(y)) {
         return false;
     }
     const double scale = window->picture.scale;
@@ -99,9 +100,17 @@ void Session::Step(double dtSeconds, bool draw) {
 
 std::vector<WindowInfo> Session::Windows() const {
     std::vector<WindowInfo> list;
-    for (const auto& window : state_->host.windows) {
-        WindowInfo info;
-        info.index = static_cast<int>(list.size());
+    for (int i = 0; i < state_->host.panelWindows; ++i) {
+        list.push_back(Window(i));
+    }
+    return list;
+}
+
+WindowInfo Session::Window(int index) const {
+    WindowInfo info;
+    const HostWindow* const window = WindowAt(state_->host, index);
+    if (window != nullptr) {
+        info.index = index;
         info.ident = window->panel.ident;
         info.title = window->panel.title;
         info.x = window->desk.x;
@@ -110,11 +119,29 @@ std::vector<WindowInfo> Session::Windows() const {
         info.shownHeight = window->desk.height;
         info.width = window->picture.picture.width;
         info.height = window->picture.picture.height;
-        info.visible = window->visible;
+        info.scale = window->picture.scale;
+        info.visible = IsSeen(state_->host, *window);
         info.revision = window->revision;
-        list.push_back(info);
     }
-    return list;
+    return info;
+}
+
+std::vector<Display> Session::Displays() const {
+    return state_->host.open ? ListDisplays(state_->host) : std::vector<Display>{};
+}
+
+int Session::View(int display, int scale) {
+    return state_->host.open ? OpenView(state_->host, display, scale) : -1;
+}
+
+void Session::Release(int view) {
+    CloseView(state_->host, view);
+}
+
+void Session::SetWatched(int window, bool watched) {
+    if (HostWindow* const found = WindowAt(state_->host, window)) {
+        found->watched = watched;
+    }
 }
 
 void Session::Look(int window) {
@@ -125,7 +152,7 @@ void Session::Look(int window) {
 
 WindowPicture Session::Picture(int index) {
     HostWindow* const window = WindowAt(state_->host, index);
-    if (window == nullptr) {
+    if (window == nullptr || window->asleep) {
         return {};
     }
     PaintStale(window->picture, window->placements);

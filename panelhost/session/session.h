@@ -45,8 +45,24 @@ struct WindowInfo {
     int shownHeight = 0;
     int width = 0;  // pixels of the composed picture: design size times the surface scale
     int height = 0;
+    int scale = 1;  // pixels of the picture per design pixel
     bool visible = false;
     std::uint64_t revision = 0;  // grows whenever the composed picture, texts or visibility changed
+};
+
+// Something a screen can show.
+enum class DisplayKind {
+    PanelWindow,  // a window of the panel file as it stands: seen while it is open
+    OwnWindow,    // the same on a screen of its own, always seen; opens and closes nothing
+    Gauge,        // one gauge of the module, placed by the panel file or not
+};
+struct Display {
+    int index = 0;  // a panel window's is the window's own
+    DisplayKind kind = DisplayKind::Gauge;
+    std::string name;  // the gauge's name, the window's ident
+    std::string title;
+    int width = 0;  // design pixels
+    int height = 0;
 };
 
 // Opaque ARGB words, top row first, no padding; valid until the next non-const call.
@@ -206,7 +222,18 @@ class Session {
     // not: without it the gauges mostly get no surface to draw on, and pictures and texts grow old.
     void Step(double dtSeconds, bool draw = true);
 
-    std::vector<WindowInfo> Windows() const;
+    std::vector<WindowInfo> Windows() const;  // of the panel file
+
+    // What screens of their own can show, and views of it: copies of the gauges with surfaces of
+    // their own at the scale asked for, 1 to 3, that the module does not know as windows. A view
+    // has an index like a window's, for every call below. -1: too much is shown already.
+    std::vector<Display> Displays() const;
+    int View(int display, int scale);
+    void Release(int view);  // nobody looks: its memory is freed until View asks for it again
+    // Windows are watched at first. One that is not gets no surfaces to draw on in Step.
+    void SetWatched(int window, bool watched);
+    WindowInfo Window(int index) const;
+
     // Brings a visible window's pictures and texts up to the present; no time passes.
     void Look(int window);
     WindowPicture Picture(int window);  // composes what changed since the last call

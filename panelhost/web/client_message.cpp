@@ -74,7 +74,10 @@ const std::vector<Kind>& Kinds() {
           Quantity("heading", &M::headingTrue, 0, 360), Quantity("speed", &M::airspeedKt, 0, 400),
           Quantity("windDirection", &M::windDirectionTrue, 0, 360),
           Quantity("windSpeed", &M::windSpeedKt, 0, 200)}},
-        {"watch", ClientAction::Watch, {{"windows", &M::windows, 0, kMaxWindow, true, true}}},
+        {"watch",
+         ClientAction::Watch,
+         {{"windows", &M::windows, 0, kMaxWindow, true, true},
+          {"scales", &M::scales, 1, 3, true, false}}},
         {"situation",
          ClientAction::Situation,
          {{"v", &M::number, 0, static_cast<double>(Situations().size()) - 1, true, true}}},
@@ -186,6 +189,9 @@ ClientMessage ParseClientMessage(std::string_view text) {
     }
     if (message.latitude.has_value() != message.longitude.has_value()) {
         return Bad("latitude and longitude come together");
+    }
+    if (!message.scales.empty() && message.scales.size() != message.windows.size()) {
+        return Bad("as many scales as windows");
     }
     message.action = kind->action;
     return message;

@@ -1,8 +1,8 @@
 // panelhost/web/client_message.h - what a page may say on its socket, read strictly.
 //
 // A message is one JSON object whose "t" names its kind. Every field has a type and a range; a
-// missing, unknown, mistyped or out-of-range one makes the whole message bad. Window coordinates
-// are pixels of the composed picture. Nothing throws.
+// missing, unknown, mistyped or out-of-range one makes the whole message bad. A window is the
+// index of a display, its coordinates are design pixels. Nothing throws.
 #pragma once
 
 #include <cstddef>
@@ -54,6 +54,7 @@ struct ClientMessage {
     std::optional<double> windDirectionTrue;
     std::optional<double> windSpeedKt;
     std::vector<int> windows;
+    std::vector<int> scales;  // of the windows, or none
 };
 
 ClientMessage ParseClientMessage(std::string_view text);

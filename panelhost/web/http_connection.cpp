@@ -107,8 +107,9 @@ void Reply(const Connection& connection, PageReply reply, bool isHead, bool keep
 }
 
 void FillPicture(Server& server, PageReply& reply) {
-    server.session->Look(reply.pictureWindow);
-    const WindowPicture picture = server.session->Picture(reply.pictureWindow);
+    Session& session = *server.audience.session;
+    session.Look(reply.pictureWindow);
+    const WindowPicture picture = session.Picture(reply.pictureWindow);
     if (picture.pixels == nullptr) {
         reply.status = 404;
         reply.contentType = "text/plain; charset=utf-8";

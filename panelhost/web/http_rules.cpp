@@ -20,7 +20,7 @@ void AddSecurityHeaders(std::string_view host, PageReply& reply) {
                              "default-src 'none'; script-src 'self'; style-src 'self'; "
                              "img-src 'self' blob: data:; connect-src 'self' ws://" +
                                  std::string(host) +
-                                 "; base-uri 'none'; form-action 'self'; "
+                                 "; manifest-src 'self'; base-uri 'none'; form-action 'self'; "
                                  "frame-ancestors 'none'"});
     reply.headers.push_back({"X-Content-Type-Options", "nosniff"});
     reply.headers.push_back({"Referrer-Policy", "no-referrer"});
@@ -95,6 +95,28 @@ int PictureWindow(std::string_view path) {
     return number;
 }
 
+constexpr std::string_view kShow = "/show/";
+constexpr std::string_view kManifest = "/app.webmanifest";
+
+bool IsPage(std::string_view path) {
+    return path == "/" || (path.starts_with(kShow) && !path.ends_with(kManifest));
+}
+
+// What a page needs before it is paired, and what a system fetches for an app without its cookie.
+bool IsOpenToAll(std::string_view path) {
+    return path == "/app.css" || path.starts_with("/icon") || path.ends_with(kManifest);
+}
+
+// The file that answers a path. The displays a page shows are its own business, and an installed
+// one starts where its manifest lies.
+std::string_view FileFor(std::string_view path) {
+    if (path.starts_with(kShow)) {
+        return path.ends_with(kManifest) ? kManifest : "/show.html";
+    }
+    const bool isInner = path == "/pair.html" || path == "/show.html";
+    return isInner ? "" : path == "/" ? "/index.html" : path;
+}
+
 PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
     const std::string_view path = request.target.substr(0, request.target.find('?'));
     if (pairing.required && request.method == "POST" && path == "/pair") {
@@ -108,9 +130,8 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
     if (path == "/healthz") {
         return Plain(200, "ok");
     }
-    const bool isPairingStyle = path == "/app.css" || path == "/icon.svg";
-    if (!isPairingStyle && !IsPaired(pairing, request.cookie)) {
-        return path == "/" ? PairingPage(401, "") : Plain(401, "pairing needed");
+    if (!IsOpenToAll(path) && !IsPaired(pairing, request.cookie)) {
+        return IsPage(path) ? PairingPage(401, "") : Plain(401, "pairing needed");
     }
     if (path == "/socket") {
         if (!request.isUpgrade) {
@@ -130,9 +151,7 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
         reply.pictureWindow = window;
         return reply;
     }
-    const bool isShown = path != "/pair.html";  // that one answers those not paired yet
-    return (isShown ? Asset(path == "/" ? "/index.html" : path) : std::nullopt)
-        .value_or(Plain(404, "no such page"));
+    return Asset(FileFor(path)).value_or(Plain(404, "no such page"));
 }
 
 }  // namespace

@@ -140,7 +140,7 @@ std::vector<TileRectangle> ChangedRectangles(const PictureFeed& feed, std::uint6
     return list;
 }
 
-std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int window,
+std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int scale, int display,
                                                   std::uint64_t since) {
     if (feed.stamp <= since) {
         return nullptr;
@@ -151,9 +151,9 @@ std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int window,
     const std::vector<TileRectangle> parts = ChangedRectangles(feed, since);
     std::string message;
     std::string pictures;
-    message.push_back(1);
+    message.push_back(static_cast<char>(scale));
     message.push_back(static_cast<char>(parts.size()));
-    PutNumber(message, static_cast<std::uint32_t>(window), 2);
+    PutNumber(message, static_cast<std::uint32_t>(display), 2);
     for (const TileRectangle& part : parts) {
         const std::vector<std::uint8_t> png = EncodePart(feed, part);
         for (const int value : {part.x, part.y, part.width, part.height}) {

@@ -39,11 +39,11 @@ struct PictureFeed {
 bool TakePicture(PictureFeed& feed, const WindowPicture& picture);
 // Boxes around every tile changed after `since`; one box when there would be many.
 std::vector<TileRectangle> ChangedRectangles(const PictureFeed& feed, std::uint64_t since);
-// The socket's binary message that brings a reader from `since` to the present: a byte 1, a byte
-// with the count of rectangles, the window as 16 bits, then for each rectangle x, y, width, height
-// as 16 bits and the length of its PNG as 32, then the PNGs; little endian. Null when it is at the
-// present already.
-std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int window,
+// The socket's binary message that brings a reader from `since` to the present: a byte with the
+// scale, a byte with the count of rectangles, the display as 16 bits, then for each rectangle x, y,
+// width, height as 16 bits and the length of its PNG as 32, then the PNGs; little endian. Null when
+// it is at the present already.
+std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int scale, int display,
                                                   std::uint64_t since);
 
 }  // namespace panelhost

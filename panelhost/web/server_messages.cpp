@@ -30,9 +30,15 @@ Json WindowJson(const WindowInfo& window) {
             {"y", window.y},
             {"shownWidth", window.shownWidth},
             {"shownHeight", window.shownHeight},
-            {"width", window.width},
-            {"height", window.height},
+            {"width", window.width / window.scale},
+            {"height", window.height / window.scale},
             {"visible", window.visible}};
+}
+
+Json DisplayJson(const Display& display) {
+    return {{"w", display.index},     {"gauge", display.kind == DisplayKind::Gauge},
+            {"name", display.name},   {"title", display.title},
+            {"width", display.width}, {"height", display.height}};
 }
 
 Json RadioJson(const RadioStatus& radio) {
@@ -92,6 +98,12 @@ std::string HelloMessage(const Session& session) {
     for (const WindowInfo& window : session.Windows()) {
         windows.push_back(WindowJson(window));
     }
+    Json displays = Json::array();
+    for (const Display& display : session.Displays()) {
+        if (display.kind != DisplayKind::PanelWindow) {
+            displays.push_back(DisplayJson(display));
+        }
+    }
     Json events = Json::array();
     for (const KeyEventName& event : KeyEventNames()) {
         events.push_back(
@@ -104,6 +116,7 @@ std::string HelloMessage(const Session& session) {
     return Write({{"t", "hello"},
                   {"desk", {{"width", kDeskWidth}, {"height", kDeskHeight}}},
                   {"windows", std::move(windows)},
+                  {"displays", std::move(displays)},
                   {"keyEvents", std::move(events)},
                   {"situations", std::move(situations)},
                   {"warnings", session.warnings()}});
@@ -126,6 +139,8 @@ std::string StatusMessage(const SessionStatus& status) {
                   {"headingMag", Tenths(status.headingMag)},
                   {"headingTrue", Tenths(status.headingTrue)},
                   {"trackTrue", Tenths(status.trackTrue)},
+                  {"pitch", Tenths(status.pitchUpDeg)},
+                  {"bank", Tenths(status.bankRightDeg)},
                   {"windDirection", Tenths(status.windDirectionTrue)},
                   {"windSpeed", Tenths(status.windSpeedKt)},
                   {"fuel", Tenths(status.fuelLb)},
@@ -144,23 +159,23 @@ std::string WindowMessage(const WindowInfo& window) {
     return Write(json);
 }
 
-std::string TextsMessage(int window, const std::vector<DrawnText>& texts) {
+std::string TextsMessage(int display, int scale, const std::vector<DrawnText>& texts) {
     Json list = Json::array();
     for (const DrawnText& text : texts) {
-        list.push_back({text.text, Tenths(text.x), Tenths(text.y), Tenths(text.pixelSize),
-                        text.placement, text.gauge});
+        list.push_back({text.text, Tenths(text.x / scale), Tenths(text.y / scale),
+                        Tenths(text.pixelSize / scale), text.placement, text.gauge});
     }
-    return Write({{"t", "texts"}, {"w", window}, {"texts", std::move(list)}});
+    return Write({{"t", "texts"}, {"w", display}, {"texts", std::move(list)}});
 }
 
-std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
+std::string AreasMessage(int display, int scale, const std::vector<ClickArea>& areas,
                          const std::vector<GaugeBox>& gauges) {
     Json list = Json::array();
     for (const ClickArea& area : areas) {
-        list.push_back({{"x", Tenths(area.x)},
-                        {"y", Tenths(area.y)},
-                        {"width", Tenths(area.width)},
-                        {"height", Tenths(area.height)},
+        list.push_back({{"x", Tenths(area.x / scale)},
+                        {"y", Tenths(area.y / scale)},
+                        {"width", Tenths(area.width / scale)},
+                        {"height", Tenths(area.height / scale)},
                         {"cursor", static_cast<int>(area.cursor)},
                         {"repeats", area.repeatsWhileHeld},
                         {"wheel", area.takesWheel},
@@ -170,15 +185,19 @@ std::string AreasMessage(int window, const std::vector<ClickArea>& areas,
     }
     Json boxes = Json::array();
     for (const GaugeBox& box : gauges) {
-        boxes.push_back({{"x", Tenths(box.x)},
-                         {"y", Tenths(box.y)},
-                         {"width", Tenths(box.width)},
-                         {"height", Tenths(box.height)},
+        boxes.push_back({{"x", Tenths(box.x / scale)},
+                         {"y", Tenths(box.y / scale)},
+                         {"width", Tenths(box.width / scale)},
+                         {"height", Tenths(box.height / scale)},
                          {"gauge", box.gauge},
                          {"placement", box.placement}});
     }
     return Write(
-        {{"t", "areas"}, {"w", window}, {"areas", std::move(list)}, {"gauges", std::move(boxes)}});
+        {{"t", "areas"}, {"w", display}, {"areas", std::move(list)}, {"gauges", std::move(boxes)}});
+}
+
+std::string RefusalMessage(int display) {
+    return Write({{"t", "refused"}, {"w", display}});
 }
 
 std::string LogMessage(std::string_view lines, bool more) {

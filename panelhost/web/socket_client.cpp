@@ -1,11 +1,9 @@
-#include "panelhost/web/socket_client.h"
-
+// One WebSocket. One that lets its queue grow past its bound is cut off.
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/websocket/stream.hpp>
 #include <deque>
 
-#include "panelhost/web/client_message.h"
 #include "panelhost/web/http_connection.h"
 #include "panelhost/web/server_messages.h"
 #include "panelhost/web/server_state.h"
@@ -24,26 +22,29 @@ constexpr double kMessagesPerSecond = 400;
 
 struct Outgoing {
     bool binary = false;
-    std::shared_ptr<const std::string> bytes;
+    SharedText bytes;
 };
 
 }  // namespace
 
-struct Channel : std::enable_shared_from_this<Channel> {
+struct Channel : Outlet, std::enable_shared_from_this<Channel> {
     Channel(Server& owner, beast::tcp_stream tcp, std::unique_ptr<ConnectionCount> counted)
         : server(owner),
           count(std::move(counted)),
           stream(std::move(tcp)),
           bucket(MakeBucket(kMessageBurst, kMessagesPerSecond, SteadyNowS())) {
-        client.channel = this;
+        watcher.outlet = this;
     }
 
+    void Send(bool binary, SharedText bytes) override;
+
     Server& server;
-    SocketClient client;
+    Watcher watcher;
     std::unique_ptr<ConnectionCount> count;
     websocket::stream<beast::tcp_stream> stream;
     beast::flat_buffer buffer{kMaxClientMessageBytes};
     std::deque<Outgoing> queue;
+    std::size_t queuedBytes = 0;
     TokenBucket bucket;
     bool joined = false;  // on the server's list
     bool ending = false;
@@ -53,16 +54,16 @@ namespace {
 
 using ChannelPointer = std::shared_ptr<Channel>;
 
-void Leave(Channel& channel) {
+void Depart(Channel& channel) {
     channel.ending = true;
     if (channel.joined) {
         channel.joined = false;
-        ForgetClient(channel.server, channel.client);
+        Leave(channel.server.audience, channel.watcher);
     }
 }
 
 void CutOff(const ChannelPointer& channel) {
-    Leave(*channel);
+    Depart(*channel);
     beast::get_lowest_layer(channel->stream).close();
 }
 
@@ -85,36 +86,17 @@ void WriteNext(const ChannelPointer& channel) {
             CutOff(channel);
             return;
         }
-        channel->client.queuedBytes -= channel->queue.front().bytes->size();
+        channel->queuedBytes -= channel->queue.front().bytes->size();
         channel->queue.pop_front();
-        channel->client.queuedMessages = channel->queue.size();
+        channel->watcher.queuedMessages = channel->queue.size();
         WriteNext(channel);
     });
 }
 
-void Enqueue(SocketClient& client, bool binary, std::shared_ptr<const std::string> bytes) {
-    Channel& channel = *client.channel;
-    if (channel.ending || !bytes) {
-        return;
-    }
-    if (client.queuedBytes + bytes->size() > kMaxQueuedBytes ||
-        channel.queue.size() >= kMaxQueuedMessages) {
-        // Closing from here would change the list of clients under its reader's feet.
-        net::post(channel.server.io, [pointer = channel.shared_from_this()] { CutOff(pointer); });
-        return;
-    }
-    client.queuedBytes += bytes->size();
-    channel.queue.push_back({binary, std::move(bytes)});
-    client.queuedMessages = channel.queue.size();
-    if (channel.queue.size() == 1) {
-        WriteNext(channel.shared_from_this());
-    }
-}
-
 // Says what was wrong once, then closes when that is written. Nothing more is read.
 void End(const ChannelPointer& channel, const std::string& problem) {
-    SendText(channel->client, std::make_shared<const std::string>(ProblemMessage(problem)));
-    Leave(*channel);
+    channel->Send(false, Shared(ProblemMessage(problem)));
+    Depart(*channel);
 }
 
 void ReadNext(const ChannelPointer& channel);
@@ -142,8 +124,8 @@ void OnMessage(const ChannelPointer& channel, ErrorCode error) {
         End(channel, message.problem);
         return;
     }
-    if (!ObeyMessage(channel->server, channel->client, message)) {
-        End(channel, "no such window");
+    if (!ObeyMessage(channel->server.audience, channel->watcher, message)) {
+        End(channel, "no such display");
         return;
     }
     ReadNext(channel);
@@ -154,28 +136,32 @@ void ReadNext(const ChannelPointer& channel) {
         channel->buffer, [channel](ErrorCode error, std::size_t) { OnMessage(channel, error); });
 }
 
-void Join(const ChannelPointer& channel, ErrorCode error) {
+void Begin(const ChannelPointer& channel, ErrorCode error) {
     if (error) {
         return;
     }
-    Server& server = channel->server;
-    channel->client.windows.resize(server.feeds.size());
-    server.clients.push_back(&channel->client);
     channel->joined = true;
-    SendText(channel->client, std::make_shared<const std::string>(HelloMessage(*server.session)));
-    SendText(channel->client,
-             std::make_shared<const std::string>(StatusMessage(server.session->Status())));
+    Join(channel->server.audience, channel->watcher);
     ReadNext(channel);
 }
 
 }  // namespace
 
-void SendText(SocketClient& client, std::shared_ptr<const std::string> text) {
-    Enqueue(client, false, std::move(text));
-}
-
-void SendBinary(SocketClient& client, std::shared_ptr<const std::string> bytes) {
-    Enqueue(client, true, std::move(bytes));
+void Channel::Send(bool binary, SharedText bytes) {
+    if (ending || !bytes) {
+        return;
+    }
+    if (queuedBytes + bytes->size() > kMaxQueuedBytes || queue.size() >= kMaxQueuedMessages) {
+        // Closing from here would change the list of watchers under its reader's feet.
+        net::post(server.io, [pointer = shared_from_this()] { CutOff(pointer); });
+        return;
+    }
+    queuedBytes += bytes->size();
+    queue.push_back({binary, std::move(bytes)});
+    watcher.queuedMessages = queue.size();
+    if (queue.size() == 1) {
+        WriteNext(shared_from_this());
+    }
 }
 
 void StartSocket(Server& server, beast::tcp_stream stream, const UpgradeRequest& request,
@@ -189,7 +175,7 @@ void StartSocket(Server& server, beast::tcp_stream stream, const UpgradeRequest&
     channel->stream.set_option(times);
     channel->stream.read_message_max(kMaxClientMessageBytes);
     channel->stream.auto_fragment(false);
-    channel->stream.async_accept(request, [channel](ErrorCode error) { Join(channel, error); });
+    channel->stream.async_accept(request, [channel](ErrorCode error) { Begin(channel, error); });
 }
 
 }  // namespace panelhost

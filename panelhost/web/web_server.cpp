@@ -124,7 +124,7 @@ int ServeWeb(Session& session, const WebOptions& options) {
         return Refuse(options, "neither a numeric address nor localhost");
     }
     Server server;
-    server.session = &session;
+    OpenAudience(session, server.audience);
     server.pairing = MakePairing(!address.is_loopback(), SteadyNowS());
     error = Listen(server, {address, static_cast<unsigned short>(options.port)});
     if (error) {

@@ -53,7 +53,7 @@ test('a key clicked in one browser changes the screen in every browser', async (
 
 test('pictures arrive, differ within and go on coming', async () => {
   const { page, close } = await openPage();
-  const pictures = () => page.locator(kMain).getAttribute('data-pictures').then(Number);
+  const pictures = () => page.locator(`${kMain} .body`).getAttribute('data-pictures').then(Number);
   const first = await until(pictures, (count) => count > 0, 'a first picture');
   await until(pictures, (count) => count > first + 3, 'more pictures while flying');
   const colours = await page.locator(`${kMain} canvas`).evaluate((canvas) => {
@@ -116,7 +116,7 @@ test('pop-ups open from the list and from the panel and close', async () => {
     await openIt();
     await popUp.waitFor({ state: 'visible' });
     assert.equal(await entry.getAttribute('aria-pressed'), 'true');
-    await until(() => popUp.getAttribute('data-pictures').then(Number), (n) => n > 0, 'its picture');
+    await until(() => popUp.locator('.body').getAttribute('data-pictures').then(Number), (n) => n > 0, 'its picture');
     await popUp.locator('.close').click();
     await popUp.waitFor({ state: 'hidden' });
   }
@@ -235,8 +235,8 @@ test('the page says when the link is lost and comes back by itself', async () =>
   assert.match(await page.locator('#link').innerText(), /lost/i);
   host = await startHost({ port });
   await page.waitForSelector('#link[data-state="open"]', { timeout: 30000 });
-  const first = Number(await page.locator(kMain).getAttribute('data-pictures'));
-  await until(() => page.locator(kMain).getAttribute('data-pictures').then(Number),
+  const first = Number(await page.locator(`${kMain} .body`).getAttribute('data-pictures'));
+  await until(() => page.locator(`${kMain} .body`).getAttribute('data-pictures').then(Number),
     (count) => count > first, 'pictures again');
   await clickUntilChanged(page, () => page.click(unitKey('FPLN')));
   await close();

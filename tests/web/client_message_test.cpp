@@ -51,6 +51,10 @@ TEST(ClientMessage, BadOnesAreRefusedWithAReason) {
         {"field heading", {R"({"t":"set","heading":361})"}},
         {"field number", {R"({"t":"event","number":4294967296,"value":0})"}},
         {"field windows", {R"({"t":"watch","windows":[0,[1]]})"}},
+        {"field scales",
+         {R"({"t":"watch","windows":[0],"scales":[4]})",
+          R"({"t":"watch","windows":[0],"scales":[0]})"}},
+        {"as many", {R"({"t":"watch","windows":[0,1],"scales":[3]})"}},
         {"field ident", {R"({"t":"toggle","ident":-1})"}}};
     for (const auto& [because, texts] : rows) {
         for (const char* const text : texts) {

@@ -37,12 +37,12 @@ TEST(PictureFeed, ReadersGetWhatChangedSinceTheirOwnStamp) {
     Screen screen(100, 70);
     PictureFeed feed;
     EXPECT_FALSE(TakePicture(feed, {}));
-    EXPECT_EQ(PictureMessage(feed, 0, 0), nullptr);
+    EXPECT_EQ(PictureMessage(feed, 1, 0, 0), nullptr);
     EXPECT_TRUE(TakePicture(feed, screen.Picture()));
     EXPECT_FALSE(TakePicture(feed, screen.Picture()));
     EXPECT_THAT(Changed(feed, 0), ElementsAre("0,0 100x70"));
     const std::uint64_t first = feed.stamp;
-    EXPECT_EQ(PictureMessage(feed, 0, first), nullptr);
+    EXPECT_EQ(PictureMessage(feed, 1, 0, first), nullptr);
 
     screen.Set(99, 69, 0xFFFFFFFFU);  // in the cut-off corner tile
     EXPECT_TRUE(TakePicture(feed, screen.Picture()));
@@ -81,10 +81,10 @@ TEST(PictureFeed, MessageSaysWhereItsPicturesGo) {
     const std::uint64_t first = feed.stamp;
     screen.Set(40, 40, 0xFFFF0000U);
     TakePicture(feed, screen.Picture());
-    const auto message = PictureMessage(feed, 300, first);
+    const auto message = PictureMessage(feed, 3, 300, first);
     ASSERT_NE(message, nullptr);
     ASSERT_GT(message->size(), 24U);
-    EXPECT_EQ(message->substr(0, 2), "\1\1");
+    EXPECT_EQ(message->substr(0, 2), "\3\1");
     std::vector<std::uint32_t> numbers;  // the window and the picture's box
     for (std::size_t at = 2; at < 12; at += 2) {
         numbers.push_back(NumberAt(*message, at, 2));
@@ -92,7 +92,7 @@ TEST(PictureFeed, MessageSaysWhereItsPicturesGo) {
     EXPECT_THAT(numbers, ElementsAre(300, 32, 32, 32, 32));
     EXPECT_EQ(NumberAt(*message, 12, 4), message->size() - 16);
     EXPECT_EQ(message->substr(17, 3), "PNG");
-    EXPECT_EQ(PictureMessage(feed, 300, first), message);  // shared by all readers at that stamp
+    EXPECT_EQ(PictureMessage(feed, 3, 300, first), message);  // shared by all readers at that stamp
 }
 
 }  // namespace

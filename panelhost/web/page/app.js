@@ -1,4 +1,6 @@
+import { makeComfort } from '/comfort.js';
 import { makeDesk } from '/desk.js';
+import { listDisplays } from '/displays.js';
 import { makeKeyboard } from '/keyboard.js';
 import { openLink } from '/link.js';
 import { makeLog } from '/log.js';
@@ -16,8 +18,14 @@ const showLog = makeLog(find);
 const profile = makeProfile(find);
 makeKeyboard(find('#keyboard'), send);
 
+makeComfort(find('#comfort'));
+
 let paused = false;
-find('#pause').addEventListener('click', () => send({ t: 'pause', on: !paused }));
+let asked = null; // what the pilot wants and the host has not yet told to be so
+find('#pause').addEventListener('click', () => {
+  asked = !(asked ?? paused);
+  send({ t: 'pause', on: asked });
+});
 const rates = kRates.map((rate) => {
   const button = document.createElement('button');
   button.type = 'button';
@@ -30,17 +38,22 @@ const rates = kRates.map((rate) => {
 
 function showControls(status) {
   paused = status.paused;
+  if (asked === paused) asked = null;
   // A button whose text is replaced under the finger loses the click: only when it changes.
   const label = paused ? 'Resume' : 'Pause';
   if (find('#pause').textContent !== label) find('#pause').textContent = label;
   find('#pause').setAttribute('aria-pressed', String(paused));
   document.body.classList.toggle('paused', paused);
-  kRates.forEach((rate, i) =>
-    rates[i].setAttribute('aria-pressed', String(Math.abs(status.rate - rate) < 0.01)));
+  const isRate = (rate) => Math.abs(status.rate - rate) < 0.01;
+  kRates.forEach((rate, i) => rates[i].setAttribute('aria-pressed', String(isRate(rate))));
+  const other = kRates.some(isRate) ? '' : `×${Math.round(status.rate * 100) / 100}`;
+  if (find('#otherRate').textContent !== other) find('#otherRate').textContent = other;
 }
 
 function showHello(hello) {
+  asked = null;
   desk.start(hello);
+  listDisplays(find('#displays'), hello.displays);
   const names = find('#eventNames');
   names.replaceChildren(...hello.keyEvents.map((event) => {
     const option = document.createElement('option');
@@ -111,6 +124,10 @@ link = openLink({
     const line = find('#link');
     line.dataset.state = state;
     if (line.textContent !== text) line.textContent = text;
+    // Spoken when it changes, not at every try.
+    const spoken = state === 'open' ? 'Connected' : state === 'lost' ? 'Link lost' : '';
+    const live = find('#linkSpoken');
+    if (spoken && live.textContent !== spoken) live.textContent = spoken;
     document.body.classList.toggle('lost', state !== 'open');
   },
 });

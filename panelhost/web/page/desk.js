@@ -1,8 +1,10 @@
-// The windows of the panel: their pictures, their keys as real buttons, their texts for readers.
+// The windows of the panel: where they stand, what opens, moves and closes them.
+
+import { element, makeScreen, readPictures } from '/screen.js';
 
 const kPhoneWidth = 760;
-const kHoldPointerMs = 30;
 const kBarHeight = 28;
+const kHandle = 90; // of a window's bar that stays within reach
 const kCrowded = 1.7; // panel pixels for each pixel of a small screen: too small to hit keys
 const kOwnViewWidth = 200;
 const kMargin = 8;
@@ -10,6 +12,7 @@ const kLargestScale = 1.4;
 
 export function makeDesk(root, list, send) {
   const windows = new Map(); // by index
+  const titles = new Map(); // of gauges
   let size = { width: 1600, height: 1000 };
   let watchTimer = 0;
   const seen = new IntersectionObserver((entries) => {
@@ -24,9 +27,9 @@ export function makeDesk(root, list, send) {
     clearTimeout(watchTimer);
     watchTimer = setTimeout(() => {
       const wanted = document.hidden ? []
-        : [...windows.values()].filter((own) => own.info.visible && own.onScreen)
-          .map((own) => own.info.w);
-      send({ t: 'watch', windows: wanted });
+        : [...windows.values()].filter((own) => own.info.visible && own.onScreen);
+      send({ t: 'watch', windows: wanted.map((own) => own.info.w),
+        scales: wanted.map((own) => own.screen.neededScale()) });
     }, 30);
   }
   document.addEventListener('visibilitychange', watchSoon);
@@ -48,9 +51,11 @@ export function makeDesk(root, list, send) {
     }
     if (visible.length === 0) left = top = 0;
     const scale = Math.min(1.5, wide / (right - left));
+    const barHeight = visible.some(({ info }) => info.ident !== 0) ? kBarHeight : 0;
+    root.style.height = column ? '' : `${(bottom - top) * scale + barHeight}px`;
     visible.forEach((own, order) => {
       const { info, frame } = own;
-      setViews(own, column && info.width / wide > kCrowded ? parts(own) : [whole(info)]);
+      own.screen.setBoxes(column && info.width / wide > kCrowded ? parts(own) : [whole(info)]);
       if (column) {
         place(own, 0, 0, wide, 0);
       } else {
@@ -59,16 +64,21 @@ export function makeDesk(root, list, send) {
       }
       frame.style.zIndex = String(own.raised || order + 1);
     });
-    const barHeight = visible.some(({ info }) => info.ident !== 0) ? kBarHeight : 0;
-    root.style.height = column ? '' : `${(bottom - top) * scale + barHeight}px`;
+    watchSoon(); // other sizes may want other pictures
   }
 
   // Without a height each view keeps its shape.
   function place(own, x, y, width, height) {
+    if (own.dragX || own.dragY) { // its bar stays within reach, also on a desk grown smaller
+      const right = root.clientWidth - kHandle;
+      const bottom = Math.max(0, root.clientHeight - kBarHeight);
+      own.dragX = Math.max(kHandle - width, Math.min(right, x + own.dragX)) - x;
+      own.dragY = Math.max(0, Math.min(bottom, y + own.dragY)) - y;
+    }
     own.frame.style.left = `${x + own.dragX}px`;
     own.frame.style.top = `${y + own.dragY}px`;
     own.frame.style.width = `${width}px`;
-    for (const { box, root: screen } of own.views) {
+    for (const { box, root: screen } of own.screen.views) {
       const shown = height ? width : Math.min(width, box.width * kLargestScale);
       screen.style.width = `${shown}px`;
       screen.style.height = `${height || shown * box.height / box.width}px`;
@@ -77,8 +87,8 @@ export function makeDesk(root, list, send) {
 
   // On a small screen a wide panel is shown gauge by gauge, small gauges in rows of their own.
   function parts(own) {
-    const big = own.gauges.filter(({ width }) => width >= kOwnViewWidth);
-    const small = own.gauges.filter(({ width, height }) => width < kOwnViewWidth && height > 4);
+    const big = own.screen.gauges.filter(({ width }) => width >= kOwnViewWidth);
+    const small = own.screen.gauges.filter(({ width, height }) => width < kOwnViewWidth && height > 4);
     if (big.length === 0) return [whole(own.info)];
     const boxes = big.map(({ x, y, width, height }) => ({ x, y, width, height }));
     if (small.length > 0) {
@@ -89,36 +99,6 @@ export function makeDesk(root, list, send) {
         height: Math.min(own.info.height, Math.max(...small.map((g) => g.y + g.height)) + kMargin) - y });
     }
     return boxes;
-  }
-
-  function setViews(own, boxes) {
-    const key = JSON.stringify(boxes);
-    if (own.viewKey === key) return;
-    own.viewKey = key;
-    own.frame.classList.toggle('parted', boxes.length > 1);
-    own.views = boxes.map((box) => {
-      const screen = element('div', 'screen');
-      const canvas = document.createElement('canvas');
-      canvas.setAttribute('aria-hidden', 'true');
-      canvas.width = Math.max(1, Math.round(box.width));
-      canvas.height = Math.max(1, Math.round(box.height));
-      const keys = element('div', 'keys');
-      screen.append(canvas, keys);
-      const view = { box, root: screen, canvas, keys,
-        context: canvas.getContext('2d', { alpha: false }) };
-      bindPointer(own, view);
-      return view;
-    });
-    own.body.replaceChildren(own.texts, ...own.views.map((view) => view.root));
-    showView(own, own.views);
-    showKeys(own);
-  }
-
-  function showView(own, views) {
-    for (const { box, context, canvas } of views) {
-      context.drawImage(own.picture, box.x, box.y, box.width, box.height, 0, 0, canvas.width,
-        canvas.height);
-    }
   }
 
   function update(info) {
@@ -135,10 +115,8 @@ export function makeDesk(root, list, send) {
     own.frame.setAttribute('aria-label', own.title.textContent);
     own.toggle.textContent = own.title.textContent;
     own.toggle.setAttribute('aria-pressed', String(info.visible));
-    if (own.picture.width !== info.width || own.picture.height !== info.height) {
-      own.picture.width = info.width;
-      own.picture.height = info.height;
-    }
+    own.screen.setSize(info);
+    if (!info.visible && own.frame.contains(document.activeElement)) own.toggle.focus();
     own.frame.hidden = !info.visible;
     if (info.visible && !own.frame.isConnected) attach(own);
     if (appears && own.wanted) {
@@ -164,18 +142,15 @@ export function makeDesk(root, list, send) {
     const title = element('h2', '');
     const close = element('button', 'close', '×');
     close.type = 'button';
-    const body = element('div', 'body');
-    const picture = document.createElement('canvas'); // the views copy from it
-    const texts = element('div', 'hidden texts');
+    const screen = makeScreen(info.w, send, titles);
     bar.append(title, close);
-    frame.append(bar, body);
+    frame.append(bar, screen.body);
     const entry = document.createElement('li');
     const toggle = document.createElement('button');
     toggle.type = 'button';
     entry.append(toggle);
-    const own = { info: { ...info, visible: false }, frame, title, body, picture, texts,
-      entry, toggle, onScreen: false, wanted: false, raised: 0, dragX: 0, dragY: 0,
-      regions: new Map(), views: [], viewKey: '', areas: [], gauges: [], areasText: '' };
+    const own = { info: { ...info, visible: false }, frame, title, screen, entry, toggle,
+      onScreen: false, wanted: false, raised: 0, dragX: 0, dragY: 0 };
     const flip = () => {
       own.wanted = !own.info.visible;
       send({ t: 'toggle', ident: own.info.ident });
@@ -218,215 +193,14 @@ export function makeDesk(root, list, send) {
     }
   }
 
-  // Every press goes to the host as a point; the host finds the key below it.
-  function bindPointer(own, view) {
-    const { root: screen, box: part } = view;
-    let held = null;
-    const point = (event) => {
-      const shown = view.canvas.getBoundingClientRect();
-      const along = (at, first, length) => Math.max(0, Math.min(0.9999, (at - first) / length));
-      return {
-        x: part.x + along(event.clientX, shown.left, shown.width) * part.width,
-        y: part.y + along(event.clientY, shown.top, shown.height) * part.height,
-      };
-    };
-    const release = (event) => {
-      if (held !== event.pointerId) return;
-      held = null;
-      setTimeout(() => send({ t: 'up' }), kHoldPointerMs);
-      for (const key of view.keys.querySelectorAll('.held')) key.classList.remove('held');
-    };
-    screen.addEventListener('pointerdown', (event) => {
-      const key = event.target.closest('.key');
-      if (!key || held !== null || event.button > 2) return;
-      held = event.pointerId;
-      screen.setPointerCapture(event.pointerId);
-      key.focus({ preventScroll: true });
-      key.classList.add('held');
-      send({ t: 'down', w: own.info.w, ...point(event), b: event.button });
-      event.preventDefault();
-    });
-    screen.addEventListener('pointerup', release);
-    screen.addEventListener('pointercancel', release);
-    screen.addEventListener('lostpointercapture', release);
-    screen.addEventListener('contextmenu', (event) => {
-      if (event.target.closest('.key')) event.preventDefault();
-    });
-    let turned = 0;
-    screen.addEventListener('wheel', (event) => {
-      const key = event.target.closest('.key');
-      if (!key || !key.dataset.wheel) return;
-      event.preventDefault();
-      turned += event.deltaY;
-      if (Math.abs(turned) < 20) return;
-      send({ t: 'wheel', w: own.info.w, ...point(event), up: turned < 0 });
-      turned = 0;
-    }, { passive: false });
-  }
-
-  // The centre of a key, or of one half of a knob.
-  function press(own, area, part) {
-    send({ t: 'down', w: own.info.w, b: 0, x: area.x + area.width * part,
-      y: area.y + area.height / 2 });
-  }
-
-  function bindKeyboard(own, key, area) {
-    let pressed = '';
-    const knob = isKnob(area);
-    const parts = { Enter: knob ? 0.75 : 0.5, ' ': knob ? 0.75 : 0.5 };
-    if (knob) Object.assign(parts, { ArrowLeft: 0.25, ArrowDown: 0.25, ArrowRight: 0.75, ArrowUp: 0.75 });
-    key.addEventListener('keydown', (event) => {
-      const part = parts[event.key];
-      if (part === undefined || event.ctrlKey || event.altKey || event.metaKey) return;
-      event.preventDefault();
-      event.stopPropagation();
-      if (event.repeat && area.repeats) return; // the host repeats while the key is held
-      if (event.repeat && !knob) return;
-      pressed = event.key;
-      key.classList.add('held');
-      press(own, area, part);
-    });
-    const up = () => {
-      if (!pressed) return;
-      pressed = '';
-      key.classList.remove('held');
-      send({ t: 'up' });
-    };
-    key.addEventListener('keyup', (event) => {
-      if (event.key !== pressed) return;
-      event.preventDefault(); // some browsers click a button when the space bar comes up
-      up();
-    });
-    key.addEventListener('blur', up);
-    // A screen reader or a switch device clicks without pointer or key events of its own.
-    key.addEventListener('click', (event) => {
-      if (event.detail !== 0) return;
-      press(own, area, knob ? 0.75 : 0.5);
-      setTimeout(() => send({ t: 'up' }), kHoldPointerMs);
-    });
-  }
-
   function showAreas(message) {
     const own = windows.get(message.w);
-    const asText = JSON.stringify([message.areas, message.gauges]);
-    if (!own || own.areasText === asText) return;
-    own.areasText = asText;
-    own.areas = message.areas;
-    own.gauges = message.gauges;
-    const { viewKey } = own;
-    layout();
-    if (own.viewKey === viewKey) showKeys(own);
+    if (own?.screen.setAreas(message)) layout();
   }
 
-  function showKeys(own) {
-    const all = () => own.views.flatMap((view) => [...view.keys.children]);
-    const focused = all().indexOf(document.activeElement);
-    const counts = new Map();
-    const lists = own.views.map(() => []);
-    for (const area of own.areas) {
-      const count = (counts.get(area.gauge) || 0) + 1;
-      counts.set(area.gauge, count);
-      const index = own.views.findIndex(({ box }) => contains(box, area));
-      if (index >= 0) lists[index].push(makeKey(own, own.views[index].box, area, count));
-    }
-    own.views.forEach((view, i) => view.keys.replaceChildren(...lists[i]));
-    if (focused >= 0) all()[focused]?.focus({ preventScroll: true });
-  }
-
-  function makeKey(own, box, area, count) {
-    const key = element('button', 'key');
-    key.type = 'button';
-    key.setAttribute('aria-label', area.label
-      ? `${area.label}, ${area.gauge}` : `${area.gauge} key ${count}`);
-    key.title = area.label || '';
-    key.dataset.gauge = area.gauge;
-    if (area.label) key.dataset.label = area.label;
-    if (area.wheel) key.dataset.wheel = '1';
-    if (isKnob(area)) {
-      key.dataset.knob = '1';
-      key.setAttribute('aria-roledescription', 'knob, arrow keys turn it left and right');
-    }
-    key.style.left = percent(area.x - box.x, box.width);
-    key.style.top = percent(area.y - box.y, box.height);
-    key.style.width = percent(area.width, box.width);
-    key.style.height = percent(area.height, box.height);
-    // Small keys inside large ones stay on top.
-    key.style.zIndex = String(Math.max(1, 100000 - Math.round(area.width * area.height / 10)));
-    bindKeyboard(own, key, area);
-    return key;
-  }
-
-  function showTexts(message) {
-    const own = windows.get(message.w);
-    if (!own) return;
-    const gauges = new Map();
-    for (const [text, x, y, height, placement, gauge] of message.texts) {
-      if (!text.trim()) continue;
-      if (!gauges.has(placement)) gauges.set(placement, { gauge, texts: [] });
-      gauges.get(placement).texts.push({ text: text.trim(), x, y, height });
-    }
-    for (const [placement, region] of own.regions) {
-      if (!gauges.has(placement)) {
-        region.remove();
-        own.regions.delete(placement);
-      }
-    }
-    for (const [placement, { gauge, texts }] of gauges) {
-      let region = own.regions.get(placement);
-      if (!region) {
-        region = element('div', '');
-        // A log of one screen: read on demand; live speech of ever-changing figures would never end.
-        region.setAttribute('role', 'group');
-        region.setAttribute('aria-label', `${gauge} screen`);
-        region.dataset.gauge = gauge;
-        own.regions.set(placement, region);
-        own.texts.append(region);
-      }
-      showLines(region, linesOf(texts));
-    }
-  }
-
-  function showLines(region, lines) {
-    while (region.children.length > lines.length) region.lastChild.remove();
-    lines.forEach((line, i) => {
-      let row = region.children[i];
-      if (!row) {
-        row = document.createElement('p');
-        region.append(row);
-      }
-      if (row.textContent !== line) row.textContent = line;
-    });
-  }
-
-  async function showPicture(buffer) {
-    const view = new DataView(buffer);
-    if (view.getUint8(0) !== 1) return;
-    const count = view.getUint8(1);
-    const own = windows.get(view.getUint16(2, true));
-    let at = 4 + count * 12;
-    const received = [];
-    for (let i = 0; i < count; ++i) {
-      const head = 4 + i * 12;
-      const bytes = view.getUint32(head + 8, true);
-      received.push({ x: view.getUint16(head, true), y: view.getUint16(head + 2, true),
-        width: view.getUint16(head + 4, true), height: view.getUint16(head + 6, true),
-        data: new Uint8Array(buffer, at, bytes) });
-      at += bytes;
-    }
-    if (!own) return;
-    try {
-      const images = await Promise.all(received.map(({ data }) =>
-        createImageBitmap(new Blob([data], { type: 'image/png' }))));
-      const context = own.picture.getContext('2d', { alpha: false });
-      images.forEach((image, i) => {
-        context.drawImage(image, received[i].x, received[i].y);
-        image.close();
-      });
-      showView(own, own.views.filter(({ box }) => received.some((part) => touches(box, part))));
-      own.frame.dataset.pictures = String(Number(own.frame.dataset.pictures || 0) + 1);
-    } finally {
-      send({ t: 'painted', w: own.info.w });
-    }
+  function showPicture(buffer) {
+    const pictures = readPictures(buffer);
+    return windows.get(pictures.w)?.screen.showPictures(pictures);
   }
 
   new ResizeObserver(layout).observe(root);
@@ -434,6 +208,7 @@ export function makeDesk(root, list, send) {
   return {
     start(hello) {
       size = hello.desk;
+      for (const { gauge, name, title } of hello.displays) if (gauge) titles.set(name, title);
       for (const [index, own] of windows) {
         const same = hello.windows.find((info) => info.w === index &&
           info.ident === own.info.ident);
@@ -446,56 +221,11 @@ export function makeDesk(root, list, send) {
       for (const info of hello.windows) update(info);
       watchSoon();
     },
-    update, showAreas, showTexts, showPicture,
+    update, showAreas, showPicture,
+    showTexts: (message) => windows.get(message.w)?.screen.showTexts(message),
   };
 }
 
 function whole({ width, height }) {
   return { x: 0, y: 0, width, height };
-}
-
-function contains(box, area) {
-  const x = area.x + area.width / 2 - box.x;
-  const y = area.y + area.height / 2 - box.y;
-  return x >= 0 && y >= 0 && x < box.width && y < box.height;
-}
-
-function touches(a, b) {
-  return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height &&
-    b.y < a.y + a.height;
-}
-
-// A knob turns one way on its left half and the other way on its right: a round area that repeats
-// or takes the wheel, or a wide one without a word of its own.
-function isKnob(area) {
-  const shape = area.width / area.height;
-  return area.wheel || (area.repeats && shape > 0.7 && shape < 1.4) ||
-    (shape >= 1.6 && !area.label);
-}
-
-// Texts in reading order: those at about the same height form a line, left to right.
-function linesOf(texts) {
-  const sorted = [...texts].sort((a, b) => a.y - b.y || a.x - b.x);
-  const lines = [];
-  for (const text of sorted) {
-    const last = lines[lines.length - 1];
-    if (last && Math.abs(last.y - text.y) < Math.max(3, text.height * 0.5)) {
-      last.texts.push(text);
-    } else {
-      lines.push({ y: text.y, texts: [text] });
-    }
-  }
-  return lines.map((line) => line.texts.sort((a, b) => a.x - b.x)
-    .map((text) => text.text).join('  '));
-}
-
-function element(name, className, text = '') {
-  const made = document.createElement(name);
-  made.className = className;
-  made.textContent = text;
-  return made;
-}
-
-function percent(part, whole) {
-  return `${part / whole * 100}%`;
 }

@@ -28,10 +28,18 @@ function letters(row, first) {
 
 const kCodes = new Map(kRows.map(([code, scan, vk]) => [code, { scan, vk }]));
 
+function isBrowsers(event) {
+  return event.ctrlKey || event.altKey || event.code === 'Tab' || /^F\d/.test(event.code);
+}
+
+// Returns how to take the keyboard without the button. Taken so, what goes with Ctrl, Alt or Tab or a
+// function key stays the browser's.
 export function makeKeyboard(toggle, send) {
   let on = false;
+  let shared = false;
   const set = (next) => {
     on = next;
+    shared = shared && on;
     toggle.setAttribute('aria-pressed', String(on));
     document.body.classList.toggle('typing', on);
     if (!on) send({ t: 'keysup' });
@@ -50,7 +58,7 @@ export function makeKeyboard(toggle, send) {
       return;
     }
     const code = kCodes.get(event.code);
-    if (!code || event.metaKey) return;
+    if (!code || event.metaKey || (shared && down && isBrowsers(event))) return;
     event.preventDefault();
     event.stopPropagation();
     if (!event.repeat) send({ t: 'key', ...code, down });
@@ -58,4 +66,8 @@ export function makeKeyboard(toggle, send) {
   document.addEventListener('keydown', (event) => feed(event, true), true);
   document.addEventListener('keyup', (event) => feed(event, false), true);
   window.addEventListener('blur', () => { if (on) send({ t: 'keysup' }); });
+  return () => {
+    shared = true;
+    set(true);
+  };
 }

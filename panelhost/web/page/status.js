@@ -8,6 +8,7 @@ const kReadings = [
   ['GS', (s) => `${round(s.groundSpeed)} kt`],
   ['Heading', (s) => `${bearing(s.headingMag)}° M`],
   ['Track', (s) => `${bearing(s.trackTrue)}° T`],
+  ['Attitude', (s) => `${tilt(s.pitch, 'up', 'down')}, ${tilt(s.bank, 'right', 'left')}`],
   ['Wind', (s) => `${bearing(s.windDirection)}°/${round(s.windSpeed)} kt`],
   ['Fuel', (s) => `${round(s.fuel)} lb`],
   ['Flight time', (s) => clock(s.flightTime)],
@@ -102,6 +103,11 @@ function round(number) {
 function signed(number) {
   const tens = Math.round(number / 10) * 10;
   return tens > 0 ? `+${tens}` : String(tens || 0).replace('-', '−');
+}
+
+function tilt(degrees, positive, negative) {
+  const whole = Math.round(degrees);
+  return `${Math.abs(whole)}° ${whole < 0 ? negative : positive}`;
 }
 
 function bearing(degrees) {
