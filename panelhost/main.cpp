@@ -29,6 +29,7 @@ struct ProgramOptions {
     std::string folder;  // where the program was started: scripts write there
     std::string listenAddress = "127.0.0.1";
     int port = 8737;
+    bool forget = false;
 };
 
 constexpr std::size_t kMaxScriptBytes = 16U << 20U;
@@ -50,6 +51,7 @@ void DescribeOptions(CLI::App& app, ProgramOptions& options) {
         ->capture_default_str();
     app.add_option("--listen", options.listenAddress, "address the page is served on")
         ->capture_default_str();
+    app.add_flag("--forget", options.forget, "drop every pairing of earlier starts");
     app.add_option("--lat", start.latitude, "start latitude, degrees")
         ->check(CLI::Range(-89.0, 89.0));
     app.add_option("--lon", start.longitude, "start longitude, degrees")
@@ -123,6 +125,7 @@ int Serve(Session& session, const ProgramOptions& options) {
     panelhost::WebOptions web;
     web.listenAddress = options.listenAddress;
     web.port = options.port;
+    web.forgetPaired = options.forget;
     return panelhost::ServeWeb(session, web);
 #else
     (void)session;

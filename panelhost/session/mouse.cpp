@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace panelhost {
 namespace {
@@ -85,6 +86,18 @@ std::string LabelFor(const std::vector<KeyName>* names, const avq1::PixelBox& bo
     return label;
 }
 
+// The label of the smallest key that a point lies on.
+std::string LabelAt(const std::vector<KeyName>* names, int x, int y) {
+    const KeyName* best = nullptr;
+    for (const KeyName& name : names != nullptr ? *names : std::vector<KeyName>{}) {
+        const bool inside = Contains({name.x, name.y, name.width, name.height}, x, y);
+        if (inside && (best == nullptr || name.width * name.height < best->width * best->height)) {
+            best = &name;
+        }
+    }
+    return best != nullptr ? best->label : "lamp";
+}
+
 }  // namespace
 
 std::vector<FlatRectangle> FlattenRectangles(const MouseRectangle* table) {
@@ -151,6 +164,30 @@ void RepeatMouse(HostState& host) {
     const HeldMouse now = held;
     CallModule(host, now.placement, *now.rectangle, now.relativePoint, now.windowPoint,
                flag::kDownRepeat);
+}
+
+std::vector<Lamp> ListLamps(const HostState& host, const HostWindow& window) {
+    std::vector<Lamp> lamps;
+    std::map<std::string, int> counts;
+    for (const Placement* placement : window.placements) {
+        const std::vector<KeyName>* const names = KeyNamesOf(*placement, host.module.resources);
+        // The first part is the gauge's background.
+        for (std::size_t i = 1; i < placement->elements.size(); ++i) {
+            const ElementCopy& copy = *placement->elements[i];
+            const avq1::ElementHeader& header = copy.element.header;
+            const bool isSurface = (header.imageFlags & avq1::image_flag::kMakeDeviceContext) != 0;
+            if (copy.bitmap == nullptr || isSurface) {
+                continue;
+            }
+            std::string name =
+                LabelAt(names, header.position.x + header.offset.x + copy.bitmap->width / 2,
+                        header.position.y + header.offset.y + copy.bitmap->height / 2);
+            const int count = ++counts[name];
+            name += count > 1 ? " " + std::to_string(count) : "";
+            lamps.push_back({name, (header.imageFlags & avq1::image_flag::kHidden) == 0});
+        }
+    }
+    return lamps;
 }
 
 std::vector<ClickArea> ListClickAreas(const HostState& host, const HostWindow& window) {

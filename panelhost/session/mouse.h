@@ -27,6 +27,7 @@ std::vector<FlatRectangle> FlattenRectangles(const avq1::MouseRectangle* table);
 bool PressMouse(HostState& host, HostWindow& window, double x, double y, std::uint32_t flag);
 void ReleaseMouse(HostState& host);
 void RepeatMouse(HostState& host);  // once per update tick
+std::vector<Lamp> ListLamps(const HostState& host, const HostWindow& window);
 std::vector<ClickArea> ListClickAreas(const HostState& host, const HostWindow& window);
 
 }  // namespace panelhost

@@ -209,6 +209,11 @@ std::vector<GaugeBox> Session::Gauges(int index) const {
     return boxes;
 }
 
+std::vector<Lamp> Session::Lamps(int index) const {
+    const HostWindow* const window = WindowAt(state_->host, index);
+    return window != nullptr ? ListLamps(state_->host, *window) : std::vector<Lamp>{};
+}
+
 bool Session::MouseDown(int window, double x, double y, MouseButton button) {
     MouseUp();
     return PressAt(state_->host, window, x, y, PressFlag(button));

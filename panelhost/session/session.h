@@ -97,6 +97,13 @@ struct GaugeBox {
     int placement = 0;
 };
 
+// A light of a gauge: a part of its picture that the module shows and hides. Named after the key it
+// lies on, else "lamp"; the second of a name has a number, and so on.
+struct Lamp {
+    std::string name;
+    bool on = false;
+};
+
 struct DrawnText {
     std::string text;
     double x = 0;  // top left corner
@@ -240,6 +247,7 @@ class Session {
     std::vector<ClickArea> ClickAreas(int window) const;
     std::vector<DrawnText> Texts(int window) const;
     std::vector<GaugeBox> Gauges(int window) const;
+    std::vector<Lamp> Lamps(int window) const;
 
     // Mouse, in window pixels. A press holds the pointer until MouseUp; the module's repeating
     // areas fire while it is held. True when a rectangle of a gauge took it.

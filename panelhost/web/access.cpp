@@ -11,7 +11,6 @@ namespace {
 
 constexpr double kPairingBurst = 5;
 constexpr double kPairingPerSecond = 0.1;
-constexpr std::size_t kCookieCharacters = 32;
 
 std::string RandomText(std::string_view alphabet, std::size_t length) {
     std::random_device source;
@@ -43,6 +42,34 @@ bool IsNameCharacter(char c) {
 
 bool IsAddressCharacter(char c) {
     return std::isxdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == ':';
+}
+
+void MakeCodes(Pairing& pairing) {
+    pairing.code = RandomText("0123456789", kPairingDigits);
+    do {
+        pairing.lookCode = RandomText("0123456789", kPairingDigits);
+    } while (pairing.lookCode == pairing.code);
+    pairing.failures = 0;
+    ++pairing.codesMade;
+}
+
+// A peer not heard of lately starts afresh; the one that has tried least makes room for a new one.
+TokenBucket& AttemptsOf(Pairing& pairing, std::string_view peer, double nowS) {
+    const auto known = pairing.attempts.find(std::string(peer));
+    if (known != pairing.attempts.end()) {
+        return known->second;
+    }
+    if (pairing.attempts.size() >= kMaxPairingPeers) {
+        pairing.attempts.erase(std::max_element(
+            pairing.attempts.begin(), pairing.attempts.end(), [](const auto& a, const auto& b) {
+                // What it holds by now, but for what all have gained alike.
+                return a.second.level - a.second.lastS * kPairingPerSecond <
+                       b.second.level - b.second.lastS * kPairingPerSecond;
+            }));
+    }
+    return pairing.attempts
+        .emplace(std::string(peer), MakeBucket(kPairingBurst, kPairingPerSecond, nowS))
+        .first->second;
 }
 
 }  // namespace
@@ -93,18 +120,18 @@ bool IsOwnOrigin(std::string_view origin, std::string_view host) {
            EqualNoCase(origin.substr(kScheme.size()), host);
 }
 
-Pairing MakePairing(bool required, double nowS) {
+Pairing MakePairing(bool required) {
     Pairing pairing;
     pairing.required = required;
-    pairing.attempts = MakeBucket(kPairingBurst, kPairingPerSecond, nowS);
     if (required) {
-        pairing.code = RandomText("0123456789", kPairingDigits);
+        MakeCodes(pairing);
     }
     return pairing;
 }
 
-PairingAnswer TryPairing(Pairing& pairing, std::string_view typed, double nowS) {
-    if (pairing.failures >= kMaxPairingFailures || !TakeToken(pairing.attempts, nowS)) {
+PairingAnswer TryPairing(Pairing& pairing, std::string_view typed, std::string_view peer,
+                         double nowS) {
+    if (!TakeToken(AttemptsOf(pairing, peer, nowS), nowS)) {
         return PairingAnswer::TooManyAttempts;
     }
     std::string code;
@@ -113,32 +140,45 @@ PairingAnswer TryPairing(Pairing& pairing, std::string_view typed, double nowS) 
             code.push_back(c);
         }
     }
-    if (pairing.code.empty() || !EqualSecrets(code, pairing.code)) {
-        ++pairing.failures;
+    const bool touches = !pairing.code.empty() && EqualSecrets(code, pairing.code);
+    const bool looks = !pairing.lookCode.empty() && EqualSecrets(code, pairing.lookCode);
+    if (!touches && !looks) {
+        if (++pairing.failures >= kMaxPairingFailures) {
+            MakeCodes(pairing);
+        }
         return PairingAnswer::WrongCode;
     }
-    if (pairing.cookies.size() >= kMaxPairedBrowsers) {
-        pairing.cookies.erase(pairing.cookies.begin());
+    if (pairing.tokens.size() >= kMaxPairedBrowsers) {
+        pairing.tokens.erase(pairing.tokens.begin());
     }
-    pairing.cookies.push_back(RandomText("0123456789abcdef", kCookieCharacters));
+    pairing.tokens.push_back(
+        {RandomText("0123456789abcdef", kTokenCharacters), touches ? Access::Touch : Access::Look});
     return PairingAnswer::Paired;
 }
 
-bool IsPaired(const Pairing& pairing, std::string_view cookieHeader) {
+Access AccessOf(const Pairing& pairing, std::string_view cookieHeader,
+                std::string_view authorization) {
     if (!pairing.required) {
-        return true;
+        return Access::Touch;
     }
-    bool paired = false;
+    Access access = Access::None;
+    const auto show = [&](std::string_view text) {
+        for (const Token& given : pairing.tokens) {
+            access = EqualSecrets(text, given.text) ? std::max(access, given.access) : access;
+        }
+    };
     const std::string prefix = std::string(kPairingCookie) + "=";
     for (const std::string_view part : SplitOn(cookieHeader.substr(0, 4096), ';')) {
         const std::string_view cookie = Trim(part);
-        if (cookie.substr(0, prefix.size()) == prefix) {
-            for (const std::string& given : pairing.cookies) {
-                paired |= EqualSecrets(cookie.substr(prefix.size()), given);
-            }
+        if (cookie.starts_with(prefix)) {
+            show(cookie.substr(prefix.size()));
         }
     }
-    return paired;
+    constexpr std::string_view kBearer = "Bearer ";
+    if (authorization.starts_with(kBearer)) {
+        show(Trim(authorization.substr(kBearer.size())));
+    }
+    return access;
 }
 
 bool EqualSecrets(std::string_view a, std::string_view b) {

@@ -36,6 +36,7 @@ void Leave(Audience& audience, Watcher& watcher) {
     LetGoOfEverything(audience, watcher);
     std::erase(audience.watchers, &watcher);
     watcher.displays.clear();
+    watcher.subscription = nullptr;
 }
 
 void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
@@ -59,6 +60,7 @@ void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
     for (Watcher* watcher : audience.watchers) {
         SendFlight(audience, *watcher);
         SendNews(*watcher, nowS);
+        SendSubscribed(audience, *watcher);
     }
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "panelhost/session/session.h"
+#include "panelhost/web/api.h"
 #include "panelhost/web/client_message.h"
 #include "panelhost/web/picture_feed.h"
 
@@ -33,6 +34,7 @@ struct Feed {
     int scale = 1;  // as asked for
     int view = -1;  // of the session
     double wantedS = 0;
+    bool isPictured = false;  // somebody wants its pictures, not only what stands on it
     WindowInfo info;
     PictureFeed picture;
     std::uint64_t pictureRevision = ~0ULL;  // of the session, when last compared
@@ -62,6 +64,8 @@ struct Watcher {
     std::size_t logBytes = 0;                // how much of it
     SharedText profile;                      // the vertical profile it was told
     std::size_t queuedMessages = 0;          // waiting in the outlet
+    bool mayTouch = true;                    // else it only looks
+    std::shared_ptr<Subscription> subscription;
 };
 
 // The flight log as it was last read. Another stamp: it is another log, not more of the same.
@@ -98,6 +102,8 @@ void RefreshFlight(Audience& audience);
 void SendFlight(const Audience& audience, Watcher& watcher);
 
 // feeds.cpp: what is drawn for whom
+// The feed of a display at a scale, or a smaller one; null when too much is shown already.
+std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale);
 // Marks what somebody watches, so that the next step draws it; true when it is to be drawn.
 bool MarkWatched(Audience& audience, double nowS);
 void RefreshFeeds(Audience& audience);  // takes over what was drawn

@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "panelhost/session/situations.h"
+#include "panelhost/web/api.h"
 
 namespace panelhost {
 namespace {
@@ -12,7 +13,8 @@ namespace {
 using Json = nlohmann::json;
 using Target =
     std::variant<int ClientMessage::*, double ClientMessage::*, bool ClientMessage::*,
-                 std::optional<double> ClientMessage::*, std::vector<int> ClientMessage::*>;
+                 std::optional<double> ClientMessage::*, std::vector<int> ClientMessage::*,
+                 std::string ClientMessage::*, std::vector<std::string> ClientMessage::*>;
 
 struct Field {
     const char* name;
@@ -46,6 +48,13 @@ Field Flag(const char* name) {
 }
 Field Quantity(const char* name, std::optional<double> M::*target, double low, double high) {
     return {name, target, low, high, false, false};
+}
+
+Field Name(const char* name, std::string M::*target) {
+    return {name, target, 0, 0, false, true};
+}
+Field Names(const char* name, std::vector<std::string> M::*target) {
+    return {name, target, 0, 0, false, false};
 }
 
 const std::vector<Kind>& Kinds() {
@@ -86,6 +95,24 @@ const std::vector<Kind>& Kinds() {
          {{"number", &M::number, 0, 2147483647.0, true, true},
           {"value", &M::value, 0, kMaxWord, true, true}}},
         {"painted", ClientAction::Painted, {Window()}},
+        {"press", ClientAction::PressKey, {Name("gauge", &M::gauge), Name("key", &M::key)}},
+        {"hold", ClientAction::HoldKey, {Name("gauge", &M::gauge), Name("key", &M::key)}},
+        {"release", ClientAction::Up, {}},
+        {"turn",
+         ClientAction::TurnKnob,
+         {Name("gauge", &M::gauge),
+          Name("key", &M::key),
+          {"steps", &M::steps, -kMostSteps, kMostSteps, true, true}}},
+        {"subscribe",
+         ClientAction::Subscribe,
+         {Names("gauges", &M::gauges),
+          Names("variables", &M::variables),
+          {"events", &M::on, 0, 1, false, false}}},
+        {"radio",
+         ClientAction::Radio,
+         {Quantity("nav1", &M::nav1Mhz, 108, 117.95), Quantity("nav2", &M::nav2Mhz, 108, 117.95),
+          Quantity("adf", &M::adfKhz, 190, 1799), Quantity("course1", &M::course1Mag, 0, 360),
+          Quantity("course2", &M::course2Mag, 0, 360)}},
     };
     return kinds;
 }
@@ -114,6 +141,27 @@ bool ReadList(const Json& json, const Field& field, std::vector<int>& list) {
     return true;
 }
 
+bool ReadName(const Json& json, std::string& name) {
+    if (!json.is_string()) {
+        return false;
+    }
+    name = json.get<std::string>();
+    return !name.empty() && name.size() <= kMaxNameCharacters;
+}
+
+bool ReadNames(const Json& json, std::vector<std::string>& names) {
+    if (!json.is_array() || json.size() > kMaxNames) {
+        return false;
+    }
+    names.resize(json.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (!ReadName(json[i], names[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool ReadField(const Json& json, const Field& field, ClientMessage& message) {
     if (const auto* flag = std::get_if<bool M::*>(&field.target)) {
         message.*(*flag) = json.is_boolean() && json.get<bool>();
@@ -121,6 +169,12 @@ bool ReadField(const Json& json, const Field& field, ClientMessage& message) {
     }
     if (const auto* list = std::get_if<std::vector<int> M::*>(&field.target)) {
         return ReadList(json, field, message.*(*list));
+    }
+    if (const auto* name = std::get_if<std::string M::*>(&field.target)) {
+        return ReadName(json, message.*(*name));
+    }
+    if (const auto* names = std::get_if<std::vector<std::string> M::*>(&field.target)) {
+        return ReadNames(json, message.*(*names));
     }
     const std::optional<double> number = NumberOf(json, field);
     if (!number) {

@@ -16,6 +16,8 @@ namespace panelhost {
 
 inline constexpr std::size_t kMaxClientMessageBytes = 4096;
 inline constexpr int kMaxWatchedWindows = 256;
+inline constexpr std::size_t kMaxNameCharacters = 64;
+inline constexpr std::size_t kMaxNames = 64;  // in one list
 
 enum class ClientAction {
     Bad,
@@ -32,6 +34,11 @@ enum class ClientAction {
     Situation,  // place the aircraft by a row of the host's situations
     SendEvent,  // a pilot's key event
     Painted,    // the last picture of a window is on the screen
+    PressKey,   // press a gauge's key by its name and let go
+    HoldKey,    // the same, held until Up
+    TurnKnob,   // turn a gauge's knob by its name, `steps` up or down
+    Subscribe,  // which gauges' texts and lamps, variables and key events to tell of
+    Radio,      // tune what is given
 };
 
 struct ClientMessage {
@@ -41,7 +48,7 @@ struct ClientMessage {
     double x = 0;
     double y = 0;
     int button = 0;   // 0 left, 1 middle, 2 right
-    bool on = false;  // wheel up, key down, paused
+    bool on = false;  // wheel up, key down, paused, events wanted
     int scanCode = 0;
     int virtualKey = 0;
     double number = 0;  // window ident, simulation rate, situation or event number
@@ -53,6 +60,16 @@ struct ClientMessage {
     std::optional<double> airspeedKt;
     std::optional<double> windDirectionTrue;
     std::optional<double> windSpeedKt;
+    std::string gauge;
+    std::string key;
+    int steps = 0;
+    std::vector<std::string> gauges;
+    std::vector<std::string> variables;
+    std::optional<double> nav1Mhz;
+    std::optional<double> nav2Mhz;
+    std::optional<double> adfKhz;
+    std::optional<double> course1Mag;
+    std::optional<double> course2Mag;
     std::vector<int> windows;
     std::vector<int> scales;  // of the windows, or none
 };

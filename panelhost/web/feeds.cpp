@@ -59,29 +59,6 @@ void RefreshAreas(Audience& audience, Feed& feed) {
     }
 }
 
-// Null when too much is shown already.
-std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale) {
-    for (const std::shared_ptr<Feed>& feed : audience.feeds) {
-        if (feed->display == display && feed->scale == scale) {
-            return feed;
-        }
-    }
-    int view = audience.session->View(display, scale);
-    if (view < 0 && scale > 1) {
-        return FindFeed(audience, display, 1);
-    }
-    if (view < 0) {
-        return nullptr;
-    }
-    const auto feed = std::make_shared<Feed>();
-    feed->display = display;
-    feed->scale = scale;
-    feed->view = view;
-    feed->info = audience.session->Window(view);
-    audience.feeds.push_back(feed);
-    return feed;
-}
-
 void ForgetUnwatched(Audience& audience, double nowS) {
     std::erase_if(audience.feeds, [&](const std::shared_ptr<Feed>& feed) {
         if (IsWatched(feed)) {
@@ -101,11 +78,41 @@ void ForgetUnwatched(Audience& audience, double nowS) {
 
 }  // namespace
 
+std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale) {
+    for (const std::shared_ptr<Feed>& feed : audience.feeds) {
+        if (feed->display == display && feed->scale == scale) {
+            return feed;
+        }
+    }
+    const int view = audience.session->View(display, scale);
+    if (view < 0 && scale > 1) {
+        return FindFeed(audience, display, 1);
+    }
+    if (view < 0) {
+        return nullptr;
+    }
+    const auto feed = std::make_shared<Feed>();
+    feed->display = display;
+    feed->scale = scale;
+    feed->view = view;
+    feed->info = audience.session->Window(view);
+    audience.feeds.push_back(feed);
+    return feed;
+}
+
 bool MarkWatched(Audience& audience, double nowS) {
     ForgetUnwatched(audience, nowS);
     bool any = false;
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
         audience.session->SetWatched(feed->view, false);
+        feed->isPictured = false;
+    }
+    for (const Watcher* watcher : audience.watchers) {
+        for (const WatchedDisplay& display : watcher->displays) {
+            if (display.feed) {
+                display.feed->isPictured = true;
+            }
+        }
     }
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
         if (IsWatched(feed) && feed->info.visible) {
@@ -121,7 +128,7 @@ void RefreshFeeds(Audience& audience) {
     for (const std::shared_ptr<Feed>& shared : audience.feeds) {
         Feed& feed = *shared;
         feed.info = audience.session->Window(feed.view);
-        if (!feed.info.visible || !IsWatched(shared)) {
+        if (!feed.info.visible || !feed.isPictured) {
             continue;
         }
         if (audience.frame % kDrawFrames == 0 && feed.pictureRevision != feed.info.revision) {

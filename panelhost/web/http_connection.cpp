@@ -1,14 +1,20 @@
 #include "panelhost/web/http_connection.h"
 
+#include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/core/string.hpp>
 #include <boost/beast/http/parser.hpp>
 #include <boost/beast/http/read.hpp>
 #include <boost/beast/http/write.hpp>
 #include <boost/beast/websocket/rfc6455.hpp>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <optional>
 
 #include "panelhost/base/png.h"
 #include "panelhost/web/http_rules.h"
+#include "panelhost/web/paired_file.h"
 
 namespace panelhost {
 namespace {
@@ -19,6 +25,7 @@ namespace http = beast::http;
 constexpr std::uint32_t kMaxHeaderBytes = 8192;
 constexpr std::uint64_t kMaxBodyBytes = 1024;
 constexpr std::size_t kMaxBufferBytes = 16384;
+constexpr auto kFirstWordTime = std::chrono::seconds(8);  // a new connection says what it wants
 constexpr auto kIdleTime = std::chrono::seconds(20);
 constexpr auto kKeptOpenTime = std::chrono::seconds(5);  // between two requests
 constexpr auto kLingerTime = std::chrono::seconds(2);
@@ -26,14 +33,32 @@ constexpr double kRequestBurst = 60;
 constexpr double kRequestsPerSecond = 20;
 
 struct HttpConnection {
-    HttpConnection(Server& owner, net::ip::tcp::socket socket)
+    HttpConnection(Server& owner, net::ip::tcp::socket socket, std::string from)
         : server(owner),
-          count(std::make_unique<ConnectionCount>(owner.connections)),
+          peer(std::move(from)),
+          id(++owner.lastGuest),
           stream(std::move(socket)),
-          bucket(MakeBucket(kRequestBurst, kRequestsPerSecond, SteadyNowS())) {}
+          bucket(MakeBucket(kRequestBurst, kRequestsPerSecond, SteadyNowS())) {
+        server.guests.push_back({id, peer});
+        server.closers[id] = [this] { stream.close(); };
+    }
+    ~HttpConnection() { Leave(); }
+    HttpConnection(const HttpConnection&) = delete;
+    HttpConnection& operator=(const HttpConnection&) = delete;
+
+    void Leave() {
+        std::erase_if(server.guests, [this](const Guest& guest) { return guest.id == id; });
+        server.closers.erase(id);
+    }
+    void SetWaits(bool waits) {
+        for (Guest& guest : server.guests) {
+            guest.waits = guest.id == id ? waits : guest.waits;
+        }
+    }
 
     Server& server;
-    std::unique_ptr<ConnectionCount> count;
+    std::string peer;
+    std::uint64_t id;
     beast::tcp_stream stream;
     beast::flat_buffer buffer{kMaxBufferBytes};
     std::optional<http::request_parser<http::string_body>> parser;
@@ -133,6 +158,16 @@ void Refuse(const Connection& connection, ErrorCode error) {
     Reply(connection, std::move(reply), false, false);
 }
 
+// What was given out outlives this program, and new codes are told.
+void KeepPairing(Server& server, const PageReply& reply, std::size_t pairedBefore) {
+    const bool isNew = server.pairing.tokens.size() != pairedBefore || reply.status == 303;
+    if (isNew && !server.pairedFile.empty() && !SavePaired(server.pairedFile, server.pairing)) {
+        std::fprintf(stderr, "avqpanel: cannot keep the pairing in %s: %s\n",
+                     server.pairedFile.c_str(), std::strerror(errno));
+    }
+    AnnounceCodes(server);
+}
+
 void AnswerParsed(const Connection& connection) {
     const auto& request = connection->parser->get();
     const std::string method(View(request.method_string()));
@@ -144,8 +179,12 @@ void AnswerParsed(const Connection& connection) {
     page.cookie = View(request[http::field::cookie]);
     page.body = request.body();
     page.isUpgrade = beast::websocket::is_upgrade(request);
+    page.authorization = View(request[http::field::authorization]);
+    page.hostHeaders = static_cast<int>(request.count(http::field::host));
+    page.peer = connection->peer;
     Server& server = connection->server;
     const double nowS = SteadyNowS();
+    connection->SetWaits(false);
     if (!TakeToken(connection->bucket, nowS)) {
         PageReply reply;
         reply.status = 429;
@@ -153,10 +192,24 @@ void AnswerParsed(const Connection& connection) {
         Reply(connection, std::move(reply), method == "HEAD", false);
         return;
     }
+    const std::size_t pairedBefore = server.pairing.tokens.size();
     PageReply reply = AnswerRequest(page, server.port, server.pairing, nowS);
-    if (reply.acceptsSocket) {
-        StartSocket(server, std::move(connection->stream), request, std::move(connection->count));
+    KeepPairing(server, reply, pairedBefore);
+    if (reply.acceptsSocket && AdmitSocket(server.socketPeers, connection->peer)) {
+        connection->Leave();
+        StartSocket(server, std::move(connection->stream), request, connection->peer,
+                    reply.mayTouch);
         return;
+    }
+    if (reply.acceptsSocket) {
+        reply.status = 503;
+        reply.body = "too many pages of this address are open\n";
+    }
+    if (!reply.apiPath.empty()) {
+        ApiReply answer = AnswerApi(server.audience, method == "HEAD" ? "GET" : method,
+                                    reply.apiPath, page.body, reply.mayTouch, nowS);
+        reply.status = answer.status;
+        reply.body = std::move(answer.json) + "\n";
     }
     if (reply.pictureWindow >= 0) {
         FillPicture(server, reply);
@@ -165,11 +218,7 @@ void AnswerParsed(const Connection& connection) {
     Reply(connection, std::move(reply), method == "HEAD", keeps);
 }
 
-void ReadRequest(const Connection& connection, std::chrono::seconds patience) {
-    connection->parser.emplace();
-    connection->parser->header_limit(kMaxHeaderBytes);
-    connection->parser->body_limit(kMaxBodyBytes);
-    connection->stream.expires_after(patience);
+void ReadBody(const Connection& connection) {
     http::async_read(connection->stream, connection->buffer, *connection->parser,
                      [connection](ErrorCode error, std::size_t) {
                          if (error) {
@@ -180,10 +229,44 @@ void ReadRequest(const Connection& connection, std::chrono::seconds patience) {
                      });
 }
 
+// A client that asks first whether its body is wanted is told to go on: what is too long is refused
+// while it is read.
+void AfterHeader(const Connection& connection) {
+    const auto& request = connection->parser->get();
+    if (!beast::iequals(request[http::field::expect], "100-continue")) {
+        ReadBody(connection);
+        return;
+    }
+    static constexpr std::string_view kGoOn = "HTTP/1.1 100 Continue\r\n\r\n";
+    net::async_write(connection->stream, net::buffer(kGoOn.data(), kGoOn.size()),
+                     [connection](ErrorCode error, std::size_t) {
+                         if (!error) {
+                             ReadBody(connection);
+                         }
+                     });
+}
+
+void ReadRequest(const Connection& connection, std::chrono::seconds patience) {
+    connection->SetWaits(true);
+    connection->parser.emplace();
+    connection->parser->header_limit(kMaxHeaderBytes);
+    connection->parser->body_limit(kMaxBodyBytes);
+    connection->stream.expires_after(patience);
+    http::async_read_header(connection->stream, connection->buffer, *connection->parser,
+                            [connection](ErrorCode error, std::size_t) {
+                                if (error) {
+                                    Refuse(connection, error);
+                                } else {
+                                    AfterHeader(connection);
+                                }
+                            });
+}
+
 }  // namespace
 
-void StartHttp(Server& server, net::ip::tcp::socket socket) {
-    ReadRequest(std::make_shared<HttpConnection>(server, std::move(socket)), kIdleTime);
+void StartHttp(Server& server, net::ip::tcp::socket socket, std::string peer) {
+    ReadRequest(std::make_shared<HttpConnection>(server, std::move(socket), std::move(peer)),
+                kFirstWordTime);
 }
 
 }  // namespace panelhost

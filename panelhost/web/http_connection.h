@@ -13,6 +13,6 @@ using UpgradeRequest = boost::beast::http::request<boost::beast::http::string_bo
 
 // socket_client.cpp
 void StartSocket(Server& server, boost::beast::tcp_stream stream, const UpgradeRequest& request,
-                 std::unique_ptr<ConnectionCount> count);
+                 std::string peer, bool mayTouch);
 
 }  // namespace panelhost

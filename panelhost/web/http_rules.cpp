@@ -1,5 +1,7 @@
 #include "panelhost/web/http_rules.h"
 
+#include <algorithm>
+#include <cctype>
 #include <optional>
 
 #include "panelhost/base/text.h"
@@ -41,14 +43,33 @@ std::optional<PageReply> Asset(std::string_view path, unsigned status = 200) {
     return {};
 }
 
-PageReply PairingPage(unsigned status, std::string_view remark) {
+// Anybody may ask for less than he may do.
+bool OnlyLooks(std::string_view target) {
+    return target.ends_with("?look");
+}
+
+PageReply PairingPage(unsigned status, std::string_view remark, std::string_view page) {
     PageReply reply = Asset("/pair.html", status).value_or(Plain(status, "pairing needed"));
-    constexpr std::string_view kMark = "<!--remark-->";
-    const std::size_t at = reply.body.find(kMark);
-    if (at != std::string::npos) {
-        reply.body.replace(at, kMark.size(), remark);
-    }
+    const auto fill = [&reply](std::string_view mark, std::string_view text) {
+        const std::size_t at = reply.body.find(mark);
+        if (at != std::string::npos) {
+            reply.body.replace(at, mark.size(), text);
+        }
+    };
+    fill("<!--remark-->", remark);
+    fill("action=\"/pair\"", "action=\"/pair?" + std::string(page) + "\"");
     return reply;
+}
+
+// The page a browser wanted before it was paired, "/" for anything that could be something else.
+std::string PageAfter(std::string_view target) {
+    const std::size_t mark = target.find('?');
+    const std::string_view page = mark == std::string_view::npos ? "" : target.substr(mark + 1);
+    const bool isPlain = std::all_of(page.begin(), page.end(), [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '/' || c == '_' ||
+               c == '+' || c == '-' || c == '%';
+    });
+    return isPlain && page.starts_with("/show/") ? std::string(page) : "/";
 }
 
 PageReply Pair(const PageRequest& request, Pairing& pairing, double nowS) {
@@ -56,23 +77,67 @@ PageReply Pair(const PageRequest& request, Pairing& pairing, double nowS) {
     if (!IsOwnOrigin(request.origin, request.host)) {
         return Plain(403, "not this server's own page");
     }
+    const std::string page = PageAfter(request.target);
     const bool hasField = request.body.substr(0, kField.size()) == kField;
     const std::string_view typed = hasField ? request.body.substr(kField.size()) : "";
-    switch (TryPairing(pairing, typed, nowS)) {
+    switch (TryPairing(pairing, typed, request.peer, nowS)) {
         case PairingAnswer::Paired: {
             PageReply reply = Plain(303, "paired");
-            reply.headers.push_back({"Location", "/"});
+            reply.headers.push_back({"Location", page});
             reply.headers.push_back(
-                {"Set-Cookie", std::string(kPairingCookie) + "=" + pairing.cookies.back() +
-                                   "; HttpOnly; SameSite=Strict; Path=/; Max-Age=86400"});
+                {"Set-Cookie",
+                 Format("%s=%s; HttpOnly; SameSite=Strict; Path=/; Max-Age=%d", kPairingCookie,
+                        pairing.tokens.back().text.c_str(), kPairingDays * 86400)});
             return reply;
         }
         case PairingAnswer::WrongCode:
-            return PairingPage(403, "That is not the code on the console.");
+            return PairingPage(403, "That is not a code on the console.", page);
         case PairingAnswer::TooManyAttempts:
-            return PairingPage(429, "Too many attempts. Wait a little and try again.");
+            return PairingPage(429, "Too many attempts. Wait a little and try again.", page);
     }
     return Plain(500, "no answer");
+}
+
+PageReply Json(unsigned status, std::string text) {
+    PageReply reply = Plain(status, std::move(text));
+    reply.contentType = "application/json";
+    return reply;
+}
+
+// A program sends the code as it is and keeps the token it gets.
+PageReply PairProgram(const PageRequest& request, Pairing& pairing, double nowS) {
+    switch (TryPairing(pairing, request.body, request.peer, nowS)) {
+        case PairingAnswer::Paired: {
+            const Token& token = pairing.tokens.back();
+            return Json(200, Format(R"({"token":"%s","access":"%s"})", token.text.c_str(),
+                                    token.access == Access::Touch ? "touch" : "look"));
+        }
+        case PairingAnswer::WrongCode:
+            return Json(403, R"({"t":"error","problem":"not a code on the console"})");
+        case PairingAnswer::TooManyAttempts:
+            break;
+    }
+    return Json(429, R"({"t":"error","problem":"too many attempts"})");
+}
+
+constexpr std::string_view kApi = "/api/1/";
+
+// The interface for programs. A browser says where its page comes from, a program does not.
+PageReply Api(const PageRequest& request, std::string_view path, Pairing& pairing, double nowS) {
+    if (!request.origin.empty() && !IsOwnOrigin(request.origin, request.host)) {
+        return Plain(403, "not this server's own page");
+    }
+    if (pairing.required && request.method == "POST" && path == "/api/1/pair") {
+        return PairProgram(request, pairing, nowS);
+    }
+    const Access access = AccessOf(pairing, request.cookie, request.authorization);
+    if (access == Access::None) {
+        return Json(401, R"({"t":"error","problem":"pairing needed"})");
+    }
+    PageReply reply = Json(200, "");
+    reply.apiPath = std::string(path.substr(kApi.size()));
+    reply.mayTouch = access == Access::Touch && !OnlyLooks(request.target);
+    return reply;
 }
 
 // "/window/12.png" gives 12, anything else -1.
@@ -104,7 +169,8 @@ bool IsPage(std::string_view path) {
 
 // What a page needs before it is paired, and what a system fetches for an app without its cookie.
 bool IsOpenToAll(std::string_view path) {
-    return path == "/app.css" || path.starts_with("/icon") || path.ends_with(kManifest);
+    return path == "/app.css" || path == "/pair.js" || path.starts_with("/icon") ||
+           path.ends_with(kManifest);
 }
 
 // The file that answers a path. The displays a page shows are its own business, and an installed
@@ -119,10 +185,14 @@ std::string_view FileFor(std::string_view path) {
 
 PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
     const std::string_view path = request.target.substr(0, request.target.find('?'));
+    const bool isGet = request.method == "GET" || request.method == "HEAD";
+    if (path.starts_with(kApi) && (isGet || request.method == "POST")) {
+        return Api(request, path, pairing, nowS);
+    }
     if (pairing.required && request.method == "POST" && path == "/pair") {
         return Pair(request, pairing, nowS);
     }
-    if (request.method != "GET" && request.method != "HEAD") {
+    if (!isGet) {
         PageReply reply = Plain(405, "only GET and HEAD");
         reply.headers.push_back({"Allow", "GET, HEAD"});
         return reply;
@@ -130,8 +200,10 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
     if (path == "/healthz") {
         return Plain(200, "ok");
     }
-    if (!IsOpenToAll(path) && !IsPaired(pairing, request.cookie)) {
-        return IsPage(path) ? PairingPage(401, "") : Plain(401, "pairing needed");
+    const Access access = AccessOf(pairing, request.cookie, request.authorization);
+    if (!IsOpenToAll(path) && access == Access::None) {
+        return IsPage(path) ? PairingPage(401, "", PageAfter("?" + std::string(path)))
+                            : Plain(401, "pairing needed");
     }
     if (path == "/socket") {
         if (!request.isUpgrade) {
@@ -142,6 +214,7 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
         }
         PageReply reply;
         reply.acceptsSocket = true;
+        reply.mayTouch = access == Access::Touch && !OnlyLooks(request.target);
         return reply;
     }
     const int window = PictureWindow(path);
@@ -159,6 +232,9 @@ PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
 PageReply AnswerRequest(const PageRequest& request, int port, Pairing& pairing, double nowS) {
     if (request.target.size() > kMaxTargetCharacters) {
         return Plain(414, "address too long");
+    }
+    if (request.hostHeaders > 1) {
+        return Plain(400, "more than one Host header");
     }
     const bool knownHost =
         pairing.required ? IsPlainHost(request.host) : IsLoopbackHost(request.host, port);

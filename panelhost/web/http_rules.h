@@ -26,6 +26,9 @@ struct PageRequest {
     std::string_view cookie;
     std::string_view body;
     bool isUpgrade = false;  // asks for a WebSocket
+    std::string_view peer;   // who asks
+    std::string_view authorization;
+    int hostHeaders = 1;
 };
 
 struct PageHeader {
@@ -40,6 +43,8 @@ struct PageReply {
     std::vector<PageHeader> headers;
     bool acceptsSocket = false;  // hand the connection to the WebSocket
     int pictureWindow = -1;      // the body is this window's picture
+    std::string apiPath;         // the body is what the interface answers to this
+    bool mayTouch = true;        // else only looking is answered
 };
 
 // `port` is the one listened on; a network server has pairing.required set.

@@ -74,7 +74,7 @@ void Press(Audience& audience, Watcher& watcher, const ClientMessage& message) {
     audience.pointerOwner = &watcher;
 }
 
-void Turn(Audience& audience, const Watcher& watcher, const ClientMessage& message) {
+void Turn(Audience& audience, Watcher& watcher, const ClientMessage& message) {
     const ViewPoint at = PointOf(audience, watcher, message);
     audience.session->Wheel(at.view, at.x, at.y, message.on);
 }
@@ -86,6 +86,61 @@ void LetGo(Audience& audience, const Watcher& watcher) {
     }
 }
 
+using A = Audience;
+using W = Watcher;
+using M = ClientMessage;
+
+void Tell(W& watcher, const std::string& problem) {
+    if (!problem.empty()) {
+        watcher.outlet->Send(false, Shared(ProblemMessage(problem)));
+    }
+}
+
+enum class Needs { Looking, Touching };
+
+struct Row {
+    ClientAction action;
+    Needs needs;
+    void (*obey)(A& audience, W& watcher, const M& message);
+};
+
+constexpr Row kRows[] = {
+    {ClientAction::Down, Needs::Touching, Press},
+    {ClientAction::Up, Needs::Looking, [](A& a, W& w, const M&) { LetGo(a, w); }},
+    {ClientAction::Wheel, Needs::Touching, Turn},
+    {ClientAction::Key, Needs::Touching, PressKey},
+    {ClientAction::ReleaseKeys, Needs::Looking, [](A& a, W& w, const M&) { ReleaseKeys(a, w); }},
+    {ClientAction::ToggleWindow, Needs::Touching,
+     [](A& a, W&, const M& m) { a.session->ToggleWindow(static_cast<std::uint32_t>(m.number)); }},
+    {ClientAction::Pause, Needs::Touching,
+     [](A& a, W&, const M& m) { a.session->SetPaused(m.on); }},
+    {ClientAction::Rate, Needs::Touching,
+     [](A& a, W&, const M& m) { a.session->SetSimulationRate(m.number); }},
+    {ClientAction::Set, Needs::Touching, [](A& a, W&, const M& m) { SetAircraft(*a.session, m); }},
+    {ClientAction::Situation, Needs::Touching,
+     [](A& a, W&, const M& m) {
+         ApplySituation(*a.session, Situations()[static_cast<std::size_t>(m.number)]);
+     }},
+    {ClientAction::SendEvent, Needs::Touching,
+     [](A& a, W&, const M& m) {
+         a.session->SendKeyEvent(static_cast<std::int32_t>(m.number),
+                                 static_cast<std::uint32_t>(m.value));
+     }},
+    {ClientAction::Painted, Needs::Looking,
+     [](A&, W& w, const M& m) {
+         w.displays[static_cast<std::size_t>(m.window)].pictureOutstanding = false;
+     }},
+    {ClientAction::PressKey, Needs::Touching,
+     [](A& a, W& w, const M& m) { Tell(w, PressNamedKey(a, w, m)); }},
+    {ClientAction::HoldKey, Needs::Touching,
+     [](A& a, W& w, const M& m) { Tell(w, PressNamedKey(a, w, m)); }},
+    {ClientAction::TurnKnob, Needs::Touching,
+     [](A& a, W& w, const M& m) { Tell(w, TurnNamedKnob(a, m)); }},
+    {ClientAction::Subscribe, Needs::Looking,
+     [](A& a, W& w, const M& m) { Tell(w, Subscribe(a, w, m)); }},
+    {ClientAction::Radio, Needs::Touching, [](A& a, W&, const M& m) { TuneRadios(*a.session, m); }},
+};
+
 bool NamesDisplay(ClientAction action) {
     return action == ClientAction::Down || action == ClientAction::Wheel ||
            action == ClientAction::Painted;
@@ -94,55 +149,25 @@ bool NamesDisplay(ClientAction action) {
 }  // namespace
 
 bool ObeyMessage(Audience& audience, Watcher& watcher, const ClientMessage& message) {
-    Session& session = *audience.session;
-    const auto display = static_cast<std::size_t>(message.window);
-    if (NamesDisplay(message.action) && display >= watcher.displays.size()) {
+    if (NamesDisplay(message.action) &&
+        static_cast<std::size_t>(message.window) >= watcher.displays.size()) {
         return false;
     }
-    switch (message.action) {
-        case ClientAction::Bad:
-            return false;
-        case ClientAction::Down:
-            Press(audience, watcher, message);
-            break;
-        case ClientAction::Up:
-            LetGo(audience, watcher);
-            break;
-        case ClientAction::Wheel:
-            Turn(audience, watcher, message);
-            break;
-        case ClientAction::Key:
-            PressKey(audience, watcher, message);
-            break;
-        case ClientAction::ReleaseKeys:
-            ReleaseKeys(audience, watcher);
-            break;
-        case ClientAction::ToggleWindow:
-            session.ToggleWindow(static_cast<std::uint32_t>(message.number));
-            break;
-        case ClientAction::Pause:
-            session.SetPaused(message.on);
-            break;
-        case ClientAction::Rate:
-            session.SetSimulationRate(message.number);
-            break;
-        case ClientAction::Set:
-            SetAircraft(session, message);
-            break;
-        case ClientAction::Watch:
-            return Watch(audience, watcher, message.windows, message.scales);
-        case ClientAction::Situation:
-            ApplySituation(session, Situations()[static_cast<std::size_t>(message.number)]);
-            break;
-        case ClientAction::SendEvent:
-            session.SendKeyEvent(static_cast<std::int32_t>(message.number),
-                                 static_cast<std::uint32_t>(message.value));
-            break;
-        case ClientAction::Painted:
-            watcher.displays[display].pictureOutstanding = false;
-            break;
+    if (message.action == ClientAction::Watch) {
+        return Watch(audience, watcher, message.windows, message.scales);
     }
-    return true;
+    for (const Row& row : kRows) {
+        if (row.action != message.action) {
+            continue;
+        }
+        if (row.needs == Needs::Touching && !watcher.mayTouch) {
+            Tell(watcher, "look only");
+        } else {
+            row.obey(audience, watcher, message);
+        }
+        return true;
+    }
+    return false;
 }
 
 void LetGoOfEverything(Audience& audience, Watcher& watcher) {

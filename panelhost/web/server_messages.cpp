@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "panelhost/session/situations.h"
+#include "panelhost/web/api.h"
 
 namespace panelhost {
 namespace {
@@ -114,6 +115,7 @@ std::string HelloMessage(const Session& session) {
         situations.push_back(situation.title);
     }
     return Write({{"t", "hello"},
+                  {"api", kApiVersion},
                   {"desk", {{"width", kDeskWidth}, {"height", kDeskHeight}}},
                   {"windows", std::move(windows)},
                   {"displays", std::move(displays)},
@@ -225,6 +227,20 @@ std::string ProfileMessage(const VerticalProfile& profile) {
 
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed) {
     return Write({{"t", "key"}, {"scan", scanCode}, {"vk", virtualKey}, {"swallowed", swallowed}});
+}
+
+std::string EventsMessage(const std::vector<KeyEventRecord>& events, std::uint64_t& serial) {
+    std::vector<KeyEventRecord> fresh;
+    for (const KeyEventRecord& event : events) {
+        if (event.serial > serial) {
+            fresh.push_back(event);
+        }
+    }
+    if (fresh.empty()) {
+        return "";
+    }
+    serial = fresh.back().serial;
+    return Write({{"t", "events"}, {"events", EventsJson(fresh)}});
 }
 
 std::string ProblemMessage(std::string_view problem) {

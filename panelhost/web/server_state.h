@@ -9,12 +9,15 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "panelhost/web/access.h"
 #include "panelhost/web/audience.h"
+#include "panelhost/web/guests.h"
 #include "panelhost/web/web_server.h"
 
 namespace panelhost {
@@ -22,11 +25,12 @@ namespace panelhost {
 namespace net = boost::asio;
 using ErrorCode = boost::system::error_code;
 
-// A browser that loads the page holds half a dozen for some seconds.
-inline constexpr int kMaxConnections = 64;
-
 struct Server {
-    int connections = 0;  // outlives the io_context, whose handlers count themselves out
+    // These outlive the io_context, whose handlers take themselves off.
+    std::vector<Guest> guests;
+    std::map<std::uint64_t, std::function<void()>> closers;  // of guests, by id
+    std::vector<std::string> socketPeers;                    // one for each open WebSocket
+    std::uint64_t lastGuest = 0;
     net::io_context io{1};
     net::ip::tcp::acceptor acceptor{io};
     net::steady_timer frameTimer{io};
@@ -35,22 +39,20 @@ struct Server {
     Audience audience;
     int port = 0;
     Pairing pairing;
+    std::string pairedFile;         // where tokens are kept; empty: nowhere
+    std::vector<std::string> urls;  // those a tablet can open first
+    int codesTold = 0;
     double lastFrameS = 0;
 };
 
 double SteadyNowS();
 
-// Counts a connection as long as it lives.
-struct ConnectionCount {
-    explicit ConnectionCount(int& counter) : counter(&counter) { ++counter; }
-    ~ConnectionCount() { --*counter; }
-    ConnectionCount(const ConnectionCount&) = delete;
-    ConnectionCount& operator=(const ConnectionCount&) = delete;
-    int* counter;
-};
+std::string PeerOf(const net::ip::tcp::socket& socket);
 
-// http_connection.cpp
-void StartHttp(Server& server, net::ip::tcp::socket socket);
+// http_connection.cpp: a guest that was admitted
+void StartHttp(Server& server, net::ip::tcp::socket socket, std::string peer);
+// web_server.cpp: the codes on the console, when there are new ones
+void AnnounceCodes(Server& server);
 
 // frames.cpp: the flight's clock
 void StartFrames(Server& server);

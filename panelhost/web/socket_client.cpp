@@ -1,4 +1,5 @@
 // One WebSocket. One that lets its queue grow past its bound is cut off.
+#include <algorithm>
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/websocket/stream.hpp>
@@ -28,19 +29,24 @@ struct Outgoing {
 }  // namespace
 
 struct Channel : Outlet, std::enable_shared_from_this<Channel> {
-    Channel(Server& owner, beast::tcp_stream tcp, std::unique_ptr<ConnectionCount> counted)
+    Channel(Server& owner, beast::tcp_stream tcp, std::string from, bool mayTouch)
         : server(owner),
-          count(std::move(counted)),
+          peer(std::move(from)),
           stream(std::move(tcp)),
           bucket(MakeBucket(kMessageBurst, kMessagesPerSecond, SteadyNowS())) {
         watcher.outlet = this;
+        watcher.mayTouch = mayTouch;
+        server.socketPeers.push_back(peer);
     }
+    ~Channel() override { server.socketPeers.erase(std::ranges::find(server.socketPeers, peer)); }
+    Channel(const Channel&) = delete;
+    Channel& operator=(const Channel&) = delete;
 
     void Send(bool binary, SharedText bytes) override;
 
     Server& server;
     Watcher watcher;
-    std::unique_ptr<ConnectionCount> count;
+    std::string peer;
     websocket::stream<beast::tcp_stream> stream;
     beast::flat_buffer buffer{kMaxClientMessageBytes};
     std::deque<Outgoing> queue;
@@ -165,9 +171,10 @@ void Channel::Send(bool binary, SharedText bytes) {
 }
 
 void StartSocket(Server& server, beast::tcp_stream stream, const UpgradeRequest& request,
-                 std::unique_ptr<ConnectionCount> count) {
+                 std::string peer, bool mayTouch) {
     stream.expires_never();  // the WebSocket watches the time from here on
-    const auto channel = std::make_shared<Channel>(server, std::move(stream), std::move(count));
+    const auto channel =
+        std::make_shared<Channel>(server, std::move(stream), std::move(peer), mayTouch);
     websocket::stream_base::timeout times{};
     times.handshake_timeout = std::chrono::seconds(10);
     times.idle_timeout = std::chrono::seconds(40);

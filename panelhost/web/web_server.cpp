@@ -8,6 +8,8 @@
 #include <cstring>
 #include <vector>
 
+#include "panelhost/web/paired_file.h"
+#include "panelhost/web/qr_code.h"
 #include "panelhost/web/server_state.h"
 
 namespace panelhost {
@@ -68,10 +70,19 @@ void AcceptNext(Server& server) {
             AcceptLater(server);
             return;
         }
-        if (server.connections < kMaxConnections) {
+        std::string peer = PeerOf(socket);
+        const Admission admission = AdmitGuest(server.guests, peer);
+        const auto leaves = server.closers.find(admission.leaves);
+        if (leaves != server.closers.end()) {
+            leaves->second();
+            // Its own handler frees it later; it counts no more from now on.
+            std::erase_if(server.guests,
+                          [&](const Guest& guest) { return guest.id == admission.leaves; });
+        }
+        if (admission.admitted) {
             ErrorCode ignored;
             socket.set_option(tcp::no_delay(true), ignored);
-            StartHttp(server, std::move(socket));
+            StartHttp(server, std::move(socket), std::move(peer));
         }  // else: closed unheard
         AcceptNext(server);
     });
@@ -96,24 +107,43 @@ std::vector<net::ip::address> OwnAddresses() {
 }
 
 // Every address a browser can open: one that stands for all of the machine's is none.
-void Announce(const Server& server, const net::ip::address& address) {
+std::vector<net::ip::address> OpenedAddresses(const net::ip::address& address) {
     std::vector<net::ip::address> opened{address};
     if (address.is_unspecified()) {
         opened = OwnAddresses();
         opened.emplace_back(net::ip::address_v4::loopback());
     }
-    for (const net::ip::address& each : opened) {
-        std::printf("AVQ1 panel: %s\n", Url(each, server.port).c_str());
-    }
-    if (server.pairing.required) {
-        const std::string& code = server.pairing.code;
-        std::printf("Pairing code: %s-%s\n", code.substr(0, code.size() / 2).c_str(),
-                    code.substr(code.size() / 2).c_str());
-    }
-    std::fflush(stdout);
+    return opened;
+}
+
+std::string Dashed(const std::string& code) {
+    return code.substr(0, code.size() / 2) + "-" + code.substr(code.size() / 2);
 }
 
 }  // namespace
+
+std::string PeerOf(const net::ip::tcp::socket& socket) {
+    ErrorCode error;
+    const net::ip::address address = socket.remote_endpoint(error).address();
+    return address.is_v6() ? PeerOfV6(address.to_v6().to_bytes().data()) : address.to_string();
+}
+
+void AnnounceCodes(Server& server) {
+    const Pairing& pairing = server.pairing;
+    if (!pairing.required || server.codesTold == pairing.codesMade) {
+        return;
+    }
+    server.codesTold = pairing.codesMade;
+    std::printf("Pairing code: %s\nTo look only: %s\n", Dashed(pairing.code).c_str(),
+                Dashed(pairing.lookCode).c_str());
+    // The code rides behind the mark of an address, which a browser sends to nobody.
+    const std::string url = server.urls.empty() ? "" : server.urls.front();
+    const std::string code = url.empty() ? "" : QrText(url + "#" + pairing.code);
+    if (!code.empty()) {
+        std::printf("Open and pair with a camera, %s:\n%s", url.c_str(), code.c_str());
+    }
+    std::fflush(stdout);
+}
 
 int ServeWeb(Session& session, const WebOptions& options) {
     ErrorCode error;
@@ -125,7 +155,12 @@ int ServeWeb(Session& session, const WebOptions& options) {
     }
     Server server;
     OpenAudience(session, server.audience);
-    server.pairing = MakePairing(!address.is_loopback(), SteadyNowS());
+    server.pairing = MakePairing(!address.is_loopback());
+    server.pairedFile = server.pairing.required ? PairedFilePath() : "";
+    if (options.forgetPaired) {
+        std::remove(PairedFilePath().c_str());
+    }
+    LoadPaired(server.pairedFile, server.pairing);
     error = Listen(server, {address, static_cast<unsigned short>(options.port)});
     if (error) {
         return Refuse(options, error.message());
@@ -139,7 +174,12 @@ int ServeWeb(Session& session, const WebOptions& options) {
     });
     StartFrames(server);
     AcceptNext(server);
-    Announce(server, address);
+    for (const net::ip::address& each : OpenedAddresses(address)) {
+        server.urls.push_back(Url(each, server.port));
+        std::printf("AVQ1 panel: %s\n", server.urls.back().c_str());
+    }
+    std::fflush(stdout);
+    AnnounceCodes(server);
     server.io.run();
     session.Close();
     return 0;

@@ -13,7 +13,8 @@ namespace panelhost {
 
 struct WebOptions {
     std::string listenAddress = "127.0.0.1";
-    int port = 8737;  // 0: any free one
+    int port = 8737;            // 0: any free one
+    bool forgetPaired = false;  // of earlier starts
 };
 
 // Prints the page's address when it is ready and runs until an interrupt or terminate signal.

@@ -247,6 +247,12 @@ void LoadGround(const std::string& simFolder, Ground& ground, std::vector<std::s
         const std::string path = FindFileNoCase(simFolder, name);
         return path.empty() ? std::string() : ReadWholeFile(path, kMaxFileBytes).value_or("");
     };
+    if (FindFileNoCase(simFolder, "avq/navdata").empty()) {
+        warnings.push_back(
+            "no navigation data: the simulator folder has no avq/Navdata, so nothing can be found "
+            "by "
+            "name and no radio receives");
+    }
     ParseStations(read("avq/navdata/avq_navs.txt"), ground);
     ParseAirports(read("avq/navdata/avq_apts.txt"), ground);
     ParseLocalizers(read("avq/navdata/ils.txt"), ground, warnings);

@@ -109,9 +109,10 @@ TEST_F(AudienceTest, PlacesAreDesignPixelsAtEveryScale) {
     for (FakeClient* client : {&one_, &two_}) {
         ASSERT_TRUE(Say(*client, R"({"t":"down","w":0,"x":13,"y":25})"));
         ASSERT_TRUE(Say(*client, R"({"t":"up"})"));
-        const ProbeRecord& press = Clicks()[Clicks().size() - 2];
+        const std::vector<ProbeRecord> clicks = Clicks();
+        const ProbeRecord press = clicks.at(clicks.size() - 2);
         EXPECT_THAT((std::array{press.x, press.y}), ElementsAre(1, 2));
-        EXPECT_EQ(Clicks().back().flags, avq1::mouse_flag::kLeftRelease);
+        EXPECT_EQ(clicks.back().flags, avq1::mouse_flag::kLeftRelease);
     }
     const std::size_t before = Clicks().size();
     ASSERT_TRUE(Say(one_, R"({"t":"wheel","w":0,"x":13,"y":25,"up":true})"));

@@ -24,7 +24,9 @@ export function openLink({ onMessage, onPicture, onState }) {
   function connect() {
     clearTimeout(timer);
     onState('waiting', everOpen ? 'Reconnecting…' : 'Connecting…');
-    const own = new WebSocket(`ws://${location.host}/socket`);
+    // A page opened to look only says so.
+    const look = location.search === '?look' ? '?look' : '';
+    const own = new WebSocket(`ws://${location.host}/socket${look}`);
     own.binaryType = 'arraybuffer';
     socket = own;
     lastHeard = performance.now();
@@ -55,7 +57,7 @@ export function openLink({ onMessage, onPicture, onState }) {
 
   // A host that was started anew on a network address wants its new pairing code first.
   function pairAgain() {
-    fetch('/', { method: 'HEAD' }).then(({ status }) => {
+    fetch(location.pathname, { method: 'HEAD' }).then(({ status }) => {
       if (status === 401) location.reload();
     }, () => {});
   }

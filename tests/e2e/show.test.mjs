@@ -1,0 +1,140 @@
+// Displays on screens of their own, in a real browser: sharp, alone, and nobody else's business.
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+
+import { launchBrowser, startHost, until } from './support.mjs';
+
+let host;
+let browser;
+before(async () => {
+  host = await startHost();
+  browser = await launchBrowser();
+});
+after(async () => {
+  await browser?.close();
+  await host?.stop();
+});
+
+async function openShow(path, options = {}) {
+  const context = await browser.newContext({ viewport: { width: 900, height: 700 }, ...options });
+  const page = await context.newPage();
+  const problems = [];
+  page.on('pageerror', (error) => problems.push(String(error)));
+  page.on('console', (line) => { if (line.type() === 'error') problems.push(line.text()); });
+  await page.goto(host.url + path);
+  return { page, problems, close: () => context.close() };
+}
+
+const shown = (page, i = 0) => page.locator('.body').nth(i).getAttribute('data-pictures').then(Number);
+const colours = (page) => page.locator('canvas').first().evaluate((canvas) => {
+  const { data } = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height);
+  return new Set(new Uint32Array(data.buffer)).size;
+});
+
+test('each display fills the browser, by gauge, by the number or the title of its window', async () => {
+  const rows = [['EFS50_EADI', 384, 371], ['efs50_eadi', 384, 371], ['4012', 415, 640],
+    ['flight management computer', 415, 640], ['4012/', 415, 640]];
+  for (const [name, width, height] of rows) {
+    const { page, problems, close } = await openShow(`show/${encodeURI(name)}`);
+    await until(() => shown(page), (count) => count > 0, `a picture of ${name}`);
+    const box = await page.locator('canvas').boundingBox();
+    const fits = Math.min(900 / width, 700 / height);
+    assert.ok(Math.abs(box.width - width * fits) < 2 && Math.abs(box.height - height * fits) < 2, name);
+    assert.ok(await colours(page) > 20);
+    assert.deepEqual(problems, []);
+    await close();
+  }
+  const { page, close } = await openShow('show/NOSUCH');
+  await page.waitForSelector('text=There is no display "NOSUCH"');
+  await close();
+});
+
+test('several stand side by side, and a screen gets the pixels it has', async () => {
+  const { page, close } = await openShow('show/EFS50_EADI+EFS50_EHSI', { deviceScaleFactor: 2 });
+  await until(() => shown(page, 1), (count) => count > 0, 'the second picture');
+  const [one, two] = [await page.locator('canvas').nth(0).boundingBox(),
+    await page.locator('canvas').nth(1).boundingBox()];
+  assert.ok(one.x + one.width <= two.x && Math.abs(one.y - two.y) < 1);
+  const pixels = await page.locator('canvas').first().evaluate((canvas) => canvas.width);
+  assert.ok(pixels >= one.width * 2 * 0.87, `${pixels} pixels for ${one.width}`);
+  await close();
+});
+
+test('a display of its own leaves the other screens as they are', async () => {
+  const desk = await openShow('');
+  const kAttitude = '.texts [data-gauge="EFS50_EADI"]';
+  const attitude = () => desk.page.locator(kAttitude).innerText({ timeout: 2000 }).catch(() => '');
+  await until(attitude, (text) => text.length > 10, 'the panel shows its attitude display');
+  const { page, close } = await openShow('show/4005'); // its pop-up window, on its own
+  await until(() => shown(page), (count) => count > 0, 'a picture');
+  assert.ok((await attitude()).length > 10, 'not blanked');
+  assert.equal(await desk.page.locator('#windowList [aria-pressed="true"]').count(), 1);
+  // The module's own pop-up blanks the panel's display and not the one on its own.
+  await desk.page.locator('#windowList button', { hasText: 'Attitude Display' }).click();
+  await until(attitude, (text) => text.length < 10, 'the panel makes room for the pop-up');
+  await new Promise((resolve) => setTimeout(resolve, 300));
+  assert.ok(await colours(page) > 20);
+  await desk.page.locator('#windowList button', { hasText: 'Attitude Display' }).click();
+  await close();
+  await desk.close();
+});
+
+test('keys work, and a unit takes the keyboard without being asked', async () => {
+  const { page, problems, close } = await openShow('show/MCU', { hasTouch: true });
+  const text = () => page.locator('.texts').innerText();
+  const first = await until(text, (now) => now.length > 0, 'the unit writes');
+  assert.equal(await page.getAttribute('[data-label="FPLN"]', 'aria-label'), 'FPLN, Compact Unit');
+  await page.tap('[data-label="FPLN"]');
+  await until(text, (now) => now !== first, 'another page of the unit');
+  await page.waitForFunction(() => document.body.classList.contains('typing'));
+  const display = await openShow('show/EFS50_EADI');
+  await until(() => shown(display.page), (count) => count > 0, 'a picture');
+  assert.equal(await display.page.evaluate(() => document.body.classList.contains('typing')), false);
+  assert.deepEqual(problems, []);
+  await display.close();
+  await close();
+});
+
+test('the list names everything, opens several, and the page can be kept as an app', async () => {
+  const { page, close } = await openShow('');
+  await page.click('#displayList summary');
+  const names = await page.$$eval('#displays a:not(.together)', (links) =>
+    links.map((link) => link.getAttribute('href')));
+  for (const name of ['/show/4012', '/show/EFS50_EHSI', '/show/GNSXLS', '/show/0']) {
+    assert.ok(names.includes(name), name);
+  }
+  for (const label of ['Mark Attitude Display', 'Mark EHSI']) await page.getByLabel(label, { exact: true }).last().check();
+  assert.equal(await page.getAttribute('.together', 'href'), '/show/EFS50_EADI+EFS50_EHSI');
+  await page.click('.together');
+  await until(() => shown(page, 1), (count) => count > 0, 'both');
+  const app = await page.evaluate(async () => {
+    const link = document.querySelector('link[rel="manifest"]');
+    const answer = await fetch(link.href);
+    const manifest = await answer.json();
+    const icons = await Promise.all(manifest.icons.map((icon) => fetch(icon.src)));
+    return { start: new URL(manifest.start_url, link.href).pathname, display: manifest.display,
+      icons: icons.map((icon) => icon.status) };
+  });
+  assert.deepEqual(app, { start: '/show/EFS50_EADI+EFS50_EHSI/', display: 'fullscreen',
+    icons: [200, 200, 200] });
+  await page.click('#more');
+  await page.click('#full');
+  await page.waitForFunction(() => document.fullscreenElement !== null);
+  await close();
+});
+
+test('brightness, a dim page and larger text are kept', async () => {
+  const { page, close } = await openShow('show/EFS50_EADI');
+  await page.click('#more');
+  await page.locator('#brightness').fill('40');
+  await page.click('#night');
+  await page.click('#large');
+  await page.reload();
+  const look = () => page.evaluate(() => ({
+    bright: getComputedStyle(document.querySelector('canvas')).filter,
+    night: document.documentElement.classList.contains('night'),
+    text: getComputedStyle(document.documentElement).fontSize }));
+  await page.waitForSelector('canvas');
+  assert.deepEqual(await look(), { bright: 'brightness(0.4)', night: true, text: '20px' });
+  await close();
+});
