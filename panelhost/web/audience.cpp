@@ -39,13 +39,27 @@ void Leave(Audience& audience, Watcher& watcher) {
     watcher.subscription = nullptr;
 }
 
+void Glance(Audience& audience, double nowS) {
+    audience.touched = false;
+    for (const std::shared_ptr<Feed>& feed : audience.feeds) {
+        if (feed->isPictured && feed->info.visible) {
+            audience.session->Look(feed->view);
+        }
+    }
+    RefreshFeeds(audience, Freshness::AtOnce);
+    for (Watcher* watcher : audience.watchers) {
+        SendNews(*watcher, nowS, kGlanceGapS);
+        SendSubscribed(audience, *watcher);
+    }
+}
+
 void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
     ++audience.frame;
     const bool draws = MarkWatched(audience, nowS);
     for (int step = 1; step <= steps; ++step) {
         audience.session->Step(dtS, step == steps && draws);
     }
-    RefreshFeeds(audience);
+    RefreshFeeds(audience, Freshness::InTurn);
     if (audience.frame % kStatusFrames == 0 && !audience.watchers.empty()) {
         const SharedText status = Shared(StatusMessage(audience.session->Status()));
         for (Watcher* watcher : audience.watchers) {
@@ -59,7 +73,7 @@ void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
     }
     for (Watcher* watcher : audience.watchers) {
         SendFlight(audience, *watcher);
-        SendNews(*watcher, nowS);
+        SendNews(*watcher, nowS, kPictureGapS);
         SendSubscribed(audience, *watcher);
     }
 }

@@ -84,8 +84,11 @@ struct Audience {
     std::vector<Watcher*> watchers;   // each takes itself off the list
     Watcher* pointerOwner = nullptr;  // whose press holds the mouse
     std::uint64_t frame = 0;
+    bool touched = false;  // since everybody was last told
 };
 
+inline constexpr double kPictureGapS = 0.075;
+inline constexpr double kGlanceGapS = 0.02;
 inline constexpr std::size_t kMaxWaiting = 8;  // who reads slowly skips to later messages
 
 SharedText Shared(std::string text);
@@ -94,6 +97,8 @@ SharedText Shared(std::string text);
 void OpenAudience(Session& session, Audience& audience);
 void Join(Audience& audience, Watcher& watcher);  // greets it
 void Leave(Audience& audience, Watcher& watcher);
+// Shows what a watcher has just done, before the next frame; no time passes.
+void Glance(Audience& audience, double nowS);
 // Advances the session by so many steps of dtS, draws what is watched and tells everybody.
 void RunFrame(Audience& audience, int steps, double dtS, double nowS);
 
@@ -106,8 +111,10 @@ void SendFlight(const Audience& audience, Watcher& watcher);
 std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale);
 // Marks what somebody watches, so that the next step draws it; true when it is to be drawn.
 bool MarkWatched(Audience& audience, double nowS);
-void RefreshFeeds(Audience& audience);  // takes over what was drawn
-void SendNews(Watcher& watcher, double nowS);
+enum class Freshness { InTurn, AtOnce };
+void RefreshFeeds(Audience& audience, Freshness texts);  // takes over what was drawn
+// `pictureGapS`: the least time between two pictures of a display.
+void SendNews(Watcher& watcher, double nowS, double pictureGapS);
 // From now on it watches these displays, at scales of 1 to 3, and no others. False: no such
 // display.
 bool Watch(Audience& audience, Watcher& watcher, const std::vector<int>& displays,

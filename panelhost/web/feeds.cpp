@@ -10,7 +10,6 @@ namespace {
 constexpr std::uint64_t kDrawFrames = 2;  // drawn and sent every second frame
 constexpr std::uint64_t kTextFrames = 6;
 constexpr std::uint64_t kAreaFrames = 50;
-constexpr double kPictureGapS = 0.075;
 constexpr double kKeptUnwatchedS = 5;  // a page loaded anew finds its pictures still there
 
 bool IsWatched(const std::shared_ptr<Feed>& feed) {
@@ -123,7 +122,7 @@ bool MarkWatched(Audience& audience, double nowS) {
     return any && audience.frame % kDrawFrames == 0;
 }
 
-void RefreshFeeds(Audience& audience) {
+void RefreshFeeds(Audience& audience, Freshness texts) {
     RefreshWindows(audience);
     for (const std::shared_ptr<Feed>& shared : audience.feeds) {
         Feed& feed = *shared;
@@ -131,11 +130,13 @@ void RefreshFeeds(Audience& audience) {
         if (!feed.info.visible || !feed.isPictured) {
             continue;
         }
-        if (audience.frame % kDrawFrames == 0 && feed.pictureRevision != feed.info.revision) {
+        const bool now = texts == Freshness::AtOnce;
+        if ((now || audience.frame % kDrawFrames == 0) &&
+            feed.pictureRevision != feed.info.revision) {
             feed.pictureRevision = feed.info.revision;
             TakePicture(feed.picture, audience.session->Picture(feed.view));
         }
-        if (!feed.texts || audience.frame % kTextFrames == 0) {
+        if (now || !feed.texts || audience.frame % kTextFrames == 0) {
             RefreshTexts(audience, feed);
         }
         if (!feed.areas || audience.frame % kAreaFrames == 0) {
@@ -168,7 +169,7 @@ bool Watch(Audience& audience, Watcher& watcher, const std::vector<int>& display
     return true;
 }
 
-void SendNews(Watcher& watcher, double nowS) {
+void SendNews(Watcher& watcher, double nowS, double pictureGapS) {
     for (WatchedDisplay& display : watcher.displays) {
         if (!display.feed || !display.feed->info.visible) {
             continue;
@@ -183,7 +184,7 @@ void SendNews(Watcher& watcher, double nowS) {
             display.textsStamp = feed.textsStamp;
             watcher.outlet->Send(false, feed.texts);
         }
-        if (display.pictureOutstanding || nowS - display.lastPictureS < kPictureGapS) {
+        if (display.pictureOutstanding || nowS - display.lastPictureS < pictureGapS) {
             continue;
         }
         const auto picture =

@@ -9,6 +9,7 @@ namespace panelhost {
 namespace {
 
 constexpr auto kFrameTime = std::chrono::milliseconds(40);
+constexpr auto kGlanceTime = std::chrono::milliseconds(10);
 constexpr double kStepS = 0.04;
 constexpr double kMaxCatchUpS = 0.5;  // a stall longer than this is lost flight time
 
@@ -47,6 +48,21 @@ void StartFrames(Server& server) {
     server.lastFrameS = SteadyNowS();
     server.frameTimer.expires_after(kFrameTime);
     ScheduleFrame(server);
+}
+
+void GlanceSoon(Server& server) {
+    if (!server.audience.touched || server.glances) {
+        return;
+    }
+    // What comes together is shown together, and no stream of messages draws without end.
+    server.glances = true;
+    server.glanceTimer.expires_after(kGlanceTime);
+    server.glanceTimer.async_wait([&server](ErrorCode error) {
+        server.glances = false;
+        if (!error && server.audience.touched) {
+            Glance(server.audience, SteadyNowS());
+        }
+    });
 }
 
 }  // namespace panelhost

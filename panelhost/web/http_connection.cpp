@@ -210,6 +210,7 @@ void AnswerParsed(const Connection& connection) {
                                     reply.apiPath, page.body, reply.mayTouch, nowS);
         reply.status = answer.status;
         reply.body = std::move(answer.json) + "\n";
+        GlanceSoon(server);
     }
     if (reply.pictureWindow >= 0) {
         FillPicture(server, reply);

@@ -19,15 +19,15 @@ struct PageAsset {  // a file of the page, built into the program
 const std::vector<PageAsset>& PageAssets();
 
 struct PageRequest {
-    std::string_view method;
-    std::string_view target;
-    std::string_view host;
-    std::string_view origin;
-    std::string_view cookie;
-    std::string_view body;
-    bool isUpgrade = false;  // asks for a WebSocket
-    std::string_view peer;   // who asks
-    std::string_view authorization;
+    std::string_view method = {};
+    std::string_view target = {};
+    std::string_view host = {};
+    std::string_view origin = {};
+    std::string_view cookie = {};
+    std::string_view body = {};
+    bool isUpgrade = false;      // asks for a WebSocket
+    std::string_view peer = {};  // who asks
+    std::string_view authorization = {};
     int hostHeaders = 1;
 };
 

@@ -164,6 +164,7 @@ bool ObeyMessage(Audience& audience, Watcher& watcher, const ClientMessage& mess
             Tell(watcher, "look only");
         } else {
             row.obey(audience, watcher, message);
+            audience.touched = audience.touched || row.needs == Needs::Touching;
         }
         return true;
     }

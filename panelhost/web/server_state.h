@@ -35,6 +35,8 @@ struct Server {
     net::ip::tcp::acceptor acceptor{io};
     net::steady_timer frameTimer{io};
     net::steady_timer acceptTimer{io};
+    net::steady_timer glanceTimer{io};
+    bool glances = false;  // the timer runs
     net::signal_set signals{io};
     Audience audience;
     int port = 0;
@@ -56,5 +58,6 @@ void AnnounceCodes(Server& server);
 
 // frames.cpp: the flight's clock
 void StartFrames(Server& server);
+void GlanceSoon(Server& server);  // after a message, when it touched something
 
 }  // namespace panelhost

@@ -134,6 +134,7 @@ void OnMessage(const ChannelPointer& channel, ErrorCode error) {
         End(channel, "no such display");
         return;
     }
+    GlanceSoon(channel->server);
     ReadNext(channel);
 }
 

@@ -25,6 +25,9 @@ async function othersLive() {
   assert.match(health.text, /^HTTP\/1\.1 200 /);
 }
 
+const act = (message) => rawExchange(host.port, request('POST /api/1/do HTTP/1.1',
+  `Content-Length: ${JSON.stringify(message).length}\r\n`) + JSON.stringify(message));
+
 const request = (line, headers = '') =>
   `${line}\r\nHost: 127.0.0.1:${host.port}\r\nConnection: close\r\n${headers}\r\n`;
 
@@ -44,6 +47,10 @@ test('each request gets its answer', async () => {
     [() => request('GET / HTTP/1.1', `X: ${'a'.repeat(9000)}\r\n`), 431, /./],
     [() => request('POST / HTTP/1.1', 'Content-Length: 999999\r\n'), 413, /./],
     [() => 'GET / HTTP/1.1\r\nConnection: close\r\n\r\n', 421, /./],
+    [() => request('GET / HTTP/1.1', `Host: 127.0.0.1:${host.port}\r\n`), 400, /more than one Host/],
+    [() => request('GET /show/EFS50_EHSI HTTP/1.1'), 200, /<title>AVQ1 display<\/title>/],
+    [() => request('GET /show/X/app.webmanifest HTTP/1.1'), 200, /application\/manifest\+json/],
+    [() => request('GET /show.html HTTP/1.1'), 404, /no such page/],
     [() => 'GET / HTTP/1.1\r\nHost: evil.example\r\nConnection: close\r\n\r\n', 421, /./],
     [() => `GET / HTTP/1.1\r\nHost: 127.0.0.1:${host.port + 1}\r\n\r\n`, 421, /./],
     [() => upgradeRequest(host.port, { Origin: 'http://evil.example' }), 403, /./],
@@ -59,6 +66,26 @@ test('each request gets its answer', async () => {
   assert.match(page.text, /Content-Security-Policy: default-src 'none'; script-src 'self'/);
   assert.match(page.text, /X-Content-Type-Options: nosniff/);
   await othersLive();
+});
+
+test('a body that waits to be asked for is asked for', async () => {
+  const socket = net.connect(host.port, '127.0.0.1');
+  let said = '';
+  socket.on('data', (bytes) => { said += bytes; });
+  socket.write(request('POST /api/1/do HTTP/1.1', 'Content-Length: 10\r\nExpect: 100-continue\r\n'));
+  await until(() => said, (text) => text.startsWith('HTTP/1.1 100 '), 'go on');
+  socket.write('{"t":"up"}');
+  await until(() => said, (text) => /HTTP\/1\.1 200 [^]*"done"/.test(text), 'the answer');
+  socket.destroy();
+});
+
+test('a picture asked for is the present one', async () => {
+  const picture = async () => (await rawExchange(host.port, request('GET /window/0.png HTTP/1.1'))).text;
+  await act({ t: 'up' });
+  const first = await picture();
+  await act({ t: 'press', gauge: 'MCU', key: 'FPLN' });
+  await act({ t: 'press', gauge: 'MCU', key: 'LEGS' });
+  await until(picture, (now) => now.slice(-5000) !== first.slice(-5000), 'another picture, unwatched');
 });
 
 test('malformed HTTP closes its connection and nothing else', async () => {
@@ -125,6 +152,7 @@ test('more connections than allowed are closed, the rest goes on', async () => {
     socket.resume();
   }
   await until(() => closed, (count) => count >= 36, 'those beyond the limit are closed', 5000);
+  await othersLive(); // those that are silent make room
   for (const socket of sockets) socket.destroy();
   await new Promise((resolve) => setTimeout(resolve, 300));
   await othersLive();

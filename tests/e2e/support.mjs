@@ -32,7 +32,8 @@ export function startHost({ port = 0, extra = ['--cold'], sim = path.join(root, 
       const found = /AVQ1 panel: (http:\/\/127\.0\.0\.1:(\d+)\/)\n/.exec(said);
       if (found) {
         clearTimeout(timer);
-        resolve({ url: found[1], port: Number(found[2]), stop, ended, pid: child.pid });
+        resolve({ url: found[1], port: Number(found[2]), stop, ended, pid: child.pid,
+          said: () => said });
       }
     };
     child.stdout.on('data', hear);
@@ -77,11 +78,11 @@ export function rawExchange(port, bytes, timeoutMs = 4000) {
   });
 }
 
-export function upgradeRequest(port, headers = {}) {
+export function upgradeRequest(port, headers = {}, target = '/socket') {
   const all = { Host: `127.0.0.1:${port}`, Connection: 'Upgrade', Upgrade: 'websocket',
     'Sec-WebSocket-Version': '13', 'Sec-WebSocket-Key': randomBytes(16).toString('base64'),
     ...headers };
-  return `GET /socket HTTP/1.1\r\n${Object.entries(all).map(([k, v]) => `${k}: ${v}\r\n`).join('')}\r\n`;
+  return `GET ${target} HTTP/1.1\r\n${Object.entries(all).map(([k, v]) => `${k}: ${v}\r\n`).join('')}\r\n`;
 }
 
 // One masked frame, as a browser sends them.
@@ -96,7 +97,7 @@ export function frame(payload, { opcode = 1, masked = true, final = true } = {})
 }
 
 export class RawClient {
-  static async open(port) {
+  static async open(port, target = '/socket') {
     const client = new RawClient();
     client.messages = [];
     client.pictures = [];
@@ -106,7 +107,7 @@ export class RawClient {
     client.socket = net.connect(port, '127.0.0.1');
     client.socket.on('data', (chunk) => client.take(chunk));
     for (const end of ['close', 'end', 'error']) client.socket.on(end, () => { client.closed = true; });
-    client.socket.write(upgradeRequest(port));
+    client.socket.write(upgradeRequest(port, {}, target));
     await until(() => client.messages.length, (count) => count > 0, 'no hello');
     return client;
   }

@@ -1,5 +1,6 @@
 // Any text from a page is refused with a reason or gives a message whose every value is in range.
 #include "fuzz/fuzz_text.h"
+#include "panelhost/web/api.h"
 #include "panelhost/web/client_message.h"
 
 namespace {
@@ -40,6 +41,18 @@ void FuzzText(std::string_view text) {
     RequireWithin(message.airspeedKt, 0, 400);
     RequireWithin(message.windDirectionTrue, 0, 360);
     RequireWithin(message.windSpeedKt, 0, 200);
+    RequireWithin(message.steps, -kMostSteps, kMostSteps);
+    RequireWithin(message.nav1Mhz, 108, 118);
+    RequireWithin(message.nav2Mhz, 108, 118);
+    RequireWithin(message.adfKhz, 190, 1799);
+    RequireWithin(message.course1Mag, 0, 360);
+    RequireWithin(message.course2Mag, 0, 360);
+    Require(message.gauge.size() <= kMaxNameCharacters && message.key.size() <= kMaxNameCharacters);
+    Require(message.gauges.size() <= kMaxNames && message.variables.size() <= kMaxNames);
+    Require(message.scales.empty() || message.scales.size() == message.windows.size());
+    for (const int scale : message.scales) {
+        RequireWithin(scale, 1, 3);
+    }
     Require(message.windows.size() <= static_cast<std::size_t>(kMaxWatchedWindows));
     for (const int window : message.windows) {
         RequireWithin(window, 0, 1023);

@@ -156,6 +156,144 @@ TEST_F(AudienceTest, WhoLeavesLetsGoOfPointerAndKeys) {
     EXPECT_EQ(two_.Last("status")["paused"], true);
 }
 
+TEST_F(AudienceTest, WhatIsPressedIsShownBeforeTheNextFrame) {
+    ASSERT_TRUE(Say(one_, R"({"t":"watch","windows":[4],"scales":[1]})"));
+    Frames(4);
+    ASSERT_TRUE(Say(one_, R"({"t":"painted","w":4})"));
+    EXPECT_FALSE(audience_.touched) << "looking touches nothing";
+    ASSERT_TRUE(Say(one_, R"({"t":"down","w":4,"x":3,"y":5})"));
+    ASSERT_TRUE(audience_.touched);
+    const std::size_t pictures = one_.pictures.size();
+    const double timeS = session_.Status().panelTimeS;
+    Glance(audience_, nowS_ + 0.03);
+    EXPECT_EQ(one_.pictures.size(), pictures + 1);
+    EXPECT_EQ(one_.Last("texts")["texts"][0][0], "drawn 3");
+    EXPECT_EQ(session_.Status().panelTimeS, timeS);
+    EXPECT_FALSE(audience_.touched);
+}
+
+TEST_F(AudienceTest, GaugesAndKeysAreReachedByName) {
+    EXPECT_TRUE(Say(one_, R"({"t":"press","gauge":"probe","key":"line key 1"})"));
+    const std::vector<ProbeRecord> pressed = Clicks();
+    ASSERT_EQ(pressed.size(), 2U);
+    EXPECT_EQ(pressed[0].flags, avq1::mouse_flag::kLeftSingle);
+    EXPECT_EQ(pressed[1].flags, avq1::mouse_flag::kLeftRelease);
+    EXPECT_TRUE(Say(one_, R"({"t":"hold","gauge":"PROBE","key":"LINE KEY 1"})"));
+    Frames(12);
+    EXPECT_EQ(Clicks().back().flags, avq1::mouse_flag::kDownRepeat);
+    EXPECT_TRUE(Say(one_, R"({"t":"release"})"));
+    EXPECT_EQ(Clicks().back().flags, avq1::mouse_flag::kLeftRelease);
+    const std::size_t before = Clicks().size();
+    EXPECT_TRUE(Say(one_, R"({"t":"turn","gauge":"PROBE","key":"LINE KEY 1","steps":3})"));
+    ASSERT_EQ(Clicks().size(), before + 3);
+    EXPECT_EQ(Clicks().back().flags, avq1::mouse_flag::kWheelUp);
+    const double bug = session_.Status().autopilot.headingBugMag;
+    EXPECT_TRUE(Say(one_, R"({"t":"turn","gauge":"PROBE","key":"#2","steps":-2})"));
+    EXPECT_EQ(session_.Status().autopilot.headingBugMag, bug + 2)
+        << "clicks where no wheel is taken";
+    EXPECT_TRUE(one_.Last("error").is_null());
+    for (const char* text : {R"({"t":"press","gauge":"NONE","key":"A"})",
+                             R"({"t":"press","gauge":"PROBE","key":"#3"})",
+                             R"({"t":"subscribe","gauges":["NONE"]})"}) {
+        one_.messages.clear();
+        EXPECT_TRUE(Say(one_, text)) << "no reason to end the connection";
+        EXPECT_TRUE(one_.Last("error").is_object()) << text;
+    }
+}
+
+TEST_F(AudienceTest, SubscribersAreToldWhatChanges) {
+    EXPECT_TRUE(Say(one_, R"({"t":"subscribe","gauges":["PROBE"],"variables":["#107","none"],)"
+                          R"("events":true})"));
+    Frames(1);
+    EXPECT_EQ(one_.Last("gauge")["lines"], Json::array({"drawn 1"}));
+    EXPECT_EQ(one_.Last("gauge")["lamps"], Json({{"lamp", false}}));
+    EXPECT_EQ(one_.Last("values")["values"]["none"], Json());
+    EXPECT_TRUE(one_.pictures.empty());
+    one_.messages.clear();
+    EXPECT_TRUE(Say(two_, R"({"t":"press","gauge":"PROBE","key":"#2"})"));
+    EXPECT_TRUE(Say(two_, R"({"t":"press","gauge":"PROBE","key":"#1"})"));
+    Frames(1);
+    EXPECT_EQ(one_.Last("events")["events"][0]["name"], "HEADING_BUG_INC");
+    EXPECT_EQ(one_.Last("values")["values"].size(), 1U);
+    EXPECT_EQ(one_.Last("gauge")["lamps"]["lamp"], true);
+    one_.messages.clear();
+    Frames(1);
+    EXPECT_TRUE(one_.Last("events").is_null());
+    EXPECT_TRUE(one_.Last("values").is_null());
+    EXPECT_TRUE(Say(one_, R"({"t":"subscribe"})"));
+    one_.messages.clear();
+    Frames(4);
+    EXPECT_TRUE(one_.Last("gauge").is_null());
+}
+
+TEST_F(AudienceTest, WhoOnlyLooksTouchesNothing) {
+    one_.watcher.mayTouch = false;
+    for (const char* text :
+         {R"({"t":"down","w":0,"x":13,"y":25})", R"({"t":"pause","on":true})",
+          R"({"t":"press","gauge":"PROBE","key":"#1"})", R"({"t":"radio","nav1":110})",
+          R"({"t":"key","scan":30,"vk":65,"down":true})", R"({"t":"toggle","ident":4001})",
+          R"({"t":"wheel","w":0,"x":13,"y":25,"up":true})", R"({"t":"rate","v":4})",
+          R"({"t":"event","number":65879,"value":0})", R"({"t":"situation","v":0})",
+          R"({"t":"set","altitude":9000})", R"({"t":"turn","gauge":"PROBE","key":"#1","steps":1})",
+          R"({"t":"hold","gauge":"PROBE","key":"#1"})"}) {
+        one_.messages.clear();
+        EXPECT_TRUE(Say(one_, text)) << text;
+        EXPECT_EQ(one_.Last("error")["problem"], "look only") << text;
+    }
+    EXPECT_TRUE(Clicks().empty());
+    EXPECT_TRUE(session_.Status().lastEvents.empty());
+    EXPECT_FALSE(audience_.touched);
+    one_.messages.clear();
+    EXPECT_TRUE(Say(one_, R"({"t":"watch","windows":[0]})"));
+    EXPECT_TRUE(Say(one_, R"({"t":"subscribe","gauges":["PROBE"]})"));
+    Frames(2);
+    EXPECT_EQ(one_.pictures.size(), 1U);
+    EXPECT_TRUE(one_.Last("error").is_null());
+}
+
+TEST_F(AudienceTest, PlainRequestsAnswerAndAct) {
+    struct Row {
+        const char* method;
+        const char* path;
+        const char* body;
+        bool mayTouch;
+        unsigned status;
+        const char* holds;
+    };
+    const Row rows[] = {
+        {"GET", "gauges", "", true, 200, R"({"gauge":"PROBE","title":"PROBE"})"},
+        {"GET", "gauges/Probe", "", false, 200, R"("key":"LINE KEY 1")"},
+        {"GET", "gauges/Probe", "", false, 200, R"("lines":["drawn)"},
+        {"GET", "gauges/NONE", "", true, 404, "no such gauge"},
+        {"GET", "status", "", false, 200, R"("t":"status")"},
+        {"GET", "variables/107", "", false, 200, R"("name":"#107")"},
+        {"GET", "variables/#107", "", false, 200, R"("value":)"},
+        {"GET", "variables/none", "", false, 404, "no such variable"},
+        {"GET", "variables/999999999999", "", false, 404, "no such variable"},
+        {"GET", "do", "", true, 404, "no such address"},
+        {"POST", "gauges", "", true, 404, "only"},
+        {"POST", "do", R"({"t":"pause","on":true})", false, 403, "look only"},
+        {"POST", "do", R"({"t":"pause","on":true})", true, 200, "done"},
+        {"POST", "do", R"({"t":"radio","nav1":110.95,"nav2":108.1,"adf":1234,"course2":7})", true,
+         200, "done"},
+        {"POST", "do", R"({"t":"press","gauge":"PROBE","key":"x"})", true, 409, "no key"},
+        {"POST", "do", R"({"t":"painted","w":0})", true, 400, "WebSocket"},
+        {"POST", "do", R"({"t":"wheel","w":1000,"x":1,"y":1,"up":true})", true, 409, "no such"},
+        {"POST", "do", "{", true, 400, "not a JSON object"},
+        {"POST", "do", R"({"t":"turn","gauge":"A","key":"B","steps":51})", true, 400, "steps"}};
+    for (const Row& row : rows) {
+        const ApiReply reply =
+            AnswerApi(audience_, row.method, row.path, row.body, row.mayTouch, nowS_);
+        EXPECT_EQ(reply.status, row.status) << row.path << row.body;
+        EXPECT_THAT(reply.json, testing::HasSubstr(row.holds)) << row.path << row.body;
+    }
+    const SessionStatus status = session_.Status();
+    EXPECT_TRUE(status.paused);
+    EXPECT_THAT((std::array{status.nav1.frequencyMhz, status.nav2.frequencyMhz,
+                            status.adf.frequencyMhz * 1000}),
+                testing::Pointwise(testing::DoubleNear(1e-6), {110.95, 108.1, 1234.0}));
+}
+
 TEST_F(AudienceTest, WindowsThatOpenAreTold) {
     ASSERT_TRUE(Say(one_, R"({"t":"toggle","ident":4001})"));
     Frames(1);

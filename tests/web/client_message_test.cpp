@@ -47,6 +47,12 @@ TEST(ClientMessage, BadOnesAreRefusedWithAReason) {
          {R"({"t":"rate","v":65})", R"({"t":"rate","v":null})", R"({"t":"situation","v":-1})",
           R"({"t":"situation","v":99})"}},
         {"field down", {R"({"t":"key","scan":1,"vk":1,"down":1})"}},
+        {"field key",
+         {R"({"t":"press","gauge":"A","key":""})", R"({"t":"press","gauge":"A","key":1})"}},
+        {"field gauge", {R"({"t":"press","key":"B","gauge":["A"]})"}},
+        {"field gauges",
+         {R"({"t":"subscribe","gauges":"A"})", R"({"t":"subscribe","gauges":[""]})"}},
+        {"field nav1", {R"({"t":"radio","nav1":118})"}},
         {"together", {R"({"t":"set","latitude":10})"}},
         {"field heading", {R"({"t":"set","heading":361})"}},
         {"field number", {R"({"t":"event","number":4294967296,"value":0})"}},
@@ -75,6 +81,19 @@ TEST(ClientMessage, LengthIsBounded) {
         list += ",0";
     }
     EXPECT_EQ(ParseClientMessage(list + "]}").action, ClientAction::Bad);
+    const auto press = [](std::size_t characters) {
+        return ParseClientMessage(R"({"t":"press","key":"A","gauge":")" +
+                                  std::string(characters, 'x') + "\"}")
+            .action;
+    };
+    EXPECT_EQ(press(kMaxNameCharacters), ClientAction::PressKey);
+    EXPECT_EQ(press(kMaxNameCharacters + 1), ClientAction::Bad);
+    std::string names = R"({"t":"subscribe","variables":["a")";
+    for (std::size_t i = 1; i < kMaxNames; ++i) {
+        names += ",\"b\"";
+    }
+    EXPECT_EQ(ParseClientMessage(names + "]}").variables.size(), kMaxNames);
+    EXPECT_EQ(ParseClientMessage(names + ",\"c\"]}").action, ClientAction::Bad);
 }
 
 }  // namespace
