@@ -74,7 +74,7 @@ test('a key works from the keyboard alone and has a name', async () => {
     if (await page.evaluate(() => document.activeElement.dataset.label === 'FPLN')) break;
   }
   const name = await page.evaluate(() => document.activeElement.getAttribute('aria-label'));
-  assert.equal(name, 'FPLN, MCU');
+  assert.equal(name, 'FPLN, Compact Unit');
   await clickUntilChanged(page, () => page.keyboard.press('Enter'));
   await page.focus(unitKey('TO'));
   await clickUntilChanged(page, () => page.keyboard.press(' '));
