@@ -10,6 +10,7 @@ namespace {
 constexpr std::uint64_t kDrawFrames = 2;  // drawn and sent every second frame
 constexpr std::uint64_t kTextFrames = 6;
 constexpr std::uint64_t kAreaFrames = 50;
+constexpr double kJustWanted = 0;      // from the next frame's time on
 constexpr double kKeptUnwatchedS = 5;  // a page loaded anew finds its pictures still there
 
 bool IsWatched(const std::shared_ptr<Feed>& feed) {
@@ -60,13 +61,14 @@ void RefreshAreas(Audience& audience, Feed& feed) {
 
 void ForgetUnwatched(Audience& audience, double nowS) {
     std::erase_if(audience.feeds, [&](const std::shared_ptr<Feed>& feed) {
-        if (IsWatched(feed)) {
+        if (IsWatched(feed) || feed->wantedS <= kJustWanted) {
             feed->wantedS = nowS;
             return false;
         }
         const bool old = nowS - feed->wantedS > kKeptUnwatchedS;
         const auto sharesView = [&feed](const std::shared_ptr<Feed>& other) {
-            return other != feed && other->view == feed->view;
+            // Those moved up already have left nothing behind.
+            return other && other != feed && other->view == feed->view;
         };
         if (old && std::none_of(audience.feeds.begin(), audience.feeds.end(), sharesView)) {
             audience.session->Release(feed->view);
@@ -80,6 +82,7 @@ void ForgetUnwatched(Audience& audience, double nowS) {
 std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale) {
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
         if (feed->display == display && feed->scale == scale) {
+            feed->wantedS = kJustWanted;
             return feed;
         }
     }

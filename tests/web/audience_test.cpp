@@ -192,6 +192,10 @@ TEST_F(AudienceTest, GaugesAndKeysAreReachedByName) {
     EXPECT_EQ(session_.Status().autopilot.headingBugMag, bug + 2)
         << "clicks where no wheel is taken";
     EXPECT_TRUE(one_.Last("error").is_null());
+    Frames(100);
+    EXPECT_EQ(audience_.feeds.size(), 1U) << "kept for the next key";
+    Frames(50);
+    EXPECT_TRUE(audience_.feeds.empty());
     for (const char* text : {R"({"t":"press","gauge":"NONE","key":"A"})",
                              R"({"t":"press","gauge":"PROBE","key":"#3"})",
                              R"({"t":"subscribe","gauges":["NONE"]})"}) {
