@@ -103,9 +103,9 @@ test('who may only look touches nothing', async () => {
 test('on a network a program pairs once, also for the next start', async () => {
   const open = (extra = []) => startHost({ extra: ['--cold', '--listen', '0.0.0.0', ...extra] });
   let network = await open();
+  await until(network.said, (text) => text.includes('\u2588'), 'the codes, one as a QR code');
   const [, code] = /Pairing code: ([\d-]+)/.exec(network.said());
   const [, look] = /To look only: ([\d-]+)/.exec(network.said());
-  assert.match(network.said(), /\u2588/, 'a QR code');
   const { port } = network;
   assert.equal((await ask('/api/1/gauges', { port })).status, 401);
   assert.equal((await ask('/api/1/pair', { port, body: '0000' })).status, 403);
