@@ -28,7 +28,8 @@ export function listDisplays(root, displays) {
     });
     const link = document.createElement('a');
     link.href = `/show/${encodeURIComponent(name)}`;
-    link.textContent = gauge && title !== name ? `${name} \u2013 ${title}` : title;
+    const isNamed = title.replaceAll(' ', '_') !== name;
+    link.textContent = !gauge ? title : isNamed ? `${name} \u2013 ${title}` : name;
     item.append(mark, link);
     return item;
   }
