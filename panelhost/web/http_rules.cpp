@@ -25,7 +25,7 @@ void AddSecurityHeaders(std::string_view host, PageReply& reply) {
                                  "; manifest-src 'self'; base-uri 'none'; form-action 'self'; "
                                  "frame-ancestors 'none'"});
     reply.headers.push_back({"X-Content-Type-Options", "nosniff"});
-    reply.headers.push_back({"Referrer-Policy", "no-referrer"});
+    reply.headers.push_back({"Referrer-Policy", "same-origin"});
     reply.headers.push_back({"Cross-Origin-Resource-Policy", "same-origin"});
     reply.headers.push_back({"Cache-Control", "no-store"});
 }

@@ -1,5 +1,8 @@
 // Displays on screens of their own, in a real browser: sharp, alone, and nobody else's business.
 import assert from 'node:assert/strict';
+import { mkdtempSync, rmSync } from 'node:fs';
+import os from 'node:os';
+import path from 'node:path';
 import { after, before, test } from 'node:test';
 
 import { launchBrowser, startHost, until } from './support.mjs';
@@ -137,4 +140,29 @@ test('brightness, a dim page and larger text are kept', async () => {
   await page.waitForSelector('canvas');
   assert.deepEqual(await look(), { bright: 'brightness(0.4)', night: true, text: '20px' });
   await close();
+});
+
+test('a camera that reads the code pairs, and the page asked for is shown', async () => {
+  const state = mkdtempSync(path.join(os.tmpdir(), 'avq1-state-'));
+  process.env.XDG_STATE_HOME = state; // pairings of this test only
+  const network = await startHost({ extra: ['--cold', '--listen', '0.0.0.0'] });
+  try {
+    await until(network.said, (text) => text.includes('To look only'), 'the codes');
+    const code = /Pairing code: ([\d-]+)/.exec(network.said())[1].replace('-', '');
+    const context = await browser.newContext({ viewport: { width: 800, height: 600 } });
+    const page = await context.newPage();
+    await page.goto(`${network.url}show/EFS50_EADI`);
+    await page.waitForSelector('#code');
+    await page.fill('#code', '00000000');
+    await page.press('#code', 'Enter');
+    await page.waitForSelector('text=That is not a code');
+    await page.goto(`${network.url}show/EFS50_EADI#${code}`);
+    await page.waitForSelector('canvas');
+    assert.equal(new URL(page.url()).pathname, '/show/EFS50_EADI');
+    await context.close();
+  } finally {
+    await network.stop();
+    delete process.env.XDG_STATE_HOME;
+    rmSync(state, { recursive: true });
+  }
 });
