@@ -4,6 +4,7 @@ import { makePlot, thousands } from '/plot.js';
 
 const kWords = 12;
 const kLongestTable = 300;
+const kFlown = ['Climb', 'Cruise', 'Descent', 'Approach']; // named first where there is little room
 const kCells = ['time', 'segment', 'waypoint', 'altitude', 'vertical', 'indicated', 'airspeed',
   'groundSpeed', 'flow', 'fuel'];
 
@@ -68,7 +69,9 @@ function drawLog(board, records) {
   board.axisBeside(speeds, 'second', 'kt');
   board.axisBelow(x, (minutes) =>
     `${Math.floor(minutes / 60)}:${String(Math.round(minutes) % 60).padStart(2, '0')}`);
-  board.marks(records.filter((record, i) => i === 0 || record.segment !== records[i - 1].segment)
+  const phases = records.filter((record, i) => i === 0 || record.segment !== records[i - 1].segment);
+  const order = ({ segment }) => (kFlown.includes(segment) ? 0 : 1);
+  board.marks(phases.sort((a, b) => order(a) - order(b) || a.seconds - b.seconds)
     .map((record) => [record.seconds / 60, record.segment.replace('_', ' ')]), x);
   board.line(records.map((r) => [r.seconds / 60, r.groundSpeed]), x, speeds, 'second');
   board.line(records.map((r) => [r.seconds / 60, r.altitude]), x, altitudes, 'first');

@@ -60,11 +60,14 @@ function makeBoard(svg, width) {
       const taken = [];
       for (const [value, word] of list) {
         const at = x.at(value);
-        const end = at + word.length * kLetterWidth + 8;
+        const length = word.length * kLetterWidth + 8;
+        const before = at + length > right; // the word stands before its mark
+        const [start, end] = before ? [at - length, at] : [at, at + length];
         add('line', { class: 'mark', x1: at, x2: at, y1: top, y2: bottom });
-        if (end > right || taken.some(([from, to]) => at < to && from < end)) continue;
-        add('text', { x: at + 2, y: top - 10 }, word);
-        taken.push([at, end]);
+        if (start < left || taken.some(([from, to]) => start < to && from < end)) continue;
+        add('text', { x: before ? at - 2 : at + 2, y: top - 10,
+          'text-anchor': before ? 'end' : 'start' }, word);
+        taken.push([start, end]);
       }
     },
   };
