@@ -36,10 +36,10 @@ TEST(LevelRule, GivesTheLevelsOfTheCourse) {
         double westbound;
         double eastbound;
     } rows[] = {{35000, 34000, 35000}, {34000, 34000, 33000}, {41000, 40000, 41000},
-                {42000, 43000, 45000}, {44000, 43000, 45000}, {46999, 43000, 45000},
-                {47000, 47000, 45000}, {49000, 47000, 49000}, {51000, 51000, 49000},
-                {53000, 51000, 53000}, {55000, 55000, 53000}, {57000, 55000, 57000},
-                {60000, 55000, 57000}};
+                {41999, 40999, 41999}, {42000, 43000, 45000}, {44000, 43000, 45000},
+                {46999, 43000, 45000}, {47000, 47000, 45000}, {49000, 47000, 49000},
+                {51000, 51000, 49000}, {53000, 51000, 53000}, {55000, 55000, 53000},
+                {57000, 55000, 57000}, {60000, 55000, 57000}};
     for (const auto& row : rows) {
         EXPECT_EQ(ApplyLevelRule(row.altitude, 180), row.westbound) << row.altitude;
         EXPECT_EQ(ApplyLevelRule(row.altitude, 360), row.westbound) << row.altitude;
@@ -275,6 +275,52 @@ TEST_F(VnavTest, RestrictionsAboveOrBelowAreTargetsWhereThePathViolatesThem) {
         activePlan.Edit(1).ataText = "12:34";
         ReplanChangedRoute();
         EXPECT_EQ(planBook.verticalTargetIndex, row.target ? 4 : 5);
+        activePlan.Edit(4).altitudeConstraint = kCrossAt;
+        ReplanChangedRoute();
+        EXPECT_EQ(planBook.verticalTargetIndex, 4);
+    }
+}
+
+TEST_F(VnavTest, ThePilotIsAdvisedOnce) {
+    const struct {
+        const char* message;
+        void (*change)();
+        int said;
+    } rows[] = {
+        {"RESET AP ALT", [] { vnav.distanceToTarget = 9.9; }, 1},
+        {"RESET AP ALT", [] { vnav.distanceToTarget = 10; }, 0},
+        {"RESET AP ALT", [] { vnav.distanceToTarget = 9, settings.VnavSetAlts = 1; }, 0},
+        {"RESET AP ALT", [] { vnav.distanceToTarget = 9, guidance.vnavEngaged = 0; }, 0},
+        {"UNABLE NEXT ALT", [] { vnav.descentActive = vnav.targetIsEntry = 1; }, 1},
+        {"UNABLE NEXT ALT", [] { vnav.descentActive = 1, vnav.targetIsEntry = 0; }, 0},
+        {"UNABLE NEXT ALT", [] { vnav.targetIsEntry = 1; }, 0},
+        {"UNABLE NEXT ALT",
+         [] { vnav.descentActive = vnav.targetIsEntry = 1, vnav.requiredFpm = 3000; }, 0},
+        {"UNABLE NEXT ALT",
+         [] { vnav.descentActive = vnav.targetIsEntry = 1, vnav.targetAltitude = 29700; }, 0},
+        {"DECELERATE", [] { guidance.distanceToGoNm = 4.9; }, 1},
+        {"DECELERATE", [] { guidance.distanceToGoNm = 5; }, 0},
+        {"DECELERATE", [] { guidance.distanceToGoNm = 4, vnav.topOfClimbReached = 0; }, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.message);
+        ResetModuleState();
+        MakePlan({0, 0, 0, 0, 0, 0});
+        SetCrossing(activePlan, 1, {.speedKt = 200});
+        aircraft.altitudeFt = 30000;
+        aircraft.indicatedAirspeedKt = 250;
+        guidance.distanceToGoNm = 40;
+        guidance.vnavEngaged = vnav.topOfClimbReached = 1;
+        settings.VnavSetAlts = 0;
+        vnav.distanceToTarget = 50;
+        vnav.requiredFpm = 3001;
+        vnav.targetAltitude = 20000;
+        row.change();
+        const int before = messages.count;
+        AdvisePilot();
+        AdvisePilot();
+        EXPECT_EQ(messages.count - before, row.said);
+        EXPECT_TRUE(row.said == 0 || messages.lines[messages.count] == row.message);
     }
 }
 
