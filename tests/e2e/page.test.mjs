@@ -205,6 +205,47 @@ test('the flight log and the vertical profile are drawn, told in words and fit a
   }
 });
 
+test('Pause clicked twice goes on, and an unusual rate is shown', async () => {
+  const { page, close } = await openPage();
+  const reading = () => page.locator('[data-reading="Flight time"]').innerText();
+  await page.dblclick('#pause');
+  const then = await reading();
+  await until(reading, (text) => text !== then, 'time goes on');
+  assert.equal(await page.getAttribute('#pause', 'aria-pressed'), 'false');
+  const port = new URL(host.url).port;
+  await fetch(`http://127.0.0.1:${port}/api/1/do`, { method: 'POST', body: '{"t":"rate","v":3}' });
+  await until(() => page.innerText('#otherRate'), (text) => text === '×3', 'the rate');
+  await page.click('#rates button:first-child');
+  await until(() => page.locator('#otherRate').textContent(), (text) => text === '', 'a usual one');
+  await close();
+});
+
+test('a pop-up stays within reach, hands the focus on, and its keys take a finger', async () => {
+  const { page, close } = await openPage();
+  const entry = page.locator('#windowList button', { hasText: 'Compact Unit' });
+  const popUp = page.locator('.window[data-ident="4001"]');
+  await entry.click();
+  await popUp.waitFor({ state: 'visible' });
+  const bar = await popUp.locator('.bar').boundingBox();
+  await page.mouse.move(bar.x + 40, bar.y + 10);
+  await page.mouse.down();
+  await page.mouse.move(-3000, -3000, { steps: 4 });
+  await page.mouse.up();
+  const desk = await page.locator('#desk').boundingBox();
+  const moved = await popUp.locator('.bar').boundingBox();
+  assert.ok(moved.x + moved.width >= desk.x + 60 && moved.y >= desk.y - 1, JSON.stringify(moved));
+  await popUp.locator('.close').focus();
+  await page.keyboard.press('Enter');
+  await popUp.waitFor({ state: 'hidden' });
+  assert.equal(await page.evaluate(() => document.activeElement.textContent), 'Compact Unit');
+  await close();
+  const phone = await openPage({ viewport: { width: 390, height: 844 }, hasTouch: true, isMobile: true });
+  const small = await phone.page.$$eval('.key', (keys) => keys.map((key) => key.getBoundingClientRect())
+    .filter(({ width, height }) => width > 0 && (width < 23.9 || height < 23.9)).length);
+  assert.equal(small, 0);
+  await phone.close();
+});
+
 test('the keyboard reaches the panel only when asked for', async () => {
   const { page, close } = await openPage();
   const sent = [];
