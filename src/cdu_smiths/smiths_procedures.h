@@ -104,9 +104,10 @@ constexpr FieldRow SmithsPickField(std::int32_t row, bool right) {
 // Both pages have the same keys.
 inline constexpr std::array<FieldRow, 14> kSmithsPickFields = [] {
     std::array<FieldRow, 14> fields{};
-    for (std::int32_t row = 0; row < kPickRows; ++row) {
-        fields[static_cast<std::size_t>(row)] = SmithsPickField(row, false);
-        fields[static_cast<std::size_t>(row + kPickRows)] = SmithsPickField(row, true);
+    for (std::size_t row = 0; row < kPickRows; ++row) {
+        const auto number = static_cast<std::int32_t>(row);
+        fields[row] = SmithsPickField(number, false);
+        fields[row + kPickRows] = SmithsPickField(number, true);
     }
     fields[10] = SmithsSeparatorRow();
     fields[11] =
