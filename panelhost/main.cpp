@@ -103,10 +103,11 @@ int ObeyFolderScripts(Session& session, const ProgramOptions& options, bool& qui
     struct FolderScript {
         const char* name;
         bool wanted;
+        bool places;
     };
     const FolderScript scripts[] = {
-        {"start.script", !options.hasPosition},
-        {"autostart.script", !options.cold && options.scriptPath.empty()}};
+        {"start.script", !options.hasPosition, true},
+        {"autostart.script", !options.cold && options.scriptPath.empty(), false}};
     for (const FolderScript& script : scripts) {
         const std::string path = panelhost::FindFileNoCase(".", script.name);
         std::string text;
@@ -115,6 +116,10 @@ int ObeyFolderScripts(Session& session, const ProgramOptions& options, bool& qui
         }
         if (ObeyScript(session, options, script.name, text, quit) != 0) {
             return 1;
+        }
+        if (options.session.start.onGround && script.places) {
+            session.SetAltitude(0);  // at the place the script chose
+            session.SetIndicatedAirspeed(0);
         }
     }
     return 0;

@@ -16,8 +16,8 @@ namespace avq1 {
 
 // What the pilot has excluded from the radio position.
 struct NavOptions {
-    std::array<std::string, 2> inhibitedDme;  // identifiers; empty = none
-    std::array<std::string, 2> inhibitedVor;
+    std::array<std::string, 2> inhibitedDme = {};  // identifiers; empty = none
+    std::array<std::string, 2> inhibitedVor = {};
     bool dmeUpdate = true;
     bool vorUpdate = true;
 };

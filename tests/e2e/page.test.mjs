@@ -183,8 +183,8 @@ test('the flight log and the vertical profile are drawn, told in words and fit a
     assert.equal(await page.locator('#log tbody tr').count(), 0);
     const press = (label) => page.locator(unitKey(label)).press('Enter');
     await clickUntilChanged(page, () => press('FPLN'));
-    await until(async () => { await press('ENTER'); return page.locator('#log tbody tr').count(); },
-      (count) => count > 0, 'a first record');
+    await clickUntilChanged(page, () => press('ENTER'));
+    await until(() => page.locator('#log tbody tr').count(), (count) => count > 0, 'a first record');
     assert.match(await page.locator('#log tbody tr').last().innerText(), /^00:00:00\s+InitLoad/);
     assert.match(await page.innerText('#logSummary'), /^KBOS-KBUF: .* ft, .* kt over ground; highest/);
     await until(() => page.innerText('#profileSummary'), (text) => /^Climb, VNAV is off: level at .* towards 32 000 ft\. Next: T\/C in /
