@@ -22,17 +22,17 @@ namespace avq1 {
 // What the pages set before a build. A number is the procedure's place in its airport's table,
 // from 1; 0 = none.
 struct ProcedureChoice {
-    std::string airport;  // whose procedures are being chosen
+    std::string airport = {};  // whose procedures are being chosen
     std::int32_t sidNumber = 0;
-    std::string sidName;
+    std::string sidName = {};
     std::string sidTransition{kNoChoice};
     std::string departureRunway{kNoChoice};
     std::int32_t starNumber = 0;
-    std::string starName;
+    std::string starName = {};
     std::string starTransition{kNoChoice};
     std::string arrivalRunway{kNoChoice};
-    std::string approachType;
-    std::string approachTransition;
+    std::string approachType = {};
+    std::string approachTransition = {};
 };
 
 extern ProcedureChoice procedureChoice;
