@@ -65,7 +65,7 @@ test('several stand side by side, and a screen gets the pixels it has', async ()
 
 test('a display of its own leaves the other screens as they are', async () => {
   const desk = await openShow('');
-  const kAttitude = '.texts [data-gauge="EFS50_EADI"]';
+  const kAttitude = '.window[data-ident="0"] .texts [data-gauge="EFS50_EADI"]';
   const attitude = () => desk.page.locator(kAttitude).innerText({ timeout: 2000 }).catch(() => '');
   await until(attitude, (text) => text.length > 10, 'the panel shows its attitude display');
   const { page, close } = await openShow('show/4005'); // its pop-up window, on its own
