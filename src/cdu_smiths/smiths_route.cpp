@@ -3,7 +3,7 @@
 #include "base/module_state.h"
 #include "base/redraw.h"
 #include "cdu_smiths/smiths_pages.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "flightplan/plan_moves.h"

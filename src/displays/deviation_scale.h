@@ -4,7 +4,7 @@
 // Design pixels; positions are of a scale's centre.
 #pragma once
 
-#include "displays/text_boxes.h"
+#include "displays/map/text_boxes.h"
 #include "drawing/surface.h"
 
 namespace avq1 {

@@ -1,6 +1,6 @@
 #include "displays/shown_values.h"
 
-#include "displays/map_compass.h"
+#include "displays/map/map_compass.h"
 #include "guidance/predictions.h"
 
 namespace avq1 {

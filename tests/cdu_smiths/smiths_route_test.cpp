@@ -4,7 +4,7 @@
 #include "cdu_smiths/fake_smiths.h"
 #include "cdu_smiths/smiths_pages.h"
 #include "cdu_smiths/smiths_route.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/procedures.h"

@@ -1,12 +1,12 @@
 // The airspace layer, read back from the texts and lines it draws.
-#include "displays/boundaries.h"
+#include "displays/map/boundaries.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <tuple>
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "navdb/boundaries.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"

@@ -1,5 +1,5 @@
 // The attitude display, read back from its picture and from the texts it draws.
-#include "displays/eadi.h"
+#include "displays/eadi/eadi.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <tuple>
 #include <utility>
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "drawing/palette.h"
 #include "guidance/guidance_state.h"
 #include "settings/settings.h"

@@ -1,5 +1,5 @@
 // The EHSI, read back from its picture and from the texts it draws.
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 
 #include <gtest/gtest.h>
 

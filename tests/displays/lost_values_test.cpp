@@ -5,10 +5,10 @@
 #include <functional>
 #include <string>
 
-#include "displays/eadi.h"
-#include "displays/ehsi.h"
-#include "displays/nd.h"
-#include "displays/nd_panel.h"
+#include "displays/eadi/eadi.h"
+#include "displays/ehsi/ehsi.h"
+#include "displays/nd/nd.h"
+#include "displays/nd/nd_panel.h"
 #include "guidance/guidance_state.h"
 #include "navdb/boundaries.h"
 #include "settings/settings.h"

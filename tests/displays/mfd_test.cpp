@@ -9,8 +9,8 @@
 #include <type_traits>
 #include <utility>
 
-#include "displays/ehsi.h"
-#include "displays/nd_panel.h"
+#include "displays/ehsi/ehsi.h"
+#include "displays/nd/nd_panel.h"
 #include "drawing/palette.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/plan_airports.h"

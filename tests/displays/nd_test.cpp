@@ -1,6 +1,6 @@
 // The navigation display and the layers it shares with the EHSI's map, read back from their
 // pictures and from the texts they draw.
-#include "displays/nd.h"
+#include "displays/nd/nd.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,8 @@
 #include <string>
 #include <tuple>
 
-#include "displays/ehsi.h"
-#include "displays/nd_panel.h"
+#include "displays/ehsi/ehsi.h"
+#include "displays/nd/nd_panel.h"
 #include "drawing/palette.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"

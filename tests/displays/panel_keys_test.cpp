@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "displays/mfd/mfd.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "support/display_checks.h"

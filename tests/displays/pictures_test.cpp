@@ -15,11 +15,11 @@
 #include <utility>
 #include <vector>
 
-#include "displays/eadi.h"
-#include "displays/ehsi.h"
+#include "displays/eadi/eadi.h"
+#include "displays/ehsi/ehsi.h"
 #include "displays/mfd/mfd.h"
-#include "displays/nd.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd.h"
+#include "displays/nd/nd_panel.h"
 #include "displays/traffic/tcas.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "displays/ehsi.h"
-#include "displays/nd.h"
-#include "displays/nd_panel.h"
+#include "displays/ehsi/ehsi.h"
+#include "displays/nd/nd.h"
+#include "displays/nd/nd_panel.h"
 #include "displays/traffic/tcas.h"
 #include "drawing/palette.h"
 #include "settings/settings.h"

@@ -11,7 +11,7 @@
 #include "base/module_state.h"
 #include "base/sim_folder.h"
 #include "cdu_gns/mcu.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/plan_files.h"
 #include "guidance/guidance_state.h"

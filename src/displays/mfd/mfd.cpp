@@ -1,8 +1,9 @@
 #include "displays/mfd/mfd.h"
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
+#include "displays/layers.h"
 #include "displays/mfd/mfd_picture.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "drawing/palette.h"
 #include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
@@ -15,68 +16,52 @@ constexpr std::int32_t kBlankFrames = 2;  // at the start of the refresh cycle
 constexpr double kMostAirportsRange = 80;
 
 // ---- when a layer shows ----
-bool Always() {
-    return true;
-}
-bool WithBoundaries() {
+bool WithBoundaries(const MfdPicture&) {
     return ehsi.mapOverlayOn == 1;
 }
-bool WithPattern() {
+bool WithPattern(const MfdPicture&) {
     return planAirports.patternRunwayOffset != kNoPatternRunway;
 }
-bool WithStations() {
+bool WithStations(const MfdPicture&) {
     return mfd.mfdLayerB == 1;
 }
-bool WithAirports() {
+bool WithAirports(const MfdPicture&) {
     return mfd.mfdLayerA == 1 && mfd.mfdMapRange <= kMostAirportsRange;
 }
-bool WithDistanceRing() {
+bool WithDistanceRing(const MfdPicture&) {
     return mfd.mfdMenuLevel == kMfdSettingLevel && mfd.mfdSelA == 2;
 }
-bool WithTraffic() {
+bool WithTraffic(const MfdPicture&) {
     return nd.showTraffic == 1;
 }
 
-// ---- the layers, back to front ----
-struct Layer {
-    bool (*shows)();
-    bool clipped;  // to the map
-    void (*draw)(MfdPicture& picture);
-};
-
-constexpr Layer kLayers[] = {
-    {Always, false, ClaimMfdPlaces},
-    {Always, true, DrawMfdRangeRing},
-    {WithBoundaries, false, DrawMfdBoundaries},
-    {WithPattern, true, DrawMfdRunwayPattern},
-    {Always, true, DrawMfdRoute},
-    {WithStations, false, DrawMfdStations},
-    {WithAirports, false, DrawMfdAirports},
-    {WithDistanceRing, true, DrawMfdDistanceRing},
-    {Always, false, DrawMfdRouteNames},
-    {WithBoundaries, false, DrawMfdBoundaryNames},
-    {Always, false, DrawMfdOtherNames},
-    {Always, true, DrawMfdCompass},
-    {WithTraffic, true, DrawMfdTraffic},
-    {Always, true, DrawMfdOwnAircraft},
-    {Always, false, DrawMfdTexts},
-    {MfdShowsPage, false, DrawMfdPage},
-    {Always, false, DrawMfdSoftKeyLabels},
-};
-
-void DrawLayers(MfdPicture& picture) {
-    for (const Layer& layer : kLayers) {
-        if (!layer.shows()) {
-            continue;
-        }
-        picture.canvas.SaveState();
-        if (layer.clipped) {
-            ClipToMap(FrameOf(picture, picture.rangeNm));
-        }
-        layer.draw(picture);
-        picture.canvas.RestoreState();
-    }
+bool WithPage(const MfdPicture& picture) {
+    return picture.showsPage;
 }
+
+void ToMap(MfdPicture& picture) {
+    ClipToMap(FrameOf(picture, picture.rangeNm));
+}
+
+constexpr DisplayLayer<MfdPicture> kLayers[] = {
+    {Always, nullptr, ClaimMfdPlaces},
+    {Always, ToMap, DrawMfdRangeRing},
+    {WithBoundaries, nullptr, DrawMfdBoundaries},
+    {WithPattern, ToMap, DrawMfdRunwayPattern},
+    {Always, ToMap, DrawMfdRoute},
+    {WithStations, nullptr, DrawMfdStations},
+    {WithAirports, nullptr, DrawMfdAirports},
+    {WithDistanceRing, ToMap, DrawMfdDistanceRing},
+    {Always, nullptr, DrawMfdRouteNames},
+    {WithBoundaries, nullptr, DrawMfdBoundaryNames},
+    {Always, nullptr, DrawMfdOtherNames},
+    {Always, ToMap, DrawMfdCompass},
+    {WithTraffic, ToMap, DrawMfdTraffic},
+    {Always, ToMap, DrawMfdOwnAircraft},
+    {Always, nullptr, DrawMfdTexts},
+    {WithPage, nullptr, DrawMfdPage},
+    {Always, nullptr, DrawMfdSoftKeyLabels},
+};
 
 MapView ViewNow() {
     const MfdMapPlace& map = mfd.map;
@@ -132,7 +117,7 @@ void DrawMfd(const DrawTarget& target) {
     MfdPicture picture{surface, surface.canvas(), RoseNow(), ViewNow(), MfdRangeInUse()};
     picture.hasWaypoint = HasActiveWaypoint();
     picture.showsPage = MfdShowsPage();
-    DrawLayers(picture);
+    DrawLayers(picture, kLayers);
 }
 
 }  // namespace avq1

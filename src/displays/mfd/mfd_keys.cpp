@@ -6,10 +6,10 @@
 
 #include "base/module_state.h"
 #include "base/panel_windows.h"
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "displays/mfd/mfd.h"
 #include "displays/mfd/mfd_speeds.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "displays/range_steps.h"
 #include "guidance/guidance_state.h"
 #include "settings/aircraft_performance.h"

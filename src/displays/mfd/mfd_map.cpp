@@ -2,7 +2,7 @@
 // other maps.
 #include <cmath>
 
-#include "displays/boundaries.h"
+#include "displays/map/boundaries.h"
 #include "displays/mfd/mfd_picture.h"
 #include "drawing/palette.h"
 #include "drawing/symbols.h"

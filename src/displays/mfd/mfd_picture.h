@@ -7,10 +7,10 @@
 
 #include <vector>
 
-#include "displays/map_compass.h"
-#include "displays/map_layers.h"
+#include "displays/map/map_compass.h"
+#include "displays/map/map_layers.h"
+#include "displays/map/text_boxes.h"
 #include "displays/mfd/mfd.h"
-#include "displays/text_boxes.h"
 #include "drawing/surface.h"
 
 namespace avq1 {

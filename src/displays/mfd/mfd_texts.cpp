@@ -8,10 +8,10 @@
 #include <span>
 #include <string_view>
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "displays/flag.h"
 #include "displays/mfd/mfd_picture.h"
-#include "displays/nd_panel.h"
+#include "displays/nd/nd_panel.h"
 #include "displays/shown_values.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "displays/ehsi.h"
+#include "displays/ehsi/ehsi.h"
 #include "displays/traffic/traffic_rose.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
