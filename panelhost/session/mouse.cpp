@@ -89,7 +89,8 @@ std::string LabelFor(const std::vector<KeyName>* names, const avq1::PixelBox& bo
 // The label of the smallest key that a point lies on.
 std::string LabelAt(const std::vector<KeyName>* names, int x, int y) {
     const KeyName* best = nullptr;
-    for (const KeyName& name : names != nullptr ? *names : std::vector<KeyName>{}) {
+    for (std::size_t i = 0; names != nullptr && i < names->size(); ++i) {
+        const KeyName& name = (*names)[i];
         const bool inside = Contains({name.x, name.y, name.width, name.height}, x, y);
         if (inside && (best == nullptr || name.width * name.height < best->width * best->height)) {
             best = &name;
