@@ -140,7 +140,9 @@ void OpenSmithsPage(SmithsPage page) {
 }
 
 void NoteSmithsPhase(const GuidanceReport& report) {
-    if (IsPhasePage(smiths.page)) {
+    const bool looksAhead =
+        report.event == GuidanceEvent::TopOfClimb && smiths.page == kSmithsDescent;
+    if (IsPhasePage(smiths.page) && !looksAhead) {
         smiths.page = report.event == GuidanceEvent::TopOfDescent ? kSmithsDescent : kSmithsCruise;
     }
 }

@@ -130,6 +130,7 @@ void ExecuteSmithsRoute() {
     if (!SmithsExecLit()) {
         return;
     }
+    RemovePlaceholders(modifiedPlan);  // the entry directed to keeps its number from here on
     if (modifiedPlan.lastIndex < kFirstWaypoint) {
         SaySmiths(TextOf(EntryResult::InvalidEntry));
         return;

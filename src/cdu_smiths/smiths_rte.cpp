@@ -251,24 +251,27 @@ EntryResult EnterTo(const FieldRow& field, std::string_view text) {
     }
     const FlightPlan& plan = SmithsPlan();
     const RoutePair* const way = WayAt(number);
-    if (way == nullptr || !IsPlaceholder(*way)) {
-        const std::int32_t first = way != nullptr ? way->firstIndex : start + 1;
-        const std::int32_t last = way != nullptr ? way->lastIndex : first;
-        const std::int32_t further = FindEntry(plan, text, last);
-        if (further == last) {
-            return EntryResult::Accepted;  // it leads there already
+    const bool isOpen = way != nullptr && IsPlaceholder(*way);
+    const std::int32_t first = way != nullptr ? way->firstIndex : start + 1;
+    const std::int32_t last = way != nullptr ? way->lastIndex : first;
+    const std::int32_t further = FindEntry(plan, text, last);
+    if (further == last) {
+        return EntryResult::Accepted;  // it leads there already
+    }
+    if (further != kNoWaypoint) {
+        // An airway still to be entered leads there if it can.
+        const std::string airway = isOpen ? plan.entries[first].via : "";
+        if (isOpen && AirwayPasses(airway, start) &&
+            EnterAirwayTo(start, airway, text, further - first) == EntryResult::Accepted) {
+            return EntryResult::Accepted;
         }
-        if (further != kNoWaypoint) {
-            return EditSmithsPlan(
-                       [&](FlightPlan& edited) { return LeadTo(edited, first, further); })
-                       ? EntryResult::Accepted
-                       : EntryResult::InvalidEntry;
-        }
+        return EditSmithsPlan([&](FlightPlan& edited) { return LeadTo(edited, first, further); })
+                   ? EntryResult::Accepted
+                   : EntryResult::InvalidEntry;
     }
     if (IsAlongAirway(way)) {
-        const std::string airway =
-            IsPlaceholder(*way) ? plan.entries[way->firstIndex].via : way->via;
-        return EnterAirwayTo(start, airway, text, way->lastIndex - way->firstIndex + 1);
+        const std::string airway = isOpen ? plan.entries[first].via : way->via;
+        return EnterAirwayTo(start, airway, text, last - first + 1);
     }
     SmithsSelection() = {&plan, start + 1};
     return TakeSmithsPoint(text, InsertWay);

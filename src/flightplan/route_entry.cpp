@@ -43,9 +43,6 @@ void ForgetArrivalChoice(FlightPlan& plan) {
     procedureChoice.arrivalRunway = nothing.arrivalRunway;
     procedureChoice.approachType.clear();
     procedureChoice.approachTransition.clear();
-    PlanProcedures& names = modifiedPlan.EditProcedures();
-    names.star = names.starTransition = names.arrivalRunway = "";
-    names.approach = names.approachTransition = "";
 }
 
 bool IsOfArrival(const PlanWaypoint& entry) {
@@ -64,6 +61,19 @@ std::int32_t ArrivalStart(const FlightPlan& plan) {
         --first;
     }
     return first;
+}
+
+// The entry that is flown, or that will be when the route is started.
+std::int32_t FirstFlown(const FlightPlan& plan) {
+    const std::int32_t flown = FlownIndex(plan);
+    return flown == kNoWaypoint ? kFirstWaypoint : flown;
+}
+
+// What is flown next is a place and no gap, unless the route ends there.
+void CloseGapBeforeMore(FlightPlan& plan, std::int32_t index) {
+    if (index < plan.lastIndex) {
+        CloseDiscontinuity(plan, index);
+    }
 }
 
 }  // namespace
@@ -139,10 +149,14 @@ bool RemoveElement(FlightPlan& plan, std::int32_t first, std::int32_t last) {
         return false;
     }
     const bool wasGap = IsDiscontinuity(plan.entries[first]);
+    const std::int32_t flown = FirstFlown(plan);
+    const bool wasFlown = first <= flown && flown <= last;
     ClosePlanEntries(plan, first, last + 1);
     const bool onTheWay = first > 1 && first < plan.lastIndex;
-    if (!wasGap && onTheWay && !IsDiscontinuity(plan.entries[first]) &&
-        !IsDiscontinuity(plan.entries[first - 1])) {
+    if (wasFlown && !wasGap) {
+        CloseGapBeforeMore(plan, first);
+    } else if (!wasGap && onTheWay && !IsDiscontinuity(plan.entries[first]) &&
+               !IsDiscontinuity(plan.entries[first - 1])) {
         OpenPlanEntry(plan, first);
         plan.Edit(first) = Discontinuity();
     }
@@ -162,12 +176,12 @@ bool DeleteLeg(FlightPlan& plan, std::int32_t index) {
     if (IsDiscontinuity(plan.entries[index])) {
         return CloseDiscontinuity(plan, index);
     }
-    const bool flown = FlownIndex(plan) == index;
+    const bool flown = FirstFlown(plan) == index;
     if (!DeleteWaypoint(plan, index, flown)) {
         return false;
     }
-    if (flown && index < plan.lastIndex && IsDiscontinuity(plan.entries[index])) {
-        CloseDiscontinuity(plan, index);
+    if (flown) {
+        CloseGapBeforeMore(plan, index);
     }
     return true;
 }

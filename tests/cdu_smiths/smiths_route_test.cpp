@@ -166,7 +166,11 @@ TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {
         {"KAAA ABCDE FLY J9 THEN KBBB", "=NEWPT R3", "KAAA ABCDE FLY J9 THEN KBBB",
          "INVALID ENTRY"},
         {"KAAA ABCDE FLY J9 THEN KBBB", "=FLY R3", "KAAA ABCDE FLY J9 THEN KBBB", "INVALID ENTRY"},
+        {"KAAA FLY J9 THEN LATER JTHR KBBB", "=JTHR R2", "KAAA FLY J9 JTWO J9 JTHR KBBB"},
+        {"KAAA FLY J9 THEN NEWPT KBBB", "=KBBB R2", "KAAA FLY KBBB"},
         {"KAAA ABCDE FLY J9 THEN KBBB", "DEL L3", "KAAA ABCDE FLY KBBB"},
+        {"KAAA FLY DISCO NEWPT KBBB", "DEL L1", "KAAA NEWPT KBBB"},  // no gap is flown to
+        {"KAAA FLY DISCO NEWPT KBBB", "LEGS DEL L1", "KAAA NEWPT KBBB"},
         {"KAAA ABCDE FLY J9 JTWO J9 JTHR KBBB", "=JTWO R3", "KAAA ABCDE FLY J9 JTWO KBBB"},
         {"KAAA ABCDE FLY LATER KBBB", "=LATER R1", "KAAA LATER KBBB"},
         {"KAAA ABCDE FLY LATER KBBB", "=KBBB R2", "KAAA ABCDE KBBB"},
@@ -443,6 +447,11 @@ TEST_F(SmithsRoute, ANewRouteMayBeginWithADirectLeg) {
     cdu.Press("RTE =KAAA L1 =KBBB R1 NEXT_PAGE =NEWPT R1 =LATER R2 R6 DIR_INTC L2 EXEC");
     EXPECT_EQ(Active(), "KAAA NEWPT DCT DIRECT >LATER KBBB");
     EXPECT_EQ(guidance.trackLeg, 0);
+    // an airway that was never completed is left out, and nothing is taken for what stood there
+    cdu.Press("RTE =KAAA L1 =KBBB R1 NEXT_PAGE =FLY R1 =J9 L2 =LATER R3 EXEC");
+    EXPECT_EQ(Active(), "KAAA >FLY LATER KBBB");
+    cdu.Press("RTE NEXT_PAGE =J9 L2 DIR_INTC =LATER L6 EXEC");
+    EXPECT_EQ(Active(), "KAAA FLY DCT DIRECT >LATER KBBB");
 }
 
 TEST_F(SmithsRoute, AnInterceptCourseLeadsIn) {

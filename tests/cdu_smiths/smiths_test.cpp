@@ -90,6 +90,7 @@ TEST_F(SmithsTest, ThePageOfThePhaseIsShown) {
         {kSmithsClimb, GuidanceEvent::TopOfDescent, kSmithsDescent},
         {kSmithsCruise, GuidanceEvent::TopOfDescent, kSmithsDescent},
         {kSmithsDescent, GuidanceEvent::BackToCruise, kSmithsCruise},
+        {kSmithsDescent, GuidanceEvent::TopOfClimb, kSmithsDescent},  // looked at ahead of time
         {kSmithsLegs, GuidanceEvent::TopOfDescent, kSmithsLegs},
     };
     for (const auto& row : kCases) {
