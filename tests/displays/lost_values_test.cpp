@@ -7,6 +7,7 @@
 
 #include "displays/eadi/eadi.h"
 #include "displays/ehsi/ehsi.h"
+#include "displays/mfd/mfd.h"
 #include "displays/nd/nd.h"
 #include "displays/nd/nd_panel.h"
 #include "guidance/guidance_state.h"
@@ -23,6 +24,7 @@ using test::Picture;
 
 constexpr CanvasSize kEfsDesign{266, 230};
 constexpr CanvasSize kNdDesign{244, 302};
+constexpr CanvasSize kMfdDesign{272, 314};
 
 struct Shown {
     const char* name;
@@ -48,6 +50,13 @@ const Shown kNdNav{"ND NAV", DrawNd, kNdDesign, [] {
                        nd.ndShowAdf = 1;
                    }};
 const Shown kNdMap{"ND map", DrawNd, kNdDesign, [] { nd.ndMode = 6; }};
+const Shown kMfdPath{"MFD vertical path", DrawMfd, kMfdDesign, [] {
+                         guidance.blinkCounter = 30;
+                         mfd.mfdPanelPresent = 1;
+                         mfd.mfdMenuLevel = kMfdSettingLevel;
+                         mfd.mfdValueA = 20;
+                         mfd.mfdValueB = 3000;
+                     }};
 
 struct Row {
     const Shown& display;
@@ -67,6 +76,7 @@ const Row kRows[] = {
     {kNdVor, 81, "HDG"},         {kNdVor, 40, "NAV FAIL"},  {kNdVor, 45, "CRS ---"},
     {kNdNav, 71, "NO POSITION"}, {kNdNav, 344, "---/---"},  {kNdNav, 39, "- - -"},
     {kNdMap, 72, "NO MAP"},      {kNdMap, 86, "TRK ---"},   {kNdMap, 71, "--.- NM"},
+    {kMfdPath, 74, "---- --"},   {kMfdPath, 343, "----"},
 };
 
 class LostValues : public test::DisplayTest {

@@ -261,6 +261,8 @@ TEST_F(Mfd, RequiredVerticalSpeedComesFromTheValuesOrTheAngle) {
     EXPECT_NEAR(mfd.mfdRequiredVs, -2450, 1e-9);
     performance.descentIas = 0;
     EXPECT_EQ(MfdRequiredVerticalSpeed(), 0);
+    Draw();
+    ExpectShown({"---- --"});
 }
 
 TEST_F(Mfd, ThePathPageComparesRequiredAndActual) {
@@ -312,6 +314,11 @@ TEST_F(Mfd, SpeedPagesShowTheAircraftsSpeedsAndTheKnobChangesThem) {
     performance.vr = 250;
     Key("SET", Half::Upper);
     EXPECT_EQ(performance.vr, 250);
+    performance.vr = 50;  // a light aircraft's
+    Key("SET", Half::Lower);
+    EXPECT_EQ(performance.vr, 50);
+    Key("SET", Half::Upper);
+    EXPECT_EQ(performance.vr, 51);
     Key("4");
     guidance.blinkCounter = 30;
     Draw();
@@ -402,11 +409,13 @@ TEST_F(Mfd, LayersStandAtTheRangeInUse) {
 
 TEST_F(Mfd, ShowsSpeedTrackWindAndTheNextWaypoint) {
     aircraft.headingMag = 0.4;
+    derived.trueAirspeedEstimateKt = 256.4;
     derived.driftDeg = 6;
     aircraft.windSpeedKt = 34;
     derived.windDirectionMag = 250;
     Draw();
-    ExpectShown({"GSPD", " 240", "TRK", "354", "250/34 ", "360", "NO ROUTE", "12.5"});
+    ExpectShown(
+        {"GSPD", " 240", "TAS", " 256", "TRK", "354", "250/34 ", "360", "NO ROUTE", "12.5"});
     test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WPONE", 5.0, 0.0}});
     planBook.activeIndex = 1;
     guidance.distanceToGoNm = 7.26;
@@ -496,8 +505,9 @@ TEST_F(Mfd, TextsKeepApartOnEveryPageWhateverTheValues) {
     for (const double value : {123.0, kNan, test::kInfinity, -1e300, 1e300}) {
         for (double* const field :
              {&aircraft.groundSpeedKt, &aircraft.headingMag, &aircraft.windSpeedKt,
-              &derived.windDirectionMag, &aircraft.verticalSpeedFpm, &guidance.distanceToGoNm,
-              &aircraft.altitudeFt, &aircraft.indicatedAirspeedKt, &aircraft.latitude}) {
+              &derived.windDirectionMag, &derived.trueAirspeedEstimateKt,
+              &aircraft.verticalSpeedFpm, &guidance.distanceToGoNm, &aircraft.altitudeFt,
+              &aircraft.indicatedAirspeedKt, &aircraft.latitude}) {
             *field = value;
         }
         for (int page = 0; page < 5; ++page) {

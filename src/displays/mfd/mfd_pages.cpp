@@ -1,6 +1,7 @@
 // The pages over the lower part of the map: the vertical path being set, take-off and landing
 // speeds. What the left knob changes stands dark on a light ground.
 #include <cmath>
+#include <limits>
 #include <string_view>
 
 #include "displays/mfd/mfd_picture.h"
@@ -55,9 +56,13 @@ constexpr PathRow kPathRows[] = {
      [] { return mfd.mfdSelC == 1; }},
 };
 
-// A path angle is always one down.
+// A path angle is always one down. NaN without a descent speed, and when an altitude is to be
+// reached from one that is lost.
 double RequiredUpFpm() {
     const bool byAngle = mfd.mfdSelC == 1 || !(mfd.mfdValueA > 0 && mfd.mfdValueB > 0);
+    if (performance.descentIas <= 0 || !(byAngle || std::isfinite(ShownAircraft().altitudeFt))) {
+        return std::numeric_limits<double>::quiet_NaN();
+    }
     return byAngle ? -mfd.mfdRequiredVs : mfd.mfdRequiredVs;
 }
 

@@ -1,7 +1,5 @@
 #include "displays/mfd/mfd_speeds.h"
 
-#include <algorithm>
-
 namespace avq1 {
 namespace {
 
@@ -28,7 +26,11 @@ std::span<const MfdSpeedRow> MfdSpeedRows(MfdPage page) {
 void StepMfdSpeed(bool up) {
     const MfdSpeedRow& row = MfdSpeedRows(mfd.page)[static_cast<std::size_t>(mfd.speedRow)];
     std::int32_t& speed = performance.*row.value;
-    speed = speed == 0 ? kFirstKt : std::clamp(speed + (up ? 1 : -1), kLeastKt, kMostKt);
+    if (speed == 0) {
+        speed = kFirstKt;
+    } else if (up ? speed < kMostKt : speed > kLeastKt) {
+        speed += up ? 1 : -1;
+    }
 }
 
 }  // namespace avq1

@@ -20,7 +20,7 @@ struct MfdSpeedRow {
 // Of a page that has speeds.
 std::span<const MfdSpeedRow> MfdSpeedRows(MfdPage page);
 
-// One knot up or down, 60 to 250; a speed that is not set begins at 100.
+// One knot up, below 250, or down, above 60; a speed that is not set begins at 100.
 void StepMfdSpeed(bool up);
 
 }  // namespace avq1

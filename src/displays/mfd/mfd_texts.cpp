@@ -1,8 +1,8 @@
 // The multifunction display's data texts and soft key labels, one function a group.
 //
-// Top left: ground speed, track, wind. Top centre: heading. Top right: the next waypoint. Lower
-// corners: the place of a map that stays, and the layers that show. Values that are missing or not
-// finite are dashes.
+// Top left: ground speed, true airspeed, track, wind. Top centre: heading. Top right: the next
+// waypoint. Lower corners: the place of a map that stays, and the layers that show. Values that are
+// missing or not finite are dashes.
 #include <algorithm>
 #include <cmath>
 #include <span>
@@ -36,13 +36,17 @@ FixedText Degrees(double directionMag) {
                                  : FixedText("---");
 }
 
-void DrawSpeedAndTrack(MfdPicture& picture) {
+FixedText Knots(double speedKt) {
+    return CanShow(speedKt) ? FixedText("%4.0f", speedKt) : FixedText("----");
+}
+
+void DrawSpeedsAndTrack(MfdPicture& picture) {
     const AircraftState& shown = ShownAircraft();
     Surface& surface = picture.surface;
     surface.Text("GSPD", kSmall, colour::White, kLeft, 3);
-    surface.TextRight(
-        CanShow(shown.groundSpeedKt) ? FixedText("%4.0f", shown.groundSpeedKt) : FixedText("----"),
-        kData, colour::Green, 56, 2);
+    surface.TextRight(Knots(shown.groundSpeedKt), kData, colour::Green, 56, 2);
+    surface.Text("TAS", kSmall, colour::White, 66, 3);
+    surface.TextRight(Knots(ShownDerived().trueAirspeedEstimateKt), kData, colour::Green, 112, 2);
     surface.Text("TRK", kSmall, colour::White, kLeft, 16);
     const double trackMag = shown.headingMag - ShownDerived().driftDeg;
     surface.TextRight(shown.groundSpeedKt > kMovingKt ? Degrees(trackMag) : FixedText("---"), kData,
@@ -179,8 +183,8 @@ void DrawMissing(MfdPicture& picture) {
 }
 
 constexpr void (*kTexts[])(MfdPicture&) = {
-    DrawSpeedAndTrack, DrawWind,       DrawHeading, DrawNextWaypoint,
-    DrawMapPosition,   DrawLayerNames, DrawMissing,
+    DrawSpeedsAndTrack, DrawWind,       DrawHeading, DrawNextWaypoint,
+    DrawMapPosition,    DrawLayerNames, DrawMissing,
 };
 
 // ---- soft keys ----
