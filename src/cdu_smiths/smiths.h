@@ -93,7 +93,8 @@ void DrawSmiths(const DrawTarget& target);
 bool SmithsExecLit();
 bool SmithsMessageLit();
 
-// Listens to guidance: of the pages of climb, cruise and descent the one of the phase is shown.
+// Listens to guidance: of the pages of climb, cruise and descent the one of the phase is shown. The
+// descent looked at in the climb stays when cruise begins.
 void NoteSmithsPhase(const GuidanceReport& report);
 
 // Takes what was typed on the computer keyboard; before each draw.
