@@ -13,7 +13,7 @@ constexpr auto kPhase = static_cast<std::int32_t>(VerticalPhase::Climb);
 // What has to be met on the way up.
 std::int32_t Restriction() {
     const PredictedPoint& top = SmithsPredictions().topOfClimb;
-    return top.known ? SmithsNextRestriction(top.distanceNm) : kNoWaypoint;
+    return top.known ? SmithsNextRestriction(0, top.distanceNm) : kNoWaypoint;
 }
 
 const PredictedPoint& NextPoint() {
@@ -65,7 +65,7 @@ constexpr FieldRow kFields[] = {
                       .enter = EnterSmithsSpeedLimit,
                       .erase = EraseSmithsSpeedLimit,
                       .item = kPhase}),
-    SmithsField(
+    SmithsShownPrompt(
         kL5,
         {.show = ShowMode<SpeedMode::MaxRate>, .press = PressMode<SpeedMode::MaxRate>, .item = 0}),
     SmithsSeparatorRow(),

@@ -20,8 +20,10 @@ constexpr double kMovingKt = 50;
 constexpr double kAnywhere = std::numeric_limits<double>::infinity();
 constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
 
+// What has to be met on the way down: none of the climb's.
 std::int32_t Restriction() {
-    return SmithsNextRestriction(kAnywhere);
+    const PredictedPoint& top = SmithsPredictions().topOfDescent;
+    return SmithsNextRestriction(top.known ? top.distanceNm : 0, kAnywhere);
 }
 
 bool Descending() {

@@ -211,12 +211,12 @@ const PredictedPoint& SmithsPredictionOf(std::int32_t index) {
                                      : unknown;
 }
 
-std::int32_t SmithsNextRestriction(double withinNm) {
+std::int32_t SmithsNextRestriction(double fromNm, double toNm) {
     const FlightPlan& plan = SmithsPlan();
     for (std::int32_t i = SmithsFlownIndex(); i <= plan.lastIndex; ++i) {
         const PredictedPoint& point = SmithsPredictionOf(i);
         if (plan.entries[i].altitudeConstraint != kNoCrossing && point.known &&
-            point.distanceNm <= withinNm) {
+            point.distanceNm >= fromNm && point.distanceNm <= toNm) {
             return i;
         }
     }

@@ -53,8 +53,8 @@ UnitText SmithsClockText(const PredictedPoint& point);   // "1407.3Z"
 UnitText SmithsMinuteText(const PredictedPoint& point);  // "1407Z"
 
 // In the plan shown, from the entry flown to on, the first with an altitude to keep that is passed
-// within `withinNm`; kNoWaypoint without one.
-std::int32_t SmithsNextRestriction(double withinNm);
+// `fromNm` to `toNm` ahead; kNoWaypoint without one.
+std::int32_t SmithsNextRestriction(double fromNm, double toNm);
 
 // "A T   FIXAA" for a restriction, else "T O   FIXAA" for the entry flown to.
 void PutSmithsPassageLabel(std::int32_t restriction, UnitText& text);
