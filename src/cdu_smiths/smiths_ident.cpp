@@ -24,11 +24,6 @@ void ShowProgram(const FieldRow&, UnitText& text) {
     text.Set("296485 - 11 - 07      (V01.4)");
 }
 
-EntryResult OpenPosInit(const FieldRow&) {
-    smiths.Counter(SmithsCounter::Pos).n = 1;
-    return EntryResult::None;
-}
-
 constexpr FieldRow kFields[] = {
     SmithsTitle("IDENT"),
     SmithsField(kL1, {.label = "M O D E L",
@@ -47,7 +42,7 @@ constexpr FieldRow kFields[] = {
                                  UnitText& text) { ShowText(performance.performanceData, text); }}),
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "<INDEX", kSmithsIndex),
-    SmithsPrompt(kR6, "POS  INIT>", kSmithsPos, {.press = OpenPosInit}),
+    SmithsPrompt(kR6, "POS  INIT>", kSmithsPos, {.press = AtSmithsSubPage<SmithsCounter::Pos, 1>}),
 };
 
 void ComposeIdent(Screen& screen) {

@@ -22,6 +22,7 @@ void PressPage(const KeyClick& click) {
 
 void PressInitRef(const KeyClick&) {
     RequestUnitRedraw();
+    smiths.Counter(SmithsCounter::Pos).n = smiths.Counter(SmithsCounter::PerfInit).n = 1;
     OpenSmithsPage(planBook.activeIndex == kNoWaypoint ? kSmithsPos : kSmithsPerfInit);
 }
 

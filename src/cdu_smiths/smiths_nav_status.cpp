@@ -60,11 +60,6 @@ void ShowPosition(const FieldRow&, UnitText& text) {
     }
 }
 
-EntryResult OpenPosShift(const FieldRow&) {
-    smiths.Counter(SmithsCounter::Pos).n = 3;
-    return EntryResult::None;
-}
-
 // ---- page 2: what is left out; the item is the place of two, and kVorItem for a VOR ----
 constexpr std::int32_t kVorItem = 2;
 
@@ -145,7 +140,8 @@ constexpr FieldRow kFields[] = {
     On<1>(SmithsField(kL3, {.label = "R A D I A L", .show = ShowRadial})),
     On<1>(SmithsField(kR3, {.label = "R A D I A L", .show = ShowRadial, .item = 1})),
     On<1>(SmithsField(kL4, {.label = "I R S    ( L )", .show = ShowPosition})),
-    On<1>(SmithsPrompt(kR6, "POS  SHIFT >", kSmithsPos, {.press = OpenPosShift})),
+    On<1>(SmithsPrompt(kR6, "POS  SHIFT >", kSmithsPos,
+                       {.press = AtSmithsSubPage<SmithsCounter::Pos, 3>})),
     Inhibited(kL1, 0, "D M E    I N H I B I T"),
     Inhibited(kR1, 1, ""),
     Inhibited(kL2, kVorItem, "V O R    I N H I B I T"),

@@ -149,6 +149,13 @@ bool OnSmithsSubPage(const FieldRow&) {
     return smiths.Counter(counter).n == n;
 }
 
+// For the prompt of a page that has sub-pages: it opens at sub-page n.
+template <SmithsCounter counter, std::int32_t n>
+EntryResult AtSmithsSubPage(const FieldRow&) {
+    smiths.Counter(counter).n = n;
+    return EntryResult::None;
+}
+
 // ---- what pages put and do ----
 
 // "1 / 2" in the title line; the format takes n and m.

@@ -21,7 +21,6 @@ namespace avq1 {
 namespace {
 
 constexpr double kThousand = 1000;
-constexpr double kHottestC = 999;
 constexpr std::int32_t kGreatestCostIndex = 200;
 constexpr double kSeaLevelC = 15;
 constexpr double kLapseCPerThousandFt = 1.98;
@@ -147,7 +146,7 @@ void ShowTemperature(double celsius, UnitText& text) {
 EntryResult EnterTemperature(double PilotEntries::*typed, double PilotEntries::*other,
                              std::string_view entry) {
     double celsius = 0;
-    if (!ReadSmithsNumber(entry, celsius) || std::abs(celsius) > kHottestC) {
+    if (!ReadSmithsNumber(entry, celsius)) {
         return EntryResult::InvalidEntry;
     }
     pilotEntries.*typed = celsius;

@@ -62,17 +62,23 @@ constexpr FieldRow InColumn(std::int32_t line, std::int16_t x, bool endsThere, F
 // ---- page 1: waypoints ----
 enum WaypointRow : std::int32_t { kTo, kNext, kDestination };
 
-std::int32_t IndexOf(std::int32_t row) {
-    if (!HasActiveWaypoint()) {
-        return kNoWaypoint;
-    }
-    std::int32_t index = row == kDestination ? activePlan.lastIndex
-                         : row == kTo        ? planBook.activeIndex
-                                             : planBook.activeIndex + 1;
+// The entry itself, or the first behind it that is no gap.
+std::int32_t PositionedFrom(std::int32_t index) {
     while (activePlan.Holds(index) && !HasPosition(activePlan.entries[index])) {
         ++index;
     }
     return activePlan.Holds(index) ? index : kNoWaypoint;
+}
+
+std::int32_t IndexOf(std::int32_t row) {
+    if (!HasActiveWaypoint()) {
+        return kNoWaypoint;
+    }
+    if (row == kDestination) {
+        return PositionedFrom(activePlan.lastIndex);
+    }
+    const std::int32_t to = PositionedFrom(planBook.activeIndex);
+    return row == kTo ? to : PositionedFrom(to + 1);
 }
 
 const PredictedPoint& PointOf(std::int32_t row) {
@@ -120,9 +126,10 @@ void ShowFromTime(const FieldRow&, UnitText& text) {
     }
 }
 
+// The record is not in pounds where weights are shown in kilograms: see GuidanceState.
 void ShowFromFuel(const FieldRow&, UnitText& text) {
     if (!guidance.passedIdent.empty()) {
-        text.Put("%3.1f", guidance.passedFuel / kThousand);
+        text = FuelText(InWeightUnit(guidance.passedFuel));
     }
 }
 
@@ -371,18 +378,9 @@ void ShowRequiredSpeed(const FieldRow&, UnitText& text) {
     }
 }
 
-EntryResult OpenNavStatus(const FieldRow&) {
-    smiths.Counter(SmithsCounter::NavStatus).n = 1;
-    return EntryResult::None;
-}
-
-EntryResult OpenLimits(const FieldRow&) {
-    smiths.Counter(SmithsCounter::PerfInit).n = 2;
-    return EntryResult::None;
-}
-
 constexpr FieldRow NavStatusPrompt() {
-    return SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus, {.press = OpenNavStatus});
+    return SmithsPrompt(kR6, "NAV  STATUS >", kSmithsNavStatus,
+                        {.press = AtSmithsSubPage<SmithsCounter::NavStatus, 1>});
 }
 
 constexpr FieldRow kFields[] = {
@@ -442,7 +440,8 @@ constexpr FieldRow kFields[] = {
     On<3>(SmithsField(kR3, {.label = "F U E L", .show = ShowRequiredFuel})),
     On<3>(SmithsField(kL4, {.label = "T I M E    E R R O R", .show = ShowTimeError})),
     On<3>(SmithsField(kR4, {.label = "R E Q    G / S", .show = ShowRequiredSpeed})),
-    On<3>(SmithsPrompt(kL6, "< LIMITS", kSmithsPerfInit, {.press = OpenLimits})),
+    On<3>(SmithsPrompt(kL6, "< LIMITS", kSmithsPerfInit,
+                       {.press = AtSmithsSubPage<SmithsCounter::PerfInit, 2>})),
     On<3>(NavStatusPrompt()),
     On<2>(SmithsSeparatorRow()),
     On<3>(SmithsSeparatorRow()),

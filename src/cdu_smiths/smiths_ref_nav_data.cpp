@@ -176,11 +176,6 @@ EntryResult EnterRunway(const FieldRow&, std::string_view entry) {
     return EntryResult::Accepted;
 }
 
-EntryResult OpenNavOptions(const FieldRow&) {
-    smiths.Counter(SmithsCounter::NavStatus).n = kNavOptions;
-    return EntryResult::None;
-}
-
 constexpr FieldRow Ident(std::int32_t line, const char* label, std::int32_t item) {
     return SmithsField(line, {.label = label,
                               .show = ShowIdent,
@@ -213,7 +208,8 @@ constexpr FieldRow kFields[] = {
                 {.label = "E L E V A T I O N", .show = ShowElevation, .visible = HasElevation}),
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "< INDEX", kSmithsIndex),
-    SmithsPrompt(kR6, "NAV    OPTIONS>", kSmithsNavStatus, {.press = OpenNavOptions}),
+    SmithsPrompt(kR6, "NAV    OPTIONS>", kSmithsNavStatus,
+                 {.press = AtSmithsSubPage<SmithsCounter::NavStatus, kNavOptions>}),
 };
 
 void HandleRefNavData(const UnitInput& input) {

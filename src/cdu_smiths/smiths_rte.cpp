@@ -366,7 +366,8 @@ constexpr FieldRow kFields[] = {
                  {.visible = SmithsEraseShown, .press = EraseSmithsModification}),
     SmithsPrompt(kR6, "ACTIVATE >", 0,
                  {.visible = SmithsActivateShown, .press = ActivateSmithsRoute}),
-    SmithsPrompt(kR6, "PERF INIT >", kSmithsPerfInit, {.visible = PerfInitShown}),
+    SmithsPrompt(kR6, "PERF INIT >", kSmithsPerfInit,
+                 {.visible = PerfInitShown, .press = AtSmithsSubPage<SmithsCounter::PerfInit, 1>}),
 };
 
 void PutWay(Screen& screen, std::int32_t row) {

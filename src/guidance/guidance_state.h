@@ -48,7 +48,7 @@ struct GuidanceState {
     std::string passedIdent;
     std::string passedTimeZulu;
     double passedAltitude = 0;
-    double passedFuel = 0;  // as the WeightUnit setting asks
+    double passedFuel = 0;  // pounds; 2.20462262 times as much where the setting says kilograms
     std::int32_t destinationNearDone = 0;
     std::int32_t blinkCounter = kRestartBlink;  // 0 to 91
     std::int32_t framesSinceStart = 0;

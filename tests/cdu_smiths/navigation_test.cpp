@@ -1,5 +1,7 @@
 // Index, stored plans, procedures, progress, stations, fixes and holds of the Smiths-style unit:
 // what they take and refuse, and what is behind what they show.
+#include <gmock/gmock.h>
+
 #include <cmath>
 
 #include "cdu_smiths/fake_smiths.h"
@@ -10,6 +12,7 @@
 #include "flightplan/procedures.h"
 #include "guidance/activation.h"
 #include "guidance/vnav.h"
+#include "settings/settings.h"
 
 namespace avq1::test {
 namespace {
@@ -303,6 +306,18 @@ TEST_F(SmithsNavigation, ProgressSaysWhereTheAircraftIs) {
     cdu.Draw();
     EXPECT_EQ(cdu.Label(1), "H E A D W I N D|C R O S S W I N D");
     EXPECT_EQ(cdu.Data(3), "R 0.25 NM|  100 HI");
+}
+
+TEST_F(SmithsNavigation, ProgressTellsTheWaypointsApartAndWeighsAlike) {
+    MakeRoute();
+    activePlan.Edit(1).type = activePlan.Edit(1).ident = "DISCO";
+    guidance.passedIdent = "KAAA";
+    guidance.passedFuel = 12000 * kPoundsPerKilogram;  // as a passage is recorded
+    settings.WeightUnit = "KGS";
+    cdu.Press("PROG");
+    EXPECT_THAT(cdu.Data(1), ::testing::EndsWith("|5.4"));
+    EXPECT_THAT(cdu.Data(2), ::testing::StartsWith("FLY"));
+    EXPECT_THAT(cdu.Data(3), ::testing::StartsWith("LONGER"));
 }
 
 TEST_F(SmithsNavigation, ATimeWantedIsComparedWithThePrediction) {

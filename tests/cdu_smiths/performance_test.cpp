@@ -140,7 +140,7 @@ constexpr EntryCase kEntries[] = {
     {kSmithsPerfInit, 1, "R3", "-12.4", "ok", "-12"},
     {kSmithsPerfInit, 1, "R3", "+5", "ok", "5  "},
     {kSmithsPerfInit, 1, "R3", "-0.2", "ok", "0  "},
-    {kSmithsPerfInit, 1, "R3", "1000", kInvalid},
+    {kSmithsPerfInit, 1, "R3", "1000", "ok", "1000"},
     {kSmithsPerfInit, 1, "R3", "INF", kInvalid},
     {kSmithsPerfInit, 1, "R3", "+-5", kInvalid},
     {kSmithsPerfInit, 1, "R4", "-56", "ok", "-56"},
@@ -579,6 +579,7 @@ TEST_F(SmithsPerformance, SpeedModesWaitForExecAndGoBackToEconomy) {
         {"CRZ", "L6", &AircraftPerformance::cruiseIas, 270, "< LRC", "< ECON"},
         {"DES", "R4", &AircraftPerformance::descentIas, 300, "SPEED >", "ECON >"},
     };
+    smiths.scratchpad = "9";
     for (const auto& row : kCases) {
         SCOPED_TRACE(row.prompt);
         const std::int32_t before = performance.*row.ias;
@@ -587,6 +588,7 @@ TEST_F(SmithsPerformance, SpeedModesWaitForExecAndGoBackToEconomy) {
         cdu.Press(row.line);
         EXPECT_EQ(performance.*row.ias, before);
         EXPECT_EQ(Value(row.line), row.back);
+        EXPECT_EQ(cdu.Bottom(), "9") << "a prompt leaves what is typed";
         EXPECT_THAT(Value("L2"), ::testing::StartsWith(std::to_string(row.chosen)));
         cdu.Press("EXEC");
         EXPECT_EQ(performance.*row.ias, row.chosen);
@@ -736,6 +738,7 @@ TEST_F(SmithsPerformance, ClimbAndDescentTellWhatComesNext) {
     EXPECT_EQ(cdu.Label(1), "C R Z    A L T|A T   ABCDE");
     cdu.Press("DES");
     EXPECT_EQ(cdu.Label(1), "E / D    A L T|T O   T / D");
+    EXPECT_EQ(Value("R2"), " APPRA/ 3000") << "none of the climb's";
     EXPECT_EQ(Value("R3"), "- - - - -");
     vnav.topOfClimbReached = vnav.descentActive = 1;
     vnav.pathAltitude = 4000;

@@ -80,6 +80,30 @@ TEST_F(SmithsTest, PageKeysOpenTheirPages) {
     EXPECT_EQ(smiths.page, kSmithsLegs) << "a second gauge shows what the first does";
 }
 
+TEST_F(SmithsTest, WhatIsCalledAPageOpensThatPage) {
+    const struct {
+        const char* keys;  // the last sub-page looked at is another one
+        const char* title;
+    } kCases[] = {
+        {"PROG PREV_PAGE L6", "PERF  LIMITS| 2 /  2"},
+        {"PROG PREV_PAGE L6 L6 L3", "PERF  INIT| 1 /  2"},
+        {"PROG PREV_PAGE L6 L6 L4 L5", "PERF  INIT| 1 /  2"},
+        {"PROG PREV_PAGE L6 RTE R6", "PERF  INIT| 1 /  2"},
+        {"PROG PREV_PAGE L6 INIT_REF", "PERF  INIT| 1 /  2"},
+        {"PROG R6 R6", "POS  SHIFT|3 / 3"},
+        {"PROG R6 R6 L6 L2", "POS   INIT|1 / 3"},
+    };
+    MakeRoute();
+    for (const auto& row : kCases) {
+        cdu.Press(row.keys);
+        EXPECT_EQ(cdu.Title(), row.title) << row.keys;
+    }
+    cdu.Press("PROG R6 R6");
+    planBook.activeIndex = kNoWaypoint;
+    cdu.Press("INIT_REF");
+    EXPECT_EQ(cdu.Title(), "POS   INIT|1 / 3");
+}
+
 TEST_F(SmithsTest, ThePageOfThePhaseIsShown) {
     const struct {
         std::int32_t page;
@@ -90,7 +114,8 @@ TEST_F(SmithsTest, ThePageOfThePhaseIsShown) {
         {kSmithsClimb, GuidanceEvent::TopOfDescent, kSmithsDescent},
         {kSmithsCruise, GuidanceEvent::TopOfDescent, kSmithsDescent},
         {kSmithsDescent, GuidanceEvent::BackToCruise, kSmithsCruise},
-        {kSmithsDescent, GuidanceEvent::TopOfClimb, kSmithsDescent},  // looked at ahead of time
+        {kSmithsClimb, GuidanceEvent::BackToCruise, kSmithsCruise},
+        {kSmithsDescent, GuidanceEvent::TopOfClimb, kSmithsDescent},
         {kSmithsLegs, GuidanceEvent::TopOfDescent, kSmithsLegs},
     };
     for (const auto& row : kCases) {
