@@ -62,13 +62,18 @@ const EngineFamily& FlowingFamily() {
     return ReadVariable(kPistonFlows[0]) > 0 ? kPistonFlows : kTurbineFlows;
 }
 
-}  // namespace
-
-double ReadVariable(std::int32_t number) {
+double RawVariable(std::int32_t number) {
     ModuleVariable variable;
     variable.number = number;
     LookupVariable(variable);
-    return std::isfinite(variable.value) ? variable.value : 0;
+    return variable.value;
+}
+
+}  // namespace
+
+double ReadVariable(std::int32_t number) {
+    const double value = RawVariable(number);
+    return std::isfinite(value) ? value : 0;
 }
 
 double ReadTick() {
@@ -104,7 +109,7 @@ bool FlightDirectorOn() {
 }
 
 double ReadParkingBrake() {
-    return ReadVariable(kParkingBrake);
+    return RawVariable(kParkingBrake);
 }
 
 double TankCapacityLb(FuelTank tank) {

@@ -21,7 +21,7 @@ bool Nav1HasSignal();
 bool Nav2HasSignal();
 bool HorizontalDeviationValid();  // NAV1
 bool FlightDirectorOn();
-double ReadParkingBrake();  // 0 released
+double ReadParkingBrake();  // 0 released, not finite while the simulator tells nothing
 
 enum class FuelTank : std::uint8_t {
     Centre,

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -239,7 +240,7 @@ TEST_F(FlightLogTest, AWaypointPassedIsRecordedAlsoBeforeTheAircraftMoves) {
 }
 
 TEST_F(FlightLogTest, TheParkingBrakeReleasedAtTheGateEndsTheFlight) {
-    for (const double brake : {1.0, 0.0}) {
+    for (const double brake : {1.0, std::nan(""), 0.0}) {
         Set(0, 0, 0, 0);
         StartActivePlan();
         flightLog.phase = 9;
