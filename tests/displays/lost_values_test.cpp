@@ -12,9 +12,11 @@
 #include "displays/nd/nd_panel.h"
 #include "guidance/guidance_state.h"
 #include "navdb/boundaries.h"
+#include "platform/traffic_interface.h"
 #include "settings/settings.h"
 #include "support/display_checks.h"
 #include "support/test_flight.h"
+#include "traffic/targets.h"
 
 namespace avq1 {
 namespace {
@@ -57,6 +59,15 @@ const Shown kMfdPath{"MFD vertical path", DrawMfd, kMfdDesign, [] {
                          mfd.mfdValueA = 20;
                          mfd.mfdValueB = 3000;
                      }};
+const Shown kMfdHeld{"MFD map held", DrawMfd, kMfdDesign, [] {
+                         static TrafficBlock noTargets;
+                         trafficSource.block = &noTargets;
+                         nd.showTraffic = 1;
+                         guidance.blinkCounter = 30;
+                         mfd.mfdMapModeOn = 1;
+                         mfd.storedPosition = {40, -75};
+                         planBook.activeIndex = kNoWaypoint;
+                     }};
 
 struct Row {
     const Shown& display;
@@ -65,18 +76,25 @@ struct Row {
 };
 
 const Row kRows[] = {
-    {kEadi, 80, "ATT"},          {kEadi, 77, "ATT"},        {kEadi, 81, "HDG"},
-    {kEadi, 614, "RA ---"},      {kEadi, 61, "IAS"},        {kEadi, 115, "IAS"},
-    {kEadi, 793, "FD"},          {kEadi, 794, "FD"},        {kEadi, 41, "GS"},
-    {kEhsiNav, 81, "HDG"},       {kEhsiNav, 45, "CRS ---"}, {kEhsiNav, 45, "NAV FAIL"},
-    {kEhsiNav, 40, "NAV FAIL"},  {kEhsiNav, 31, "----"},    {kEhsiNav, 551, "---"},
-    {kEhsiNav, 39, "---"},       {kEhsiFms, 71, "NO MAP"},  {kEhsiFms, 72, "NO POSITION"},
-    {kEhsiFms, 72, "--.- NM"},   {kEhsiFms, 71, "--:--"},   {kEhsiFms, 551, "--:--"},
-    {kEhsiFms, 82, "NO MAP"},    {kEhsiFms, 343, "---"},    {kEhsiTraffic, 86, "HDG"},
-    {kNdVor, 81, "HDG"},         {kNdVor, 40, "NAV FAIL"},  {kNdVor, 45, "CRS ---"},
-    {kNdNav, 71, "NO POSITION"}, {kNdNav, 344, "---/---"},  {kNdNav, 39, "- - -"},
-    {kNdMap, 72, "NO MAP"},      {kNdMap, 86, "TRK ---"},   {kNdMap, 71, "--.- NM"},
-    {kMfdPath, 74, "---- --"},   {kMfdPath, 343, "----"},
+    {kEadi, 80, "ATT"},         {kEadi, 77, "ATT"},
+    {kEadi, 81, "HDG"},         {kEadi, 614, "RA ---"},
+    {kEadi, 61, "IAS"},         {kEadi, 115, "IAS"},
+    {kEadi, 793, "FD"},         {kEadi, 794, "FD"},
+    {kEadi, 41, "GS"},          {kEhsiNav, 81, "HDG"},
+    {kEhsiNav, 45, "CRS ---"},  {kEhsiNav, 45, "NAV FAIL"},
+    {kEhsiNav, 40, "NAV FAIL"}, {kEhsiNav, 31, "----"},
+    {kEhsiNav, 551, "---"},     {kEhsiNav, 39, "---"},
+    {kEhsiFms, 71, "NO MAP"},   {kEhsiFms, 72, "NO POSITION"},
+    {kEhsiFms, 72, "--.- NM"},  {kEhsiFms, 71, "--:--"},
+    {kEhsiFms, 551, "--:--"},   {kEhsiFms, 82, "NO MAP"},
+    {kEhsiFms, 343, "---"},     {kEhsiTraffic, 86, "HDG"},
+    {kNdVor, 81, "HDG"},        {kNdVor, 40, "NAV FAIL"},
+    {kNdVor, 45, "CRS ---"},    {kNdNav, 71, "NO POSITION"},
+    {kNdNav, 344, "---/---"},   {kNdNav, 39, "- - -"},
+    {kNdMap, 72, "NO MAP"},     {kNdMap, 86, "TRK ---"},
+    {kNdMap, 71, "--.- NM"},    {kMfdHeld, 71, "NO POSITION"},
+    {kMfdHeld, 86, "TCAS OFF"}, {kMfdPath, 74, "---- --"},
+    {kMfdPath, 343, "----"},
 };
 
 class LostValues : public test::DisplayTest {

@@ -172,12 +172,14 @@ void DrawMissing(MfdPicture& picture) {
     const bool recordsWanted = mfd.mfdLayerA == 1 || mfd.mfdLayerB == 1;
     const bool database = navDatabase.navaids.count > 0 || navDatabase.airports.count > 0;
     const char* const text = !IsUsable(picture.view)      ? "NO MAP"
+                             : !PositionKnown()           ? "NO POSITION"  // on a map that stays
                              : recordsWanted && !database ? "NO NAV DATA"
                                                           : nullptr;
     if (text != nullptr) {
         DrawFlag(surface, text, colour::Amber, picture.rose.centre.x, picture.rose.centre.y + 36);
     }
-    if (nd.showTraffic == 1 && !HasTrafficSource()) {
+    const bool bearings = std::isfinite(ShownAircraft().trueHeading);
+    if (nd.showTraffic == 1 && !(HasTrafficSource() && bearings)) {
         surface.Text("TCAS OFF", kSmall, colour::Amber, kLeft, 48);
     }
 }
