@@ -65,8 +65,10 @@ test('several stand side by side, and a screen gets the pixels it has', async ()
 
 test('a display of its own leaves the other screens as they are', async () => {
   const desk = await openShow('');
+  // Of the panel itself: its pop-up has an attitude display too.
   const kAttitude = '.window[data-ident="0"] .texts [data-gauge="EFS50_EADI"]';
-  const attitude = () => desk.page.locator(kAttitude).innerText({ timeout: 2000 }).catch(() => '');
+  const attitude = () => desk.page.evaluate((selector) =>
+    document.querySelector(selector)?.textContent ?? '', kAttitude);
   await until(attitude, (text) => text.length > 10, 'the panel shows its attitude display');
   const { page, close } = await openShow('show/4005'); // its pop-up window, on its own
   await until(() => shown(page), (count) => count > 0, 'a picture');
