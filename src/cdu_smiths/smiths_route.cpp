@@ -1,5 +1,7 @@
 #include "cdu_smiths/smiths_route.h"
 
+#include <utility>
+
 #include "base/module_state.h"
 #include "base/redraw.h"
 #include "cdu_smiths/smiths_pages.h"
@@ -112,7 +114,13 @@ bool LoadSmithsRoute(std::string_view fileName) {
         SaySmiths("UNABLE TO LOAD FPL");
         return false;
     }
+    const std::int32_t flownCruiseFt = planBook.cruiseAltitudeFt;
     LoadPlan(fileName);
+    planBook.waitingPerformance = {};
+    if (overActive) {  // the plan's altitude waits with it
+        planBook.waitingPerformance.cruiseAltitudeFt =
+            std::exchange(planBook.cruiseAltitudeFt, flownCruiseFt);
+    }
     smithsDirect = {};
     planBook.trackedIndex = kNoWaypoint;  // nothing of the flown route is kept
     planBook.status = overActive ? RouteStatus::Modified : RouteStatus::None;

@@ -106,6 +106,12 @@ EntryResult EnterDestination(const FieldRow&, std::string_view text) {
                : EntryResult::PlanFull;
 }
 
+EntryResult EraseDestination(const FieldRow&) {
+    return EditSmithsPlan([](FlightPlan&) { return RemoveRouteDestination(); })
+               ? EntryResult::Accepted
+               : EntryResult::InvalidDelete;
+}
+
 // The list's name of a plan that was typed with or without its ending; empty without one.
 std::string FindStoredPlan(std::string_view typed) {
     ListStoredPlans();
@@ -145,6 +151,18 @@ EntryResult EnterRunway(const FieldRow&, std::string_view text) {
         return EntryResult::NotInDatabase;
     }
     return PutSmithsDepartureRunway(text) ? EntryResult::Accepted : EntryResult::PlanFull;
+}
+
+EntryResult EraseRunway(const FieldRow&) {
+    if (SmithsPlan().procedures.departureRunway.empty()) {
+        return EntryResult::InvalidDelete;
+    }
+    EditSmithsPlan([](FlightPlan& plan) {
+        plan.EditProcedures().departureRunway.clear();
+        NoteEdit(plan);
+        return true;
+    });
+    return EntryResult::Accepted;
 }
 
 // ---- the following pages ----
@@ -322,9 +340,11 @@ constexpr FieldRow ToRow(std::int32_t line, std::int32_t row) {
 }
 
 constexpr FieldRow RunwayField() {
-    FieldRow field = SmithsField(
-        kL3,
-        {.label = "R U N W A Y", .show = ShowRunway, .visible = OnFirstPage, .enter = EnterRunway});
+    FieldRow field = SmithsField(kL3, {.label = "R U N W A Y",
+                                       .show = ShowRunway,
+                                       .visible = OnFirstPage,
+                                       .enter = EnterRunway,
+                                       .erase = EraseRunway});
     field.valueAt.y = kRunwayY;
     return field;
 }
@@ -333,7 +353,8 @@ constexpr FieldRow DestinationField() {
     FieldRow field = SmithsField(kR1, {.label = "D E S T",
                                        .show = ShowDestination,
                                        .visible = OnFirstPage,
-                                       .enter = EnterDestination});
+                                       .enter = EnterDestination,
+                                       .erase = EraseDestination});
     field.style = kSmithsData;
     field.labelStyle = kSmithsLabel;
     field.valueAt.x = kDestinationX;

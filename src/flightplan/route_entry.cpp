@@ -88,9 +88,13 @@ void StartRoute(const FoundPoint& origin) {
     planBook.editIndex = kFirstWaypoint;
     planBook.originIdent = origin.ident;
     planBook.destinationIdent.clear();
-    planBook.cruiseAltitudeFt = 0;
     planBook.fuelTotal = 0;
     planBook.waitingPerformance = {};
+    if (overActive) {
+        planBook.waitingPerformance.cruiseAltitudeFt = 0;  // the flown one is kept until EXEC
+    } else {
+        planBook.cruiseAltitudeFt = 0;
+    }
     planBook.status = overActive ? RouteStatus::Modified : RouteStatus::None;
     procedureChoice = {};
     LoadPlanAirportDetail(origin.ident, kDepartureSlot);
@@ -115,6 +119,19 @@ bool SetRouteDestination(const FoundPoint& destination) {
     planBook.destinationIdent = destination.ident;
     ForgetArrivalChoice(plan);
     LoadPlanAirportDetail(destination.ident, kArrivalSlot);
+    NoteEdit(plan);
+    return true;
+}
+
+bool RemoveRouteDestination() {
+    FlightPlan& plan = modifiedPlan;
+    if (plan.lastIndex <= 1 || plan.entries[plan.lastIndex].type != kAirportType) {
+        return false;
+    }
+    ClosePlanEntries(plan, ArrivalStart(plan), plan.lastIndex + 1);
+    planBook.editIndex = NextEntryPlace(plan);
+    planBook.destinationIdent.clear();
+    ForgetArrivalChoice(plan);
     NoteEdit(plan);
     return true;
 }

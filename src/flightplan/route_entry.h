@@ -23,6 +23,10 @@ void StartRoute(const FoundPoint& origin);
 // nothing changed, without an origin or for a full plan.
 bool SetRouteDestination(const FoundPoint& destination);
 
+// Takes the airport at the route's end out, with the arrival and the approach to it. False, and
+// nothing changed, where no airport ends the route, or nothing but the origin would be left.
+bool RemoveRouteDestination();
+
 // A point at a position, named on from the plan's: "WPT01".
 PlanWaypoint PointAt(const FlightPlan& plan, const LatLon& position);
 

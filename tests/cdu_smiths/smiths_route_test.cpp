@@ -9,6 +9,8 @@
 #include "flightplan/plan_edit.h"
 #include "flightplan/procedures.h"
 #include "guidance/activation.h"
+#include "guidance/performance_entries.h"
+#include "guidance/vnav.h"
 
 namespace avq1::test {
 namespace {
@@ -114,26 +116,33 @@ TEST_F(SmithsRoute, FirstPageEntriesAreTakenOrRefused) {
 }
 
 TEST_F(SmithsRoute, ANewOriginOrPlanOverTheFlownRouteWaitsForExec) {
-    folder.Write("avq/flightplans/CO1.RTE",
-                 "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                 "KBBB  0.0  7.0  APT  ---\n");
+    folder.Write(
+        "avq/flightplans/CO1.RTE",
+        "CruiseAlt=31000\n[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
+        "KBBB  0.0  7.0  APT  ---\n");
     MakeRoute();
     SetActiveWaypoint(3);
+    SetCruiseAltitude(planBook.cruiseAltitudeFt = 24000);
     const std::string flown = Active();
     cdu.Press("RTE =KSID L1");
     EXPECT_EQ(cdu.Title(), "MOD|RTE| 1 /  2");
     EXPECT_EQ(Active(), flown);
+    EXPECT_EQ(ChosenCruiseAltitude(), 0);
     cdu.Press("EXEC");
     EXPECT_EQ(cdu.Bottom(), "INVALID ENTRY") << "a route of one airport is none";
     EXPECT_EQ(Active(), flown);
     cdu.Press("CLR L6");
     EXPECT_EQ(cdu.Title(), "ACT|RTE| 1 /  3");
     EXPECT_EQ(cdu.Data(1), " KAAA|KBBB");
+    EXPECT_EQ(ChosenCruiseAltitude(), 24000);
     cdu.Press("=CO1 L2");
+    EXPECT_EQ(ChosenCruiseAltitude(), 31000);
+    EXPECT_EQ(planBook.cruiseAltitudeFt, 24000) << "of the route that is flown";
     EXPECT_EQ(cdu.Data(6), "< ERASE|PERF INIT >");
     EXPECT_EQ(Active(), flown);
     cdu.Press("EXEC");
     EXPECT_EQ(Active(), "KAAA >NEWPT KBBB");
+    EXPECT_EQ(planBook.cruiseAltitudeFt, 31000);
 }
 
 TEST_F(SmithsRoute, ANewDestinationTakesTheOldArrivalWithIt) {
@@ -145,6 +154,18 @@ TEST_F(SmithsRoute, ANewDestinationTakesTheOldArrivalWithIt) {
     cdu.Press("L6");
     EXPECT_EQ(cdu.Data(1), " KAAA|KBBB");
     EXPECT_EQ(planBook.destinationIdent, "KBBB");
+    cdu.Press("DEL R1");
+    EXPECT_EQ(Modified(), "KAAA >ABCDE FLY LONGER");
+    EXPECT_EQ(cdu.Data(1), " KAAA|------");
+    EXPECT_EQ(planBook.destinationIdent, "");
+    cdu.Press("DEL R1");
+    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE") << "there is none";
+    cdu.Press("CLR =09 L3 DEL L3");
+    EXPECT_EQ(cdu.At(104), "- - - - -");
+    cdu.Press("DEL L3");
+    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE");
+    cdu.Press("CLR DEL L1");
+    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE") << "a route begins somewhere";
 }
 
 TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {

@@ -315,8 +315,10 @@ double ModifiedCruiseAltitude(PlanningInput& input, AircraftPerformance& from, b
     if (!startsAnew && ChosenCruiseAltitude() > 0) {
         return ChosenCruiseAltitude();
     }
-    if (planBook.cruiseAltitudeFt > 0) {
-        return planBook.cruiseAltitudeFt;
+    const std::int32_t ofPlanFt =
+        planBook.waitingPerformance.cruiseAltitudeFt.value_or(planBook.cruiseAltitudeFt);
+    if (ofPlanFt > 0) {
+        return ofPlanFt;
     }
     const double cruiseFt = OptimumFromTables(input, performanceTables, from);
     if (cruiseFt > 0) {
