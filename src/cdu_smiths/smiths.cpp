@@ -89,7 +89,7 @@ void HandleUnitKeys(const UnitInput&) {
 void PutBottomLine(Screen& screen) {
     const std::string& shown = smiths.message.empty() ? smiths.scratchpad : smiths.message;
     screen.Put(kSmithsBottom, 0, kScratchpadY, "%s", shown.c_str());
-    if (smiths.editing != 0 && shown.empty()) {
+    if (smiths.editing != 0 && IsSmithsBlank(shown)) {
         screen.Put(kSmithsLabelRight, kSmithsRightX, kKeyboardMarkY, "K E Y B O A R D");
     }
 }

@@ -84,15 +84,17 @@ void PressSharedLetter(const KeyClick& click) {
     }
 }
 
-// A blank begins no entry: SP on an empty scratchpad gives the computer keyboard to the unit.
+// A blank begins no entry: SP before any other character also hands the computer keyboard to the
+// unit, or back.
 void PressSpace(const KeyClick&) {
     RequestUnitRedraw();
     if (smiths.message == kSmithsDelete) {
         smiths.scratchpad.clear();
         smiths.message.clear();
-    } else if (smiths.scratchpad.empty()) {
-        ToggleSmithsKeyboard();
     } else {
+        if (IsSmithsBlank(smiths.scratchpad)) {
+            ToggleSmithsKeyboard();
+        }
         TypeSmithsCharacter(' ');
     }
 }

@@ -173,6 +173,10 @@ bool ReadSmithsNumber(std::string_view text, double& value);
 // PREV PAGE (-1) and NEXT PAGE (1), on the unit and on the computer keyboard.
 void PressSmithsPaging(std::int32_t step);
 void TypeSmithsCharacter(char character);
+// Nothing, or blanks only.
+inline bool IsSmithsBlank(std::string_view text) {
+    return text.find_first_not_of(' ') == std::string_view::npos;
+}
 void PressSmithsClear();
 void ToggleSmithsKeyboard();
 

@@ -151,12 +151,13 @@ TEST_F(SmithsTest, TheComputerKeyboardTypes) {
     EXPECT_EQ(smiths.scratchpad, "") << "not yet";
     cdu.Press("SP");
     EXPECT_TRUE(HasKeyboard(kSmithsKeyboard));
+    EXPECT_EQ(smiths.scratchpad, " ") << "SP types its blank all the same";
     EXPECT_EQ(cdu.At(227), "K E Y B O A R D");
     type({scan::kA, scan::k9, scan::kX, scan::kBackspace});
-    EXPECT_EQ(cdu.Bottom(), "A9");
+    EXPECT_EQ(cdu.Bottom(), " A9");
     cdu.Press("DEL");
     type({scan::kBackspace});
-    EXPECT_EQ(cdu.Bottom(), "A9") << "the message goes first, as with CLR";
+    EXPECT_EQ(cdu.Bottom(), " A9") << "the message goes first, as with CLR";
     type({scan::kPageDown});
     EXPECT_EQ(cdu.Title(), "ACT|RTE    LEGS| 2 /  2");
     type({scan::kUp});
