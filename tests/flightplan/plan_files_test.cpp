@@ -212,11 +212,11 @@ TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
 TEST_F(PlanFiles, NewPlanStartsEmpty) {
     for (const char* name : {"NEW FPL", "NEXT FPL"}) {
         SetPlan(modifiedPlan, "KJFK >AAA@ KBOS");
-        planBook.fuelTotal = 9000;  // of the plan before
+        planBook.fuelTotal = planBook.reserveFuel = 9000;  // of the plan before
         planBook.cruiseAltitudeFt = 31000;
         LoadPlan(name);
         EXPECT_EQ(Show(modifiedPlan), "");
-        EXPECT_EQ(planBook.fuelTotal + planBook.cruiseAltitudeFt, 0);
+        EXPECT_EQ(planBook.fuelTotal + planBook.reserveFuel + planBook.cruiseAltitudeFt, 0);
     }
 }
 
@@ -247,6 +247,7 @@ TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     EXPECT_EQ(activePlan.lastIndex, -1);
     EXPECT_EQ(modifiedPlan.lastIndex, -1);
     EXPECT_EQ(planBook.fuelTotal, 0);
+    EXPECT_EQ(planBook.reserveFuel, 0);
 }
 
 TEST_F(PlanFiles, NamesThatLeadOutOfTheFolderAreRefusedInWords) {
