@@ -88,7 +88,6 @@ void ComputeCrossTrack(CrossTrackMode mode) {
 void Steer() {
     ActiveLeg leg;
     if (!FindActiveLeg(leg)) {
-        guidance.crossTrackNm = kNoCrossTrack;
         guidance.trackLeg = 0;
         return;
     }

@@ -162,6 +162,9 @@ TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
     performance.climbRate = 2000;
     FlyFrom(0, 0, 1);
     EXPECT_TRUE(PlanVerticalProfile(0, 1));
+    vnav.topOfClimbReached = vnav.descentActive = 1;
+    EXPECT_TRUE(PlanVerticalProfile(0, 0));
+    EXPECT_EQ(vnav.Phase(), VerticalPhase::Climb) << "planned without filling: from the start";
     EXPECT_EQ(vnav.cruiseAltitude, 15000);
 }
 
