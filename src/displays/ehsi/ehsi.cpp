@@ -143,7 +143,9 @@ void DrawEhsi(const DrawTarget& target) {
     }
     picture.receivers = ReadReceivers();
     picture.rose = RoseOf(picture);
-    picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
+    if (picture.mapMode) {
+        picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
+    }
     picture.hasWaypoint = HasActiveWaypoint();
     DrawLayers(picture, kLayers);
 }

@@ -9,6 +9,7 @@
 #include "displays/ehsi/ehsi_picture.h"
 #include "displays/flag.h"
 #include "displays/map/map_view.h"
+#include "displays/map/map_wind.h"
 #include "displays/shown_values.h"
 #include "drawing/fixed_text.h"
 #include "drawing/palette.h"
@@ -82,27 +83,8 @@ void DrawSource(EhsiPicture& picture) {
     }
 }
 
-// An arrow the way the wind blows, as seen with the heading up.
-void DrawWind(EhsiPicture& picture) {
-    constexpr CanvasPoint kArrowCentre{11, 50};
-    constexpr double kArrowHalfPx = 8;
-    const double turn = ShownDerived().windDirectionMag - ShownAircraft().headingMag + 180.0;
-    if (std::isnan(turn + ShownAircraft().windSpeedKt)) {
-        picture.surface.Text("---/---", kData, colour::White, 22, 44);
-        return;
-    }
-    if (!(ShownAircraft().windSpeedKt >= 1) || !CanShow(ShownAircraft().windSpeedKt) ||
-        !std::isfinite(turn)) {
-        return;
-    }
-    CanvasPen pen{colour::White, 1.2};
-    pen.arrowAtEnd = true;
-    picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
-        picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
-    });
-    picture.surface.Text(FixedText("%03.0f/%.0f", Compass360(ShownDerived().windDirectionMag),
-                                   ShownAircraft().windSpeedKt),
-                         kSmall, colour::White, 19, 43);
+void DrawWindAt(EhsiPicture& picture) {
+    DrawWind(picture.surface, picture.rose, {{11, 50}, 8, {19, 43}, kSmall});
 }
 
 void DrawNextWaypoint(EhsiPicture& picture) {
@@ -199,7 +181,7 @@ void DrawPointerLabels(EhsiPicture& picture) {
 }
 
 constexpr void (*kTexts[])(EhsiPicture&) = {
-    DrawCourseBox,      DrawSource, DrawWind,          DrawNextWaypoint,
+    DrawCourseBox,      DrawSource, DrawWindAt,        DrawNextWaypoint,
     DrawHeadingReadout, DrawSpeeds, DrawAnnunciations, DrawPointerLabels,
 };
 

@@ -10,6 +10,7 @@
 
 #include "displays/ehsi/ehsi.h"
 #include "displays/flag.h"
+#include "displays/map/map_wind.h"
 #include "displays/mfd/mfd_picture.h"
 #include "displays/nd/nd_panel.h"
 #include "displays/shown_values.h"
@@ -53,30 +54,8 @@ void DrawSpeedsAndTrack(MfdPicture& picture) {
                       colour::Green, 56, 15);
 }
 
-// An arrow the way the wind blows, as seen on this map.
-void DrawWind(MfdPicture& picture) {
-    constexpr CanvasPoint kArrowCentre{10, 37};
-    constexpr double kArrowHalfPx = 7;
-    const double windKt = ShownAircraft().windSpeedKt;
-    const double fromMag = ShownDerived().windDirectionMag;
-    const double turn = picture.rose.FromUp(fromMag + 180.0);
-    if (!CanShow(windKt) || !std::isfinite(turn)) {
-        picture.surface.Text("---/---", kData, colour::White, 21, 30);
-        return;
-    }
-    if (windKt < 1) {
-        return;
-    }
-    CanvasPen pen{colour::White, 1.2};
-    pen.arrowAtEnd = true;
-    picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
-        picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
-    });
-    const FixedText direction = Degrees(fromMag);
-    const std::string_view digits = direction;
-    picture.surface.Text(
-        FixedText("%.*s/%-3.0f", static_cast<int>(digits.size()), digits.data(), windKt), kData,
-        colour::White, 21, 30);
+void DrawWindAt(MfdPicture& picture) {
+    DrawWind(picture.surface, picture.rose, {{10, 37}, 7, {21, 30}, kData, 3});
 }
 
 void DrawHeading(MfdPicture& picture) {
@@ -185,7 +164,7 @@ void DrawMissing(MfdPicture& picture) {
 }
 
 constexpr void (*kTexts[])(MfdPicture&) = {
-    DrawSpeedsAndTrack, DrawWind,       DrawHeading, DrawNextWaypoint,
+    DrawSpeedsAndTrack, DrawWindAt,     DrawHeading, DrawNextWaypoint,
     DrawMapPosition,    DrawLayerNames, DrawMissing,
 };
 

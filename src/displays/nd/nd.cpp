@@ -183,7 +183,9 @@ void DrawNd(const DrawTarget& target) {
     NdPicture picture{surface, surface.canvas(), target.mode, RoseOf(row), ViewOf(row)};
     picture.receivers = ReadReceivers();
     picture.hasWaypoint = HasActiveWaypoint();
-    picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
+    if (NdIsMap()) {
+        picture.fixedTexts = PlacesOfRoseLabels(picture.rose);
+    }
     picture.station = ReceivedStation(picture.receivers);
     DrawLayers(picture, kLayers);
 }

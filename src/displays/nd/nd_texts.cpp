@@ -9,6 +9,7 @@
 
 #include "base/text.h"
 #include "displays/flag.h"
+#include "displays/map/map_wind.h"
 #include "displays/nd/nd_picture.h"
 #include "displays/shown_values.h"
 #include "drawing/fixed_text.h"
@@ -50,29 +51,8 @@ void DrawSpeeds(NdPicture& picture) {
     surface.TextRight(speed(ShownDerived().trueAirspeedEstimateKt), kData, colour::Green, 88, 2);
 }
 
-// An arrow the way the wind blows, as seen on this picture.
-void DrawWind(NdPicture& picture) {
-    constexpr CanvasPoint kArrowCentre{10, 24};
-    constexpr double kArrowHalfPx = 7;
-    const double turn = picture.rose.FromUp(ShownDerived().windDirectionMag + 180.0);
-    if (std::isnan(turn + ShownAircraft().windSpeedKt)) {
-        picture.surface.Text("---/---", kData, colour::White, 21, 17);
-        return;
-    }
-    if (!(ShownAircraft().windSpeedKt >= 1) || !CanShow(ShownAircraft().windSpeedKt) ||
-        !std::isfinite(turn)) {
-        return;
-    }
-    CanvasPen pen{colour::White, 1.2};
-    pen.arrowAtEnd = true;
-    picture.surface.Turned(kArrowCentre.x, kArrowCentre.y, turn, [&] {
-        picture.canvas.DrawLine(pen, 0, kArrowHalfPx, 0, -kArrowHalfPx);
-    });
-    const FixedText direction = Degrees(true, ShownDerived().windDirectionMag);
-    const std::string_view digits = direction;
-    picture.surface.Text(FixedText("%.*s/%.0f", static_cast<int>(digits.size()), digits.data(),
-                                   ShownAircraft().windSpeedKt),
-                         kData, colour::White, 21, 17);
+void DrawWindAt(NdPicture& picture) {
+    DrawWind(picture.surface, picture.rose, {{10, 24}, 7, {21, 17}, kData});
 }
 
 void DrawCourseText(NdPicture& picture) {
@@ -173,7 +153,7 @@ void DrawMissing(NdPicture& picture) {
 }
 
 constexpr void (*kTexts[])(NdPicture&) = {
-    DrawSpeeds,  DrawWind,         DrawCourseText, DrawHeadingBox,    DrawTrack,
+    DrawSpeeds,  DrawWindAt,       DrawCourseText, DrawHeadingBox,    DrawTrack,
     DrawMissing, DrawNextWaypoint, DrawReceiver,   DrawAdfAndTraffic,
 };
 
