@@ -62,17 +62,6 @@ bool ShowsData(const FieldRow&) {
 }
 
 // ---- left keys ----
-EntryResult InsertHere(const PlanWaypoint& entry) {
-    const PlanSelection& at = SmithsSelection();
-    if (at.plan != &SmithsPlan() || at.index == kNoWaypoint) {
-        return EntryResult::InvalidEntry;
-    }
-    const std::int32_t index = at.index;
-    return EditSmithsPlan([&](FlightPlan& plan) { return InsertLeg(plan, index, entry); })
-               ? EntryResult::Accepted
-               : EntryResult::PlanFull;
-}
-
 // A hold in the modified plan, which the hold page shows then.
 EntryResult HoldAtEntry(std::int32_t index) {
     HoldPattern hold = NewHold();
@@ -100,7 +89,7 @@ EntryResult EnterLeg(const FieldRow& field, std::string_view text) {
                    : EntryResult::InvalidEntry;
     }
     SmithsSelection() = {&plan, index};
-    return TakeSmithsPoint(text, InsertHere);
+    return TakeSmithsPoint(text, InsertAtSmithsSelection);
 }
 
 EntryResult EraseLeg(const FieldRow& field) {

@@ -209,4 +209,15 @@ EntryResult StepSmithsMap(const FieldRow&) {
     return EntryResult::Accepted;
 }
 
+EntryResult InsertAtSmithsSelection(const PlanWaypoint& entry) {
+    const PlanSelection& at = SmithsSelection();
+    if (at.plan != &SmithsPlan() || at.index == kNoWaypoint) {
+        return EntryResult::InvalidEntry;
+    }
+    const std::int32_t index = at.index;
+    return EditSmithsPlan([&](FlightPlan& plan) { return InsertLeg(plan, index, entry); })
+               ? EntryResult::Accepted
+               : EntryResult::PlanFull;
+}
+
 }  // namespace avq1

@@ -86,6 +86,9 @@ EntryResult TakeSmithsPoint(std::string_view text, SmithsTakePoint take);
 // entry.
 PlanSelection& SmithsSelection();
 
+// Puts the point before that entry.
+EntryResult InsertAtSmithsSelection(const PlanWaypoint& entry);
+
 // Shows RTE HOLD with the hold at an entry of the plan shown.
 void OpenSmithsHold(std::int32_t index);
 

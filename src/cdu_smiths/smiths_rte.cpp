@@ -250,17 +250,6 @@ EntryResult EnterVia(const FieldRow& field, std::string_view text) {
                : EntryResult::PlanFull;
 }
 
-EntryResult InsertWay(const PlanWaypoint& entry) {
-    const PlanSelection& at = SmithsSelection();
-    if (at.plan != &SmithsPlan() || at.index == kNoWaypoint) {
-        return EntryResult::InvalidEntry;
-    }
-    const std::int32_t index = at.index;
-    return EditSmithsPlan([&](FlightPlan& plan) { return InsertLeg(plan, index, entry); })
-               ? EntryResult::Accepted
-               : EntryResult::PlanFull;
-}
-
 EntryResult EnterTo(const FieldRow& field, std::string_view text) {
     const std::int32_t number = WayOnRow(field.item);
     const std::int32_t start = StartOf(number);
@@ -292,7 +281,7 @@ EntryResult EnterTo(const FieldRow& field, std::string_view text) {
         return EnterAirwayTo(start, airway, text, last - first + 1);
     }
     SmithsSelection() = {&plan, start + 1};
-    return TakeSmithsPoint(text, InsertWay);
+    return TakeSmithsPoint(text, InsertAtSmithsSelection);
 }
 
 EntryResult CopyTo(const FieldRow& field) {

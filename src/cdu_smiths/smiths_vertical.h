@@ -42,6 +42,21 @@ void ShowSmithsSpeedLimit(const FieldRow& field, UnitText& text);
 EntryResult EnterSmithsSpeedLimit(const FieldRow& field, std::string_view entry);
 EntryResult EraseSmithsSpeedLimit(const FieldRow& field);
 
+// The rows of a phase's page, L2 and L3.
+constexpr FieldRow SmithsSpeedRow(std::int32_t phase) {
+    return SmithsField(kL2, {.label = "T G T    S P D",
+                             .show = ShowSmithsSpeed,
+                             .enter = EnterSmithsSpeed,
+                             .item = phase});
+}
+constexpr FieldRow SmithsSpeedLimitRow(std::int32_t phase) {
+    return SmithsField(kL3, {.label = "S P D / R E S T",
+                             .show = ShowSmithsSpeedLimit,
+                             .enter = EnterSmithsSpeedLimit,
+                             .erase = EraseSmithsSpeedLimit,
+                             .item = phase});
+}
+
 // Chooses a speed mode for the phase, or the economy speed again when it is chosen already.
 EntryResult PressSmithsSpeedMode(VerticalPhase phase, SpeedMode mode);
 bool SmithsSpeedModeChosen(VerticalPhase phase, SpeedMode mode);

@@ -12,6 +12,7 @@
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "support/kept_file.h"
+#include "support/screen_changes.h"
 
 namespace avq1::test {
 namespace {
@@ -117,8 +118,7 @@ class GnsScreens : public GnsTest {
         simulator.variables[638] = 2000;
         simulator.variables[657] = 2200;
         performance.climbRate = 2000;
-        before_.clear();
-        plans_[0] = plans_[1] = "";
+        changes_ = {};
         gns.listWanted = flow.fromTheList;
         if (flow.withPlan) {
             MakePlan();
@@ -149,38 +149,19 @@ class GnsScreens : public GnsTest {
                                 text.argb & 0xFFFFFF) +
                          text.text);
         }
-        for (const std::string& line : before_) {
-            out << (shown.contains(line) ? "" : "-" + line.substr(0, 7) + '\n');
-        }
-        for (const std::string& line : shown) {
-            out << (before_.contains(line) ? "" : '+' + line + '\n');
-        }
-        before_ = std::move(shown);
-        for (const FlightPlan* plan : {&activePlan, &modifiedPlan}) {
-            std::string& before = plans_[plan == &activePlan ? 0 : 1];
-            if (const std::string now = Show(*plan, true); now != before) {
-                out << (plan == &activePlan ? "active " : "modified ") << now << '\n';
-                before = now;
-            }
-        }
+        changes_.Note(std::move(shown), out);
     }
 
   private:
     FakeGns unit{kGnsKeys, 2};  // places to half a unit
-    std::set<std::string> before_;
-    std::string plans_[2];
+    ScreenChanges changes_;
 };
 
 TEST_F(GnsScreens, ReadAsTheyDidWhenLastLookedAt) {
     std::ostringstream now;
     for (const Flow& flow : kFlows) {
         Begin(flow);
-        std::istringstream words(flow.keys);
-        int number = 0;
-        for (std::string word; words >> word;) {
-            now << "# " << flow.name << ", " << ++number << ": " << word << '\n';
-            Look(word, now);
-        }
+        WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
     }
     ExpectAsKept(now.str(), "cdu_gns/screens.txt");
 }

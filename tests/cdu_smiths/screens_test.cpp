@@ -11,6 +11,7 @@
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "support/kept_file.h"
+#include "support/screen_changes.h"
 
 namespace avq1::test {
 namespace {
@@ -101,8 +102,7 @@ class SmithsScreens : public SmithsTest {
         }
         folder.Write("avq/flightplans/LONGNAMEOFPLAN.RTE", "[FlightPlan]\n");
         InstallSmiths();
-        before_.clear();
-        plans_[0] = plans_[1] = "";
+        changes_ = {};
         if (flow.status != RouteStatus::None) {
             MakeRoute();
             activePlan.Edit(0).ident = planBook.originIdent = "KSID";
@@ -143,37 +143,18 @@ class SmithsScreens : public SmithsTest {
                                 static_cast<int>(text.pixelSize)) +
                          text.text);
         }
-        for (const std::string& line : before_) {
-            out << (shown.contains(line) ? "" : "-" + line.substr(0, 7) + '\n');
-        }
-        for (const std::string& line : shown) {
-            out << (before_.contains(line) ? "" : '+' + line + '\n');
-        }
-        before_ = std::move(shown);
-        for (const FlightPlan* plan : {&activePlan, &modifiedPlan}) {
-            std::string& before = plans_[plan == &activePlan ? 0 : 1];
-            if (const std::string now = Show(*plan, true); now != before) {
-                out << (plan == &activePlan ? "active " : "modified ") << now << '\n';
-                before = now;
-            }
-        }
+        changes_.Note(std::move(shown), out);
     }
 
   private:
-    std::set<std::string> before_;
-    std::string plans_[2];
+    ScreenChanges changes_;
 };
 
 TEST_F(SmithsScreens, ReadAsTheyDidWhenLastLookedAt) {
     std::ostringstream now;
     for (const Flow& flow : kFlows) {
         Begin(flow);
-        std::istringstream words(flow.keys);
-        int number = 0;
-        for (std::string word; words >> word;) {
-            now << "# " << flow.name << ", " << ++number << ": " << word << '\n';
-            Look(word, now);
-        }
+        WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
     }
     ExpectAsKept(now.str(), "cdu_smiths/screens.txt");
 }
