@@ -7,7 +7,8 @@ A fault is one small change at a random place: a comparison, an operator, a numb
 statement left out, two arguments exchanged, another value returned. The changed file is compiled
 beside the build folder and linked in front of the libraries, so sources and libraries stay as they
 are whatever happens to this program. Only test programs that link the file's library run, the
-folder's own first; a fault is found when a test fails, crashes or does not end.
+folder's own first; a fault is found when a test fails, crashes or does not end. One that no test
+finds and that leaves the optimised object code byte for byte as it was is told apart.
 """
 import argparse
 import collections
@@ -35,6 +36,8 @@ SURVIVORS = os.path.join(BUILD, 'survivors.json')
 # library's own checks find what the sanitizers of the other build would.
 CONFIGURE = ['-DCMAKE_BUILD_TYPE=Debug', '-DCMAKE_CXX_FLAGS_DEBUG=-O0 -D_GLIBCXX_ASSERTIONS',
              '-DAVQ1_BENCHES=OFF', '-DAVQ1_TESTS=ON']
+# The code as it ships, and nothing in it that tells where its text stood.
+OPTIMISED = ['-O2', '-g0', '-DNDEBUG', '-U_GLIBCXX_ASSERTIONS']
 MEMORY_LIMIT_BYTES = 4 << 30
 FILE_LIMIT_BYTES = 200 << 20
 SHORTEST_TIMEOUT_S = 60
@@ -385,16 +388,28 @@ class Tests:
                 sys.exit(f'mutate: {name} fails without a fault: {wrong}')
             self.baseline[name] = time.monotonic() - begin
 
-    def compile(self, fault, text, folder):
-        row = self.compiles[fault.file]
-        path = os.path.join(folder, os.path.basename(fault.file))
+    def compile(self, source, text, folder, flags=()):
+        """The object file of a source with another text, or None. Its paths are always the same."""
+        row = self.compiles[source]
+        path, result = os.path.join(folder, os.path.basename(source)), os.path.join(folder, 'fault.o')
         with open(path, 'w', encoding='utf-8') as file:
             file.write(text)
-        command = shlex.split(row['command'])
+        command = shlex.split(row['command']) + list(flags)
         command[command.index('-c') + 1] = path
-        command[command.index('-o') + 1] = os.path.join(folder, 'fault.o')
+        command[command.index('-o') + 1] = result
         command[1:1] = ['-iquote', os.path.dirname(row['file'])]
-        return run(command, cwd=row['directory']).returncode == 0
+        return result if run(command, cwd=row['directory']).returncode == 0 else None
+
+    def same_code(self, source, text, changed, folder):
+        """Whether the optimiser makes the same of both texts: then no test could find the change."""
+        codes = []
+        for version in (text, changed):
+            result = self.compile(source, version, folder, OPTIMISED)
+            if result is None:
+                return False
+            with open(result, 'rb') as file:
+                codes.append(file.read())
+        return codes[0] == codes[1]
 
     def link(self, name, folder):
         program = os.path.join(folder, name)
@@ -403,14 +418,14 @@ class Tests:
         return program if run(command, shell=True, cwd=BUILD).returncode == 0 else None
 
 
-NOT_BUILT, SURVIVED = 'not built', 'survived'
+NOT_BUILT, SURVIVED, NO_DIFFERENCE = 'not built', 'survived', 'no difference in the compiled code'
 
 
 def try_fault(tests, fault, source):
-    """NOT_BUILT, SURVIVED, or what found the fault."""
+    """NOT_BUILT, SURVIVED, NO_DIFFERENCE, or what found the fault."""
     changed = source[:fault.start] + fault.text + source[fault.end:]
     with tempfile.TemporaryDirectory(dir=BUILD, prefix='fault_') as folder:
-        if not tests.compile(fault, changed, folder):
+        if tests.compile(fault.file, changed, folder) is None:
             return NOT_BUILT
         for name in tests.that_link(fault.file):
             program = tests.link(name, folder)
@@ -419,7 +434,8 @@ def try_fault(tests, fault, source):
             wrong = run_test(program, max(SHORTEST_TIMEOUT_S, TIMEOUT_FACTOR * tests.baseline[name]))
             if wrong:
                 return f'{name}: {wrong}'
-    return SURVIVED
+        same = tests.same_code(fault.file, source, changed, folder)
+        return NO_DIFFERENCE if same else SURVIVED
 
 
 def describe(fault, text):
@@ -481,7 +497,7 @@ def faults_to_try(options, sources):
 def campaign(options):
     tests, sources = prepare(options.paths, options.own)
     texts, faults, count = faults_to_try(options, sources)
-    tried, survivors, not_built, begin = 0, [], 0, time.monotonic()
+    tried, survivors, uncounted, begin = 0, [], collections.Counter(), time.monotonic()
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         running = {}
         while True:
@@ -497,20 +513,20 @@ def campaign(options):
                 running, return_when=concurrent.futures.FIRST_COMPLETED)
             for future in done:
                 fault, outcome = running.pop(future), future.result()
-                if outcome == NOT_BUILT:
-                    not_built += 1
-                    continue
-                tried += 1
+                if outcome in (NOT_BUILT, NO_DIFFERENCE):
+                    uncounted[outcome] += 1
+                else:
+                    tried += 1
                 if outcome == SURVIVED:
                     survivors.append(fault)
-                if options.verbose or outcome == SURVIVED:
+                if options.verbose or outcome in (SURVIVED, NO_DIFFERENCE):
                     print(f'[{outcome}] {describe(fault, texts[fault.file])}', flush=True)
     with open(SURVIVORS, 'w', encoding='utf-8') as file:
         json.dump([[*fault, texts[fault.file][fault.start:fault.end]] for fault in survivors], file)
-    report(tried, survivors, not_built, texts, time.monotonic() - begin)
+    report(tried, survivors, uncounted, texts, time.monotonic() - begin)
 
 
-def report(tried, survivors, not_built, texts, seconds):
+def report(tried, survivors, uncounted, texts, seconds):
     print(f'\n{tried} faults tried ({not_built} more did not compile), '
           f'{seconds / max(tried, 1):.1f} s each')
     for fault in sorted(survivors):
