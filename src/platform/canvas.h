@@ -81,13 +81,13 @@ class Canvas {
     void SaveState();  // transform and clip, nested
     void RestoreState();
 
-    void BeginClip();  // the path operations below define the clip until EndClip
+    // These add to a path; EndClip intersects the present clip with it and begins the next one.
     void ClipLine(double x1, double y1, double x2, double y2);
     void ClipArc(const CanvasPoint& topLeft, const CanvasSize& size, double startDeg,
                  double sweepDeg);
     void ClipEllipse(double x, double y, double width, double height);
     void ClipRectangle(double x, double y, double width, double height);
-    void EndClip();  // intersects with the present clip
+    void EndClip();
     void ResetClip();
 
     void DrawText(std::string_view text, const CanvasFont& font, std::uint32_t argb, double x,

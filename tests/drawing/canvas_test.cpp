@@ -53,7 +53,6 @@ TEST(Canvas, ClearReplacesAlphaPremultipliedWhateverClipAndTransformSay) {
     Picture picture(10, 4, kRed);
     Canvas canvas(&picture.context(), 10, 4);
     canvas.Scale(0.1, 0.1);
-    canvas.BeginClip();
     canvas.ClipRectangle(0, 0, 1, 1);
     canvas.EndClip();
     canvas.Clear(0x80FF0000);
@@ -129,7 +128,6 @@ TEST(Canvas, StateIsNestedAndMissingSavesAreHarmless) {
         canvas.SaveState();
         canvas.Translate(100, 0);
         canvas.SaveState();
-        canvas.BeginClip();
         canvas.ClipEllipse(0, 0, 4, 4);
         canvas.EndClip();
     }
@@ -161,7 +159,6 @@ TEST(CanvasText, OffThePictureOrClippedAwayIsNotReported) {
     Canvas canvas(&picture.context(), 100, 100);
     canvas.DrawText("OUTSIDE", {}, colour::White, 150, 10);
     canvas.DrawText("", {}, colour::White, 10, 10);
-    canvas.BeginClip();
     canvas.ClipRectangle(0, 50, 100, 50);
     canvas.EndClip();
     canvas.DrawText("CLIPPED", {}, colour::White, 10, 10);

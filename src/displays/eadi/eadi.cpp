@@ -22,7 +22,6 @@ const EadiLayout& ChosenLayout() {
 // What belongs to the outside world and the cue ends with the picture area.
 void Inside(EadiPicture& picture) {
     const EadiLayout& layout = picture.layout;
-    picture.canvas.BeginClip();
     picture.canvas.ClipRectangle(layout.left, layout.top, layout.right - layout.left,
                                  layout.bottom - layout.top);
     picture.canvas.EndClip();

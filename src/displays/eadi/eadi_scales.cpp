@@ -77,7 +77,6 @@ void DrawHeadingTape(EadiPicture& picture) {
         DrawFlag(picture.surface, "HDG", colour::Red, 0, kTapeTop + kTapeHeight / 2);
         return;
     }
-    canvas.BeginClip();
     canvas.ClipRectangle(-kTapeHalfWidth, kTapeTop - 2, 2 * kTapeHalfWidth, kTapeHeight + 2);
     canvas.EndClip();
     canvas.FillRectangle(colour::Black, -kTapeHalfWidth, kTapeTop, 2 * kTapeHalfWidth, kTapeHeight);

@@ -62,7 +62,6 @@ bool OnIls(const EhsiPicture& picture) {
 // end with the arc's picture at the bottom.
 void ToArcBottom(EhsiPicture& picture) {
     if (!picture.fullCompass) {
-        picture.canvas.BeginClip();
         picture.canvas.ClipRectangle(0, 0, kEhsiDesignWidth, kArcBottom);
         picture.canvas.EndClip();
     }
@@ -70,7 +69,6 @@ void ToArcBottom(EhsiPicture& picture) {
 
 void ToCompass(EhsiPicture& picture) {
     const EhsiCompass& compass = picture.compass;
-    picture.canvas.BeginClip();
     picture.canvas.ClipEllipse(compass.centre.x - compass.radius, compass.centre.y - compass.radius,
                                2 * compass.radius, 2 * compass.radius);
     picture.canvas.EndClip();

@@ -17,11 +17,9 @@ double FromCentre(const MapFrame& frame, double x, double y) {
 void ClipToMap(const MapFrame& frame) {
     Canvas& canvas = frame.surface.canvas();
     const double radius = frame.circleRadius;
-    canvas.BeginClip();
     canvas.ClipEllipse(frame.circleCentre.x - radius, frame.circleCentre.y - radius, 2 * radius,
                        2 * radius);
     canvas.EndClip();
-    canvas.BeginClip();
     canvas.ClipRectangle(frame.window.x, frame.window.y, frame.window.width, frame.window.height);
     canvas.EndClip();
 }

@@ -92,7 +92,6 @@ void ToMap(NdPicture& picture) {
 
 void ToArcBottom(NdPicture& picture) {
     if (!picture.rose.IsFull()) {
-        picture.canvas.BeginClip();
         picture.canvas.ClipRectangle(0, 0, kNdWidth, kNdMapBottom);
         picture.canvas.EndClip();
     }

@@ -58,7 +58,6 @@ void DrawTrafficMarks(Surface& surface, const TrafficRose& rose) {
 void DrawTrafficTargets(Surface& surface, const TrafficRose& rose, TrafficLayout layout) {
     Canvas& canvas = surface.canvas();
     canvas.SaveState();
-    canvas.BeginClip();
     canvas.ClipEllipse(rose.centre.x - kOuterRadius, rose.centre.y - kOuterRadius, 2 * kOuterRadius,
                        2 * kOuterRadius);
     canvas.EndClip();

@@ -410,12 +410,6 @@ void Canvas::RestoreState() {
     }
 }
 
-void Canvas::BeginClip() {
-    if (native_ != nullptr) {
-        cairo_new_path(Native(native_)->cr);
-    }
-}
-
 void Canvas::ClipLine(double x1, double y1, double x2, double y2) {
     status_ = Perform(native_, [&](CairoContext& context) {
         if (!Finite(x1, y1, x2, y2) || std::max({std::abs(x1), std::abs(y1), std::abs(x2),

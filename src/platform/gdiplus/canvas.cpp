@@ -426,13 +426,6 @@ void Canvas::RestoreState() {
 }
 
 // ---- clip ----
-void Canvas::BeginClip() {
-    if (native_ != nullptr) {
-        GdipResetPath(Native(native_)->clip);
-        GdipSetPathFillMode(Native(native_)->clip, Gdiplus::FillModeWinding);
-    }
-}
-
 void Canvas::ClipLine(double x1, double y1, double x2, double y2) {
     status_ = AddToClip(native_, true, [&](Gdiplus::GpPath* path) {
         return FiniteAndSmall({x1, y1}) && FiniteAndSmall({x2, y2}) &&
@@ -469,6 +462,8 @@ void Canvas::EndClip() {
     }
     GdipResetWorldTransform(context->graphics);
     status_ = GdipSetClipPath(context->graphics, context->clip, Gdiplus::CombineModeIntersect);
+    GdipResetPath(context->clip);
+    GdipSetPathFillMode(context->clip, Gdiplus::FillModeWinding);
     gdiplus::ApplyTransform(*context);
 }
 
