@@ -32,7 +32,6 @@ void PressLnav(const KeyClick&) {
 
 void PressDirto(const KeyClick&) {
     mcu.entryText.clear();
-    mcu.secondEntryText.clear();
     ShowPage(kMcuDirto);
 }
 

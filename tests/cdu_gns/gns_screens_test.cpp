@@ -1,7 +1,6 @@
 // Every page of the GNS-style unit after each step of a session, compared with how it read when
 // somebody last looked: screens.txt keeps what each key changed, places, colours and texts, and
 // what became of the plans.
-#include <set>
 #include <sstream>
 
 #include "base/redraw.h"
@@ -142,14 +141,7 @@ class GnsScreens : public GnsTest {
         Update();
         RequestUnitRedraw();
         unit.Draw();
-        std::set<std::string> shown;
-        for (const DrawnText& text : unit.Texts()) {
-            shown.insert(Format("%3d %3d %2d %06X |", static_cast<int>(text.y),
-                                static_cast<int>(text.x), static_cast<int>(text.pixelSize),
-                                text.argb & 0xFFFFFF) +
-                         text.text);
-        }
-        changes_.Note(std::move(shown), out);
+        changes_.Note(ScreenLines(unit.Texts()), out);
     }
 
   private:

@@ -730,9 +730,11 @@ TEST_F(GnsTest, AutoEngagesLnavAndManHandsOverTheTypedHeading) {
     EXPECT_THAT(unit.After("L10 ENTER"), Contains("095"));
     EXPECT_EQ(guidance.lnavEngaged, 1) << "not before the heading is confirmed";
     simulator.events.clear();
-    unit.Press("=120 ENTER");
+    EXPECT_THAT(unit.After("=120 ENTER"), Contains("MAN"));
     EXPECT_EQ(guidance.lnavEngaged, 0);
     EXPECT_THAT(simulator.events, Contains(std::pair<std::int32_t, std::uint32_t>{66042, 120}));
+    unit.Press("L10 CLR ENTER =360 ENTER");
+    EXPECT_THAT(simulator.events, Contains(std::pair<std::int32_t, std::uint32_t>{66042, 360}));
     EXPECT_EQ(unit.After("L10 CLR ENTER =361 ENTER").front().substr(0, 13), "INVALID ENTRY");
 }
 

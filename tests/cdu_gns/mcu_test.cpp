@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
+#include <utility>
+
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "base/redraw.h"
@@ -14,11 +18,15 @@
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
+#include "guidance/predictions.h"
+#include "guidance/progress.h"
 #include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
 #include "simlink/keyboard.h"
 #include "support/fake_keyboard.h"
+#include "support/kept_file.h"
 #include "support/leak_suppressions.h"
+#include "support/screen_changes.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
 
@@ -468,6 +476,123 @@ TEST_F(McuTypingTest, AKeyboardThatCannotBeOpenedIsSaidOnEveryTypingPage) {
         EXPECT_EQ(mcu.editing, 1) << page;
         EXPECT_THAT(unit.After("EDIT"), ::testing::Not(Contains(HasSubstr("failed")))) << page;
     }
+}
+
+// ---- every page as it was when somebody last looked ----
+
+// Flows of a pilot, each from a fresh state and looked at after every word: keys by their labels,
+// and "=KX" on the computer keyboard, with u, d, p and n for its arrow and page keys, b and e for
+// Backspace and Enter.
+struct Flow {
+    const char* name;
+    bool withPlan;
+    const char* keys;
+};
+
+constexpr Flow kFlows[] = {
+    {"nothing yet", false,
+     "TO PREV ENTER NEXT HOLD LNAV LEGS NEXT EDIT =K ENTER CROSS UP NEXT ENTER APT ENTER NEXT "
+     "DIRTO ENTER ALT ENTER EDIT"},
+    {"the leg being flown", true,
+     "TO HOLD LNAV HOLD NEXT HOLD LNAV PREV NEXT NEXT NEXT NEXT PREV UP ENTER EDIT"},
+    {"a stored plan", false,
+     "FPLN NEXT NEXT NEXT NEXT PREV PREV PREV PREV DOWN RIGHT RIGHT LEFT UP LEFT NEXT ENTER TO "
+     "FPLN RIGHT RIGHT ENTER TO"},
+    {"legs", true,
+     "NEXT LEGS PREV PREV NEXT NEXT NEXT NEXT NEXT UP LEFT RIGHT EDIT =K =X =p =n =u EDIT =A "
+     "EDIT =OVe LEGS EDIT =d ENTER LEGS"},
+    {"a crossing", true,
+     "CROSS UP UP RIGHT UP NEXT NEXT NEXT DOWN LEFT ENTER LEGS CROSS NEXT ENTER CROSS EDIT "
+     "=d =1A1000 =9 EDIT UP EDIT =1b =9e ENTER LEGS CROSS NEXT NEXT ENTER"},
+    {"an altitude", false, "ALT UP RIGHT UP DOWN DOWN LEFT DOWN ENTER EDIT"},
+    {"an airport", false,
+     "APT EDIT =KXA =e EDIT =b EDIT EDIT =KZZe NEXT ENTER ENTER NEXT DOWN NEXT NEXT NEXT ENTER "
+     "PREV UP "
+     "LEFT RIGHT EDIT ENTER EDIT =K TO APT"},
+    {"direct to", true,
+     "DIRTO =A EDIT =KA ENTER EDIT =bX =u =d =u =e ENTER DIRTO EDIT =KX EDIT ENTER EDIT =KXe "
+     "NEXT ENTER LEGS DIRTO EDIT =ZZd PREV PREV =e ENTER"},
+};
+
+class McuScreens : public McuTypingTest {
+  protected:
+    void Begin(const Flow& flow) {
+        ResetModuleState();
+        SimFolder = folder.root().string();
+        avionicsPower = 1;
+        aircraft.latitude = 0;
+        aircraft.longitude = 0.5;
+        aircraft.groundSpeedKt = 240;
+        aircraft.magneticVariation = 3;
+        aircraft.apAltitudeTargetFt = 12700;
+        aircraft.apHeadingBug = 95;
+        changes_ = {};
+        simulator.events.clear();
+        for (const PointRecord& place :
+             {PointRecord{"KX", "FAR", 40, 60, PointKind::Vor, "113.90", ""},
+              PointRecord{"ZZ", "ONLY", 0, 9, PointKind::Navaid, "385", ""}}) {
+            navDatabase.navaids.Append(place);
+        }
+        navDatabase.intersections.Append({"KX", "NEAR", 1, 2.5, PointKind::Intersection, "", ""});
+        if (flow.withPlan) {
+            MakePlan();
+        }
+        Update();
+    }
+
+    // What the per-frame update does and works out.
+    static void Update() {
+        ServeRequests();
+        SetActiveWaypoint(planBook.activeIndex);
+        UpdateRouteDistance();
+        RefreshPredictions();
+    }
+
+    void TypeWord(const std::string& word) {
+        const std::map<char, std::uint8_t> keys = {
+            {'A', scan::kA},    {'K', scan::kK},         {'X', scan::kX},       {'Z', scan::kZ},
+            {'O', scan::kO},    {'V', scan::kV},         {'0', scan::k0},       {'1', scan::k1},
+            {'9', scan::k9},    {'b', scan::kBackspace}, {'e', scan::kEnter},   {'u', scan::kUp},
+            {'d', scan::kDown}, {'p', scan::kPageUp},    {'n', scan::kPageDown}};
+        for (const char each : word.substr(1)) {
+            Type({keys.at(each)});
+        }
+    }
+
+    // Writes what the key changed on the screen and in the plans, and what it sent.
+    void Look(const std::string& word, std::ostream& out) {
+        word.front() == '=' ? TypeWord(word) : unit.Press(word);
+        Update();
+        RequestUnitRedraw();
+        unit.Draw();
+        changes_.Note(ScreenLines(unit.Texts()), out);
+        for (const auto& [event, value] : std::exchange(simulator.events, {})) {
+            out << "sent " << event << ' ' << value << '\n';
+        }
+    }
+
+  private:
+    ScreenChanges changes_;
+};
+
+TEST_F(McuScreens, ReadAsTheyDidWhenLastLookedAt) {
+    folder.Write("avq/Navdata/avq_apts.txt",
+                 "KZZ NAME 1234 40.0 -73.0 09L_9000_40.1_-73.9_88_ILS_110.30_90 "
+                 "09R_8000_40.1_-73.9_88_x_y_90 18_12079_40.1_-73.9_180_110.30_LOC_180 "
+                 "27L_9000_40.1_-73.9_88_x_y_270 27R_9000_40.1_-73.9_88_x_y_270\n");
+    for (const char digit : {'1', '2', '3', '4', '5'}) {
+        folder.Write(std::string("avq/flightplans/P") + digit + ".RTE",
+                     std::string("[FlightPlan]\nKA") + digit +
+                         "A  10.0  20.0  APT  ---\nMID  10.0  21.0  WPT  ---\nKBBB  10.0  22.0  "
+                         "APT  ---\n");
+    }
+    folder.Write("avq/flightplans/ALONGNAMEOFAPLAN.RTE", "[FlightPlan]\n");
+    std::ostringstream now;
+    for (const Flow& flow : kFlows) {
+        Begin(flow);
+        WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
+    }
+    ExpectAsKept(now.str(), "cdu_gns/mcu_screens.txt");
 }
 
 // ---- painting ----

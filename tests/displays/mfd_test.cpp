@@ -437,14 +437,16 @@ TEST_F(Mfd, MapModeStaysNorthUpWhereItWasSwitchedOn) {
     nd.showTraffic = 1;
     PanelKey("MAP");
     aircraft.longitude = 2.5 / 60;
+    aircraft.latitude = 1.25 / 60;
     source.Tell({{0, 1.25, 5, 0, 1}});  // east of the aircraft
     guidance.blinkCounter = 30;
     const auto picture = Draw(2);
     ExpectShown({"NORTH UP", "WPONE 090 / 10.0 NM", "+05"});
     const double pxPerNm = mfd.map.radius / 5;
     EXPECT_GT(mfd.map.radius, 53);
-    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 2.5 * pxPerNm, kCentre.y}, colour::White));
-    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 3.75 * pxPerNm, kCentre.y}, colour::Cyan));
+    const double y = kCentre.y - 1.25 * pxPerNm;
+    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 2.5 * pxPerNm, y}, colour::White));
+    EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 3.75 * pxPerNm, y}, colour::Cyan));
     EXPECT_NEAR(test::MeanDirection(*picture, kCentre, 100, 104, 2, colour::Cyan, 40), 0, 6)
         << "the heading bug at north";
     aircraft.longitude = 40.0 / 60;  // off the map

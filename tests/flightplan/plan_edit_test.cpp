@@ -7,6 +7,8 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_notation.h"
+#include "flightplan/procedures.h"
+#include "flightplan/route_entry.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 
@@ -77,6 +79,27 @@ bool DirectPoint(FlightPlan& plan) {
 template <std::int32_t index>
 bool Hold(FlightPlan& plan) {
     return HoldAt(plan, index, NewHold());
+}
+template <std::int32_t from, std::int32_t to>
+bool Lead(FlightPlan& plan) {
+    return LeadTo(plan, from, to);
+}
+template <std::int32_t first, std::int32_t last>
+bool Remove(FlightPlan& plan) {
+    return RemoveElement(plan, first, last);
+}
+template <std::int32_t index>
+bool RowDeleted(FlightPlan& plan) {
+    return DeleteLeg(plan, index);
+}
+bool NewEnd(FlightPlan&) {
+    FoundPoint airport;
+    airport.ident = "KLGA";
+    airport.kind = PointKind::Airport;
+    return SetRouteDestination(airport);
+}
+bool NoEnd(FlightPlan&) {
+    return RemoveRouteDestination();
 }
 
 // "^" counts in the active plan only, "+" in the modified one.
@@ -176,6 +199,51 @@ const OperationCase kOperations[] = {
     {"a fifth", Hold<5>, "KJFK >AAA@ BBB@ CCC@ DDD@ EEE ^+KBOS", nullptr},
     {"none at a gap", Hold<2>, "KJFK >AAA DISCO ^+KBOS", nullptr},
     {"none at the departure", Hold<0>, "KJFK >AAA ^+KBOS", nullptr},
+
+    {"straight on", Lead<2, 4>, "KJFK >AAA J1 BBB@ J1 CCC J2 DDD ^+=KBOS", "KJFK >AAA DDD ^+=KBOS"},
+    {"to the end", Lead<1, 3>, "KJFK >AAA BBB ^+=KBOS", "KJFK >^+=KBOS"},
+    {"not back", Lead<3, 2>, "KJFK >AAA BBB ^+KBOS", nullptr},
+    {"nor from the departure", Lead<0, 2>, "KJFK >AAA BBB ^+KBOS", nullptr},
+    {"nor beyond the end", Lead<1, 4>, "KJFK >AAA BBB ^+KBOS", nullptr},
+
+    {"an element leaves a gap", Remove<2, 3>, "KJFK >AAA BBB@ CCC =DDD ^+KBOS",
+     "KJFK >AAA DISCO =DDD ^+KBOS"},
+    {"one gap is enough", Remove<2, 2>, "KJFK >AAA BBB DISCO CCC ^+KBOS",
+     "KJFK >AAA DISCO CCC ^+KBOS"},
+    {"on either side", Remove<3, 3>, "KJFK >AAA DISCO BBB CCC ^+KBOS",
+     "KJFK >AAA DISCO CCC ^+KBOS"},
+    {"a gap", Remove<2, 2>, "KJFK >AAA DISCO BBB ^+KBOS", "KJFK >AAA BBB ^+KBOS"},
+    {"with what is flown goes the gap", Remove<1, 2>, "KJFK >AAA BBB DISCO CCC ^+KBOS",
+     "KJFK >CCC ^+KBOS"},
+    {"before the destination", Remove<2, 2>, "KJFK >AAA BBB ^+KBOS", "KJFK >AAA ^+KBOS"},
+    {"behind the departure", Remove<1, 1>, "KJFK AAA >BBB ^+KBOS", "KJFK >BBB ^+KBOS"},
+    {"not the departure", Remove<0, 1>, "KJFK AAA >BBB ^+KBOS", nullptr},
+    {"not what is not there", Remove<2, 4>, "KJFK AAA >BBB ^+KBOS", nullptr},
+    {"nor backwards", Remove<2, 1>, "KJFK AAA >BBB ^+KBOS", nullptr},
+    {"nor the last", Remove<1, 1>, "KJFK >^+KBOS", nullptr},
+
+    {"a row's hold", RowDeleted<2>, "KJFK >AAA BBB@ ^+KBOS", "KJFK >AAA BBB ^+KBOS", Plans::Flown},
+    {"a row", RowDeleted<2>, "KJFK >AAA BBB CCC DDD ^+KBOS", "KJFK >AAA DISCO CCC DDD ^+KBOS"},
+    {"a row that is a gap", RowDeleted<2>, "KJFK >AAA DISCO BBB ^+KBOS", "KJFK >AAA BBB ^+KBOS"},
+    {"what is flown", RowDeleted<1>, "KJFK >AAA DISCO BBB CCC ^+KBOS", "KJFK >BBB CCC ^+KBOS"},
+    {"what is flown to the end", RowDeleted<2>, "KJFK AAA >BBB ^+KBOS", "KJFK AAA >^+KBOS",
+     Plans::Flown},
+    {"no row", RowDeleted<3>, "^KJFK AAA >KBOS +", nullptr},
+
+    {"a destination", NewEnd, "KJFK >AAA BBB@ =CCC", "KJFK >AAA BBB@ =CCC +KLGA", Plans::Modified},
+    {"another", NewEnd, "KJFK >AAA BBB +=KBOS", "KJFK >AAA BBB +=KLGA", Plans::Modified},
+    {"with the arrival goes its gap", NewEnd, "KJFK >AAA STAR:T1(BBB,CCC@) DISCO APPR(DDD) +KBOS",
+     "KJFK >AAA +KLGA", Plans::Modified},
+    {"and what is flown of it", NewEnd, "KJFK STAR(>BBB,CCC) +KBOS", "KJFK >+KLGA",
+     Plans::Modified},
+    {"another gap stays", NewEnd, "KJFK >AAA DISCO +KBOS", "KJFK >AAA DISCO +KLGA",
+     Plans::Modified},
+    {"nor is a departure the arrival's", NewEnd, "KJFK SID(>AAA) +KBOS", "KJFK SID(>AAA) +KLGA",
+     Plans::Modified},
+    {"none without a departure", NewEnd, "+", nullptr, Plans::Modified},
+    {"none behind the departure alone", NoEnd, "KJFK >+KBOS", nullptr, Plans::Modified},
+    {"none there", NoEnd, "KJFK >AAA BBB +", nullptr, Plans::Modified},
+    {"taken out", NoEnd, "KJFK >AAA STAR(BBB) APPR(CCC) +KBOS", "KJFK >AAA +", Plans::Modified},
 };
 
 TEST_F(PlanEdit, OperationsTakeWhatPointsIntoThePlanWithThem) {
@@ -208,6 +276,23 @@ TEST_F(PlanEdit, OperationsTakeWhatPointsIntoThePlanWithThem) {
     }
 }
 
+TEST_F(PlanEdit, AnotherDestinationForgetsTheArrivalChosen) {
+    SetPlan(modifiedPlan, "KJFK AAA KBOS");
+    modifiedPlan.EditProcedures() = {"S1", "ST", "09", "T1", "TT", "ILS", "AT", "27"};
+    procedureChoice = {"KBOS", 1, "S1", "ST", "09", 2, "T1", "TT", "27", "ILS", "AT"};
+    ASSERT_TRUE(NewEnd(modifiedPlan));
+    EXPECT_EQ(modifiedPlan.procedures, (PlanProcedures{"S1", "ST", "09", "", "", "", "", ""}));
+    const ProcedureChoice& left = procedureChoice;
+    EXPECT_EQ(Format("%d %s %s %s", left.sidNumber, left.sidName.c_str(),
+                     left.sidTransition.c_str(), left.departureRunway.c_str()),
+              "1 S1 ST 09");
+    EXPECT_EQ(left.starNumber, 0);
+    EXPECT_EQ(left.starName + left.approachType + left.approachTransition, "");
+    EXPECT_EQ(left.starTransition, kNoChoice);
+    EXPECT_EQ(left.arrivalRunway, kNoChoice);
+    EXPECT_EQ(planBook.destinationIdent, "KLGA");
+}
+
 TEST_F(PlanEdit, FullPlanRefusesAndStaysAsItIs) {
     const auto named = [](FlightPlan& plan) {
         SearchResults results;
@@ -227,7 +312,8 @@ TEST_F(PlanEdit, FullPlanRefusesAndStaysAsItIs) {
         {200, Gap<5>, false},  // no room for the gap that belongs to it
         {200, Leg<5>, false},    {200, Gap<199>, true},     {200, named, true},
         {200, Between<5>, true}, {200, Disco<5>, true},     {200, placeholder, true},
-        {200, Direct<5>, true},  {199, Gap<5>, true},
+        {200, Direct<5>, true},  {199, Gap<5>, true},       {201, NewEnd, false},
+        {200, NewEnd, true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.entries << " entries");

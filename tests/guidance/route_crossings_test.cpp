@@ -80,8 +80,8 @@ TEST_F(RouteCrossings, PredictionsLieBetweenTheirNeighbours) {
         point.known = true;
         point.distanceNm = nm;
         point.minutes = minutes;
-        point.zuluMinutes = PositiveModulo(1430 + minutes, 1440);
-        point.clockMinutes = 600 + minutes;
+        point.zuluMinutes = PositiveModulo(1430.5 + minutes, 1440);
+        point.clockMinutes = 600.5 + minutes;
         point.altitudeFt = feet;
         point.fuelLb = 900 - 10 * minutes;
     };
@@ -95,12 +95,14 @@ TEST_F(RouteCrossings, PredictionsLieBetweenTheirNeighbours) {
     aircraft.zuluHour = 23;
     aircraft.zuluMinute = 50;
     aircraft.clockHour = 10;
+    aircraft.clockSecond = 30;
     const struct {
         double nm;
         bool known;
         double minutes, zulu, feet;
-    } rows[] = {{0, true, 0, 1430, 2000},  {15, true, 3, 1433, 4000}, {30, true, 6, 1436, 6000},
-                {45, true, 9, 1439, 8000}, {75, true, 15, 5, 10000},  {90, true, 18, 8, 10000},
+    } rows[] = {{0, true, 0, 1430.5, 2000},  {15, true, 3, 1433.5, 4000},
+                {30, true, 6, 1436.5, 6000}, {45, true, 9, 1439.5, 8000},
+                {75, true, 15, 5.5, 10000},  {90, true, 18, 8.5, 10000},
                 {90.5, false, 0, 0, 0}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.nm);
@@ -110,7 +112,7 @@ TEST_F(RouteCrossings, PredictionsLieBetweenTheirNeighbours) {
             EXPECT_NEAR(point.distanceNm, row.nm, 1e-9);
             EXPECT_NEAR(point.minutes, row.minutes, 1e-9);
             EXPECT_NEAR(point.zuluMinutes, row.zulu, 1e-9);
-            EXPECT_NEAR(point.clockMinutes, 600 + row.minutes, 1e-9);
+            EXPECT_NEAR(point.clockMinutes, 600.5 + row.minutes, 1e-9);
             EXPECT_NEAR(point.altitudeFt, row.feet, 1e-9);
             EXPECT_NEAR(point.fuelLb, 900 - 10 * row.minutes, 1e-9);
         }

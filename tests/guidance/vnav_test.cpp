@@ -12,6 +12,7 @@
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/predictions.h"
+#include "guidance/vnav/flight_values.h"
 #include "guidance/vnav/flown.h"
 #include "guidance/vnav/planning.h"
 #include "guidance/vnav/table_optimum.h"
@@ -126,6 +127,30 @@ class VnavTest : public ::testing::Test {
 
     FakeSimulator& simulator;
 };
+
+TEST_F(VnavTest, FuelFlowsAreTheTablesUntilTheFlightHasShownThem) {
+    using enum VerticalPhase;
+    performanceTables.climb = {{10000, 0, 0, {9000, 8000, 7000}, 3}, {30000, 0, 0, {5000}, 1}};
+    performanceTables.cruise = {{30000, 0, {4000, 3000}, 2}};
+    performanceTables.descent = {{10000, 0, 0, 1000}, {20000, 0, 0, 600}};
+    const struct {
+        VerticalPhase phase;
+        double altitudeFt;
+        double flowPph;
+    } rows[] = {{Climb, 5000, 8000},  {Climb, 10000, 8000}, {Climb, 15000, 7250},
+                {Climb, 40000, 5000}, {Cruise, 1000, 4000}, {Descent, 12500, 900},
+                {Descent, 20000, 600}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(FuelFlowPph({}, row.phase, row.altitudeFt, 0), row.flowPph) << row.altitudeFt;
+    }
+    FlightExperience seen;
+    seen.seen = 6;
+    seen.meanFlowPph = 5000;
+    seen.meanFpm = 1000;
+    seen.flowPerFpm = 2;
+    EXPECT_EQ(FuelFlowPph(seen, Climb, 5000, 2000), 7000);
+    EXPECT_EQ(FuelFlowPph(seen, Descent, 5000, -2000), 990) << "idle, a third of level flight";
+}
 
 TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
     const struct {

@@ -7,11 +7,26 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
+#include "base/text.h"
 #include "flightplan/flight_plan.h"
 #include "flightplan/plan_notation.h"
+#include "support/picture.h"
 
 namespace avq1::test {
+
+// A line for every text of a screen: place, font size, colour, what it says.
+inline std::set<std::string> ScreenLines(const std::vector<DrawnText>& texts) {
+    std::set<std::string> lines;
+    for (const DrawnText& text : texts) {
+        lines.insert(Format("%3d %3d %2d %06X |", static_cast<int>(text.y),
+                            static_cast<int>(text.x), static_cast<int>(text.pixelSize),
+                            text.argb & 0xFFFFFF) +
+                     text.text);
+    }
+    return lines;
+}
 
 class ScreenChanges {
   public:
