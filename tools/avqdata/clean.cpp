@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "avqdata/folder.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -27,23 +28,16 @@ const LatLon* Nearest(const Points& points, const Fix& fix, double withinNm) {
     return best;
 }
 
-// To the five decimals of the files, by way of their text: halves must fall on the same side.
-void Round(LatLon& at) {
-    constexpr int kDecimals = 5;
-    at.latitude = Number(Fixed(at.latitude, kDecimals)).value_or(0);
-    at.longitude = Number(Fixed(at.longitude, kDecimals)).value_or(0);
-}
-
 void RoundPoints(Dataset& data) {
     for (Station& station : data.stations) {
-        Round(station.at);
+        station.at = RoundedAsWritten(station.at, kPointDecimals);
     }
     for (Fix& fix : data.fixes) {
-        Round(fix.at);
+        fix.at = RoundedAsWritten(fix.at, kPointDecimals);
     }
     for (Airway& airway : data.airways) {
         for (Fix& point : airway.points) {
-            Round(point.at);
+            point.at = RoundedAsWritten(point.at, kPointDecimals);
         }
     }
 }

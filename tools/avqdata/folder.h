@@ -32,6 +32,10 @@ inline constexpr std::array<const char*, kFileRoles> kFileNames{
     "avq_navs.txt",  "avq_ints.txt", "fsb_awy2.txt", "avq_apts.txt", "avq_sids.txt",
     "avq_stars.txt", "avq_apps.txt", "atc_bdry.txt", "ils.txt"};
 
+// Of a degree, in the files.
+inline constexpr int kPointDecimals = 5;      // about a metre
+inline constexpr int kThresholdDecimals = 6;  // displays and radios measure along runways
+
 using FolderTexts = std::array<std::string, kFileRoles>;
 
 // What the folder's files hold; a missing file reads as an empty one. Lines that make no sense are

@@ -12,7 +12,25 @@ namespace {
 
 using Row = std::vector<std::string_view>;
 
-// Calls `onRow` for the lines of a file; it returns false for one that makes no sense.
+// The position in two words, rounded as the files are written: what is sorted by it then keeps its
+// order when it is read again. Most folders are our own and have no more decimals.
+std::optional<LatLon> FilePosition(std::string_view latitude, std::string_view longitude,
+                                   int decimals = kPointDecimals) {
+    std::optional<LatLon> at = Position(latitude, longitude);
+    const auto isLong = [&](std::string_view text) {
+        const std::size_t point = text.find('.');
+        const bool plain = text.find_first_of("eE") == std::string_view::npos;
+        return !plain || (point != std::string_view::npos &&
+                          text.size() - point - 1 > static_cast<std::size_t>(decimals));
+    };
+    if (at && (isLong(latitude) || isLong(longitude))) {
+        *at = RoundedAsWritten(*at, decimals);
+    }
+    return at;
+}
+
+// Calls `onRow` for the lines of a file; it returns false for one that makes no sense. A record
+// whose first word opens a comment, which a blank before it hides, could not be written again.
 template <typename OnRow>
 void ReadRows(const FolderTexts& texts, FileRole role, bool hasComments, Report& report,
               OnRow onRow) {
@@ -23,7 +41,7 @@ void ReadRows(const FolderTexts& texts, FileRole role, bool hasComments, Report&
         if (words.empty() || (hasComments && line.starts_with(';'))) {
             continue;
         }
-        if (!onRow(words)) {
+        if ((hasComments && words[0].starts_with(';')) || !onRow(words)) {
             report.Add(Topic::Dropped, "lines of the folder's files that make no sense",
                        AtLine(lines.Name(), lines.LineNumber(), line.substr(0, 60)));
         }
@@ -33,7 +51,7 @@ void ReadRows(const FolderTexts& texts, FileRole role, bool hasComments, Report&
 void ParseNavaids(const FolderTexts& texts, Report& report, Dataset& data) {
     ReadRows(texts, kNavaidFile, true, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 5 ? Position(words[2], words[3]) : std::nullopt;
+            words.size() > 5 ? FilePosition(words[2], words[3]) : std::nullopt;
         if (at) {
             data.stations.push_back({std::string(words[0]), std::string(words[1]), *at,
                                      words[4] == "VOR", std::string(words[5])});
@@ -54,7 +72,7 @@ void ParseNavaids(const FolderTexts& texts, Report& report, Dataset& data) {
 void ParseFixes(const FolderTexts& texts, Report& report, Dataset& data) {
     ReadRows(texts, kFixFile, true, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 3 ? Position(words[2], words[3]) : std::nullopt;
+            words.size() > 3 ? FilePosition(words[2], words[3]) : std::nullopt;
         if (at) {
             data.fixes.push_back({std::string(words[0]), *at});
         }
@@ -67,7 +85,7 @@ void ParseAirways(const FolderTexts& texts, Report& report, Dataset& data) {
     int previous = 0;
     ReadRows(texts, kAirwayFile, true, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 4 ? Position(words[3], words[4]) : std::nullopt;
+            words.size() > 4 ? FilePosition(words[3], words[4]) : std::nullopt;
         if (!at) {
             return false;
         }
@@ -86,7 +104,7 @@ std::optional<RunwayEnd> ParseRunway(std::string_view token) {
     if (fields.size() < 8) {
         return std::nullopt;
     }
-    const std::optional<LatLon> at = Position(fields[2], fields[3]);
+    const std::optional<LatLon> at = FilePosition(fields[2], fields[3], kThresholdDecimals);
     const std::optional<double> heading = Number(fields[4]);
     const std::optional<double> length = Number(fields[1]);
     if (!at || !heading || !length || *length < 0 || *length > 1e6) {
@@ -106,7 +124,7 @@ std::optional<RunwayEnd> ParseRunway(std::string_view token) {
 void ParseAirports(const FolderTexts& texts, Report& report, Dataset& data) {
     ReadRows(texts, kAirportFile, false, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 4 ? Position(words[3], words[4]) : std::nullopt;
+            words.size() > 4 ? FilePosition(words[3], words[4]) : std::nullopt;
         const std::optional<double> elevation = at ? Number(words[2]) : std::nullopt;
         if (!elevation || std::abs(*elevation) > 1e5) {
             return false;
@@ -149,7 +167,7 @@ void ParseProcedures(const std::string& text, ProcedureFile& file) {
 void ParseBoundaries(const FolderTexts& texts, Report& report, Dataset& data) {
     ReadRows(texts, kBoundaryFile, true, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 3 ? Position(words[2], words[3]) : std::nullopt;
+            words.size() > 3 ? FilePosition(words[2], words[3]) : std::nullopt;
         if (!at) {
             return false;
         }
@@ -164,8 +182,9 @@ void ParseBoundaries(const FolderTexts& texts, Report& report, Dataset& data) {
 void ParseLocalizers(const FolderTexts& texts, Report& report, Dataset& data) {
     ReadRows(texts, kLocalizerFile, true, report, [&](const Row& words) {
         const std::optional<LatLon> at =
-            words.size() > 10 ? Position(words[2], words[3]) : std::nullopt;
-        const std::optional<LatLon> antenna = at ? Position(words[9], words[10]) : std::nullopt;
+            words.size() > 10 ? FilePosition(words[2], words[3], kThresholdDecimals) : std::nullopt;
+        const std::optional<LatLon> antenna =
+            at ? FilePosition(words[9], words[10], kThresholdDecimals) : std::nullopt;
         if (!antenna) {
             return false;
         }

@@ -16,9 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kPointDecimals = 5;      // about a metre
-constexpr int kThresholdDecimals = 6;  // displays and radios measure along runways
-
 std::string PositionText(const LatLon& at, int decimals) {
     return Fixed(at.latitude, decimals) + " " + Fixed(at.longitude, decimals);
 }

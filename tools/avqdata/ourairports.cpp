@@ -67,14 +67,6 @@ bool IsPaved(std::string surface) {
                        [&](std::string_view paved) { return surface.starts_with(paved); });
 }
 
-// "9" as "09", as the threshold is painted in most of the world and all of the files.
-std::string RunwayName(std::string_view text) {
-    const std::string name(Trim(text));
-    const bool oneDigit = !name.empty() && name[0] >= '1' && name[0] <= '9' &&
-                          (name.size() == 1 || name[1] < '0' || name[1] > '9');
-    return oneDigit ? "0" + name : name;
-}
-
 std::string AirportIdent(const CsvRow& row) {
     for (const int column : {kIcao, kGps, kIdent}) {
         if (IsIcaoCode(row[static_cast<std::size_t>(column)])) {

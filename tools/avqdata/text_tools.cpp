@@ -109,6 +109,11 @@ std::optional<avq1::LatLon> Position(std::string_view latitude, std::string_view
     return avq1::LatLon{*lat, *lon};
 }
 
+avq1::LatLon RoundedAsWritten(const avq1::LatLon& at, int decimals) {
+    return {Number(Fixed(at.latitude, decimals)).value_or(0),
+            Number(Fixed(at.longitude, decimals)).value_or(0)};
+}
+
 std::string Token(std::string_view text) {
     constexpr std::size_t kLongest = 60;
     std::string token;
@@ -148,6 +153,13 @@ bool IsRunwayIdent(std::string_view text) {
     const std::optional<int> number = WholeNumber(text.substr(0, 2));
     const bool side = text.size() == 2 || text[2] == 'L' || text[2] == 'R' || text[2] == 'C';
     return number && isDigit(text[0]) && isDigit(text[1]) && *number >= 1 && *number <= 36 && side;
+}
+
+std::string RunwayName(std::string_view text) {
+    const std::string name(Trim(text));
+    const bool oneDigit = !name.empty() && name[0] >= '1' && name[0] <= '9' &&
+                          (name.size() == 1 || name[1] < '0' || name[1] > '9');
+    return oneDigit ? "0" + name : name;
 }
 
 std::string Printable(std::string_view text) {

@@ -22,6 +22,8 @@ std::optional<int> WholeNumber(std::string_view text);
 // A position within its ranges.
 std::optional<avq1::LatLon> Position(std::string_view latitude, std::string_view longitude);
 bool IsPosition(const avq1::LatLon& at);
+// To so many decimals of a degree by way of the text, so that halves fall where the files put them.
+avq1::LatLon RoundedAsWritten(const avq1::LatLon& at, int decimals);
 
 // One blank-free ASCII token: accents dropped, words joined by underscores; "-" when nothing is
 // left. `text` is UTF-8; other bytes count as separators.
@@ -32,6 +34,8 @@ std::string Token(std::string_view text);
 bool IsIdent(std::string_view text);
 bool IsIcaoCode(std::string_view text);     // four capital letters
 bool IsRunwayIdent(std::string_view text);  // 01 to 36 and L, R, C or nothing
+// "9L" as "09L", which most of the world paints and all the files hold; other texts as they are.
+std::string RunwayName(std::string_view text);
 
 // What a file says may hold anything; a terminal gets ASCII letters only, others as "?".
 std::string Printable(std::string_view text);
