@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "avqdata/airway_pieces.h"
 #include "avqdata/check.h"
 #include "avqdata/import_helpers.h"
 #include "avqdata/limits.h"
@@ -91,7 +92,6 @@ TEST(Merge, LaterSourcesReplaceByRule) {
                       {"ABC", "OTHER", {20, 8}, true, "110.00"}};       // another one
     later.airports = {{"QAAA", "Longer", 400, {50.02, 8.02}, {End("27", 8000, {50, 8.05})}, true},
                       {"QNEW", "New", 10, {52, 8}, {}, true}};
-    later.airways = {{"Q1", {{"AAAAA", {50, 8.5}}, {"CCCCC", {50, 9.5}}}}};
     import.Add(later, Coverage::Partial);
     const FolderTexts texts = import.Texts();
     EXPECT_EQ(LineOf(texts[kNavaidFile], "QVR"), "QVR QUVER2 50.00000 8.00000 VOR 114.00");
@@ -101,12 +101,98 @@ TEST(Merge, LaterSourcesReplaceByRule) {
               "QAAA Quax 361 50.01000 8.01000 09_8000_50.000000_8.000000_90.0_---_---_90.0 "
               "27_8000_50.000000_8.050000_270.0_---_---_270.0");
     EXPECT_NE(LineOf(texts[kAirportFile], "QNEW"), "");
-    EXPECT_EQ(texts[kAirwayFile],
-              "Q1 0010 FARAA -40.00000 8.00000\nQ1 0020 FARBB -40.00000 9.00000\n"
-              "Q1 0010 AAAAA 50.00000 8.50000\nQ1 0020 CCCCC 50.00000 9.50000\n");
     import.Add(later, Coverage::Whole);
     EXPECT_EQ(LineOf(import.Texts()[kAirportFile], "QAAA"),
               "QAAA Longer 400 50.02000 8.02000 27_8000_50.000000_8.050000_270.0_---_---_270.0");
+}
+
+// Airways as texts: points a tenth of a degree apart by their letter, pieces divided by ";".
+std::vector<Airway> Pieces(std::string_view text) {
+    std::vector<Airway> pieces;
+    for (const std::string& piece : SplitList(text, ';')) {
+        Airway& airway = pieces.emplace_back();
+        for (const std::string_view ident : Words(piece)) {
+            if (airway.name.empty()) {
+                airway.name = ident;
+            } else {
+                airway.points.push_back({std::string(ident), {50, 8 + (ident[0] - 'A') * 0.5}});
+            }
+        }
+    }
+    return pieces;
+}
+
+TEST(Merge, AnAirwayIsReplacedWhereTheLaterSourceHasItWhole) {
+    const struct {
+        const char* what;
+        const char* have;
+        const char* later;
+        const char* then;
+        const char* said;  // one case in the report
+    } rows[] = {
+        {"what lies beyond the source's end is kept and flown on", "Q A B C D E", "Q B X D",
+         "Q A B X D E", "Q B to D"},
+        {"turned round", "Q A B C D E", "Q D X B", "Q A B X D E", "Q D to E"},
+        {"a stretch between two pieces of the source joins them", "Q A B C D E F", "Q A B; Q E F",
+         "Q A B C D E F", "Q B to E"},
+        {"the same again", "Q A B C D E", "Q B C D", "Q A B C D E", "Q A to B"},
+        {"a fork stays apart", "Q A B C D", "Q A B X", "Q A B X; Q B C D", "Q B to D"},
+        {"one point in common replaces nothing", "Q A B C", "Q X B Y", "Q X B Y; Q A B C", nullptr},
+        {"an extension", "Q A B", "Q C B", "Q A B C", nullptr},
+        {"another name", "Q A B C", "R A X C", "Q A B C; R A X C", nullptr},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        Report report;
+        std::vector<Airway> target = Pieces(row.have);
+        MergeAirways(Pieces(row.later), target, report);
+        std::string then;
+        for (const Airway& airway : target) {
+            then += (then.empty() ? "" : "; ") + airway.name;
+            for (const Fix& point : airway.points) {
+                then += " " + point.ident;
+            }
+        }
+        EXPECT_EQ(then, row.then);
+        std::string said;
+        for (const ReportEntry& entry : report.entries) {
+            for (const std::string& oneCase : entry.cases) {
+                said += oneCase + ";";
+            }
+        }
+        EXPECT_NE(said.find(row.said == nullptr ? "" : row.said), std::string::npos) << said;
+        EXPECT_EQ(said.empty(), row.said == nullptr) << said;
+    }
+    // Of one name far apart, and of one place a little moved: the new one's.
+    Report report;
+    std::vector<Airway> target = Pieces("Q A B C");
+    std::vector<Airway> moved = Pieces("Q A X B; Q A C");
+    moved[0].points[2].at.latitude = 50.1;
+    moved[1].points[0].at.latitude = 10;
+    moved[1].points[1].at.latitude = 10;
+    MergeAirways(std::move(moved), target, report);
+    ASSERT_EQ(target.size(), 2U);
+    ASSERT_EQ(target[1].points.size(), 4U);
+    EXPECT_DOUBLE_EQ(target[1].points[2].at.latitude, 50.1);
+}
+
+TEST(Folder, ReadAndWrittenAgainItIsTheSame) {
+    FolderTexts texts;
+    // Hidden comments cannot be written; positions that become one are in their order.
+    texts[kFixFile] = "\t;HID HID 1 1\n BBBBB B 1.000001 5\nBBBBB B 1.000002 3\nAAAAA A 1e0 2.5\n";
+    texts[kAirportFile] = "QAAA Q 1 1 1 09_8000_1.00000049_1_90_---_---_90\n";
+    Report report;
+    Dataset data = ParseFolder(texts, report);
+    EXPECT_EQ(report.Count(Topic::Dropped), 1U);
+    SortDataset(data);
+    const FolderTexts first = FormatFolder(data);
+    EXPECT_EQ(first[kFixFile],
+              "AAAAA AAAAA 1.00000 2.50000\nBBBBB BBBBB 1.00000 3.00000\n"
+              "BBBBB BBBBB 1.00000 5.00000\n");
+    EXPECT_NE(first[kAirportFile].find("09_8000_1.000000_1.000000"), std::string::npos);
+    Dataset again = ParseFolder(first, report);
+    SortDataset(again);
+    EXPECT_EQ(FormatFolder(again), first);
 }
 
 TEST(Merge, OptionsChoose) {

@@ -116,35 +116,6 @@ void MergeAirports(std::vector<Airport>&& incoming, Coverage coverage, std::vect
     }
 }
 
-bool HaveCommonPoint(const Airway& a, const Airway& b) {
-    std::unordered_multimap<std::string, LatLon> points;
-    for (const Fix& point : a.points) {
-        points.emplace(point.ident, point.at);
-    }
-    return std::any_of(b.points.begin(), b.points.end(), [&](const Fix& point) {
-        const auto [first, last] = points.equal_range(point.ident);
-        return std::any_of(first, last, [&](const auto& have) {
-            return DistanceNm(have.second, point.at) < kSameRecordNm;
-        });
-    });
-}
-
-void MergeAirways(std::vector<Airway>&& incoming, std::vector<Airway>& target, Report& report) {
-    std::multimap<std::string, const Airway*> byName;
-    for (const Airway& airway : incoming) {
-        byName.emplace(airway.name, &airway);
-    }
-    const std::size_t before = target.size();
-    std::erase_if(target, [&](const Airway& have) {
-        const auto [first, last] = byName.equal_range(have.name);
-        return std::any_of(
-            first, last, [&](const auto& airway) { return HaveCommonPoint(*airway.second, have); });
-    });
-    report.AddCount(Topic::Changed, "airway pieces replaced", before - target.size());
-    target.insert(target.end(), std::make_move_iterator(incoming.begin()),
-                  std::make_move_iterator(incoming.end()));
-}
-
 void MergeBoundaries(std::vector<Boundary>&& incoming, std::vector<Boundary>& target,
                      Report& report) {
     std::unordered_map<std::string, std::size_t> index;
@@ -162,11 +133,18 @@ void MergeBoundaries(std::vector<Boundary>&& incoming, std::vector<Boundary>& ta
     }
 }
 
-void MergeLocalizers(std::vector<Localizer>&& incoming, std::vector<Localizer>& target) {
+// One a runway: of one source the later, of two the later source's.
+void MergeLocalizers(std::vector<Localizer>&& incoming, std::vector<Localizer>& target,
+                     Report& report) {
     std::map<std::pair<std::string, std::string>, Localizer> byRunway;
+    std::set<std::pair<std::string, std::string>> ofSource;
     for (std::vector<Localizer>* list : {&target, &incoming}) {
         for (Localizer& localizer : *list) {
             const auto key = std::pair(localizer.airport, localizer.runway);
+            if (list == &incoming && !ofSource.insert(key).second) {
+                report.Add(Topic::Dropped, "localizers of a runway that has another",
+                           byRunway[key].ident + " at " + key.first + " " + key.second);
+            }
             byRunway.insert_or_assign(key, std::move(localizer));
         }
     }
@@ -294,7 +272,7 @@ void MergeDataset(Dataset incoming, Coverage coverage, Dataset& target, Report& 
     MergeAirports(std::move(incoming.airports), coverage, target.airports, report);
     MergeAirways(std::move(incoming.airways), target.airways, report);
     MergeBoundaries(std::move(incoming.boundaries), target.boundaries, report);
-    MergeLocalizers(std::move(incoming.localizers), target.localizers);
+    MergeLocalizers(std::move(incoming.localizers), target.localizers, report);
     for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
         for (auto& [airport, lines] : incoming.procedures[kind]) {
             if (target.procedures[kind].contains(airport)) {

@@ -6,7 +6,7 @@
 //    stay on the tables' points, and takes the rest.
 //  - An airport of a whole source replaces that of its identifier; one of a partial source is added
 //    when missing, and its runway ends replace those of their designators.
-//  - An airway replaces the pieces of its name that it has a point in common with.
+//  - An airway replaces what it has from end to end of the pieces of its name (airway_pieces.h).
 //  - A procedure section replaces the airport's section in that file; a boundary one of its
 //    identifier; a localizer that of its runway.
 #pragma once
