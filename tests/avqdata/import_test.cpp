@@ -48,6 +48,8 @@ TEST_F(XplaneTest, OldNavaidRows) {
                 "3  11.00000000  020.00000000 57 11370 100  1.5 QVR QUVER VOR-DME\r\n"
                 "13 12.00000000  020.00000000 57 11370 100  0.0 QTC QUTAC TACAN\r\n"
                 "7  12.00000000  020.00000000  0 0 0 90.0 ---- KXXX 09 OM\r\n"
+                "12 12.00000000  020.00000000 57 11370 100  0.0 QVR QUVER VOR-DME\r\n"
+                "6  12.0 020.0 57 11090 10 300090.000 IQNO KXXX 09 GS\r\n"
                 "3  95.00000000  020.00000000 57 11370 100  1.5 BAD NOWHERE VOR\r\n99\r\n"))
         << error;
     EXPECT_EQ(data.stations.size(), 2U);
@@ -57,18 +59,25 @@ TEST_F(XplaneTest, OldNavaidRows) {
     EXPECT_DOUBLE_EQ(data.variations.at(0).variation, 1.5);
     EXPECT_EQ(data.fixes.at(0).ident, "QTC");
     EXPECT_EQ(data.cycle, 1310);
+    EXPECT_EQ(report.Count(Topic::Dropped, "marker beacons"), 1U);
+    EXPECT_EQ(report.Count(Topic::Dropped, "DMEs that belong to another station"), 1U);
+    EXPECT_EQ(report.Count(Topic::Unresolved, "glideslopes without their localizer"), 1U);
     EXPECT_EQ(report.Count(Topic::Fault), 1U);
-    EXPECT_EQ(report.entries.back().cases.at(0), "nav.dat:8: is no navaid");
+    EXPECT_EQ(report.entries.back().cases.at(0), "nav.dat:10: is no navaid");
 }
 
 TEST_F(XplaneTest, NewRowsFindFixesByRegion) {
     ASSERT_TRUE(
         Navaids("I\n1150 Version - data cycle 2309\n\n"
-                "3 11.0 20.0 57 11370 100 1.5 QVR ENRT LF QUVER VOR/DME\n99\n"))
+                "2 11.5 20.0 57 365 25 0.0 QVR QAAA LF QUVER NDB\n"
+                "3 11.0 20.0 57 11370 100 1.5 QVR ENRT LF QUVER VOR/DME\n"
+                "14 11.0 20.0 57 45678 0 90.0 QAPP QAAA LF 09 LPV\n99\n"))
         << error;
     ASSERT_TRUE(
         Fixes("I\n1101 Version - data cycle 2309\n\n"
-              "10.0 20.0 AAAAA ENRT LF 2105430\n50.0 20.0 AAAAA ENRT ED\n"
+              "10.3 20.0 AAAAA QAAA LF 2105430\n"  // an airport's own of the name
+              "10.0 20.0 AAAAA ENRT LF 2105430\n10.4 20.0 AAAAA QBBB LF 2105430\n50.0 20.0 AAAAA "
+              "ENRT ED\n"
               "10.5 20.2 BBBBB ENRT LF\n99\n"))
         << error;
     ASSERT_TRUE(
@@ -80,8 +89,9 @@ TEST_F(XplaneTest, NewRowsFindFixesByRegion) {
     EXPECT_EQ(data.cycle, 2309);
     ASSERT_EQ(data.airways.size(), 2U);
     EXPECT_THAT(Idents(data.airways[0]), ElementsAre("AAAAA", "BBBBB", "QVR"));
-    EXPECT_DOUBLE_EQ(data.airways[0].points[0].at.latitude, 10.0);  // LF's, not ED's
+    EXPECT_DOUBLE_EQ(data.airways[0].points[0].at.latitude, 10.0);  // LF's, en route, not ED's
     EXPECT_EQ(report.Count(Topic::Unresolved), 1U);
+    EXPECT_EQ(report.Count(Topic::Dropped), 1U);  // of the satellite approach
 }
 
 TEST_F(XplaneTest, AirportsWithDisplacedThresholds) {
@@ -107,6 +117,29 @@ TEST_F(XplaneTest, AirportsWithDisplacedThresholds) {
     EXPECT_NEAR(airport.runways[1].at.longitude, 8.05, 1e-6);
     EXPECT_EQ(report.Count(Topic::Dropped, "closed airports"), 1U);
     EXPECT_EQ(report.Count(Topic::Dropped, "airports without a runway or position"), 1U);
+}
+
+// Designators of one digit are those of two, on the runway and on its localizer.
+TEST_F(XplaneTest, OneDigitRunwaysKeepTheirLocalizers) {
+    ASSERT_TRUE(
+        Navaids("I\n810 Version\n\n"
+                "4  50.0 8.06 57 10950 18 90.0 IQAA QAAA 9L ILS-cat-I\n"
+                "6  50.0 8.00 57 10950 10 300090.000 IQAA QAAA 9L GS\n"
+                "5  50.0 7.99 57 10970 18 270.0 IQAB QAAA 27 LOC\n99\n"))
+        << error;
+    ASSERT_TRUE(
+        Airports("I\n1000 Version\n\n1 130 1 0 QAAA Quax Intl\n"
+                 "100 45.0 1 0 0.00 1 2 1 9L 50.0 8.0 0 0 3 0 0 1 27 50.0 8.05 0 0 3 0 0 1\n99\n"))
+        << error;
+    TieLocalizers(report, data);
+    ASSERT_EQ(data.airports.at(0).runways.size(), 2U);
+    EXPECT_EQ(data.airports[0].runways[0].ident, "09L");
+    EXPECT_EQ(data.airports[0].runways[0].ils, "ILS");
+    EXPECT_EQ(data.airports[0].runways[1].ils, "LOC");
+    ASSERT_EQ(data.localizers.size(), 1U);
+    EXPECT_EQ(data.localizers[0].runway, "09L");
+    EXPECT_DOUBLE_EQ(data.localizers[0].glideDeg, 3.0);
+    EXPECT_EQ(report.Count(Topic::Dropped, kLocalizersWithoutGlideslope), 1U);
 }
 
 TEST_F(XplaneTest, OtherTextsAreRefused) {

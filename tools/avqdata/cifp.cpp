@@ -146,6 +146,8 @@ void ReadVhfNavaid(CifpReader& reader, std::string_view record) {
             {ident, Token(Column(record, 94, 123)), *at, true, Megahertz(*frequency / 100.0)});
     } else if (airport.empty()) {
         reader.data.fixes.push_back({ident, *at});
+    } else {
+        reader.context.report.Add(Topic::Dropped, "DMEs that belong to another station");
     }
 }
 
@@ -327,6 +329,9 @@ void TieLocalizers(CifpReader& reader, const RunwayEnds& ends) {
         localizer.courseTrue = std::abs(TurnDeg(published, along)) < 0.5 ? along : published;
         if (localizer.glideDeg > 0) {
             reader.data.localizers.push_back(localizer);
+        } else {
+            reader.context.report.Add(Topic::Dropped, kLocalizersWithoutGlideslope,
+                                      localizer.ident + " at " + localizer.airport);
         }
     }
 }

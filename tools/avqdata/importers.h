@@ -20,6 +20,10 @@ struct ImportContext {
     const Dataset* folder = nullptr;  // what is there already: a last place to look up fixes
 };
 
+// In the runways' fields they are; the panel host's radios take localizers with a glideslope only.
+inline constexpr const char* kLocalizersWithoutGlideslope =
+    "localizers without a glideslope: in their runways' fields, not in ils.txt";
+
 // ---- whole sources; false with `error` when nothing can be imported ----
 bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
                   std::string& error);

@@ -14,7 +14,8 @@ namespace {
 
 constexpr double kFeetPerMetre = 1.0 / 0.3048;
 constexpr double kFeetPerNm = 1852.0 * kFeetPerMetre;
-constexpr int kRegionsFrom = 1100;  // from this version on rows name their region
+constexpr int kRegionsFrom = 1100;  // from this version on rows name their area and region
+constexpr std::string_view kEnRoute = "ENRT";
 
 using Row = std::vector<std::string_view>;
 
@@ -95,21 +96,23 @@ void AddLocalizer(const Row& words, Dataset& data) {
     localizer.antenna = Position(words[1], words[2]).value_or(LatLon{});
     localizer.courseTrue = Normalized(Number(words[6]).value_or(0));
     localizer.airport = words[8];
-    localizer.runway = words[9];
+    localizer.runway = RunwayName(words[9]);
     data.localizers.push_back(std::move(localizer));
 }
 
-// Angle and course stand in one number: 300281.700 is 3.00 degrees along 281.7.
-void AddGlideslope(const Row& words, Dataset& data) {
-    const std::string key(words[9]);
+// Angle and course stand in one number: 300281.700 is 3.00 degrees along 281.7. False when its
+// localizer does not stand before it.
+bool AddGlideslope(const Row& words, Dataset& data) {
+    const std::string key = RunwayName(words[9]);
     for (auto localizer = data.localizers.rbegin(); localizer != data.localizers.rend();
          ++localizer) {
         if (localizer->airport == words[8] && localizer->runway == key) {
             localizer->glideDeg = std::floor(Number(words[6]).value_or(0) / 1000.0) / 100.0;
             localizer->elevationFt = Rounded(Number(words[3]).value_or(0));
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 struct NavRow {
@@ -119,6 +122,7 @@ struct NavRow {
     double extra = 0;
     std::string ident;
     std::string name;
+    std::string area;  // "ENRT", or the airport's; empty in the older form, as the region is
     std::string region;
 };
 
@@ -137,7 +141,10 @@ bool ReadNavRow(const Row& words, std::string_view line, int version, NavRow& ro
     row.frequency = *frequency;
     row.extra = *extra;
     row.ident = words[7];
-    row.region = version >= kRegionsFrom ? std::string(words[9]) : std::string();
+    if (version >= kRegionsFrom) {
+        row.area = words[8];
+        row.region = words[9];
+    }
     row.name = Token(AfterWords(line, nameAt));
     return true;
 }
@@ -167,7 +174,8 @@ void AddNavRow(const NavRow& row, Dataset& data, XplaneTables& tables) {
     } else {  // a DME that stands alone gives no bearing
         data.fixes.push_back({row.ident, row.at});
     }
-    tables.points.try_emplace({row.ident, row.region, row.code == kNdb ? kNdb : kVor}, row.at);
+    tables.Add(row.ident, row.region, row.code == kNdb ? kNdb : kVor,
+               {row.at, row.area == kEnRoute});
 }
 
 Fix AirwayFix(const Row& words, std::size_t first, int version, const XplaneTables& tables,
@@ -183,7 +191,7 @@ Fix AirwayFix(const Row& words, std::size_t first, int version, const XplaneTabl
         {fix.ident, std::string(words[first + 1]), WholeNumber(words[first + 2]).value_or(0)});
     found = point != tables.points.end();
     if (found) {
-        fix.at = point->second;
+        fix.at = point->second.at;
     }
     return fix;
 }
@@ -222,12 +230,13 @@ void AddRunway(const Row& words, const LineSource& lines, Report& report, Airpor
     const double lengthNm = DistanceNm(*ends[0], *ends[1]);
     airport.paved = airport.paved || WholeNumber(words[2]).value_or(kLastPaved + 1) <= kLastPaved;
     for (int i = 0; i < 2; ++i) {
-        if (!IsRunwayIdent(words[kEnds[i]])) {
-            report.Add(Topic::Dropped, "runway ends without a number");
+        RunwayEnd end;
+        end.ident = RunwayName(words[kEnds[i]]);
+        if (!IsRunwayIdent(end.ident)) {
+            report.Add(Topic::Dropped, "runway ends without a number",
+                       airport.ident + " " + end.ident);
             continue;
         }
-        RunwayEnd end;
-        end.ident = words[kEnds[i]];
         end.lengthFt = Rounded(lengthNm * kFeetPerNm);
         end.headingTrue = CourseTrue(*ends[i], *ends[1 - i]);
         end.needsVariation = true;
@@ -286,39 +295,6 @@ void AddDatum(const Row& words, AirportInWork& work) {
     }
 }
 
-// Ties localizers to their runway ends; one without a runway or glideslope is no approach aid.
-void TieLocalizers(Report& report, Dataset& data) {
-    std::unordered_map<std::string, std::size_t> byIdent;
-    for (std::size_t i = 0; i < data.airports.size(); ++i) {
-        byIdent.emplace(data.airports[i].ident, i);
-    }
-    std::vector<Localizer> kept;
-    for (Localizer& localizer : data.localizers) {
-        const auto found = byIdent.find(localizer.airport);
-        if (found == byIdent.end()) {
-            report.Add(Topic::Unresolved, "localizers without their airport");
-            continue;
-        }
-        auto& runways = data.airports[found->second].runways;
-        const auto end = std::find_if(runways.begin(), runways.end(), [&](const RunwayEnd& runway) {
-            return runway.ident == localizer.runway;
-        });
-        if (end == runways.end()) {
-            report.Add(Topic::Unresolved, "localizers without their runway",
-                       localizer.ident + " at " + localizer.airport + " " + localizer.runway);
-            continue;
-        }
-        end->ilsFrequency = localizer.frequency;
-        end->ils = localizer.glideDeg > 0 ? "ILS" : "LOC";
-        end->courseMag = TurnDeg(end->headingTrue, localizer.courseTrue);  // until headings are
-        localizer.at = end->at;
-        if (localizer.glideDeg > 0) {
-            kept.push_back(std::move(localizer));
-        }
-    }
-    data.localizers = std::move(kept);
-}
-
 using Reader = bool (*)(LineSource&, Report&, Dataset&, XplaneTables&, std::string&);
 
 struct SourceRow {
@@ -336,7 +312,27 @@ bool ReadAirportsRow(LineSource& lines, Report& report, Dataset& data, XplaneTab
     return ReadXplaneAirports(lines, report, data, error);
 }
 
+// Rows of the navaid file that make no station; null for a code that the file has not.
+const char* UnusedNavRow(int code) {
+    if (code >= 7 && code <= 9) {
+        return "marker beacons";
+    }
+    if (code == 12) {
+        return "DMEs that belong to another station";
+    }
+    return code >= 14 && code <= 16 ? "points of satellite approaches (codes 14 to 16)" : nullptr;
+}
+
 }  // namespace
+
+void XplaneTables::Add(std::string_view ident, std::string_view region, int type,
+                       const XplanePoint& point) {
+    const auto [found, isNew] =
+        points.try_emplace({std::string(ident), std::string(region), type}, point);
+    if (!isNew && point.isEnRoute && !found->second.isEnRoute) {
+        found->second = point;
+    }
+}
 
 bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
                      std::string& error) {
@@ -350,8 +346,7 @@ bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTab
         }
         data.fixes.push_back({std::string(words[2]), *at});
         if (version >= kRegionsFrom && words.size() > 4) {
-            tables.points.try_emplace({std::string(words[2]), std::string(words[4]), kFixType},
-                                      *at);
+            tables.Add(words[2], words[4], kFixType, {*at, words[3] == kEnRoute});
         }
     });
 }
@@ -363,8 +358,9 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
         const bool station = code == 2 || code == 3 || code == 13;
         const bool landing = code >= 4 && code <= 6;
         if (!station && !landing) {
-            // Markers, and DMEs that belong to another station, are no points of their own.
-            if (code < 7 || (code > 12 && code < 14)) {
+            if (const char* const unused = UnusedNavRow(code)) {
+                report.Add(Topic::Dropped, unused);
+            } else {
                 AddFault(report, lines, "is no navaid");
             }
             return;
@@ -382,7 +378,12 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
             if (version >= kRegionsFrom && words.size() > 10) {
                 fields[9] = words[10];  // airport, region, runway
             }
-            code == 6 ? AddGlideslope(fields, data) : AddLocalizer(fields, data);
+            if (code != 6) {
+                AddLocalizer(fields, data);
+            } else if (!AddGlideslope(fields, data)) {
+                report.Add(Topic::Unresolved, "glideslopes without their localizer",
+                           AtLine(lines.Name(), lines.LineNumber(), words[7]));
+            }
         }
     });
 }
@@ -439,6 +440,40 @@ bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::s
         });
     CloseAirport(work, report, data);
     return read;
+}
+
+void TieLocalizers(Report& report, Dataset& data) {
+    std::unordered_map<std::string, std::size_t> byIdent;
+    for (std::size_t i = 0; i < data.airports.size(); ++i) {
+        byIdent.emplace(data.airports[i].ident, i);
+    }
+    std::vector<Localizer> kept;
+    for (Localizer& localizer : data.localizers) {
+        const auto found = byIdent.find(localizer.airport);
+        if (found == byIdent.end()) {
+            report.Add(Topic::Unresolved, "localizers without their airport");
+            continue;
+        }
+        auto& runways = data.airports[found->second].runways;
+        const auto end = std::find_if(runways.begin(), runways.end(), [&](const RunwayEnd& runway) {
+            return runway.ident == localizer.runway;
+        });
+        if (end == runways.end()) {
+            report.Add(Topic::Unresolved, "localizers without their runway",
+                       localizer.ident + " at " + localizer.airport + " " + localizer.runway);
+            continue;
+        }
+        end->ilsFrequency = localizer.frequency;
+        end->ils = localizer.glideDeg > 0 ? "ILS" : "LOC";
+        end->courseMag = TurnDeg(end->headingTrue, localizer.courseTrue);  // until headings are
+        localizer.at = end->at;
+        if (localizer.glideDeg > 0) {
+            kept.push_back(std::move(localizer));
+        } else {
+            report.Add(Topic::Dropped, kLocalizersWithoutGlideslope);
+        }
+    }
+    data.localizers = std::move(kept);
 }
 
 bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,

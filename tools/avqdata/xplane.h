@@ -1,17 +1,32 @@
-// avqdata/xplane.h - identifiers with their regions, which the newer airway form refers to.
+// avqdata/xplane.h - what the readers of X-Plane's files share: identifiers with their regions,
+// which the newer airway form refers to, and the tie between the navaid and the airport file.
 #pragma once
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #include "avqdata/dataset.h"
+#include "avqdata/report.h"
 
 namespace avqdata {
 
-struct XplaneTables {
-    // By identifier, region and type: 11 a fix, 2 an NDB, 3 a VOR, TACAN or DME.
-    std::map<std::tuple<std::string, std::string, int>, LatLon> points;
+struct XplanePoint {
+    LatLon at;
+    bool isEnRoute = false;  // else of an airport's area
 };
+
+struct XplaneTables {
+    // By identifier, region and type: 11 a fix, 2 an NDB, 3 a VOR, TACAN or DME. Airways run over
+    // en-route points: one stands before an airport's own of the same name, else the earlier.
+    std::map<std::tuple<std::string, std::string, int>, XplanePoint> points;
+
+    void Add(std::string_view ident, std::string_view region, int type, const XplanePoint& point);
+};
+
+// Ties the localizers read to the runway ends read; one without its runway, or without a
+// glideslope, is no approach aid for the radios.
+void TieLocalizers(Report& report, Dataset& data);
 
 }  // namespace avqdata
