@@ -1,7 +1,9 @@
 // LEGS: the active plan leg by leg; with the crossing entry the leg at the cursor gets an altitude.
 #include <algorithm>
+#include <cmath>
 
 #include "cdu/formats.h"
+#include "cdu_gns/gns_values.h"
 #include "cdu_gns/mcu_pages.h"
 #include "flightplan/plan_edit.h"
 #include "geometry/geometry.h"
@@ -46,8 +48,8 @@ void PutLeg(Screen& screen, std::int32_t index, int y, bool highlighted) {
     if (entry.flyover != 0) {
         screen.Put(style, kFlyoverX, y, "FO");
     }
-    if (entry.altitude != kUnset) {
-        screen.Put(style, kAltitudeX, y, "%5.0f", entry.altitude);
+    if (const double feet = GnsAltitudeAt(activePlan, index); std::isfinite(feet)) {
+        screen.Put(style, kAltitudeX, y, "%5.0f", feet);
     }
 }
 
