@@ -286,7 +286,11 @@ EntryResult EraseLeg(const FieldRow&) {
         return EntryResult::InvalidDelete;
     }
     HoldShape shape = ShapeOf(*HoldShown());
-    shape.legMinutes = NewHold().legMinutes;
+    const double legMinutes = NewHold().legMinutes;
+    if (shape.legByTime == 1 && shape.legMinutes == legMinutes) {
+        return EntryResult::InvalidDelete;
+    }
+    shape.legMinutes = legMinutes;
     shape.legByTime = 1;
     shape.legDistanceNm = 0;
     return Reshape(shape);

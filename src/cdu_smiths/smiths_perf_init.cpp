@@ -136,8 +136,9 @@ double TopOfClimbC() {
 }
 
 void ShowTemperature(double celsius, UnitText& text) {
+    constexpr double kWidestC = 9999;  // any number is taken; the field has room for this
     text = SpacedDashes(3);
-    if (std::isfinite(celsius)) {
+    if (std::abs(celsius) <= kWidestC) {
         text.Put("%-3.0f", std::round(celsius) + 0.0);
     }
 }

@@ -1,5 +1,7 @@
 // POS INIT, POS REF and POS SHIFT: where the aircraft is, by its own account and by the pilot's.
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cmath>
 #include <string>
 
@@ -138,7 +140,9 @@ void ShowGate(const FieldRow&, UnitText& text) {
 
 // The parking position of the user's file stands for the gate.
 EntryResult EnterGate(const FieldRow&, std::string_view entry) {
-    if (entries.airport.empty() || entry.size() > kGateLength) {
+    const bool isName =
+        std::ranges::all_of(entry, [](unsigned char c) { return std::isalnum(c) != 0; });
+    if (entries.airport.empty() || entry.size() > kGateLength || !isName) {
         return EntryResult::InvalidEntry;
     }
     const ParkingPosition parking = FindParkingPosition(entries.airport);

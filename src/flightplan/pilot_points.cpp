@@ -118,7 +118,9 @@ bool ParseTypedPosition(std::string_view text, LatLon& point) {
         (text[7] != 'E' && text[7] != 'W')) {
         return false;
     }
-    if (!AllDigits(text.substr(1, 4)) || !AllDigits(text.substr(8, 5))) {
+    const std::string_view rest = text.substr(kWithoutLastTenth);
+    if (!AllDigits(text.substr(1, 4)) || !AllDigits(text.substr(6, 1)) ||
+        !AllDigits(text.substr(8, 5)) || !(rest.empty() || AllDigits(rest))) {
         return false;
     }
     const double latitudeMinutes = ToNumber(text.substr(3, 2)) + ToNumber(text.substr(5, 2));

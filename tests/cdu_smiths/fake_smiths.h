@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -19,8 +20,11 @@ namespace avq1::test {
 // "R6" for the line keys; "=KSFO/-1" types the characters one after the other. A draw after each.
 class FakeSmiths : public FakeUnit {
   public:
-    explicit FakeSmiths(int scale = 1)
-        : FakeUnit(kSmithsKeys, DrawSmiths, 282 * scale, 245 * scale) {}
+    // Texts are the same in every size, and a small one is quick.
+    explicit FakeSmiths(double scale = 1)
+        : FakeUnit(kSmithsKeys, DrawSmiths, static_cast<int>(282 * scale),
+                   static_cast<int>(245 * scale)),
+          heightScale_(static_cast<int>(245 * scale) / 245.0) {}
 
     void Press(const std::string& keys) {
         std::istringstream words(keys);
@@ -63,7 +67,7 @@ class FakeSmiths : public FakeUnit {
     std::string At(int y) const {
         std::vector<const DrawnText*> texts;
         for (const DrawnText& text : Texts()) {
-            if (static_cast<int>(text.y) == y) {
+            if (std::lround(text.y / heightScale_) == y) {
                 texts.push_back(&text);
             }
         }
@@ -93,6 +97,8 @@ class FakeSmiths : public FakeUnit {
         }
         Draw();
     }
+
+    double heightScale_;
 };
 
 // GnsTest's plan and database, with this unit beside the other.
