@@ -46,7 +46,8 @@ double GnsDistanceTo(const PredictedPoint& point) {
 
 double GnsAltitudeAt(const FlightPlan& plan, std::int32_t index) {
     const PlanWaypoint& entry = plan.entries[index];
-    if (entry.altitudeConstraint == 0 && &plan == &activePlan && GnsPredictionOf(index).known) {
+    if (entry.altitudeConstraint == 0 && &plan == &activePlan && GnsPredictionOf(index).known &&
+        ActivePredictions().cruiseAltitudeFt > 0) {
         return GnsPredictionOf(index).altitudeFt;
     }
     return entry.altitude != kUnset ? entry.altitude : kNone;

@@ -469,8 +469,10 @@ void PutCrossing(Screen& screen, std::int32_t index, std::int16_t y) {
     const double speedKt = HasSpeedRestriction(entry) ? entry.speed
                            : point.known              ? point.speedKt
                                                       : kUnset;
+    // Without a cruise altitude the present one is kept all along: that tells a pilot nothing.
+    const bool planned = point.known && SmithsPredictions().cruiseAltitudeFt > 0;
     const double altitudeFt = entry.altitudeConstraint != kNoCrossing ? entry.altitude
-                              : point.known                           ? point.altitudeFt
+                              : planned                               ? point.altitudeFt
                                                                       : kUnset;
     screen.PutText(restricted ? kSmithsData : kSmithsLabel,
                    {kCrossingX, static_cast<std::int16_t>(restricted ? y : y + kSmallDrop)},
