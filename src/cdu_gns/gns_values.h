@@ -26,8 +26,7 @@ double GnsDistanceTo(const PredictedPoint& point);
 // What is predicted for an entry of the active plan; nothing known of one it does not have.
 const PredictedPoint& GnsPredictionOf(std::int32_t index);
 // Where an entry is restricted, the restriction, else what is predicted once there is a cruise
-// altitude, else what the plan says;
-// feet, NaN when nothing does.
+// altitude, else what the plan says; feet, NaN when nothing does.
 double GnsAltitudeAt(const FlightPlan& plan, std::int32_t index);
 double GnsMinutesTo(const PredictedPoint& point);
 double GnsMinutesTo(std::int32_t index);
