@@ -4,6 +4,7 @@
 // Altitudes feet, speeds kt indicated. What has no value is not changed.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -32,6 +33,11 @@ struct SpeedChoice {
 struct SpeedLimit {
     double ias = 0;
     double belowFt = 0;
+
+    // As fast as the limit lets a speed be flown at an altitude.
+    double Limited(double indicatedKt, double altitudeFt) const {
+        return ias > 0 && altitudeFt < belowFt ? std::min(indicatedKt, ias) : indicatedKt;
+    }
 
     friend bool operator==(const SpeedLimit&, const SpeedLimit&) = default;
 };

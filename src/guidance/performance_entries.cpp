@@ -67,12 +67,6 @@ void SetIas(AircraftPerformance& target, VerticalPhase phase, std::int32_t ias) 
     }
 }
 
-SpeedLimit LimitOf(const AircraftPerformance& from, VerticalPhase phase) {
-    return phase == VerticalPhase::Climb
-               ? SpeedLimit{from.climbSpeedRestriction, from.climbRestrictionAltitude}
-               : SpeedLimit{from.descentSpeedRestriction, from.descentRestrictionAltitude};
-}
-
 void SetLimit(AircraftPerformance& target, VerticalPhase phase, const SpeedLimit& limit) {
     const bool inClimb = phase == VerticalPhase::Climb;
     (inClimb ? target.climbSpeedRestriction : target.descentSpeedRestriction) = limit.ias;
@@ -138,7 +132,13 @@ SpeedChoice ChosenSpeed(VerticalPhase phase) {
 }
 
 SpeedLimit ChosenSpeedLimit(VerticalPhase phase) {
-    return Waiting().limits[At(phase)].value_or(LimitOf(performance, phase));
+    return Waiting().limits[At(phase)].value_or(SpeedLimitOf(performance, phase));
+}
+
+SpeedLimit SpeedLimitOf(const AircraftPerformance& from, VerticalPhase phase) {
+    return phase == VerticalPhase::Climb
+               ? SpeedLimit{from.climbSpeedRestriction, from.climbRestrictionAltitude}
+               : SpeedLimit{from.descentSpeedRestriction, from.descentRestrictionAltitude};
 }
 
 SpeedRange SpeedLimitsOf(const AircraftPerformance& from, VerticalPhase phase) {

@@ -23,6 +23,9 @@ SpeedLimit ChosenSpeedLimit(VerticalPhase phase);
 // The speed a mode gives a phase now; Selected keeps the present one.
 SpeedChoice SpeedOfMode(VerticalPhase phase, SpeedMode mode);
 
+// The restriction of the climb, or of the descent for the other phases, as the aircraft has it.
+SpeedLimit SpeedLimitOf(const AircraftPerformance& from, VerticalPhase phase);
+
 struct SpeedRange {
     double leastIas = 0;
     double greatestIas = 0;

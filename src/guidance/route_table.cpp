@@ -43,11 +43,11 @@ const RouteTable& ActiveRoute() {
 
 RoutePosition FindRoutePosition(const RouteTable& route, std::int32_t activeIndex,
                                 const LatLon& position) {
+    if (!route.plan->Holds(activeIndex) || route.last < 0) {
+        return {};
+    }
     RoutePosition at;
     at.position = position;
-    if (!route.plan->Holds(activeIndex) || route.last < 0) {
-        return at;
-    }
     at.flownTo = std::min(route.flownTo[activeIndex], route.last);
     const PlanWaypoint& entry = route.plan->entries[at.flownTo];
     at.toEntryNm = GreatCircleDistanceNm(position.latitude, position.longitude, entry.latitude,

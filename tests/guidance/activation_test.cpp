@@ -198,6 +198,8 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     modifiedPlan.Edit(1).altitude = 9000;
     modifiedPlan.Edit(1).altitudeConstraint = 1;
     modifiedPlan.Edit(1).speed = 210;
+    modifiedPlan.Edit(0).altitude = modifiedPlan.Edit(3).altitude = 9000;
+    guidance.directToTurn = "LEFT";
     procedureChoice.sidName = "OLD1";
     guidance.pendingTurnSide = Side::Right;
     settings.LoadFuelonFlightPlanLoad = 1;
@@ -208,7 +210,9 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     EXPECT_EQ(holdList.count, 0);
     EXPECT_NE(activePlan.entries[1].altitude, 9000);  // predicted
     EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 0);
+    EXPECT_EQ(activePlan.entries[0].altitude, 13);
     EXPECT_EQ(activePlan.entries[3].altitude, 20);
+    EXPECT_EQ(guidance.directToTurn, "DEFAULT");
     EXPECT_EQ(planAirports.destinationIdent, "KBOS");
     EXPECT_EQ(airportSlots[kDepartureSlot].ident, "KJFK");
     EXPECT_EQ(procedureChoice.sidName, "");

@@ -264,6 +264,32 @@ TEST_F(GuidanceTest, TheWaypointFlownToHasItsOwnChangeDistance) {
     }
 }
 
+TEST_F(GuidanceTest, AWaypointLeftBehindCountsAsReached) {
+    for (const auto& [toGoNm, bearing, after] :
+         {std::array{10.0, 200.0, 10.0}, {9.99, 200, -1}, {9.99, 180.5, 9.99}}) {
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}, {"DDD", 0, 3}});
+        SetActiveWaypoint(1);
+        guidance.lnavEngaged = 1;
+        aircraft.headingHoldOn = 1;
+        guidance.distanceToGoNm = toGoNm;
+        guidance.bearingToWaypointMag = bearing;
+        ApplyPassedWaypointRule();
+        EXPECT_EQ(guidance.distanceToGoNm, after) << toGoNm << ' ' << bearing;
+    }
+}
+
+TEST_F(GuidanceTest, NearTheDestinationItsTowerViewIsSentWhenAsked) {
+    for (const auto& [toGoNm, viewNm, towerView, done] :
+         {std::array{25.0, 1.0, 1.0, 1.0}, {25.1, 1, 0, 0}, {24, 0, 0, 1}}) {
+        requests.towerView = guidance.destinationNearDone = 0;
+        progress.routeDistanceToDestination = toGoNm;
+        settings.SetDestLoadTowerViewDist = static_cast<std::int32_t>(viewNm);
+        ApplyDestinationNear();
+        EXPECT_EQ(requests.towerView, towerView) << toGoNm << ' ' << viewNm;
+        EXPECT_EQ(guidance.destinationNearDone, done);
+    }
+}
+
 TEST_F(GuidanceTest, RadiosFollowThePlan) {
     const test::PlanEntry a{"AAA", 0, 0};
     const test::PlanEntry b{"BBB", 0, 1};
@@ -343,6 +369,9 @@ TEST_F(ActivationTest, ALoadedPlanIsFlownFromItsFirstWaypoint) {
     ASSERT_EQ(messages.count, 2);
     EXPECT_EQ(messages.lines[1], "kept");
     EXPECT_EQ(messages.lines[2], "FPL 'ABCD.RTE' loaded");
+    LoadPlanToActive("../ABCD.RTE");
+    ASSERT_EQ(messages.count, 2);
+    EXPECT_EQ(messages.lines[2], "Unable to load FP");
 }
 
 TEST_F(ActivationTest, TheDestinationIsLoadedOnceUnderWay) {

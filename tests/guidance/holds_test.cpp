@@ -285,6 +285,20 @@ TEST_F(HoldsTest, FlyingToAnotherWaypointLeavesTheHold) {
     EXPECT_EQ(HoldNumberAt(2), 1);
 }
 
+TEST_F(HoldsTest, AHoldPlannedAtTheActiveWaypointBeginsAfresh) {
+    StartAt(pilot, 2);
+    EndHoldFlight();
+    holdFlight.holdTargetCorner = 3;
+    EXPECT_TRUE(HoldAtActiveWaypoint());
+    EXPECT_EQ(holdFlight.holdState, HoldState::Normal);
+    EXPECT_EQ(holdFlight.holdTargetCorner, 0);
+    EXPECT_EQ(holdFlight.holdActive, 1);
+    EXPECT_EQ(holdList.holds[HoldNumberAt(2)].inboundCourseMag, guidance.desiredTrackMag);
+    holdFlight.holdTargetCorner = 3;
+    EXPECT_FALSE(HoldAtActiveWaypoint()) << "there is one";
+    EXPECT_EQ(holdFlight.holdTargetCorner, 3);
+}
+
 TEST_F(HoldsTest, AFixTheRouteOnlyComesNearIsNotHeldAt) {
     holdList.holds[1].fixIndex = 2;
     SetActivePlan({{"AAA", -0.5, 0}, {"BBB", 0, 0}, {"FIX", 0, 0.02}, {"CCC", 1, 0}});

@@ -9,6 +9,7 @@
 #include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "guidance/vnav.h"
+#include "guidance/vnav/flight_values.h"
 #include "guidance/vnav/flown.h"
 #include "settings/performance_tables.h"
 #include "support/guidance_values.h"
@@ -110,7 +111,7 @@ const RecordedPlan kPlans[] = {
      "demo-turboprop",
      17000,
      {{"AAA", 5, 5}, {"KBBB", 8, 5, 300}},
-     {{1, 0, 17000, kClimb}, {1, -0.1, 17000, kClimb}, {1, 0.3, 16000, kCruise}}},
+     {{1, 0, 17000, kClimb}, {1, -0.1, 16900, kClimb}, {1, 0.3, 16000, kCruise}}},
     {"in one place", "demo-jet", 0, {{"KAAA", 1, 1, 20}, {"KBBB", 1, 1, 20}}, {}},
 };
 
@@ -173,7 +174,8 @@ void FlyTo(const struct Place& place, const std::vector<Fix>& fixes) {
     const auto to = static_cast<std::size_t>(place.toIndex);
     const Fix& from = fixes[std::string_view(fixes[to - 1].ident) == "DISCO" ? to - 2 : to - 1];
     const Fix& fix = fixes[to];
-    Place(from.latitude + place.share * (fix.latitude - from.latitude) + 0.02,
+    const double aside = place.share != 0 ? 0.02 : 0;
+    Place(from.latitude + place.share * (fix.latitude - from.latitude) + aside,
           from.longitude + place.share * (fix.longitude - from.longitude), place.altitudeFt);
     Settle(place.phase);
     SetActiveWaypoint(place.toIndex);
@@ -435,6 +437,80 @@ test::NamedValues Everything() {
         values.insert(values.end(), more.begin(), more.end());
     }
     return values;
+}
+
+// How the flight is learned from, and what is made of it: winds, speeds and flows ahead.
+TEST(RecordedFlightValues, AreAsTheyWereWhenLastLookedAt) {
+    std::ostringstream now;
+    now.precision(10);
+    Fly(kRestricted, "demo-jet", 33000);
+    const struct {
+        double indicatedKt, targetKt, trueKt, altitudeFt, verticalFpm, flowPph;
+        double holdsSpeed = 1;
+    } notes[] = {{80, 250, 90, 500, 0, 6000},
+                 {250, 250, 80, 5000, 1500, 6000},
+                 {250, 250, 280, 5000, 1500, 6000},
+                 {250, 253.1, 285, 8000, 1400, 5800},
+                 {250.48, 253.5, 285, 8000, 1400, 5800},
+                 {250.98, 255, 285, 8000, 1400, 5800},
+                 {251.5, 255, 285, 8000, 1400, 0},
+                 {248.6, 255, 285, 8000, 1400, 5700},
+                 {245.5, 255, 285, 8000, 1300, 5600},
+                 {245.4, 255, 290, 9000, 1100, 5400, 0},
+                 {245.4, 255, 430, 37000, 100, 3000},
+                 {245.4, 248, 430, 38000, -2000, 900},
+                 {245.4, 255, 150, 38000, -2000, 900},
+                 {245.4, 255, 600, 20000, 0, 2900}};
+    FlightExperience seen;
+    for (const auto& note : notes) {
+        aircraft.indicatedAirspeedKt = note.indicatedKt;
+        aircraft.apAirspeedTargetKt = note.targetKt;
+        aircraft.apSpeed115 = note.holdsSpeed;
+        aircraft.altitudeFt = note.altitudeFt;
+        aircraft.verticalSpeedFpm = note.verticalFpm;
+        derived.trueAirspeedEstimateKt = note.trueKt;
+        test::FakeSimulator::Get().variables[638] = note.flowPph;
+        LearnFlight(seen);
+        now << "# noted " << note.indicatedKt << " of " << note.targetKt << '\n'
+            << Changes({}, {{"ratio", seen.airspeedRatio},
+                            {"machLimit", seen.machLimit},
+                            {"seen", seen.seen},
+                            {"flow", seen.meanFlowPph},
+                            {"fpm", seen.meanFpm},
+                            {"spread", seen.spreadFpm2},
+                            {"flowPerFpm", seen.flowPerFpm},
+                            {"ft", seen.altitudeFt},
+                            {"kt", seen.indicatedKt},
+                            {"targetKt", seen.targetKt}});
+        for (const double feet : {0.0, 9000.0, 36089.0, 39000.0, 45000.0}) {
+            now << ' ' << test::Rounded(TrueAirspeedKt(seen, 250, feet));
+            for (const VerticalPhase phase : {kClimb, kCruise, kDescent}) {
+                now << ' ' << test::Rounded(FuelFlowPph(seen, phase, feet, 500 - feet / 20));
+            }
+        }
+        now << '\n';
+    }
+    const double winds[][4] = {{0, 0, 0, 0}, {8000, 100, 40, 0}, {20000, 20, 30, 2}};
+    for (const auto& [feet, direction, knots, row] : winds) {
+        now << "# wind at " << feet << '\n';
+        if (feet > 0) {
+            EXPECT_TRUE(EnterDescentWindAltitude(static_cast<std::size_t>(row), feet));
+            EXPECT_TRUE(EnterDescentWind(static_cast<std::size_t>(row), direction, knots));
+        }
+        for (const double trueKt : {20.0, 300.0}) {
+            for (const double above : {5000.0, 8000.0, 12000.0, 20000.0, 30000.0}) {
+                now << ' ' << test::Rounded(GroundSpeedKt(trueKt, 50, {90, above, true})) << ' '
+                    << test::Rounded(GroundSpeedKt(trueKt, 200, {90, above, false})) << ' '
+                    << test::Rounded(GroundSpeedKt(trueKt, 130, {-5, above, false}));
+            }
+        }
+        now << '\n';
+        if (feet > 0) {
+            EXPECT_TRUE(EnterCruiseWind(direction + 10, knots * 2));
+        }
+    }
+    ImportTable.panel.services = nullptr;
+    test::ExpectAsKept(now.str(), "guidance/values.txt");
 }
 
 // What the step did, and what the frame behind it did then.

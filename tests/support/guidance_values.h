@@ -127,7 +127,11 @@ inline NamedValues LateralValues() {
             {"aheadLat", g.lookAheadLatitude},
             {"aheadLon", g.lookAheadLongitude},
             {"toAhead", g.bearingToLookAheadTrue},
-            {"heading", g.headingCommandMag}};
+            {"heading", g.headingCommandMag},
+            {"waypointSide", static_cast<double>(g.waypointSideOfTrack)},
+            {"waypointAngle", g.waypointTrackAngle},
+            {"headingSide", static_cast<double>(g.trackSideOfHeading)},
+            {"headingAngle", g.trackHeadingAngle}};
 }
 
 inline void AddPoint(NamedValues& values, const std::string& name, const PredictedPoint& point) {

@@ -60,14 +60,6 @@ bool SameSpeeds(const PlanningSpeeds& a, const PlanningSpeeds& b) {
            a.descentRate == b.descentRate;
 }
 
-SpeedLimit ClimbLimit() {
-    return {performance.climbSpeedRestriction, performance.climbRestrictionAltitude};
-}
-
-SpeedLimit DescentLimit() {
-    return {performance.descentSpeedRestriction, performance.descentRestrictionAltitude};
-}
-
 // A number that differs when the route or a restriction on it does.
 std::uint64_t RouteMark() {
     std::uint64_t mark = 1;
@@ -92,8 +84,8 @@ void NotePlanned() {
     plannedFor.route = RouteMark();
     plannedFor.activeIndex = planBook.activeIndex;
     plannedFor.speeds = SpeedsOf(performance);
-    plannedFor.climbLimit = ClimbLimit();
-    plannedFor.descentLimit = DescentLimit();
+    plannedFor.climbLimit = SpeedLimitOf(performance, VerticalPhase::Climb);
+    plannedFor.descentLimit = SpeedLimitOf(performance, VerticalPhase::Descent);
 }
 
 double FindCruiseAltitude(PlanningInput& input) {
@@ -380,9 +372,10 @@ void SetCruiseAltitude(std::int32_t feet) {
 
 void ReplanChangedRoute() {
     const PlanningSpeeds speeds = SpeedsOf(performance);
-    const bool sameSpeeds = SameSpeeds(speeds, plannedFor.speeds) &&
-                            ClimbLimit() == plannedFor.climbLimit &&
-                            DescentLimit() == plannedFor.descentLimit;
+    const bool sameSpeeds =
+        SameSpeeds(speeds, plannedFor.speeds) &&
+        SpeedLimitOf(performance, VerticalPhase::Climb) == plannedFor.climbLimit &&
+        SpeedLimitOf(performance, VerticalPhase::Descent) == plannedFor.descentLimit;
     if (activePlan.revision == plannedFor.revision &&
         planBook.activeIndex == plannedFor.activeIndex && sameSpeeds) {
         return;

@@ -134,8 +134,8 @@ bool PastTopOfDescent() {
         return false;
     }
     const double bearingTrue = progress.destinationBearingMag + aircraft.magneticVariation;
-    const double angle = SmallerAngle(PositiveModulo(bearingTrue, 360.0),
-                                      PositiveModulo(vnav.todBearingToDestination, 360.0));
+    const double angle =
+        SmallerAngle(PositiveModulo(bearingTrue, 360.0), vnav.todBearingToDestination);
     return vnav.todOverdue != 0 || std::trunc(angle) < kPastDescentDeg;
 }
 

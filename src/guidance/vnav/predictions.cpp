@@ -109,7 +109,6 @@ class PaperFlight {
 
     void Fly(Predictions& predictions) {
         const RouteTable& route = *input_.route;
-        predictions.topOfClimb.known = false;
         for (std::int32_t i = input_.at.flownTo; i <= route.last; ++i) {
             const PlanWaypoint& entry = input_.Entry(i);
             if (!HasPosition(entry)) {
@@ -144,11 +143,8 @@ class PaperFlight {
             }
         }
         const bool descending = phase_ == VerticalPhase::Descent;
-        const double limit =
-            descending ? from_.descentSpeedRestriction : from_.climbSpeedRestriction;
-        const double below =
-            descending ? from_.descentRestrictionAltitude : from_.climbRestrictionAltitude;
-        return limit > 0 && altitudeFt < below ? std::min(speed, limit) : speed;
+        return SpeedLimitOf(from_, descending ? VerticalPhase::Descent : VerticalPhase::Climb)
+            .Limited(speed, altitudeFt);
     }
 
     // The next place where something changes, at most a step ahead.
@@ -270,10 +266,8 @@ struct ClimbContext {
 
 double ClimbGroundSpeed(const void* context, double altitudeFt) {
     const auto& climb = *static_cast<const ClimbContext*>(context);
-    double speed = climb.input.speeds.climbIas;
-    if (climb.from.climbSpeedRestriction > 0 && altitudeFt < climb.from.climbRestrictionAltitude) {
-        speed = std::min(speed, climb.from.climbSpeedRestriction);
-    }
+    const double speed = SpeedLimitOf(climb.from, VerticalPhase::Climb)
+                             .Limited(climb.input.speeds.climbIas, altitudeFt);
     return GroundSpeedKt(TrueAirspeedKt(experience, speed, altitudeFt), climb.courseTrue, {});
 }
 

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
+#include "guidance/performance_entries.h"
 #include "guidance/vnav/flown.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
@@ -16,11 +17,6 @@ namespace {
 
 constexpr std::int32_t kSpeedSuspended = 2;
 constexpr double kLeastRestrictionKt = 50;  // a speed at or below it is none
-
-struct SpeedRange {
-    double least;
-    double greatest;
-};
 
 // What the aircraft may be asked to fly.
 SpeedRange AircraftSpeeds() {
@@ -34,23 +30,16 @@ SpeedRange AircraftSpeeds() {
                 {p.climbIasMax, p.cruiseIasMax, p.descentIasMax, climbIas, cruiseIas, descentIas})};
 }
 
-// A speed of the aircraft's file that holds below an altitude; a speed or altitude of 0 is none.
-double Restrict(double speedKt, double limitKt, double belowFt) {
-    const bool holds = limitKt > 0 && aircraft.altitudeFt < belowFt && speedKt > limitKt;
-    return holds ? limitKt : speedKt;
-}
-
 // Remembers a restriction in force: it is lifted above its altitude.
 double RestrictInClimb(double speedKt) {
     const double restricted =
-        Restrict(speedKt, performance.climbSpeedRestriction, performance.climbRestrictionAltitude);
+        SpeedLimitOf(performance, VerticalPhase::Climb).Limited(speedKt, aircraft.altitudeFt);
     vnav.climbRestrictionActive = restricted < speedKt ? 1 : vnav.climbRestrictionActive;
     return restricted;
 }
 
-double RestrictDescent(double speedKt) {
-    return Restrict(speedKt, performance.descentSpeedRestriction,
-                    performance.descentRestrictionAltitude);
+double RestrictInDescent(double speedKt) {
+    return SpeedLimitOf(performance, VerticalPhase::Descent).Limited(speedKt, aircraft.altitudeFt);
 }
 
 // A speed to be flown towards the entry.
@@ -61,14 +50,14 @@ bool IsConstrained(const PlanWaypoint& entry) {
 double DescentSpeed() {
     const PlanWaypoint& entry = ActiveWaypoint();
     if (!IsConstrained(entry) || !(guidance.distanceToGoNm > 0)) {
-        return RestrictDescent(performance.descentIas);
+        return RestrictInDescent(performance.descentIas);
     }
     if (entry.speed < performance.descentIas) {
         const SpeedRange range = AircraftSpeeds();
         performance.descentIas = performance.cruiseIas =
-            static_cast<std::int32_t>(std::max(entry.speed, range.least));
+            static_cast<std::int32_t>(std::max(entry.speed, range.leastIas));
     }
-    return RestrictDescent(entry.speed);
+    return RestrictInDescent(entry.speed);
 }
 
 double ClimbSpeed() {
@@ -150,11 +139,11 @@ bool CommandsSpeed() {
 
 void SendSpeed(double indicatedKt) {
     const SpeedRange range = AircraftSpeeds();
-    if (!std::isfinite(indicatedKt) || range.least > range.greatest) {
+    if (!std::isfinite(indicatedKt) || range.leastIas > range.greatestIas) {
         return;
     }
     vnav.speed.last =
-        static_cast<std::int32_t>(std::clamp(indicatedKt, range.least, range.greatest));
+        static_cast<std::int32_t>(std::clamp(indicatedKt, range.leastIas, range.greatestIas));
     SendKeyEvent(KeyEvent::AirspeedSet, vnav.speed.last);
     vnav.speed.tick = TruncateToInteger(aircraft.tick);
 }
