@@ -188,7 +188,7 @@ TEST_F(PlanFiles, WhatARunSaysAndLeavesBehind) {
         {"good.RTE", "no/such/folder/e.pln", "", false, kPlanFailed, "", "cannot be written"},
         {"holed.fms", "", "", false, kPlanFaulty, "AAAA to CCCC", "holed.fms:6: 'x' '8' is no pos"},
         {"holed.fms", "f.RTE", "", false, kPlanFaulty, "2 waypoints", "left out\n"},
-        {"taken.kml", "", "", false, kPlanFailed, "", "in a form that is known here"},
+        {"taken.kml", "", "", false, kPlanFailed, "", "known here; there are\n  pln-xml  "},
         {"absent.RTE", "g.kml", "", false, kPlanFailed, "", "cannot be opened"},
     };
     std::ptrdiff_t files = CountFiles();

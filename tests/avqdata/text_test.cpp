@@ -81,6 +81,30 @@ TEST(SourceFile, CompressedLinesComeWholeAndACutFileIsAnError) {
     EXPECT_NE(cut.Error().find("cut short"), std::string::npos) << cut.Error();
 }
 
+// Neither a file without line ends nor a small one that unpacks to much is read to its end.
+TEST(SourceFile, EndlessLinesAndContentsAreRefused) {
+    const avq1::test::TempSimFolder folder;
+    const std::string path = (folder.root() / "zeros.gz").string();
+    const std::string zeros(kLongestSourceLine * 8, '\0');
+    gzFile file = gzopen(path.c_str(), "wb");
+    gzwrite(file, "short\n", 6);
+    gzwrite(file, zeros.data(), static_cast<unsigned>(zeros.size()));
+    gzclose(file);
+    LineSource lines = LineSource::OfFile(path, {});
+    std::string_view line;
+    EXPECT_TRUE(lines.Next(line));
+    EXPECT_FALSE(lines.Next(line));
+    EXPECT_TRUE(lines.Error().starts_with("zeros.gz:2: a line of more than 65536"))
+        << lines.Error();
+    EXPECT_FALSE(lines.Next(line));
+    std::string text;
+    std::string error;
+    EXPECT_FALSE(ReadSourceFile(path, text, error, kLongestSourceLine));
+    EXPECT_NE(error.find("is too large"), std::string::npos) << error;
+    EXPECT_EQ(text, "");
+    EXPECT_TRUE(ReadSourceFile(path, text, error)) << error;
+}
+
 TEST(CsvTable, ColumnsComeByName) {
     std::vector<std::string> rows;
     std::string error;

@@ -192,6 +192,22 @@ const PlanFormat* FormatOfFileName(std::string_view path) {
 
 // ---- reading ----
 
+namespace {
+
+// A line a format: its name and what it is.
+std::string ReadableForms() {
+    std::string list;
+    for (const PlanFormat* row : kPlanFormats) {
+        if (row->read != nullptr) {
+            list += (list.empty() ? "  " : "\n  ") + std::string(row->name) + "  " +
+                    std::string(row->title);
+        }
+    }
+    return list;
+}
+
+}  // namespace
+
 bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan& plan,
                       const PlanFormat*& format, Report& report, std::string& error) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
@@ -214,7 +230,8 @@ bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan
     }
     format = FormatOfText(text);
     if (format == nullptr) {
-        error = std::string(name) + ": is no flight plan in a form that is known here";
+        error = std::string(name) +
+                ": is no flight plan in a form that is known here; there are\n" + ReadableForms();
         return false;
     }
     plan = ExchangePlan{};

@@ -50,7 +50,8 @@ struct LineSource::File {
     }
 };
 
-bool ReadSourceFile(const std::string& path, std::string& text, std::string& error) {
+bool ReadSourceFile(const std::string& path, std::string& text, std::string& error,
+                    std::size_t most) {
     text.clear();
     gzFile stream = IsRegularFile(path) ? gzopen(path.c_str(), "rb") : nullptr;
     if (stream == nullptr) {
@@ -59,13 +60,16 @@ bool ReadSourceFile(const std::string& path, std::string& text, std::string& err
     }
     gzbuffer(stream, kChunkSize);
     int count = 1;
-    while (count > 0) {
+    while (count > 0 && text.size() <= most) {
         const std::size_t size = text.size();
         text.resize(size + kChunkSize);
         count = gzread(stream, text.data() + size, kChunkSize);
         text.resize(size + static_cast<std::size_t>(std::max(count, 0)));
     }
-    const std::string fault = StreamError(stream);
+    const std::string fault =
+        text.size() > most
+            ? "is too large (more than " + std::to_string(most >> 20U) + " MiB, unpacked)"
+            : StreamError(stream);
     gzclose(stream);
     if (!fault.empty()) {
         error = path + ": " + fault;
@@ -80,14 +84,14 @@ std::string BaseName(const std::string& path) {
 
 bool ReadBoundedFile(const std::string& path, const char* what, std::string& text,
                      std::string& error) {
-    constexpr std::uintmax_t kLargestBytes = 16U << 20U;
+    constexpr std::size_t kLargestBytes = std::size_t{16} << 20U;
     std::error_code code;
     const std::uintmax_t size = std::filesystem::file_size(path, code);
     if (!code && size > kLargestBytes) {
         error = path + ": is too large for " + what;
         return false;
     }
-    return ReadSourceFile(path, text, error);
+    return ReadSourceFile(path, text, error, kLargestBytes);
 }
 
 std::string FindSource(const std::string& folder, const std::vector<std::string>& names) {
@@ -155,6 +159,13 @@ void LineSource::Refill() {
 bool LineSource::Next(std::string_view& line) {
     std::size_t end = rest_.find('\n');
     while (end == std::string_view::npos && file_ != nullptr) {
+        if (rest_.size() > kLongestSourceLine) {
+            error_ = name_ + ":" + std::to_string(lineNumber_ + 1) + ": a line of more than " +
+                     std::to_string(kLongestSourceLine) + " characters: is no file of this kind";
+            rest_ = {};
+            file_.reset();
+            return false;
+        }
         Refill();
         end = rest_.find('\n');
     }

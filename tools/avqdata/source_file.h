@@ -16,10 +16,16 @@ namespace avqdata {
 // Called now and then with how much of the work is done, 0 to 1.
 using Progress = std::function<void(std::string_view what, double done)>;
 
-// `error` says what is wrong; it is left alone on success.
-bool ReadSourceFile(const std::string& path, std::string& text, std::string& error);
+inline constexpr std::size_t kLargestSourceBytes = std::size_t{256} << 20U;  // unpacked
+inline constexpr std::size_t kLongestSourceLine = std::size_t{1} << 16U;     // of any source
 
-// The same for a file somebody handles one at a time: "too large for a flight plan" beyond 16 MiB.
+// `error` says what is wrong; it is left alone on success. More than `most` bytes, unpacked, are
+// refused when so many have been read.
+bool ReadSourceFile(const std::string& path, std::string& text, std::string& error,
+                    std::size_t most = kLargestSourceBytes);
+
+// The same for a file somebody handles one at a time: "too large for a flight plan" beyond 16 MiB,
+// unpacked.
 bool ReadBoundedFile(const std::string& path, const char* what, std::string& text,
                      std::string& error);
 
@@ -30,7 +36,8 @@ std::string FindSource(const std::string& folder, const std::vector<std::string>
 // The file's name without its folder, for messages.
 std::string BaseName(const std::string& path);
 
-// Lines without their ends (LF or CRLF), from a file as it is read or from a text.
+// Lines without their ends (LF or CRLF), from a file as it is read or from a text. A file with a
+// line of more than kLongestSourceLine characters is an error.
 class LineSource {
   public:
     static LineSource OfText(std::string_view text, std::string name);
