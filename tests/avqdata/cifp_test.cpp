@@ -109,7 +109,8 @@ std::string Show(const std::vector<avq1::Procedure>& procedures, bool approaches
         text += procedure.name + (procedure.runways.empty() ? "" : " " + procedure.runways) + ":";
         for (const avq1::ProcedureLeg& leg : procedure.legs) {
             text += " " + (approaches
-                               ? leg.group + "|" + leg.fix + "|" + leg.role + "|" + leg.qualifier
+                               ? leg.group + "|" + leg.fix + "|" + leg.role + "|" + leg.qualifier +
+                                     (leg.text1 == "---" ? "" : "|" + leg.text1)
                                : leg.qualifier + "|" + leg.fix + "|" + leg.text1 + "|" + leg.text2);
             text += leg.mark + (leg.flyover != 0 ? "!" : "");
         }
@@ -140,7 +141,8 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "D QUAX1 4 RW09B BBBBB EE__ TF -05000\nD QUAX1 5 - BBBBB E___ IF\n"
          "D QUAX1 5 - CCCCC EE__ TF\nD QUAX1 6 DDDDD CCCCC E___ IF\nD QUAX1 6 DDDDD DDDDD EE__ "
          "TF\n",
-         "QUAX1 09L,09R: |AAAAA|2000A|09L,09R! |BBBBB|5000B|--- CCCCC|CCCCC|---|---* "
+         "QUAX1 09L,09R: |AAAAA|2000A|09L,09R! |BBBBB|5000B|09L,09R |BBBBB|---|--- "
+         "CCCCC|CCCCC|---|---* "
          "DDDDD|DDDDD|---|---",
          "legs to no fix (VA)"},
         {"without a common route the meeting fix becomes one",
@@ -163,8 +165,26 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "F R09LY R - BBBBB E__F TF +01500\nF R09LY R - RW09L GY_M TF =00150\n"
          "F R09LY R - - __M_ CA +00500\nF R09LY R - AAAAA EY__ DF +03000\n"
          "F R09LY R - DDDDD EE__ HM +03000\nF VOR-A V - BBBBB E__F IF\n",
-         "09L: RNAVY|DDDDD|IAF|DDDDD RNAVY|CCCCC|| RNAVY|BBBBB|FAF| RNAVY|RW09L|MAF|! "
-         "RNAVY|AAAAA|MAF|! RNAVY|DDDDD|MAF|; : VOR-A|BBBBB|FAF|"},
+         "09L: RNAVY|DDDDD|IAF|DDDDD|3000A RNAVY|CCCCC|||2000A RNAVY|BBBBB|FAF||1500A "
+         "RNAVY|RW09L|MAF||150! RNAVY|AAAAA|MAF||3000A! RNAVY|DDDDD|MAF||3000A; : "
+         "VOR-A|BBBBB|FAF|"},
+        {"each transition keeps what it alone says of the joint; one that says nothing drops it",
+         "F R09LY A AAAAA AAAAA E__A IF\nF R09LY A AAAAA CCCCC EE_B TF +03200\n"
+         "F R09LY A BBBBB BBBBB E__A IF\nF R09LY A BBBBB CCCCC EY_B TF\n"
+         "F R09LY A DDDDD DDDDD E__A IF\nF R09LY A DDDDD CCCCC EE_B TF\n"
+         "F R09LY R - CCCCC E__I IF +02000\nF R09LY R - RW09L GY_M TF\n",
+         "09L: RNAVY|AAAAA|IAF|AAAAA RNAVY|CCCCC||AAAAA|3200A RNAVY|BBBBB|IAF|BBBBB "
+         "RNAVY|CCCCC||BBBBB! RNAVY|DDDDD|IAF|DDDDD RNAVY|CCCCC|||2000A RNAVY|RW09L|MAF|!"},
+        {"no marks of one branch at the meeting fix of all",
+         "D QUAX3 1 RW09L AAAAA EE__ CF +04000\nD QUAX3 1 RW09R AAAAA EY__ CF\n"
+         "D QUAX3 3 CCCCC AAAAA E___ IF\nD QUAX3 3 CCCCC CCCCC EE__ TF\n",
+         "QUAX3 09L,09R: |AAAAA|4000A|09L |AAAAA|---|09R! AAAAA|AAAAA|---|---* "
+         "CCCCC|CCCCC|---|---"},
+        {"where both sides say something of one common fix, each has it",
+         "D QUAX4 1 RW09L AAAAA EE__ CF +04000\nD QUAX4 1 RW09R AAAAA EE__ CF\n"
+         "D QUAX4 3 CCCCC AAAAA EY__ IF\nD QUAX4 3 CCCCC CCCCC EE__ TF\n",
+         "QUAX4 09L,09R: |AAAAA|4000A|09L AAAAA|AAAAA|---|09R* CCCCC|AAAAA|---|---! "
+         "CCCCC|CCCCC|---|---"},
         {"a transition of one fix keeps it",
          "F R09RZ A AAAAA AAAAA E__A IF\nF R09RZ A AAAAA BBBBB E__D TF\n"
          "F R09RZ A CCCCC CCCCC E__A IF\nF R09RZ R - CCCCC E__I IF\nF R09RZ R - RW09R E__M TF\n",
@@ -226,9 +246,19 @@ TEST_F(CifpTest, AirspaceOfArcsEnds) {
 TEST(Cifp, OtherFilesAreRefused) {
     Import import;
     Dataset data;
-    for (const char* text : {"", "ident,name\n", "HDR01 FAACIFP18\n"}) {
+    const std::string record = Waypoint("AAAAA", "N50000000E008100000");
+    const std::string broken = record.substr(0, 60) + '\x80' + record.substr(61);
+    const std::string ofAirport =  // the form of a file an airport, which begins with an S too
+        "SID:010,5,QUAX1, ,AAAAA,Q1,E,A,EY  , ,   ,IF, , , , , ,      ,    ,    ,    ,    , , "
+        ",     ,     , ,   ,    ,   , , , , , , , , ;\n";
+    ASSERT_GT(ofAirport.size(), kArincColumns);
+    for (const std::string& text :
+         {std::string(), std::string("ident,name\n"), std::string("HDR01 FAACIFP18\n"), ofAirport,
+          "S" + std::string(200000, 'A') + "\n", broken, record + ofAirport}) {
         LineSource lines = LineSource::OfText(text, "x");
-        EXPECT_FALSE(ReadCifp(lines, import.Context(), data, import.error)) << text;
+        import.error.clear();
+        EXPECT_FALSE(ReadCifp(lines, import.Context(), data, import.error)) << text.substr(0, 80);
+        EXPECT_NE(import.error.find("x: is no file of ARINC 424 records"), std::string::npos);
     }
 }
 

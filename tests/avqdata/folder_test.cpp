@@ -248,6 +248,29 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
     EXPECT_EQ(check.Count(Topic::Fault), 0U);
 }
 
+TEST(Capacities, UsedFixesComeFirstThenThoseNearAirports) {
+    Dataset data;
+    data.airports = {{"QAAA", "Quax", 361, {50, 8}, {}, true}};
+    data.procedures[kApproaches]["QAAA"] = {"09 ILS ZPROC --- --- 10.00000 8.00000 0 0 ---"};
+    data.airways = {{"Q1", {{"ZAWAY", {10, 9}}, {"ZPROC", {10, 8}}}}};
+    data.fixes.reserve(kMostFixes + 4);
+    for (const Fix& fix : {Fix{"AFARR", {51, 8}}, Fix{"ANEAR", {50.1, 8}}, Fix{"A1", {50, 8}},
+                           Fix{"ZPROC", {60, 8}}, Fix{"ZPROC", {10, 8}}, Fix{"ZAWAY", {10, 9}}}) {
+        data.fixes.push_back(fix);
+    }
+    while (data.fixes.size() < kMostFixes + 3) {
+        data.fixes.push_back({"MMMMM", {50, 8}});
+    }
+    Report report;
+    report.keepAll = true;
+    FitCapacities(data, report);
+    EXPECT_EQ(data.fixes.size(), kMostFixes);
+    // Of the two of one name the unused one goes, being far from any airport.
+    EXPECT_EQ(report.entries.at(0).cases, (std::vector<std::string>{"AFARR", "ZPROC", "A1"}));
+    EXPECT_EQ(data.fixes.at(0).ident, "ANEAR");
+    EXPECT_EQ(data.fixes.back().at.latitude, 10);
+}
+
 TEST(Folder, AFolderThatCannotBeWrittenIsLeftAsItWas) {
     TemporaryFolder folder;
     Import import;
@@ -281,6 +304,8 @@ TEST(Folder, FilesAreFoundWhateverTheirLetterCase) {
 }
 
 TEST(Check, NamesFileAndLineOfEachFault) {
+    constexpr const char* kCycleFault =
+        "cycle lines that do not read like ;AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)";
     struct {
         FileRole role;
         std::string text;
@@ -290,8 +315,15 @@ TEST(Check, NamesFileAndLineOfEachFault) {
         {kNavaidFile, "A A 1 1 VOR 113\nB B 1 1 VOR 113\nA2 A 1 1 VOR 113\n",
          "navaids apart from others of their first letter", "avq_navs.txt:3"},
         {kNavaidFile, "A A 1 1 VOR\n", "navaids without a frequency", "avq_navs.txt:1"},
-        {kNavaidFile, ";AIRAC cycle : 2309 7-SEP-2023 to 05-OCT-2023\n",
-         "cycle lines that do not read like ;AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)",
+        {kNavaidFile, ";AIRAC cycle : 2309 7-SEP-2023 to 05-OCT-2023\n", kCycleFault,
+         "avq_navs.txt:1"},
+        {kNavaidFile, ";AIRAC cycle : 2309 (99-XYZ-2023 to 05-OCT-2023)\n", kCycleFault,
+         "avq_navs.txt:1"},
+        {kNavaidFile, ";AIRAC cycle : 2309 (31-SEP-2023 to 05-OCT-2023)\n", kCycleFault,
+         "avq_navs.txt:1"},
+        {kNavaidFile, ";AIRAC cycle : 2309 (07-SEP-2023 to 05-SEP-2023)\n", kCycleFault,
+         "avq_navs.txt:1"},
+        {kNavaidFile, ";AIRAC cycle : X309 (07-SEP-2023 to 05-OCT-2023)\n", kCycleFault,
          "avq_navs.txt:1"},
         {kFixFile, "; fine\nAAAAA AAAAA 91 1\n", "positions that are none", "avq_ints.txt:2"},
         {kAirwayFile, "Q1 0010 NOFIX 1 1\n", "airway fixes that are not in the tables",
@@ -322,6 +354,29 @@ TEST(Check, NamesFileAndLineOfEachFault) {
         const auto found = std::ranges::find(report.entries, row.kind, &ReportEntry::kind);
         ASSERT_TRUE(found != report.entries.end() && found->topic == Topic::Fault) << row.kind;
         EXPECT_TRUE(found->cases.at(0).starts_with(row.place)) << found->cases.at(0);
+    }
+}
+
+TEST(Check, RunwayFixesLieAtTheirRunways) {
+    const struct {
+        const char* fix;  // and its position
+        std::size_t faults;
+    } rows[] = {
+        {"RW09 50.00000 8.00000", 0}, {"RW09 20.00000 8.00000", 1},
+        {"RW09 50.03000 8.00000", 1},  // 1.8 nm from the threshold
+        {"RW27 50.03000 8.00000", 0},  // not listed: at the airport at least
+        {"RW27 50.20000 8.00000", 1},
+    };
+    for (const auto& row : rows) {
+        const std::vector<std::string_view> words = Words(row.fix);
+        FolderTexts texts;
+        texts[kAirportFile] = "QAAA Q 1 50.01 8.01 09_8000_50_8_90_---_---_90\n";
+        texts[kApproachFile] = "[QAAA]\n09 ILS " + std::string(words[0]) + " MAF --- " +
+                               std::string(words[1]) + " " + std::string(words[2]) + " 0 0 FO\n";
+        Report report;
+        CheckFolder(texts, report);
+        EXPECT_EQ(report.Count(Topic::Fault, "runway fixes far from their runway"), row.faults)
+            << row.fix;
     }
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "avqdata/arinc.h"
 #include "avqdata/check.h"
 #include "avqdata/import_helpers.h"
 #include "avqdata/text_tools.h"
@@ -126,6 +127,120 @@ TEST_F(RealData, EveryRouteOfTheExcerptLegByLeg) {
         EXPECT_TRUE(Holds(*procedure, route.second, 0)) << key;
     }
     EXPECT_EQ(compared.size(), 73U);
+}
+
+// Legs as "FIX restriction!", of a route or of what a choice gives.
+using Marked = std::vector<std::string>;
+
+std::string_view FixOf(std::string_view marked) {
+    return marked.substr(0, marked.find(' '));
+}
+
+// A fix twice on end stands once where the first says nothing of its own.
+Marked Merged(const Marked& legs) {
+    Marked merged;
+    for (const std::string& leg : legs) {
+        const bool again = !merged.empty() && FixOf(merged.back()) == FixOf(leg);
+        if (again && (merged.back() == leg || merged.back() == std::string(FixOf(leg)) + " ---")) {
+            merged.pop_back();
+        }
+        merged.push_back(leg);
+    }
+    return merged;
+}
+
+// The routes of the source's approaches, holds and turns at a fix one with it: by airport and
+// procedure, and then by transition ("" = the final approach).
+std::map<std::string, std::map<std::string, Marked>> ReadApproachRoutes(const std::string& path) {
+    struct Fix {
+        std::string ident;
+        std::string restriction;
+        bool flyover = false;
+        bool missed = false;
+    };
+    std::map<std::string, std::map<std::string, std::vector<Fix>>> routes;
+    std::map<std::string, bool> missed;
+    LineSource lines = LineSource::OfFile(path, {});
+    std::string_view line;
+    while (lines.Next(line)) {
+        if (line.size() < 120 || line.substr(4, 2) != "P " || line[12] != 'F' || line[38] > '1') {
+            continue;
+        }
+        const ProcedureLegRecord leg = ReadLeg(line, 0);
+        const std::string key(line.substr(6, 4));
+        const std::string name = std::string(Trim(key)) + " " + std::string(line.substr(13, 6));
+        const std::string transition = leg.routeType == 'A' ? leg.transition : "";
+        bool& isMissed = missed[name + transition];
+        isMissed = isMissed || leg.description[2] == 'M';
+        const std::set<std::string> toFix{"IF", "TF", "CF", "DF", "AF", "RF", "HA",
+                                          "HF", "HM", "PI", "FA", "FC", "FD", "FM"};
+        if (!leg.fix.empty() && toFix.contains(leg.path)) {
+            const bool flyover = leg.description[1] == 'Y' || leg.description[1] == 'B';
+            std::vector<Fix>& fixes = routes[name][transition];
+            if (!fixes.empty() && fixes.back().ident == leg.fix &&
+                fixes.back().missed == isMissed) {
+                fixes.back().flyover = fixes.back().flyover || flyover;
+                fixes.back().restriction =
+                    fixes.back().restriction == "---" ? leg.restriction : fixes.back().restriction;
+            } else {
+                fixes.push_back({leg.fix, leg.restriction, flyover, isMissed});
+            }
+        }
+        isMissed = isMissed || leg.description[3] == 'M';
+    }
+    std::map<std::string, std::map<std::string, Marked>> marked;
+    for (const auto& [name, ofName] : routes) {
+        for (const auto& [transition, fixes] : ofName) {
+            for (const Fix& fix : fixes) {
+                marked[name][transition].push_back(fix.ident + " " + fix.restriction +
+                                                   (fix.flyover ? "!" : ""));
+            }
+        }
+    }
+    return marked;
+}
+
+// What an approach of the module gives for a transition.
+Marked Chosen(const avq1::Procedure& approach, const std::string& group,
+              const std::string& transition) {
+    Marked legs;
+    for (const avq1::ProcedureLeg& leg : approach.legs) {
+        if (leg.group == group && (leg.qualifier.empty() || leg.qualifier == transition)) {
+            legs.push_back(leg.fix + " " + leg.text1 + (leg.flyover != 0 ? "!" : ""));
+        }
+    }
+    return Merged(legs);
+}
+
+TEST_F(RealData, EveryChoiceOfAnApproachKeepsItsOwnLegs) {
+    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    const FolderTexts texts = import.Texts();
+    std::size_t choices = 0;
+    for (const auto& [name, routes] :
+         ReadApproachRoutes(kData + "cifp/self_contained_excerpt.pc")) {
+        avq1::AirportProcedures loaded;
+        avq1::ReadApproaches(texts[kApproachFile], name.substr(0, name.find(' ')), loaded);
+        for (const auto& route : routes) {
+            const std::string& transition = route.first;
+            if (transition.empty()) {
+                continue;
+            }
+            ++choices;
+            Marked wanted = route.second;
+            const auto final = routes.find("");
+            ASSERT_NE(final, routes.end()) << name;
+            wanted.insert(wanted.end(), final->second.begin(), final->second.end());
+            wanted = Merged(wanted);
+            const bool found = std::ranges::any_of(loaded.approaches, [&](const auto& approach) {
+                return std::ranges::any_of(loaded.approachGroups, [&](const std::string& group) {
+                    return Chosen(approach, group, transition) == wanted;
+                });
+            });
+            EXPECT_TRUE(found) << name << " " << transition << ": "
+                               << testing::PrintToString(wanted);
+        }
+    }
+    EXPECT_EQ(choices, 101U);
 }
 
 TEST_F(RealData, ARandomSampleIsReportedNotFeared) {

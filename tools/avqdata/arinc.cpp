@@ -7,6 +7,8 @@
 namespace avqdata {
 namespace {
 
+constexpr std::string_view kRunwaySection = "PG";
+
 std::string Reference(std::string_view section, std::string_view airport, std::string_view ident,
                       std::string_view region) {
     // Terminal points belong to an airport, others to a region.
@@ -70,6 +72,20 @@ std::string Restriction(std::string_view record) {
 
 }  // namespace
 
+bool IsArincRecord(std::string_view line) {
+    constexpr std::size_t kLongest = 132;
+    const auto isWord = [](char c) {
+        return c == ' ' || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    };
+    while (line.size() > kLongest && line.ends_with(' ')) {
+        line.remove_suffix(1);
+    }
+    return line.size() >= kArincColumns && line.size() <= kLongest &&
+           (line[0] == 'S' || line[0] == 'T') && line[4] >= 'A' && line[4] <= 'Z' &&
+           std::all_of(line.begin() + 1, line.begin() + 6, isWord) &&
+           std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 std::string_view Raw(std::string_view record, std::size_t first, std::size_t last) {
     constexpr std::string_view kBlank = "                                ";
     return first <= record.size() && last <= record.size() && first <= last
@@ -128,10 +144,18 @@ ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line) {
 void PointBook::Add(std::string_view section, std::string_view airport, std::string_view ident,
                     std::string_view region, const LatLon& at) {
     byReference_.insert_or_assign(Reference(section, airport, ident, region), at);
-    byIdent_.emplace(std::string(ident), at);
+    if (section != kRunwaySection) {  // every airport has runways of the same names
+        byIdent_.emplace(std::string(ident), at);
+    }
 }
 
 void PointBook::AddFolder(const Dataset& folder) {
+    for (const Airport& airport : folder.airports) {
+        for (const RunwayEnd& end : airport.runways) {
+            byReference_.try_emplace(Reference(kRunwaySection, airport.ident, "RW" + end.ident, ""),
+                                     end.at);
+        }
+    }
     for (const Station& station : folder.stations) {
         byIdent_.emplace(station.ident, station.at);
     }

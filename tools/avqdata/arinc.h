@@ -15,7 +15,11 @@
 
 namespace avqdata {
 
-inline constexpr std::size_t kArincColumns = 123;  // what follows is numbering
+inline constexpr std::size_t kArincColumns = 123;  // what follows is numbering, to column 132
+
+// Whether a line is a record at all: printable, as long as one, with the codes of type, area and
+// section where they belong.
+bool IsArincRecord(std::string_view line);
 
 // Columns `first` to `last`, trimmed or as they are.
 std::string_view Raw(std::string_view record, std::size_t first, std::size_t last);

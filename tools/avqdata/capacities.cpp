@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <cmath>
-#include <set>
+#include <map>
 #include <tuple>
+#include <unordered_map>
 
+#include "avqdata/clean.h"
 #include "avqdata/limits.h"
 #include "avqdata/merge.h"
 #include "avqdata/text_tools.h"
@@ -38,23 +40,82 @@ bool IsFiveLetters(const std::string& ident) {
            std::all_of(ident.begin(), ident.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-void FitFixes(Dataset& data, Report& report) {
-    std::set<std::string> used;
+using Points = std::unordered_multimap<std::string, LatLon>;
+
+// What airways and procedures run over.
+Points UsedPoints(const Dataset& data) {
+    Points used;
     for (const Airway& airway : data.airways) {
         for (const Fix& point : airway.points) {
-            used.insert(point.ident);
+            used.emplace(point.ident, point.at);
         }
     }
-    const auto rankOf = [&](const Fix& fix) {
-        if (used.contains(fix.ident)) {
-            return 0;
+    for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
+        for (const auto& [airport, lines] : data.procedures[kind]) {
+            for (const std::string& line : lines) {
+                if (const std::optional<Fix> fix = FixOfLine(line, kind == kApproaches)) {
+                    used.emplace(fix->ident, fix->at);
+                }
+            }
         }
-        return IsFiveLetters(fix.ident) ? 1 : 2;
+    }
+    return used;
+}
+
+bool IsUsed(const Points& used, const Fix& fix) {
+    const auto [first, last] = used.equal_range(fix.ident);
+    return std::any_of(first, last, [&](const auto& point) {
+        return DistanceNm(point.second, fix.at) < kSamePointNm;
+    });
+}
+
+// Airports by whole degrees, to find the nearest of a place.
+class AirportGrid {
+  public:
+    explicit AirportGrid(const std::vector<Airport>& airports) {
+        for (const Airport& airport : airports) {
+            cells_[{Cell(airport.at.latitude), Cell(airport.at.longitude)}].push_back(airport.at);
+        }
+    }
+    // Whole nm, as far as the cells around the place reach; kFar beyond.
+    int NearestNm(const LatLon& at) const {
+        double nearest = kFar;
+        for (int row = -1; row <= 1; ++row) {
+            for (int column = -1; column <= 1; ++column) {
+                const auto cell =
+                    cells_.find({Cell(at.latitude) + row, Cell(at.longitude) + column});
+                if (cell == cells_.end()) {
+                    continue;
+                }
+                for (const LatLon& airport : cell->second) {
+                    nearest = std::min(nearest, DistanceNm(airport, at));
+                }
+            }
+        }
+        return static_cast<int>(nearest);
+    }
+
+  private:
+    static constexpr double kFar = 999;
+    static int Cell(double degrees) { return static_cast<int>(std::floor(degrees)); }
+    std::map<std::pair<int, int>, std::vector<LatLon>> cells_;
+};
+
+void FitFixes(Dataset& data, Report& report) {
+    if (data.fixes.size() <= kMostFixes) {
+        return;
+    }
+    const Points used = UsedPoints(data);
+    const AirportGrid airports(data.airports);
+    const auto rankOf = [&](const Fix& fix) {
+        const int use = IsUsed(used, fix) ? 0 : IsFiveLetters(fix.ident) ? 1 : 2;
+        return std::pair(use, use == 0 ? 0 : airports.NearestNm(fix.at));
     };
     KeepBest(
         data.fixes, kMostFixes,
-        "fixes beyond the table: not on airways, names of other than five letters first", rankOf,
-        [](const Fix& fix) { return fix.ident; }, report);
+        "fixes beyond the table: in no airway or procedure, names of other than five letters, far "
+        "from airports first",
+        rankOf, [](const Fix& fix) { return fix.ident; }, report);
 }
 
 // A field a pilot would file to comes before one he might look out of the window for.
@@ -135,8 +196,8 @@ void FitCapacities(Dataset& data, Report& report) {
         [](const Station& station) { return !station.isVor; },
         [](const Station& station) { return station.ident; }, report);
     FitAirways(data, report);
-    FitFixes(data, report);
     FitAirports(data, report);
+    FitFixes(data, report);
     FitRunways(data, report);
     KeepBest(
         data.boundaries, kMostBoundaries, "boundaries beyond the table: the lesser classes first",

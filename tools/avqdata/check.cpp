@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "avqdata/clean.h"
+#include "avqdata/cycle.h"
 #include "avqdata/limits.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
@@ -21,11 +22,16 @@ constexpr double kResolveNm = 1.0;    // a table's point this near is the one a 
 using Row = std::vector<std::string_view>;
 using Points = std::unordered_multimap<std::string, LatLon>;
 
+struct CheckedAirport {
+    LatLon at;
+    std::map<std::string, LatLon, std::less<>> thresholds;  // by designator
+};
+
 struct Checker {
     const FolderTexts& texts;
     Report& report;
     Points points;  // stations, fixes and airports
-    std::map<std::string, std::set<std::string>, std::less<>> runwaysOf;
+    std::map<std::string, CheckedAirport, std::less<>> airports;
 };
 
 struct Line {
@@ -109,15 +115,14 @@ void CheckCapacity(Checker& checker, FileRole role, const char* kind, std::size_
 // ---- points ----
 
 void CheckCycleLine(Checker& checker, const Line& line) {
-    const auto isDate = [](std::string_view date) {  // "17-JAN-2008"
-        return date.size() == 11 && date[2] == '-' && date[6] == '-' &&
-               WholeNumber(date.substr(0, 2)) && WholeNumber(date.substr(7));
-    };
     const Row& words = line.words;
-    const bool good = words.size() == 7 && words[4].starts_with('(') &&
-                      isDate(words[4].substr(1)) && words[6].ends_with(')') &&
-                      isDate(words[6].substr(0, words[6].size() - 1));
-    if (!good) {
+    const bool whole = words.size() == 7 && words[3].size() == 4 &&
+                       WholeNumber(words[3]).value_or(-1) >= 0 && words[4].starts_with('(') &&
+                       words[6].ends_with(')');
+    const std::optional<int> first = whole ? DayOfText(words[4].substr(1)) : std::nullopt;
+    const std::optional<int> last =
+        whole ? DayOfText(words[6].substr(0, words[6].size() - 1)) : std::nullopt;
+    if (!first || !last || *first >= *last) {
         Fault(checker, line,
               "cycle lines that do not read like ;AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)",
               line.text.substr(0, 80));
@@ -182,8 +187,8 @@ void CheckFixes(Checker& checker) {
 
 // ---- airports ----
 
-void CheckRunway(Checker& checker, const Line& line, std::string_view token, const LatLon& airport,
-                 std::set<std::string>& runways) {
+void CheckRunway(Checker& checker, const Line& line, std::string_view token,
+                 CheckedAirport& airport) {
     const std::vector<std::string> fields = SplitList(token, '_');
     const std::string what = std::string(line.words[0]) + " " + std::string(token.substr(0, 60));
     const bool whole =
@@ -201,14 +206,14 @@ void CheckRunway(Checker& checker, const Line& line, std::string_view token, con
         *heading > 360 || *course < 0 || *course > 360) {
         Fault(checker, line, "runways with a length or direction out of range", what);
     }
-    if (DistanceNm(*at, airport) > kFarthestRunwayNm + kRoundingNm) {
+    if (DistanceNm(*at, airport.at) > kFarthestRunwayNm + kRoundingNm) {
         Fault(checker, line, "runways far from their airport", what);
     }
     if (IsRunwayIdent(fields[0]) &&
         std::abs(TurnDeg(*heading, WholeNumber(fields[0].substr(0, 2)).value_or(0) * 10.0)) > 40) {
         Warn(checker, line, "runway directions that do not fit their numbers", what);
     }
-    if (!runways.insert(fields[0]).second) {
+    if (!airport.thresholds.emplace(fields[0], *at).second) {
         Fault(checker, line, "runways listed twice", what);
     }
 }
@@ -233,15 +238,17 @@ void CheckAirports(Checker& checker) {
             Fault(checker, line, "airports without an elevation", ident);
         }
         checker.points.emplace(ident, *at);
-        if (!checker.runwaysOf.try_emplace(ident).second) {
+        const auto [airport, isNew] = checker.airports.try_emplace(ident);
+        if (!isNew) {
             Fault(checker, line, "airports listed twice: only the first is loaded", ident);
             return;
         }
         if (line.words.size() > kFirstRunway + kMostRunways) {
             Fault(checker, line, "airports with more runways than are read", ident);
         }
+        airport->second.at = *at;
         for (std::size_t i = kFirstRunway; i < line.words.size(); ++i) {
-            CheckRunway(checker, line, line.words[i], *at, checker.runwaysOf[ident]);
+            CheckRunway(checker, line, line.words[i], airport->second);
         }
     });
     CheckCapacity(checker, kAirportFile, "tables that are too long", count, kMostAirports);
@@ -336,7 +343,7 @@ void OpenSection(Checker& checker, const Line& line, std::set<std::string>& seen
         Fault(checker, line, "section lines that are none", line.text.substr(0, 60));
     } else if (!seen.insert(state.airport).second) {
         Fault(checker, line, "sections listed twice: only the first is read", state.airport);
-    } else if (!checker.runwaysOf.contains(state.airport)) {
+    } else if (!checker.airports.contains(state.airport)) {
         Warn(checker, line, "procedures of airports that are not in the airport file",
              state.airport);
     }
@@ -344,21 +351,43 @@ void OpenSection(Checker& checker, const Line& line, std::set<std::string>& seen
 
 void CheckRunwayList(Checker& checker, const Line& line, std::string_view list,
                      const SectionState& state) {
-    const auto airport = checker.runwaysOf.find(state.airport);
-    if (airport == checker.runwaysOf.end() || list == "---") {
+    const auto airport = checker.airports.find(state.airport);
+    if (airport == checker.airports.end() || list == "---") {
         return;
     }
     for (const std::string& runway : SplitList(list, ',')) {
-        if (!airport->second.contains(runway)) {
+        if (!airport->second.thresholds.contains(runway)) {
             Warn(checker, line, "procedures for runways that the airport does not list",
                  state.airport + " " + runway);
         }
     }
 }
 
-void CheckLegPosition(Checker& checker, const Line& line, std::string_view fix, std::size_t first) {
+// A runway's fix is its threshold; one that the airport does not list lies at the airport at least.
+bool IsAtRunway(const Checker& checker, std::string_view airport, std::string_view runway,
+                const LatLon& at) {
+    const auto found = checker.airports.find(airport);
+    if (found == checker.airports.end()) {
+        return true;  // the section has its warning
+    }
+    const auto threshold = found->second.thresholds.find(runway);
+    return threshold != found->second.thresholds.end()
+               ? DistanceNm(threshold->second, at) < kResolveNm
+               : DistanceNm(found->second.at, at) < kFarthestRunwayNm + kRoundingNm;
+}
+
+void CheckLegPosition(Checker& checker, const Line& line, const SectionState& state,
+                      std::string_view fix, std::size_t first) {
     const std::optional<LatLon> at = CheckPosition(checker, line, first);
-    if (at && !fix.starts_with("RW") && !IsKnown(checker, fix, *at, kResolveNm)) {
+    if (!at) {
+        return;
+    }
+    if (IsRunwayFix(fix)) {
+        if (!IsAtRunway(checker, state.airport, fix.substr(2), *at)) {
+            Fault(checker, line, "runway fixes far from their runway",
+                  state.airport + " " + std::string(fix));
+        }
+    } else if (!IsKnown(checker, fix, *at, kResolveNm)) {
         Fault(checker, line, "procedure fixes that are not in the tables", fix);
     }
 }
@@ -383,7 +412,7 @@ void CheckProcedureLine(Checker& checker, const ProcedureForm& form, const Line&
     if (form.role == kApproachFile) {
         ++state.legs[std::string(words[0])];
         state.types.insert(std::string(words[1]));
-        CheckLegPosition(checker, line, words[2], 5);
+        CheckLegPosition(checker, line, state, words[2], 5);
         if (IsRunwayIdent(words[0])) {
             CheckRunwayList(checker, line, words[0], state);
         }
@@ -394,7 +423,7 @@ void CheckProcedureLine(Checker& checker, const ProcedureForm& form, const Line&
         Fault(checker, line, "legs before their procedure's header", name);
     }
     ++state.legs[name];
-    CheckLegPosition(checker, line, words[1], 4);
+    CheckLegPosition(checker, line, state, words[1], 4);
     CheckRunwayList(checker, line, words[3], state);
 }
 

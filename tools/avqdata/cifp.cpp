@@ -71,7 +71,7 @@ void ReadAirport(CifpReader& reader, std::string_view record) {
         return;
     }
     reader.book.points.Add("PA", ident, ident, "", *at);
-    reader.book.airports.insert_or_assign(ident, *at);
+    reader.book.airports.try_emplace(ident, *at);  // of two the first is kept
     reader.data.airports.push_back(
         {ident, Token(Column(record, 94, 123)), elevation.value_or(0), *at, {}, true});
 }
@@ -383,12 +383,13 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
     CifpReader reader{context, lines, data, {}, {}, {}, {}, {}};
     std::string_view line;
     std::size_t records = 0;
+    std::size_t others = 0;
     while (lines.Next(line)) {
         if (line.starts_with("HDR") || Trim(line).empty()) {
             continue;
         }
-        const bool known = line.size() >= kArincColumns && (line[0] == 'S' || line[0] == 'T');
-        if (!known) {
+        if (!IsArincRecord(line)) {
+            ++others;
             AddFault(reader, "is no record of 132 columns");
             continue;
         }
@@ -396,9 +397,12 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
         TakeCycle(line, data.cycle);
         ReadRecord(reader, line);
     }
-    if (!lines.Error().empty() || records == 0) {
-        error =
-            lines.Error().empty() ? lines.Name() + ": holds no ARINC 424 records" : lines.Error();
+    if (!lines.Error().empty() || records <= others) {
+        error = lines.Error();
+        if (error.empty()) {
+            error = lines.Name() + ": is no file of ARINC 424 records (" + std::to_string(records) +
+                    " of its " + std::to_string(records + others) + " lines are)";
+        }
         return false;
     }
     if (context.folder != nullptr) {

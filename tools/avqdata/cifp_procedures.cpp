@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "avqdata/arinc.h"
+#include "avqdata/clean.h"
 #include "avqdata/limits.h"
 #include "avqdata/text_tools.h"
 
@@ -66,6 +67,11 @@ bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const Proced
         builder.book.points.Find(section, procedure.airport, from.fix, from.region, near);
     if (!at || !IsIdent(from.fix)) {
         builder.report.Add(Topic::Unresolved, "procedure fixes that are not in the source",
+                           LegName(builder, procedure, from));
+        return false;
+    }
+    if (IsRunwayFix(from.fix) && near && DistanceNm(*near, *at) > kFarthestRunwayNm) {
+        builder.report.Add(Topic::Unresolved, "runway fixes far from their airport",
                            LegName(builder, procedure, from));
         return false;
     }
@@ -218,26 +224,72 @@ Terminal SortRoutes(Builder& builder, const ProcedureRecord& procedure, Procedur
     return terminal;
 }
 
-// The fix where all routes of a list begin (or end); null when they do not agree.
-const Leg* SharedEnd(const std::vector<Route>& routes, bool atFront) {
-    const Leg* shared = nullptr;
-    for (const Route& route : routes) {
-        const Leg& leg = atFront ? route.legs.front() : route.legs.back();
-        if (shared != nullptr && shared->fix != leg.fix) {
-            return nullptr;
-        }
-        shared = &leg;
-    }
-    return shared;
+// The first or the last leg of a route.
+Leg& EndOf(Route& route, bool atFront) {
+    return atFront ? route.legs.front() : route.legs.back();
 }
 
-// Drops the end of a route that the neighbouring route has too.
-void DropJoint(Route& route, bool atFront, Leg& joint) {
-    Leg& leg = atFront ? route.legs.front() : route.legs.back();
+// The fix where every runway's route and every transition meet, with what all of them say of it; no
+// fix when they do not agree.
+Leg MeetingPoint(Terminal& terminal, bool outward) {
+    Leg meeting = EndOf(terminal.byRunway.front(), !outward);
+    const auto take = [&](std::vector<Route>& routes, bool atFront) {
+        for (Route& route : routes) {
+            const Leg& leg = EndOf(route, atFront);
+            if (leg.fix != meeting.fix) {
+                meeting = {};
+                return;
+            }
+            meeting.restriction = leg.restriction == meeting.restriction ? leg.restriction : "---";
+            meeting.flyover = meeting.flyover && leg.flyover;
+        }
+    };
+    take(terminal.byRunway, !outward);
+    take(terminal.transitions, outward);
+    return meeting;
+}
+
+// Whether a leg at a joint says more than the other route's leg there. Then it is written too: what
+// it says holds for those who fly its route only, and the plan has the fix once all the same.
+bool SaysMore(const Leg& leg, const Leg& joint) {
+    return (leg.restriction != "---" && leg.restriction != joint.restriction) ||
+           (leg.flyover && !joint.flyover);
+}
+
+// Drops the end of a route that the neighbouring route has too. False when it has to stay.
+bool DropJoint(Route& route, bool atFront, const Leg& joint) {
+    const Leg& leg = EndOf(route, atFront);
+    if (leg.fix == joint.fix && SaysMore(leg, joint)) {
+        return false;
+    }
     if (leg.fix == joint.fix) {
-        StayAtFix(leg, joint);
         route.legs.erase(atFront ? route.legs.begin() : route.legs.end() - 1);
     }
+    return true;
+}
+
+bool DropJoints(std::vector<Route>& routes, bool atFront, const Leg& joint) {
+    bool all = true;
+    for (Route& route : routes) {
+        all = DropJoint(route, atFront, joint) && all;
+    }
+    return all;
+}
+
+// A common route of one fix of which runways and transitions each say something of their own would
+// have it three times on end, where a plan joins two: each side gets the fix instead.
+void ShareCommonFix(Terminal& terminal, bool outward) {
+    const Leg common = terminal.common.front().legs.front();
+    terminal.common.clear();
+    const auto give = [&](std::vector<Route>& routes, bool atFront) {
+        for (Route& route : routes) {
+            if (route.legs.empty() || EndOf(route, atFront).fix != common.fix) {
+                route.legs.insert(atFront ? route.legs.begin() : route.legs.end(), common);
+            }
+        }
+    };
+    give(terminal.byRunway, !outward);
+    give(terminal.transitions, outward);
 }
 
 // Where routes meet, each names the fix; the plan wants it once. Without a common route the fix
@@ -245,21 +297,21 @@ void DropJoint(Route& route, bool atFront, Leg& joint) {
 void DropJoints(ProcedureKind kind, Terminal& terminal) {
     const bool outward = kind == kSids;
     if (terminal.common.empty() && !terminal.byRunway.empty() && !terminal.transitions.empty()) {
-        const Leg* runwayEnd = SharedEnd(terminal.byRunway, !outward);
-        const Leg* enRouteEnd = SharedEnd(terminal.transitions, outward);
-        if (runwayEnd != nullptr && enRouteEnd != nullptr && runwayEnd->fix == enRouteEnd->fix) {
-            terminal.common.push_back({' ', "", {*runwayEnd}, {}});
+        const Leg meeting = MeetingPoint(terminal, outward);
+        if (!meeting.fix.empty()) {
+            terminal.common.push_back({' ', "", {meeting}, {}});
         }
     }
     if (terminal.common.size() != 1) {
         return;
     }
-    std::vector<Leg>& common = terminal.common.front().legs;
-    for (Route& route : terminal.byRunway) {
-        DropJoint(route, !outward, outward ? common.front() : common.back());
-    }
-    for (Route& route : terminal.transitions) {
-        DropJoint(route, outward, outward ? common.back() : common.front());
+    const std::vector<Leg>& common = terminal.common.front().legs;
+    const bool atRunways =
+        DropJoints(terminal.byRunway, !outward, outward ? common.front() : common.back());
+    const bool enRoute =
+        DropJoints(terminal.transitions, outward, outward ? common.back() : common.front());
+    if (common.size() == 1 && !atRunways && !enRoute) {
+        ShareCommonFix(terminal, outward);
     }
 }
 
@@ -413,7 +465,7 @@ void PrepareApproach(std::vector<Route>& routes) {
     if (found == routes.end()) {
         return;
     }
-    Leg& first = found->legs.front();
+    const Leg& first = found->legs.front();
     for (Route& route : routes) {
         // A transition of one fix keeps it: it would not be offered otherwise.
         if (route.type == 'A' && route.legs.size() > 1 && !IsInitial(first)) {

@@ -10,7 +10,6 @@ namespace avqdata {
 namespace {
 
 constexpr double kSameRecordNm = 10.0;
-constexpr double kSamePointNm = 0.9;  // what the check finds within a mile
 
 using Points = std::unordered_multimap<std::string, LatLon>;
 
@@ -61,19 +60,6 @@ void TieAirways(Points& points, Dataset& data, Report& report) {
     }
 }
 
-// The fix of a procedure file's leg line; nothing for other lines, and for runways.
-std::optional<Fix> FixOfLine(std::string_view line, bool isApproach) {
-    const std::vector<std::string_view> words = Words(line);
-    const std::size_t fixAt = isApproach ? 2 : 1;
-    const std::size_t positionAt = isApproach ? 5 : 4;
-    if (words.size() <= positionAt + 1 || line.starts_with(';') || line.starts_with('*') ||
-        words[fixAt].starts_with("RW")) {
-        return std::nullopt;
-    }
-    const std::optional<LatLon> at = Position(words[positionAt], words[positionAt + 1]);
-    return at ? std::optional(Fix{std::string(words[fixAt]), *at}) : std::nullopt;
-}
-
 void TieProcedures(Points& points, Dataset& data, Report& report) {
     for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
         for (const auto& [airport, lines] : data.procedures[kind]) {
@@ -116,6 +102,18 @@ void CleanRunways(Airport& airport, Report& report) {
 }
 
 }  // namespace
+
+std::optional<Fix> FixOfLine(std::string_view line, bool isApproach) {
+    const std::vector<std::string_view> words = Words(line);
+    const std::size_t fixAt = isApproach ? 2 : 1;
+    const std::size_t positionAt = isApproach ? 5 : 4;
+    if (words.size() <= positionAt + 1 || line.starts_with(';') || line.starts_with('*') ||
+        IsRunwayFix(words[fixAt])) {
+        return std::nullopt;
+    }
+    const std::optional<LatLon> at = Position(words[positionAt], words[positionAt + 1]);
+    return at ? std::optional(Fix{std::string(words[fixAt]), *at}) : std::nullopt;
+}
 
 bool IsFrequency(bool isVor, std::optional<double> frequency) {
     return frequency &&

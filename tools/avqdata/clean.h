@@ -17,6 +17,11 @@ inline constexpr int kLongestRunwayFt = 60000;  // lake beds
 
 bool IsFrequency(bool isVor, std::optional<double> frequency);  // MHz of a VOR, kHz of an NDB
 
+inline constexpr double kSamePointNm = 0.9;  // what the check finds within a mile
+
+// The fix of a procedure file's leg line; nothing for other lines, and for runways.
+std::optional<Fix> FixOfLine(std::string_view line, bool isApproach);
+
 // Points are rounded as the files hold them, so that a folder read again is the same. Stations that
 // cannot be tuned become fixes; airports under the ground or in space, runways too short or far
 // from their airport go.

@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "avqdata/text_tools.h"
+
 namespace avqdata {
 namespace {
 
@@ -9,6 +11,7 @@ namespace chrono = std::chrono;
 using chrono::sys_days;
 
 constexpr int kCycleDays = 28;
+constexpr std::string_view kMonths = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
 constexpr sys_days kEpoch{chrono::year{2023} / 1 / 26};  // first day of cycle 2301
 
 sys_days CycleStart(sys_days date) {
@@ -25,7 +28,6 @@ int NumberOf(sys_days start) {
 }
 
 std::string DateText(sys_days date) {
-    constexpr std::string_view kMonths = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
     const chrono::year_month_day day(date);
     const auto number = static_cast<unsigned>(day.day());
     std::string text = (number < 10 ? "0" : "") + std::to_string(number) + "-";
@@ -43,6 +45,25 @@ std::optional<int> CycleOfDate(int year, int month, int day) {
         return std::nullopt;
     }
     return NumberOf(CycleStart(sys_days{date}));
+}
+
+std::optional<int> DayOfText(std::string_view date) {
+    if (date.size() != 11 || date[2] != '-' || date[6] != '-') {
+        return std::nullopt;
+    }
+    const std::size_t month = kMonths.find(date.substr(3, 3));
+    const std::optional<int> day = WholeNumber(date.substr(0, 2));
+    const std::optional<int> year = WholeNumber(date.substr(7));
+    if (month == std::string_view::npos || month % 3 != 0 || !day || !year || *day < 1) {
+        return std::nullopt;
+    }
+    const chrono::year_month_day whole{chrono::year(*year),
+                                       chrono::month(static_cast<unsigned>(month / 3 + 1)),
+                                       chrono::day(static_cast<unsigned>(*day))};
+    if (!whole.ok()) {
+        return std::nullopt;
+    }
+    return static_cast<int>(sys_days{whole}.time_since_epoch().count());
 }
 
 std::string CycleLine(int cycle) {

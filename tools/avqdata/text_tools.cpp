@@ -155,6 +155,10 @@ bool IsRunwayIdent(std::string_view text) {
     return number && isDigit(text[0]) && isDigit(text[1]) && *number >= 1 && *number <= 36 && side;
 }
 
+bool IsRunwayFix(std::string_view text) {
+    return text.starts_with("RW") && IsRunwayIdent(text.substr(2));
+}
+
 std::string RunwayName(std::string_view text) {
     const std::string name(Trim(text));
     const bool oneDigit = !name.empty() && name[0] >= '1' && name[0] <= '9' &&

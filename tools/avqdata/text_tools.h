@@ -34,6 +34,7 @@ std::string Token(std::string_view text);
 bool IsIdent(std::string_view text);
 bool IsIcaoCode(std::string_view text);     // four capital letters
 bool IsRunwayIdent(std::string_view text);  // 01 to 36 and L, R, C or nothing
+bool IsRunwayFix(std::string_view text);    // "RW09L", a runway's threshold in a procedure
 // "9L" as "09L", which most of the world paints and all the files hold; other texts as they are.
 std::string RunwayName(std::string_view text);
 
