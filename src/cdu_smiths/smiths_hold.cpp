@@ -330,14 +330,13 @@ EntryResult DefineNextHold(const FieldRow&) {
     if (holdList.count >= kHoldCapacity) {
         return EntryResult::InvalidEntry;
     }
-    smiths.legsMode = LegsMode::Hold;
+    OpenSmithsLegs(LegsMode::Hold);
     return EntryResult::None;
 }
 
 // One that is being flown is left at its next exit point.
 EntryResult ExitHold(const FieldRow&) {
     const HoldPattern& hold = *HoldShown();
-    smiths.legsMode = LegsMode::Normal;
     if (HoldBeingFlown() && NumberShown() == 1 && hold.fixIndex == planBook.activeIndex) {
         holdFlight.holdState = HoldState::ExitRequested;
     } else if (hold.fixIndex > 0) {
@@ -345,6 +344,7 @@ EntryResult ExitHold(const FieldRow&) {
     } else {
         DeletePendingHold(hold.pendingFixIndex);
     }
+    OpenSmithsLegs(LegsMode::Normal);
     return EntryResult::None;
 }
 
@@ -373,9 +373,8 @@ constexpr FieldRow kFields[] = {
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "< ERASE", 0,
                  {.visible = SmithsEraseShown, .press = EraseSmithsModification}),
-    SmithsPrompt(kL6, "< NEXT HOLD", kSmithsLegs,
-                 {.visible = NextHoldShown, .press = DefineNextHold}),
-    SmithsPrompt(kR6, "EXIT HOLD >", kSmithsLegs, {.visible = HasHold, .press = ExitHold}),
+    SmithsPrompt(kL6, "< NEXT HOLD", 0, {.visible = NextHoldShown, .press = DefineNextHold}),
+    SmithsPrompt(kR6, "EXIT HOLD >", 0, {.visible = HasHold, .press = ExitHold}),
 };
 
 void ComposeHold(Screen& screen) {

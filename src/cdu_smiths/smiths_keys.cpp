@@ -26,14 +26,9 @@ void PressInitRef(const KeyClick&) {
     OpenSmithsPage(planBook.activeIndex == kNoWaypoint ? kSmithsPos : kSmithsPerfInit);
 }
 
-void OpenLegs(LegsMode mode) {
-    smiths.legsMode = mode;
-    OpenSmithsPage(kSmithsLegs);
-}
-
 void PressLegs(const KeyClick&) {
     RequestUnitRedraw();
-    OpenLegs(LegsMode::Normal);
+    OpenSmithsLegs(LegsMode::Normal);
 }
 
 void PressDirectIntercept(const KeyClick&) {
@@ -41,14 +36,14 @@ void PressDirectIntercept(const KeyClick&) {
     if (planBook.status < RouteStatus::AwaitsExecution) {
         SaySmiths(TextOf(EntryResult::NoActiveRoute));
     } else {
-        OpenLegs(LegsMode::DirectTo);
+        OpenSmithsLegs(LegsMode::DirectTo);
     }
 }
 
 void PressHold(const KeyClick&) {
     RequestUnitRedraw();
     if (holdList.count == 0) {
-        OpenLegs(LegsMode::Hold);
+        OpenSmithsLegs(LegsMode::Hold);
     } else {
         OpenSmithsPage(kSmithsHold);
     }

@@ -74,16 +74,27 @@ EntryResult HoldAtEntry(std::int32_t index) {
     return EntryResult::Accepted;
 }
 
+// A direct leg takes an entry of its own.
+EntryResult ResultOfDirect(bool chosen) {
+    return chosen                  ? EntryResult::Accepted
+           : SmithsPlan().IsFull() ? EntryResult::PlanFull
+                                   : EntryResult::InvalidEntry;
+}
+
 EntryResult EnterLeg(const FieldRow& field, std::string_view text) {
     const FlightPlan& plan = SmithsPlan();
     const std::int32_t index = EntryOnRow(field.item);
     if (index == kNoWaypoint) {
         return EntryResult::InvalidEntry;
     }
-    if (FindEntry(plan, text, index) == index) {
+    const std::int32_t further = FindEntry(plan, text, index);
+    if (further == index && smiths.legsMode == LegsMode::DirectTo) {
+        return ResultOfDirect(ChooseSmithsDirect(index));
+    }
+    if (further == index) {
         return smiths.legsMode == LegsMode::Hold ? HoldAtEntry(index) : EntryResult::Accepted;
     }
-    if (const std::int32_t further = FindEntry(plan, text, index); further != kNoWaypoint) {
+    if (further != kNoWaypoint) {
         return EditSmithsPlan([&](FlightPlan& edited) { return LeadTo(edited, index, further); })
                    ? EntryResult::Accepted
                    : EntryResult::InvalidEntry;
@@ -106,7 +117,7 @@ EntryResult ChooseLeg(const FieldRow& field) {
         return EntryResult::None;
     }
     if (smiths.legsMode == LegsMode::DirectTo) {
-        return ChooseSmithsDirect(index) ? EntryResult::Accepted : EntryResult::InvalidEntry;
+        return ResultOfDirect(ChooseSmithsDirect(index));
     }
     smiths.scratchpad = plan.entries[index].ident.substr(0, kSmithsScratchpadLength);
     return EntryResult::None;
@@ -243,7 +254,7 @@ EntryResult DirectToNewPoint(const PlanWaypoint& entry) {
         return EntryResult::PlanFull;
     }
     EditSmithsPlan([&](FlightPlan& edited) { return InsertLeg(edited, at, entry); });
-    return ChooseSmithsDirect(at) ? EntryResult::Accepted : EntryResult::InvalidEntry;
+    return ResultOfDirect(ChooseSmithsDirect(at));
 }
 
 std::int32_t FindAhead(std::string_view ident) {
@@ -253,7 +264,7 @@ std::int32_t FindAhead(std::string_view ident) {
 
 EntryResult EnterDirect(const FieldRow&, std::string_view text) {
     if (const std::int32_t index = FindAhead(text); index != kNoWaypoint) {
-        return ChooseSmithsDirect(index) ? EntryResult::Accepted : EntryResult::InvalidEntry;
+        return ResultOfDirect(ChooseSmithsDirect(index));
     }
     return TakeSmithsPoint(text, DirectToNewPoint);
 }
@@ -261,9 +272,9 @@ EntryResult EnterDirect(const FieldRow&, std::string_view text) {
 // The leg that leads to a waypoint of the route, on the course it has there.
 EntryResult EnterInterceptLeg(const FieldRow&, std::string_view text) {
     const std::int32_t index = FindAhead(text);
-    return index != kNoWaypoint && ChooseSmithsIntercept(index, CourseIntoMag(SmithsPlan(), index))
-               ? EntryResult::Accepted
-               : EntryResult::InvalidEntry;
+    return index != kNoWaypoint ? ResultOfDirect(ChooseSmithsIntercept(
+                                      index, CourseIntoMag(SmithsPlan(), index)))
+                                : EntryResult::InvalidEntry;
 }
 
 EntryResult EnterInterceptCourse(const FieldRow&, std::string_view text) {
@@ -274,8 +285,7 @@ EntryResult EnterInterceptCourse(const FieldRow&, std::string_view text) {
         (!isZero && !ReadWhole(text, static_cast<std::int32_t>(kFullCircle), courseMag))) {
         return EntryResult::InvalidEntry;
     }
-    return ChooseSmithsIntercept(SmithsFlownIndex(), courseMag) ? EntryResult::Accepted
-                                                                : EntryResult::InvalidEntry;
+    return ResultOfDirect(ChooseSmithsIntercept(SmithsFlownIndex(), courseMag));
 }
 
 void ShowInterceptCourse(const FieldRow&, UnitText& text) {
@@ -287,17 +297,20 @@ bool ChoosesHold(const FieldRow&) {
     return !showsData && smiths.legsMode == LegsMode::Hold;
 }
 
+bool HasRoomForHold() {
+    return SmithsPlan().lastIndex >= 0 && holdList.count < kHoldCapacity;
+}
+
 // Where a fix that is not in the route goes: it is flown to first.
 EntryResult HoldAtNewPoint(const PlanWaypoint& entry) {
     const std::int32_t at = FirstLeg();
+    if (!HasRoomForHold()) {  // it may have gone while the pilot chose among several
+        return EntryResult::InvalidEntry;
+    }
     if (!EditSmithsPlan([&](FlightPlan& plan) { return InsertLeg(plan, at, entry); })) {
         return EntryResult::PlanFull;
     }
     return HoldAtEntry(at);
-}
-
-bool HasRoomForHold() {
-    return SmithsPlan().lastIndex >= 0 && holdList.count < kHoldCapacity;
 }
 
 EntryResult HoldHere(const FieldRow&) {
@@ -547,17 +560,16 @@ void ComposeLegs(Screen& screen) {
     }
 }
 
-// The page keys show the legs from the first page on.
-void HandleLegs(const UnitInput& input) {
-    if (input.openedPage == kSmithsLegs) {
-        showsData = false;
-        smiths.Counter(SmithsCounter::Legs).n = 1;
-    }
-}
-
 }  // namespace
 
+void OpenSmithsLegs(LegsMode mode) {
+    smiths.legsMode = mode;
+    smiths.Counter(SmithsCounter::Legs).n = 1;
+    showsData = false;
+    OpenSmithsPage(kSmithsLegs);
+}
+
 constinit const PageRow kSmithsLegsPage{
-    .page = kSmithsLegs, .fields = kFields, .handle = HandleLegs, .compose = ComposeLegs};
+    .page = kSmithsLegs, .fields = kFields, .compose = ComposeLegs};
 
 }  // namespace avq1

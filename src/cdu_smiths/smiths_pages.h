@@ -166,6 +166,8 @@ void PutSmithsCounter(Screen& screen, const SubPage& shown, const char* format =
 void SaySmiths(std::string_view message);
 // Shows a page as a page key does.
 void OpenSmithsPage(SmithsPage page);
+// Shows the legs from the one flown to on.
+void OpenSmithsLegs(LegsMode mode);
 
 // A decimal number and nothing else, "12", "-4.5", ".3"; false, with `value` unchanged, for others.
 bool ReadSmithsNumber(std::string_view text, double& value);

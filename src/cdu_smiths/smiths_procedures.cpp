@@ -16,7 +16,7 @@ ProcedurePick procedurePick;
 
 namespace {
 
-constexpr std::int32_t kReferenceSlot = 3;
+constexpr std::int32_t kReferenceSlot = 0;  // REF NAV DATA has the other spare one
 constexpr int kCounterX = 225;
 constexpr int kMarkLeftX = 84;
 constexpr int kMarkRightX = 180;
@@ -448,8 +448,10 @@ PlanProcedures WithChoice(PlanProcedures names, const PickItem& item) {
 bool PutChoice(const PlanProcedures& wanted, bool arrivalChanges) {
     procedureChoice.airport = AirportShown().ident;
     return EditSmithsPlan([&](FlightPlan& plan) {
-        return IsDeparture() ? PutDeparture(plan, wanted)
-                             : PutArrival(plan, wanted, arrivalChanges);
+        return EditWhole(plan, [&](FlightPlan& whole) {
+            return IsDeparture() ? PutDeparture(whole, wanted)
+                                 : PutArrival(whole, wanted, arrivalChanges);
+        });
     });
 }
 

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,6 +62,10 @@ extern ProcedureLists procedureLists;
 void BuildSidWaypoints();
 void BuildStarWaypoints();
 void BuildApproachWaypoints();
+
+// Several edits as one: where one of them is refused, the plan and all that points at its entries
+// are as they were before the first.
+bool EditWhole(FlightPlan& plan, const std::function<bool(FlightPlan&)>& edits);
 
 // Splices the list after the departure airport. In the active plan the first waypoint of the
 // departure becomes the active one.

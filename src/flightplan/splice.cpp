@@ -302,14 +302,22 @@ struct Backup {
 };
 
 template <typename Body>
-bool Splice(FlightPlan& plan, Body body) {
-    const bool editsAtEnd = planBook.editIndex >= plan.lastIndex;  // or nowhere yet
+bool DoneWhole(FlightPlan& plan, const Body& body) {
     const auto backup = std::make_unique<Backup>(Backup{plan, planBook, holdList, holdFlight});
-    if (!body(plan)) {
+    const bool done = body(plan);
+    if (!done) {
         plan = backup->plan;
         planBook = backup->book;
         holdList = backup->holds;
         holdFlight = backup->flight;
+    }
+    return done;
+}
+
+template <typename Body>
+bool Splice(FlightPlan& plan, const Body& body) {
+    const bool editsAtEnd = planBook.editIndex >= plan.lastIndex;  // or nowhere yet
+    if (!DoneWhole(plan, body)) {
         AppendMessage(kPlanFullMessage);
         return false;
     }
@@ -324,6 +332,10 @@ bool Splice(FlightPlan& plan, Body body) {
 }
 
 }  // namespace
+
+bool EditWhole(FlightPlan& plan, const std::function<bool(FlightPlan&)>& edits) {
+    return DoneWhole(plan, edits);
+}
 
 bool InsertSid(FlightPlan& plan) {
     return Splice(plan, [](FlightPlan& target) {

@@ -42,9 +42,9 @@ constexpr View kViews[] = {
     {"POS INIT, airport", "INIT_REF L6 L2 =KAAA L2", "L6 R6"},
     {"POS REF", "INIT_REF L6 L2 NEXT_PAGE", "L6 R6"},
     {"POS SHIFT", "INIT_REF L6 L2 PREV_PAGE", "L6 R6"},
-    {"PERF INIT", "INIT_REF", "L6 R6"},
-    {"PERF LIMITS", "INIT_REF NEXT_PAGE", "L6 R6"},
-    {"TAKEOFF", "INIT_REF R6", "L5 R5 L6 R6"},
+    {"PERF INIT", "INIT_REF L6 L3", "L6 R6"},
+    {"PERF LIMITS", "INIT_REF L6 L3 NEXT_PAGE", "L6 R6"},
+    {"TAKEOFF", "INIT_REF L6 L4", "L5 R5 L6 R6"},
     {"APPROACH", "INIT_REF L6 L5", "L6"},
     {"REF DATA", "INIT_REF L6 R1", "L5 L6 R6"},
     {"REF DATA, airport", "INIT_REF L6 R1 =KBBB L2", "L5 L6 R6"},
@@ -100,6 +100,7 @@ constexpr const char* kOdd[] = {"0",
                                 "N9145.5W11154.3",
                                 "WWWWWWWWWWWWWWWWWWWWWWWW"};
 
+// What DELETE does on a line: refused, refused unless something was typed there, done.
 enum Deletes : std::uint8_t { kNone, kWhatWasTyped, kAlways };
 
 // What one line takes: texts with what stands there afterwards, blanks left out, behind ">". What it
@@ -127,6 +128,7 @@ constexpr const char* kNoCrossings =
 constexpr LineRow kLines[] = {
     // reference pages
     {"POS INIT", "L2", "KBBB>KBBB", "ABCDE? KBBBB? KBB?", kWhatWasTyped},
+    {"POS INIT", "L3", "", "A1"},
     {"POS INIT, airport", "L2", "KBBB>KBBB", "KBB?", kAlways},
     {"POS INIT, airport", "L3", "A1>A1 12345>12345 0 1E3 INF A KXXX", "A12345 A-1 A/1", kWhatWasTyped},
     {"POS INIT;POS INIT, airport", "R4", "N3345.5W11154.3>N33:45:30W111:54:18 S9000.0E18000.0",
@@ -159,6 +161,7 @@ constexpr LineRow kLines[] = {
     {"REF DATA", "L1", "NEWPT>NEWPT TWICE ABCDE KAAA", "NEWP? NEWPT/?", kWhatWasTyped},
     {"REF DATA", "R1", "TWICE>TWICE", "NEWPT? KAAA?", kWhatWasTyped},
     {"REF DATA", "L2", "KBBB>KBBB", "TWICE?", kWhatWasTyped},
+    {"REF DATA", "R2", "", "09L"},
     {"REF DATA, airport", "L1", "NEWPT>NEWPT", "NEWP?"},
     {"REF DATA, airport", "R1", "TWICE>TWICE", "NEWPT?"},
     {"REF DATA, airport", "L2", "KAAA>KAAA", "TWICE?", kAlways},
@@ -187,6 +190,8 @@ constexpr LineRow kLines[] = {
     {"INTERCEPT", "R6", "040>040 0>360 360>360 001>001", "361 -90 1234 9.5 0000 40/"},
     {"HOLD AT", "L6", "FLY PPOS NEWPT KAAA N0030.0E00230.0 NEWPT090/10", kNoPoints},
     {"DEP ARR", "L6 R6", "KAAA KSID", "NEWPT? KAAAAA?"},
+    {"DEPARTURES", "L1 R1", "", "EAST1 09"},
+    {"ARRIVALS", "L1 R1", "", "DOWN2 09L ILS"},
     // performance
     {"CLB;CRZ", "L1", "370>FL370 +7>700", kAltitudes},
     {"CLB", "L2", "300>300/0.57 300/>300/0.57 .5>264/0.50 .5/ /.5>264/0.50 230 310",
@@ -205,11 +210,14 @@ constexpr LineRow kLines[] = {
     {"FORECASTS", "R3 R4 R5", kWinds, kNoWinds, kWhatWasTyped},
     // on the way
     {"RTA", "L1", "FLY>FLY KBBB", "KAAA NOPE FLY/ NEWPT", kWhatWasTyped},
+    {"RTA", "R1", "", "1300"},
     {"RTA, waypoint", "L1", "KBBB>KBBB", "KAAA", kAlways},
     {"RTA, waypoint", "R1", "1300>1300.0Z 0000Z>0000.0Z 2359.9>2359.9Z 1300.5Z",
      "2400 1260 130 13000 1300. 1300.A 1300.55 -130 13A0 13/0 1300L Z", kWhatWasTyped},
     {"NAV OPTIONS", "L1 R1 L2 R2", "ABCDE TWICE", "ABCDEF KAAA? NEWPT? A/B?", kWhatWasTyped},
     {"FIX", "L1", "NEWPT>NEWPT KAAA ABCDE", "NOPE?", kWhatWasTyped},
+    {"FIX", "L2 L3 L4", "", "180 /20"},
+    {"FIX, fix", "L5", "", "180"},
     {"FIX, fix", "L1", "KAAA>KAAA", "NOPE?", kAlways},
     {"FIX, fix", "L2 L3 L4", "180 0 360 /999 45/10.5 /7 /.5",
      "361 1800 18A -5 180/ /0 /-3 /999.1 18/1/2", kWhatWasTyped},
@@ -236,6 +244,19 @@ bool Names(const char* list, const std::string& wanted, char separator = ' ') {
     return std::ranges::count(Words(list, separator), wanted) != 0;
 }
 
+// What a flight may have none of.
+enum class Lack : std::uint8_t { Nothing, Route, Data, Room, Disk };
+
+// A route of as many entries as a plan holds.
+void FillPlan() {
+    while (!activePlan.IsFull()) {
+        PlanWaypoint entry = activePlan.entries[3];
+        entry.ident = "P" + std::to_string(activePlan.lastIndex);
+        entry.hasHold = 0;
+        InsertBetween(activePlan, 4, entry);
+    }
+}
+
 class SmithsEntries : public SmithsTest {
   protected:
     SmithsEntries() {
@@ -247,8 +268,12 @@ class SmithsEntries : public SmithsTest {
                      "KBBB  0.0  7.0  APT  ---\n");
     }
 
-    // A climb from KSID to KBBB with a hold ahead.
-    void Begin(const View& view) {
+    static const View& ViewCalled(const std::string& name) {
+        return *std::ranges::find(kViews, name, &View::name);
+    }
+
+    // A climb from KSID to KBBB with a hold ahead, or what is left of it.
+    void Begin(const View& view, Lack lack = Lack::Nothing) {
         ResetModuleState();
         SimFolder = folder.root().string();
         avionicsPower = 1;
@@ -270,13 +295,22 @@ class SmithsEntries : public SmithsTest {
         settings.ArmPauseAtTod = 1;
         DeriveMachLimits(performance);
         DeriveSpeeds(performance);
-        MakeRoute();
-        activePlan.Edit(0).ident = planBook.originIdent = "KSID";
-        activePlan.Edit(0).latitude = 1;
-        HoldAt(activePlan, 3, NewHold());
+        if (lack != Lack::Route) {
+            MakeRoute();
+            activePlan.Edit(0).ident = planBook.originIdent = "KSID";
+            activePlan.Edit(0).latitude = 1;
+            HoldAt(activePlan, 3, NewHold());
+        }
+        if (lack == Lack::Room) {
+            FillPlan();
+        }
         InstallSmiths();
         cdu.Press(view.keys);
         smiths.scratchpad.clear();
+        if (lack == Lack::Data) {  // it goes while the page is shown
+            SimFolder = (folder.root() / "none").string();
+            LoadNavDatabase();
+        }
         cdu.Draw();
     }
 
@@ -434,6 +468,107 @@ TEST_F(SmithsEntries, EveryLineTakesWhatItMayAndRefusesTheRest) {
         }
     }
     EXPECT_EQ(used.size(), std::size(kLines)) << "a row that no line has";
+}
+
+// ---- what is missing ----
+
+struct LackRow {
+    Lack lack;
+    const char* view;
+    const char* line;
+    const char* typed;
+    const char* answer;
+};
+
+constexpr const char* kFull = kPlanFullMessage.data();
+constexpr LackRow kLacks[] = {
+    {Lack::Route, "RTE 1", "R1", "KBBB", kInvalid},
+    {Lack::Route, "RTE 1", "L3", "09", kInvalid},
+    {Lack::Route, "RTE 1", "L2", "BAD", "UNABLE TO LOAD FPL"},
+    {Lack::Route, "RTE 2", "R1", "NEWPT", kInvalid},
+    {Lack::Route, "LEGS", "L1", "NEWPT", kInvalid},
+    {Lack::Route, "LEGS", "R1", "250/5000", kInvalid},
+    {Lack::Route, "HOLD AT", "L6", "NEWPT", kInvalid},
+    {Lack::Route, "HOLD AT", "R6", "", kInvalid},
+    {Lack::Route, "DEPARTURES", "L1", "", ""},
+    {Lack::Route, "INDEX", "R6", "TRIP", "NO ACTIVE FLIGHT PLAN"},
+    {Lack::Route, "RTA", "L1", "FLY", kInvalid},
+    {Lack::Data, "RTE 1", "L1", "KAAA", kUnknown},
+    {Lack::Data, "RTE 1", "L2", "CO1", kUnknown},
+    {Lack::Data, "RTE 1", "L3", "09", kUnknown},
+    {Lack::Data, "RTE 1", "R1", "KBBB", kUnknown},
+    {Lack::Data, "RTE 2", "L3", "J9", kInvalid},
+    {Lack::Data, "RTE 2", "R1", "NEWPT", kUnknown},
+    {Lack::Data, "LEGS", "L2", "NEWPT", kUnknown},
+    {Lack::Data, "LEGS", "L2", "NEWPT090/9", kUnknown},
+    {Lack::Data, "DIRECT", "L6", "NEWPT", kUnknown},
+    {Lack::Data, "HOLD AT", "L6", "NEWPT", kUnknown},
+    {Lack::Data, "DEP ARR", "L6", "KAAA", kUnknown},
+    {Lack::Data, "POS INIT", "L2", "KAAA", kUnknown},
+    {Lack::Data, "REF DATA", "L1", "NEWPT", kUnknown},
+    {Lack::Data, "FIX", "L1", "NEWPT", kUnknown},
+    {Lack::Data, "NAV OPTIONS", "L1", "ABCDE", kUnknown},
+    {Lack::Data, "STORED", "L1", "", "UNABLE TO LOAD FPL"},
+    {Lack::Disk, "INDEX", "R6", "TRIP", "UNABLE TO SAVE FPL"},
+    {Lack::Room, "LEGS", "L2", "NEWPT", kFull},
+    {Lack::Room, "DIRECT", "L2", "", kFull},
+    {Lack::Room, "DIRECT", "L6", "FLY", kFull},
+    {Lack::Room, "DIRECT", "L6", "NEWPT", kFull},
+    {Lack::Room, "DIRECT", "R6", "FLY", kFull},
+    {Lack::Room, "HOLD AT", "L6", "NEWPT", kFull},
+    {Lack::Room, "HOLD AT", "R6", "", kFull},
+    {Lack::Room, "RTE 2", "R2", "NEWPT", kFull},
+    {Lack::Room, "RTE 2", "L3", "J9", kFull},
+    {Lack::Room, "DEPARTURES", "L1", "", kFull},
+    {Lack::Room, "ARRIVALS", "L1", "", ""},  // in the place of a longer one
+    {Lack::Room, "ARRIVALS", "R1", "", kFull},
+};
+
+TEST_F(SmithsEntries, WhatIsMissingIsSaid) {
+    folder.Write("avq/flightplans/BAD.RTE", "[FlightPlan]\n");
+    for (const LackRow& row : kLacks) {
+        SCOPED_TRACE(std::string(row.view) + ' ' + row.line + ' ' + row.typed);
+        Begin(ViewCalled(row.view), row.lack);
+        const std::string before = World();
+        std::optional<FullDisk> disk;
+        if (row.lack == Lack::Disk) {
+            disk.emplace(20);
+        }
+        EXPECT_EQ(Answer(row.typed, row.line), row.answer);
+        EXPECT_EQ(smiths.scratchpad, row.typed);
+        EXPECT_FALSE(folder.Exists("avq/flightplans/TRIP.RTE"));
+        if (*row.answer != '\0') {
+            EXPECT_EQ(World(), before);
+        }
+    }
+}
+
+// Every page without a route, without its files and without room for another entry: each line is
+// tried with something it may take and with nothing, and what is refused changes nothing.
+TEST_F(SmithsEntries, NothingIsSpoiltByWhatIsMissing) {
+    for (const Lack lack : {Lack::Route, Lack::Data, Lack::Room}) {
+        for (const View& view : kViews) {
+            Begin(view, lack);
+            for (const LineRow& row : kLines) {
+                if (!Names(row.views, view.name, ';') || *row.takes == '\0') {
+                    continue;
+                }
+                const std::string taken = Words(row.takes)[0];
+                for (const std::string& typed : {taken.substr(0, taken.find('>')), std::string()}) {
+                    const std::string line = Words(row.lines).back();
+                    SCOPED_TRACE(std::string(view.name) + ' ' + line + ' ' + typed);
+                    const std::string before = World();
+                    const std::string answer = Answer(typed, line);
+                    if (!answer.empty() && smiths.scratchpad == typed) {
+                        EXPECT_EQ(World(), before) << answer;
+                    } else {
+                        Begin(view, lack);
+                    }
+                    ASSERT_EQ(PlanFault(), "");
+                }
+            }
+        }
+    }
 }
 
 }  // namespace

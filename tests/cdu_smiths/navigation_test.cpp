@@ -18,7 +18,6 @@ namespace avq1::test {
 namespace {
 
 constexpr const char* kInvalid = "INVALID ENTRY";
-constexpr const char* kUnknown = "NOT IN DATABASE";
 
 class SmithsNavigation : public SmithsTest {
   protected:
@@ -33,154 +32,7 @@ class SmithsNavigation : public SmithsTest {
     static HoldPattern& HoldOf(int number) {
         return holdList.holds[static_cast<std::size_t>(number)];
     }
-    // Everything but the bottom line.
-    std::vector<std::string> Page() {
-        std::vector<std::string> rows = cdu.Rows();
-        if (!cdu.Bottom().empty()) {
-            rows.pop_back();
-        }
-        return rows;
-    }
 };
-
-TEST_F(SmithsNavigation, EntriesAreTakenOrRefusedWhole) {
-    const struct {
-        const char* keys;  // to the page, each time anew
-        const char* line;
-        struct {
-            const char* typed = nullptr;
-            const char* outcome = kInvalid;
-        } entries[16];
-    } kPages[] = {
-        {"FIX",
-         "L1",
-         {{"NEWPT", "ok"},
-          {"NOPE", kUnknown},
-          {"ABCDEFGHIJKLMNOPQRSTUVWX", kUnknown},
-          {"/", kUnknown},
-          {"-1", kUnknown}}},
-        {"FIX", "L2", {{"180"}, {"/20"}}},
-        {"FIX =NEWPT L1",
-         "L2",
-         {{"180", "ok"},
-          {"0", "ok"},
-          {"360", "ok"},
-          {"/999", "ok"},
-          {"45/10.5", "ok"},
-          {"361"},
-          {"1800"},
-          {"18A"},
-          {"-5"},
-          {"+5"},
-          {"180/"},
-          {"/"},
-          {"/0"},
-          {"/-3"},
-          {"/999.1"},
-          {"18/1/2"}}},
-        {"FIX =NEWPT L1", "L5", {{"180"}}},
-        {"PROG NEXT_PAGE NEXT_PAGE",
-         "L1",
-         {{"FLY", "ok"}, {"KBBB", "ok"}, {"KAAA"}, {"NOPE"}, {"FLY/"}, {"-1"}}},
-        {"PROG NEXT_PAGE NEXT_PAGE", "R1", {{"1300"}}},
-        {"PROG NEXT_PAGE NEXT_PAGE =FLY L1",
-         "R1",
-         {{"1300", "ok"},
-          {"0000Z", "ok"},
-          {"2359.9", "ok"},
-          {"1300.5Z", "ok"},
-          {"2400"},
-          {"1260"},
-          {"130"},
-          {"13000"},
-          {"1300."},
-          {"1300.A"},
-          {"1300.55"},
-          {"-130"},
-          {"13A0"},
-          {"13/0"},
-          {"1300L"}}},
-        {"PROG NEXT_PAGE", "L1", {{"12"}}},
-        {"PROG R6 NEXT_PAGE",
-         "R1",
-         {{"ABCDE", "ok"}, {"ABCDEF"}, {"KAAA", kUnknown}, {"NEWPT", kUnknown}, {"/", kUnknown}}},
-        {"PROG R6 NEXT_PAGE", "L3", {{"ON"}}},
-        {"DEP_ARR", "L6", {{"NEWPT", kUnknown}, {"KAAAAA", kUnknown}, {"-", kUnknown}}},
-        {"DEP_ARR L1", "L1", {{"EAST1"}}},
-        {"HOLD", "L1", {{"FLY"}}},
-        {"HOLD",
-         "L3",
-         {{"270/L", "ok"},
-          {"360/R", "ok"},
-          {"/R", "ok"},
-          {"0", "ok"},
-          {"361/R"},
-          {"2700/R"},
-          {"270/X"},
-          {"270/"},
-          {"270/R/L"},
-          {"A/R"},
-          {"-1/R"},
-          {"/"}}},
-        {"HOLD",
-         "L2",
-         {{"NE/045", "ok"},
-          {"/337", "ok"},
-          {"N/338", "ok"},
-          {"180", "ok"},
-          {"N/045"},
-          {"NE/"},
-          {"361"},
-          {"NE"},
-          {"-45"}}},
-        {"HOLD",
-         "L4",
-         {{"1.5", "ok"}, {".5", "ok"}, {"99.9", "ok"}, {"0"}, {"-1"}, {"100"}, {"A"}, {"1.5.5"}}},
-        {"HOLD",
-         "L5",
-         {{"7.5", "ok"}, {"99.9", "ok"}, {"0"}, {"-1"}, {"100"}, {"A"}, {"7/5"}, {"99999999"}}},
-        {"HOLD",
-         "R3",
-         {{"1430", "ok"},
-          {"0000Z", "ok"},
-          {"2400"},
-          {"1260"},
-          {"143"},
-          {"14300"},
-          {"ABCD"},
-          {"-143"},
-          {"14/3"}}},
-    };
-    for (const auto& page : kPages) {
-        for (const auto& entry : page.entries) {
-            if (entry.typed == nullptr) {
-                break;
-            }
-            SCOPED_TRACE(std::string(page.keys) + " " + page.line + ": " + entry.typed);
-            ResetModuleState();
-            SimFolder = folder.root().string();
-            avionicsPower = 1;
-            MakeDatabase();
-            aircraft.latitude = 0;
-            aircraft.longitude = 0.52;
-            MakeDepartureRoute();
-            ASSERT_TRUE(HoldAt(activePlan, 3, NewHold()));
-            cdu.Press(page.keys);
-            const std::vector<std::string> before = Page();
-            const std::string plan = Show(modifiedPlan, true);
-            const RouteStatus status = planBook.status;
-            EXPECT_EQ(Enter(entry.typed, page.line), entry.outcome);
-            if (std::string(entry.outcome) != "ok") {
-                EXPECT_EQ(Page(), before);
-                EXPECT_EQ(Show(modifiedPlan, true), plan);
-                EXPECT_EQ(planBook.status, status);
-                EXPECT_EQ(PendingShape(HoldOf(1)), NewHold());
-            } else {
-                EXPECT_NE(Page(), before);
-            }
-        }
-    }
-}
 
 // ---- stored plans ----
 TEST_F(SmithsNavigation, PlansAreSavedUnderTheNamesTyped) {
@@ -268,19 +120,6 @@ TEST_F(SmithsNavigation, TheRunwayOfRteNarrowsTheDepartures) {
     EXPECT_EQ(cdu.Data(1), "EAST1 |09 ");
     EXPECT_EQ(planBook.status, RouteStatus::Active);
     EXPECT_EQ(cdu.Data(6), "<INDEX|ROUTE>");
-}
-
-TEST_F(SmithsNavigation, AFullPlanRefusesAProcedure) {
-    MakeDepartureRoute();
-    while (!activePlan.IsFull()) {
-        PlanWaypoint entry = activePlan.entries[3];
-        entry.ident += std::to_string(activePlan.lastIndex);
-        InsertBetween(activePlan, 3, entry);
-    }
-    cdu.Press("DEP_ARR L1 L1");
-    EXPECT_EQ(cdu.Bottom(), kPlanFullMessage);
-    EXPECT_EQ(planBook.status, RouteStatus::Active);
-    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ");
 }
 
 // ---- progress ----
