@@ -272,9 +272,9 @@ EntryResult EnterDirect(const FieldRow&, std::string_view text) {
 // The leg that leads to a waypoint of the route, on the course it has there.
 EntryResult EnterInterceptLeg(const FieldRow&, std::string_view text) {
     const std::int32_t index = FindAhead(text);
-    return index != kNoWaypoint ? ResultOfDirect(ChooseSmithsIntercept(
-                                      index, CourseIntoMag(SmithsPlan(), index)))
-                                : EntryResult::InvalidEntry;
+    return index != kNoWaypoint
+               ? ResultOfDirect(ChooseSmithsIntercept(index, CourseIntoMag(SmithsPlan(), index)))
+               : EntryResult::InvalidEntry;
 }
 
 EntryResult EnterInterceptCourse(const FieldRow&, std::string_view text) {

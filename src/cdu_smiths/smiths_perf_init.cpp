@@ -201,7 +201,22 @@ void ShowLimit(const FieldRow& field, UnitText& text) {
              performance.*row.mach[side] * kThousand);
 }
 
-// The least one stays below the greatest; economy speeds follow their limits.
+// What the phase flies at, or will after EXEC, follows its limits: a speed chosen by them anew, any
+// other one kept within.
+void KeepWithinLimits(VerticalPhase phase) {
+    const SpeedRange range = SpeedLimitsOf(performance, phase);
+    const SpeedChoice chosen = ChosenSpeed(phase);
+    SpeedChoice kept = SpeedOfMode(phase, chosen.mode);
+    kept.ias = std::clamp(kept.ias, static_cast<std::int32_t>(range.leastIas),
+                          static_cast<std::int32_t>(range.greatestIas));
+    if (chosen.ias > 0 && kept != chosen) {
+        PerformanceChange change;
+        change.speeds[static_cast<std::size_t>(phase)] = kept;
+        ChangePerformance(change);
+    }
+}
+
+// The limits hold at once. The least one stays below the greatest.
 EntryResult EnterLimit(const FieldRow& field, std::string_view entry) {
     const LimitRow& row = kLimits[field.item % kMost];
     const std::size_t side = field.item / kMost;
@@ -216,11 +231,7 @@ EntryResult EnterLimit(const FieldRow& field, std::string_view entry) {
     }
     performance.*row.ias[side] = ias;
     DeriveMachLimits(performance);
-    if (ChosenCostIndex() >= 0) {
-        PerformanceChange change;
-        change.costIndex = ChosenCostIndex();
-        ChangePerformance(change);
-    }
+    KeepWithinLimits(static_cast<VerticalPhase>(field.item % kMost));
     return EntryResult::Accepted;
 }
 

@@ -46,15 +46,9 @@ void ShowEnds(const FieldRow& field, UnitText& text) {
 
 EntryResult LoadPlanOn(const FieldRow& field) {
     const StoredPlan* plan = PlanOn(field);
-    if (plan != nullptr) {
-        if (!LoadSmithsRoute(plan->fileName)) {
-            SaySmiths("UNABLE TO LOAD FPL");
-        } else {
-            if (!planBook.entryNotice.empty()) {
-                SaySmiths(planBook.entryNotice);
-            }
-            OpenPage(smiths, kSmithsRoute);
-        }
+    if (plan != nullptr && LoadSmithsRoute(plan->fileName)) {
+        smiths.Counter(SmithsCounter::Route).n = 1;
+        OpenPage(smiths, kSmithsRoute);
     }
     return EntryResult::None;
 }

@@ -28,8 +28,8 @@ constexpr const char* kInvalid = "INVALID ENTRY";
 constexpr const char* kUnknown = "NOT IN DATABASE";
 constexpr const char* kNoDelete = "INVALID DELETE";
 
-// A page in one of its states: the keys that lead there from a flown route, and the lines whose keys
-// act whatever has been typed.
+// A page in one of its states: the keys that lead there from a flown route, and the lines whose
+// keys act whatever has been typed.
 struct View {
     const char* name;
     const char* keys;
@@ -103,9 +103,9 @@ constexpr const char* kOdd[] = {"0",
 // What DELETE does on a line: refused, refused unless something was typed there, done.
 enum Deletes : std::uint8_t { kNone, kWhatWasTyped, kAlways };
 
-// What one line takes: texts with what stands there afterwards, blanks left out, behind ">". What it
-// refuses beside the odd ones: INVALID ENTRY, with "?" NOT IN DATABASE. A line without a row takes
-// nothing.
+// What one line takes: texts with what stands there afterwards, blanks left out, behind ">". What
+// it refuses beside the odd ones: INVALID ENTRY, with "?" NOT IN DATABASE. A line without a row
+// takes nothing.
 struct LineRow {
     const char* views;  // separated by ";"
     const char* lines;
@@ -118,9 +118,11 @@ constexpr const char* kAltitudes = "61000 601 0.4 -350 FL350 350/ 350.A";
 constexpr const char* kWinds = "270/45>270/45 000/0>000/0 360/250>360/250";
 constexpr const char* kNoWinds = "361/20 270/251 27/45 270/ 270/-5 270/4/5 2A0/45 270/6A 27045";
 constexpr const char* kPoints = "NEWPT KAAA N0030.0E00230.0 NEWPT090/10 NEWPT270/FLY360";
-constexpr const char* kNoPoints = "NOWHE? NOW090/10? A/B/C ABCDEFGH NEWPT/10 NEWPT090/ -12 NEWPT361/9? NEWPT090/FLY360?";
+constexpr const char* kNoPoints =
+    "NOWHE? NOW090/10? A/B/C ABCDEFGH NEWPT/10 NEWPT090/ -12 NEWPT361/9? NEWPT090/FLY360?";
 constexpr const char* kCrossings =
-    "250/FL180>250/18000 /5000A /5000B 230/ /FL050 /050A>----/5000A 999/60000>999/FL600 1/1>1/100 7/ /7";
+    "250/FL180>250/18000 /5000A /5000B 230/ /FL050 /050A>----/5000A 999/60000>999/FL600 1/1>1/100 "
+    "7/ /7";
 constexpr const char* kNoCrossings =
     "250 250/A 250/FL 250/FL1800 250/5000C 250//5000 250/5000/ -250/5000 250/-5000 0/5000 250/0 "
     "1000/5000 250/60001 /601 99999999999/99999999999 ABC/DEF 250/50.0 250.5/5000";
@@ -130,15 +132,17 @@ constexpr LineRow kLines[] = {
     {"POS INIT", "L2", "KBBB>KBBB", "ABCDE? KBBBB? KBB?", kWhatWasTyped},
     {"POS INIT", "L3", "", "A1"},
     {"POS INIT, airport", "L2", "KBBB>KBBB", "KBB?", kAlways},
-    {"POS INIT, airport", "L3", "A1>A1 12345>12345 0 1E3 INF A KXXX", "A12345 A-1 A/1", kWhatWasTyped},
+    {"POS INIT, airport", "L3", "A1>A1 12345>12345 0 1E3 INF A KXXX", "A12345 A-1 A/1",
+     kWhatWasTyped},
     {"POS INIT;POS INIT, airport", "R4", "N3345.5W11154.3>N33:45:30W111:54:18 S9000.0E18000.0",
      "N3345.5 S3360.0E01000.0 N3345.XW11154.3 N3345.5W11154.X N3345.5W18000.1 3345.5N11154.3W",
      kWhatWasTyped},
     {"PERF INIT", "R1", "350>FL350 35000>FL350 9500.9>9500 180>18000 600>FL600 1000>1000 +7>700",
      kAltitudes},
     {"PERF INIT", "R2", kWinds, kNoWinds, kWhatWasTyped},
-    {"PERF INIT", "R3", "10>10 -12.4>-12 -0.2>0 1000>1000 0>0 -1>-1 +7>7 7777777777777777777777>---",
-     "+-5 5-6", kWhatWasTyped},
+    {"PERF INIT", "R3",
+     "10>10 -12.4>-12 -0.2>0 1000>1000 0>0 -1>-1 +7>7 7777777777777777777777>---", "+-5 5-6",
+     kWhatWasTyped},
     {"PERF INIT", "R4", "-56>-56 0>0 -1>-1 +7>7 7777777777777777777777>---", "+-5 5-6",
      kWhatWasTyped},
     {"PERF INIT", "R5", "10000.7>10000 500>500 1>1 60000>60000 +7>7", "0.9 60001 FL180 -180"},
@@ -202,7 +206,8 @@ constexpr LineRow kLines[] = {
     {"DES", "L2", "300>300/0.59", "219 301"},
     {"DES", "L3", "240/9000>240/9000", "240 240/601", kWhatWasTyped},
     {"FORECASTS", "L1", "110>FL110 +7>FL007", kAltitudes},
-    {"FORECASTS", "R1", "200/100>FL200/FL100", "200 200/ 200/-5 /100 601/100 200/601", kWhatWasTyped},
+    {"FORECASTS", "R1", "200/100>FL200/FL100", "200 200/ 200/-5 /100 601/100 200/601",
+     kWhatWasTyped},
     {"FORECASTS", "L2", "450>450FPM 9999>9999FPM 1>1FPM +7>7FPM", "10000 4.5 -450", kWhatWasTyped},
     {"FORECASTS", "R2", "-5/1013>-5/1013 +7/900 0/1100 -99/1000 99/1000",
      "5 5/899 5/1101 100/1000 -100/1000 5/ /1013", kWhatWasTyped},
@@ -353,9 +358,9 @@ class SmithsEntries : public SmithsTest {
     std::string Value(const std::string& line) const {
         const std::string row = cdu.Data(line[1] - '0');
         const std::size_t bar = row.rfind('|');
-        std::string value = line[0] == 'L'                 ? row.substr(0, row.find('|'))
+        std::string value = line[0] == 'L'             ? row.substr(0, row.find('|'))
                             : bar == std::string::npos ? row
-                                                           : row.substr(bar + 1);
+                                                       : row.substr(bar + 1);
         std::erase(value, ' ');
         return value;
     }
@@ -417,10 +422,9 @@ TEST_F(SmithsEntries, EveryLineTakesWhatItMayAndRefusesTheRest) {
             if (Names(view.prompts, line)) {
                 Begin(view);
                 EXPECT_EQ(Answer("77", line), "");
-                EXPECT_EQ(smiths.scratchpad, view.name == std::string("SELECT") &&
-                                                     line != std::string("L6")
-                                                 ? ""
-                                                 : "77");
+                EXPECT_EQ(
+                    smiths.scratchpad,
+                    view.name == std::string("SELECT") && line != std::string("L6") ? "" : "77");
                 Begin(view);
                 continue;
             }

@@ -80,6 +80,15 @@ TEST_F(SmithsNavigation, AStoredPlanOverARouteWaitsForExec) {
     cdu.Press("EXEC");
     EXPECT_EQ(activePlan.entries[1].ident, "NEWPT");
     EXPECT_EQ(planBook.activeIndex, 1);
+    std::string tooLong = "[FlightPlan]\nKAAA 0 0 APT ---\n";
+    for (std::int32_t i = 0; i <= kMaxPlanIndex; ++i) {
+        tooLong += "NEWPT 0.5 2.5 INT ---\n";
+    }
+    folder.Write("avq/flightplans/A.RTE", tooLong);
+    cdu.Press("NEXT_PAGE INIT_REF L6 R2 L1");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE| 1 / 41");
+    EXPECT_EQ(cdu.Bottom(), kPlanFullMessage) << "what there is room for is the route";
+    cdu.Press("CLR L6");
     folder.Write("avq/flightplans/A.RTE", "[FlightPlan]\n");
     cdu.Press("INIT_REF L6 R2 L1");
     EXPECT_EQ(cdu.Bottom(), "UNABLE TO LOAD FPL");
@@ -108,6 +117,16 @@ TEST_F(SmithsNavigation, WhatAnotherUnitOrAFileChoseIsShown) {
     EXPECT_EQ(cdu.Data(1), "EAST1 |09 ") << "by the label of its legs";
     EXPECT_EQ(cdu.Data(2), "NORTH");
     EXPECT_EQ(cdu.At(38), "<ACT>");
+}
+
+TEST_F(SmithsNavigation, TwoPagesLookAtAirportsOfTheirOwn) {
+    MakeRoute();
+    cdu.Press("INIT_REF L6 R1 =KSID L2 DEP_ARR =KSID L6");
+    EXPECT_EQ(cdu.Data(1), "EAST1 |09 ") << "its departures too";
+    cdu.Press("DEP_ARR =KAAA R6 INIT_REF L6 R1");
+    EXPECT_EQ(cdu.Label(2), "A I R P O R T    I D E N T|R U N W A Y   09");
+    cdu.Press("R2");
+    EXPECT_THAT(cdu.Label(2), ::testing::EndsWith("27"));
 }
 
 TEST_F(SmithsNavigation, TheRunwayOfRteNarrowsTheDepartures) {
@@ -206,8 +225,8 @@ TEST_F(SmithsNavigation, AHoldIsLeftOrRemoved) {
         }
         holdFlight.holdActive = row.flown ? 1 : 0;
         holdFlight.holdTargetCorner = row.flown ? 2 : 0;
-        cdu.Press("HOLD R6");
-        EXPECT_EQ(smiths.page, kSmithsLegs);
+        cdu.Press("LEGS R6 NEXT_PAGE HOLD R6");
+        EXPECT_THAT(cdu.Title(), ::testing::EndsWith("RTE    LEGS| 1 /  2")) << "from RTE DATA";
         EXPECT_EQ(smiths.legsMode, LegsMode::Normal);
         EXPECT_EQ(holdList.count, row.count);
         EXPECT_EQ(holdFlight.holdState, row.state);
@@ -237,7 +256,9 @@ TEST_F(SmithsNavigation, HoldsStandInTheOrderOfTheRouteAndChangeByExec) {
     EXPECT_EQ(HoldOf(1).inboundCourseMag, 123);
     EXPECT_EQ(HoldOf(1).turnDirection, HoldTurn::Left);
     EXPECT_EQ(HoldOf(2).inboundCourseMag, 0);
-    cdu.Press("HOLD L6 L4 L4");
+    cdu.Press("LEGS R6 HOLD L6");
+    EXPECT_EQ(cdu.Label(6), "H O L D   A T") << "not RTE DATA";
+    cdu.Press("L4 L4");
     EXPECT_EQ(smiths.page, kSmithsHold) << "a fourth, at the place where it belongs";
     EXPECT_EQ(cdu.Title(), "MOD|RTE        HOLD|3 / 4");
     cdu.Press("EXEC L6");

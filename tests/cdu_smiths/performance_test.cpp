@@ -351,6 +351,38 @@ TEST_F(SmithsPerformance, TypedSpeedsAndTheCostIndexAreFlownAfterExec) {
     EXPECT_EQ(performance.climbSpeedRestriction, 0);
 }
 
+TEST_F(SmithsPerformance, SpeedsFollowTheirLimits) {
+    const struct {
+        const char* before;
+        const char* limit;  // typed on PERF LIMITS
+        std::int32_t AircraftPerformance::*ias;
+        std::int32_t flown;
+    } kCases[] = {
+        {"", "=290 L2", &AircraftPerformance::climbIas, 290},
+        {"", "=270 R2", &AircraftPerformance::climbIas, 270},
+        {"", "=240 L2", &AircraftPerformance::climbIas, 280},
+        {"", "=290 L3", &AircraftPerformance::cruiseIas, 290},
+        {"", "=260 R4", &AircraftPerformance::descentIas, 260},
+        {"INIT_REF =100 L5 EXEC", "=250 L2", &AircraftPerformance::climbIas, 280},
+        {"CLB L6 EXEC", "=240 L2", &AircraftPerformance::climbIas, 240},  // MAX ANGLE
+        {"CLB =300 L2 EXEC", "=290 R2", &AircraftPerformance::climbIas, 290},
+        {"DES R4 EXEC", "=290 R4", &AircraftPerformance::descentIas, 290},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(std::string(row.before) + ' ' + row.limit);
+        BeginAnew();
+        FlyRoute();
+        cdu.Press(row.before);
+        const std::int32_t before = performance.*row.ias;
+        cdu.Press(std::string("INIT_REF NEXT_PAGE ") + row.limit);
+        EXPECT_EQ(cdu.Bottom(), "");
+        EXPECT_EQ(SmithsExecLit(), before != row.flown);
+        EXPECT_EQ(performance.*row.ias, before) << "not before EXEC";
+        cdu.Press("EXEC");
+        EXPECT_EQ(performance.*row.ias, row.flown);
+    }
+}
+
 TEST_F(SmithsPerformance, AChosenSpeedStaysWhenTheTablesPlan) {
     const auto depart = [this](const char* keys) {
         BeginAnew();
