@@ -12,13 +12,13 @@ std::vector<std::uint8_t> EncodePng(int width, int height, const std::uint32_t* 
     if (width < 1 || height < 1 || argb == nullptr) {
         return {};
     }
-    std::vector<std::uint8_t> rgb;
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    rgb.reserve(count * 3);
-    for (std::size_t i = 0; i < count; ++i) {
-        rgb.push_back(static_cast<std::uint8_t>(argb[i] >> 16U));
-        rgb.push_back(static_cast<std::uint8_t>(argb[i] >> 8U));
-        rgb.push_back(static_cast<std::uint8_t>(argb[i]));
+    std::vector<std::uint8_t> rgb(count * 3);
+    std::uint8_t* to = rgb.data();
+    for (std::size_t i = 0; i < count; ++i, to += 3) {
+        to[0] = static_cast<std::uint8_t>(argb[i] >> 16U);
+        to[1] = static_cast<std::uint8_t>(argb[i] >> 8U);
+        to[2] = static_cast<std::uint8_t>(argb[i]);
     }
     png_image image{};
     image.version = PNG_IMAGE_VERSION;

@@ -64,6 +64,7 @@ ElementHeader* CloneElement(const ElementHeader* source, ElementHeader* previous
     header.previous = previous;
     copy.bitmap = FindBitmap(cloner.resources, header.resourceNumber);
     MakeImages(copy, cloner.surfaceScale);
+    cloner.placement.hasScreen = cloner.placement.hasScreen || copy.context.pixels != nullptr;
     copy.composedFlags = header.imageFlags;
     copy.composedPlace = {header.position.x + header.offset.x, header.position.y + header.offset.y};
     if (source->children != nullptr) {

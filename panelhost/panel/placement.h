@@ -58,6 +58,7 @@ struct Placement {
     int height = 0;
     int bitmapWidth = 0;  // of the background: the gauge's own coordinates
     int bitmapHeight = 0;
+    bool hasScreen = false;  // the module draws on a part of it
 };
 
 inline constexpr int kUnknownSide = 100;  // of a gauge without bitmap and size

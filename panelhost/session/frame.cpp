@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "panelhost/session/mouse.h"
+#include "panelhost/session/views.h"
 
 namespace panelhost {
 namespace {
@@ -65,6 +66,25 @@ void SendDraw(Placement& placement, bool shows) {
     }
 }
 
+// A module flies on the draw events of its screens. Where no open window has one, the host's own
+// unseen one gets them: closing windows ends no flight, and a view that is watched changes none.
+void DrawUnseenScreen(HostState& host) {
+    const auto isOpenScreen = [&host](const auto& placement) {
+        return placement->hasScreen && placement->window < host.panelWindows &&
+               IsSeen(host, WindowOf(host, *placement));
+    };
+    if (std::any_of(host.placements.begin(), host.placements.end(), isOpenScreen)) {
+        return;
+    }
+    if (host.unseenScreen < 0) {
+        MakeUnseenScreen(host);
+    }
+    if (host.unseenScreen >= 0) {
+        const auto index = static_cast<std::size_t>(host.unseenScreen);
+        SendDraw(*host.windows[index]->placements.front(), false);
+    }
+}
+
 }  // namespace
 
 void SendStartEvents(HostState& host, Placement& placement) {
@@ -118,6 +138,7 @@ void StepPanel(HostState& host, double dtS, bool draw) {
     ++host.frame;
     const bool anyway = host.framesToShow > 0 || host.frame % kFramesPerLook == 0;
     host.framesToShow = std::max(0, host.framesToShow - 1);
+    DrawUnseenScreen(host);
     for (const auto& placement : host.placements) {
         const HostWindow& window = WindowOf(host, *placement);
         const bool looked = draw && window.watched;

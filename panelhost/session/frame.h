@@ -15,7 +15,8 @@ void SendConnect(HostState& host, Placement& placement);      // its surfaces ar
 void SendEndEvents(HostState& host);
 // Without `draw`, or in a window not watched, the gauges of visible windows get their draw events
 // all the same, for the module flies on them, but no surface to draw on; only after an input and
-// now and then they do. Views are drawn while somebody watches, after the panel's own windows: they
+// now and then they do. While no open window has a screen, one of the host's own that nobody sees
+// gets draw events in their place. Views are drawn while somebody watches, after all others: they
 // fly nothing.
 void StepPanel(HostState& host, double dtS, bool draw);
 // Lets a visible window's gauges draw what they show now; no time passes.

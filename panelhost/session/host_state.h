@@ -84,7 +84,8 @@ struct HostState {
     HeldMouse mouse;
     double tickRemainderS = 0;
     std::uint64_t frame = 0;
-    int framesToShow = 0;  // drawn whoever looks: what an input asks of a page is done at a draw
+    int unseenScreen = -1;  // the view that flies while no open window has a screen; -1: not yet
+    int framesToShow = 0;   // drawn whoever looks: what an input asks of a page is done at a draw
 };
 
 struct Session::State {

@@ -117,6 +117,13 @@ int MakeView(HostState& host, const Display& display, int scale) {
     return index;
 }
 
+bool IsScreen(const HostState& host, const Display& display, bool withKeys) {
+    const avq1::GaugeHeader* const gauge =
+        display.kind == DisplayKind::Gauge ? FindGauge(host.module, display.name) : nullptr;
+    return gauge != nullptr && (withKeys || gauge->mouseRectangles == nullptr) &&
+           MakePlacement(*gauge, {}, host.module.resources, 1)->hasScreen;
+}
+
 }  // namespace
 
 HostWindow& AddWindow(HostState& host, PanelWindow panel, int scale) {
@@ -192,6 +199,19 @@ int OpenView(HostState& host, int index, int scale) {
         return static_cast<int>(known - host.windows.begin());
     }
     return MakeView(host, display, scale);
+}
+
+void MakeUnseenScreen(HostState& host) {
+    const std::vector<Display> displays = ListDisplays(host);
+    for (const bool withKeys : {false, true}) {
+        for (const Display& display : displays) {
+            if (IsScreen(host, display, withKeys)) {
+                host.unseenScreen = MakeView(host, display, 1);
+                CloseView(host, host.unseenScreen);
+                return;
+            }
+        }
+    }
 }
 
 void CloseView(HostState& host, int index) {

@@ -31,5 +31,8 @@ std::vector<Display> ListDisplays(const HostState& host);
 // as the view of its own scale. -1: no such display, or too much is shown already.
 int OpenView(HostState& host, int display, int scale);
 void CloseView(HostState& host, int window);  // puts a view to sleep; a panel window stays
+// Makes the sleeping view that flies while no open window has a screen, of a gauge nobody types on
+// when there is one. It stays -1 when the module has no screen.
+void MakeUnseenScreen(HostState& host);
 
 }  // namespace panelhost

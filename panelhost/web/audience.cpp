@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::uint64_t kStatusFrames = 6;
 constexpr std::uint64_t kLogFrames = 25;
+constexpr int kFreshFrames = 4;
 
 }  // namespace
 
@@ -39,16 +40,17 @@ void Leave(Audience& audience, Watcher& watcher) {
     watcher.subscription = nullptr;
 }
 
-void Glance(Audience& audience, double nowS) {
+void Glance(Audience& audience) {
     audience.touched = false;
+    audience.freshFrames = kFreshFrames;
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
         if (feed->isPictured && feed->info.visible) {
             audience.session->Look(feed->view);
         }
     }
-    RefreshFeeds(audience, Freshness::AtOnce);
+    RefreshFeeds(audience);
     for (Watcher* watcher : audience.watchers) {
-        SendNews(*watcher, nowS, kGlanceGapS);
+        SendNews(*watcher);
         SendSubscribed(audience, *watcher);
     }
 }
@@ -59,7 +61,8 @@ void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
     for (int step = 1; step <= steps; ++step) {
         audience.session->Step(dtS, step == steps && draws);
     }
-    RefreshFeeds(audience, Freshness::InTurn);
+    RefreshFeeds(audience);
+    audience.freshFrames = std::max(0, audience.freshFrames - 1);
     if (audience.frame % kStatusFrames == 0 && !audience.watchers.empty()) {
         const SharedText status = Shared(StatusMessage(audience.session->Status()));
         for (Watcher* watcher : audience.watchers) {
@@ -73,7 +76,7 @@ void RunFrame(Audience& audience, int steps, double dtS, double nowS) {
     }
     for (Watcher* watcher : audience.watchers) {
         SendFlight(audience, *watcher);
-        SendNews(*watcher, nowS, kPictureGapS);
+        SendNews(*watcher);
         SendSubscribed(audience, *watcher);
     }
 }

@@ -47,15 +47,14 @@ struct Feed {
 
 struct WatchedDisplay {
     std::shared_ptr<Feed> feed;  // null: not watched
-    bool pictureOutstanding = false;
+    int picturesUnshown = 0;     // sent, and not yet painted
     std::uint64_t pictureStamp = 0;
     std::uint64_t textsStamp = 0;
     std::uint64_t areasStamp = 0;
-    double lastPictureS = 0;
 };
 
-// One browser or program on the socket. Messages wait in its outlet; pictures never do: the next
-// one is made when the last has been shown.
+// One browser or program on the socket. Messages wait in its outlet; pictures hardly do: while two
+// have not been shown, the next one is not made.
 struct Watcher {
     Outlet* outlet = nullptr;
     std::vector<WatchedDisplay> displays;    // in the audience's order
@@ -85,10 +84,10 @@ struct Audience {
     Watcher* pointerOwner = nullptr;  // whose press holds the mouse
     std::uint64_t frame = 0;
     bool touched = false;  // since everybody was last told
+    int freshFrames = 0;   // in which texts are told at once: what a key asks for may need a tick
 };
 
-inline constexpr double kPictureGapS = 0.075;
-inline constexpr double kGlanceGapS = 0.02;
+inline constexpr int kMaxUnshown = 2;
 inline constexpr std::size_t kMaxWaiting = 8;  // who reads slowly skips to later messages
 
 SharedText Shared(std::string text);
@@ -98,7 +97,7 @@ void OpenAudience(Session& session, Audience& audience);
 void Join(Audience& audience, Watcher& watcher);  // greets it
 void Leave(Audience& audience, Watcher& watcher);
 // Shows what a watcher has just done, before the next frame; no time passes.
-void Glance(Audience& audience, double nowS);
+void Glance(Audience& audience);
 // Advances the session by so many steps of dtS, draws what is watched and tells everybody.
 void RunFrame(Audience& audience, int steps, double dtS, double nowS);
 
@@ -111,10 +110,8 @@ void SendFlight(const Audience& audience, Watcher& watcher);
 std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale);
 // Marks what somebody watches, so that the next step draws it; true when it is to be drawn.
 bool MarkWatched(Audience& audience, double nowS);
-enum class Freshness { InTurn, AtOnce };
-void RefreshFeeds(Audience& audience, Freshness texts);  // takes over what was drawn
-// `pictureGapS`: the least time between two pictures of a display.
-void SendNews(Watcher& watcher, double nowS, double pictureGapS);
+void RefreshFeeds(Audience& audience);  // takes over what was drawn
+void SendNews(Watcher& watcher);
 // From now on it watches these displays, at scales of 1 to 3, and no others. False: no such
 // display.
 bool Watch(Audience& audience, Watcher& watcher, const std::vector<int>& displays,

@@ -7,7 +7,6 @@
 namespace panelhost {
 namespace {
 
-constexpr std::uint64_t kDrawFrames = 2;  // drawn and sent every second frame
 constexpr std::uint64_t kTextFrames = 6;
 constexpr std::uint64_t kAreaFrames = 50;
 constexpr double kJustWanted = 0;      // from the next frame's time on
@@ -122,10 +121,10 @@ bool MarkWatched(Audience& audience, double nowS) {
             any = true;
         }
     }
-    return any && audience.frame % kDrawFrames == 0;
+    return any;
 }
 
-void RefreshFeeds(Audience& audience, Freshness texts) {
+void RefreshFeeds(Audience& audience) {
     RefreshWindows(audience);
     for (const std::shared_ptr<Feed>& shared : audience.feeds) {
         Feed& feed = *shared;
@@ -133,13 +132,11 @@ void RefreshFeeds(Audience& audience, Freshness texts) {
         if (!feed.info.visible || !feed.isPictured) {
             continue;
         }
-        const bool now = texts == Freshness::AtOnce;
-        if ((now || audience.frame % kDrawFrames == 0) &&
-            feed.pictureRevision != feed.info.revision) {
+        if (feed.pictureRevision != feed.info.revision) {
             feed.pictureRevision = feed.info.revision;
             TakePicture(feed.picture, audience.session->Picture(feed.view));
         }
-        if (now || !feed.texts || audience.frame % kTextFrames == 0) {
+        if (audience.freshFrames > 0 || !feed.texts || audience.frame % kTextFrames == 0) {
             RefreshTexts(audience, feed);
         }
         if (!feed.areas || audience.frame % kAreaFrames == 0) {
@@ -163,16 +160,16 @@ bool Watch(Audience& audience, Watcher& watcher, const std::vector<int>& display
     }
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         if (watcher.displays[i].feed != wanted[i]) {
-            const bool outstanding = watcher.displays[i].pictureOutstanding;
+            const int unshown = watcher.displays[i].picturesUnshown;
             watcher.displays[i] = {};
             watcher.displays[i].feed = std::move(wanted[i]);
-            watcher.displays[i].pictureOutstanding = outstanding;
+            watcher.displays[i].picturesUnshown = unshown;
         }
     }
     return true;
 }
 
-void SendNews(Watcher& watcher, double nowS, double pictureGapS) {
+void SendNews(Watcher& watcher) {
     for (WatchedDisplay& display : watcher.displays) {
         if (!display.feed || !display.feed->info.visible) {
             continue;
@@ -187,15 +184,14 @@ void SendNews(Watcher& watcher, double nowS, double pictureGapS) {
             display.textsStamp = feed.textsStamp;
             watcher.outlet->Send(false, feed.texts);
         }
-        if (display.pictureOutstanding || nowS - display.lastPictureS < pictureGapS) {
+        if (display.picturesUnshown >= kMaxUnshown) {
             continue;
         }
         const auto picture =
             PictureMessage(feed.picture, feed.info.scale, feed.display, display.pictureStamp);
         if (picture) {
             display.pictureStamp = feed.picture.stamp;
-            display.pictureOutstanding = true;
-            display.lastPictureS = nowS;
+            ++display.picturesUnshown;
             watcher.outlet->Send(true, picture);
         }
     }

@@ -9,7 +9,7 @@ namespace panelhost {
 namespace {
 
 constexpr auto kFrameTime = std::chrono::milliseconds(40);
-constexpr auto kGlanceTime = std::chrono::milliseconds(10);
+constexpr auto kGlanceGap = std::chrono::milliseconds(20);
 constexpr double kStepS = 0.04;
 constexpr double kMaxCatchUpS = 0.5;  // a stall longer than this is lost flight time
 
@@ -54,13 +54,14 @@ void GlanceSoon(Server& server) {
     if (!server.audience.touched || server.glances) {
         return;
     }
-    // What comes together is shown together, and no stream of messages draws without end.
+    // What has come meanwhile is shown together, and no stream of messages draws without end.
     server.glances = true;
-    server.glanceTimer.expires_after(kGlanceTime);
+    const auto now = net::steady_timer::clock_type::now();
+    server.glanceTimer.expires_at(std::max(now, server.glanceTimer.expiry() + kGlanceGap));
     server.glanceTimer.async_wait([&server](ErrorCode error) {
         server.glances = false;
         if (!error && server.audience.touched) {
-            Glance(server.audience, SteadyNowS());
+            Glance(server.audience);
         }
     });
 }

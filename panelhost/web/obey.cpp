@@ -128,7 +128,8 @@ constexpr Row kRows[] = {
      }},
     {ClientAction::Painted, Needs::Looking,
      [](A&, W& w, const M& m) {
-         w.displays[static_cast<std::size_t>(m.window)].pictureOutstanding = false;
+         int& unshown = w.displays[static_cast<std::size_t>(m.window)].picturesUnshown;
+         unshown = std::max(0, unshown - 1);
      }},
     {ClientAction::PressKey, Needs::Touching,
      [](A& a, W& w, const M& m) { Tell(w, PressNamedKey(a, w, m)); }},

@@ -12,16 +12,29 @@ int TilesFor(int pixels) {
     return (pixels + kTilePixels - 1) / kTilePixels;
 }
 
-bool CopyTile(PictureFeed& feed, const WindowPicture& picture, int column, int row) {
-    const int left = column * kTilePixels;
-    const int top = row * kTilePixels;
-    const auto count = static_cast<std::size_t>(std::min(kTilePixels, feed.width - left));
-    const int bottom = std::min(top + kTilePixels, feed.height);
+// The part of a tile that lies in the picture.
+struct TileBox {
+    std::size_t at = 0;     // its first pixel
+    std::size_t width = 0;  // pixels
+    int height = 0;
+};
+
+TileBox BoxOf(const PictureFeed& feed, int tile) {
+    const int columns = TilesFor(feed.width);
+    const int left = tile % columns * kTilePixels;
+    const int top = tile / columns * kTilePixels;
+    return {static_cast<std::size_t>(top) * static_cast<std::size_t>(feed.width) +
+                static_cast<std::size_t>(left),
+            static_cast<std::size_t>(std::min(kTilePixels, feed.width - left)),
+            std::min(kTilePixels, feed.height - top)};
+}
+
+bool CopyTile(PictureFeed& feed, const WindowPicture& picture, int tile) {
+    const TileBox box = BoxOf(feed, tile);
+    const std::size_t bytes = box.width * sizeof(std::uint32_t);
     bool changed = false;
-    for (int y = top; y < bottom; ++y) {
-        const std::size_t at = static_cast<std::size_t>(y) * static_cast<std::size_t>(feed.width) +
-                               static_cast<std::size_t>(left);
-        const std::size_t bytes = count * sizeof(std::uint32_t);
+    std::size_t at = box.at;
+    for (int y = 0; y < box.height; ++y, at += static_cast<std::size_t>(feed.width)) {
         if (std::memcmp(feed.pixels.data() + at, picture.pixels + at, bytes) != 0) {
             std::memcpy(feed.pixels.data() + at, picture.pixels + at, bytes);
             changed = true;
@@ -30,50 +43,57 @@ bool CopyTile(PictureFeed& feed, const WindowPicture& picture, int column, int r
     return changed;
 }
 
-// The box around all changed tiles that touch one another, starting at a tile; takes their marks.
-TileRectangle TakeIsland(std::vector<char>& changed, int columns, int rows, int start) {
-    std::vector<int> open = {start};
-    changed[static_cast<std::size_t>(start)] = 0;
-    int left = columns;
-    int top = rows;
-    int right = 0;
-    int bottom = 0;
-    while (!open.empty()) {
-        const int column = open.back() % columns;
-        const int row = open.back() / columns;
-        open.pop_back();
-        left = std::min(left, column);
-        top = std::min(top, row);
-        right = std::max(right, column + 1);
-        bottom = std::max(bottom, row + 1);
-        for (int y = std::max(0, row - 1); y <= std::min(rows - 1, row + 1); ++y) {
-            for (int x = std::max(0, column - 1); x <= std::min(columns - 1, column + 1); ++x) {
-                const int next = y * columns + x;
-                if (changed[static_cast<std::size_t>(next)] != 0) {
-                    changed[static_cast<std::size_t>(next)] = 0;
-                    open.push_back(next);
-                }
-            }
-        }
-    }
-    return {left * kTilePixels, top * kTilePixels, (right - left) * kTilePixels,
-            (bottom - top) * kTilePixels};
-}
-
-void PutNumber(std::string& out, std::uint32_t value, int bytes) {
+void PutNumber(std::string& out, std::size_t value, int bytes) {
     for (int i = 0; i < bytes; ++i) {
         out.push_back(static_cast<char>(value >> (8U * static_cast<unsigned>(i)) & 0xFFU));
     }
 }
 
-std::vector<std::uint8_t> EncodePart(const PictureFeed& feed, const TileRectangle& part) {
-    std::vector<std::uint32_t> pixels;
-    pixels.reserve(static_cast<std::size_t>(part.width) * static_cast<std::size_t>(part.height));
-    for (int y = part.y; y < part.y + part.height; ++y) {
-        const auto row = feed.pixels.begin() + static_cast<std::ptrdiff_t>(y) * feed.width + part.x;
-        pixels.insert(pixels.end(), row, row + part.width);
+void PutShort(std::string& out, int value) {
+    auto rest = static_cast<unsigned>(value);
+    for (; rest >= 0x80; rest >>= 7U) {
+        out.push_back(static_cast<char>((rest & 0x7FU) | 0x80U));
     }
-    return EncodePng(part.width, part.height, pixels.data(), true);
+    out.push_back(static_cast<char>(rest));
+}
+
+std::string EncodeRuns(const std::vector<TileRun>& runs) {
+    std::string out;
+    int end = 0;
+    for (const TileRun& run : runs) {
+        PutShort(out, run.first - end);
+        PutShort(out, run.count);
+        end = run.first + run.count;
+    }
+    return out;
+}
+
+std::vector<std::uint8_t> EncodeTiles(const PictureFeed& feed, const std::vector<TileRun>& runs) {
+    int count = 0;
+    for (const TileRun& run : runs) {
+        count += run.count;
+    }
+    const int columns = std::min(count, TilesFor(feed.width));
+    const int width = columns * kTilePixels;
+    const int height = (count + columns - 1) / columns * kTilePixels;
+    std::vector<std::uint32_t> sheet(static_cast<std::size_t>(width) *
+                                     static_cast<std::size_t>(height));
+    int place = 0;
+    for (const TileRun& run : runs) {
+        for (int tile = run.first; tile < run.first + run.count; ++tile, ++place) {
+            const TileBox box = BoxOf(feed, tile);
+            std::size_t to = static_cast<std::size_t>(place / columns * kTilePixels) *
+                                 static_cast<std::size_t>(width) +
+                             static_cast<std::size_t>(place % columns * kTilePixels);
+            std::size_t from = box.at;
+            for (int y = 0; y < box.height; ++y) {
+                std::copy_n(feed.pixels.data() + from, box.width, sheet.data() + to);
+                from += static_cast<std::size_t>(feed.width);
+                to += static_cast<std::size_t>(width);
+            }
+        }
+    }
+    return EncodePng(width, height, sheet.data(), true);
 }
 
 }  // namespace
@@ -96,9 +116,14 @@ bool TakePicture(PictureFeed& feed, const WindowPicture& picture) {
     }
     bool changed = false;
     for (int row = 0; row < rows; ++row) {
-        for (int column = 0; column < columns; ++column) {
-            if (CopyTile(feed, picture, column, row)) {
-                const int tile = row * columns + column;
+        const TileBox first = BoxOf(feed, row * columns);
+        const std::size_t bytes = static_cast<std::size_t>(feed.width) *
+                                  static_cast<std::size_t>(first.height) * sizeof(std::uint32_t);
+        if (std::memcmp(feed.pixels.data() + first.at, picture.pixels + first.at, bytes) == 0) {
+            continue;
+        }
+        for (int tile = row * columns; tile < (row + 1) * columns; ++tile) {
+            if (CopyTile(feed, picture, tile)) {
                 feed.tiles[static_cast<std::size_t>(tile)] = next;
                 changed = true;
             }
@@ -108,36 +133,19 @@ bool TakePicture(PictureFeed& feed, const WindowPicture& picture) {
     return changed;
 }
 
-std::vector<TileRectangle> ChangedRectangles(const PictureFeed& feed, std::uint64_t since) {
-    const int columns = TilesFor(feed.width);
-    const int rows = TilesFor(feed.height);
-    std::vector<char> changed(feed.tiles.size());
-    for (std::size_t i = 0; i < changed.size(); ++i) {
-        changed[i] = feed.tiles[i] > since ? 1 : 0;
-    }
-    std::vector<TileRectangle> list;
-    for (int i = 0; i < columns * rows; ++i) {
-        if (changed[static_cast<std::size_t>(i)] != 0) {
-            list.push_back(TakeIsland(changed, columns, rows, i));
+std::vector<TileRun> ChangedTiles(const PictureFeed& feed, std::uint64_t since) {
+    std::vector<TileRun> runs;
+    for (std::size_t i = 0; i < feed.tiles.size(); ++i) {
+        if (feed.tiles[i] <= since) {
+            continue;
         }
-    }
-    if (list.size() > kMaxRectangles) {
-        TileRectangle all = list.front();
-        for (const TileRectangle& part : list) {
-            const int right = std::max(all.x + all.width, part.x + part.width);
-            const int bottom = std::max(all.y + all.height, part.y + part.height);
-            all.x = std::min(all.x, part.x);
-            all.y = std::min(all.y, part.y);
-            all.width = right - all.x;
-            all.height = bottom - all.y;
+        const int tile = static_cast<int>(i);
+        if (runs.empty() || runs.back().first + runs.back().count != tile) {
+            runs.push_back({tile, 0});
         }
-        list = {all};
+        ++runs.back().count;
     }
-    for (TileRectangle& part : list) {
-        part.width = std::min(part.width, feed.width - part.x);
-        part.height = std::min(part.height, feed.height - part.y);
-    }
-    return list;
+    return runs;
 }
 
 std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int scale, int display,
@@ -148,21 +156,18 @@ std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int scale, 
     if (feed.encoded && feed.encodedFrom == since && feed.encodedTo == feed.stamp) {
         return feed.encoded;
     }
-    const std::vector<TileRectangle> parts = ChangedRectangles(feed, since);
+    const std::vector<TileRun> runs = ChangedTiles(feed, since);
+    const std::string places = EncodeRuns(runs);
+    const std::vector<std::uint8_t> png = EncodeTiles(feed, runs);
     std::string message;
-    std::string pictures;
-    message.push_back(static_cast<char>(scale));
-    message.push_back(static_cast<char>(parts.size()));
-    PutNumber(message, static_cast<std::uint32_t>(display), 2);
-    for (const TileRectangle& part : parts) {
-        const std::vector<std::uint8_t> png = EncodePart(feed, part);
-        for (const int value : {part.x, part.y, part.width, part.height}) {
-            PutNumber(message, static_cast<std::uint32_t>(value), 2);
-        }
-        PutNumber(message, static_cast<std::uint32_t>(png.size()), 4);
-        pictures.append(png.begin(), png.end());
-    }
-    feed.encoded = std::make_shared<const std::string>(message + pictures);
+    PutNumber(message, static_cast<std::size_t>(scale), 1);
+    PutNumber(message, kTilePixels, 1);
+    PutNumber(message, static_cast<std::size_t>(display), 2);
+    PutNumber(message, static_cast<std::size_t>(feed.width), 2);
+    PutNumber(message, places.size(), 4);
+    message += places;
+    message.append(png.begin(), png.end());
+    feed.encoded = std::make_shared<const std::string>(std::move(message));
     feed.encodedFrom = since;
     feed.encodedTo = feed.stamp;
     return feed.encoded;

@@ -1,8 +1,9 @@
 // panelhost/web/picture_feed.h - which parts of a window's picture changed since a reader's last
 // look.
 //
-// A picture is cut into square tiles; each remembers the stamp of its last change, so readers at
-// different stamps share one map and a slow one simply gets more at once. Pixels, origin top left.
+// A picture is cut into square tiles, numbered row by row; each remembers the stamp of its last
+// change, so readers at different stamps share one map and a slow one simply gets more at once.
+// Pixels, origin top left.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +15,13 @@
 
 namespace panelhost {
 
-inline constexpr int kTilePixels = 32;
-inline constexpr std::size_t kMaxRectangles = 8;
+// Small, for what moves on a display are lines and letters: little is sent that did not change.
+inline constexpr int kTilePixels = 8;
 
-struct TileRectangle {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
+// Tiles one after the other, over the ends of rows too.
+struct TileRun {
+    int first = 0;
+    int count = 0;
 };
 
 struct PictureFeed {
@@ -37,12 +37,14 @@ struct PictureFeed {
 
 // Compares with the last picture and stamps what differs; true when anything does.
 bool TakePicture(PictureFeed& feed, const WindowPicture& picture);
-// Boxes around every tile changed after `since`; one box when there would be many.
-std::vector<TileRectangle> ChangedRectangles(const PictureFeed& feed, std::uint64_t since);
+// Every tile changed after `since`, in order.
+std::vector<TileRun> ChangedTiles(const PictureFeed& feed, std::uint64_t since);
 // The socket's binary message that brings a reader from `since` to the present: a byte with the
-// scale, a byte with the count of rectangles, the display as 16 bits, then for each rectangle x, y,
-// width, height as 16 bits and the length of its PNG as 32, then the PNGs; little endian. Null when
-// it is at the present already.
+// scale, a byte with a tile's side in pixels, the display as 16 bits, the picture's width as 16
+// bits, how many bytes of runs follow as 32; for each run how many tiles are left out before it and
+// how many it has, 7 bits a byte, the last with its high bit clear; then a PNG of these tiles one
+// after the other, in rows as wide as the picture or as there are tiles. Little endian; beyond the
+// picture's edges tiles are black. Null when the reader is at the present already.
 std::shared_ptr<const std::string> PictureMessage(PictureFeed& feed, int scale, int display,
                                                   std::uint64_t since);
 

@@ -11,13 +11,15 @@ const here = path.dirname(fileURLToPath(import.meta.url));
 export const root = path.resolve(here, '../..');
 export const build = path.resolve(here, process.env.AVQ1_BUILD || '../../build/release');
 export const hostProgram = path.join(build, 'avqpanel');
-const moduleArguments = ['--module', path.join(build, 'avq1.gau'), '--sim'];
-export const hostArguments = [...moduleArguments, path.join(root, 'demo')];
+const moduleArguments = (from) => ['--module', path.join(from, 'avq1.gau'), '--sim'];
+export const hostArguments = [...moduleArguments(build), path.join(root, 'demo')];
 const kStartMs = 60000;
 
 // Resolves when the host has printed its address.
-export function startHost({ port = 0, extra = ['--cold'], sim = path.join(root, 'demo') } = {}) {
-  const child = spawn(hostProgram, [...moduleArguments, sim, '--port', String(port), ...extra],
+export function startHost({ port = 0, extra = ['--cold'], sim = path.join(root, 'demo'),
+  from = build } = {}) {
+  const child = spawn(path.join(from, 'avqpanel'),
+    [...moduleArguments(from), sim, '--port', String(port), ...extra],
     { stdio: ['ignore', 'pipe', 'pipe'] });
   let said = '';
   const ended = new Promise((resolve) => { child.on('exit', (code, signal) => resolve({ code, signal })); });
@@ -102,6 +104,7 @@ export class RawClient {
     client.messages = [];
     client.pictures = [];
     client.closed = false;
+    client.received = 0; // bytes
     client.pending = Buffer.alloc(0);
     client.upgraded = false;
     client.socket = net.connect(port, '127.0.0.1');
@@ -113,6 +116,7 @@ export class RawClient {
   }
 
   take(chunk) {
+    this.received += chunk.length;
     this.pending = Buffer.concat([this.pending, chunk]);
     if (!this.upgraded) {
       const end = this.pending.indexOf('\r\n\r\n');
@@ -134,8 +138,12 @@ export class RawClient {
       if (this.pending.length < at + length) return;
       const opcode = this.pending[0] & 15;
       const body = this.pending.subarray(at, at + length);
-      if (opcode === 1) this.messages.push(JSON.parse(body.toString()));
-      if (opcode === 2) this.pictures.push({ window: body.readUInt16LE(2), bytes: length });
+      const heard = performance.now();
+      if (opcode === 1) this.messages.push({ ...JSON.parse(body.toString()), heard });
+      if (opcode === 2) {
+        this.pictures.push({ window: body.readUInt16LE(2), bytes: length, heard });
+        this.onPicture?.(this.pictures.at(-1));
+      }
       if (opcode === 8) this.closed = true;
       this.pending = this.pending.subarray(at + length);
     }

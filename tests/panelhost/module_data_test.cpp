@@ -115,31 +115,67 @@ TEST_F(ModuleData, TrafficOfAnOutsideModuleShowsOnTheDisplays) {
     }
 }
 
-// Who looks at which frame, and whether a picture is asked for besides.
+// Who looks at which frame; whether a picture is asked for besides; whether displays on screens of
+// their own are opened, looked at and left, one after the other; whether the panel's windows are
+// open.
 struct Watchers {
     const char* name;
     bool (*draws)(int frame);
     bool (*asks)(int frame);
+    bool opensViews;
+    bool closesWindows;
 };
 
+bool Never(int) {
+    return false;
+}
+bool EverySecond(int frame) {
+    return frame % 2 == 0;
+}
+bool ComingAndGoing(int frame) {
+    return frame / 40 % 3 != 1 && frame % 3 < 2;
+}
+bool NowAndThen(int frame) {
+    return frame % 7 == 0;
+}
+
 constexpr Watchers kWatchers[] = {
-    {"nobody", [](int) { return false; }, [](int) { return false; }},
-    {"one", [](int frame) { return frame % 2 == 0; }, [](int) { return false; }},
-    {"five, coming and going", [](int frame) { return frame / 40 % 3 != 1 && frame % 3 < 2; },
-     [](int frame) { return frame % 7 == 0; }},
+    {"nobody", Never, Never, false, false},
+    {"one", EverySecond, Never, false, false},
+    {"five, with screens of their own", ComingAndGoing, NowAndThen, true, false},
+    {"nobody, every window closed", Never, Never, false, true},
+    {"screens of their own, every window closed", ComingAndGoing, NowAndThen, true, true},
 };
+
+constexpr int kFramesPerRate = 500;
+constexpr int kFramesPerView = 20;
+
+// Every display of the list is shown once in a flight; the one before is left.
+int NextView(Session& session, int frame, int view) {
+    const int display = frame / kFramesPerView;
+    const bool exists = display < static_cast<int>(session.Displays().size());
+    if (frame % kFramesPerView != 0 || !exists) {
+        return view;
+    }
+    session.Release(view);
+    const int next = session.View(display, 1 + display % 2);
+    session.SetWatched(next, true);
+    return next;
+}
 
 std::string Flown(Session& session, const Watchers& watchers) {
     constexpr double kStepS = 0.04;
-    constexpr int kFramesPerRate = 750;
     std::string trace;
     int frame = 0;
+    int view = -1;
     for (const double rate : {1.0, 4.0, 32.0}) {
         session.SetSimulationRate(rate);
         for (int end = frame + kFramesPerRate; frame < end; ++frame) {
+            view = watchers.opensViews ? NextView(session, frame, view) : view;
             session.Step(kStepS, watchers.draws(frame));
             if (watchers.asks(frame)) {
                 session.Look(0);
+                session.Look(view);
             }
             const SessionStatus status = session.Status();
             trace +=
@@ -158,14 +194,18 @@ TEST_F(ModuleData, AFlightIsTheSameWhoeverWatches) {
                           std::filesystem::copy_options::recursive);
     std::vector<std::string> traces;
     for (const Watchers& watchers : kWatchers) {
+        SCOPED_TRACE(watchers.name);
         ASSERT_TRUE(session_.Open(options_)) << session_.error();
         for (const char* script : {"start.script", "autostart.script"}) {
             EXPECT_EQ(Run(ReadWholeFile(script, 1U << 20U).value_or("")), "");
         }
+        for (const WindowInfo& window : session_.Windows()) {
+            session_.SetWindowVisible(window.ident, window.visible && !watchers.closesWindows);
+        }
         traces.push_back(Flown(session_, watchers));
-        EXPECT_EQ(session_.FindVariable("avq_lnav_mode")->number, 1) << watchers.name;
-        EXPECT_LT(std::fabs(session_.FindVariable("avq_xtk_err_dist")->number), 1) << watchers.name;
-        EXPECT_TRUE(traces.back() == traces.front()) << watchers.name;
+        EXPECT_EQ(session_.FindVariable("avq_lnav_mode")->number, 1);
+        EXPECT_LT(std::fabs(session_.FindVariable("avq_xtk_err_dist")->number), 1);
+        EXPECT_TRUE(traces.back() == traces.front());
         session_.Close();
     }
 }

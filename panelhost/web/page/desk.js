@@ -1,6 +1,6 @@
 // The windows of the panel: where they stand, what opens, moves and closes them.
 
-import { element, makeScreen, readPictures } from '/screen.js';
+import { element, makeScreen, readPicture } from '/screen.js';
 
 const kPhoneWidth = 760;
 const kBarHeight = 28;
@@ -199,8 +199,8 @@ export function makeDesk(root, list, send) {
   }
 
   function showPicture(buffer) {
-    const pictures = readPictures(buffer);
-    return windows.get(pictures.w)?.screen.showPictures(pictures);
+    const picture = readPicture(buffer);
+    return windows.get(picture.w)?.screen.showPicture(picture);
   }
 
   new ResizeObserver(layout).observe(root);

@@ -13,21 +13,47 @@ export function element(name, className, text = '') {
   return made;
 }
 
-// The binary message of pictures, as the host writes it.
-export function readPictures(buffer) {
+// The binary message of a picture's changed tiles, as the host writes it.
+export function readPicture(buffer) {
   const view = new DataView(buffer);
-  const count = view.getUint8(1);
-  const parts = [];
-  let at = 4 + count * 12;
-  for (let i = 0; i < count; ++i) {
-    const head = 4 + i * 12;
-    const bytes = view.getUint32(head + 8, true);
-    parts.push({ x: view.getUint16(head, true), y: view.getUint16(head + 2, true),
-      width: view.getUint16(head + 4, true), height: view.getUint16(head + 6, true),
-      data: new Uint8Array(buffer, at, bytes) });
-    at += bytes;
+  const bytes = new Uint8Array(buffer);
+  let at = 10;
+  const end = at + view.getUint32(6, true);
+  const number = () => {
+    let value = 0;
+    for (let shift = 0; ; shift += 7) {
+      const byte = bytes[at++];
+      value |= (byte & 127) << shift;
+      if (byte < 128) return value;
+    }
+  };
+  const runs = [];
+  for (let tile = 0; at < end;) {
+    const first = tile + number();
+    const count = number();
+    runs.push({ first, count });
+    tile = first + count;
   }
-  return { scale: view.getUint8(0), w: view.getUint16(2, true), parts };
+  return { scale: view.getUint8(0), tile: view.getUint8(1), w: view.getUint16(2, true),
+    width: view.getUint16(4, true), runs, png: bytes.subarray(end) };
+}
+
+// Where each row of tiles stands in the message's image, and where in the picture.
+function* pieces({ runs, tile, width }, imageWidth) {
+  const columns = imageWidth / tile;
+  const across = Math.ceil(width / tile);
+  let place = 0;
+  for (const { first, count } of runs) {
+    for (let i = first; i < first + count;) {
+      const x = i % across;
+      const from = place % columns;
+      const length = Math.min(first + count - i, columns - from, across - x);
+      yield { fromX: from * tile, fromY: Math.floor(place / columns) * tile, x: x * tile,
+        y: Math.floor(i / across) * tile, width: length * tile, height: tile };
+      i += length;
+      place += length;
+    }
+  }
 }
 
 // `titles` names gauges for people. The views are laid out by whoever made the screen.
@@ -44,6 +70,7 @@ export function makeScreen(index, send, titles) {
   let gauges = [];
   let areasText = '';
   let shown = 0;
+  let drawing = Promise.resolve();
 
   const nameOf = (gauge) => titles.get(gauge) || gauge.replaceAll('_', ' ');
 
@@ -80,36 +107,53 @@ export function makeScreen(index, send, titles) {
       return view;
     });
     body.replaceChildren(texts, ...views.map((view) => view.root));
-    showViews(views);
+    showViews({ left: 0, top: 0, right: picture.width, bottom: picture.height });
     showKeys();
   }
 
-  function showViews(list) {
-    for (const { box, context, canvas } of list) {
-      context.drawImage(picture, box.x * scale, box.y * scale, box.width * scale,
-        box.height * scale, 0, 0, canvas.width, canvas.height);
+  // Copies a part of the picture, as far as they show it.
+  function showViews({ left, top, right, bottom }) {
+    for (const { box, context } of views) {
+      const x = Math.max(left, box.x * scale);
+      const y = Math.max(top, box.y * scale);
+      const width = Math.min(right, (box.x + box.width) * scale) - x;
+      const height = Math.min(bottom, (box.y + box.height) * scale) - y;
+      if (width <= 0 || height <= 0) continue;
+      context.drawImage(picture, x, y, width, height, x - box.x * scale, y - box.y * scale, width, height);
     }
   }
 
-  async function showPictures({ scale: next, parts }) {
-    try {
-      const images = await Promise.all(parts.map(({ data }) =>
-        createImageBitmap(new Blob([data], { type: 'image/png' }))));
-      if (next !== scale) {
-        scale = next;
-        setPixels();
+  // Decoded as they come, drawn in their order: each leads on from the one before.
+  function showPicture(message) {
+    const decoded = createImageBitmap(new Blob([message.png], { type: 'image/png' }));
+    drawing = drawing.then(async () => {
+      try {
+        draw(message, await decoded);
+      } finally {
+        send({ t: 'painted', w: index });
       }
-      const context = picture.getContext('2d', { alpha: false });
-      images.forEach((image, i) => {
-        context.drawImage(image, parts[i].x, parts[i].y);
-        image.close();
-      });
-      showViews(views.filter(({ box }) => parts.some((part) => touches(box, part, scale))));
-      body.dataset.pictures = String(++shown);
-      body.dataset.scale = String(scale);
-    } finally {
-      send({ t: 'painted', w: index });
+    }).catch((error) => console.warn(`picture of ${index}: ${error}`));
+    return drawing;
+  }
+
+  function draw(message, image) {
+    if (message.scale !== scale) {
+      scale = message.scale;
+      setPixels();
     }
+    const context = picture.getContext('2d', { alpha: false });
+    const drawn = { left: picture.width, top: picture.height, right: 0, bottom: 0 };
+    for (const { fromX, fromY, x, y, width, height } of pieces(message, image.width)) {
+      context.drawImage(image, fromX, fromY, width, height, x, y, width, height);
+      drawn.left = Math.min(drawn.left, x);
+      drawn.top = Math.min(drawn.top, y);
+      drawn.right = Math.max(drawn.right, Math.min(picture.width, x + width));
+      drawn.bottom = Math.max(drawn.bottom, Math.min(picture.height, y + height));
+    }
+    image.close();
+    showViews(drawn);
+    body.dataset.pictures = String(++shown);
+    body.dataset.scale = String(scale);
   }
 
   // The scale at which this display is sharp as it stands now.
@@ -299,7 +343,7 @@ export function makeScreen(index, send, titles) {
     });
   }
 
-  return { index, body, setSize, setBoxes, setAreas, showKeys, showTexts, showPictures, neededScale,
+  return { index, body, setSize, setBoxes, setAreas, showKeys, showTexts, showPicture, neededScale,
     get views() { return views; }, get gauges() { return gauges; }, get areas() { return areas; } };
 }
 
@@ -307,11 +351,6 @@ function contains(box, area) {
   const x = area.x + area.width / 2 - box.x;
   const y = area.y + area.height / 2 - box.y;
   return x >= 0 && y >= 0 && x < box.width && y < box.height;
-}
-
-function touches(box, part, scale) {
-  return box.x * scale < part.x + part.width && part.x < (box.x + box.width) * scale &&
-    box.y * scale < part.y + part.height && part.y < (box.y + box.height) * scale;
 }
 
 function within(at, first, length) {

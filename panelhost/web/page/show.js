@@ -2,7 +2,7 @@
 import { makeComfort } from '/comfort.js';
 import { makeKeyboard } from '/keyboard.js';
 import { openLink } from '/link.js';
-import { element, makeScreen, readPictures } from '/screen.js';
+import { element, makeScreen, readPicture } from '/screen.js';
 
 const kMostDisplays = 12;
 const kEntryKeys = ['ENTER', 'EXEC']; // a gauge with one of them is a unit to type on
@@ -114,8 +114,8 @@ const kHandlers = {
 link = openLink({
   onMessage: (message) => kHandlers[message.t]?.(message),
   onPicture(buffer) {
-    const pictures = readPictures(buffer);
-    screens.get(pictures.w)?.screen.showPictures(pictures);
+    const picture = readPicture(buffer);
+    screens.get(picture.w)?.screen.showPicture(picture);
   },
   onState(state, text) {
     find('#link').dataset.state = state;
