@@ -130,15 +130,28 @@ void Fit(ElementCopy& copy, const PixelArea& area) {
     }
 }
 
+bool IsOpaque(const std::uint32_t* pixels, int count) {
+    std::uint32_t all = ~0U;
+    for (int i = 0; i < count; ++i) {
+        all &= pixels[i];
+    }
+    return Channel(all, 24) == 255;
+}
+
 void Blit(const Picture& source, const PixelArea& area, const PixelArea& clip, Picture& target) {
     const PixelArea part = Intersection(area, clip);
+    const int width = part.right - part.left;
     for (int y = part.top; y < part.bottom; ++y) {
         const std::uint32_t* from = source.pixels.data() +
                                     static_cast<std::ptrdiff_t>(y - area.top) * source.width +
                                     (part.left - area.left);
         std::uint32_t* to =
             target.pixels.data() + static_cast<std::ptrdiff_t>(y) * target.width + part.left;
-        for (int x = part.left; x < part.right; ++x, ++from, ++to) {
+        if (IsOpaque(from, width)) {  // most are
+            std::copy_n(from, width, to);
+            continue;
+        }
+        for (int x = 0; x < width; ++x, ++from, ++to) {
             *to = Over(*from, *to);
         }
     }
