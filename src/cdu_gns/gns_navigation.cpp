@@ -388,7 +388,6 @@ EntryResult SendTypedHeading(const LineRow&) {
     if (!ReadTypedWhole(heading) || heading > kFullCircle) {
         return EntryResult::InvalidEntry;
     }
-    choices.headingEntry = false;
     SendKeyEvent(KeyEvent::HeadingBugSet, WholeHeading(heading));
     DisengageLnav();
     return EntryResult::Accepted;

@@ -71,37 +71,14 @@ class McuTest : public ::testing::Test {
     FakeUnit unit;
 };
 
-TEST_F(McuTest, ToPageShowsTheLegBeingFlown) {
-    MakePlan();
-    guidance.lnavEngaged = 1;
-    guidance.trackLeg = 1;
-    guidance.crossTrackNm = 0.34;
-    guidance.crossTrackSide = Side::Right;
-    PredictArrivalIn(7.6);
-    progress.destinationDistanceDirect = 210.2;
-    progress.destinationBearingMag = 0.5;
-    unit.Draw();
-    EXPECT_THAT(unit.Rows(), ElementsAre("TO:   ABCDE J521   1/4", "DIST: 30.0 NM", "BRG:  090",
-                                         "ETE:  00:08 (00:53)", "KBBB: 210/001", "LNAV(0.3R) "));
-    aircraft.groundSpeedKt = 25;
-    unit.Draw();
-    EXPECT_EQ(unit.Rows()[3], "ETE:  --:-- (--:--)");
-}
-
-TEST_F(McuTest, ToPageMarksAFlyoverAndKeepsLongIdentifiersWhole) {
-    MakePlan();
-    for (const auto& [index, row] :
-         {std::pair{2, "TO:   FLY(FO) INT    2/4"}, std::pair{3, "TO:   OVERLONG WPT   3/4"}}) {
-        SetActiveWaypoint(index);
-        unit.Draw();
-        EXPECT_EQ(unit.Rows().front(), row);
-    }
-}
-
 TEST_F(McuTest, ToPageSaysWhatIsMissing) {
     unit.Draw();
     EXPECT_EQ(unit.Rows().front(), "TO:   NO FLIGHT PLAN 0/0");
     MakePlan();
+    aircraft.groundSpeedKt = 25;
+    PredictArrivalIn(7.6);
+    unit.Draw();
+    EXPECT_EQ(unit.Rows()[3], "ETE:  --:-- (--:--)");
     SetActiveWaypoint(kNoWaypoint);
     unit.Draw();
     EXPECT_THAT(unit.Rows(),
@@ -113,7 +90,9 @@ TEST_F(McuTest, ToPageStatusLine) {
     constexpr struct {
         int lnav, trackLeg, vnav, holdActive, corner;
         const char* status;
-    } kCases[] = {{1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
+        Side side = Side::Left;
+    } kCases[] = {{1, 1, 0, 0, 0, "LNAV(2.0R) ", Side::Right},
+                  {1, 1, 1, 0, 0, "LNAV(2.0L) VNAV"},
                   {1, 1, 0, 1, 2, "LNAV(2.0L) HOLD(Dwind) "},
                   {1, 0, 0, 1, 0, "DCTTO ( 87D) HOLD(FLY) "},
                   {1, 0, 0, 1, 2, "HOLD(Dwind) "}};  // the hold commands another heading
@@ -121,11 +100,11 @@ TEST_F(McuTest, ToPageStatusLine) {
     holdList.holds[1].fixIndex = 2;
     holdList.holds[1].corners[2].name = "Dwind";
     guidance.crossTrackNm = 2.0;
-    guidance.crossTrackSide = Side::Left;
     guidance.headingCommandMag = 87.4;
     for (const auto& c : kCases) {
         guidance.lnavEngaged = c.lnav;
         guidance.trackLeg = c.trackLeg;
+        guidance.crossTrackSide = c.side;
         guidance.vnavEngaged = c.vnav;
         holdFlight.holdActive = c.holdActive;
         holdFlight.holdTargetCorner = c.corner;
@@ -154,83 +133,6 @@ TEST_F(McuTest, PrevAndNextGoAroundThePlanAndPassGaps) {
     }
 }
 
-TEST_F(McuTest, HoldKeyHoldsAtTheActiveWaypointOnce) {
-    MakePlan();
-    unit.Press("HOLD");
-    EXPECT_EQ(holdList.count, 0) << "needs LNAV";
-    unit.Press("LNAV NEXT HOLD");
-    EXPECT_TRUE(McuHoldLit());
-    EXPECT_EQ(holdList.count, 1);
-    EXPECT_EQ(holdList.holds[1].fixIndex, 2);
-    EXPECT_NEAR(holdList.holds[1].inboundCourseMag, 90, 1e-6);
-    EXPECT_EQ(activePlan.entries[2].hasHold, 1);
-    unit.Press("NEXT HOLD");
-    EXPECT_EQ(holdList.holds[1].fixIndex, 2) << "one is there already";
-}
-
-// ---- FPLN ----
-
-class McuPlansTest : public McuTest {
-  protected:
-    static std::string PlanFile(const std::string& from, const std::string& to) {
-        return "[FlightPlan]\n" + from + "  10.0  20.0  APT  ---\n" +
-               "MID  10.0  21.0  WPT  ---\n" + to + "  10.0  22.0  APT  ---\n";
-    }
-    void StorePlans(int count) {
-        for (int i = 1; i <= count; ++i) {
-            const std::string digit = std::to_string(i);
-            folder.Write("avq/flightplans/P" + digit + ".RTE",
-                         PlanFile("KA" + digit + "A", "KB" + digit + "B"));
-        }
-    }
-
-    TempSimFolder folder;
-};
-
-TEST_F(McuPlansTest, CursorMovesAndScrolls) {
-    StorePlans(6);
-    constexpr struct {
-        const char* key;
-        std::int32_t cursor, first;
-    } kCases[] = {{"FPLN", 0, 0}, {"NEXT*3", 3, 0}, {"NEXT", 4, 1},  {"PREV*3", 1, 1},
-                  {"PREV", 0, 0}, {"DOWN", 1, 0},   {"RIGHT", 5, 2}, {"NEXT*9", 6, 3},
-                  {"LEFT", 2, 2}, {"UP*2", 0, 0}};
-    for (const auto& c : kCases) {
-        unit.Press(c.key);
-        EXPECT_EQ(mcu.plans.row, c.cursor) << c.key;
-        EXPECT_EQ(mcu.plans.first, c.first) << c.key;
-    }
-    unit.Press("NEXT*9");
-    const std::vector<std::string> rows = unit.Rows();
-    ASSERT_EQ(rows.size(), 5U);
-    EXPECT_EQ(rows[0], "FPLN:|    7/7");
-    EXPECT_EQ(rows[4], ">|NEW FPL");
-}
-
-TEST_F(McuPlansTest, EnterLoadsTheHighlightedPlan) {
-    StorePlans(3);
-    unit.Press("FPLN");
-    const std::string second = storedPlans.plans[1].fileName;
-    EXPECT_THAT(unit.After("NEXT"), Contains(HasSubstr(">|" + second)));
-    unit.Press("ENTER");
-    EXPECT_EQ(requests.planLoadMode, 1);
-    EXPECT_EQ(requests.planLoadName, second);
-    ServeRequests();
-    EXPECT_GT(unit.Draw(), 0) << "the message is new";
-    EXPECT_EQ(unit.Rows().back(), "FPL '" + second + "' loaded");
-    EXPECT_EQ(activePlan.lastIndex, 2);
-    EXPECT_EQ(unit.After("TO").front(), "TO:   MID   WPT    1/2");
-    StorePlans(4);
-    EXPECT_THAT(unit.After("FPLN NEXT*9"), Contains(HasSubstr("P4.RTE|KA4A-KB4B")))
-        << "stored meanwhile";
-    guidance.lnavEngaged = 1;
-    unit.Press("ENTER");
-    ServeRequests();
-    EXPECT_FALSE(HasActiveWaypoint());
-    EXPECT_EQ(guidance.lnavEngaged, 0);
-    EXPECT_THAT(unit.After("TO").front(), HasSubstr("NO FLIGHT PLAN"));
-}
-
 // ---- ALT/FL and LEGS ----
 
 TEST_F(McuTest, AltitudeStepsStopAtTheirLimits) {
@@ -252,24 +154,6 @@ TEST_F(McuTest, AltitudeStepsStopAtTheirLimits) {
     }
 }
 
-TEST_F(McuTest, AltitudeIsSentByEnter) {
-    aircraft.apAltitudeTargetFt = 5000;
-    EXPECT_THAT(unit.After("ALT UP*3"),
-                ElementsAre("ALT/FL:", "AP ALT:   05000", "NEW ALT:  08000", "< 1000|500 >"));
-    unit.Press("ENTER");
-    EXPECT_THAT(simulator.events, ElementsAre(std::pair<std::int32_t, std::uint32_t>{66124, 8000}));
-    EXPECT_EQ(mcu.page, kMcuTo);
-}
-
-TEST_F(McuTest, LegsListStartsAtTheActiveLegAndScrolls) {
-    MakePlan();
-    SetActiveWaypoint(2);
-    EXPECT_THAT(unit.After("LEGS"), ElementsAre("LEGS:|    2/4", ">|FLY        60 090|FO| 8000",
-                                                "OVERLONG   60 090", "KBBB       60 090"));
-    EXPECT_EQ(unit.After("PREV*3")[1], ">|ABCDE      60 090");
-    EXPECT_EQ(unit.After("NEXT*9")[4], ">|KBBB       60 090");
-}
-
 TEST_F(McuTest, TheLegAtTheCursorStaysWhenAnotherUnitChangesTheRoute) {
     MakePlan();
     EXPECT_EQ(unit.After("LEGS NEXT*2")[3], ">|OVERLONG   60 090");
@@ -282,46 +166,16 @@ TEST_F(McuTest, TheLegAtTheCursorStaysWhenAnotherUnitChangesTheRoute) {
     EXPECT_THAT(unit.Rows(), Contains(HasSubstr(">|OVERLONG")));
 }
 
-TEST_F(McuTest, CrossingAltitudeGoesToTheLegAtTheCursor) {
+TEST_F(McuTest, AGapHasNoCrossing) {
     MakePlan();
-    EXPECT_EQ(unit.After("CROSS UP*5 RIGHT UP NEXT*2").front(), "LEGS:|05500|    3/4");
-    EXPECT_EQ(unit.Rows().back(), "> Cross OVERLONG At 5500");
+    activePlan.Edit(2).ident = std::string(kDiscontinuity);
+    EXPECT_EQ(unit.After("CROSS NEXT UP ENTER").back(), "> No crossing at a gap");
+    activePlan.Edit(2).ident = "FLY";
     unit.Press("ENTER");
-    EXPECT_EQ(activePlan.entries[3].altitude, 5500);
-    EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 1);
-    EXPECT_EQ(activePlan.entries[2].altitudeConstraint, 0);
-    EXPECT_EQ(planBook.verticalTargetIndex, 3);
-    unit.Press("CROSS NEXT*2 ENTER");
-    EXPECT_EQ(planBook.verticalTargetIndex, 4);
-    EXPECT_EQ(activePlan.entries[3].altitudeConstraint, 0);
+    EXPECT_EQ(activePlan.entries[2].altitude, 1000);
 }
 
-// ---- APT and DIRTO ----
-
-TEST_F(McuTest, RunwayAtTheCursorBecomesThePatternRunway) {
-    EXPECT_THAT(unit.After("APT"), Contains("NO AIRPORT SET"));
-    planAirports.lastAirportIdent = "KAAA";
-    for (int i = 0; i < 6; ++i) {
-        PlanRunway runway;
-        runway.ident = "0" + std::to_string(i + 1);
-        runway.field6 = "ILS";
-        runway.field7 = "110.30";
-        runway.heading = 10 * (i + 1);
-        runway.length = 9000 + i;
-        planAirports.runways.push_back(runway);
-    }
-    EXPECT_THAT(unit.After("APT NEXT*5"), Contains(">|06  ILS 110.30 060   9005"));
-    std::swap(planAirports.runways[5].field6, planAirports.runways[5].field7);
-    planAirports.runways[5].length = 12079;
-    unit.Draw();
-    EXPECT_THAT(unit.Rows(), Contains(">|06  ILS 110.30 060  12079")) << "in either order";
-    unit.Press("EDIT ENTER");
-    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway) << "only ends the typing";
-    unit.Press("ENTER");
-    EXPECT_EQ(planAirports.patternRunwayOffset + planAirports.selectedRunway, 5);
-    unit.Press("ENTER");
-    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
-}
+// ---- DIRTO and typing ----
 
 TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
     navDatabase.navaids.Append({"KBBB", "NDB", 0, 2.5, PointKind::Navaid, "385", ""});
@@ -345,13 +199,13 @@ TEST_F(McuTest, EditingBelongsToPagesThatTakeText) {
         EXPECT_EQ(mcu.editing, editing) << page;
         EXPECT_EQ(unit.CountPixels(kPurple) > 0, editing == 1) << page;
     }
+    guidance.blinkCounter = 5;
     unit.Press("TO DIRTO EDIT");
+    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
     mcu.entryText = "ABC";
     unit.Press("EDIT");
     EXPECT_EQ(mcu.entryText, "");
 }
-
-// ---- typing ----
 
 class McuTypingTest : public McuTest {
   protected:
@@ -370,84 +224,6 @@ class McuTypingTest : public McuTest {
     FakeKeyboard keyboard{Picture::Services()};
     TempSimFolder folder;
 };
-
-TEST_F(McuTypingTest, DirectToTheTypedIdentifierAtTheChosenCandidate) {
-    MakePlan();
-    navDatabase.navaids.Append({"KX", "FAR", 40, 60, PointKind::Vor, "113.90", ""});
-    navDatabase.intersections.Append({"KX", "NEAR", 0, 2.5, PointKind::Intersection, "", ""});
-    EXPECT_THAT(unit.After("DIRTO"), Contains("EDIT TO TYPE"));
-    Type({scan::kB});
-    EXPECT_EQ(mcu.entryText, "") << "typing is off";
-    guidance.blinkCounter = 5;
-    unit.Press("EDIT");
-    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
-    EXPECT_THAT(unit.Rows(), Contains("TYPE IDENTIFIER"));
-    Type({scan::kK, scan::kA});
-    EXPECT_THAT(unit.Rows(), Contains("NOT IN DATABASE"));
-    unit.Press("ENTER*2 EDIT");
-    EXPECT_EQ(activePlan.lastIndex, 4) << "nothing to fly to";
-    Type({scan::kBackspace, scan::kX});
-    EXPECT_EQ(unit.Rows().front(), "DIRTO:|KX");
-    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090"));
-    Type({scan::kUp});
-    EXPECT_THAT(unit.Rows(), Contains(HasSubstr("> KX      V")));
-    unit.Press("EDIT ENTER");
-    EXPECT_EQ(activePlan.lastIndex, 4) << "nor to what was typed before";
-    unit.Press("EDIT");
-    Type({scan::kK, scan::kX});
-    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090")) << "the nearest again";
-    Type({scan::kUp});
-    unit.Press("DIRTO");
-    Type({scan::kK, scan::kX});
-    EXPECT_THAT(unit.Rows(), Contains("> KX      I 090")) << "whoever begins anew";
-    Type({scan::kUp});
-    Type({scan::kEnter});
-    EXPECT_EQ(mcu.editing, 0);
-    EXPECT_EQ(mcu.page, kMcuDirto) << "the unit's own ENTER flies there";
-    unit.Press("ENTER");
-    EXPECT_EQ(activePlan.entries[1].longitude, 60);
-    EXPECT_EQ(Show(activePlan), "DIRECT >KX KBBB");
-}
-
-TEST_F(McuTypingTest, TypedAirportIsShownWithItsRunways) {
-    folder.Write("avq/Navdata/avq_apts.txt",
-                 "KXZ NAME 1234 40.0 -73.0 09L_9000_40.1_-73.9_ILS_110.30_88_90\n");
-    planAirports.patternRunwayOffset = 2;
-    unit.Press("APT EDIT");
-    Type({scan::kK, scan::kX, scan::kA, scan::kEnter});
-    EXPECT_THAT(unit.Rows(), ElementsAre("APT:|KXA", "NOT IN DATABASE"));
-    EXPECT_EQ(planAirports.patternRunwayOffset, 2);
-    unit.Press("EDIT");
-    Type({scan::kBackspace, scan::kZ});
-    unit.Press("ENTER");
-    EXPECT_EQ(planAirports.lastAirportIdent, "KXZ");
-    EXPECT_EQ(unit.Rows().front(), "APT: KXZ  - Elev:1234");
-    EXPECT_EQ(planAirports.patternRunwayOffset, kNoPatternRunway);
-    EXPECT_EQ(planAirports.destinationIdent, "") << "looking at an airport changes no plan";
-}
-
-TEST_F(McuTypingTest, LegsFindTheTypedWaypointAndCrossTakesTheTypedAltitude) {
-    MakePlan();
-    unit.Press("LEGS EDIT");
-    Type({scan::kK, scan::kB});
-    EXPECT_EQ(mcu.legs.row + 1, 4);
-    Type({scan::kPageUp, scan::kX});
-    EXPECT_EQ(mcu.legs.row + 1, 1) << "no waypoint begins like this";
-    unit.Press("CROSS");
-    Type({scan::kDown, scan::k1, scan::kA, scan::k1, scan::k0, scan::k0, scan::k0, scan::k9});
-    EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4");
-    unit.Press("EDIT");
-    EXPECT_EQ(unit.Rows().front(), "LEGS:|11000|    2/4") << "the end of typing takes nothing back";
-    unit.Press("UP EDIT");
-    Type({scan::k1, scan::kBackspace});
-    EXPECT_EQ(unit.Rows().front(), "LEGS:|12000|    2/4") << "typed and erased";
-    Type({scan::kEnter});
-    activePlan.Edit(2).ident = std::string(kDiscontinuity);
-    EXPECT_EQ(unit.After("ENTER").back(), "> No crossing at a gap");
-    activePlan.Edit(2).ident = "FLY";
-    unit.Press("ENTER");
-    EXPECT_EQ(activePlan.entries[2].altitude, 12000);
-}
 
 TEST_F(McuTypingTest, MessagesGiveWayToTheEntryFrame) {
     AppendMessage("FPL 'A.RTE' loaded");
@@ -508,7 +284,7 @@ constexpr Flow kFlows[] = {
     {"an airport", false,
      "APT EDIT =KXA =e EDIT =b EDIT EDIT =KZZe NEXT ENTER ENTER NEXT DOWN NEXT NEXT NEXT ENTER "
      "PREV UP "
-     "LEFT RIGHT EDIT ENTER EDIT =K TO APT"},
+     "LEFT RIGHT EDIT ENTER EDIT =KZZe EDIT =K TO APT"},
     {"direct to", true,
      "DIRTO =A EDIT =KA ENTER EDIT =bX =u =d =u =e ENTER DIRTO EDIT =KX EDIT ENTER EDIT =KXe "
      "NEXT ENTER LEGS DIRTO EDIT =ZZd PREV PREV =e ENTER"},
@@ -565,7 +341,9 @@ class McuScreens : public McuTypingTest {
         Update();
         RequestUnitRedraw();
         unit.Draw();
-        changes_.Note(ScreenLines(unit.Texts()), out);
+        std::set<std::string> lines = ScreenLines(unit.Texts());
+        lines.insert(Format("lit %d%d%d", McuLnavLit(), McuHoldLit(), mcu.editing));
+        changes_.Note(std::move(lines), out);
         for (const auto& [event, value] : std::exchange(simulator.events, {})) {
             out << "sent " << event << ' ' << value << '\n';
         }

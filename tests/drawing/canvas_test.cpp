@@ -107,6 +107,17 @@ TEST(Canvas, LevelAndUprightHairlinesFillOneRowOfPixels) {
     }
 }
 
+TEST(Canvas, ARectangleTurnsWithItsPlace) {
+    Picture picture(20, 20);
+    Canvas canvas(&picture.context(), 20, 20);
+    canvas.Rotate(90);
+    canvas.DrawRectangle({kRed, 2}, 5, -15, 10, 6);
+    for (const auto& [x, y] : {std::pair{9, 10}, {15, 10}, {12, 5}, {12, 15}}) {
+        EXPECT_TRUE(test::IsColour(picture.At(x, y), kRed)) << x << ' ' << y;
+    }
+    EXPECT_EQ(picture.At(12, 10), 0u);
+}
+
 TEST(Canvas, ALineToAFarPlaceKeepsItsDirection) {
     for (const double far : {1.0e4, 3.0e6, 1.0e12}) {
         Picture picture(64, 64);

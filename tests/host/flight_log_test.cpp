@@ -175,6 +175,9 @@ TEST_F(FlightLogTest, EachPhaseBeginsWhereItShould) {
                     folder.Read("avq/FlightLog/" + name) == folder.Read(kRecords));
     }
     EXPECT_EQ(kept, 1);
+    StartActivePlan();
+    Seconds(1);
+    EXPECT_EQ(flightLog.takeoffTimeText + flightLog.landingTimeText, "") << "of another flight";
 }
 
 TEST_F(FlightLogTest, TheFileIsAsItsReadersKnowIt) {
