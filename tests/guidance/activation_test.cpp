@@ -198,7 +198,6 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     modifiedPlan.Edit(1).altitude = 9000;
     modifiedPlan.Edit(1).altitudeConstraint = 1;
     modifiedPlan.Edit(1).speed = 210;
-    modifiedPlan.Edit(0).altitude = modifiedPlan.Edit(3).altitude = 9000;
     guidance.directToTurn = "LEFT";
     procedureChoice.sidName = "OLD1";
     guidance.pendingTurnSide = Side::Right;
@@ -210,7 +209,6 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     EXPECT_EQ(holdList.count, 0);
     EXPECT_NE(activePlan.entries[1].altitude, 9000);  // predicted
     EXPECT_EQ(activePlan.entries[1].altitudeConstraint, 0);
-    EXPECT_EQ(activePlan.entries[0].altitude, 13);
     EXPECT_EQ(activePlan.entries[3].altitude, 20);
     EXPECT_EQ(guidance.directToTurn, "DEFAULT");
     EXPECT_EQ(planAirports.destinationIdent, "KBOS");
@@ -220,6 +218,11 @@ TEST_F(ActivePlan, AStoredPlanIsActivatedWithoutItsRestrictions) {
     EXPECT_EQ(planBook.fuelLoadRequested, 9000);
     EXPECT_EQ(planBook.reserveFuelInUse, 1500);
     EXPECT_EQ(planBook.verticalTargetIndex, 3);
+    SetPlan(modifiedPlan, "EEE CCC DDD FFF");  // no airport gives an altitude
+    modifiedPlan.Edit(0).altitude = modifiedPlan.Edit(3).altitude = 9000;
+    EXPECT_TRUE(ActivateModifiedPlan());
+    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
+    EXPECT_EQ(activePlan.entries[3].altitude, kUnset);
 }
 
 TEST_F(ActivePlan, SwitchesSendWhatTheyAskForHoweverAPlanBecomesActive) {

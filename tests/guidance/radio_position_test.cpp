@@ -28,6 +28,7 @@ TEST(RadioPosition, IsThatOfTheStationWhereBearingAndDistancePoint) {
         {"too far off", 9, 30, 0, ""},
         {"and farther", 0, 36, 0, ""},
         {"south-east", 45, 42.4, 0, "SOU"},
+        {"more than once around", 405, 42.4, 0, "SOU"},
         {"to the left of the nose", -270, 60, 0, ""},
         {"on the slant", 0, 42.4, 182284, "EAS"},
         {"a localizer", 0, 30, 0, "", 0x80},
@@ -58,6 +59,8 @@ TEST(RadioPosition, IsThatOfTheStationWhereBearingAndDistancePoint) {
         EXPECT_EQ(StationReceived(NavReceiver::Right).navaid, nullptr);
         LatLon position{9, 9};
         const bool known = row.left[0] != '\0';
+        EXPECT_NEAR(left.bearingTrue, known ? PositiveModulo(90 + row.relativeBearing, 360) : 0,
+                    1e-9);
         EXPECT_EQ(RadioPosition(position), known);
         EXPECT_NEAR(position.latitude, known ? 0 : 9, 0.06);
         EXPECT_NEAR(position.longitude, known ? 0 : 9, 0.06);

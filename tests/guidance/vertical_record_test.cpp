@@ -112,7 +112,11 @@ const RecordedPlan kPlans[] = {
      17000,
      {{"AAA", 5, 5}, {"KBBB", 8, 5, 300}},
      {{1, 0, 17000, kClimb}, {1, -0.1, 16900, kClimb}, {1, 0.3, 16000, kCruise}}},
-    {"in one place", "demo-jet", 0, {{"KAAA", 1, 1, 20}, {"KBBB", 1, 1, 20}}, {}},
+    {"in one place",
+     "demo-jet",
+     0,
+     {{"KAAA", 1, 1, 20}, {"KBBB", 1, 1, 20}},
+     {{1, 0, 400, kClimb}}},
 };
 
 void Place(double latitude, double longitude, double altitudeFt) {
@@ -227,6 +231,9 @@ TEST(RecordedPlans, AreAsTheyWereWhenLastLookedAt) {
             CopyActiveToModified();
             for (const RouteStatus status : {RouteStatus::Modified, RouteStatus::AwaitsExecution}) {
                 planBook.status = status;
+                if (status == RouteStatus::AwaitsExecution) {
+                    performance.flightPathAngleDeg = 3;  // the tables' rates replace it
+                }
                 planBook.waitingPerformance.cruiseAltitudeFt =
                     plan.cruiseFt > 0 ? std::optional(plan.cruiseFt - 2000) : std::nullopt;
                 now << " modified"
@@ -293,6 +300,7 @@ const Step kSteps[] = {
     {"planned anew and filled", [] { PlanVerticalProfile(29000, 1); }},
     {"top of climb", [] { ComputeTopOfClimb(0); }},
     {"top of climb behind it", [] { ComputeTopOfClimb(1); }},
+    {"top of climb at a restriction", [] { SetActiveWaypoint(1), ComputeTopOfClimb(0); }},
     {"top of descent", [] { ComputeTopOfDescent(0); }},
     {"top of descent from here", [] { ComputeTopOfDescent(1); }},
     {"aimed", [] { ChooseTargetEntry(0), AimAtTarget(0); }},

@@ -842,8 +842,12 @@ TEST_F(VnavTest, ThePresentWindTurnsIntoTheOneEntered) {
     aircraft.indicatedAirspeedKt = 240;
     EXPECT_NEAR(groundSpeedAt(1), 240 - 60 * (1 - std::exp(-55 / 150.0)), 0.1);
     EXPECT_NEAR(groundSpeedAt(10), 180, 2);
+    CopyActiveToModified();
+    planBook.status = RouteStatus::Modified;
+    const double intoTheWind = ModifiedPredictions().entries[10].groundSpeedKt;
     ClearCruiseWind();
     EXPECT_NEAR(groundSpeedAt(10), 240, 0.1);
+    EXPECT_NEAR(ModifiedPredictions().entries[10].groundSpeedKt, intoTheWind + 60, 2);
     aircraft.altitudeFt = 700;  // without a profile it is kept
     ClearCruiseWind();
     RefreshPredictions();

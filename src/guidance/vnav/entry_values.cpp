@@ -74,9 +74,6 @@ struct ProfileWalk {
             (next->speed < own || next->speed < side)) {
             speed = next->speed;
         }
-        if ((profile.targets[index] || HasSpeedRestriction(input.Entry(index))) && own != kUnset) {
-            speed = own;
-        }
         const double limit = climbing ? from.climbSpeedRestriction : from.descentSpeedRestriction;
         const double below =
             climbing ? from.climbRestrictionAltitude : from.descentRestrictionAltitude;
