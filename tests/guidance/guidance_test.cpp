@@ -63,9 +63,11 @@ TEST_F(GuidanceTest, TimesToGo) {
         EXPECT_THAT((std::vector{progress.eteWaypointHours, progress.eteWaypointMinutes,
                                  progress.eteWaypointTenths, progress.eteWaypointRealHours,
                                  progress.eteWaypointRealMinutes, progress.eteDestinationHours,
+                                 progress.eteDestinationMinutes, progress.eteDestinationRealHours,
                                  progress.eteDestinationRealMinutes}),
-                    Pointwise(DoubleNear(1e-9), {row.hours, row.minutes, row.tenths, row.realHours,
-                                                 row.realMinutes, row.hours, row.realMinutes}))
+                    Pointwise(DoubleNear(1e-9),
+                              {row.hours, row.minutes, row.tenths, row.realHours, row.realMinutes,
+                               row.hours, row.minutes, row.realHours, row.realMinutes}))
             << row.distanceNm << " nm at " << row.speedKt;
     }
 }
@@ -278,6 +280,18 @@ TEST_F(GuidanceTest, AWaypointLeftBehindCountsAsReached) {
     }
 }
 
+TEST_F(GuidanceTest, AnArrivalIsStampedWithinTheChangeDistanceAboveTaxiSpeed) {
+    for (const auto& [toGoNm, speedKt, stamped] :
+         {std::array{2.99, 65.1, 1.0}, {3, 65.1, 0}, {2.99, 65, 0}}) {
+        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}});
+        SetActiveWaypoint(1);
+        guidance.distanceToGoNm = toGoNm;
+        aircraft.groundSpeedKt = speedKt;
+        StampArrivalTime();
+        EXPECT_EQ(activePlan.entries[1].ataText, stamped == 1 ? "00:00" : "") << toGoNm << speedKt;
+    }
+}
+
 TEST_F(GuidanceTest, NearTheDestinationItsTowerViewIsSentWhenAsked) {
     for (const auto& [toGoNm, viewNm, towerView, done] :
          {std::array{25.0, 1.0, 1.0, 1.0}, {25.1, 1, 0, 0}, {24, 0, 0, 1}}) {
@@ -357,7 +371,12 @@ TEST_F(ActivationTest, ALoadedPlanIsFlownFromItsFirstWaypoint) {
     planAirports.destinationAirportState = 2;
     AppendMessage("kept");
     AppendMessage("dropped");
-    LoadPlanToActive("ABCD.RTE");
+    settings.LoadFuelonFlightPlanLoad = 1;
+    for (const auto& [speedKt, fuel] : {std::pair{5.0, 0.0}, {4.9, 6000}}) {
+        aircraft.groundSpeedKt = speedKt;
+        LoadPlanToActive("ABCD.RTE");
+        EXPECT_EQ(planBook.fuelLoadRequested, fuel) << speedKt;
+    }
     EXPECT_EQ(planBook.status, RouteStatus::Active);
     EXPECT_EQ(vnav.cruiseAltitude, 31000);
     EXPECT_NEAR(guidance.distanceToGoNm, 60, 1e-6);

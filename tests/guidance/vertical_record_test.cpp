@@ -107,6 +107,11 @@ const RecordedPlan kPlans[] = {
       {1, 0, 15000, kClimb},
       {2, 0.5, 18000, kCruise},
       {3, 0.5, 18000, kDescent}}},
+    {"the altitude of the tables, an end that is no airport",
+     "demo-turboprop",
+     0,
+     {{"KAAA", 50, 3, 200}, {"AAA", 49.2, 2}, {"BBB", 48, 1}},
+     {{1, 0.5, 8000, kClimb}, {2, 0.6, 16000, kCruise}}},
     {"two entries, at the cruise altitude already",
      "demo-turboprop",
      17000,
@@ -295,6 +300,13 @@ const Step kSteps[] = {
     {"a lower one", [] { SetCruiseAltitude(14000); }},
     {"the same", [] { SetCruiseAltitude(33000); }},
     {"beyond any", [] { SetCruiseAltitude(70000); }},
+    {"beyond any, there already",
+     [] {
+         SetCruiseAltitude(60000);
+         Settle(kCruise);
+         vnav.lastVsSent = 700;
+         SetCruiseAltitude(70000);
+     }},
     {"below 0", [] { SetCruiseAltitude(-5); }},
     {"planned anew", [] { PlanVerticalProfile(0, 0); }},
     {"planned anew and filled", [] { PlanVerticalProfile(29000, 1); }},
@@ -341,10 +353,15 @@ const Step kSteps[] = {
          vnav.pauseDone = vnav.simRateResetDone = 0;
          ApplyTopOfDescentActions();
      }},
+    {"a pause that was made",
+     [] {
+         vnav.pauseArmed = 1;
+         ApplyTopOfDescentActions();
+     }},
     {"a high rate",
      [] {
          settings.Lnav1xAtTod = 1;
-         vnav.simRateResetDone = 0;
+         vnav.simRateResetDone = vnav.pauseDone = 0;
          derived.simRate = 4;
          ApplyTopOfDescentActions();
      }},
@@ -371,6 +388,22 @@ const Step kSteps[] = {
          ChangePerformance(SpeedChange(kCruise, SpeedMode::LongRange));
          ChangePerformance(SpeedChange(kDescent, SpeedMode::Fastest));
      }},
+    {"two of the pilot's speeds, and the aircraft's again",
+     [] {
+         planBook.status = RouteStatus::None;
+         for (const VerticalPhase phase : {kClimb, kCruise, kDescent}) {
+             ChangePerformance(SpeedChange(phase, SpeedMode::MaxAngle));
+             ChangePerformance(SpeedChange(phase, SpeedMode::Fastest));
+             ChangePerformance(SpeedChange(phase, SpeedMode::Economy));
+         }
+     }},
+    {"a cost index, and the altitude of the tables",
+     [] {
+         planBook.status = RouteStatus::None;
+         ChangePerformance({.costIndex = 40});
+         ChangePerformance(SpeedChange(kDescent, SpeedMode::Fastest));
+         PlanVerticalProfile(0, 1);
+     }},
     {"the pilot's speeds, and economy again",
      [] {
          planBook.status = RouteStatus::None;
@@ -378,9 +411,10 @@ const Step kSteps[] = {
          ChangePerformance({.costIndex = 40});
          ChangePerformance(SpeedChange(kClimb, SpeedMode::Economy));
      }},
-    {"the pilot's limits",
+    {"the pilot's limits and cruise altitude",
      [] {
          planBook.status = RouteStatus::None;
+         ChangePerformance({.cruiseAltitudeFt = 27000});
          ChangePerformance(LimitChange(kClimb));
          ChangePerformance(LimitChange(kDescent));
      }},

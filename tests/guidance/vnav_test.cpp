@@ -165,6 +165,7 @@ TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
         {-1, 0, 2000, 41000, 12000},                                  // westbound
         {10, 0, 2000, 41000, 41000},                                  // the aircraft's highest
         {10, 0, 2000, 41500, 41000},   {40, 0, 100, 41000, 0},        // not within 199 minutes
+        {40, 0, 100, 19900, 19000},                                   // in the last of them
         {10, 0, 0, 41000, 0},                                         // no rate
         {0.001, 0, 2000, 41000, 1000},                                // a minute at least
     };

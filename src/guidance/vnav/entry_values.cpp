@@ -143,7 +143,6 @@ void WalkProfile(const PlanningInput& input, const AircraftPerformance& from,
                  PlannedProfile& profile, EntryValues& values) {
     values.altitude.fill(profile.cruiseAltitude);
     values.speed.fill(from.cruiseIas);
-    profile.targets.reset();
     const RouteTable& route = *input.route;
     ProfileWalk descent{input, from, profile, values, false};
     const auto last = static_cast<std::size_t>(route.last);

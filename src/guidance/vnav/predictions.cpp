@@ -205,8 +205,7 @@ class PaperFlight {
         const double minutes = (stopNm - alongNm_) / groundKt_ * 60;
         const VerticalPhase burning =
             phase_ == VerticalPhase::Descent && gainFt > -1 ? VerticalPhase::Cruise : phase_;
-        const double fpm = minutes > 0 ? gainFt / minutes : 0;
-        fuelLb_ -= FuelFlowPph(experience, burning, middleFt, fpm) * minutes / 60;
+        fuelLb_ -= FuelFlowPph(experience, burning, middleFt, gainFt / minutes) * minutes / 60;
         minutes_ += minutes;
         alongNm_ = stopNm;
     }
