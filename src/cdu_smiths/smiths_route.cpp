@@ -104,6 +104,7 @@ bool ChooseSmithsIntercept(std::int32_t index, double courseMag) {
     }
     LeadInOnCourse(modifiedPlan, courseMag + aircraft.magneticVariation, PresentPosition());
     smithsDirect.onCourse = true;
+    smithsDirect.courseMag = courseMag;
     return true;
 }
 
@@ -153,7 +154,7 @@ void ExecuteSmithsRoute() {
                 SetActiveWaypoint(directTo);
                 planBook.trackedIndex = directTo;
             }
-            guidance.trackLeg = smithsDirect.onCourse ? 1 : 0;
+            guidance.trackLeg = guidance.joinLeg = smithsDirect.onCourse ? 1 : 0;
         }
         smithsDirect = {};
         smiths.legsMode = LegsMode::Normal;

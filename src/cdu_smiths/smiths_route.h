@@ -50,6 +50,7 @@ bool EditSmithsPlan(Edit&& edit) {
 struct SmithsDirect {
     bool waits = false;
     bool onCourse = false;
+    double courseMag = 0;  // into the waypoint, as chosen
 };
 extern SmithsDirect smithsDirect;
 

@@ -72,7 +72,7 @@ void LoadPlanAirports() {
 
 void StartActivePlan() {
     ForgetDestination();
-    guidance.trackLeg = 0;
+    guidance.trackLeg = guidance.joinLeg = 0;
     guidance.pendingTurnSide = Side::None;
     guidance.directToTurn = GuidanceState{}.directToTurn;
     FlyFrom(kFirstWaypoint);
@@ -167,7 +167,7 @@ bool FlyDirectToEntry(std::int32_t index) {
     }
     const std::int32_t flown = planBook.trackedIndex;
     CopyModifiedToActive();
-    guidance.trackLeg = 0;
+    guidance.trackLeg = guidance.joinLeg = 0;
     FlyFrom(flown);
     ReplanChangedRoute();
     return true;

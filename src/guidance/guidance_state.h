@@ -38,6 +38,8 @@ struct GuidanceState {
     double waypointChangeDistanceNm = 3.0;
     std::int32_t firstLegPrepared = 0;
     std::int32_t trackLeg = 0;  // 1 steer along the leg, 0 straight at the waypoint
+    // 1 = the leg is to be joined, however far off it still is: it is tracked once it is near.
+    std::int32_t joinLeg = 0;
     double lookAheadLatitude = 0;
     double lookAheadLongitude = 0;
     double bearingToLookAheadTrue = 0;

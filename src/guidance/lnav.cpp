@@ -144,7 +144,7 @@ bool EngageLnav() {
 
 void DisengageLnav() {
     guidance.lnavEngaged = 0;
-    guidance.trackLeg = 0;
+    guidance.trackLeg = guidance.joinLeg = 0;
     EndHoldFlight();
 }
 
@@ -214,8 +214,7 @@ void SequenceWaypoint() {
     }
     TargetOnPassing();
     RecordPassage();
-    TrackPassage(activePlan.entries[planBook.activeIndex],
-                 activePlan.entries[planBook.activeIndex + 1]);
+    TrackPassage(activePlan.entries[planBook.activeIndex]);
     ++planBook.activeIndex;
     UpdateRouteDistance();
     CommandOnPassing();
@@ -226,6 +225,7 @@ void SequenceWaypoint() {
     }
     AimAtActiveWaypoint();
     guidance.trackLeg = 1;
+    guidance.joinLeg = 0;
     SetAltimeterAsSet();
 }
 

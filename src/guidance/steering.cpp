@@ -96,7 +96,8 @@ void Steer() {
     FindLookAheadPoint(leg);
     if (guidance.crossTrackNm >= kLegTrackingLimitNm) {
         guidance.trackLeg = 0;
-    } else if (guidance.trackLeg == 1) {
+    } else if (guidance.trackLeg == 1 || guidance.joinLeg == 1) {
+        guidance.trackLeg = 1;
         guidance.headingCommandMag =
             TrueToMagnetic(guidance.bearingToLookAheadTrue, aircraft.magneticVariation);
     }

@@ -212,6 +212,16 @@ TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
     TwoTicksAt(0, 1.97);
     EXPECT_EQ(planBook.activeIndex, 2);
     EXPECT_EQ(guidance.trackLeg, 1);
+    guidance.joinLeg = 1;  // a leg to be joined waits until it is near
+    TickAt(10.5 / 60, 3);
+    EXPECT_EQ(guidance.trackLeg, 0);
+    EXPECT_EQ(guidance.headingCommandMag, guidance.bearingToWaypointMag);
+    TickAt(9.0 / 60, 3);
+    EXPECT_EQ(guidance.trackLeg, 1);
+    EXPECT_NE(guidance.headingCommandMag, guidance.bearingToWaypointMag);
+    DisengageLnav();
+    TickAt(9.0 / 60, 3);
+    EXPECT_EQ(guidance.trackLeg, 0);
 }
 
 TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
