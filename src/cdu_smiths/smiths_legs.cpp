@@ -63,15 +63,19 @@ bool ShowsData(const FieldRow&) {
 
 // ---- left keys ----
 // A hold in the modified plan, which the hold page shows then.
-EntryResult HoldAtEntry(std::int32_t index) {
+EntryResult HoldAtEntry(std::int32_t index, double inboundCourseMag) {
     HoldPattern hold = NewHold();
-    hold.inboundCourseMag = CourseIntoMag(SmithsPlan(), index);
+    hold.inboundCourseMag = inboundCourseMag;
     if (!EditSmithsPlan([&](FlightPlan& plan) { return HoldAt(plan, index, hold); })) {
         return EntryResult::InvalidEntry;
     }
     smiths.legsMode = LegsMode::Normal;
     OpenSmithsHold(index);
     return EntryResult::Accepted;
+}
+
+EntryResult HoldAtEntry(std::int32_t index) {
+    return HoldAtEntry(index, CourseIntoMag(SmithsPlan(), index));
 }
 
 // A direct leg takes an entry of its own.
@@ -234,12 +238,13 @@ EntryResult CopyCrossing(const FieldRow& field) {
 }
 
 // ---- the sixth row: direct-to ----
-bool ChoosesDirect(const FieldRow&) {
-    return !showsData && smiths.legsMode == LegsMode::DirectTo && !smithsDirect.waits;
+bool HasChosenDirect(const FieldRow&) {
+    return !showsData && smiths.legsMode == LegsMode::DirectTo && smithsDirect.waits &&
+           !SmithsShowsActivePlan();
 }
 
-bool HasChosenDirect(const FieldRow&) {
-    return !showsData && smiths.legsMode == LegsMode::DirectTo && smithsDirect.waits;
+bool ChoosesDirect(const FieldRow& field) {
+    return !showsData && smiths.legsMode == LegsMode::DirectTo && !HasChosenDirect(field);
 }
 
 // A new point is flown to first, and the route goes on from it behind a gap.
@@ -289,7 +294,8 @@ EntryResult EnterInterceptCourse(const FieldRow&, std::string_view text) {
 }
 
 void ShowInterceptCourse(const FieldRow&, UnitText& text) {
-    text = CourseText(CourseIntoMag(SmithsPlan(), SmithsFlownIndex()));
+    text = CourseText(smithsDirect.onCourse ? smithsDirect.courseMag
+                                            : CourseIntoMag(SmithsPlan(), SmithsFlownIndex()));
 }
 
 // ---- the sixth row: holds ----
@@ -331,7 +337,11 @@ EntryResult HoldHere(const FieldRow&) {
         SetFlownIndex(plan, at);
         return true;
     });
-    return inserted ? HoldAtEntry(at) : EntryResult::PlanFull;
+    if (!inserted) {
+        return EntryResult::PlanFull;
+    }
+    const double trackMag = GnsTrackMag();  // it goes on as the aircraft does
+    return std::isfinite(trackMag) ? HoldAtEntry(at, trackMag) : HoldAtEntry(at);
 }
 
 EntryResult EnterHoldFix(const FieldRow& field, std::string_view text) {
