@@ -142,7 +142,7 @@ bool IsRunway(std::string_view runway) {
 // A departure chosen before is laid out anew for the runway.
 EntryResult EnterRunway(const FieldRow&, std::string_view text) {
     if (Origin() == nullptr) {
-        return EntryResult::InvalidEntry;
+        return EntryResult::NotInDatabase;
     }
     if (airportSlots[kDepartureSlot].ident != Origin()->ident) {
         LoadPlanAirportDetail(Origin()->ident, kDepartureSlot);
@@ -193,8 +193,8 @@ bool IsPlaceholder(const RoutePair& way) {
 
 bool IsAlongAirway(const RoutePair* way) {
     return way != nullptr &&
-           (IsPlaceholder(*way) ||
-            (way->via != "DIRECT" && SmithsPlan().entries[way->lastIndex].procedure.empty()));
+           (IsPlaceholder(*way) || (way->via != "DIRECT" && way->via != kDirectVia &&
+                                    SmithsPlan().entries[way->lastIndex].procedure.empty()));
 }
 
 EntryResult ResultOf(AirwayResult result) {

@@ -158,7 +158,14 @@ std::string_view PlanTypeOf(PointKind kind) {
     return kPilotPointType;
 }
 
+void EndModification() {
+    if (planBook.status == RouteStatus::Modified) {
+        planBook.status = RouteStatus::Active;
+    }
+}
+
 void CopyActiveToModified() {
+    EndModification();
     modifiedPlan = activePlan;
     planBook.waitingPerformance = {};
     for (std::int32_t i = 0; i <= modifiedPlan.lastIndex; ++i) {
@@ -309,8 +316,16 @@ bool CloseDiscontinuity(FlightPlan& plan, std::int32_t position) {
         return false;
     }
     ClosePlanEntries(plan, position, position + 1);
+    LeadAnew(plan, position);
     NoteEdit(plan);
     return true;
+}
+
+void LeadAnew(FlightPlan& plan, std::int32_t index) {
+    if (plan.Holds(index) && plan.Holds(index - 1) && plan.entries[index].procedure.empty() &&
+        plan.entries[index].via != plan.entries[index - 1].via) {
+        plan.Edit(index).via.clear();
+    }
 }
 
 void DeleteRange(FlightPlan& plan, std::int32_t first, std::int32_t beyond) {
@@ -344,7 +359,7 @@ bool DirectTo(FlightPlan& plan, std::int32_t index, const LatLon& presentPositio
     }
     OpenPlanEntry(plan, target);
     plan.Edit(target) = DirectEntry(presentPosition);
-    plan.Edit(target).via = "DCT";
+    plan.Edit(target).via = kDirectVia;
     plan.Edit(target + 1).via.clear();
     SetFlownIndex(plan, target + 1);
     NoteEdit(plan);
@@ -483,23 +498,16 @@ void DropModification() {
         planBook.originIdent = activePlan.entries[0].ident;
         planBook.destinationIdent = activePlan.entries[activePlan.lastIndex].ident;
     }
-    AdvanceRouteStatus();
 }
 
-void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next) {
+void TrackPassage(const PlanWaypoint& passed) {
     std::int32_t& tracked = planBook.trackedIndex;
     const bool isOfActiveRoute =
         planBook.status == RouteStatus::Active || planBook.status == RouteStatus::Modified;
-    if (!isOfActiveRoute || !modifiedPlan.Holds(tracked) ||
-        !IsSamePoint(modifiedPlan.entries[tracked], passed)) {
-        return;
+    if (isOfActiveRoute && modifiedPlan.Holds(tracked) &&
+        IsSamePoint(modifiedPlan.entries[tracked], passed)) {
+        tracked = std::min(tracked + 1, modifiedPlan.lastIndex);
     }
-    std::int32_t ahead = tracked + 1;
-    while (ahead <= modifiedPlan.lastIndex && !IsSamePoint(modifiedPlan.entries[ahead], next)) {
-        ++ahead;
-    }
-    tracked =
-        ahead <= modifiedPlan.lastIndex ? ahead : std::min(tracked + 1, modifiedPlan.lastIndex);
 }
 
 void NoteEdit(const FlightPlan& plan) {

@@ -20,6 +20,7 @@
 namespace avq1 {
 
 inline constexpr std::string_view kDirectEntry = "DIRECT";  // where a direct leg begins
+inline constexpr std::string_view kDirectVia = "DCT";       // its way: no airway
 inline constexpr std::string_view kHoldPresentPosition = "HOLD PPOS";
 
 // A plan's entry for a record: identifier, position, plan type and frequency.
@@ -69,6 +70,10 @@ bool DeleteBetween(FlightPlan& plan, std::int32_t position);
 // Removes the discontinuity that stands there.
 bool CloseDiscontinuity(FlightPlan& plan, std::int32_t position);
 
+// Another entry than before stands in front of this one now: its leg is a direct one, unless both
+// are of one airway, or it belongs to a procedure.
+void LeadAnew(FlightPlan& plan, std::int32_t index);
+
 // Removes entries first to beyond - 1 without renumbering the flown index and the holds.
 void DeleteRange(FlightPlan& plan, std::int32_t first, std::int32_t beyond);
 
@@ -107,6 +112,9 @@ std::int32_t NextRestriction(const FlightPlan& plan, std::int32_t index);
 
 // ---- the modified plan ----
 
+// The modified plan is put to another use: no modification of the active route waits any more.
+void EndModification();
+
 // Starts an edit: the tracked index follows the active waypoint from here on, holds get their
 // modified-plan references, and the next entry goes to the plan's end.
 void CopyActiveToModified();
@@ -131,9 +139,8 @@ void ResolveEntry(const FlightPlan& plan, std::string_view text, SearchCategory 
 // use and asks for its fuel to be loaded when the setting says so.
 void AdvanceRouteStatus();
 
-// The active plan's waypoint was passed and the next one is flown. A modified plan that tracks the
-// passed one tracks the next one too, or what follows where a modification has taken that out.
-void TrackPassage(const PlanWaypoint& passed, const PlanWaypoint& next);
+// The active plan's waypoint was passed. A modified plan that tracks it tracks what follows there.
+void TrackPassage(const PlanWaypoint& passed);
 
 // The plan was edited. Of the modified plan a route begins, or the active one has a modification.
 void NoteEdit(const FlightPlan& plan);

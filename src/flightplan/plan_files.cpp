@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
+#include "flightplan/plan_edit.h"
 #include "flightplan/plan_moves.h"
 #include "flightplan/sim_plan.h"
 #include "platform/files.h"
@@ -138,10 +139,13 @@ void ListStoredPlans() {
 
 void PreviewPlan(std::string_view fileName) {
     ReadPlan(fileName, previewPlan, nullptr, false);
-    SayNotice();
+    if (previewPlan.lastIndex < 0) {
+        SayNotice();
+    }
 }
 
 void LoadPlan(std::string_view fileName) {
+    EndModification();
     planBook.trackedIndex = kNoWaypoint;
     DeleteAllPendingHolds();
     if (fileName == kNextPlan || fileName == kNewPlan) {

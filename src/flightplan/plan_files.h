@@ -40,6 +40,7 @@ extern StoredPlanList storedPlans;
 std::string PlansFolder();
 
 void ListStoredPlans();
+// Reads a stored plan into the preview plan; whoever then loads it says its notice.
 void PreviewPlan(std::string_view fileName);
 
 // Reads a stored plan into the modified plan; "NEW FPL" or "NEXT FPL" starts an empty one, without

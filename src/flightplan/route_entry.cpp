@@ -169,6 +169,9 @@ bool RemoveElement(FlightPlan& plan, std::int32_t first, std::int32_t last) {
     const std::int32_t flown = FirstFlown(plan);
     const bool wasFlown = first <= flown && flown <= last;
     ClosePlanEntries(plan, first, last + 1);
+    if (wasGap) {
+        LeadAnew(plan, first);
+    }
     const bool onTheWay = first > 1 && first < plan.lastIndex;
     if (wasFlown && !wasGap) {
         CloseGapBeforeMore(plan, first);

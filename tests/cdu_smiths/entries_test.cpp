@@ -487,7 +487,7 @@ struct LackRow {
 constexpr const char* kFull = kPlanFullMessage.data();
 constexpr LackRow kLacks[] = {
     {Lack::Route, "RTE 1", "R1", "KBBB", kInvalid},
-    {Lack::Route, "RTE 1", "L3", "09", kInvalid},
+    {Lack::Route, "RTE 1", "L3", "09", kUnknown},
     {Lack::Route, "RTE 1", "L2", "BAD", "UNABLE TO LOAD FPL"},
     {Lack::Route, "RTE 2", "R1", "NEWPT", kInvalid},
     {Lack::Route, "LEGS", "L1", "NEWPT", kInvalid},

@@ -95,6 +95,13 @@ TEST_F(SmithsNavigation, AStoredPlanOverARouteWaitsForExec) {
     EXPECT_EQ(smiths.page, kSmithsStoredPlans);
     EXPECT_EQ(modifiedPlan.entries[1].ident, "NEWPT") << "what was there stays";
     EXPECT_EQ(planBook.status, RouteStatus::Active);
+    folder.Write("avq/flightplans/B.PLN",
+                 "waypoint.0=KAAA, A, N0* 0', E0* 0'\nwaypoint.1=CUT, V, N0* 0'\n"
+                 "waypoint.2=KBBB, A, N0* 0', E7* 0'");
+    messages = {};
+    cdu.Press("INIT_REF L6 R2 L2");
+    EXPECT_EQ(cdu.Bottom(), "FPL: 1 without position left out");
+    EXPECT_EQ(messages.count, 1) << "said once";
 }
 
 // ---- procedures ----

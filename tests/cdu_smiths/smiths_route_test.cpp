@@ -154,10 +154,15 @@ TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {
         {"KAAA ABCDE FLY KBBB", "=NEWPT R3", "KAAA ABCDE FLY NEWPT KBBB"},
         {"KAAA ABCDE FLY KBBB", "=KBBB R3", "KAAA ABCDE FLY KBBB"},  // it ends there already
         {"KAAA ABCDE FLY KBBB", "=NEWPT R4", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
+        {"KAAA ABCDE DCT FLY LATER KBBB", "=NEWPT R2",
+         "KAAA ABCDE NEWPT DISCO DCT FLY LATER KBBB"},  // "DCT" is no airway
         {"KAAA ABCDE FLY KBBB", "=NOWHE R3", "KAAA ABCDE FLY KBBB", "NOT IN DATABASE"},
         {"KAAA ABCDE FLY KBBB", "=A/B/C R3", "KAAA ABCDE FLY KBBB", "INVALID ENTRY"},
         {"KAAA ABCDE FLY LATER KBBB", "DEL L2", "KAAA ABCDE DISCO LATER KBBB"},
         {"KAAA ABCDE DISCO LATER KBBB", "DEL R2", "KAAA ABCDE LATER KBBB"},
+        {"KAAA ABCDE DISCO J9 JTWO J9 JTHR KBBB", "DEL R2", "KAAA ABCDE JTWO J9 JTHR KBBB"},
+        {"KAAA ABCDE DISCO J9 JTWO KBBB", "LEGS DEL L2", "KAAA ABCDE JTWO KBBB"},
+        {"KAAA J9 FLY DISCO J9 JTHR KBBB", "LEGS DEL L2", "KAAA J9 FLY J9 JTHR KBBB"},
         {"KAAA ABCDE FLY J9 JTWO J9 JTHR LATER KBBB", "DEL L3", "KAAA ABCDE FLY DISCO LATER KBBB"},
         {"KAAA ABCDE FLY LATER KBBB", "DEL L1", "KAAA FLY LATER KBBB"},
         {"KAAA ABCDE FLY LATER KBBB", "DEL L3", "KAAA ABCDE FLY KBBB"},
@@ -313,12 +318,18 @@ TEST_F(SmithsRoute, RightKeysTakeRestrictions) {
 // ---- the life of a modification ----
 TEST_F(SmithsRoute, AModificationWaitsThroughAPassageAndIsErased) {
     MakeRoute();
+    cdu.Press("LEGS =NEWPT L2");
+    SetActiveWaypoint(2);
+    TrackPassage(activePlan.entries[1]);
+    cdu.Draw();
+    EXPECT_THAT(cdu.Data(1), testing::StartsWith("NEWPT")) << "put in behind the passed one";
+    cdu.Press("L6");
+    SetActiveWaypoint(1);
     cdu.Press("LEGS DEL L3");
     EXPECT_EQ(cdu.Title(), "MOD|RTE    LEGS| 1 /  2");
     EXPECT_EQ(cdu.Data(6), "< ERASE|RTE DATA >");
-    const PlanWaypoint passed = activePlan.entries[1];
     SetActiveWaypoint(2);
-    TrackPassage(passed, activePlan.entries[2]);
+    TrackPassage(activePlan.entries[1]);
     cdu.Draw();
     EXPECT_THAT(cdu.Data(1), testing::StartsWith("FLY")) << "the passed waypoint has left it";
     EXPECT_EQ(planBook.status, RouteStatus::Modified);
@@ -473,6 +484,7 @@ TEST_F(SmithsRoute, HoldsAreChosenOnTheLegsPage) {
          "APPR(APPRA) "
          "KBBB"},  // the fifth
     };
+    aircraft.headingMag = 75;
     for (const auto& row : kCases) {
         SCOPED_TRACE(row.typed);
         OpenSmithsPage(kSmithsLegs);
@@ -481,6 +493,7 @@ TEST_F(SmithsRoute, HoldsAreChosenOnTheLegsPage) {
         EXPECT_EQ(Show(SmithsPlan()), row.after);
     }
     EXPECT_EQ(holdList.count, kHoldCapacity);
+    EXPECT_NEAR(holdList.holds[3].inboundCourseMag, 75, 0.1) << "here, as the aircraft goes";
 }
 
 // ---- several points of one name ----

@@ -300,6 +300,19 @@ TEST_F(SideBySide, APlanTypedOnTheOtherUnitIsActiveHere) {
     cdu.Press("LEGS DEL L1");
     EXPECT_EQ(cdu.Title(), "MOD|RTE    LEGS| 1 /  1");
     EXPECT_EQ(Show(activePlan), "KAAA >NEWPT KBBB");
+    // the other unit needs the modified plan: no modification waits that is none any more
+    unit.Press("DIRECT");
+    cdu.Draw();
+    EXPECT_EQ(cdu.Title(), "ACT|RTE    LEGS| 1 /  1");
+    EXPECT_EQ(Show(activePlan), "KAAA >NEWPT KBBB");
+    folder.Write("avq/flightplans/A.RTE", "[FlightPlan]\nKSID 1 0 APT ---\nKBBB 0 7 APT ---\n");
+    cdu.Press("DEL L1");
+    EXPECT_TRUE(SmithsExecLit());
+    unit.Press("FPL FPL L7 ENTER");
+    EXPECT_EQ(Show(modifiedPlan), "KSID KBBB");
+    EXPECT_FALSE(SmithsExecLit());
+    cdu.Press("EXEC");
+    EXPECT_EQ(Show(activePlan), "KAAA >NEWPT KBBB");
 }
 
 }  // namespace
