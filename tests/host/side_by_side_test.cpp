@@ -6,9 +6,7 @@
 #include <cmath>
 
 #include "base/redraw.h"
-#include "cdu/formats.h"
 #include "cdu_smiths/fake_smiths.h"
-#include "cdu_smiths/smiths_pages.h"
 #include "flightplan/route_entry.h"
 #include "guidance/vnav.h"
 #include "simlink/sim_variables.h"
