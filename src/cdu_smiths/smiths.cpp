@@ -18,7 +18,8 @@ constexpr double kWidthUnits = 282;
 constexpr double kHeightUnits = 245;
 constexpr double kDataPx = 18;
 constexpr double kLabelPx = 12;
-constexpr double kValuePx = 25;
+constexpr double kFittedUnits = 150;
+constexpr double kGapUnits = 6;
 constexpr int kScratchpadY = 222;
 constexpr int kKeyboardMarkY = 227;
 
@@ -33,7 +34,6 @@ constexpr std::array<const PageRow*, 23> kPages = {
 
 constexpr CanvasFont kData{"Arial", kDataPx};
 constexpr CanvasFont kLabel{"Arial", kLabelPx};
-constexpr CanvasFont kValue{"Courier New", kValuePx, true};
 
 // In the order of SmithsStyle.
 constexpr std::array<ScreenStyle, 9> kStyles = {{
@@ -41,11 +41,11 @@ constexpr std::array<ScreenStyle, 9> kStyles = {{
     {kData, colour::Green, true},
     {kLabel, colour::Green},
     {kLabel, colour::Green, true},
-    {kValue, colour::Green},
-    {kValue, colour::Green, true},
+    {kData, colour::Green, false, kFittedUnits},
+    {kData, colour::Green, true, kWidthUnits - kFittedUnits - kGapUnits},
+    {kLabel, colour::Green, false, kWidthUnits},
     {kData, colour::Green, false, kWidthUnits},
     {kData, colour::Green, false, kWidthUnits - kSmithsCounterX},
-    {{}, colour::Black},
 }};
 static_assert(kStyles.size() == kSmithsStyleCount);
 

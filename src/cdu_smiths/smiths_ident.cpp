@@ -24,22 +24,25 @@ void ShowProgram(const FieldRow&, UnitText& text) {
     text.Set("296485 - 11 - 07      (V01.4)");
 }
 
+// As long as the file has it.
+constexpr FieldRow Fitted(std::int32_t line, const char* label, FieldRow::Show show) {
+    FieldRow field = SmithsField(line, {.label = label, .show = show});
+    field.style = IsOnTheRight(line) ? kSmithsFittedRight : kSmithsFitted;
+    return field;
+}
+
 constexpr FieldRow kFields[] = {
     SmithsTitle("IDENT"),
-    SmithsField(kL1, {.label = "M O D E L",
-                      .show = [](const FieldRow&,
-                                 UnitText& text) { ShowText(performance.modelId, text); }}),
+    Fitted(kL1, "M O D E L",
+           [](const FieldRow&, UnitText& text) { ShowText(performance.modelId, text); }),
     SmithsField(kR1, {.label = "E N G   R A T I N G", .show = ShowRating}),
-    SmithsField(kL2,
-                {.label = "N A V   D A T A",
-                 .show = [](const FieldRow&, UnitText& text) { ShowText(DatabaseCycle, text); }}),
-    SmithsField(
-        kR2, {.label = "A C T I V E",
-              .show = [](const FieldRow&, UnitText& text) { ShowText(DatabaseValidity, text); }}),
+    Fitted(kL2, "N A V   D A T A",
+           [](const FieldRow&, UnitText& text) { ShowText(DatabaseCycle, text); }),
+    Fitted(kR2, "A C T I V E",
+           [](const FieldRow&, UnitText& text) { ShowText(DatabaseValidity, text); }),
     SmithsField(kL4, {.label = "O P   P R O G R A M", .show = ShowProgram}),
-    SmithsField(kR5, {.label = "S U P P  D A T A",
-                      .show = [](const FieldRow&,
-                                 UnitText& text) { ShowText(performance.performanceData, text); }}),
+    Fitted(kR5, "S U P P  D A T A",
+           [](const FieldRow&, UnitText& text) { ShowText(performance.performanceData, text); }),
     SmithsSeparatorRow(),
     SmithsPrompt(kL6, "<INDEX", kSmithsIndex),
     SmithsPrompt(kR6, "POS  INIT>", kSmithsPos, {.press = AtSmithsSubPage<SmithsCounter::Pos, 1>}),

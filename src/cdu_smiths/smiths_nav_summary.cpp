@@ -22,7 +22,7 @@ void ComposeNavSummary(Screen& screen) {
     const std::int32_t last = messages.count - (shown.n - 1) * kLinesPerPage;
     const std::int32_t first = std::max(last - kLinesPerPage, 0) + 1;
     for (std::int32_t i = first; i <= last; ++i) {
-        screen.Put(kSmithsLabel, 0, kFirstY + (i - first) * kLineHeight, "%.44s",
+        screen.Put(kSmithsFittedLine, 0, kFirstY + (i - first) * kLineHeight, "%.44s",
                    messages.lines[static_cast<std::size_t>(i)].c_str());
     }
     if (messages.count == 0) {

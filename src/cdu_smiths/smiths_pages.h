@@ -38,17 +38,18 @@ extern const PageRow kSmithsFixInfoPage;
 extern const PageRow kSmithsForecastsPage;
 extern const PageRow kSmithsHoldPage;
 
-// The texts of a style that says "right" end at their position.
+// The texts of a style that says "right" end at their position. Fitted ones, names as long as their
+// files have them, are made smaller until there is room.
 enum SmithsStyle : std::uint8_t {
     kSmithsData,
     kSmithsDataRight,
     kSmithsLabel,
     kSmithsLabelRight,
-    kSmithsValue,  // characters of one width
-    kSmithsValueRight,
-    kSmithsBottom,   // the scratchpad: made smaller until it fits
-    kSmithsCounter,  // the same beside the title
-    kSmithsBlank,    // black, filled: takes away what it covers
+    kSmithsFitted,       // on the left of two
+    kSmithsFittedRight,  // on the right of them
+    kSmithsFittedLine,   // small, across the screen
+    kSmithsBottom,       // the scratchpad: made smaller until it fits
+    kSmithsCounter,      // the same beside the title
     kSmithsStyleCount,
 };
 

@@ -18,9 +18,9 @@ namespace {
 
 constexpr std::int32_t kReferenceSlot = 0;  // REF NAV DATA has the other spare one
 constexpr int kCounterX = 225;
-constexpr int kMarkLeftX = 84;
+constexpr int kMarkLeftX = 100;
 constexpr int kMarkRightX = 180;
-constexpr int kTitleX = 36;
+constexpr int kTitleX = 18;
 constexpr std::string_view kApproachTag = "APPR";
 constexpr int kMarkDrop = 5;  // small beside the data
 constexpr const char* kNone = "- N O N E -";

@@ -54,13 +54,16 @@ EntryResult LoadPlanOn(const FieldRow& field) {
 }
 
 constexpr FieldRow PlanRow(std::int32_t row) {
-    return SmithsField(SmithsLineOf(row, false),
-                       {.show = ShowName, .press = LoadPlanOn, .item = row});
+    FieldRow field =
+        SmithsField(SmithsLineOf(row, false), {.show = ShowName, .press = LoadPlanOn, .item = row});
+    field.style = kSmithsFitted;
+    return field;
 }
 
 constexpr FieldRow EndsRow(std::int32_t row) {
     FieldRow field = SmithsField(SmithsLineOf(row, true), {.show = ShowEnds, .item = row});
     field.line = 0;
+    field.style = kSmithsFittedRight;
     return field;
 }
 

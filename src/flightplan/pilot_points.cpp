@@ -118,9 +118,9 @@ bool ParseTypedPosition(std::string_view text, LatLon& point) {
         (text[7] != 'E' && text[7] != 'W')) {
         return false;
     }
-    const std::string_view tenth = text.substr(kWithoutLastTenth, 1);
+    const std::string_view lastTenth = text.substr(kWithoutLastTenth, 1);
     if (!AllDigits(text.substr(1, 4)) || !AllDigits(text.substr(6, 1)) ||
-        !AllDigits(text.substr(8, 5)) || !(tenth.empty() || AllDigits(tenth))) {
+        !AllDigits(text.substr(8, 5)) || !(lastTenth.empty() || AllDigits(lastTenth))) {
         return false;
     }
     const double latitudeMinutes = ToNumber(text.substr(3, 2)) + ToNumber(text.substr(5, 2));

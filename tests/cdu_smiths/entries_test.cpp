@@ -13,6 +13,7 @@
 #include "cdu_smiths/fake_smiths.h"
 #include "cdu_smiths/smiths_pages.h"
 #include "cdu_smiths/smiths_route.h"
+#include "cdu_smiths/smiths_views.h"
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_files.h"
 #include "guidance/radio_position.h"
@@ -27,57 +28,6 @@ namespace {
 constexpr const char* kInvalid = "INVALID ENTRY";
 constexpr const char* kUnknown = "NOT IN DATABASE";
 constexpr const char* kNoDelete = "INVALID DELETE";
-
-// A page in one of its states: the keys that lead there from a flown route, and the lines whose
-// keys act whatever has been typed.
-struct View {
-    const char* name;
-    const char* keys;
-    const char* prompts = "";
-};
-
-constexpr View kViews[] = {
-    {"IDENT", "INIT_REF L6 L1", "L6 R6"},
-    {"POS INIT", "INIT_REF L6 L2", "L6 R6"},
-    {"POS INIT, airport", "INIT_REF L6 L2 =KAAA L2", "L6 R6"},
-    {"POS REF", "INIT_REF L6 L2 NEXT_PAGE", "L6 R6"},
-    {"POS SHIFT", "INIT_REF L6 L2 PREV_PAGE", "L6 R6"},
-    {"PERF INIT", "INIT_REF L6 L3", "L6 R6"},
-    {"PERF LIMITS", "INIT_REF L6 L3 NEXT_PAGE", "L6 R6"},
-    {"TAKEOFF", "INIT_REF L6 L4", "L5 R5 L6 R6"},
-    {"APPROACH", "INIT_REF L6 L5", "L6"},
-    {"REF DATA", "INIT_REF L6 R1", "L5 L6 R6"},
-    {"REF DATA, airport", "INIT_REF L6 R1 =KBBB L2", "L5 L6 R6"},
-    {"NAV SUMMARY", "INIT_REF L6 R1 L5", "L6"},
-    {"STORED", "INIT_REF L6 R2"},
-    {"RTE 1", "RTE", "R6"},
-    {"RTE 2", "RTE NEXT_PAGE", "R6"},
-    {"LEGS", "LEGS", "R6"},
-    {"LEGS 2", "LEGS NEXT_PAGE", "R6"},
-    {"RTE DATA", "LEGS R6", "L6"},
-    {"DIRECT", "DIR_INTC"},
-    {"INTERCEPT", "DIR_INTC L3", "L6"},
-    {"HOLD AT", "HOLD L6", "R6"},
-    {"SELECT", "LEGS =TWICE L2", "L1 L2 R1 R2 L6"},
-    {"DEP ARR", "DEP_ARR"},
-    {"DEPARTURES", "DEP_ARR L1", "L6 R6"},
-    {"ARRIVALS", "DEP_ARR R1", "L6 R6"},
-    {"OTHER", "DEP_ARR =KAAA L6", "L6 R6"},
-    {"CLB", "CLB", "L5 L6 R6"},
-    {"CRZ", "CRZ", "L6 R6"},
-    {"DES", "DES", "R4 R5 R6"},
-    {"FORECASTS", "DES R5"},
-    {"PROGRESS 1", "PROG", "R6"},
-    {"PROGRESS 2", "PROG NEXT_PAGE", "R6"},
-    {"RTA", "PROG PREV_PAGE", "L6 R6"},
-    {"RTA, waypoint", "PROG PREV_PAGE =FLY L1", "L6 R6"},
-    {"NAV STATUS", "PROG R6", "L6 R6"},
-    {"NAV OPTIONS", "PROG R6 NEXT_PAGE", "L6"},
-    {"FIX", "FIX"},
-    {"FIX, fix", "FIX =NEWPT L1"},
-    {"HOLD", "HOLD", "L6 R6"},
-    {"INDEX", "INIT_REF L6", "L1 L2 L3 L4 L5 R1 R2"},  // the last: it leaves files
-};
 
 // Typed on every line: too long, letters for numbers, slashes and signs in odd places, huge. A line
 // that may take one of these says so.
@@ -273,12 +223,12 @@ class SmithsEntries : public SmithsTest {
                      "KBBB  0.0  7.0  APT  ---\n");
     }
 
-    static const View& ViewCalled(const std::string& name) {
-        return *std::ranges::find(kViews, name, &View::name);
+    static const SmithsView& ViewCalled(const std::string& name) {
+        return *std::ranges::find(kSmithsViews, name, &SmithsView::name);
     }
 
     // A climb from KSID to KBBB with a hold ahead, or what is left of it.
-    void Begin(const View& view, Lack lack = Lack::Nothing) {
+    void Begin(const SmithsView& view, Lack lack = Lack::Nothing) {
         ResetModuleState();
         SimFolder = folder.root().string();
         avionicsPower = 1;
@@ -387,7 +337,7 @@ class SmithsEntries : public SmithsTest {
         EXPECT_EQ(World(), before) << typed;
     }
 
-    void ExpectTaken(const View& view, const std::string& line, const std::string& taken,
+    void ExpectTaken(const SmithsView& view, const std::string& line, const std::string& taken,
                      Deletes deletes) {
         const std::size_t mark = std::min(taken.find('>'), taken.size());
         const std::string typed = taken.substr(0, mark);
@@ -413,7 +363,7 @@ class SmithsEntries : public SmithsTest {
 
 TEST_F(SmithsEntries, EveryLineTakesWhatItMayAndRefusesTheRest) {
     std::set<const LineRow*> used;
-    for (const View& view : kViews) {
+    for (const SmithsView& view : kSmithsViews) {
         Begin(view);
         const std::vector<std::string> page = Page();
         for (const char* line :
@@ -551,7 +501,7 @@ TEST_F(SmithsEntries, WhatIsMissingIsSaid) {
 // tried with something it may take and with nothing, and what is refused changes nothing.
 TEST_F(SmithsEntries, NothingIsSpoiltByWhatIsMissing) {
     for (const Lack lack : {Lack::Route, Lack::Data, Lack::Room}) {
-        for (const View& view : kViews) {
+        for (const SmithsView& view : kSmithsViews) {
             Begin(view, lack);
             for (const LineRow& row : kLines) {
                 if (!Names(row.views, view.name, ';') || *row.takes == '\0') {

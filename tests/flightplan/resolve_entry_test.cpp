@@ -70,7 +70,7 @@ TEST_F(ResolveEntryForms, Positions) {
     for (const char* text :
          {"", "N", "N3345.5", "N3345.5W1115", "N3345.5W1115.43", "X3345.5W11154.3",
           "N33455.W11154.3", "N3345.5X11154.3", "N3A45.5W11154.3", "N3360.0W11154.3",
-          "N9000.1W11154.3", "N3345.5W18000.1", "N3345.XW11154.3", "N3345.5W11154.X",
+          "N3345.XW11154.3", "N3345.5W11154.X", "N9000.1W11154.3", "N3345.5W18000.1",
           "N3345.5W11154.3XXXXXXXXXXXXXXXXX"}) {
         Resolve(text);
         EXPECT_EQ(Count(), 0) << text;
