@@ -250,8 +250,7 @@ void LoadGround(const std::string& simFolder, Ground& ground, std::vector<std::s
     if (FindFileNoCase(simFolder, "avq/navdata").empty()) {
         warnings.push_back(
             "no navigation data: the simulator folder has no avq/Navdata, so nothing can be found "
-            "by "
-            "name and no radio receives");
+            "by name and no radio receives");
     }
     ParseStations(read("avq/navdata/avq_navs.txt"), ground);
     ParseAirports(read("avq/navdata/avq_apts.txt"), ground);

@@ -205,6 +205,21 @@ test('the flight log and the vertical profile are drawn, told in words and fit a
   }
 });
 
+test('missing navigation data is said on the page and on the console', async () => {
+  const sim = mkdtempSync(path.join(os.tmpdir(), 'avq1-bare-'));
+  cpSync(path.join(root, 'demo/panel'), path.join(sim, 'panel'), { recursive: true });
+  const bare = await startHost({ sim });
+  try {
+    const { page, close } = await openPage({}, bare.url);
+    await until(() => page.innerText('#warnings'), (text) => text.startsWith('no navigation data'), 'on the page');
+    assert.match(bare.said(), /^avqpanel: no navigation data: the simulator folder has no avq\/Navdata/m);
+    await close();
+  } finally {
+    await bare.stop();
+    rmSync(sim, { recursive: true });
+  }
+});
+
 test('Pause clicked twice goes on, and an unusual rate is shown', async () => {
   const { page, close } = await openPage();
   const reading = () => page.locator('[data-reading="Flight time"]').innerText();

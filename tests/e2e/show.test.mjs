@@ -63,6 +63,27 @@ test('several stand side by side, and a screen gets the pixels it has', async ()
   await close();
 });
 
+test('the page draws the very picture that the host has', async () => {
+  const { page, close } = await openShow('', { viewport: { width: 1400, height: 900 } });
+  await until(() => shown(page), (count) => count > 3, 'pictures');
+  const panel = page.locator('.window[data-ident="0"]');
+  for (const label of ['FPLN', 'TO']) await panel.locator(`[data-gauge="MCU"][data-label="${label}"]`).click();
+  await page.click('#pause');
+  const different = () => panel.locator('canvas').evaluate(async (canvas) => {
+    const { width, height } = canvas;
+    const image = await createImageBitmap(await (await fetch('/window/0.png')).blob());
+    const context = new OffscreenCanvas(width, height).getContext('2d');
+    context.drawImage(image, 0, 0);
+    const words = (from) => new Uint32Array(from.getImageData(0, 0, width, height).data.buffer);
+    const host = words(context);
+    return image.width !== width ? -1
+      : words(canvas.getContext('2d')).reduce((sum, word, i) => sum + (word !== host[i] ? 1 : 0), 0);
+  });
+  await until(different, (count) => count === 0, 'every pixel');
+  await page.click('#pause');
+  await close();
+});
+
 test('a display of its own leaves the other screens as they are', async () => {
   const desk = await openShow('');
   // Of the panel itself: its pop-up has an attitude display too.

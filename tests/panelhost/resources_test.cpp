@@ -22,8 +22,8 @@ TEST(Resources, ReadsAModuleFilesSection) {
     EXPECT_EQ(icon.pixels[0], 0xFF000000U) << "the last row of the file is the top";
     EXPECT_EQ(icon.pixels[4], 0xFF00FF00U);
     EXPECT_EQ(KeyOutBlack(icon).pixels[0], 0U);
-    ASSERT_EQ(resources.keyNames.at(0x100).size(), 1U);
-    EXPECT_EQ(resources.keyNames.at(0x100)[0].label, "LINE KEY 1");
+    ASSERT_EQ(resources.keyNames.at(0x100).size(), 4U);
+    EXPECT_EQ(resources.keyNames.at(0x100)[3].label, "LINE KEY 1");
     EXPECT_TRUE(FindElfSection(file, ".no_such").empty());
 }
 

@@ -150,6 +150,21 @@ TEST_F(SessionTest, SendsARectanglesKeyEventAndOpensWindows) {
     EXPECT_TRUE(session_.Windows()[1].visible);
 }
 
+TEST_F(SessionTest, ALampIsNamedAfterTheSmallestKeyItLiesOn) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    const auto lamps = [this] {
+        std::vector<std::string> names;
+        for (const Lamp& lamp : session_.Lamps(0)) {
+            names.push_back(lamp.name + (lamp.on ? " on" : " off"));
+        }
+        return names;
+    };
+    EXPECT_THAT(lamps(), ElementsAre("HOLD off", "HOLD 2 off"));
+    ASSERT_TRUE(session_.Click(0, 109, 33));
+    EXPECT_THAT(lamps(), ElementsAre("HOLD off", "HOLD 2 on"));
+    EXPECT_TRUE(session_.Lamps(7).empty());
+}
+
 TEST_F(SessionTest, NamesWhatThePanelFileAsksInVain) {
     ASSERT_TRUE(
         Open("[Window00]\nsize_mm=100,100\ngauge00=probe!NOSUCH, 0,0\n"
@@ -159,6 +174,35 @@ TEST_F(SessionTest, NamesWhatThePanelFileAsksInVain) {
     EXPECT_THAT(warnings, testing::Contains(HasSubstr("module \"other\" is not loaded")));
     EXPECT_THAT(warnings, testing::Contains(HasSubstr("\"absent.bmp\"")));
     EXPECT_EQ(session_.Gauges(0).size(), 1U) << "the rest is shown";
+}
+
+struct Said {
+    std::string text;
+    int status = 0;
+};
+
+// What the program says on both its outputs, given an empty script.
+Said RunProgram(const std::string& simFolder, const std::string& module) {
+    const std::string command = AVQ1_BINARY_DIR "/avqpanel --sim " + simFolder + " --module " +
+                                module + " --script - 2>&1 </dev/null";
+    std::FILE* const program = popen(command.c_str(), "r");
+    Said said;
+    for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
+        said.text += static_cast<char>(c);
+    }
+    said.status = WEXITSTATUS(pclose(program));
+    return said;
+}
+
+TEST_F(SessionTest, NamesAMissingNavdataFolderOnTheConsole) {
+    WriteFile("panel.cfg", "[Window00]\nsize_mm=100,100\ngauge00=probe!PROBE, 0,0\n");
+    const Said with = RunProgram(folder_.string(), ProbePath());
+    EXPECT_THAT((std::pair{with.text, with.status}), testing::Pair("", 0)) << "any case will do";
+    std::filesystem::remove_all(folder_ / "avq");
+    const Said without = RunProgram(folder_.string(), ProbePath());
+    EXPECT_EQ(without.status, 0);
+    EXPECT_EQ(std::ranges::count(without.text, '\n'), 1) << without.text;
+    EXPECT_THAT(without.text, HasSubstr("avqpanel: no navigation data"));
 }
 
 TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
@@ -181,16 +225,10 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
         {fake + "stranger.gau", "version 0x700"}};
     for (const auto& [path, message] : rows) {
         SCOPED_TRACE(path);
-        const std::string command = AVQ1_BINARY_DIR "/avqpanel --sim " + folder_.string() +
-                                    " --module " + path + " --script - 2>&1 </dev/null";
-        std::FILE* const program = popen(command.c_str(), "r");
-        std::string output;
-        for (int c = std::fgetc(program); c != EOF; c = std::fgetc(program)) {
-            output += static_cast<char>(c);
-        }
-        EXPECT_EQ(WEXITSTATUS(pclose(program)), 1);
-        EXPECT_EQ(std::ranges::count(output, '\n'), 1) << output;
-        EXPECT_THAT(output, HasSubstr(message));
+        const Said said = RunProgram(folder_.string(), path);
+        EXPECT_EQ(said.status, 1);
+        EXPECT_EQ(std::ranges::count(said.text, '\n'), 1) << said.text;
+        EXPECT_THAT(said.text, HasSubstr(message));
     }
 }
 

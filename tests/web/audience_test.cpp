@@ -237,7 +237,7 @@ TEST_F(AudienceTest, SubscribersAreToldWhatChanges) {
                           R"("events":true})"));
     Frames(2);
     EXPECT_EQ(one_.Last("gauge")["lines"], Json::array({"drawn 2"}));
-    EXPECT_EQ(one_.Last("gauge")["lamps"], Json({{"lamp", false}}));
+    EXPECT_EQ(one_.Last("gauge")["lamps"], Json({{"HOLD", false}}));
     EXPECT_EQ(one_.Last("values")["values"]["none"], Json());
     EXPECT_TRUE(one_.pictures.empty());
     one_.messages.clear();
@@ -246,7 +246,7 @@ TEST_F(AudienceTest, SubscribersAreToldWhatChanges) {
     Frames(1);
     EXPECT_EQ(one_.Last("events")["events"][0]["name"], "HEADING_BUG_INC");
     EXPECT_EQ(one_.Last("values")["values"].size(), 1U);
-    EXPECT_EQ(one_.Last("gauge")["lamps"]["lamp"], true);
+    EXPECT_EQ(one_.Last("gauge")["lamps"]["HOLD"], true);
     one_.messages.clear();
     Frames(1);
     EXPECT_TRUE(one_.Last("events").is_null());

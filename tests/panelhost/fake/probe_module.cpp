@@ -64,7 +64,9 @@ struct __attribute__((packed)) Resources {
     Bmp<kProbeWidth, kProbeHeight> panel{10, 20, 200};
     Bmp<kProbeSurfaceWidth, kProbeSurfaceHeight> surface{0, 0, 0};
     Bmp<4, 4> icon{0, 255, 0};
-    char names[28] = "2 3 6 6 LINE KEY 1\n20 22 9";
+    // The icon lies on two keys, the smaller one in the middle of the list.
+    char names[74] =
+        "0 20 20 12 WIDE\n0 22 9 8 HOLD\n0 20 20 11 BROAD\n2 3 6 6 LINE KEY 1\n20 22 9";
 };
 
 constexpr Resources MakeResources() {
@@ -76,7 +78,7 @@ constexpr Resources MakeResources() {
     all.rows[0] = {0x100, 2, offsetof(Resources, panel), sizeof all.panel};
     all.rows[1] = {0x101, 2, offsetof(Resources, surface), sizeof all.surface};
     all.rows[2] = {0x102, 2, offsetof(Resources, icon), sizeof all.icon};
-    all.rows[3] = {0x100, 256, offsetof(Resources, names), 18};
+    all.rows[3] = {0x100, 256, offsetof(Resources, names), 65};
     return all;
 }
 
