@@ -169,8 +169,8 @@ bool IsPage(std::string_view path) {
 
 // What a page needs before it is paired, and what a system fetches for an app without its cookie.
 bool IsOpenToAll(std::string_view path) {
-    return path == "/app.css" || path == "/pair.js" || path.starts_with("/icon") ||
-           path.ends_with(kManifest);
+    return path == "/app.css" || path == "/pair.js" || path == "/comfort.js" ||
+           path.starts_with("/icon") || path.ends_with(kManifest);
 }
 
 // The file that answers a path. The displays a page shows are its own business, and an installed

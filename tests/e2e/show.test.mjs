@@ -176,10 +176,13 @@ test('a camera that reads the code pairs, and the page asked for is shown', asyn
     const page = await context.newPage();
     await page.goto(`${network.url}show/EFS50_EADI`);
     await page.waitForSelector('#code');
+    await page.click('#large'); // the page that asks writes as large as the others
     await page.fill('#code', '00000000');
     await page.press('#code', 'Enter');
     await page.waitForSelector('text=That is not a code');
-    await page.goto(`${network.url}show/EFS50_EADI#${code}`);
+    assert.equal(await page.evaluate(() => getComputedStyle(document.documentElement).fontSize), '20px');
+    await page.goto(`${network.url}show/EFS50_EADI`);
+    await page.goto(`${network.url}show/EFS50_EADI#${code}`); // the camera's, while the page is open
     await page.waitForSelector('canvas');
     assert.equal(new URL(page.url()).pathname, '/show/EFS50_EADI');
     await context.close();

@@ -19,7 +19,8 @@ function apply(now) {
   document.documentElement.classList.toggle('large', now.large === true);
 }
 
-export function makeComfort(root) {
+// A page without displays of its own offers no brightness for them.
+export function makeComfort(root, { hasDisplays = true } = {}) {
   const now = load();
   apply(now);
   const change = (part) => {
@@ -38,7 +39,7 @@ export function makeComfort(root) {
   label.append('Displays', slider);
   label.title = 'Brightness of the displays';
   slider.setAttribute('aria-label', 'Brightness of the displays');
-  root.append(label, button('night', 'Dim page'), button('large', 'Larger text'));
+  root.append(...(hasDisplays ? [label] : []), button('night', 'Dim page'), button('large', 'Larger text'));
 
   function button(name, text) {
     const made = document.createElement('button');
