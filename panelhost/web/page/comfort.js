@@ -26,6 +26,7 @@ export function makeComfort(root, { hasDisplays = true } = {}) {
   const change = (part) => {
     Object.assign(now, part);
     apply(now);
+    window.dispatchEvent(new Event('resize')); // what is laid out by its letters
     try {
       localStorage.setItem(kKey, JSON.stringify(now));
     } catch { /* a browser that keeps nothing */ }

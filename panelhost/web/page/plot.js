@@ -2,8 +2,9 @@
 
 const kNamespace = 'http://www.w3.org/2000/svg';
 const kHeight = 240;
-const kMargin = { left: 52, right: 46, top: 30, bottom: 22 };
+const kMargin = { left: 52, right: 46, top: 30, bottom: 22 }; // for letters of the usual size
 const kLetterWidth = 6.5;
+const kLetterSize = 11;
 
 // Keeps the plot as wide as its place: `draw` is called with a board whenever that changes, and by
 // the function returned.
@@ -12,17 +13,18 @@ export function makePlot(svg, draw) {
     const width = Math.max(svg.clientWidth, 240);
     svg.setAttribute('viewBox', `0 0 ${width} ${kHeight}`);
     svg.replaceChildren();
-    draw(makeBoard(svg, width));
+    draw(makeBoard(svg, width, parseFloat(getComputedStyle(svg).fontSize) / kLetterSize));
   };
   new ResizeObserver(redraw).observe(svg);
+  window.addEventListener('resize', redraw); // its letters may have another size
   return redraw;
 }
 
-function makeBoard(svg, width) {
-  const left = kMargin.left;
-  const right = width - kMargin.right;
-  const top = kMargin.top;
-  const bottom = kHeight - kMargin.bottom;
+function makeBoard(svg, width, size) {
+  const left = kMargin.left * size;
+  const right = width - kMargin.right * size;
+  const top = kMargin.top * size;
+  const bottom = kHeight - kMargin.bottom * size;
   const add = (name, attributes, text = '') => {
     const made = document.createElementNS(kNamespace, name);
     for (const [key, value] of Object.entries(attributes)) made.setAttribute(key, value);
@@ -33,11 +35,11 @@ function makeBoard(svg, width) {
   return {
     add,
     // A scale from low to high value; steps are round numbers, at most `most` of them.
-    across: (low, high) => makeScale(low, high, left, right, Math.max(2, Math.floor((right - left) / 90))),
+    across: (low, high) => makeScale(low, high, left, right, Math.max(2, Math.floor((right - left) / 90 / size))),
     upward: (low, high) => makeScale(low, high, bottom, top, 5),
     axisBelow(scale, format) {
       for (const value of scale.steps) {
-        add('text', { x: scale.at(value), y: bottom + 16, 'text-anchor': 'middle' }, format(value));
+        add('text', { x: scale.at(value), y: bottom + 16 * size, 'text-anchor': 'middle' }, format(value));
       }
     },
     // side 'first' stands left with lines across, 'second' right.
@@ -45,7 +47,7 @@ function makeBoard(svg, width) {
       for (const value of scale.steps) {
         const y = scale.at(value);
         if (side === 'first') add('line', { class: 'grid', x1: left, x2: right, y1: y, y2: y });
-        add('text', { class: side, x: side === 'first' ? left - 6 : right + 6, y: y + 4,
+        add('text', { class: side, x: side === 'first' ? left - 6 : right + 6, y: y + 4 * size,
           'text-anchor': side === 'first' ? 'end' : 'start' }, thousands(value));
       }
       add('text', { class: side, x: side === 'first' ? left - 6 : right + 6, y: top - 10,
@@ -60,7 +62,7 @@ function makeBoard(svg, width) {
       const taken = [];
       for (const [value, word] of list) {
         const at = x.at(value);
-        const length = word.length * kLetterWidth + 8;
+        const length = word.length * kLetterWidth * size + 8;
         const before = at + length > right; // the word stands before its mark
         const [start, end] = before ? [at - length, at] : [at, at + length];
         add('line', { class: 'mark', x1: at, x2: at, y1: top, y2: bottom });
