@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "base/sim_folder.h"
@@ -34,6 +36,10 @@ TEST(Files, AreFoundUnderTheSimulatorsSpelling) {
         EXPECT_EQ(contents, c.contents == nullptr ? "" : c.contents) << c.path;
     }
     std::string contents;
+    const std::filesystem::path from = std::filesystem::current_path();
+    std::filesystem::current_path(folder.root());
+    EXPECT_TRUE(ReadWholeFile("avq\\OTHER.txt", contents)) << "from the present folder";
+    std::filesystem::current_path(from);
     ASSERT_EQ(mkfifo((folder.root() / "pipe.txt").c_str(), 0600), 0);
     EXPECT_FALSE(ReadWholeFile(SimPath("\\pipe.txt"), contents)) << "no file, and no waiting";
     EXPECT_FALSE(ReadWholeFile("", contents));

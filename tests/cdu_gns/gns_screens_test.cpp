@@ -4,12 +4,14 @@
 #include <sstream>
 
 #include "base/redraw.h"
+#include "cdu/pilot_entries.h"
 #include "cdu_gns/gns_fixture.h"
 #include "flightplan/plan_notation.h"
 #include "guidance/progress.h"
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "settings/settings.h"
+#include "support/fake_data_service.h"
 #include "support/kept_file.h"
 #include "support/screen_changes.h"
 
@@ -116,6 +118,10 @@ class GnsScreens : public GnsTest {
         simulator.variables[292] = simulator.variables[298] = 1000;
         simulator.variables[638] = 2000;
         simulator.variables[657] = 2200;
+        service.Set<std::int32_t>(0x3BFC, 90000 * 256);  // zero fuel weight
+        service.Set<std::int32_t>(0x13FC, 1);
+        service.Set<double>(0x1400, 5000);  // payload
+        RefreshAircraftWeights();
         performance.climbRate = 2000;
         changes_ = {};
         gns.listWanted = flow.fromTheList;
@@ -144,8 +150,14 @@ class GnsScreens : public GnsTest {
         changes_.Note(ScreenLines(unit.Texts()), out);
     }
 
+    ~GnsScreens() override {
+        Picture::Services().find_window = nullptr;
+        Picture::Services().send_message = nullptr;
+    }
+
   private:
     FakeGns unit{kGnsKeys, 2};  // places to half a unit
+    FakeDataService& service = FakeDataService::Install(&Picture::Services());
     ScreenChanges changes_;
 };
 

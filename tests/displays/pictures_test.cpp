@@ -135,6 +135,8 @@ class Pictures : public test::DisplayTest {
         aircraft.groundSpeedKt = derived.trueAirspeedEstimateKt = 300;
         aircraft.radioAltitudeFt = 190;
         aircraft.autopilotOn = aircraft.apAltitudeLockOn = aircraft.adfActive = 1;
+        aircraft.yawDamperOn = aircraft.headingHoldOn = aircraft.approachHoldOn = 1;
+        aircraft.apSpeed115 = 218;
         aircraft.adfRelativeBearing = 75;
         aircraft.nav1Course = 300;
         aircraft.nav1RelativeBearing = 310;

@@ -419,12 +419,15 @@ TEST_F(Airways, GoIntoThePlanForwardsAndBackwards) {
         for (FlightPlan* plan : {&activePlan, &modifiedPlan}) {
             holdList = {};
             SetPlan(*plan, c.before);
+            planBook.status = RouteStatus::Active;
             AirwayLookup lookup;
             LookupAirway(*plan, c.edit, c.entered, lookup);
             EXPECT_EQ(lookup.text, c.text);
             lookup.exitIndex = c.exit;
             EXPECT_TRUE(InsertAirway(*plan, c.edit, lookup));
             EXPECT_EQ(test::Show(*plan), c.after) << c.text;
+            const bool edited = plan == &modifiedPlan && std::string_view(c.before) != c.after;
+            EXPECT_EQ(planBook.status, edited ? RouteStatus::Modified : RouteStatus::Active);
             for (std::int32_t i = 0; i <= plan->lastIndex; ++i) {
                 const PlanWaypoint& entry = plan->entries[i];
                 EXPECT_TRUE(entry.via.empty() || entry.ident == "DDDD" ||

@@ -4,16 +4,19 @@
 
 #include <cstdlib>
 #include <limits>
+#include <span>
 #include <string>
 #include <utility>
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "base/text.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_edit.h"
 #include "guidance/activation.h"
 #include "guidance/lnav.h"
+#include "platform/services.h"
 #include "settings/settings.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
@@ -539,6 +542,46 @@ TEST_F(VnavFlight, BadInputIdlesOrIsSettled) {
         const auto shown = unit.Rows();
         EXPECT_EQ(shown.at(1) == "INVALID|-----", row.idle) << shown[1];
     }
+}
+
+// What a host was told last.
+VerticalProfileRecord toldProfile;
+std::string toldPoints;
+
+TEST_F(VnavFlight, AHostThatDrawsTheProfileIsToldIt) {
+    PlatformServices services;
+    services.size = sizeof services;
+    services.vertical_profile = [](const VerticalProfileRecord* record) {
+        toldProfile = *record;
+        toldPoints.clear();
+        for (const VerticalProfilePoint& point : std::span(record->points, record->count)) {
+            toldPoints += Format("%s %.0f %d %.0f ", point.name, point.altitudeFt,
+                                 static_cast<int>(point.kind), point.restrictionFt);
+            toldPoints += point.restriction != 0 ? "! " : "";
+        }
+    };
+    PlatformTable.services = &services;
+    const struct {
+        double fromNm;
+        std::int32_t phase;
+        const char* points;
+    } rows[] = {{0, 0, "A"}, {60, 1, "B"}, {100, 2, "C"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.fromNm);
+        Depart({{"KAAA", 0, 20}, {"AAA", 1}, {"BBB", 1.7, 9000}, {"KBBB", 2, 50}}, 17000, 0,
+               row.fromNm);
+        for (int frame = 0; frame < 4; ++frame) {
+            pilot.Fly(kFrameS);
+        }
+        EXPECT_EQ(toldProfile.phase, row.phase);
+        EXPECT_EQ(toldProfile.engaged, 1);
+        EXPECT_EQ(toldProfile.cruiseAltitudeFt, 17000);
+        EXPECT_EQ(toldProfile.targetAltitudeFt, vnav.targetAltitude);
+        EXPECT_EQ(toldProfile.pathAltitudeFt, vnav.pathAltitude);
+        EXPECT_EQ(toldPoints, row.points);
+    }
+    PlatformTable.services = nullptr;
+    ResetModuleState();
 }
 
 TEST_F(VnavFlight, TheSameFlightTwiceSendsTheSame) {

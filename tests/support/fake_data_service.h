@@ -70,15 +70,17 @@ struct FakeDataService {
         return service.acknowledgement;
     }
 
-    static FakeDataService& Install() {
+    // Behind `host`, which must outlive it and whose other members stay, or services of its own.
+    static FakeDataService& Install(PlatformServices* host = nullptr) {
         FakeDataService& service = Get();
         service = FakeDataService{};
         service.Set<std::uint32_t>(13060, 0x19980005);
         service.Set<std::uint32_t>(13064, 0xFADE0007);
-        static PlatformServices services;
+        static PlatformServices own;
+        PlatformServices& services = host != nullptr ? *host : own;
         services.size = sizeof services;
         services.find_window = [](const char* name) -> void* {
-            return Get().present && std::strcmp(name, "UIPCMAIN") == 0 ? &services : nullptr;
+            return Get().present && std::strcmp(name, "UIPCMAIN") == 0 ? &own : nullptr;
         };
         services.send_message = Serve;
         PlatformTable.services = &services;

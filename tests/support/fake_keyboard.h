@@ -64,8 +64,8 @@ class FakeKeyboard {
 };
 
 namespace scan {
-inline constexpr std::uint8_t kA = 0x1E, kB = 0x30, kK = 0x25, kX = 0x2D, kZ = 0x2C,
-                              kO = 0x18, kV = 0x2F;
+inline constexpr std::uint8_t kA = 0x1E, kB = 0x30, kK = 0x25, kX = 0x2D, kZ = 0x2C, kO = 0x18,
+                              kV = 0x2F;
 inline constexpr std::uint8_t k0 = 0x0B, k1 = 0x02, k9 = 0x0A;
 inline constexpr std::uint8_t kBackspace = 0x0E, kEnter = 0x1C, kKeypadEnter = 0x9C;
 inline constexpr std::uint8_t kUp = 0xC8, kDown = 0xD0, kPageUp = 0xC9, kPageDown = 0xD1;
