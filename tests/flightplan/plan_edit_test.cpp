@@ -92,11 +92,18 @@ template <std::int32_t index>
 bool RowDeleted(FlightPlan& plan) {
     return DeleteLeg(plan, index);
 }
-bool NewEnd(FlightPlan&) {
+FoundPoint LaGuardia() {
     FoundPoint airport;
     airport.ident = "KLGA";
     airport.kind = PointKind::Airport;
-    return SetRouteDestination(airport);
+    return airport;
+}
+bool NewStart(FlightPlan&) {
+    StartRoute(LaGuardia());
+    return true;
+}
+bool NewEnd(FlightPlan&) {
+    return SetRouteDestination(LaGuardia());
 }
 bool NoEnd(FlightPlan&) {
     return RemoveRouteDestination();
@@ -230,6 +237,8 @@ const OperationCase kOperations[] = {
      Plans::Flown},
     {"no row", RowDeleted<3>, "^KJFK AAA >KBOS +", nullptr},
 
+    {"a departure", NewStart, "KJFK AAA >BBB@ +KBOS", "KLGA +", Plans::Modified},
+    {"whatever was tracked", NewStart, ">KJFK +AAA", "KLGA +", Plans::Modified},
     {"a destination", NewEnd, "KJFK >AAA BBB@ =CCC", "KJFK >AAA BBB@ =CCC +KLGA", Plans::Modified},
     {"another", NewEnd, "KJFK >AAA BBB +=KBOS", "KJFK >AAA BBB +=KLGA", Plans::Modified},
     {"with the arrival goes its gap", NewEnd, "KJFK >AAA STAR:T1(BBB,CCC@) DISCO APPR(DDD) +KBOS",
