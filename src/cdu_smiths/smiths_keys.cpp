@@ -45,6 +45,7 @@ void PressHold(const KeyClick&) {
     if (holdList.count == 0) {
         OpenSmithsLegs(LegsMode::Hold);
     } else {
+        smiths.Counter(SmithsCounter::Hold).n = 1;  // the one flown, or to be flown next
         OpenSmithsPage(kSmithsHold);
     }
 }

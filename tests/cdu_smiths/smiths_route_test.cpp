@@ -494,6 +494,9 @@ TEST_F(SmithsRoute, HoldsAreChosenOnTheLegsPage) {
     }
     EXPECT_EQ(holdList.count, kHoldCapacity);
     EXPECT_NEAR(holdList.holds[3].inboundCourseMag, 75, 0.1) << "here, as the aircraft goes";
+    smiths.scratchpad.clear();
+    cdu.Press("CLR HOLD NEXT_PAGE HOLD");
+    EXPECT_EQ(cdu.Title(), "MOD|RTE        HOLD|1 / 4") << "the next one first";
 }
 
 // ---- several points of one name ----

@@ -122,10 +122,10 @@ sees MOD | RTE        HOLD | LVZ
 > EXEC HOLD L6 =STW L6
 sees 2 / 2 | STW
 > EXEC HOLD L6 =LENDY L6 EXEC HOLD
-sees 3 / 3 | LENDY
+sees 1 / 3 | LVZ
 > LEGS DEL L5
 sees MOD | STW
-> EXEC HOLD
+> EXEC HOLD NEXT_PAGE
 sees 2 / 2 | LENDY
 > R6
 run-until var avq_act_wpt_id = LVZ timeout 20m
