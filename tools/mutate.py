@@ -527,7 +527,8 @@ def campaign(options):
 
 
 def report(tried, survivors, uncounted, texts, seconds):
-    print(f'\n{tried} faults tried ({not_built} more did not compile), '
+    print(f'\n{tried} faults tried ({uncounted[NOT_BUILT]} more did not compile, '
+          f'{uncounted[NO_DIFFERENCE]} left the code as it was), '
           f'{seconds / max(tried, 1):.1f} s each')
     for fault in sorted(survivors):
         print(describe(fault, texts[fault.file]))

@@ -192,6 +192,12 @@ TEST_F(VnavTest, ACruiseAltitudeIsFoundAMinuteAtATime) {
     EXPECT_TRUE(PlanVerticalProfile(0, 0));
     EXPECT_EQ(vnav.Phase(), VerticalPhase::Climb) << "planned without filling: from the start";
     EXPECT_EQ(vnav.cruiseAltitude, 15000);
+    const std::int32_t before = messages.count;
+    for (const auto& [rate, said] : {std::pair{0, 1}, {0, 1}, {2000, 1}, {0, 2}}) {
+        performance.climbRate = rate;  // said once, and again when it was found meanwhile
+        EXPECT_EQ(PlanVerticalProfile(9000, 1), rate > 0);
+        EXPECT_EQ(messages.count - before, said);
+    }
 }
 
 TEST_F(VnavTest, EveryEntryGetsWhatItIsPassedAt) {
@@ -371,7 +377,7 @@ TEST_F(VnavTest, TheClimbIsCommandedWithinItsLimits) {
         EXPECT_EQ(vnav.lastVsSent, row.sent);
     }
     // A restriction already climbed through is passed level.
-    for (const auto& [altitude, sent] : {std::pair{9199, 1500}, {9201, 0}}) {
+    for (const auto& [altitude, sent] : {std::pair{9200, 1500}, {9201, 0}}) {
         MakePlan({0, 9000, 0, 0, 0, 0});
         guidance.vnavEngaged = 1;
         FlyFrom(0.5, altitude, 1);
