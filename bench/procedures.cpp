@@ -185,7 +185,7 @@ void LookUpAirway(benchmark::State& state) {
     }
     const std::string text = WorldAirways();
     const char* const name = state.range(0) != 0 ? "J121" : "NONE1";
-    SetAirwayText(text, true);
+    SetAirwayText(text, true, StampOf(SimPath(kAirwayFile)));
     AirwayLookup lookup;
     for (auto _ : state) {
         benchmark::DoNotOptimize(FindAirway(name, "NO", lookup));

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/module_state.h"
+#include "base/sim_folder.h"
 #include "base/text.h"
 
 namespace avq1 {
@@ -15,6 +16,8 @@ constexpr std::string_view kNotOnAirway = " (N/A)";
 struct AirwayFile {
     std::string_view text;
     bool exists = false;
+    FileStamp stamp;
+    std::string laterText;  // of a file written since the database was loaded, which keeps its own
 };
 
 AirwayFile airwayFile;
@@ -34,6 +37,16 @@ void AppendFix(std::string_view name, std::string_view rest, SearchResults& resu
     fix.latitude = NextNumber(rest);
     fix.longitude = NextNumber(rest);
     results.Append(fix);
+}
+
+void FollowFile() {
+    const std::string path = SimPath(kAirwayFile);
+    const FileStamp stamp = StampOf(path);
+    if (stamp != airwayFile.stamp) {
+        airwayFile.stamp = stamp;
+        airwayFile.exists = ReadWholeFile(path, airwayFile.laterText);
+        airwayFile.text = airwayFile.laterText;
+    }
 }
 
 }  // namespace
@@ -69,6 +82,7 @@ AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::strin
 }
 
 bool FindAirway(std::string_view name, std::string_view entryFix, AirwayLookup& lookup) {
+    FollowFile();
     std::string textBefore = std::move(lookup.text);
     lookup = ReadAirway(airwayFile.text, name, entryFix);
     if (!airwayFile.exists) {
@@ -77,8 +91,8 @@ bool FindAirway(std::string_view name, std::string_view entryFix, AirwayLookup& 
     return airwayFile.exists;
 }
 
-void SetAirwayText(std::string_view text, bool fileExists) {
-    airwayFile = {text, fileExists};
+void SetAirwayText(std::string_view text, bool fileExists, const FileStamp& stamp) {
+    airwayFile = {text, fileExists, stamp, {}};
 }
 
 }  // namespace avq1

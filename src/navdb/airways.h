@@ -1,8 +1,9 @@
 // navdb/airways.h - one airway's fixes, looked up in the airway file by name.
 //
 // The fixes come in file order, with the airway's name as their name and no kind. The airway file's
-// text is the one the database keeps. Reading ends with the lines of the
-// airway that held the entry fix; lines of other airways cost no more than finding their ends.
+// text is the one the database keeps, or, when its size or time says that it was written since,
+// read anew. Reading ends with the lines of the airway that held the entry fix; lines of other
+// airways cost no more than finding their ends.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include <string_view>
 
 #include "navdb/nav_database.h"
+#include "platform/files.h"
 
 namespace avq1 {
 
@@ -31,7 +33,9 @@ AirwayLookup ReadAirway(std::string_view text, std::string_view name, std::strin
 // no fixes and keeps its text.
 bool FindAirway(std::string_view name, std::string_view entryFix, AirwayLookup& lookup);
 
-// Takes over the text that the database has just loaded and keeps.
-void SetAirwayText(std::string_view text, bool fileExists);
+inline constexpr std::string_view kAirwayFile = "\\avq\\navdata\\fsb_awy2.txt";
+
+// Takes over the text that the database has just loaded and keeps, of the file as it was then.
+void SetAirwayText(std::string_view text, bool fileExists, const FileStamp& stamp);
 
 }  // namespace avq1

@@ -101,12 +101,12 @@ void LoadNavDatabase() {
     if (ReadWholeFile(SimPath("\\avq\\navdata\\avq_ints.txt"), files.intersections)) {
         ReadIntersections(files.intersections, navDatabase.intersections);
     }
-    const bool hasAirways =
-        ReadWholeFile(SimPath("\\avq\\navdata\\fsb_awy2.txt"), files.airwayFixes);
+    const FileStamp airwaysStamp = StampOf(SimPath(kAirwayFile));
+    const bool hasAirways = ReadWholeFile(SimPath(kAirwayFile), files.airwayFixes);
     if (hasAirways) {
         ReadAirwayFixes(files.airwayFixes, navDatabase.airwayFixes);
     }
-    SetAirwayText(files.airwayFixes, hasAirways);
+    SetAirwayText(files.airwayFixes, hasAirways, airwaysStamp);
     if (ReadWholeFile(SimPath("\\avq\\navdata\\avq_apts.txt"), files.airports)) {
         ReadAirports(files.airports, navDatabase.airports);
     }

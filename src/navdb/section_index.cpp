@@ -4,7 +4,6 @@
 
 #include "base/text.h"
 #include "navdb/navdata_text.h"
-#include "platform/files.h"
 
 namespace avq1 {
 namespace {
@@ -46,6 +45,7 @@ std::vector<FileSection> FindSections(std::string_view text) {
 
 void BuildSectionIndex(std::string_view path, SectionIndex& index) {
     std::string text;
+    index.stamp = StampOf(path);  // before it is read: what is written meanwhile is read next time
     ReadWholeFile(path, text);
     index.path = path;
     index.sections = FindSections(text);
@@ -55,26 +55,16 @@ void BuildSectionIndex(std::string_view path, SectionIndex& index) {
 
 bool ReadSection(std::string_view path, std::string_view ident, SectionIndex& index,
                  std::string& text) {
+    if (index.path != path || index.stamp != StampOf(path)) {
+        BuildSectionIndex(path, index);
+    }
+    const FileSection* const section = FindSection(index, ident);
+    if (section != nullptr && ReadFilePart(path, section->offset, section->size, text) &&
+        BeginsSection(text, ident)) {
+        return true;
+    }
     text.clear();
-    const bool fresh = index.path != path;
-    if (fresh) {
-        BuildSectionIndex(path, index);
-    }
-    for (bool mayRebuild = !fresh;; mayRebuild = false) {
-        const FileSection* section = FindSection(index, ident);
-        if (section == nullptr) {
-            return false;
-        }
-        if (ReadFilePart(path, section->offset, section->size, text) &&
-            BeginsSection(text, ident)) {
-            return true;
-        }
-        if (!mayRebuild) {
-            text.clear();
-            return false;
-        }
-        BuildSectionIndex(path, index);
-    }
+    return false;
 }
 
 }  // namespace avq1

@@ -2,14 +2,16 @@
 // reading the rest.
 //
 // The index remembers where each section begins. It is built by one pass over the file, at the
-// database load or at the first look-up; a section that is no longer where it was makes it build
-// anew. Of several sections of one airport the first counts.
+// database load or at the first look-up, and again when the file's size or time says that it was
+// written since. Of several sections of one airport the first counts.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/files.h"
 
 namespace avq1 {
 
@@ -21,6 +23,7 @@ struct FileSection {
 
 struct SectionIndex {
     std::string path;                   // of the file it was built from; empty until built
+    FileStamp stamp;                    // of the file when it was read
     std::vector<FileSection> sections;  // by identifier, equals in file order
 };
 

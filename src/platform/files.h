@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,15 @@ bool ReadWholeFile(std::string_view path, std::string& contents);
 // opened or read; `contents` is then empty.
 bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
                   std::string& contents);
+
+// What tells that a file was written since: its size and the time of its last writing, in the
+// system's own unit. All zero for a file that is not there.
+struct FileStamp {
+    std::uint64_t sizeBytes = 0;
+    std::int64_t writtenAt = 0;
+    bool operator==(const FileStamp&) const = default;
+};
+FileStamp StampOf(std::string_view path);
 
 // Writes `contents` beside the target and renames it into place, so an existing file is either
 // kept or replaced whole. Missing folders are created. False leaves the old file untouched.

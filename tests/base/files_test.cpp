@@ -60,6 +60,8 @@ TEST(Files, APartEndsWithTheFile) {
     }
     std::string contents = "stale";
     EXPECT_FALSE(ReadFilePart(SimPath("\\none.txt"), 0, 1, contents));
+    EXPECT_EQ(StampOf(SimPath("\\TEN.txt")).sizeBytes, 10U);
+    EXPECT_EQ(StampOf(SimPath("\\none.txt")), FileStamp{});
     EXPECT_EQ(contents, "");
 }
 

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
+#include "base/module_state.h"
 #include "base/text.h"
 #include "navdb/boundaries.h"
+#include "support/temp_sim_folder.h"
 
 namespace avq1 {
 namespace {
@@ -48,6 +51,28 @@ TEST(Airways, AreFoundByNameWithTheEntryFix) {
     for (const auto& c : cases) {
         EXPECT_EQ(Read(text, c.name, c.entry), c.expected) << c.name << " " << c.entry;
     }
+}
+
+// The airway fixes of the map stay those of the load.
+TEST(Airways, AFileWrittenSinceTheLoadIsReadAnew) {
+    ResetModuleState();
+    const test::TempSimFolder folder;
+    folder.Write("avq/Navdata/fsb_awy2.txt", "J1 10 AAAA 1 1\nJ1 20 BBBB 2 2\n");
+    LoadNavDatabase();
+    AirwayLookup lookup;
+    const auto found = [&] {
+        const bool exists = FindAirway("J1", "BBBB", lookup);
+        return Format("%d %d of %d", exists ? 1 : 0, lookup.entryIndex, lookup.fixes.count);
+    };
+    EXPECT_EQ(found(), "1 2 of 2");
+    folder.Write("avq/Navdata/fsb_awy2.txt", "J1 10 BBBB 2 2\nJ1 20 CCCC 3 3\nJ1 30 DDDD 4 4\n");
+    EXPECT_EQ(found(), "1 1 of 3");
+    EXPECT_EQ(navDatabase.airwayFixes.count, 2);
+    std::filesystem::remove(folder.root() / "avq/Navdata/fsb_awy2.txt");
+    EXPECT_EQ(found(), "0 0 of 0");
+    folder.Write("avq/Navdata/fsb_awy2.txt", "J1 10 BBBB 2 2\n");
+    EXPECT_EQ(found(), "1 1 of 1");
+    ResetModuleState();
 }
 
 TEST(Airways, TheSeventeenthFixStandsOnTheSecondPage) {

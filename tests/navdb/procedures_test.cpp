@@ -208,6 +208,13 @@ TEST(Procedures, AFileReplacedSinceItsIndexIsReadAnew) {
     AirportProcedures read;
     LoadSids("KBOS", read);
     EXPECT_EQ(Show(read.sids), "B2: CCC(CCC)*");
+    // Where its section begins as before, but has grown; and an airport that the file had not.
+    folder.Write("avq/Navdata/avq_sids.txt",
+                 "; longer now\n[KAAA]\nA1 AAA\n[KBOS]\nB2 CCC\nB3 DDD\n[KCCC]\nC1 EEE\n");
+    LoadSids("KBOS", read);
+    EXPECT_EQ(Show(read.sids), "B2: CCC; B3: DDD(DDD)*");
+    LoadSids("KCCC", read);
+    EXPECT_EQ(Show(read.sids), "C1: EEE(EEE)*");
     std::filesystem::remove(folder.root() / "avq/Navdata/avq_sids.txt");
     LoadSids("KBOS", read);
     EXPECT_EQ(Show(read.sids), "");

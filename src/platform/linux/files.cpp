@@ -221,6 +221,17 @@ bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
     return true;
 }
 
+FileStamp StampOf(std::string_view path) {
+    constexpr std::int64_t kNanoseconds = 1'000'000'000;
+    const std::string resolved = ResolvePath(path);
+    struct stat status = {};
+    if (resolved.empty() || stat(resolved.c_str(), &status) != 0) {
+        return {};
+    }
+    return {static_cast<std::uint64_t>(status.st_size),
+            std::int64_t{status.st_mtim.tv_sec} * kNanoseconds + status.st_mtim.tv_nsec};
+}
+
 bool ReplaceFile(std::string_view path, std::string_view contents) {
     const std::string resolved = ResolvePath(path);
     if (resolved.empty() || resolved.back() == '/') {

@@ -124,6 +124,19 @@ bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
     return true;
 }
 
+FileStamp StampOf(std::string_view path) {
+    WIN32_FILE_ATTRIBUTE_DATA data = {};
+    if (GetFileAttributesExA(NativePath(path).c_str(), GetFileExInfoStandard, &data) == 0) {
+        return {};
+    }
+    const auto whole = [](DWORD high, DWORD low) {
+        return (static_cast<std::uint64_t>(high) << 32U) | low;
+    };
+    return {whole(data.nFileSizeHigh, data.nFileSizeLow),
+            static_cast<std::int64_t>(
+                whole(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime))};
+}
+
 bool ReplaceFile(std::string_view path, std::string_view contents) {
     const std::string native = NativePath(path);
     if (native.empty() || native.back() == '\\') {
