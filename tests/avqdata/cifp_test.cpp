@@ -6,6 +6,7 @@
 
 #include "avqdata/arinc.h"
 #include "avqdata/import_helpers.h"
+#include "avqdata/xplane.h"
 #include "base/text.h"
 #include "navdb/procedures.h"
 
@@ -200,6 +201,43 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
             EXPECT_EQ(import.report.Count(Topic::Dropped, c.dropped), 1U);
         }
     }
+}
+
+// A file an airport: fields between commas; a terminal fix of its own airport, an en-route one, a
+// runway's threshold, a navaid, a side of a pair of runways.
+TEST(XplaneProcedures, FieldsBecomeTheLegsOfTheirColumns) {
+    CifpBook book;
+    book.points.Add("PC", "QAAA", "AAAAA", "Q1", {50, 8.1});
+    book.points.Add("PC", "QBBB", "AAAAA", "Q1", {50.5, 8.1});
+    book.points.Add("EA", "", "AAAAA", "Q1", {51, 8.1});
+    book.points.Add("D", "", "QVR", "Q1", {50, 8.2});
+    Report report;
+    std::string error;
+    LineSource lines = LineSource::OfText(
+        "SID:010,4,QUAX1,RW09B,AAAAA,Q1,P,C,EY  , ,   ,CF, , , , , ,      ,    ,    ,    ,    ,B,"
+        "FL120,05000,     , ,250,    ,   , , , , , , , , ;\r\n"
+        "SID:020,5,QUAX1, ,AAAAA,Q1,E,A,E   , ,   ,TF, , , , , ,      ,    ,    ,    ,    ,+,"
+        "05000,     ,     , ,   ,    ,   , , , , , , , , ;\n"
+        "APPCH:010,D,D09LZ, ,QVR,Q1,D, ,VY F, ,   ,CF, , , , , ,      ,    ,    ,    ,    , ,"
+        "     ,     ,     , ,   ,    ,   , , , , , , , , ;\n"
+        "APPCH:020,D,D09LZ, ,RW09L,Q1,P,G,GY M, ,   ,CF, , , , , ,      ,    ,    ,    ,    , ,"
+        "00150,     ,     , ,   ,    ,   , , , , , , , , ;\n"
+        "PRDAT:1,2;\nAPPCH:010,D;\nRWY:RW09L,     ,      ,00820, ,    , ,   "
+        ";N50000000,E008000000,0000;\nRWY:RW09R,,,,,,,;N50001000,E008000000,0000;\n"
+        "RWY:RW27,     ,;N95000000,E008000000,0000;\n",
+        "QAAA.dat");
+    ASSERT_TRUE(ReadXplaneProcedures(lines, "QAAA", report, book, error)) << error;
+    EXPECT_EQ(report.Count(Topic::Fault), 2U);
+    EXPECT_EQ(report.Count(Topic::Dropped), 1U);
+    Dataset data;
+    BuildProcedures(book, report, data);
+    EXPECT_EQ(data.procedures[kSids]["QAAA"],
+              (SectionLines{"T QUAX1 --- 09L,09R",
+                            "QUAX1 AAAAA 250/5000AFL120B 09L,09R 50.00000 8.10000 FO",
+                            "QUAX1 AAAAA 5000A --- 51.00000 8.10000 ---", ";"}));
+    EXPECT_EQ(data.procedures[kApproaches]["QAAA"],
+              (SectionLines{"09L VORDMEZ QVR FAF --- 50.00000 8.20000 0 0 FO",
+                            "09L VORDMEZ RW09L MAF 150 50.00000 8.00000 0 0 FO", ";"}));
 }
 
 TEST_F(CifpTest, WhatDoesNotResolveIsNamedWithItsLine) {

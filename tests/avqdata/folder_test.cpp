@@ -224,6 +224,7 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
         data.airports.push_back(
             {name('K', i), "Field", 0, {10, 10}, {End("09", 5000, {10, 10})}, true});
     }
+    data.airports.push_back({"ZZ-1", "Served", 0, {10, 10}, {}, false, true});
     for (std::size_t i = 0; i < 18000; ++i) {
         const LatLon at{10, static_cast<double>(i) / 100 - 90};
         data.stations.push_back({name('N', i % 17576), "N", at, i % 2 == 0, "113.00"});
@@ -239,10 +240,11 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
     import.Add(std::move(data));
     EXPECT_EQ(import.folder.airports.size(), kMostAirports);
     EXPECT_EQ(std::ranges::count(import.folder.airports, true, &Airport::paved), 6000);
+    EXPECT_NE(LineOf(import.Texts()[kAirportFile], "ZZ-1"), "");
     EXPECT_EQ(import.folder.stations.size(), kMostStations);
     EXPECT_EQ(std::ranges::count(import.folder.stations, true, &Station::isVor), 9000);
     EXPECT_EQ(import.folder.airways.size(), 2U);  // 250 points of one name are listed
-    EXPECT_EQ(import.report.Count(Topic::Dropped), 2000U + 1000U + 1U);
+    EXPECT_EQ(import.report.Count(Topic::Dropped), 2001U + 1000U + 1U);
     Report check;
     CheckFolder(import.Texts(), check);
     EXPECT_EQ(check.Count(Topic::Fault), 0U);

@@ -4,9 +4,11 @@
 
 #include "avqdata/airway_pieces.h"
 #include "avqdata/import_helpers.h"
+#include "avqdata/text_tools.h"
 #include "avqdata/variation.h"
 #include "avqdata/xplane.h"
 #include "base/text.h"
+#include "magneticfield/magnetic_field.h"
 
 namespace avqdata {
 namespace {
@@ -56,7 +58,6 @@ TEST_F(XplaneTest, OldNavaidRows) {
     const std::string navaids = FormatFolder(data)[kNavaidFile];
     EXPECT_EQ(LineOf(navaids, "QX"), "QX QUIX_HILL 10.50000 -20.25000 NDB 365");
     EXPECT_EQ(LineOf(navaids, "QVR"), "QVR QUVER 11.00000 20.00000 VOR 113.70");
-    EXPECT_DOUBLE_EQ(data.variations.at(0).variation, 1.5);
     EXPECT_EQ(data.fixes.at(0).ident, "QTC");
     EXPECT_EQ(data.cycle, 1310);
     EXPECT_EQ(report.Count(Topic::Dropped, "marker beacons"), 1U);
@@ -171,45 +172,63 @@ TEST(AirwayPieces, RunsForksAndRingsKeepEverySegmentOnce) {
     EXPECT_EQ(ring[0].points.size(), 4U);
 }
 
-TEST(Variation, WeighsNeighboursAndTrustsDesignators) {
-    const VariationField field({{{50, 8}, 2.0}, {{50, 10}, 4.0}, {{-60, 100}, 90.0}});
-    EXPECT_NEAR(*field.At({50, 9}), 3.0, 0.01);
-    EXPECT_NEAR(*field.At({50, 8.01}), 2.0, 0.01);
-    EXPECT_FALSE(field.At({0, -100}));
-    EXPECT_NEAR(*VariationField({{{0, 179}, 10.0}, {{0, -179}, 12.0}}).At({0, 180}), 11.0, 0.1);
-
+TEST(Variation, ComesFromTheFieldAtTheCyclesDate) {
     Dataset data;
-    data.variations = {{{50, 8}, -10.0}};
-    Airport airport{"QAAA", "-", 0, {50, 8}, {}, true};
-    for (const auto& [ident, headingTrue] : {std::pair{"09", 80}, {"36", 3}, {"18", 90}}) {
+    Airport airport{"QAAA", "-", 0, {50, -50}, {}, true};
+    for (const auto& [ident, headingTrue] :
+         {std::pair{"09", 75}, {"36", 345}, {"18", 90}, {"27", 270}}) {
         RunwayEnd& end = airport.runways.emplace_back();
         end.ident = ident;
         end.headingTrue = headingTrue;
+        end.courseMag = 1;  // of the approach, against the runway
         end.needsVariation = true;
     }
+    airport.runways[3].needsVariation = false;
+    airport.runways[3].headingMag = 271;
     data.airports.push_back(airport);
     Report report;
-    FillHeadings(data, report);
-    ASSERT_EQ(data.airports[0].runways.size(), 2U);  // 18 cannot point east
-    EXPECT_NEAR(data.airports[0].runways[0].headingMag, 90.0, 0.01);
-    EXPECT_NEAR(data.airports[0].runways[1].headingMag, 13.0, 0.01);
+    FillHeadings(2309, data, report);
+    const std::vector<RunwayEnd>& ends = data.airports[0].runways;
+    ASSERT_EQ(ends.size(), 3U);  // 18 cannot point east
     EXPECT_EQ(report.Count(Topic::Dropped), 1U);
+    const double variation = magneticfield::Variation(50, -50, 2023.0 + 249.0 / 365.0);
+    EXPECT_LT(variation, -15);
+    EXPECT_NEAR(ends[0].headingMag, 75 - variation, 1e-6);
+    EXPECT_NEAR(ends[0].courseMag, 76 - variation, 1e-6);
+    EXPECT_NEAR(ends[1].headingMag, Normalized(345 - variation), 1e-6);
+    EXPECT_EQ(ends[2].headingMag, 271);
+    // By another date another heading, by none that of the model's own.
+    for (const auto& [cycle, year] : {std::pair{0, 2025.0}, {2601, 2026.0 + 21.0 / 365.0}}) {
+        Dataset again;
+        again.airports.push_back(airport);
+        FillHeadings(cycle, again, report);
+        EXPECT_NEAR(again.airports[0].runways[0].headingMag,
+                    75 - magneticfield::Variation(50, -50, year), 1e-6);
+    }
+    // A runway near the pole is numbered by true north.
+    data.airports = {airport};
+    data.airports[0].at = {83, -62};
+    FillHeadings(0, data, report);
+    EXPECT_EQ(data.airports[0].runways.at(0).headingMag, 75);
 }
 
 TEST(OurAirports, RunwaysJoinTheirAirports) {
     Import import;
     Dataset data;
     const char* airports =
-        "id,ident,type,name,latitude_deg,longitude_deg,elevation_ft,gps_code,iso_country\n"
-        "1,QAAA,large_airport,\"Quax, the \"\"Great\"\"\",50.0,8.0,361,QAAB,DE\n"
-        "2,X1,small_airport,Strip,51.0,8.0,,,DE\n3,QHHH,heliport,H,50,8,1,,DE\n"
+        "id,ident,type,name,latitude_deg,longitude_deg,elevation_ft,gps_code,iso_country,"
+        "scheduled_service\n"
+        "1,QAAA,large_airport,\"Quax, the \"\"Great\"\"\",50.0,8.0,361,QAAB,DE,yes\n"
+        "2,X1,small_airport,Strip,51.0,8.0,,,DE,no\n3,QHHH,heliport,H,50,8,1,,DE\n"
         "4,QBAD,small_airport,Bad,95,8,1,,DE\n";
     const char* runways =
         "airport_ref,length_ft,surface,closed,le_ident,le_latitude_deg,le_longitude_deg,"
-        "le_displaced_threshold_ft,he_ident,he_latitude_deg,he_longitude_deg,"
-        "he_displaced_threshold_ft\n"
-        "1,11700,ASPH,0,9,50.0,8.0,,27,50.0,8.05,\n1,4000,GRS,1,18,50,8,,36,49.9,8,\n"
-        "1,3000,CON,0,H1,50,8,,H2,50,8.1,\n2,1500,GRS,0,02,,,,20,,,\n";
+        "le_displaced_threshold_ft,le_heading_degT,he_ident,he_latitude_deg,he_longitude_deg,"
+        "he_displaced_threshold_ft,he_heading_degT\n"
+        "1,11700,ASPH,0,9,50.0,8.0,,,27,50.0,8.05,,\n1,4000,GRS,1,18,50,8,,,36,49.9,8,,\n"
+        "1,3000,CON,0,H1,50,8,,,H2,50,8.1,,\n2,6076,GRS,0,02,,,,,20,,,608,\n"
+        "2,6076,GRS,0,09,51,8,,90,27,,,,\n2,6076,GRS,0,18,,,,,36,51,8,,0\n"
+        "2,,GRS,0,04,,,,40,22,,,,\n";
     ASSERT_TRUE(ReadOurAirports(airports, runways, import.Context(), data, import.error))
         << import.error;
     ASSERT_EQ(data.airports.size(), 2U);
@@ -219,18 +238,46 @@ TEST(OurAirports, RunwaysJoinTheirAirports) {
     EXPECT_EQ(data.airports[0].runways[0].ident, "09");
     EXPECT_TRUE(data.airports[0].paved);
     EXPECT_FALSE(data.airports[1].paved);
+    EXPECT_TRUE(data.airports[0].isScheduled);
+    EXPECT_FALSE(data.airports[1].isScheduled);
     EXPECT_EQ(import.report.Count(Topic::Fault), 1U);
+
+    // Without thresholds: about the airport's position, from the other end, by number or heading.
+    const Airport& strip = data.airports[1];
+    ASSERT_EQ(strip.runways.size(), 6U);
+    const auto expectEnd = [&](std::size_t i, const char* ident, double course, double fromNm,
+                               double courseFrom) {
+        EXPECT_EQ(strip.runways[i].ident, ident);
+        EXPECT_EQ(strip.runways[i].lengthFt, 6076);
+        EXPECT_NEAR(TurnDeg(strip.runways[i].headingTrue, course), 0, 0.05) << ident;
+        EXPECT_NEAR(DistanceNm(strip.at, strip.runways[i].at), fromNm, 0.001) << ident;
+        if (fromNm > 0) {
+            EXPECT_NEAR(TurnDeg(CourseTrue(strip.at, strip.runways[i].at), courseFrom), 0, 0.1)
+                << ident;
+        }
+    };
+    const double byNumber = 20 + magneticfield::Variation(51, 8, magneticfield::kModelEpoch);
+    expectEnd(0, "02", byNumber, 0.5, byNumber + 180);
+    expectEnd(1, "20", byNumber + 180, 0.4, byNumber);  // 608 ft displaced
+    expectEnd(2, "09", 90, 0, 0);
+    expectEnd(3, "27", 270, 1, 90);
+    expectEnd(4, "18", 180, 1, 0);
+    expectEnd(5, "36", 0, 0, 0);
+    EXPECT_EQ(import.report.Count(Topic::Warning,
+                                  "runways placed by length and direction, as their thresholds are "
+                                  "not known"),
+              3U);
+    EXPECT_EQ(
+        import.report.Count(Topic::Dropped, "runways without threshold positions or a length"), 1U);
 
     import.options.countries = {"CA"};
     Dataset none;
     ASSERT_TRUE(
-        ReadOurNavaids("ident,name,type,frequency_khz,latitude_deg,longitude_deg,"
-                       "magnetic_variation_deg,iso_country\nQV,Quv,VOR-DME,113700,50,8,2,DE\n"
-                       "QW,Quw,NDB,365,50,8,2,CA\n",
+        ReadOurNavaids("ident,name,type,frequency_khz,latitude_deg,longitude_deg,iso_country\n"
+                       "QV,Quv,VOR-DME,113700,50,8,DE\nQW,Quw,NDB,365,50,8,CA\n",
                        import.Context(), none, import.error));
     ASSERT_EQ(none.stations.size(), 1U);
     EXPECT_EQ(none.stations[0].name, "QUW");
-    EXPECT_EQ(none.variations.size(), 2U);
     EXPECT_FALSE(ReadOurAirports(runways, airports, import.Context(), none, import.error));
 }
 
@@ -262,6 +309,58 @@ TEST(Nasr, AirwaysResolveByTypeAndBreakAtBordersAndGaps) {
     EXPECT_DOUBLE_EQ(data.airways[0].points[2].at.latitude, 40.0);  // the near one
     EXPECT_THAT(Idents(data.airways[1]), ElementsAre("CCCCC", "DDDDD"));
     EXPECT_EQ(report.Count(Topic::Unresolved), 1U);
+}
+
+TEST(Nasr, AirwaysOfLegsAndRunwaysOfTwoTables) {
+    NasrTexts texts;
+    texts.navaids =
+        "EFF_DATE,NAV_ID,NAV_TYPE,NAME,LAT_DECIMAL,LONG_DECIMAL,FREQ\n"
+        "2023/09/07,QV,VORTAC,QUV,40.0,-70.0,113.7\n";
+    texts.fixes =
+        "FIX_ID,LAT_DECIMAL,LONG_DECIMAL\nAAAAA,40.0,-69.0\nBBBBB,40.0,-71.0\nCCCCC,40.0,-72.0\n"
+        "DDDDD,40,-73\n";
+    // The last leg ends at the station; one leads to a border, one is a gap.
+    texts.airwayLegs =
+        "AWY_LOCATION,AWY_ID,POINT_SEQ,FROM_POINT,FROM_PT_TYPE,TO_POINT,AWY_SEG_GAP_FLAG\n"
+        "C,V1,10,DDDDD,WP,CCCCC,N\nC,V1,20,CCCCC,WP,BBBBB,Y\nC,V1,30,BBBBB,WP,AAAAA,N\n"
+        "C,V1,40,AAAAA,WP,QV,N\nC,V2,10,AAAAA,WP,BBBBB,N\nC,V2,20,BBBBB,WP,U.S. BORDER-4,N\n";
+    texts.airports =
+        "SITE_NO,ARPT_ID,ICAO_ID,SITE_TYPE_CODE,ARPT_NAME,LAT_DECIMAL,LONG_DECIMAL,ELEV\n"
+        "7,QAA,KQAA,A,QUAX,40.0,-70.0,361\n8,QHH,,H,PAD,40.0,-70.0,361\n";
+    texts.runways =
+        "SITE_NO,RWY_ID,RWY_LEN,SURFACE_TYPE_CODE\n7,9/27,11700,ASPH-G\n7,18/36,2000,TURF\n"
+        "7,01/19,2000,TURF\n8,H1,50,CONC\n";
+    texts.runwayEnds =
+        "SITE_NO,RWY_ID,RWY_END_ID,TRUE_ALIGNMENT,LAT_DECIMAL,LONG_DECIMAL,"
+        "LAT_DISPLACED_THR_DECIMAL,LONG_DISPLACED_THR_DECIMAL\n"
+        "7,9/27,9,81,40.0,-70.02,40.0,-70.01\n7,9/27,27,,40.0,-69.98,,\n"
+        "7,18/36,18,172,40.01,-70,,\n7,18/36,36,,,,,\n7,01/19,01,,40.0,-70,,\n8,H1,H1,,40,-70,,\n";
+    Report report;
+    Dataset data;
+    std::string error;
+    ASSERT_TRUE(ReadNasr(texts, report, data, error)) << error;
+    ASSERT_EQ(data.airways.size(), 3U);
+    EXPECT_THAT(Idents(data.airways[0]), ElementsAre("DDDDD", "CCCCC"));
+    EXPECT_THAT(Idents(data.airways[1]), ElementsAre("BBBBB", "AAAAA", "QV"));
+    EXPECT_THAT(Idents(data.airways[2]), ElementsAre("AAAAA", "BBBBB"));
+    EXPECT_EQ(report.Count(Topic::Unresolved), 0U);
+    ASSERT_EQ(data.airports.size(), 1U);
+    const Airport& airport = data.airports[0];
+    ASSERT_EQ(airport.runways.size(), 3U);  // 01 has neither a direction nor another end
+    EXPECT_TRUE(airport.paved);
+    EXPECT_EQ(airport.runways[0].ident, "18");
+    EXPECT_EQ(airport.runways[0].headingTrue, 172);
+    EXPECT_EQ(airport.runways[1].ident, "09");
+    EXPECT_EQ(airport.runways[1].lengthFt, 11700);
+    EXPECT_NEAR(airport.runways[1].headingTrue, 90, 0.1);  // not the whole degrees published
+    EXPECT_DOUBLE_EQ(airport.runways[1].at.longitude, -70.01);
+    EXPECT_EQ(airport.runways[2].ident, "27");
+
+    texts.airwayLegs =
+        "AWY_LOCATION,AWY_ID,POINT_SEQ,FROM_POINT,FROM_PT_TYPE,TO_POINT,"
+        "AWY_SEG_GAP_FLAG\n";
+    EXPECT_FALSE(ReadNasr(texts, report, data = {}, error));
+    EXPECT_EQ(error, "AWY_SEG_ALT.csv: gives no airway");
 }
 
 // ---- airspace ----

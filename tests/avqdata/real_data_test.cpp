@@ -212,6 +212,27 @@ Marked Chosen(const avq1::Procedure& approach, const std::string& group,
     return Merged(legs);
 }
 
+// The same records in either form: the same lines of every airport's procedures.
+TEST_F(RealData, AFileAnAirportGivesWhatTheCodedRecordsGive) {
+    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    Import other;
+    Dataset data;
+    ASSERT_TRUE(ImportXplane(kData + "xplane12", other.Context(), data, other.error))
+        << other.error;
+    EXPECT_EQ(other.report.Count(Topic::Unresolved), 0U);
+    EXPECT_EQ(other.report.Count(Topic::Fault), 0U);
+    for (const ProcedureKind kind : {kSids, kStars, kApproaches}) {
+        EXPECT_EQ(data.procedures[kind].size(), import.folder.procedures[kind].size());
+        for (const auto& [airport, lines] : import.folder.procedures[kind]) {
+            EXPECT_EQ(data.procedures[kind][airport], lines) << airport;
+        }
+    }
+    other.Add(std::move(data));
+    Report check;
+    CheckFolder(other.Texts(), check);
+    EXPECT_EQ(check.Count(Topic::Fault), 0U);
+}
+
 TEST_F(RealData, EveryChoiceOfAnApproachKeepsItsOwnLegs) {
     Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
     const FolderTexts texts = import.Texts();

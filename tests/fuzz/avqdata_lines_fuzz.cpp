@@ -23,7 +23,7 @@ void FuzzText(std::string_view text) {
             break;
         case 3:
             ReadXplaneAirports(lines, report, data, error);
-            FillHeadings(data, report);
+            FillHeadings(data.cycle, data, report);
             break;
         default:
             ReadOpenAir(lines, import.Context(), data, error);

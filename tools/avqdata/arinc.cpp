@@ -1,6 +1,7 @@
 #include "avqdata/arinc.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "avqdata/text_tools.h"
 
@@ -29,9 +30,10 @@ std::optional<double> Angle(std::string_view text, std::size_t degreeDigits, dou
     }
     const double degrees = *Number(digits.substr(0, degreeDigits));
     const double minutes = *Number(digits.substr(degreeDigits, 2));
-    const double seconds = *Number(digits.substr(degreeDigits + 2)) / 100.0;
-    const double value = degrees + minutes / 60.0 + seconds / 3600.0;
-    if (minutes >= 60 || seconds >= 60 || value > most) {
+    const double hundredths = *Number(digits.substr(degreeDigits + 2));  // of a second
+    // In one division: the number that the same angle in decimals reads as, halves included.
+    const double value = (degrees * 360000 + minutes * 6000 + hundredths) / 360000;
+    if (minutes >= 60 || hundredths >= 6000 || value > most) {
         return std::nullopt;
     }
     return text.front() == 'S' || text.front() == 'W' ? -value : value;
@@ -44,30 +46,6 @@ std::string AltitudeText(std::string_view text) {
     }
     const std::optional<int> feet = WholeNumber(text);
     return feet ? std::to_string(*feet) : std::string();
-}
-
-// "5000A" at or above, "5000B" at or below, "5000" at, "5000A7000B" between.
-std::string Restriction(std::string_view record) {
-    const char kind = Raw(record, 83, 83)[0];
-    const std::string first = AltitudeText(Column(record, 85, 89));
-    const std::string second = AltitudeText(Column(record, 90, 94));
-    std::string altitude;
-    if (kind == 'B' && !first.empty() && !second.empty()) {
-        altitude = second + "A" + first + "B";
-    } else if (!first.empty()) {
-        constexpr std::string_view kAbove = "+JHVD";
-        constexpr std::string_view kBelow = "-YL";
-        altitude = first;
-        altitude += kAbove.find(kind) != std::string_view::npos ? "A" : "";
-        altitude += kBelow.find(kind) != std::string_view::npos ? "B" : "";
-    } else if (kind == 'C' && !second.empty()) {
-        altitude = second + "A";
-    }
-    const std::optional<int> speed = WholeNumber(Column(record, 100, 102));
-    if (speed) {
-        return std::to_string(*speed) + "/" + altitude;
-    }
-    return altitude.empty() ? "---" : altitude;
 }
 
 }  // namespace
@@ -123,6 +101,28 @@ std::optional<double> ArincVariation(std::string_view text) {
     return value && text[0] == 'W' ? -*value : value;
 }
 
+std::string RestrictionText(char kind, std::string_view altitude1, std::string_view altitude2,
+                            std::string_view speed) {
+    const std::string first = AltitudeText(altitude1);
+    const std::string second = AltitudeText(altitude2);
+    std::string altitude;
+    if (kind == 'B' && !first.empty() && !second.empty()) {
+        altitude = second + "A" + first + "B";
+    } else if (!first.empty()) {
+        constexpr std::string_view kAbove = "+JHVD";
+        constexpr std::string_view kBelow = "-YL";
+        altitude = first;
+        altitude += kAbove.find(kind) != std::string_view::npos ? "A" : "";
+        altitude += kBelow.find(kind) != std::string_view::npos ? "B" : "";
+    } else if (kind == 'C' && !second.empty()) {
+        altitude = second + "A";
+    }
+    if (const std::optional<int> knots = WholeNumber(speed)) {
+        return std::to_string(*knots) + "/" + altitude;
+    }
+    return altitude.empty() ? "---" : altitude;
+}
+
 ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line) {
     ProcedureLegRecord leg;
     leg.routeType = Raw(record, 20, 20)[0];
@@ -134,11 +134,26 @@ ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line) {
     leg.description = Raw(record, 40, 43);
     leg.turn = Raw(record, 44, 44)[0];
     leg.path = Column(record, 48, 49);
-    leg.restriction = Restriction(record);
+    leg.restriction = RestrictionText(Raw(record, 83, 83)[0], Column(record, 85, 89),
+                                      Column(record, 90, 94), Column(record, 100, 102));
     leg.radiusNm = WholeNumber(Column(record, 57, 62)).value_or(0) / 1000.0;
     leg.centre = leg.path == "AF" ? Column(record, 51, 54) : Column(record, 107, 111);
     leg.line = line;
     return leg;
+}
+
+bool AddLeg(std::string_view airport, std::string_view name, const std::string& file,
+            ProcedureLegRecord&& leg, ProcedureMap& procedures) {
+    if (!IsIdent(airport) || !IsIdent(name) ||
+        (!leg.transition.empty() && !IsIdent(leg.transition))) {
+        return false;
+    }
+    ProcedureRecord& procedure = procedures[{std::string(airport), std::string(name)}];
+    procedure.airport = airport;
+    procedure.name = name;
+    procedure.file = file;
+    procedure.legs.push_back(std::move(leg));
+    return true;
 }
 
 void PointBook::Add(std::string_view section, std::string_view airport, std::string_view ident,
@@ -183,6 +198,19 @@ std::optional<LatLon> PointBook::Find(std::string_view section, std::string_view
         }
     }
     return best;
+}
+
+void AddFolderTo(CifpBook& book, const Dataset& folder) {
+    book.points.AddFolder(folder);
+    for (const Airport& airport : folder.airports) {
+        book.airports.try_emplace(airport.ident, airport.at);
+        auto [runways, isNew] = book.runways.try_emplace(airport.ident);
+        for (const RunwayEnd& end : airport.runways) {
+            if (isNew) {
+                runways->second.push_back(end.ident);
+            }
+        }
+    }
 }
 
 }  // namespace avqdata

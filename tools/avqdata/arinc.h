@@ -50,6 +50,7 @@ struct ProcedureLegRecord {
 struct ProcedureRecord {
     std::string airport;
     std::string name;
+    std::string file;  // of the source, for the report
     std::vector<ProcedureLegRecord> legs;
 };
 
@@ -79,9 +80,21 @@ struct CifpBook {
     std::map<std::string, LatLon> airports;
 };
 
+// What the folder knows, where the source does not.
+void AddFolderTo(CifpBook& book, const Dataset& folder);
+
 ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line);
 
+// "5000A" at or above, "5000B" at or below, "5000" at, "5000A7000B" between, "250/" in front for a
+// speed, "---" for nothing. `kind` is the standard's letter; altitudes are feet or flight levels.
+std::string RestrictionText(char kind, std::string_view altitude1, std::string_view altitude2,
+                            std::string_view speed);
+
+// Puts a leg to the others of its procedure; false for names that cannot stand in the files.
+bool AddLeg(std::string_view airport, std::string_view name, const std::string& file,
+            ProcedureLegRecord&& leg, ProcedureMap& procedures);
+
 // Writes the sections of all airports.
-void BuildProcedures(const CifpBook& book, const std::string& file, Report& report, Dataset& data);
+void BuildProcedures(const CifpBook& book, Report& report, Dataset& data);
 
 }  // namespace avqdata

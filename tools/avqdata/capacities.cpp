@@ -128,12 +128,13 @@ void FitAirports(Dataset& data, Report& report) {
         for (const RunwayEnd& end : airport.runways) {
             longestFt = std::max(longestFt, end.lengthFt);
         }
-        return std::tuple(!hasProcedures, !IsIcaoCode(airport.ident), !airport.paved, -longestFt);
+        return std::tuple(!hasProcedures, !airport.isScheduled, airport.runways.empty(),
+                          !IsIcaoCode(airport.ident), !airport.paved, -longestFt);
     };
     KeepBest(
         data.airports, kMostAirports,
-        "airports beyond the table: without procedures, without a code of four letters, "
-        "unpaved, short ones first",
+        "airports beyond the table: without procedures, airlines, runways or a code of four "
+        "letters, unpaved, short ones first",
         rankOf, [](const Airport& airport) { return airport.ident + " " + airport.name; }, report);
 }
 

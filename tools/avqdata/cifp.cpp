@@ -191,17 +191,10 @@ void ReadAirway(CifpReader& reader, std::string_view record) {
 }
 
 void ReadProcedureLeg(CifpReader& reader, std::string_view record, ProcedureKind kind) {
-    const std::string airport(Column(record, 7, 10));
-    const std::string name(Column(record, 14, 19));
-    const std::string_view transition = Column(record, 21, 25);
-    if (!IsIdent(airport) || !IsIdent(name) || (!transition.empty() && !IsIdent(transition))) {
+    if (!AddLeg(Column(record, 7, 10), Column(record, 14, 19), reader.lines.Name(),
+                ReadLeg(record, reader.lines.LineNumber()), reader.book.procedures[kind])) {
         AddFault(reader, "is no procedure leg");
-        return;
     }
-    ProcedureRecord& procedure = reader.book.procedures[kind][{airport, name}];
-    procedure.airport = airport;
-    procedure.name = name;
-    procedure.legs.push_back(ReadLeg(record, reader.lines.LineNumber()));
 }
 
 // What the sections and subsections of airports hold.
@@ -384,12 +377,15 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
     std::string_view line;
     std::size_t records = 0;
     std::size_t others = 0;
+    bool ofAirports = false;
     while (lines.Next(line)) {
         if (line.starts_with("HDR") || Trim(line).empty()) {
             continue;
         }
         if (!IsArincRecord(line)) {
             ++others;
+            ofAirports = ofAirports || line.starts_with("SID:") || line.starts_with("STAR:") ||
+                         line.starts_with("APPCH:") || line.starts_with("RWY:");
             AddFault(reader, "is no record of 132 columns");
             continue;
         }
@@ -406,16 +402,7 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
         return false;
     }
     if (context.folder != nullptr) {
-        reader.book.points.AddFolder(*context.folder);
-        for (const Airport& airport : context.folder->airports) {
-            reader.book.airports.try_emplace(airport.ident, airport.at);
-            auto [runways, isNew] = reader.book.runways.try_emplace(airport.ident);
-            for (const RunwayEnd& end : airport.runways) {
-                if (isNew) {
-                    runways->second.push_back(end.ident);
-                }
-            }
-        }
+        AddFolderTo(reader.book, *context.folder);
     }
     const RunwayEnds ends = IndexRunways(reader);
     TieLocalizers(reader, ends);
@@ -423,7 +410,7 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
     for (auto& [key, points] : reader.airways) {
         BuildAirway(reader, key.second, points);
     }
-    BuildProcedures(reader.book, lines.Name(), context.report, data);
+    BuildProcedures(reader.book, context.report, data);
     BuildAirspaces(reader.airspaces, context, data);
     return true;
 }

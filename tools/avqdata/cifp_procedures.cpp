@@ -31,7 +31,6 @@ struct Route {
 
 struct Builder {
     const CifpBook& book;
-    const std::string& file;
     Report& report;
     Dataset& data;
 };
@@ -46,9 +45,8 @@ bool EndsAtFix(const ProcedureLegRecord& leg) {
     return known && !leg.fix.empty();
 }
 
-std::string LegName(const Builder& builder, const ProcedureRecord& procedure,
-                    const ProcedureLegRecord& leg) {
-    return AtLine(builder.file, leg.line,
+std::string LegName(const ProcedureRecord& procedure, const ProcedureLegRecord& leg) {
+    return AtLine(procedure.file, leg.line,
                   procedure.airport + " " + procedure.name + " " + leg.transition + " " + leg.path +
                       (leg.fix.empty() ? "" : " " + leg.fix));
 }
@@ -59,7 +57,7 @@ bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const Proced
     if (!EndsAtFix(from)) {
         builder.report.Add(Topic::Dropped,
                            "legs to no fix (" + (from.path.empty() ? "no path" : from.path) + ")",
-                           LegName(builder, procedure, from));
+                           LegName(procedure, from));
         return false;
     }
     const std::string section = from.section == "D" ? "D" : from.section;
@@ -67,17 +65,17 @@ bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const Proced
         builder.book.points.Find(section, procedure.airport, from.fix, from.region, near);
     if (!at || !IsIdent(from.fix)) {
         builder.report.Add(Topic::Unresolved, "procedure fixes that are not in the source",
-                           LegName(builder, procedure, from));
+                           LegName(procedure, from));
         return false;
     }
     if (IsRunwayFix(from.fix) && near && DistanceNm(*near, *at) > kFarthestRunwayNm) {
         builder.report.Add(Topic::Unresolved, "runway fixes far from their airport",
-                           LegName(builder, procedure, from));
+                           LegName(procedure, from));
         return false;
     }
     if (from.path == "AF" || from.path == "RF") {
         builder.report.Add(Topic::Warning, "arcs, which a route of fixes flies straight",
-                           LegName(builder, procedure, from));
+                           LegName(procedure, from));
     }
     leg.fix = from.fix;
     leg.at = *at;
@@ -102,7 +100,7 @@ void AppendLeg(Builder& builder, const ProcedureRecord& procedure, const Procedu
                const Leg& leg, std::vector<Leg>& legs) {
     if (!legs.empty() && legs.back().fix == leg.fix && legs.back().missed == leg.missed) {
         builder.report.Add(Topic::Changed, "legs at the fix before (holds, turns), one with it",
-                           LegName(builder, procedure, from));
+                           LegName(procedure, from));
         StayAtFix(leg, legs.back());
         return;
     }
@@ -547,8 +545,8 @@ void BuildApproaches(Builder& builder) {
 
 }  // namespace
 
-void BuildProcedures(const CifpBook& book, const std::string& file, Report& report, Dataset& data) {
-    Builder builder{book, file, report, data};
+void BuildProcedures(const CifpBook& book, Report& report, Dataset& data) {
+    Builder builder{book, report, data};
     for (const ProcedureKind kind : {kSids, kStars}) {
         std::map<std::string, std::size_t> counts;
         for (const auto& [key, procedure] : book.procedures[kind]) {

@@ -27,6 +27,17 @@ int NumberOf(sys_days start) {
     return static_cast<int>(day.year()) % 100 * 100 + number;
 }
 
+// The first day of a cycle; nothing when its year has no such.
+std::optional<sys_days> StartOf(int cycle) {
+    if (cycle < 1 || cycle > 9914) {
+        return std::nullopt;
+    }
+    const sys_days newYear{chrono::year{2000 + cycle / 100} / 1 / 1};
+    const sys_days first = CycleStart(newYear + chrono::days(kCycleDays - 1));
+    const sys_days start = first + chrono::days(kCycleDays * (cycle % 100 - 1));
+    return NumberOf(start) == cycle ? std::optional(start) : std::nullopt;
+}
+
 std::string DateText(sys_days date) {
     const chrono::year_month_day day(date);
     const auto number = static_cast<unsigned>(day.day());
@@ -66,20 +77,27 @@ std::optional<int> DayOfText(std::string_view date) {
     return static_cast<int>(sys_days{whole}.time_since_epoch().count());
 }
 
-std::string CycleLine(int cycle) {
-    if (cycle < 1 || cycle > 9914) {
-        return {};
+std::optional<double> YearOfCycle(int cycle) {
+    const std::optional<sys_days> start = StartOf(cycle);
+    if (!start) {
+        return std::nullopt;
     }
-    const sys_days newYear{chrono::year{2000 + cycle / 100} / 1 / 1};
-    const sys_days first = CycleStart(newYear + chrono::days(kCycleDays - 1));
-    const sys_days start = first + chrono::days(kCycleDays * (cycle % 100 - 1));
-    if (NumberOf(start) != cycle) {
+    const chrono::year year = chrono::year_month_day(*start).year();
+    const sys_days newYear{year / 1 / 1};
+    const sys_days next{(year + chrono::years(1)) / 1 / 1};
+    return static_cast<int>(year) + static_cast<double>((*start - newYear).count()) /
+                                        static_cast<double>((next - newYear).count());
+}
+
+std::string CycleLine(int cycle) {
+    const std::optional<sys_days> start = StartOf(cycle);
+    if (!start) {
         return {};
     }
     std::string number = std::to_string(cycle);
     number.insert(0, 4 - number.size(), '0');
-    return ";AIRAC cycle : " + number + " (" + DateText(start) + " to " +
-           DateText(start + chrono::days(kCycleDays)) + ")";
+    return ";AIRAC cycle : " + number + " (" + DateText(*start) + " to " +
+           DateText(*start + chrono::days(kCycleDays)) + ")";
 }
 
 }  // namespace avqdata

@@ -13,6 +13,9 @@ std::optional<int> CycleOfDate(int year, int month, int day);
 // ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)"; empty when there is no such cycle.
 std::string CycleLine(int cycle);
 
+// The year, with its fraction, in which a cycle begins: 2023.68 for 2309. Nothing for no cycle.
+std::optional<double> YearOfCycle(int cycle);
+
 // "07-SEP-2023" as a count of days; nothing when it is no day of the calendar.
 std::optional<int> DayOfText(std::string_view date);
 

@@ -48,7 +48,8 @@ struct Airport {
     int elevationFt = 0;
     LatLon at;
     std::vector<RunwayEnd> runways;
-    bool paved = true;  // a paved runway is known
+    bool paved = true;         // a paved runway is known
+    bool isScheduled = false;  // airlines are known to serve it
 };
 
 // One unbroken piece of an airway, in the order it is flown.
@@ -83,11 +84,6 @@ using ProcedureFile = std::map<std::string, SectionLines>;
 
 enum ProcedureKind : std::size_t { kSids, kStars, kApproaches, kProcedureKinds };
 
-struct VariationSample {
-    LatLon at;
-    double variation = 0;  // east positive
-};
-
 struct Dataset {
     std::vector<Station> stations;
     std::vector<Fix> fixes;
@@ -96,7 +92,6 @@ struct Dataset {
     std::vector<Localizer> localizers;
     std::vector<Boundary> boundaries;
     ProcedureFile procedures[kProcedureKinds];
-    std::vector<VariationSample> variations;
     int cycle = 0;          // 2309 is the ninth of 2023; 0 = not known
     std::string cycleLine;  // as found in the folder
 };

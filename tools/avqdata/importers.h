@@ -54,8 +54,11 @@ bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Data
 struct NasrTexts {
     std::string navaids;
     std::string fixes;
-    std::string airways;  // may be empty, and so may the next
+    std::string airways;     // AWY_SEG, a row a point; may be empty, and so may all that follow
+    std::string airwayLegs;  // AWY_SEG_ALT, a row a leg: what counts where there are no points
     std::string airports;
+    std::string runways;  // APT_RWY and APT_RWY_END: none without both, nor without airports
+    std::string runwayEnds;
 };
 bool ReadNasr(const NasrTexts& texts, Report& report, Dataset& data, std::string& error);
 

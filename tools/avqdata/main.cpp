@@ -62,7 +62,8 @@ const std::array<SourceVerb, 5> kSources{{
     {"ourairports", "DIR", "airports.csv, runways.csv and navaids.csv of ourairports.com",
      ImportOurAirports, Coverage::Whole},
     {"nasr", "DIR",
-     "The FAA's NAV_BASE.csv, FIX_BASE.csv, AWY_SEG.csv and APT_BASE.csv (28-day subscription)",
+     "The FAA's NAV_BASE.csv, FIX_BASE.csv, AWY_SEG.csv (or AWY_SEG_ALT.csv), APT_BASE.csv, "
+     "APT_RWY.csv and APT_RWY_END.csv (28-day subscription)",
      ImportNasr, Coverage::Partial},
     {"cifp", "FILE",
      "The FAA's coded instrument flight procedures (ARINC 424-18): departures, arrivals, "

@@ -3,11 +3,14 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "avqdata/clean.h"
 #include "avqdata/csv_table.h"
+#include "avqdata/cycle.h"
 #include "avqdata/importers.h"
 #include "avqdata/text_tools.h"
 #include "avqdata/variation.h"
 #include "base/text.h"
+#include "magneticfield/magnetic_field.h"
 
 namespace avqdata {
 namespace {
@@ -19,8 +22,8 @@ void AddFault(Report& report, std::string_view file, const CsvRow& row, std::str
 }
 
 const std::vector<std::string> kAirportColumns{
-    "id",           "ident", "type",     "latitude_deg", "longitude_deg",
-    "elevation_ft", "name",  "gps_code", "?icao_code",   "?iso_country"};
+    "id",   "ident",    "type",       "latitude_deg", "longitude_deg",     "elevation_ft",
+    "name", "gps_code", "?icao_code", "?iso_country", "?scheduled_service"};
 enum AirportColumn {
     kId,
     kIdent,
@@ -31,23 +34,31 @@ enum AirportColumn {
     kName,
     kGps,
     kIcao,
-    kCountry
+    kCountry,
+    kScheduled
 };
 
-const std::vector<std::string> kRunwayColumns{
-    "airport_ref", "length_ft",       "surface",          "closed",
-    "le_ident",    "le_latitude_deg", "le_longitude_deg", "le_displaced_threshold_ft",
-    "he_ident",    "he_latitude_deg", "he_longitude_deg", "he_displaced_threshold_ft"};
-enum RunwayColumn { kAirportRef, kLength, kSurface, kClosed, kLowEnd, kHighEnd = kLowEnd + 4 };
+const std::vector<std::string> kRunwayColumns{"airport_ref",
+                                              "length_ft",
+                                              "surface",
+                                              "closed",
+                                              "le_ident",
+                                              "le_latitude_deg",
+                                              "le_longitude_deg",
+                                              "le_displaced_threshold_ft",
+                                              "?le_heading_degT",
+                                              "he_ident",
+                                              "he_latitude_deg",
+                                              "he_longitude_deg",
+                                              "he_displaced_threshold_ft",
+                                              "?he_heading_degT"};
+// Of either end: designator, latitude, longitude, displacement, heading.
+enum RunwayColumn { kAirportRef, kLength, kSurface, kClosed, kLowEnd, kHighEnd = kLowEnd + 5 };
+constexpr std::size_t kDisplacement = 3;
+constexpr std::size_t kHeading = 4;
 
-const std::vector<std::string> kNavaidColumns{"ident",
-                                              "name",
-                                              "type",
-                                              "frequency_khz",
-                                              "latitude_deg",
-                                              "longitude_deg",
-                                              "?magnetic_variation_deg",
-                                              "?iso_country"};
+const std::vector<std::string> kNavaidColumns{
+    "ident", "name", "type", "frequency_khz", "latitude_deg", "longitude_deg", "?iso_country"};
 enum NavaidColumn {
     kNavIdent,
     kNavName,
@@ -55,7 +66,6 @@ enum NavaidColumn {
     kNavKhz,
     kNavLatitude,
     kNavLongitude,
-    kNavVariation,
     kNavCountry
 };
 
@@ -76,8 +86,51 @@ std::string AirportIdent(const CsvRow& row) {
     return row[kGps].empty() ? row[kIdent] : row[kGps];
 }
 
-// Both landing directions of a runway; nothing when its ends are not known.
-std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, Report& report) {
+LatLon Along(const LatLon& from, double courseTrue, double distanceFt) {
+    LatLon to;
+    avq1::PointAtDistance(from.latitude, from.longitude, courseTrue, distanceFt / kFeetPerNm,
+                          to.latitude, to.longitude);
+    return to;
+}
+
+// The true direction of the runway from its low end: as the table says of either end, else as it is
+// numbered by the compass.
+double RunwayCourse(const CsvRow& row, const std::string& lowName, const Airport& airport,
+                    double year) {
+    if (const std::optional<double> low = Number(row[kLowEnd + kHeading])) {
+        return Normalized(*low);
+    }
+    if (const std::optional<double> high = Number(row[kHighEnd + kHeading])) {
+        return Normalized(*high + 180);
+    }
+    const double number = WholeNumber(lowName.substr(0, 2)).value_or(0);
+    return Normalized(number * 10 +
+                      magneticfield::Variation(airport.at.latitude, airport.at.longitude, year));
+}
+
+// Gives a runway's ends their places: those that are missing by its length and direction from the
+// other end, or from the middle at the airport's position. False when there is no length.
+bool PlaceEnds(const CsvRow& row, const std::string& lowName, const Airport& airport, double year,
+               std::array<std::optional<LatLon>, 2>& at) {
+    const std::optional<double> lengthFt = Number(row[kLength]);
+    if (!lengthFt || *lengthFt < kShortestRunwayFt || *lengthFt > kLongestRunwayFt) {
+        return false;
+    }
+    const double course = RunwayCourse(row, lowName, airport, year);
+    if (!at[0] && !at[1]) {
+        at[0] = Along(airport.at, course + 180, *lengthFt / 2);
+    }
+    if (!at[0]) {
+        at[0] = Along(*at[1], course + 180, *lengthFt);
+    } else {
+        at[1] = Along(*at[0], course, *lengthFt);
+    }
+    return true;
+}
+
+// Both landing directions of a runway; nothing when its ends cannot be placed.
+std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, const Airport& airport, double year,
+                                  Report& report) {
     std::array<std::optional<LatLon>, 2> at;
     std::array<std::string, 2> names;
     for (std::size_t i = 0; i < 2; ++i) {
@@ -85,13 +138,19 @@ std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, Report& report) {
         names[i] = RunwayName(row[first]);
         at[i] = Position(row[first + 1], row[first + 2]);
     }
-    if (!at[0] || !at[1]) {
-        report.Add(Topic::Dropped, "runways without threshold positions");
-        return {};
-    }
     if (!IsRunwayIdent(names[0]) || !IsRunwayIdent(names[1])) {
         report.Add(Topic::Dropped, "runways without a number");
         return {};
+    }
+    if (!at[0] || !at[1]) {
+        if (!PlaceEnds(row, names[0], airport, year, at)) {
+            report.Add(Topic::Dropped, "runways without threshold positions or a length",
+                       airport.ident + " " + names[0]);
+            return {};
+        }
+        report.Add(Topic::Warning,
+                   "runways placed by length and direction, as their thresholds are not known",
+                   airport.ident + " " + names[0]);
     }
     std::vector<RunwayEnd> ends(2);
     for (std::size_t i = 0; i < 2; ++i) {
@@ -101,9 +160,8 @@ std::vector<RunwayEnd> RunwayEnds(const CsvRow& row, Report& report) {
         end.lengthFt = WholeNumber(row[kLength]).value_or(Rounded(measuredFt));
         end.headingTrue = CourseTrue(*at[i], *at[1 - i]);
         end.needsVariation = true;
-        const double displacedFt = Number(row[(i == 0 ? kLowEnd : kHighEnd) + 3]).value_or(0);
-        avq1::PointAtDistance(at[i]->latitude, at[i]->longitude, end.headingTrue,
-                              displacedFt / kFeetPerNm, end.at.latitude, end.at.longitude);
+        const std::size_t first = i == 0 ? kLowEnd : kHighEnd;
+        end.at = Along(*at[i], end.headingTrue, Number(row[first + kDisplacement]).value_or(0));
     }
     return ends;
 }
@@ -136,7 +194,8 @@ void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
     if (Trim(row[kElevation]).empty()) {
         report.Add(Topic::Warning, "airports without an elevation: taken as 0", ident);
     }
-    data.airports.push_back({ident, Token(row[kName]), Rounded(elevation), *at, {}, false});
+    data.airports.push_back(
+        {ident, Token(row[kName]), Rounded(elevation), *at, {}, false, row[kScheduled] == "yes"});
 }
 
 }  // namespace
@@ -144,6 +203,7 @@ void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
 bool ReadOurAirports(std::string_view airports, std::string_view runways,
                      const ImportContext& context, Dataset& data, std::string& error) {
     Report& report = context.report;
+    const double year = YearOfCycle(context.options.cycle).value_or(magneticfield::kModelEpoch);
     std::unordered_map<std::string, std::size_t> byId;
     std::string fault;
     if (!ReadCsv(
@@ -162,7 +222,7 @@ bool ReadOurAirports(std::string_view airports, std::string_view runways,
             return;
         }
         Airport& airport = data.airports[found->second];
-        const std::vector<RunwayEnd> ends = RunwayEnds(row, report);
+        const std::vector<RunwayEnd> ends = RunwayEnds(row, airport, year, report);
         airport.paved = airport.paved || (!ends.empty() && IsPaved(row[kSurface]));
         airport.runways.insert(airport.runways.end(), ends.begin(), ends.end());
     };
@@ -183,10 +243,6 @@ bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Data
         if (!at || !khz || !IsIdent(row[kNavIdent])) {
             AddFault(report, "navaids.csv", row, "is no navaid: " + row[kNavIdent]);
             return;
-        }
-        const std::optional<double> variation = Number(row[kNavVariation]);
-        if (variation && std::abs(*variation) <= 180) {
-            data.variations.push_back({*at, *variation});
         }
         if (!IsOfCountries(context.options, row[kNavCountry])) {
             report.Add(Topic::Dropped, "navaids of other countries");
@@ -229,7 +285,7 @@ bool ImportOurAirports(const std::string& folder, const ImportContext& context, 
         !ReadOurAirports(texts[0], texts[1], context, data, error)) {
         return false;
     }
-    FillHeadings(data, context.report);
+    FillHeadings(context.options.cycle, data, context.report);
     return true;
 }
 

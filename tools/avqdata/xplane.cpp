@@ -1,6 +1,7 @@
 #include "avqdata/xplane.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <unordered_map>
 
@@ -160,17 +161,35 @@ std::string StationName(const std::string& token) {
     return token;
 }
 
-void AddNavRow(const NavRow& row, Dataset& data, XplaneTables& tables) {
-    constexpr int kNdb = 2;
-    constexpr int kVor = 3;
+constexpr int kNdb = 2;
+constexpr int kVor = 3;
+constexpr int kPairedDme = 12;
+
+bool IsOfAirport(const NavRow& row) {
+    return !row.area.empty() && row.area != kEnRoute;
+}
+
+// As procedures refer to it: by its airport, or by its region.
+void AddToBook(const NavRow& row, CifpBook& book) {
+    const bool terminal = IsOfAirport(row);
+    const char* const section =
+        row.code == kNdb ? (terminal ? "PN" : "DB") : (terminal ? "PI" : "D");
+    book.points.Add(section, terminal ? row.area : "", row.ident, row.region, row.at);
+}
+
+void AddNavRow(const NavRow& row, Report& report, Dataset& data, XplaneTables& tables) {
+    if (!row.region.empty()) {
+        AddToBook(row, tables.book);
+    }
+    if (row.code == kPairedDme || (row.code != kNdb && row.code != kVor && IsOfAirport(row))) {
+        report.Add(Topic::Dropped, "DMEs that belong to another station");
+        return;
+    }
     if (row.code == kNdb || row.code == kVor) {
         const bool isVor = row.code == kVor;
         data.stations.push_back(
             {row.ident, StationName(row.name), row.at, isVor,
              isVor ? Megahertz(row.frequency / 100) : Kilohertz(row.frequency)});
-        if (isVor && std::abs(row.extra) <= 90) {
-            data.variations.push_back({row.at, row.extra});
-        }
     } else {  // a DME that stands alone gives no bearing
         data.fixes.push_back({row.ident, row.at});
     }
@@ -317,9 +336,6 @@ const char* UnusedNavRow(int code) {
     if (code >= 7 && code <= 9) {
         return "marker beacons";
     }
-    if (code == 12) {
-        return "DMEs that belong to another station";
-    }
     return code >= 14 && code <= 16 ? "points of satellite approaches (codes 14 to 16)" : nullptr;
 }
 
@@ -346,7 +362,9 @@ bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTab
         }
         data.fixes.push_back({std::string(words[2]), *at});
         if (version >= kRegionsFrom && words.size() > 4) {
-            tables.Add(words[2], words[4], kFixType, {*at, words[3] == kEnRoute});
+            const bool enRoute = words[3] == kEnRoute;
+            tables.Add(words[2], words[4], kFixType, {*at, enRoute});
+            tables.book.points.Add(enRoute ? "EA" : "PC", words[3], words[2], words[4], *at);
         }
     });
 }
@@ -355,7 +373,7 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
                        std::string& error) {
     return ReadRows(lines, data, error, [&](const Row& words, std::string_view line, int version) {
         const int code = WholeNumber(words[0]).value_or(0);
-        const bool station = code == 2 || code == 3 || code == 13;
+        const bool station = code == kNdb || code == kVor || code == kPairedDme || code == 13;
         const bool landing = code >= 4 && code <= 6;
         if (!station && !landing) {
             if (const char* const unused = UnusedNavRow(code)) {
@@ -372,7 +390,7 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
             return;
         }
         if (station) {
-            AddNavRow(row, data, tables);
+            AddNavRow(row, report, data, tables);
         } else if (landing) {
             Row fields(words);
             if (version >= kRegionsFrom && words.size() > 10) {
@@ -476,6 +494,11 @@ void TieLocalizers(Report& report, Dataset& data) {
     data.localizers = std::move(kept);
 }
 
+// As X-Plane and FlightGear lay their folders out; what the user put in stands before the default.
+constexpr std::array<const char*, 6> kFoldersBelow{
+    "",         "/Custom Data", "/Resources/default data",
+    "/Navaids", "/Airports",    "/Resources/default scenery/default apt dat/Earth nav data"};
+
 bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
                   std::string& error) {
     // The newer airway form refers to fixes and navaids by name, so those come first.
@@ -487,12 +510,13 @@ bool ImportXplane(const std::string& folder, const ImportContext& context, Datas
     };
     XplaneTables tables;
     std::size_t found = 0;
+    std::string procedures;
+    for (const char* const below : kFoldersBelow) {
+        procedures = procedures.empty() ? FindProcedureFolder(folder + below) : procedures;
+    }
     for (const SourceRow& source : sources) {
-        // As X-Plane and FlightGear lay their folders out.
         std::string path;
-        for (const char* below :
-             {"", "/Custom Data", "/Resources/default data", "/Navaids", "/Airports",
-              "/Resources/default scenery/default apt dat/Earth nav data"}) {
+        for (const char* const below : kFoldersBelow) {
             path = path.empty() ? FindSource(folder + below, source.names) : path;
         }
         if (path.empty()) {
@@ -510,8 +534,13 @@ bool ImportXplane(const std::string& folder, const ImportContext& context, Datas
         error = folder + ": holds none of nav.dat, fix.dat, awy.dat, apt.dat";
         return false;
     }
+    if (!procedures.empty() &&
+        !ImportXplaneProcedures(procedures, context, tables.book, data, error)) {
+        return false;
+    }
     TieLocalizers(context.report, data);
-    FillHeadings(data, context.report);
+    FillHeadings(context.options.cycle != 0 ? context.options.cycle : data.cycle, data,
+                 context.report);
     return true;
 }
 

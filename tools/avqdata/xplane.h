@@ -7,7 +7,9 @@
 #include <string_view>
 #include <tuple>
 
+#include "avqdata/arinc.h"
 #include "avqdata/dataset.h"
+#include "avqdata/importers.h"
 #include "avqdata/report.h"
 
 namespace avqdata {
@@ -18,12 +20,21 @@ struct XplanePoint {
 };
 
 struct XplaneTables {
+    CifpBook book;  // the points again, as procedures refer to them
     // By identifier, region and type: 11 a fix, 2 an NDB, 3 a VOR, TACAN or DME. Airways run over
     // en-route points: one stands before an airport's own of the same name, else the earlier.
     std::map<std::tuple<std::string, std::string, int>, XplanePoint> points;
 
     void Add(std::string_view ident, std::string_view region, int type, const XplanePoint& point);
 };
+
+// Procedures, a file an airport, from a folder named CIFP: the one in `folder`, empty when there is
+// none; one airport's file into the book; the whole folder, whose fixes and navaids `book` holds.
+std::string FindProcedureFolder(const std::string& folder);
+bool ReadXplaneProcedures(LineSource& lines, const std::string& airport, Report& report,
+                          CifpBook& book, std::string& error);
+bool ImportXplaneProcedures(const std::string& folder, const ImportContext& context, CifpBook& book,
+                            Dataset& data, std::string& error);
 
 // Ties the localizers read to the runway ends read; one without its runway, or without a
 // glideslope, is no approach aid for the radios.

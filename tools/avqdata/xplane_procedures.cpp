@@ -1,0 +1,192 @@
+// Procedures as X-Plane keeps them: a file an airport, a leg a line, the columns of ARINC 424 as
+// fields between commas.
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+#include "avqdata/text_tools.h"
+#include "avqdata/xplane.h"
+#include "base/text.h"
+
+namespace avqdata {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The fields of a leg.
+enum LegField : std::size_t {
+    kSequence,
+    kRouteType,
+    kProcedure,
+    kTransition,
+    kFix,
+    kFixRegion,
+    kFixSection,
+    kFixSubsection,
+    kDescription,
+    kTurn,
+    kPath = 11,
+    kNavaid = 13,
+    kRadius = 17,
+    kAltitudeKind = 22,
+    kAltitude1,
+    kAltitude2,
+    kSpeed = 27,
+    kCentre = 30,
+    kFewestFields,  // what follows is not used
+};
+
+using Fields = std::vector<std::string_view>;
+
+Fields Split(std::string_view text, char separator) {
+    Fields fields;
+    std::size_t end = text.find(separator);
+    for (; end != std::string_view::npos; end = text.find(separator)) {
+        fields.push_back(text.substr(0, end));
+        text.remove_prefix(end + 1);
+    }
+    fields.push_back(text);
+    return fields;
+}
+
+char FirstOf(std::string_view field) {
+    return field.empty() ? ' ' : field.front();
+}
+
+ProcedureLegRecord LegOf(const Fields& fields, std::size_t line) {
+    ProcedureLegRecord leg;
+    leg.routeType = FirstOf(fields[kRouteType]);
+    leg.transition = Trim(fields[kTransition]);
+    leg.sequence = WholeNumber(fields[kSequence]).value_or(0);
+    leg.fix = Trim(fields[kFix]);
+    leg.region = Trim(fields[kFixRegion]);
+    const std::string section{FirstOf(fields[kFixSection]), FirstOf(fields[kFixSubsection])};
+    leg.section = Trim(section);
+    leg.description = fields[kDescription].substr(0, 4);
+    leg.description.resize(4, ' ');
+    leg.turn = FirstOf(fields[kTurn]);
+    leg.path = Trim(fields[kPath]);
+    leg.radiusNm = WholeNumber(fields[kRadius]).value_or(0) / 1000.0;
+    leg.restriction = RestrictionText(FirstOf(fields[kAltitudeKind]), Trim(fields[kAltitude1]),
+                                      Trim(fields[kAltitude2]), Trim(fields[kSpeed]));
+    leg.centre = Trim(fields[leg.path == "AF" ? kNavaid : kCentre]);
+    leg.line = line;
+    return leg;
+}
+
+// "RW04 ,...;N37092107,W095471282,0000": its designator and threshold.
+bool AddRunway(std::string_view text, const std::string& airport, CifpBook& book) {
+    const Fields parts = Split(text, ';');
+    const Fields place = parts.size() > 1 ? Split(parts[1], ',') : Fields{};
+    const std::string_view ident = Trim(parts[0].substr(0, parts[0].find(',')));
+    if (place.size() < 2) {
+        return false;
+    }
+    const std::optional<LatLon> at =
+        ArincPosition(std::string(place[0]) + std::string(place[1]), 1);
+    if (!at || !IsRunwayFix(ident)) {
+        return false;
+    }
+    book.points.Add("PG", airport, ident, "", *at);
+    book.runways[airport].emplace_back(ident.substr(2));
+    book.airports.try_emplace(airport, *at);
+    return true;
+}
+
+struct KindRow {
+    std::string_view name;
+    ProcedureKind kind;
+};
+constexpr std::array<KindRow, 3> kKinds{{{"SID", kSids}, {"STAR", kStars}, {"APPCH", kApproaches}}};
+
+bool ReadLine(std::string_view line, const LineSource& lines, const std::string& airport,
+              CifpBook& book) {
+    const std::size_t colon = std::min(line.find(':'), line.size());
+    const std::string_view word = line.substr(0, colon);
+    const std::string_view rest = line.substr(std::min(colon + 1, line.size()));
+    if (word == "RWY") {
+        return AddRunway(rest, airport, book);
+    }
+    const auto* const row = std::find_if(kKinds.begin(), kKinds.end(),
+                                         [&](const KindRow& k) { return k.name == word; });
+    const Fields fields = Split(rest.substr(0, rest.find(';')), ',');
+    return row != kKinds.end() && fields.size() >= kFewestFields &&
+           AddLeg(airport, Trim(fields[kProcedure]), lines.Name(),
+                  LegOf(fields, lines.LineNumber()), book.procedures[row->kind]);
+}
+
+// The airports' files of a folder, by name.
+std::vector<fs::path> ProcedureFiles(const std::string& folder) {
+    std::vector<fs::path> files;
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const fs::path& path = entry->path();
+        if (avq1::EqualsIgnoreCase(path.extension().string(), ".dat") &&
+            IsIdent(path.stem().string())) {
+            files.push_back(path);
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+}  // namespace
+
+std::string FindProcedureFolder(const std::string& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (avq1::EqualsIgnoreCase(entry->path().filename().string(), "CIFP") &&
+            entry->is_directory(error)) {
+            return entry->path().string();
+        }
+    }
+    return {};
+}
+
+bool ReadXplaneProcedures(LineSource& lines, const std::string& airport, Report& report,
+                          CifpBook& book, std::string& error) {
+    std::string_view line;
+    while (lines.Next(line)) {
+        if (line.starts_with("PRDAT:")) {
+            report.Add(Topic::Dropped, "levels of service of approaches");
+        } else if (!Trim(line).empty() && !ReadLine(line, lines, airport, book)) {
+            report.Add(Topic::Fault, "lines that make no sense",
+                       AtLine(lines.Name(), lines.LineNumber(), line.substr(0, 60)));
+        }
+    }
+    error = lines.Error();
+    return error.empty();
+}
+
+bool ImportXplaneProcedures(const std::string& folder, const ImportContext& context, CifpBook& book,
+                            Dataset& data, std::string& error) {
+    const std::vector<fs::path> files = ProcedureFiles(folder);
+    for (const Airport& airport : data.airports) {
+        book.airports.try_emplace(airport.ident, airport.at);
+    }
+    if (context.folder != nullptr) {
+        AddFolderTo(book, *context.folder);
+    }
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (context.progress) {
+            context.progress("CIFP", static_cast<double>(i) / static_cast<double>(files.size()));
+        }
+        const std::string airport = avq1::ToUpper(files[i].stem().string());
+        book.runways[airport].clear();  // the file has them all
+        LineSource lines = LineSource::OfFile(files[i].string(), {});
+        if (!ReadXplaneProcedures(lines, airport, context.report, book, error)) {
+            return false;
+        }
+        BuildProcedures(book, context.report, data);
+        for (ProcedureMap& procedures : book.procedures) {
+            procedures.clear();
+        }
+    }
+    context.report.AddCount(Topic::Read, "airports' files of procedures", files.size());
+    return true;
+}
+
+}  // namespace avqdata
