@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "magneticfield/magnetic_field.h"
+
 namespace panelhost {
 namespace {
 
@@ -64,50 +66,8 @@ double CrossTrackNm(const GeoPoint& from, double courseTrue, const GeoPoint& poi
     return std::asin(std::clamp(std::sin(arc) * std::sin(angle), -1.0, 1.0)) * kNmPerRadian;
 }
 
-// Sums the potential's gradient over the field's coefficients (nT); the Legendre functions are
-// Schmidt semi-normalised and built by the usual recursions in degree and order.
 double WorldVariation(const GeoPoint& at) {
-    constexpr int kDegree = 4;
-    constexpr double kG[kDegree + 1][kDegree + 1] = {{0},
-                                                     {-29404.8, -1450.9},
-                                                     {-2499.6, 2982.0, 1677.0},
-                                                     {1363.2, -2381.2, 1236.2, 525.7},
-                                                     {903.0, 809.5, 86.3, -309.4, 48.0}};
-    constexpr double kH[kDegree + 1][kDegree + 1] = {{0},
-                                                     {0, 4652.5},
-                                                     {0, -2991.6, -734.6},
-                                                     {0, -82.1, 241.9, -543.4},
-                                                     {0, 281.9, -158.4, 199.7, -349.7}};
-    const double latitude = std::clamp(at.latitude, -89.0, 89.0);
-    const double cosTheta = std::sin(Radians(latitude));  // theta: angle from the north pole
-    const double sinTheta = std::cos(Radians(latitude));
-    double p[kDegree + 1][kDegree + 1] = {{1}};
-    double d[kDegree + 1][kDegree + 1] = {{0}};  // by theta
-    double north = 0;
-    double east = 0;
-    for (int n = 1; n <= kDegree; ++n) {
-        for (int m = 0; m <= n; ++m) {
-            if (m == n) {
-                const double k = n == 1 ? 1.0 : std::sqrt(1.0 - 1.0 / (2.0 * n));
-                p[n][n] = k * sinTheta * p[n - 1][n - 1];
-                d[n][n] = k * (sinTheta * d[n - 1][n - 1] + cosTheta * p[n - 1][n - 1]);
-            } else {
-                const double k = std::sqrt(static_cast<double>(n * n - m * m));
-                const double k2 = n < 2 || m > n - 2
-                                      ? 0.0
-                                      : std::sqrt(static_cast<double>((n - 1) * (n - 1) - m * m));
-                const double p2 = k2 == 0 ? 0 : p[n - 2][m];
-                const double d2 = k2 == 0 ? 0 : d[n - 2][m];
-                p[n][m] = ((2 * n - 1) * cosTheta * p[n - 1][m] - k2 * p2) / k;
-                d[n][m] =
-                    ((2 * n - 1) * (cosTheta * d[n - 1][m] - sinTheta * p[n - 1][m]) - k2 * d2) / k;
-            }
-            const double angle = m * Radians(at.longitude);
-            north += (kG[n][m] * std::cos(angle) + kH[n][m] * std::sin(angle)) * d[n][m];
-            east += m * (kG[n][m] * std::sin(angle) - kH[n][m] * std::cos(angle)) * p[n][m];
-        }
-    }
-    return std::atan2(east / sinTheta, north) * kDegreesPerRadian;
+    return magneticfield::Variation(at.latitude, at.longitude, magneticfield::kModelEpoch);
 }
 
 }  // namespace panelhost

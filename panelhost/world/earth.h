@@ -21,8 +21,8 @@ GeoPoint Destination(const GeoPoint& from, double courseTrue, double distanceNm)
 // Distance of a point from the great circle through `from` on a course; right of it is positive.
 double CrossTrackNm(const GeoPoint& from, double courseTrue, const GeoPoint& point);
 
-// Magnetic variation, degrees, east positive: the main field of 2020 to the fourth degree, within
-// some three degrees of the charts outside the polar regions; the same in every run.
+// Magnetic variation, degrees, east positive: the world magnetic model's of 2025, the same in every
+// run.
 double WorldVariation(const GeoPoint& at);
 
 }  // namespace panelhost

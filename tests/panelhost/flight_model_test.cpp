@@ -196,7 +196,7 @@ TEST(FlightModel, BurnsTheFuelItsFlowSaysCentreTankFirst) {
 }
 
 TEST(Earth, VariationIsCloseToTheCharts) {
-    // Boston, Seattle, Munich, Sydney, Tokyo, Cape Town; charts of 2020.
+    // Boston, Seattle, Munich, Sydney, Tokyo, Cape Town; charts of 2025.
     const std::pair<GeoPoint, double> rows[] = {{{42.4, -71.0}, -14.3}, {{47.4, -122.3}, 15.4},
                                                 {{48.4, 11.8}, 3.9},    {{-33.9, 151.2}, 12.6},
                                                 {{35.7, 139.8}, -7.6},  {{-33.9, 18.4}, -25.2}};
