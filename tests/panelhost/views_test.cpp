@@ -127,6 +127,26 @@ TEST_F(ViewsTest, AReleasedViewSleepsAndWakesWithNewSurfaces) {
     EXPECT_NE(session_.Picture(0).pixels, nullptr) << "a panel window never sleeps";
 }
 
+TEST_F(ViewsTest, WithNoScreenOpenAnUnseenOneFlies) {
+    const auto eventsOfAStep = [this] {
+        const int before = Events();
+        session_.Step(0.005);  // no tick falls due
+        return Events() - before;
+    };
+    session_.SetWindowVisible(0, false);
+    EXPECT_EQ(eventsOfAStep(), 7) << "its start, and a draw event in two calls";
+    EXPECT_EQ(eventsOfAStep(), 2);
+    const int view = session_.View(kGauge, 1);
+    session_.Step(0.005);
+    EXPECT_EQ(TextOf(view), "drawn 1") << "it had nothing to draw on before";
+    session_.Release(view);
+    EXPECT_EQ(eventsOfAStep(), 2);
+    session_.SetWindowVisible(4001, true);
+    EXPECT_EQ(eventsOfAStep(), 2) << "the open window's alone";
+    session_.SetWindowVisible(0, true);
+    EXPECT_EQ(eventsOfAStep(), 6);
+}
+
 TEST_F(ViewsTest, MemoryIsBounded) {
     session_.Close();
     ASSERT_TRUE(
