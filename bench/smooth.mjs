@@ -2,11 +2,12 @@
 //
 //   node bench/smooth.mjs [--rounds N] [--seconds N] [--browser] BUILD_FOLDER...
 //
-// Every round starts each build's panel host afresh with the demo flight and watches the attitude
-// display and the EHSI's map, at nominal and at double size, acknowledging every picture at once.
-// CPU time is the host process's own, from the kernel, so other work on the machine hardly counts;
-// pictures and bytes are counted on the socket. Latency is wall time: its percentiles are said with
-// the machine's load. With --browser keys are pressed, and their effect seen, in headless Chromium.
+// Every round starts the builds' panel hosts afresh with the demo flight and watches, in all of them
+// at the same time, the attitude display and the EHSI's map, then the main panel, at nominal and at
+// double size, acknowledging every picture at once. CPU time is the host process's own, from the
+// kernel; pictures and bytes are counted on the socket. A machine that is busy otherwise lowers all of
+// them alike. Latency is wall time: its percentiles are said with the machine's load. With --browser
+// keys are pressed, and their effect seen, in headless Chromium.
 import { readFileSync } from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
@@ -140,21 +141,23 @@ function note(build, what, value) {
 
 const loads = [];
 for (let round = 0; round < Number(options.rounds); ++round) {
-  for (const build of builds) {
-    const host = await openHost(build);
-    for (const [name, displays, scale] of kWatched) {
-      const cost = await watchCost(host, displays, scale, Number(options.seconds));
-      for (const [what, value] of Object.entries(cost)) note(build, `${name}, ${what}`, value);
-    }
-    const delays = await keyDelays(host);
-    for (const kind of ['picture', 'text']) note(build, `key to ${kind}, ms`, delays[kind]);
-    if (options.browser) {
-      const seen = await browserDelays(host);
-      for (const kind of ['picture', 'text']) note(build, `key to ${kind} in the browser, ms`, seen[kind]);
-    }
+  const hosts = await Promise.all(builds.map(openHost));
+  const ofEach = async (measure, tell) => {
     loads.push(os.loadavg()[0]);
-    await host.stop();
+    const found = await Promise.all(hosts.map(measure));
+    found.forEach((result, i) => tell(builds[i], result));
+  };
+  for (const [name, displays, scale] of kWatched) {
+    await ofEach((host) => watchCost(host, displays, scale, Number(options.seconds)), (build, cost) => {
+      for (const [what, value] of Object.entries(cost)) note(build, `${name}, ${what}`, value);
+    });
   }
+  const tellDelays = (where) => (build, delays) => {
+    for (const kind of ['picture', 'text']) note(build, `key to ${kind}${where}, ms`, delays[kind]);
+  };
+  await ofEach(keyDelays, tellDelays(''));
+  if (options.browser) await ofEach(browserDelays, tellDelays(' in the browser'));
+  await Promise.all(hosts.map((host) => host.stop()));
 }
 for (const [key, list] of results) {
   const [build, what] = key.split('\t');
