@@ -136,6 +136,44 @@ TEST_F(SmithsNavigation, TwoPagesLookAtAirportsOfTheirOwn) {
     EXPECT_THAT(cdu.Label(2), ::testing::EndsWith("27"));
 }
 
+TEST_F(SmithsNavigation, ListsOfProceduresBeginAtTheirFirstPage) {
+    std::string airport = "KSID Third 50 1.0 0.0";
+    std::string departures = "[KSID]\n";
+    for (const char n : std::string("1234567")) {
+        airport += std::string(" 0") + n + "_9000_1.0_0.0_88_x_y_" + n + "0";
+        departures +=
+            std::string("T DEP") + n + " ---\nDEP" + n + " FIX" + n + " --- --- 1.0 0.3 ---\n;\n";
+    }
+    folder.Write("avq/Navdata/avq_apts.txt", airport + "\nKBBB Last 1234 0.0 7.0\n");
+    folder.Write("avq/Navdata/avq_sids.txt", departures);
+    LoadNavDatabase();
+    MakeDepartureRoute();
+    const struct {
+        const char* keys;
+        const char* counter;
+        const char* first;
+        const char* mark = "";
+    } kSteps[] = {
+        {"DEP_ARR L1 NEXT_PAGE", " 2 /  2", "DEP6  |06 "},
+        {"DEP_ARR L1", " 1 /  2", "DEP1  |01 "},
+        {"NEXT_PAGE L2", " 1 /  2", "DEP7  |01 ", "<SEL>"},
+        {"NEXT_PAGE L1", " 1 /  2", "DEP1  |01 "},          // the list again
+        {"DEP_ARR L1", " 1 /  2", "DEP7  |01 ", "<SEL>"},   // what was chosen stands
+        {"L1 R2", " 1 /  1", "DEP7  |02 ", "<SEL>|<SEL>"},  // and when another list is used
+        {"R1 NEXT_PAGE R1", " 1 /  1", "DEP7  |06 ", "<SEL>|<SEL>"},
+        {"L1 R1 DEL R2", " 1 /  2", "DEP1  |01 "},  // nothing of a list can be deleted
+        {"CLR DEP_ARR L1 DEL R1", " 1 /  2", "DEP7  |01 ", "<SEL>"},
+        {"L1 DEL L1", " 1 /  2", "DEP1  |01 "},
+    };
+    for (const auto& row : kSteps) {
+        SCOPED_TRACE(row.keys);
+        cdu.Press(row.keys);
+        EXPECT_EQ(cdu.Title(), std::string("KSID DEPARTURES|") + row.counter);
+        EXPECT_EQ(cdu.Data(1), row.first);
+        EXPECT_EQ(cdu.At(38), row.mark);
+    }
+}
+
 TEST_F(SmithsNavigation, TheRunwayOfRteNarrowsTheDepartures) {
     MakeDepartureRoute();
     cdu.Press("RTE =27 L3 DEP_ARR L1");

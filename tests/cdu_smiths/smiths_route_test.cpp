@@ -21,6 +21,9 @@ class SmithsRoute : public SmithsTest {
         MakeDatabase();
         folder.Write("avq/Navdata/avq_ints.txt",
                      "NEWPT NEWPT 0.5 2.5\nLATER LATER 0.5 3.5\nFLY FLY 0.0 2.0\n");
+        folder.Write("avq/Navdata/fsb_awy2.txt",
+                     "J9 0010 JONE 0.0 1.5\nJ9 0020 FLY 0.0 2.0\nJ9 0030 JTWO 0.0 2.5\n"
+                     "J9 0040 JTHR 0.0 2.8\nV7 0010 FLY 0.0 2.0\nV7 0020 VTWO 0.3 2.5\n");
         LoadNavDatabase();
     }
 
@@ -137,6 +140,8 @@ TEST_F(SmithsRoute, WaysAreEnteredShortenedAndDeleted) {
         {"KAAA ABCDE FLY KBBB", "=J9 L3", "KAAA ABCDE FLY J9 THEN KBBB"},
         {"KAAA ABCDE FLY DISCO KBBB", "=J9 L4", "KAAA ABCDE FLY DISCO KBBB", "INVALID ENTRY"},
         {"KAAA ABCDE FLY JTHR KBBB", "=J9 L3", "KAAA ABCDE FLY J9 JTWO J9 JTHR KBBB"},
+        {"KAAA ABCDE FLY KBBB", "=V7 L3", "KAAA ABCDE FLY V7 THEN KBBB"},  // it begins there
+        {"KAAA ABCDE FLY J9 THEN KBBB", "=V7 L3", "KAAA ABCDE FLY V7 THEN KBBB"},
         {"KAAA ABCDE FLY J9 THEN KBBB", "=JTWO R3", "KAAA ABCDE FLY J9 JTWO KBBB"},
         {"KAAA ABCDE FLY J9 THEN KBBB", "=JONE R3", "KAAA ABCDE FLY J9 JONE KBBB"},  // backwards
         {"KAAA ABCDE FLY J9 THEN KBBB", "=NEWPT R3", "KAAA ABCDE FLY J9 THEN KBBB",
