@@ -234,5 +234,49 @@ TEST_F(SmithsLooks, TheWidestTextsTouchNothing) {
     }
 }
 
+// Nothing that the simulator says is a number any more.
+TEST_F(SmithsLooks, WhatIsLostIsShownAsDashes) {
+    const struct {
+        const char* keys;
+        std::vector<const char*> data;  // of rows 1 to 5, as far as they matter
+    } kCases[] = {
+        {"PROG NEXT_PAGE",
+         {"- - KT|- - - KT", "- - - / - - -|- - / - -", "R 188.88 NM|- - - -", "---|--- KT"}},
+        {"INIT_REF L6 L2",
+         {"- - - - - - - -", "- - - - -|- - - - - - - -", "- - - - -|- - - - - - - -",
+          "- - - - - - - -", "- - - - . - z  - - / - -"}},
+        {"CRZ", {"FL380|- - - - - / FL350", "288 / 0.80", "- - . -|- - - / - - -"}},
+    };
+    WriteFiles();
+    const auto lose = [this] {
+        for (std::int32_t id = 1; id < 900; ++id) {
+            simulator.variables[id] = std::numeric_limits<double>::quiet_NaN();
+        }
+        for (int i = 0; i < 2 * kReadingsUntilLost; ++i) {
+            RefreshAircraftState();
+        }
+        avionicsPower = 1;
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.keys);
+        Begin("INIT_REF");
+        lose();
+        cdu.Press(row.keys);
+        for (std::size_t i = 0; i < row.data.size(); ++i) {
+            EXPECT_EQ(cdu.Data(static_cast<int>(i) + 1), row.data[i]);
+        }
+    }
+    for (const SmithsView& view : kSmithsViews) {
+        Begin(view.keys);
+        lose();
+        RequestUnitRedraw();
+        cdu.Draw();
+        for (const DrawnText& text : cdu.Texts()) {
+            EXPECT_EQ(text.text.find("nan"), std::string::npos) << view.name << ' ' << text.text;
+            EXPECT_EQ(text.text.find("inf"), std::string::npos) << view.name << ' ' << text.text;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace avq1::test
