@@ -275,8 +275,7 @@ void MakeLists() {
         smiths.page,     AirportShown().ident,     &plan, plan.revision, activePlan.revision,
         planBook.status, procedurePick.listsOpened};
     procedurePick.shown = IsReference() ? PlanProcedures{} : ProceduresOf(plan);
-    procedurePick.active =
-        SmithsRouteIsActive() && !IsReference() ? ProceduresOf(activePlan) : PlanProcedures{};
+    procedurePick.active = SmithsRouteIsActive() ? ProceduresOf(activePlan) : PlanProcedures{};
     const PickNames shown = NamesOf(procedurePick.shown);
     MakeLeft(shown);
     MakeRight(shown);
