@@ -228,6 +228,7 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
         const Said said = RunProgram(folder_.string(), path);
         EXPECT_EQ(said.status, 1);
         EXPECT_EQ(std::ranges::count(said.text, '\n'), 1) << said.text;
+        EXPECT_THAT(said.text, HasSubstr("cannot load module \"" + path + "\": "));
         EXPECT_THAT(said.text, HasSubstr(message));
     }
 }
