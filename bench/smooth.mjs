@@ -156,7 +156,9 @@ for (let round = 0; round < Number(options.rounds); ++round) {
     for (const kind of ['picture', 'text']) note(build, `key to ${kind}${where}, ms`, delays[kind]);
   };
   await ofEach(keyDelays, tellDelays(''));
-  if (options.browser) await ofEach(browserDelays, tellDelays(' in the browser'));
+  for (const i of options.browser ? hosts.keys() : []) { // two browsers would hold up one another
+    tellDelays(' in the browser')(builds[i], await browserDelays(hosts[i]));
+  }
   await Promise.all(hosts.map((host) => host.stop()));
 }
 for (const [key, list] of results) {
