@@ -233,6 +233,16 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
     }
 }
 
+TEST_F(SessionTest, TellsItsWeightsAndTheGroundFarFromAnyAirport) {
+    ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+    const SessionStatus status = session_.Status();
+    EXPECT_EQ(status.payloadLb, 27080);
+    EXPECT_EQ(status.zeroFuelWeightLb, 91300 + 27080);
+    session_.SetAltitude(9000);
+    session_.SetPosition(0, -150);
+    EXPECT_EQ(session_.Status().radioAltitudeFt, session_.Status().altitudeFt);
+}
+
 TEST_F(SessionTest, ASeedGivesItsOwnTurbulenceAgain) {
     std::vector<double> banks;
     for (const std::uint32_t seed : {1U, 1U, 2U}) {
