@@ -14,6 +14,7 @@
 #include "guidance/lnav.h"
 #include "guidance/progress.h"
 #include "guidance/radio_tuning.h"
+#include "guidance/route_table.h"
 #include "guidance/vnav.h"
 #include "settings/parking.h"
 #include "settings/settings.h"
@@ -183,6 +184,8 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
         EXPECT_EQ(progress.destinationBearingMag, bearingTrue) << number;
         ++number;
     }
+    activePlan.Edit(0) = activePlan.Edit(1) = Discontinuity();
+    EXPECT_EQ(ActiveRoute().alongNm[1], 0) << "as the first that has a position";
     planBook.activeIndex = kNoWaypoint;
     UpdateRouteDistance();
     EXPECT_EQ(progress.routeDistanceToDestination + progress.destinationDistanceDirect +

@@ -323,7 +323,8 @@ const Step kSteps[] = {
     {"VNAV lets go", [] { DisengageVnav("TEST"); }},
     {"the plan started", StartActivePlan},
     {"the plan started with a pause armed", [] { vnav.pauseArmed = 1, StartActivePlan(); }},
-    {"no waypoint flown to", [] { SetActiveWaypoint(kNoWaypoint), StartVerticalProfile(); }},
+    {"no waypoint flown to",
+     [] { SetActiveWaypoint(kNoWaypoint), StartVerticalProfile(), ReplanChangedRoute(); }},
     {"NEXT", [] { SetActiveWaypoint(planBook.activeIndex + 1), ReplanChangedRoute(); }},
     {"PREV", [] { SetActiveWaypoint(planBook.activeIndex - 1), ReplanChangedRoute(); }},
     {"the departure moved", [] { activePlan.Edit(0).latitude = 39, ReplanChangedRoute(); }},
@@ -343,6 +344,8 @@ const Step kSteps[] = {
     {"and its altitude",
      [] { performance.descentRestrictionAltitude = 9000, ReplanChangedRoute(); }},
     {"the waypoint passed", [] { guidance.distanceToGoNm = 0, SequenceWaypoint(); }},
+    {"a restriction of the climb passed",
+     [] { SetActiveWaypoint(2), guidance.distanceToGoNm = 0, SequenceWaypoint(); }},
     {"a crossing that nears", [] { vnav.crossingDistance = 99, WatchCrossing(); }},
     {"a crossing behind", [] { vnav.crossingDistance = 0.1, WatchCrossing(); }},
     {"a crossing beyond the plan", [] { vnav.crossingIndex = 99, WatchCrossing(); }},
@@ -362,7 +365,7 @@ const Step kSteps[] = {
      [] {
          settings.Lnav1xAtTod = 1;
          vnav.simRateResetDone = vnav.pauseDone = 0;
-         derived.simRate = 4;
+         derived.simRate = 1.05;
          ApplyTopOfDescentActions();
      }},
     {"a speed to send", [] { vnav.speed.set = 0, vnav.crossingIndex = 0, CommandSpeed(); }},

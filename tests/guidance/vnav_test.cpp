@@ -734,6 +734,7 @@ TEST_F(VnavTest, ItsButtonEngagesAnewAndLetsGo) {
     SetActiveWaypoint(kNoWaypoint);
     ToggleVnav();
     EXPECT_EQ(guidance.vnavEngaged, 0);
+    EXPECT_EQ(ComputeOptimumFromTables() + OptimumCruiseAltitude(), 0);
 }
 
 TEST_F(VnavTest, WhatTheAutopilotShowsInTheNextFrameIsNotThePilots) {
