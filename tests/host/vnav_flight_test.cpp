@@ -565,7 +565,9 @@ TEST_F(VnavFlight, AHostThatDrawsTheProfileIsToldIt) {
         double fromNm;
         std::int32_t phase;
         const char* points;
-    } rows[] = {{0, 0, "A"}, {60, 1, "B"}, {100, 2, "C"}};
+    } rows[] = {{0, 0, "T/C 17000 1 0 AAA 17000 0 0 T/D 17000 2 0 BBB 9000 0 9000 ! KBBB 250 0 0 "},
+                {60, 1, "T/D 17000 2 0 BBB 9000 0 9000 ! KBBB 250 0 0 "},
+                {100, 2, "KBBB 250 0 0 "}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.fromNm);
         Depart({{"KAAA", 0, 20}, {"AAA", 1}, {"BBB", 1.7, 9000}, {"KBBB", 2, 50}}, 17000, 0,
@@ -574,7 +576,7 @@ TEST_F(VnavFlight, AHostThatDrawsTheProfileIsToldIt) {
             pilot.Fly(kFrameS);
         }
         EXPECT_EQ(toldProfile.phase, row.phase);
-        EXPECT_EQ(toldProfile.engaged, 1);
+        EXPECT_EQ(toldProfile.engaged, guidance.vnavEngaged);
         EXPECT_EQ(toldProfile.cruiseAltitudeFt, 17000);
         EXPECT_EQ(toldProfile.targetAltitudeFt, vnav.targetAltitude);
         EXPECT_EQ(toldProfile.pathAltitudeFt, vnav.pathAltitude);
