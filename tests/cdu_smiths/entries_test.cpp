@@ -337,6 +337,35 @@ class SmithsEntries : public SmithsTest {
         EXPECT_EQ(World(), before) << typed;
     }
 
+    // The texts of a row that are refused, and all odd ones that it does not take.
+    void ExpectAllRefused(const LineRow& row, const std::string& line, const std::string& before) {
+        std::set<std::string> taken;
+        for (const std::string& text : Words(row.takes)) {
+            taken.insert(text.substr(0, text.find('>')));
+        }
+        for (const char* odd : kOdd) {
+            if (!taken.contains(odd)) {
+                ExpectRefused(odd, line, {kInvalid, kUnknown}, before);
+            }
+        }
+        for (std::string text : Words(row.refuses)) {
+            const bool unknown = text.ends_with('?');
+            text.resize(text.size() - (unknown ? 1 : 0));
+            ExpectRefused(text, line, {unknown ? kUnknown : kInvalid}, before);
+        }
+    }
+
+    // An empty row where the table has none.
+    static LineRow RowOf(const SmithsView& view, const char* line, std::set<const LineRow*>& used) {
+        for (const LineRow& row : kLines) {
+            if (Names(row.views, view.name, ';') && Names(row.lines, line)) {
+                used.insert(&row);
+                return row;
+            }
+        }
+        return {"", "", ""};
+    }
+
     void ExpectTaken(const SmithsView& view, const std::string& line, const std::string& taken,
                      Deletes deletes) {
         const std::size_t mark = std::min(taken.find('>'), taken.size());
@@ -378,28 +407,9 @@ TEST_F(SmithsEntries, EveryLineTakesWhatItMayAndRefusesTheRest) {
                 Begin(view);
                 continue;
             }
-            LineRow row{"", "", ""};
-            for (const LineRow& each : kLines) {
-                if (Names(each.views, view.name, ';') && Names(each.lines, line)) {
-                    row = each;
-                    used.insert(&each);
-                }
-            }
-            std::set<std::string> taken;
-            for (const std::string& text : Words(row.takes)) {
-                taken.insert(text.substr(0, text.find('>')));
-            }
+            const LineRow row = RowOf(view, line, used);
             const std::string before = World();
-            for (const char* odd : kOdd) {
-                if (!taken.contains(odd)) {
-                    ExpectRefused(odd, line, {kInvalid, kUnknown}, before);
-                }
-            }
-            for (std::string text : Words(row.refuses)) {
-                const bool unknown = text.ends_with('?');
-                text.resize(text.size() - (unknown ? 1 : 0));
-                ExpectRefused(text, line, {unknown ? kUnknown : kInvalid}, before);
-            }
+            ExpectAllRefused(row, line, before);
             if (row.deletes != kAlways) {
                 EXPECT_EQ(AnswerToDelete(line), kNoDelete);
                 EXPECT_EQ(World(), before);
