@@ -297,6 +297,7 @@ TEST(Cifp, OtherFilesAreRefused) {
         import.error.clear();
         EXPECT_FALSE(ReadCifp(lines, import.Context(), data, import.error)) << text.substr(0, 80);
         EXPECT_NE(import.error.find("x: is no file of ARINC 424 records"), std::string::npos);
+        EXPECT_EQ(import.error.ends_with("`import xplane`"), text.find("SID:") != text.npos);
     }
 }
 

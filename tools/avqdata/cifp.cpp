@@ -397,7 +397,8 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
         error = lines.Error();
         if (error.empty()) {
             error = lines.Name() + ": is no file of ARINC 424 records (" + std::to_string(records) +
-                    " of its " + std::to_string(records + others) + " lines are)";
+                    " of its " + std::to_string(records + others) + " lines are)" +
+                    (ofAirports ? "; procedures a file an airport come with `import xplane`" : "");
         }
         return false;
     }
