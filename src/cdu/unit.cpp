@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/redraw.h"
-#include "drawing/palette.h"
 #include "simlink/aircraft_state.h"
 
 namespace avq1 {
@@ -125,16 +124,15 @@ void NoteChange(UnitPaint& paint) {
 
 void PaintDark(const CduUnit& unit, const DrawTarget& target, PaintRecord& record) {
     if (!record.dark) {
-        const Surface cleared(target, unit.widthUnits, unit.heightUnits);
+        const Surface cleared(target, unit.widthUnits, unit.heightUnits, false);
         record.dark = true;
         record.generation = 0;
     }
 }
 
 void Paint(const CduUnit& unit, const DrawTarget& target, PaintRecord& record) {
-    Surface surface(target, unit.widthUnits, unit.heightUnits);
+    Surface surface(target, unit.widthUnits, unit.heightUnits, true);
     if (surface.ShouldDraw()) {
-        surface.canvas().Clear(colour::Black);
         PaintScreen(unit.paint.shown, unit.styles, surface);
         record.generation = unit.paint.generation;
         record.dark = false;

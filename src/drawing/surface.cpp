@@ -4,15 +4,16 @@
 
 namespace avq1 {
 
-Surface::Surface(const DrawTarget& target, double designWidth, double designHeight)
+Surface::Surface(const DrawTarget& target, double designWidth, double designHeight, bool lit)
     : canvas_(target.deviceContext, target.widthPx, target.heightPx),
-      shouldDraw_(canvas_.IsOpen() && (target.mode == DisplayDrawMode::Normal ||
-                                       target.mode == DisplayDrawMode::SecondCockpit)) {
+      shouldDraw_(canvas_.IsOpen() && lit &&
+                  (target.mode == DisplayDrawMode::Normal ||
+                   target.mode == DisplayDrawMode::SecondCockpit)) {
     if (!canvas_.IsOpen() || target.mode == DisplayDrawMode::Skip) {
         return;
     }
     canvas_.SetAntialias(true);
-    canvas_.Clear(colour::Clear);
+    canvas_.Clear(shouldDraw_ ? colour::Black : colour::Clear);
     canvas_.Scale(target.widthPx / designWidth, target.heightPx / designHeight);
 }
 

@@ -1,9 +1,9 @@
 // drawing/surface.h - what a screen draws on for one draw event.
 //
 // A screen opens a Surface on the device context it is given, draws in its own design coordinates
-// and lets it go. Opening sets anti-aliased shapes and text, clears the surface to fully
-// transparent and scales the design to the surface's pixels. A screen with nothing to show (draw
-// mode 2, avionics off) stops there, others begin with an opaque black ground. Text's (x, y) is its
+// and lets it go. Opening sets anti-aliased shapes and text, clears the surface and scales the design
+// to the surface's pixels. A screen with nothing to show (draw mode 2, avionics off) is fully
+// transparent and stops there, others begin on an opaque black ground. Text's (x, y) is its
 // top-left corner. Without a usable device context everything draws nothing.
 #pragma once
 
@@ -32,11 +32,12 @@ struct DrawTarget {
 
 class Surface {
   public:
-    // Scales `designWidth` x `designHeight` to the target's pixels.
-    Surface(const DrawTarget& target, double designWidth, double designHeight);
+    // Scales `designWidth` x `designHeight` to the target's pixels. A screen that is not `lit` has
+    // nothing to draw.
+    Surface(const DrawTarget& target, double designWidth, double designHeight, bool lit);
 
     Canvas& canvas() { return canvas_; }
-    // False when there is nothing to draw on, or the target asks for a clear only.
+    // False when there is nothing to draw on, the target asks for a clear only, or it is not lit.
     bool ShouldDraw() const { return shouldDraw_; }
 
     void Text(std::string_view text, const CanvasFont& font, std::uint32_t argb, double x,

@@ -40,7 +40,8 @@ AtcBoundary Reaching(const char* ident, double firstPointNm) {
 
 // On a map of 200 x 200 with the aircraft in the middle, 50 pixels for 20 nm.
 void DrawLayer(Picture& picture, double circleRadius = 100, double bottom = 200) {
-    Surface surface(picture.Target(), 200, 200);
+    Surface surface(picture.Target(), 200, 200, true);
+    surface.canvas().Clear(colour::Clear);
     const MapView view = ViewFromAircraft(100, 100, 50, 20);
     TextBoxes texts;
     const MapFrame frame{

@@ -22,7 +22,8 @@ constexpr int kCodes[] = {1,  2,  3,  4,  5,  11, 12, 20, 30, 31,
 
 std::unique_ptr<Picture> Drawn(const Symbol& symbol) {
     auto picture = std::make_unique<Picture>(kSize * kScale, kSize * kScale);
-    Surface surface(picture->Target(), kSize, kSize);
+    Surface surface(picture->Target(), kSize, kSize, true);
+    surface.canvas().Clear(colour::Clear);
     DrawSymbol(surface, kSize / 2, kSize / 2, symbol);
     return picture;
 }

@@ -50,12 +50,11 @@ void EadiText(EadiPicture& picture, std::string_view text, const CanvasFont& fon
 }
 
 void DrawEadi(const DrawTarget& target) {
-    Surface surface(target, kEadiDesignWidth, kEadiDesignHeight);
-    if (!surface.ShouldDraw() || avionicsPower == 0) {
+    Surface surface(target, kEadiDesignWidth, kEadiDesignHeight, avionicsPower != 0);
+    if (!surface.ShouldDraw()) {
         return;
     }
     Canvas& canvas = surface.canvas();
-    canvas.FillRectangle(colour::Black, 0, 0, kEadiDesignWidth, kEadiDesignHeight);
     canvas.Translate(kEadiCentre.x, kEadiCentre.y);
     EadiPicture picture{surface, canvas, ChosenLayout()};
     const AircraftState& shown = ShownAircraft();

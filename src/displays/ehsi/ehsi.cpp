@@ -6,7 +6,6 @@
 #include "displays/layers.h"
 #include "displays/map/map_station.h"
 #include "displays/map/map_view.h"
-#include "drawing/palette.h"
 #include "flightplan/hold_pattern.h"
 #include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
@@ -124,11 +123,10 @@ MapFrame FrameOf(EhsiPicture& picture) {
 }
 
 void DrawEhsi(const DrawTarget& target) {
-    Surface surface(target, kEhsiDesignWidth, kEhsiDesignHeight);
-    if (!surface.ShouldDraw() || avionicsPower == 0) {
+    Surface surface(target, kEhsiDesignWidth, kEhsiDesignHeight, avionicsPower != 0);
+    if (!surface.ShouldDraw()) {
         return;
     }
-    surface.canvas().FillRectangle(colour::Black, 0, 0, kEhsiDesignWidth, kEhsiDesignHeight);
     const bool fullCompass = IsFullCompass();
     EhsiPicture picture{
         surface, surface.canvas(), target.mode,

@@ -4,7 +4,6 @@
 #include "displays/layers.h"
 #include "displays/mfd/mfd_picture.h"
 #include "displays/nd/nd_panel.h"
-#include "drawing/palette.h"
 #include "flightplan/plan_airports.h"
 #include "guidance/guidance_state.h"
 #include "simlink/aircraft_state.h"
@@ -108,12 +107,11 @@ bool MfdKeepsPicture() {
 }
 
 void DrawMfd(const DrawTarget& target) {
-    Surface surface(target, kMfdWidth, kMfdHeight);
-    if (!surface.ShouldDraw() || avionicsPower == 0 || MfdKeepsPicture()) {
+    Surface surface(target, kMfdWidth, kMfdHeight, avionicsPower != 0 && !MfdKeepsPicture());
+    if (!surface.ShouldDraw()) {
         return;
     }
     mfd.mfdRequiredVs = MfdRequiredVerticalSpeed();
-    surface.canvas().FillRectangle(colour::Black, 0, 0, kMfdWidth, kMfdHeight);
     MfdPicture picture{surface, surface.canvas(), RoseNow(), ViewNow(), MfdRangeInUse()};
     picture.hasWaypoint = HasActiveWaypoint();
     picture.showsPage = MfdShowsPage();

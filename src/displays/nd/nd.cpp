@@ -7,7 +7,6 @@
 #include "displays/layers.h"
 #include "displays/map/map_station.h"
 #include "displays/nd/nd_picture.h"
-#include "drawing/palette.h"
 #include "flightplan/flight_plan.h"
 #include "geometry/geometry.h"
 #include "guidance/guidance_state.h"
@@ -173,11 +172,10 @@ MapFrame FrameOf(NdPicture& picture) {
 }
 
 void DrawNd(const DrawTarget& target) {
-    Surface surface(target, kNdWidth, kNdHeight);
-    if (!surface.ShouldDraw() || avionicsPower == 0) {
+    Surface surface(target, kNdWidth, kNdHeight, avionicsPower != 0);
+    if (!surface.ShouldDraw()) {
         return;
     }
-    surface.canvas().FillRectangle(colour::Black, 0, 0, kNdWidth, kNdHeight);
     const ModeRow& row = kModes[Mode() - 1];
     NdPicture picture{surface, surface.canvas(), target.mode, RoseOf(row), ViewOf(row)};
     picture.receivers = ReadReceivers();

@@ -49,11 +49,10 @@ void DrawRange(Surface& surface) {
 }  // namespace
 
 void DrawTcas(const DrawTarget& target) {
-    Surface surface(target, kWidth, kHeight);
-    if (!surface.ShouldDraw() || avionicsPower == 0) {
+    Surface surface(target, kWidth, kHeight, avionicsPower != 0);
+    if (!surface.ShouldDraw()) {
         return;
     }
-    surface.canvas().FillRectangle(colour::Black, 0, 0, kWidth, kHeight);
     const TrafficRose rose{kCentre, ehsi.ehsiMode8Range, colour::Blue, 2.0};
     DrawTrafficMarks(surface, rose);
     DrawRange(surface);
