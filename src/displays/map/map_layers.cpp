@@ -8,8 +8,10 @@ namespace {
 
 constexpr double kSymbolMarginPx = 8;
 
-double FromCentre(const MapFrame& frame, double x, double y) {
-    return std::hypot(x - frame.circleCentre.x, y - frame.circleCentre.y);
+bool WithinOfCentre(const MapFrame& frame, double radius, double x, double y) {
+    const double dx = x - frame.circleCentre.x;
+    const double dy = y - frame.circleCentre.y;
+    return dx * dx + dy * dy <= radius * radius;
 }
 
 }  // namespace
@@ -24,16 +26,21 @@ void ClipToMap(const MapFrame& frame) {
     canvas.EndClip();
 }
 
-bool InsideMap(const MapFrame& frame, const TextBox& box) {
+bool InsideCircle(const MapFrame& frame, double radius, const TextBox& box) {
     for (const double x : {box.x, box.x + box.width}) {
         for (const double y : {box.y, box.y + box.height}) {
-            if (!(FromCentre(frame, x, y) <= frame.circleRadius)) {
+            if (!WithinOfCentre(frame, radius, x, y)) {
                 return false;
             }
         }
     }
+    return true;
+}
+
+bool InsideMap(const MapFrame& frame, const TextBox& box) {
     const TextBox& window = frame.window;
-    return box.x >= window.x && box.x + box.width <= window.x + window.width && box.y >= window.y &&
+    return InsideCircle(frame, frame.circleRadius, box) && box.x >= window.x &&
+           box.x + box.width <= window.x + window.width && box.y >= window.y &&
            box.y + box.height <= window.y + window.height;
 }
 
@@ -82,7 +89,7 @@ bool CutToMap(const MapFrame& frame, CanvasPoint& from, CanvasPoint& to) {
 
 bool NearMap(const MapFrame& frame, const CanvasPoint& point) {
     const TextBox& window = frame.window;
-    return FromCentre(frame, point.x, point.y) <= frame.circleRadius + kSymbolMarginPx &&
+    return WithinOfCentre(frame, frame.circleRadius + kSymbolMarginPx, point.x, point.y) &&
            point.x >= window.x - kSymbolMarginPx &&
            point.x <= window.x + window.width + kSymbolMarginPx &&
            point.y >= window.y - kSymbolMarginPx &&

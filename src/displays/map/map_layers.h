@@ -35,6 +35,8 @@ struct MapFrame {
 
 void ClipToMap(const MapFrame& frame);
 bool InsideMap(const MapFrame& frame, const TextBox& box);
+// Whether a box is wholly within this radius of the map's circle's centre.
+bool InsideCircle(const MapFrame& frame, double radius, const TextBox& box);
 // Cuts a line to the map; false when nothing of it is there.
 bool CutToMap(const MapFrame& frame, CanvasPoint& from, CanvasPoint& to);
 // Whether a symbol at this point can be seen.

@@ -86,15 +86,7 @@ void DrawLeader(const MapFrame& frame, const MapName& name, const TextBox& box) 
 }  // namespace
 
 bool InsideNames(const MapFrame& frame, const TextBox& box) {
-    for (const double x : {box.x, box.x + box.width}) {
-        for (const double y : {box.y, box.y + box.height}) {
-            if (!(std::hypot(x - frame.circleCentre.x, y - frame.circleCentre.y) <=
-                  frame.namesRadius)) {
-                return false;
-            }
-        }
-    }
-    return InsideMap(frame, box);
+    return InsideCircle(frame, frame.namesRadius, box) && InsideMap(frame, box);
 }
 
 void TakeFixedPlace(const MapFrame& frame, const TextBox& box) {

@@ -35,7 +35,7 @@ TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
     return {point.at.x - halfWidth, point.at.y - halfWidth, 2 * halfWidth, 2 * halfWidth};
 }
 
-// Finds what of the list stands on the map and is not shown by another layer, nearest first.
+// Finds what of the list stands on the map, nearest first.
 void FindSeen(const MapFrame& frame, const PointTable& list) {
     seen.clear();
     if (!IsUsable(frame.view)) {
@@ -56,8 +56,7 @@ void FindSeen(const MapFrame& frame, const PointTable& list) {
             continue;
         }
         const CanvasPoint at = PlaceByCourse(view, courseTrue, distanceNm);
-        if (NearMap(frame, at) &&
-            !StandsOnMap(frame, record.ident, record.latitude, record.longitude)) {
+        if (NearMap(frame, at)) {
             seen.push_back({distanceNm, at, &record});
         }
     }
@@ -67,13 +66,18 @@ void FindSeen(const MapFrame& frame, const PointTable& list) {
     std::sort(seen.begin(), seen.end(), nearer);
 }
 
-// Leaves those that do not cover each other.
+// Leaves those that do not cover each other and are not shown by another layer.
 void ThinSeen(const MapFrame& frame) {
     TextBoxes places;
     const double apart = kApartPx + kApartPxPerNm * frame.rangeNm;
     std::size_t kept = 0;
-    for (const SeenPoint& point : seen) {
-        if (kept < kMostSymbols && places.Claim(PlaceOf(point, apart))) {
+    for (std::size_t i = 0; i < seen.size() && kept < kMostSymbols; ++i) {
+        const SeenPoint point = seen[i];
+        const TextBox place = PlaceOf(point, apart);
+        const PointRecord& record = *point.record;
+        if (places.IsFree(place) &&
+            !StandsOnMap(frame, record.ident, record.latitude, record.longitude)) {
+            places.Take(place);
             seen[kept++] = point;
         }
     }

@@ -487,10 +487,10 @@ void DrawMask(const Context& context, const cairo::GlyphMask& mask, int left, in
         const int end = std::min(static_cast<int>(std::lround(span.right)) - left, mask.width);
         const std::uint8_t* const parts =
             mask.parts.data() + static_cast<std::ptrdiff_t>(row) * mask.width;
-        std::uint32_t* const pixels = context.picture.Row(top + row) + left;
+        std::uint32_t* const pixels = context.picture.Row(top + row);
         for (int x = first; x < end; ++x) {
             if (parts[x] != 0) {
-                cairo::Blend(pixels[x], colour, parts[x]);
+                cairo::Blend(pixels[left + x], colour, parts[x]);
             }
         }
     }

@@ -107,10 +107,10 @@ void NarrowClip(Context& context, const std::vector<CanvasPoint>& outline) {
     Clip& clip = context.clips[context.clipCount];
     context.clip = context.clipCount++;
     const bool level = IsLevelBox(outline, clip.box);
-    clip.box = level ? PixelBox{std::max(clip.box.left, before.box.left),
-                                std::max(clip.box.top, before.box.top),
-                                std::min(clip.box.right, before.box.right),
-                                std::min(clip.box.bottom, before.box.bottom)}
+    const auto across = [&](int x) { return std::clamp(x, before.box.left, before.box.right); };
+    const auto down = [&](int y) { return std::clamp(y, before.box.top, before.box.bottom); };
+    clip.box = level ? PixelBox{across(clip.box.left), down(clip.box.top), across(clip.box.right),
+                                down(clip.box.bottom)}
                      : before.box;
     if (level && before.rows.empty()) {
         clip.rows.clear();

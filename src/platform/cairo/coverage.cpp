@@ -38,8 +38,9 @@ void Coverage::Begin(const PixelPicture& picture, const Clip& clip, const Canvas
             pixel(std::ceil(high.y), box.top, box.bottom)};
     firstRow_ = box_.bottom - box_.top;
     lastRow_ = -1;
-    // a cell more than pixels; nothing is left from before, so rows may lie as they come
-    const int blocks = ((box_.right - box_.left) >> kBlockBits) + 1;
+    // what a line at the right edge adds lies two cells beyond the last pixel; nothing is left from
+    // before, so rows may lie as they come
+    const int blocks = ((box_.right - box_.left + 1) >> kBlockBits) + 1;
     rowCells_ = blocks << kBlockBits;
     rowWords_ = (blocks >> kWordBits) + 1;
     const auto rows = static_cast<std::size_t>(firstRow_);
