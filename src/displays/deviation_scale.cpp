@@ -16,7 +16,9 @@ namespace {
 
 constexpr double kPathReachPx = 26;
 constexpr double kPathReachFt = 400;
-constexpr double kPathFeetY = 31;  // below the centre
+constexpr double kPathFeetY = 31;    // below the centre
+constexpr double kFeetRightPx = 10;  // of the scale; the screen's edge is near
+constexpr double kFlagLeftPx = 14;
 constexpr CanvasFont kPathFeetFont{"Arial", 9};
 
 }  // namespace
@@ -46,27 +48,27 @@ bool ShowsPathDeviation() {
 }
 
 TextBox PathDeviationBox(double x, double y) {
-    return {x - 14, y - kPathReachPx - 6, 28, 2 * kPathReachPx + 24};
+    return {x - 18, y - kPathReachPx - 6, 18 + kFeetRightPx, 2 * kPathReachPx + 24};
 }
 
 void DrawPathDeviation(Surface& surface, double x, double y) {
     const double aboveFt = ShownAircraft().altitudeFt - vnav.pathAltitude;
     if (!std::isfinite(aboveFt)) {
-        DrawFlag(surface, "VDEV", colour::Red, x, y);
+        DrawFlag(surface, "VDEV", colour::Red, x - kFlagLeftPx, y);
         return;
     }
     const double reach = std::clamp(aboveFt / kPathReachFt, -1.0, 1.0);
     DrawScaleDots(surface.canvas(), x, y, 0, kPathReachPx);
     DrawScaleDiamond(surface.canvas(), colour::Magenta, x, y + reach * kPathReachPx);
-    surface.TextCentred(FixedText("%+.0f", std::round(aboveFt / 10) * 10), kPathFeetFont,
-                        colour::Magenta, x, y + kPathFeetY);
+    surface.TextRight(FixedText("%+.0f", std::round(aboveFt / 10) * 10 + 0.0), kPathFeetFont,
+                      colour::Magenta, x + kFeetRightPx, y + kPathFeetY);
 }
 
 void DrawGlideslopeDeviation(Surface& surface, double x, double y) {
     constexpr double kFullNeedle = 120;
     const double needle = ShownAircraft().nav1GlideslopeNeedle / kFullNeedle;
     if (!std::isfinite(needle)) {
-        DrawFlag(surface, "GS", colour::Red, x, y);
+        DrawFlag(surface, "GS", colour::Red, x - kFlagLeftPx, y);
         return;
     }
     DrawScaleDots(surface.canvas(), x, y, 0, kPathReachPx);

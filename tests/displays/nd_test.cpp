@@ -448,17 +448,19 @@ TEST_F(Nd, ThePathIsShownInTheDescent) {
         double pathFt;
         const char* text;
         double diamondPx;
-    } rows[] = {{4796, "+200", 13}, {5004, "-0", 0}, {6000, "-1000", -26}};
+    } rows[] = {{4796, "+200", 13}, {5004, "+0", 0}, {6000, "-1000", -26}};
     for (const auto& row : rows) {
         vnav.pathAltitude = row.pathFt;
         const auto picture = Draw(5, 2);
         EXPECT_TRUE(Picture::Shows(row.text)) << row.text;
-        EXPECT_TRUE(HasColourNear(*picture, 2, {228, 236 + row.diamondPx}, colour::Magenta));
+        EXPECT_TRUE(HasColourNear(*picture, 2, {233, 221 + row.diamondPx}, colour::Magenta));
         DrawOnEhsi(2);
         EXPECT_TRUE(Picture::Shows(row.text));
     }
+    nd.ndShowAdf = nd.showTraffic = 1;
     const auto shown = [](int mode, bool onEhsi) {
         onEhsi ? static_cast<void>(DrawOnEhsi(mode)) : static_cast<void>(Draw(mode));
+        test::ExpectTextsApart(onEhsi ? kEhsiDesign : kDesign, false, std::to_string(mode));
         return Picture::Shows("-1000");
     };
     for (int mode = 1; mode <= 7; ++mode) {
@@ -466,8 +468,11 @@ TEST_F(Nd, ThePathIsShownInTheDescent) {
         EXPECT_EQ(shown(mode, true), mode == 2 || mode == 3 || mode == 5 || mode == 6) << mode;
     }
     aircraft.altitudeFt = kNan;
-    Draw(5);
-    EXPECT_TRUE(Picture::Shows("VDEV"));
+    for (const bool onEhsi : {false, true}) {
+        onEhsi ? static_cast<void>(DrawOnEhsi(5)) : static_cast<void>(Draw(5));
+        EXPECT_TRUE(Picture::Shows("VDEV"));
+        test::ExpectTextsApart(onEhsi ? kEhsiDesign : kDesign, true, "VDEV");
+    }
     vnav.descentActive = 0;
     Draw(5);
     EXPECT_FALSE(Picture::Shows("VDEV"));

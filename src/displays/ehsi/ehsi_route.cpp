@@ -7,7 +7,7 @@
 namespace avq1 {
 namespace {
 
-constexpr CanvasPoint kVerticalScaleAt{249, 172};
+constexpr CanvasPoint kVerticalScaleAt{249, 161};
 
 }  // namespace
 

@@ -20,7 +20,7 @@ namespace avq1 {
 namespace {
 
 constexpr double kTrackDashes[] = {2, 3};
-constexpr CanvasPoint kVerticalScaleAt{228, 236};
+constexpr CanvasPoint kVerticalScaleAt{233, 221};
 
 CanvasPoint OwnAircraftAt(const NdPicture& picture) {
     return NdCentredOnWaypoint()
