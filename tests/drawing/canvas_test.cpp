@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <limits>
 #include <memory>
@@ -148,6 +149,222 @@ TEST(Canvas, StateIsNestedAndMissingSavesAreHarmless) {
     EXPECT_EQ(picture.At(19, 19), kRed);
 }
 
+// ---- shapes, one row of pixels as how much of each is covered, of 9 ----
+std::string RowOf(const Picture& picture, int y) {
+    std::string row;
+    for (int x = 0; x < picture.width(); ++x) {
+        const std::uint32_t alpha = picture.At(x, y) >> 24;
+        row += alpha == 0 ? '.' : static_cast<char>('0' + alpha * 9 / 255);
+    }
+    return row;
+}
+
+struct ShapeRow {
+    const char* what;
+    void (*draw)(Canvas& canvas);
+    int y;
+    const char* covered;
+};
+
+constexpr double kDashes[] = {3, 2};
+constexpr double kOddDashes[] = {2, 1, 1};
+constexpr CanvasPen kWide{kRed, 2};
+
+constexpr ShapeRow kShapes[] = {
+    {"parts of pixels", [](Canvas& c) { c.FillRectangle(kRed, 2.25, 0, 5.25, 9); }, 4,
+     "..699994........"},
+    {"half a row", [](Canvas& c) { c.FillRectangle(kRed, 2, 4.5, 3, 2); }, 4, "..444..........."},
+    {"beyond every edge", [](Canvas& c) { c.FillRectangle(kRed, -900, -900, 1800, 1800); }, 9,
+     "9999999999999999"},
+    {"to the right edge", [](Canvas& c) { c.FillRectangle(kRed, 14.5, 0, 1.5, 9); }, 4,
+     "..............49"},
+    {"from beyond the left edge",
+     [](Canvas& c) {
+         const CanvasPoint corners[] = {{-8, -2}, {8, 4}, {-8, 10}};
+         c.FillPolygon(kRed, corners);
+     },
+     4, "99999851........"},
+    {"turned the other way",
+     [](Canvas& c) {
+         const CanvasPoint corners[] = {{2, 0}, {2, 9}, {6, 9}, {6, 0}};
+         c.FillPolygon(kRed, corners);
+     },
+     4, "..9999.........."},
+    {"a hollow inside",
+     [](Canvas& c) {
+         const CanvasPoint corners[] = {{1, 0}, {9, 0}, {9, 9}, {1, 9}, {1, 0},
+                                        {3, 1}, {3, 8}, {7, 8}, {7, 1}, {3, 1}};
+         c.FillPolygon(kRed, corners);
+     },
+     4, ".99....99......."},
+    {"half of it see-through", [](Canvas& c) { c.FillRectangle(0x80FF0000, 2, 0, 3, 9); }, 4,
+     "..444..........."},
+    {"without smoothing",
+     [](Canvas& c) {
+         c.SetAntialias(false);
+         c.FillRectangle(kRed, 2.25, 0, 5.5, 9);
+     },
+     4, "..999999........"},
+    {"lines over each other count once",
+     [](Canvas& c) {
+         const CanvasPoint ends[] = {{2, 4.5}, {9, 4.5}, {4, 4.5}, {7, 4.5}};
+         c.DrawSegments({kRed, 1}, ends);
+     },
+     4, "..9999999......."},
+    {"dashes",
+     [](Canvas& c) {
+         c.DrawLine({kRed, 2, kDashes}, 0, 4, 16, 4);
+     },
+     4, "999..999..999..9"},
+    {"an odd number of dashes",
+     [](Canvas& c) {
+         c.DrawLine({kRed, 2, kOddDashes}, 0, 4, 16, 4);
+     },
+     4, "99.9..9.99.9..9."},
+    {"dashes go round a corner",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{6, -2}, {6, 4}, {16, 4}};
+         c.DrawPolyline({kRed, 2, kDashes}, line, false);
+     },
+     4, ".....999..999..9"},
+    {"dashes end where a closed line began",
+     [](Canvas& c) {
+         const CanvasPoint box[] = {{2, 0}, {14, 0}, {14, 4}, {2, 4}};
+         c.DrawPolyline({kRed, 2, kDashes}, box, true);
+     },
+     4, "..999..999..999."},
+    {"ends square", [](Canvas& c) { c.DrawLine(kWide, 3, 4, 7, 4); }, 4, "...9999........."},
+    {"a right corner is filled",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{3, 9}, {3, 5}, {9, 5}};
+         c.DrawPolyline(kWide, line, false);
+     },
+     4, "..9999999......."},
+    {"and so to the other side",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{12, 9}, {12, 5}, {6, 5}};
+         c.DrawPolyline(kWide, line, false);
+     },
+     4, "......9999999..."},
+    {"a closed line's corners too",
+     [](Canvas& c) {
+         const CanvasPoint box[] = {{3, 5}, {9, 5}, {9, 12}, {3, 12}};
+         c.DrawPolyline(kWide, box, true);
+     },
+     4, "..99999999......"},
+    {"a point of the line twice",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{3, 4}, {5, 4}, {5, 4}, {8, 4}};
+         c.DrawPolyline(kWide, line, false);
+     },
+     4, "...99999........"},
+    {"a sharp corner is pointed",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{0, 1}, {8, 5}, {0, 9}};
+         c.DrawPolyline(kWide, line, false);
+     },
+     4, "...03799730....."},
+    {"the sharpest are blunt",
+     [](Canvas& c) {
+         const CanvasPoint line[] = {{0, 4}, {8, 4.2}, {0, 4.4}};
+         c.DrawPolyline(kWide, line, false);
+     },
+     4, "999999990......."},
+    {"a disc", [](Canvas& c) { c.FillEllipse(kRed, 2, 1, 8, 8); }, 4, "..89999998......"},
+    {"a ring", [](Canvas& c) { c.DrawEllipse(kWide, 3, 1, 10, 7.99); }, 4, "..891......198.."},
+    {"its right half only",
+     [](Canvas& c) {
+         c.DrawArc(kWide, {3, 1}, {10, 8}, -90, 180);
+     },
+     4, "...........198.."},
+    {"and backwards",
+     [](Canvas& c) {
+         c.DrawArc(kWide, {3, 1}, {10, 8}, 90, -180);
+     },
+     4, "...........198.."},
+    {"scaled more across than down",
+     [](Canvas& c) {
+         c.Scale(2, 1);
+         c.DrawLine({kRed, 2}, 3, 0, 3.0001, 9);
+     },
+     4, "....9999........"},
+    {"a round clip",
+     [](Canvas& c) {
+         c.BeginClip();
+         c.ClipEllipse(3.5, 0, 9, 9);
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 16);
+     },
+     4, "...4999999994..."},
+    {"a clip in a clip, and out of both",
+     [](Canvas& c) {
+         c.FillRectangle(kRed, 0, 0, 1, 9);
+         c.SaveState();
+         c.BeginClip();
+         c.ClipRectangle(3, 0, 9, 9);
+         c.EndClip();
+         c.SaveState();
+         c.BeginClip();
+         c.ClipEllipse(5, 0, 20, 9);
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 2);
+         c.RestoreState();
+         c.FillRectangle(kRed, 0, 4, 8, 1);
+         c.BeginClip();
+         c.ClipRectangle(90, 0, 9, 9);
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 16);
+         c.RestoreState();
+         c.FillRectangle(kRed, 15, 0, 1, 9);
+     },
+     4, "9..99999.......9"},
+    {"a clip of lines and an arc",
+     [](Canvas& c) {
+         c.BeginClip();
+         c.ClipLine(2, 0, 2, 9);
+         c.ClipLine(8, 9, 8, 0);
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 16);
+         c.ResetClip();
+         c.BeginClip();
+         c.ClipArc({8, -4.5}, {6, 18}, -90, 180);
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 16);
+     },
+     4, "..999999...999.."},
+    {"a clip without an inside",
+     [](Canvas& c) {
+         c.BeginClip();
+         c.EndClip();
+         c.FillRectangle(kRed, 0, 0, 16, 16);
+     },
+     4, "................"},
+};
+
+TEST(CanvasShapes, CoverTheirPartOfEachPixel) {
+    for (const int width : {16, 90, 700}) {  // nothing that was drawn before is left over
+        for (const ShapeRow& row : kShapes) {
+            Picture picture(width, 16);
+            Canvas canvas(&picture.context(), width, 16);
+            row.draw(canvas);
+            EXPECT_EQ(RowOf(picture, row.y).substr(0, 16), row.covered)
+                << row.what << ", " << width;
+        }
+    }
+}
+
+TEST(CanvasShapes, OfAnySizeEndAtTheRightEdge) {
+    for (int width = 1; width <= 140; ++width) {
+        Picture picture(width, 3);
+        Canvas canvas(&picture.context(), width, 3);
+        canvas.FillRectangle(kRed, 0, 0, width + 7, 3);
+        canvas.DrawLine({0xFF00FF00, 1}, -5, 1.5, width + 5, 1.5);
+        EXPECT_EQ(RowOf(picture, 0), std::string(static_cast<std::size_t>(width), '9'));
+        EXPECT_EQ(picture.At(width - 1, 1), 0xFF00FF00);
+        EXPECT_EQ(picture.At(width - 1, 2), kRed);
+    }
+}
+
 TEST(CanvasText, IsLatin1AndReportedAsUtf8) {
     const std::pair<std::string, std::string> cases[] = {
         {"45\xB0", "45\xC2\xB0"},
@@ -208,6 +425,40 @@ TEST(CanvasText, StandsBelowItsTopLeftCorner) {
     // capitals rise 0.72 of the size above the baseline, which lies 0.905 of it below the top
     EXPECT_NEAR(top, 8 + 40 * (0.905 - 0.72), 2);
     EXPECT_NEAR(bottom, 8 + 40 * 0.905, 2);
+}
+
+// Letters are as heavy and stand where they should, whatever way they are turned.
+TEST(CanvasText, TurnsAboutItsPlace) {
+    struct Weight {
+        double all = 0;
+        double x = 0;
+        double y = 0;
+    };
+    const auto weigh = [](double degrees, double size) {
+        Picture picture(120, 120);
+        Canvas canvas(&picture.context(), 120, 120);
+        canvas.Translate(60, 60);
+        canvas.Rotate(degrees);
+        canvas.DrawText("8F\xC4", {"Arial", size, true}, kRed, 4, 8);
+        Weight weight;
+        for (int i = 0; i < 120 * 120; ++i) {
+            const double part = (picture.At(i % 120, i / 120) >> 24) / 255.0;
+            weight.all += part;
+            weight.x += part * (i % 120 + 0.5 - 60);
+            weight.y += part * (i / 120 + 0.5 - 60);
+        }
+        return Weight{weight.all, weight.x / weight.all, weight.y / weight.all};
+    };
+    for (const double size : {11.0, 30.0}) {
+        const Weight upright = weigh(0, size);
+        for (const double degrees : {37.0, 90.0, 180.0, 268.5}) {
+            const Weight turned = weigh(degrees, size);
+            const double turn = degrees * 3.14159265 / 180;
+            EXPECT_NEAR(turned.all, upright.all, 0.08 * upright.all) << degrees;
+            EXPECT_NEAR(turned.x, upright.x * std::cos(turn) - upright.y * std::sin(turn), 0.8);
+            EXPECT_NEAR(turned.y, upright.x * std::sin(turn) + upright.y * std::cos(turn), 0.8);
+        }
+    }
 }
 
 TEST(DrawingLibrary, ScreensGoOnAfterAStopAndWithMorePicturesThanTheCacheHolds) {
