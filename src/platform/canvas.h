@@ -1,5 +1,5 @@
 // platform/canvas.h - the drawing library behind every screen: one interface, one backend a build
-// (Cairo on Linux, the system's own library on Windows).
+// (shapes of our own and Cairo's letters on Linux, the system's own library on Windows).
 //
 // A canvas draws on a gauge's device context for one draw event; text, pens and brushes are plain
 // values, and everything costly (fonts, contexts) is cached in the backend. Coordinates pass the
