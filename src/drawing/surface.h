@@ -1,9 +1,9 @@
 // drawing/surface.h - what a screen draws on for one draw event.
 //
 // A screen opens a Surface on the device context it is given, draws in its own design coordinates
-// and lets it go. Opening sets anti-aliased shapes and text, clears the surface and scales the design
-// to the surface's pixels. A screen with nothing to show (draw mode 2, avionics off) is fully
-// transparent and stops there, others begin on an opaque black ground. Text's (x, y) is its
+// and lets it go. Opening sets anti-aliased shapes and text, clears the surface and scales the
+// design to the surface's pixels. A screen with nothing to show (draw mode 2, avionics off) is
+// fully transparent and stops there, others begin on an opaque black ground. Text's (x, y) is its
 // top-left corner. Without a usable device context everything draws nothing.
 #pragma once
 
