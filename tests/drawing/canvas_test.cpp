@@ -290,7 +290,6 @@ constexpr ShapeRow kShapes[] = {
      4, "....9999........"},
     {"a round clip",
      [](Canvas& c) {
-         c.BeginClip();
          c.ClipEllipse(3.5, 0, 9, 9);
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 16);
@@ -300,17 +299,14 @@ constexpr ShapeRow kShapes[] = {
      [](Canvas& c) {
          c.FillRectangle(kRed, 0, 0, 1, 9);
          c.SaveState();
-         c.BeginClip();
          c.ClipRectangle(3, 0, 9, 9);
          c.EndClip();
          c.SaveState();
-         c.BeginClip();
          c.ClipEllipse(5, 0, 20, 9);
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 2);
          c.RestoreState();
          c.FillRectangle(kRed, 0, 4, 8, 1);
-         c.BeginClip();
          c.ClipRectangle(90, 0, 9, 9);
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 16);
@@ -320,13 +316,11 @@ constexpr ShapeRow kShapes[] = {
      4, "9..99999.......9"},
     {"a clip of lines and an arc",
      [](Canvas& c) {
-         c.BeginClip();
          c.ClipLine(2, 0, 2, 9);
          c.ClipLine(8, 9, 8, 0);
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 16);
          c.ResetClip();
-         c.BeginClip();
          c.ClipArc({8, -4.5}, {6, 18}, -90, 180);
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 16);
@@ -334,7 +328,6 @@ constexpr ShapeRow kShapes[] = {
      4, "..999999...999.."},
     {"a clip without an inside",
      [](Canvas& c) {
-         c.BeginClip();
          c.EndClip();
          c.FillRectangle(kRed, 0, 0, 16, 16);
      },
