@@ -84,7 +84,6 @@ void StartRoute(const FoundPoint& origin) {
     modifiedPlan.CutTo(-1);
     modifiedPlan.Append(AirportEntry(origin));
     KeepIndexesInPlan(modifiedPlan);
-    planBook.trackedIndex = kNoWaypoint;
     planBook.editIndex = kFirstWaypoint;
     planBook.originIdent = origin.ident;
     planBook.destinationIdent.clear();
