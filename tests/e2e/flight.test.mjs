@@ -176,7 +176,9 @@ test('heading events come only with a new value, and a second flight is the same
   // The pilot's own setting before LNAV is the first value.
   const changes = samples.slice(1).filter((sample, i) => sample.bug !== samples[i].bug).length;
   assert.ok(engaged >= 0 && changes > plan.length, `${changes} changes`);
-  const again = await fly(folder, 'second', `expect events ${kHeadingBugSet} = ${changes}`);
+  // A value may come and go between two samples, once in a while.
+  const again = await fly(folder, 'second', `expect events ${kHeadingBugSet} >= ${changes}
+expect events ${kHeadingBugSet} <= ${Math.ceil(changes * 1.02)}`);
   assert.equal(again.code, 0, again.said);
   assert.equal(again.trace, first.trace);
 }, { timeout: 2 * kFlightMs });

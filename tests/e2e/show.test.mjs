@@ -180,7 +180,8 @@ test('a camera that reads the code pairs, and the page asked for is shown', asyn
     await page.fill('#code', '00000000');
     await page.press('#code', 'Enter');
     await page.waitForSelector('text=That is not a code');
-    assert.equal(await page.evaluate(() => getComputedStyle(document.documentElement).fontSize), '20px');
+    await page.waitForFunction(() => // once its script runs
+      getComputedStyle(document.documentElement).fontSize === '20px');
     await page.goto(`${network.url}show/EFS50_EADI`);
     await page.goto(`${network.url}show/EFS50_EADI#${code}`); // the camera's, while the page is open
     await page.waitForSelector('canvas');
