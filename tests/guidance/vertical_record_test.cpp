@@ -1,6 +1,7 @@
 // Plans of every kind of entry, and everything that can happen to the guidance, compared with what
 // came of it when somebody last looked: plans.txt and steps.txt keep every value that changed.
 #include <gtest/gtest.h>
+#include <cmath>
 
 #include <sstream>
 
@@ -117,6 +118,23 @@ const RecordedPlan kPlans[] = {
      17000,
      {{"AAA", 5, 5}, {"KBBB", 8, 5, 300}},
      {{1, 0, 17000, kClimb}, {1, -0.1, 16900, kClimb}, {1, 0.3, 16000, kCruise}}},
+    {"several free entries between restrictions",
+     "demo-jet",
+     30000,
+     {{"KAAA", 40, -80, 20},
+      {"AAA", 40.2, -79.7},
+      {"BBB", 40.3, -79.5},
+      {"CCC", 40.5, -79.2, 11000, 1, 240},
+      {"DDD", 40.6, -79},
+      {"EEE", 40.9, -78.3},
+      {"FFF", 42, -75},
+      {"GGG", 42.2, -74},
+      {"HHH", 42.3, -73.4},
+      {"III", 42.4, -72.9, 12000, 1, 240},
+      {"JJJ", 42.4, -72.6},
+      {"KKK", 42.4, -72.3},
+      {"KBBB", 42.4, -72, 300}},
+     {{2, 0.5, 4000, kClimb}, {11, 0.5, 9000, kDescent}}},
     {"in one place",
      "demo-jet",
      0,
@@ -435,6 +453,13 @@ const Step kSteps[] = {
          planBook.status = RouteStatus::Modified;
          ExecuteModification();
      }},
+    {"the last entry reached",
+     [] {
+         SetActiveWaypoint(activePlan.lastIndex);
+         guidance.distanceToGoNm = 0;
+         Outcome();
+         SequenceWaypoint();
+     }},
     {"winds",
      [] {
          EnterCruiseWind(200, 80);
@@ -559,6 +584,25 @@ TEST(RecordedFlightValues, AreAsTheyWereWhenLastLookedAt) {
 }
 
 // What the step did, and what the frame behind it did then.
+TEST(DescentWinds, CountAtOnceWithAWindAndAnAltitude) {
+    Prepare(kDescent);
+    const auto minutes = [] {
+        RefreshPredictions();
+        return ActivePredictions().destination.minutes;
+    };
+    const double calm = minutes();
+    EXPECT_TRUE(EnterDescentWind(0, 80, 100));
+    EXPECT_EQ(minutes(), calm);
+    for (const double feet : {0.0, -1.0, 60001.0, std::nan("")}) {
+        EXPECT_FALSE(EnterDescentWindAltitude(0, feet)) << feet;
+    }
+    EXPECT_TRUE(EnterDescentWindAltitude(0, 60000));
+    EXPECT_TRUE(EnterDescentWindAltitude(0, 10000));
+    EXPECT_GT(minutes(), calm + 0.5);
+    ClearDescentWind(0);
+    EXPECT_EQ(minutes(), calm);
+}
+
 TEST(RecordedSteps, DoWhatTheyDidWhenLastLookedAt) {
     std::ostringstream now;
     for (const Step& step : kSteps) {
