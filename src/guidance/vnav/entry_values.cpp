@@ -49,21 +49,20 @@ struct ProfileWalk {
         }
     }
 
-    // The restriction the walk comes to next, beyond `index`; it is looked for once.
-    const PlanWaypoint* NextConstrained(std::int32_t index) {
+    // Finds the restriction the walk comes to next, beyond `index`; it is looked for once.
+    void LookAhead(std::int32_t index) {
         const std::int32_t step = climbing ? 1 : -1;
         if (nextIndex != 0 && (next == nullptr || (nextIndex - index) * step > 0)) {
-            return next;
+            return;
         }
         next = nullptr;
         nextIndex = index + step;
         for (; nextIndex > 0 && nextIndex < input.route->last; nextIndex += step) {
             if (profile.targets[nextIndex] && BelongsToClimb(*input.route, nextIndex) == climbing) {
                 next = &input.Entry(nextIndex);
-                break;
+                return;
             }
         }
-        return next;
     }
 
     double SpeedAt(std::int32_t index, double altitudeFt) const {
@@ -86,7 +85,7 @@ struct ProfileWalk {
         if (profile.targets[index]) {
             runningFt = input.Entry(index).altitude;
         }
-        NextConstrained(index);
+        LookAhead(index);
         double altitudeFt = runningFt;
         if (!profile.targets[index]) {
             altitudeFt =
