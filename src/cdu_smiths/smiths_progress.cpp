@@ -210,7 +210,8 @@ void ShowAirTemperature(const FieldRow&, UnitText& text) {
     const double isaC = kIsaSeaLevelC - kIsaPerThousandFt * ShownAircraft().altitudeFt / kThousand;
     text.Set("- - / - -");
     if (std::isfinite(airC - isaC)) {
-        text.Put("%.0f C / %+.0f C", airC, airC - isaC + 0.0);
+        text.Put("%.0f C / %+.0f C", std::round(airC) + 0.0,
+                 std::round(airC - isaC) + 0.0);  // no -0
     }
 }
 
