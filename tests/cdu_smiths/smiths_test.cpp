@@ -90,6 +90,7 @@ TEST_F(SmithsTest, WhatIsCalledAPageOpensThatPage) {
         {"PROG PREV_PAGE L6 L6 L4 L5", "PERF  INIT| 1 /  2"},
         {"PROG PREV_PAGE L6 RTE R6", "PERF  INIT| 1 /  2"},
         {"PROG PREV_PAGE L6 INIT_REF", "PERF  INIT| 1 /  2"},
+        {"CLB R6", "RTA  PROGRESS|3 / 3"},
         {"PROG R6 R6", "POS  SHIFT|3 / 3"},
         {"PROG R6 R6 L6 L2", "POS   INIT|1 / 3"},
     };
