@@ -274,7 +274,7 @@ TEST_F(CifpTest, AirspaceOfArcsEnds) {
     ASSERT_EQ(import.folder.boundaries.size(), 1U);
     const Boundary& boundary = import.folder.boundaries[0];
     EXPECT_EQ(boundary.name, "AAA");
-    EXPECT_GT(boundary.points.size(), 25U);  // half a circle in steps, and back
+    EXPECT_GT(boundary.points.size(), 15U);  // half a circle in steps, and back
     for (const LatLon& at : boundary.points) {
         EXPECT_NEAR(avq1::GreatCircleDistanceNm(50, 8, at.latitude, at.longitude), 6.0, 0.02);
         EXPECT_GE(at.longitude, 7.9999);  // clockwise from north to south: the eastern half

@@ -38,7 +38,7 @@ Dataset SmallWorld() {
     data.airports = {{"QAAA", "Quax", 361, {50.01, 8.01}, {End("09", 8000, {50, 8})}, true}};
     data.airways = {{"Q1", {{"QVR", {50, 8}}, {"AAAAA", {50, 8.5}}, {"BBBBB", {50, 9}}}},
                     {"Q1", {{"FARAA", {-40, 8}}, {"FARBB", {-40, 9}}}}};
-    data.boundaries = {{"CLASS_C_QAA", "QAA", {{50, 8}, {50.1, 8}, {50, 8.1}, {50, 8}}, 2}};
+    data.boundaries = {{"CLASS_C_QAA", "QAA", {{50, 8}, {50.1, 8}, {50, 8.1}, {50, 8}}}};
     data.procedures[kSids]["QAAA"] = {"T QUAX1 --- 09", "QUAX1 AAAAA --- --- 50.00000 8.50000 FO",
                                       ";"};
     data.cycle = 2309;

@@ -2,8 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "avqdata/airspace.h"
 #include "avqdata/airway_pieces.h"
 #include "avqdata/import_helpers.h"
+#include "avqdata/outline_union.h"
 #include "avqdata/text_tools.h"
 #include "avqdata/variation.h"
 #include "avqdata/xplane.h"
@@ -378,16 +380,16 @@ TEST(Airspace, OpenAirArcsAndCircles) {
         "areas.txt");
     ASSERT_TRUE(ReadOpenAir(lines, import.Context(), data, import.error)) << import.error;
     ASSERT_EQ(data.boundaries.size(), 2U);
-    EXPECT_EQ(data.boundaries[0].ident, "CLASS_C_QUAX_C");
+    EXPECT_EQ(data.boundaries[0].ident, "CLASS_C_QUAX");
     EXPECT_EQ(data.boundaries[0].name, "QUA");
     for (const LatLon& at : data.boundaries[0].points) {
         EXPECT_NEAR(avq1::GreatCircleDistanceNm(50, 8, at.latitude, at.longitude), 5.0, 0.001);
     }
     const Boundary& area = data.boundaries[1];
     EXPECT_EQ(area.ident, "RESTRICTED_R_123");
-    // Counter-clockwise from north to west is a quarter: 15 steps of 6 degrees.
-    ASSERT_GE(area.points.size(), 17U);
-    for (std::size_t i = 1; i <= 16; ++i) {
+    // Counter-clockwise from north to west is a quarter: steps of 7 degrees keep within 0.02 nm.
+    ASSERT_GE(area.points.size(), 14U);
+    for (std::size_t i = 1; i <= 13; ++i) {
         EXPECT_LT(area.points[i].longitude, 9.0001);
         EXPECT_GT(area.points[i].latitude, 50.9999);
     }
@@ -412,6 +414,133 @@ TEST(Airspace, GeoJsonLongitudeFirst) {
     EXPECT_EQ(import.report.Count(Topic::Dropped, "holes in airspaces"), 1U);
     EXPECT_FALSE(ReadGeoJson("{\"features\": [", "x", import.Context(), data, import.error));
     EXPECT_FALSE(ReadGeoJson("[]", "x", import.Context(), data, import.error));
+}
+
+// Square nautical miles inside a closed ring around 50 N.
+double AreaNm(const Ring& ring) {
+    const double shrink = std::cos(50 * avq1::kDegToRad);
+    double area = 0;
+    for (std::size_t i = 1; i < ring.size(); ++i) {
+        const LatLon& a = ring[i - 1];
+        const LatLon& b = ring[i];
+        const double east = TurnDeg(ring[0].longitude, a.longitude);
+        area += (east * (b.latitude - a.latitude) -
+                 TurnDeg(a.longitude, b.longitude) * (a.latitude - ring[0].latitude)) *
+                shrink * 1800;
+    }
+    return area;
+}
+
+// A square of a side in nm with its south-west corner so many nm off 50 N and a longitude.
+Ring Square(double eastNm, double northNm, double sideNm, double longitude = 8) {
+    const double nm = 1 / 60.0;
+    const double shrink = std::cos(50 * avq1::kDegToRad);
+    const auto corner = [&](double east, double north) {
+        return LatLon{50 + north * nm, TurnDeg(0, longitude + east * nm / shrink)};
+    };
+    return {corner(eastNm, northNm), corner(eastNm + sideNm, northNm),
+            corner(eastNm + sideNm, northNm + sideNm), corner(eastNm, northNm + sideNm),
+            corner(eastNm, northNm)};
+}
+
+TEST(Airspace, ShelvesBecomeTheOutlineAroundAll) {
+    const struct {
+        const char* what;
+        std::vector<Ring> shelves;
+        std::vector<double> areas;  // nm2, of what they become
+        std::size_t corners = 0;    // of the first; 0 = any
+    } cases[] = {
+        {"one beside the other", {Square(0, 0, 10), Square(10, 0, 10)}, {200}, 6},
+        {"a crack of 0.04 nm between", {Square(0, 0, 10), Square(10.04, 0, 10)}, {200}},
+        {"one across the other", {Square(0, 0, 10), Square(5, 5, 10)}, {175}, 8},
+        {"one within the other", {Square(3, 3, 2), Square(0, 0, 10)}, {100}, 4},
+        {"the same again", {Square(0, 0, 10), Square(0, 0, 10)}, {100}, 4},
+        {"apart, the western first", {Square(20, 0, 10), Square(0, 0, 5)}, {25, 100}, 4},
+        {"at one corner", {Square(0, 0, 10), Square(10, 10, 10)}, {200}, 8},
+        {"around a hole",
+         {Square(0, 0, 10), Square(10, 0, 10), Square(20, 0, 10), Square(0, 10, 10),
+          Square(20, 10, 10), Square(0, 20, 10), Square(10, 20, 10), Square(20, 20, 10)},
+         {900}},
+        {"across the date line", {Square(0, 0, 10, 179.95), Square(10, 0, 10, 179.95)}, {200}, 6},
+        {"a shelf that is a line", {Square(0, 0, 10), Square(10, 5, 0.01)}, {100}},
+        {"nothing", {{}, {}}, {}},
+        {"a line alone", {{{50, 8}, {50, 9}, {50, 8}}}, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const std::vector<Ring> rings = OuterRings(c.shelves);
+        ASSERT_EQ(rings.size(), c.areas.size());
+        for (std::size_t i = 0; i < rings.size(); ++i) {
+            EXPECT_NEAR(AreaNm(rings[i]), c.areas[i], 1.5);
+            EXPECT_EQ(rings[i].front().longitude, rings[i].back().longitude);
+        }
+        if (c.corners > 0) {
+            EXPECT_EQ(rings[0].size(), c.corners + 1);
+        }
+    }
+}
+
+TEST(Airspace, NamesAndClasses) {
+    const struct {
+        const char *name, *shelf;
+    } names[] = {{"ATLANTA CLASS B AREA C", "ATLANTA"},
+                 {"PARIS TMA 2", "PARIS TMA"},
+                 {"Frankfurt C", "Frankfurt"},
+                 {"SANTA FE CLASS D", "SANTA FE"},
+                 {"NANTES TMA 1A", "NANTES TMA"},
+                 {"BALE SECTOR 3", "BALE"},
+                 {"D", "D"},
+                 {"", ""}};
+    for (const auto& c : names) {
+        EXPECT_EQ(NameOfShelf(c.name), c.shelf);
+    }
+    const struct {
+        const char *word, *airspaceClass;
+    } words[] = {{"b", "CLASS_B"}, {"R", "RESTRICTED"}, {"4", "CTR"},    {"7", "TMA"},
+                 {"UIR", "FIR"},   {"", "OTHER"},       {"MOA ", "MOA"}, {"CLASS E5", "CLASS_E5"}};
+    for (const auto& c : words) {
+        EXPECT_EQ(AirspaceClass(c.word), c.airspaceClass) << c.word;
+    }
+    // The user's own before all; then what is talked to; what has no known class last.
+    const char* const order[] = {"EGTT",     "CLASS_B_ATL", "CLASS_C_X",    "TMA_X",
+                                 "FIR_EDGG", "CLASS_D_ATL", "RESTRICTED_X", "CLASS_E5_X"};
+    for (std::size_t i = 1; i < std::size(order); ++i) {
+        EXPECT_LT(RankOfBoundary(order[i - 1]), RankOfBoundary(order[i])) << order[i];
+    }
+    EXPECT_EQ(RankOfBoundary("OTHER_X"), RankOfBoundary("CLASS_E5_X"));
+}
+
+TEST(Airspace, WhatAFeatureIsCalled) {
+    const struct {
+        const char *feature, *ident, *name;
+    } cases[] = {
+        {R"("properties":{"id":"EDGG-S","oceanic":"0"})", "FIR_EDGG_S", "EDG"},
+        {R"("properties":{},"id":"KZAB")", "FIR_KZAB", "KZA"},
+        {R"("properties":{"id":"EDGG","type":"CTR","name":"BONN CTR"})", "CTR_BONN_CTR", "BON"},
+        {R"("properties":{"type":4,"icaoClass":3,"name":"BONN"})", "CTR_BONN", "BON"},
+        {R"("properties":{"type":0,"icaoClass":2,"name":"BONN C"})", "CLASS_C_BONN", "BON"},
+        {R"("properties":{"TYPE_CODE":"CLASS","LOCAL_TYPE":"CLASS_B","IDENT":"ATL"})",
+         "CLASS_B_ATL", "ATL"},
+        {R"("properties":{"type":"ARTCC","identifier":"ZAB","artccStratum":"HIGH"})", "ARTCC_ZAB",
+         "ZAB"},
+        {R"("properties":{"type":"CLASS_D"})", nullptr, nullptr},
+        {R"("properties":{"id":7})", nullptr, nullptr},
+    };
+    for (const auto& c : cases) {
+        Import import;
+        Dataset data;
+        const std::string text = R"({"features":[{"geometry":{"type":"Polygon","coordinates":)"
+                                 R"([[[8,50],[9,50],[9,51],[8,50]]]},)" +
+                                 std::string(c.feature) + "}]}";
+        ASSERT_TRUE(ReadGeoJson(text, "a.geojson", import.Context(), data, import.error));
+        ASSERT_EQ(data.boundaries.size(), c.ident != nullptr ? 1U : 0U) << c.feature;
+        if (c.ident != nullptr) {
+            EXPECT_EQ(data.boundaries[0].ident, c.ident);
+            EXPECT_EQ(data.boundaries[0].name, c.name);
+        } else {
+            EXPECT_EQ(import.report.Count(Topic::Dropped, "airspaces without a name"), 1U);
+        }
+    }
 }
 
 TEST(Airspace, LongOutlinesAreThinnedToWhatIsRead) {

@@ -7,23 +7,33 @@
 
 #include "avqdata/arinc.h"
 #include "avqdata/limits.h"
+#include "avqdata/outline_union.h"
 #include "avqdata/text_tools.h"
 #include "base/text.h"
 
 namespace avqdata {
 namespace {
 
-constexpr double kArcStepDeg = 6.0;
+// The classes in the order in which they get room on the map: what a flight is planned around and
+// talks to. Only the United States have over five hundred of class D.
+constexpr std::array<std::string_view, 19> kClasses{
+    "CLASS_B", "CLASS_C",    "TMA",        "CTR",     "ARTCC",  "FIR", "CLASS_D",
+    "CLASS_A", "PROHIBITED", "RESTRICTED", "WARNING", "DANGER", "NSA", "MOA",
+    "ALERT",   "CLASS_E2",   "CLASS_E",    "CLASS_F", "CLASS_G"};
 
-// The classes in the order in which they get room on the map.
-constexpr std::array<std::string_view, 16> kClasses{
-    "ARTCC",   "CLASS_B", "CLASS_C", "CLASS_D", "CLASS_A", "CTR",      "PROHIBITED", "RESTRICTED",
-    "WARNING", "DANGER",  "NSA",     "MOA",     "ALERT",   "CLASS_E2", "CLASS_E",    "OTHER"};
-
-int RankOf(std::string_view airspaceClass) {
-    const auto found = std::find(kClasses.begin(), kClasses.end(), airspaceClass);
-    return static_cast<int>(found - kClasses.begin());
-}
+struct ClassWord {
+    std::string_view word;
+    const char* airspaceClass;
+};
+constexpr std::array<ClassWord, 26> kClassWords{{
+    {"P", "PROHIBITED"}, {"GP", "PROHIBITED"}, {"R", "RESTRICTED"}, {"Q", "DANGER"},
+    {"W", "WARNING"},    {"UIR", "FIR"},       {"CTA", "TMA"},      {"MTA", "TMA"},
+    {"A", "CLASS_A"},    {"B", "CLASS_B"},     {"C", "CLASS_C"},    {"D", "CLASS_D"},
+    {"E", "CLASS_E"},    {"F", "CLASS_F"},     {"G", "CLASS_G"},    {"1", "RESTRICTED"},
+    {"2", "DANGER"},     {"3", "PROHIBITED"},  {"4", "CTR"},        {"5", "TMZ"},
+    {"6", "RMZ"},        {"7", "TMA"},         {"8", "TRA"},        {"9", "TSA"},
+    {"10", "FIR"},       {"11", "FIR"},
+}};
 
 LatLon PointFrom(const LatLon& centre, double courseTrue, double distanceNm) {
     LatLon at;
@@ -76,10 +86,109 @@ void Thin(const ImportContext& context, AirspaceOutline& outline) {
     }
 }
 
+// Whether an airspace is not for the map; says why.
+bool Drops(const AirspaceOutline& outline, const ImportContext& context) {
+    const bool wanted = IsWanted(context.options, outline.airspaceClass);
+    const bool nameless = Token(outline.ident) == "-";
+    const char* reason = !wanted                     ? "airspaces of classes not asked for"
+                         : outline.points.size() < 3 ? "airspaces without an outline"
+                         : nameless                  ? "airspaces without a name"
+                                                     : nullptr;
+    if (reason != nullptr) {
+        context.report.Add(Topic::Dropped, reason,
+                           wanted ? outline.airspaceClass + " " + outline.ident : "");
+    }
+    return reason != nullptr;
+}
+
+// What joins into one outline what touches: all outlines of the same class and identifier.
+std::vector<AirspaceOutline> JoinShelves(std::vector<AirspaceOutline>&& outlines, Report& report) {
+    std::map<std::pair<std::string, std::string>, std::vector<std::size_t>> groups;
+    for (std::size_t i = 0; i < outlines.size(); ++i) {
+        groups[{outlines[i].airspaceClass, outlines[i].ident}].push_back(i);
+    }
+    std::vector<AirspaceOutline> joined;
+    for (std::size_t i = 0; i < outlines.size(); ++i) {
+        AirspaceOutline& outline = outlines[i];
+        const std::vector<std::size_t>& group = groups[{outline.airspaceClass, outline.ident}];
+        if (group.front() != i) {
+            continue;
+        }
+        std::vector<Ring> shelves;
+        for (const std::size_t member : group) {
+            shelves.push_back(outlines[member].points);
+        }
+        std::vector<Ring> rings = group.size() > 1 ? OuterRings(shelves) : std::vector<Ring>{};
+        if (rings.empty()) {
+            rings = std::move(shelves);  // one alone, or nothing that could be joined
+        }
+        report.AddCount(Topic::Changed, "shelves of airspaces, in one outline with others",
+                        group.size() - std::min(group.size(), rings.size()));
+        for (Ring& ring : rings) {
+            joined.push_back(
+                {outline.airspaceClass, outline.label, outline.ident, std::move(ring)});
+        }
+    }
+    return joined;
+}
+
 }  // namespace
 
+std::string AirspaceClass(std::string_view word) {
+    const std::string name = avq1::ToUpper(Trim(word));
+    const auto* const row = std::find_if(kClassWords.begin(), kClassWords.end(),
+                                         [&](const ClassWord& r) { return r.word == name; });
+    return name.empty() ? "OTHER" : row != kClassWords.end() ? row->airspaceClass : Token(name);
+}
+
+bool HasShelves(std::string_view airspaceClass) {
+    return airspaceClass.starts_with("CLASS_") || airspaceClass == "CTR" || airspaceClass == "TMA";
+}
+
+std::string NameOfShelf(std::string_view name) {
+    std::vector<std::string_view> words = Words(name);
+    constexpr std::array<std::string_view, 5> kBeforeNumber{"CLASS", "AREA", "SECTOR", "PART",
+                                                            "SHELF"};
+    const auto endsInNumber = [&] {  // "C", "2", "1A"
+        const std::string_view last = words.back();
+        return words.size() > 1 && (last.size() == 1 || (last.size() == 2 && last[0] <= '9'));
+    };
+    const auto isWord = [&](std::string_view word) {
+        return avq1::EqualsIgnoreCase(words[words.size() - 2], word);
+    };
+    bool bare = true;
+    while (!words.empty() && endsInNumber()) {
+        const bool named = words.size() > 2 && std::ranges::any_of(kBeforeNumber, isWord);
+        if (!named && !bare) {
+            break;
+        }
+        bare = false;
+        words.resize(words.size() - (named ? 2 : 1));
+        if (!named) {
+            break;
+        }
+    }
+    std::string text;
+    for (const std::string_view word : words) {
+        text += (text.empty() ? "" : " ") + std::string(word);
+    }
+    return text;
+}
+
+int RankOfBoundary(std::string_view ident) {
+    constexpr std::string_view kOther = "OTHER_";
+    const auto isOfClass = [&](std::string_view name) {
+        return ident.starts_with(name) && ident.substr(name.size()).starts_with('_');
+    };
+    const auto* const found = std::find_if(kClasses.begin(), kClasses.end(), isOfClass);
+    const bool last = ident.starts_with(kOther) || ident.starts_with("CLASS_E");
+    return found != kClasses.end() ? static_cast<int>(found - kClasses.begin()) + 1
+           : last                  ? static_cast<int>(kClasses.size()) + 1
+                                   : 0;
+}
+
 std::vector<LatLon> ArcPoints(const LatLon& centre, const LatLon& from, const LatLon& to,
-                              bool clockwise) {
+                              bool clockwise, double offNm) {
     const double start = CourseTrue(centre, from);
     const double end = CourseTrue(centre, to);
     double sweep = clockwise ? Normalized(end - start) : -Normalized(start - end);
@@ -88,7 +197,9 @@ std::vector<LatLon> ArcPoints(const LatLon& centre, const LatLon& from, const La
     }
     const double startNm = DistanceNm(centre, from);
     const double endNm = DistanceNm(centre, to);
-    const int steps = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / kArcStepDeg)));
+    const double radiusNm = std::max({startNm, endNm, offNm});
+    const double stepDeg = 2 * std::acos(1 - offNm / radiusNm) * avq1::kRadToDeg;
+    const int steps = std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / stepDeg)));
     std::vector<LatLon> points{from};
     for (int i = 1; i < steps; ++i) {
         const double part = static_cast<double>(i) / steps;
@@ -142,19 +253,14 @@ std::vector<LatLon> Simplify(const std::vector<LatLon>& outline, double toleranc
 
 void AddOutlines(std::vector<AirspaceOutline>&& outlines, const ImportContext& context,
                  Dataset& data) {
+    std::erase_if(outlines,
+                  [&](const AirspaceOutline& outline) { return Drops(outline, context); });
+    outlines = JoinShelves(std::move(outlines), context.report);
     std::map<std::string, int> ordinals;
     std::multimap<std::size_t, const std::vector<LatLon>*> known;  // by point count
     std::vector<Boundary> added;
     added.reserve(outlines.size());  // `known` points into it
     for (AirspaceOutline& outline : outlines) {
-        if (!IsWanted(context.options, outline.airspaceClass)) {
-            context.report.Add(Topic::Dropped, "airspaces of classes not asked for");
-            continue;
-        }
-        if (outline.points.size() < 3) {
-            context.report.Add(Topic::Dropped, "airspaces without an outline", outline.ident);
-            continue;
-        }
         Thin(context, outline);
         const auto [first, last] = known.equal_range(outline.points.size());
         if (std::any_of(first, last, [&](const auto& have) {
@@ -167,8 +273,8 @@ void AddOutlines(std::vector<AirspaceOutline>&& outlines, const ImportContext& c
         std::string ident = outline.airspaceClass + "_" + Token(outline.ident);
         const int ordinal = ++ordinals[ident];
         ident += ordinal > 1 ? "_" + std::to_string(ordinal) : "";
-        added.push_back({std::move(ident), Token(outline.label).substr(0, 3),
-                         std::move(outline.points), RankOf(outline.airspaceClass)});
+        added.push_back(
+            {std::move(ident), Token(outline.label).substr(0, 3), std::move(outline.points)});
         known.emplace(added.back().points.size(), &added.back().points);
     }
     data.boundaries.insert(data.boundaries.end(), std::make_move_iterator(added.begin()),
@@ -176,6 +282,36 @@ void AddOutlines(std::vector<AirspaceOutline>&& outlines, const ImportContext& c
 }
 
 // ---- ARINC 424 ----
+
+namespace {
+
+// The class of a controlled airspace, else its type; the type of a restricted one.
+std::string ClassOfRecord(std::string_view record, bool restricted) {
+    struct TypeRow {
+        char letter;
+        const char* airspaceClass;
+    };
+    constexpr std::array<TypeRow, 6> kRestricted{{{'P', "PROHIBITED"},
+                                                  {'R', "RESTRICTED"},
+                                                  {'W', "WARNING"},
+                                                  {'D', "DANGER"},
+                                                  {'M', "MOA"},
+                                                  {'A', "ALERT"}}};
+    constexpr std::array<TypeRow, 5> kControlled{
+        {{'A', "CLASS_C"}, {'T', "CLASS_B"}, {'Z', "CTR"}, {'M', "TMA"}, {'C', "TMA"}}};
+    const std::string_view letter = Raw(record, 17, 17);
+    if (!restricted && letter[0] >= 'A' && letter[0] <= 'G') {
+        return AirspaceClass(letter);
+    }
+    const char type = Raw(record, 9, 9)[0];
+    const auto find = [&](const auto& rows) -> std::string {
+        const auto row = std::ranges::find(rows, type, &TypeRow::letter);
+        return row != rows.end() ? row->airspaceClass : "OTHER";
+    };
+    return restricted ? find(kRestricted) : find(kControlled);
+}
+
+}  // namespace
 
 bool AddAirspaceRecord(std::string_view record, AirspaceRecords& airspaces) {
     const char continuation = Raw(record, 25, 25)[0];
@@ -204,19 +340,7 @@ bool AddAirspaceRecord(std::string_view record, AirspaceRecords& airspaces) {
         const std::string name(restricted ? Column(record, 10, 19) : Column(record, 10, 14));
         // A four-letter airport code says more in its last three letters.
         airspace.label = name.size() == 4 && !restricted ? name.substr(1) : name;
-        airspace.airspaceClass = Token("CLASS_" + std::string(Raw(record, 17, 17)));
-        if (restricted) {
-            constexpr std::array<std::pair<char, const char*>, 6> kKinds{{{'P', "PROHIBITED"},
-                                                                          {'R', "RESTRICTED"},
-                                                                          {'W', "WARNING"},
-                                                                          {'D', "DANGER"},
-                                                                          {'M', "MOA"},
-                                                                          {'A', "ALERT"}}};
-            const char letter = Raw(record, 9, 9)[0];
-            const auto kind = std::find_if(kKinds.begin(), kKinds.end(),
-                                           [&](const auto& row) { return row.first == letter; });
-            airspace.airspaceClass = kind != kKinds.end() ? kind->second : "OTHER";
-        }
+        airspace.airspaceClass = ClassOfRecord(record, restricted);
     }
     airspace.records.push_back(std::move(entry));
     return true;
@@ -225,10 +349,7 @@ bool AddAirspaceRecord(std::string_view record, AirspaceRecords& airspaces) {
 void BuildAirspaces(const AirspaceRecords& airspaces, const ImportContext& context, Dataset& data) {
     std::vector<AirspaceOutline> outlines;
     for (const auto& [key, airspace] : airspaces) {
-        AirspaceOutline outline{airspace.airspaceClass,
-                                airspace.label,
-                                airspace.label + "_" + key.substr(key.size() - 1),
-                                {}};
+        AirspaceOutline outline{airspace.airspaceClass, airspace.label, airspace.label, {}};
         const std::vector<AirspaceRecord>& records = airspace.records;
         for (std::size_t i = 0; i < records.size(); ++i) {
             const AirspaceRecord& record = records[i];

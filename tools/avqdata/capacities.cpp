@@ -4,6 +4,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "avqdata/airspace.h"
 #include "avqdata/clean.h"
 #include "avqdata/limits.h"
 #include "avqdata/merge.h"
@@ -202,7 +203,7 @@ void FitCapacities(Dataset& data, Report& report) {
     FitRunways(data, report);
     KeepBest(
         data.boundaries, kMostBoundaries, "boundaries beyond the table: the lesser classes first",
-        [](const Boundary& boundary) { return boundary.rank; },
+        [](const Boundary& boundary) { return RankOfBoundary(boundary.ident); },
         [](const Boundary& boundary) { return boundary.ident; }, report);
 }
 

@@ -75,7 +75,6 @@ struct Boundary {
     std::string ident;
     std::string name;  // at most three characters are drawn
     std::vector<LatLon> points;
-    int rank = 0;  // 0 is the last to be left out
 };
 
 // Lines of one airport's section of a procedure file.

@@ -172,7 +172,7 @@ void ParseBoundaries(const FolderTexts& texts, Report& report, Dataset& data) {
             return false;
         }
         if (data.boundaries.empty() || data.boundaries.back().ident != words[0]) {
-            data.boundaries.push_back({std::string(words[0]), std::string(words[1]), {}, 0});
+            data.boundaries.push_back({std::string(words[0]), std::string(words[1]), {}});
         }
         data.boundaries.back().points.push_back(*at);
         return true;

@@ -69,6 +69,47 @@ void AddPolygon(GeoReader& reader, const json& rings, AirspaceOutline outline) {
     reader.outlines.push_back(std::move(outline));
 }
 
+// A class in words, or as the number that openAIP has for a type or, without one, for a class.
+std::string ClassText(const json& properties) {
+    const std::string text =
+        Text(properties, {"LOCAL_TYPE", "type", "class", "TYPE_CODE", "CLASS"});
+    const auto number = [&](const char* name) {
+        const json* member = Member(properties, name);
+        return member != nullptr && member->is_number_integer() ? member->get<int>() : -1;
+    };
+    constexpr int kClassLetters = 7;
+    const int letter = number("icaoClass");
+    if (!text.empty()) {
+        return AirspaceClass(text);
+    }
+    if (number("type") > 0) {
+        return AirspaceClass(std::to_string(number("type")));
+    }
+    return AirspaceClass(letter >= 0 && letter < kClassLetters
+                             ? std::string(1, static_cast<char>('A' + letter))
+                             : std::string());
+}
+
+// Collections of flight information regions have no more than an `id`, with the code of one.
+void Name(const json& feature, const json& properties, AirspaceOutline& outline) {
+    outline.airspaceClass = ClassText(properties);
+    outline.ident = Text(properties, {"identifier", "IDENT", "ident"});
+    outline.label = outline.ident;
+    const std::string name = Text(properties, {"name", "NAME"});
+    const bool hasCode = !outline.ident.empty() || !name.empty();
+    if (outline.ident.empty()) {
+        outline.label = name;
+        outline.ident = HasShelves(outline.airspaceClass) ? NameOfShelf(name) : name;
+    }
+    if (!hasCode) {
+        const std::string id = Text(properties, {"id", "ID", "icao", "ICAO"});
+        outline.ident = outline.label = id.empty() ? Text(feature, {"id"}) : id;
+        if (outline.airspaceClass == "OTHER" && IsIcaoCode(outline.ident.substr(0, 4))) {
+            outline.airspaceClass = "FIR";
+        }
+    }
+}
+
 void ReadFeature(GeoReader& reader, const json& feature) {
     const json* geometry = Member(feature, "geometry");
     const json* properties = Member(feature, "properties");
@@ -78,19 +119,7 @@ void ReadFeature(GeoReader& reader, const json& feature) {
         return;
     }
     AirspaceOutline outline;
-    outline.airspaceClass = Text(*properties, {"type", "class", "TYPE_CODE", "CLASS"});
-    if (outline.airspaceClass.empty()) {
-        outline.airspaceClass = "OTHER";
-    }
-    outline.airspaceClass = Token(outline.airspaceClass);
-    const std::string name = Text(*properties, {"name", "NAME"});
-    outline.label = Text(*properties, {"identifier", "IDENT", "ident", "name", "NAME"});
-    outline.ident = Text(*properties, {"identifier", "IDENT", "ident"});
-    if (outline.ident.empty()) {
-        outline.ident = name;
-    }
-    const std::string stratum = Text(*properties, {"artccStratum"});
-    outline.ident += stratum.empty() ? "" : "_" + stratum;
+    Name(feature, *properties, outline);
     const std::string type = Text(*geometry, {"type"});
     if (type == "Polygon") {
         AddPolygon(reader, *coordinates, std::move(outline));

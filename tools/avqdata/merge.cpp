@@ -7,6 +7,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "avqdata/airspace.h"
 #include "avqdata/airway_pieces.h"
 #include "avqdata/clean.h"
 #include "avqdata/text_tools.h"
@@ -306,7 +307,9 @@ void SortDataset(Dataset& data) {
             return a.name != b.name ? a.name < b.name : a.points.size() > b.points.size();
         });
     std::stable_sort(data.boundaries.begin(), data.boundaries.end(),
-                     [](const Boundary& a, const Boundary& b) { return a.rank < b.rank; });
+                     [](const Boundary& a, const Boundary& b) {
+                         return RankOfBoundary(a.ident) < RankOfBoundary(b.ident);
+                     });
 }
 
 void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,

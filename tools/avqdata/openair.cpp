@@ -17,29 +17,6 @@ struct OpenAirReader {
     bool clockwise = true;
 };
 
-// The classes a file's letters stand for.
-std::string ClassName(std::string_view letters) {
-    constexpr std::array<std::pair<std::string_view, const char*>, 9> kNames{{
-        {"P", "PROHIBITED"},
-        {"R", "RESTRICTED"},
-        {"Q", "DANGER"},
-        {"CTR", "CTR"},
-        {"W", "WARNING"},
-        {"GP", "PROHIBITED"},
-        {"MOA", "MOA"},
-        {"ALERT", "ALERT"},
-        {"FIR", "ARTCC"},
-    }};
-    for (const auto& [code, name] : kNames) {
-        if (letters == code) {
-            return name;
-        }
-    }
-    return letters.size() == 1 && letters[0] >= 'A' && letters[0] <= 'G'
-               ? "CLASS_" + std::string(letters)
-               : "OTHER";
-}
-
 // "30:58:01", "30:58.02" or "30.967" with its hemisphere's letter behind it.
 std::optional<double> Angle(std::string_view text, std::string_view hemispheres) {
     text = Trim(text);
@@ -149,7 +126,7 @@ bool AddArcOfAngles(OpenAirReader& reader, std::string_view text) {
 }
 
 void BeginAirspace(OpenAirReader& reader, std::string_view letters) {
-    reader.outlines.push_back({ClassName(Trim(letters)), "", "", {}});
+    reader.outlines.push_back({AirspaceClass(letters), "", "", {}});
     reader.open = true;
     reader.clockwise = true;
     reader.hasCentre = false;
@@ -165,7 +142,13 @@ bool ReadLine(OpenAirReader& reader, std::string_view command, std::string_view 
     }
     if (command == "AN") {
         reader.outlines.back().label = rest;
-        reader.outlines.back().ident = Token(rest);
+        return true;
+    }
+    if (command == "AY") {  // what it is, where the class is that of its air
+        const std::string type = AirspaceClass(rest);
+        if (RankOfBoundary(type + "_") > 0) {
+            reader.outlines.back().airspaceClass = type;
+        }
         return true;
     }
     if (command == "DP") {
@@ -183,8 +166,8 @@ bool ReadLine(OpenAirReader& reader, std::string_view command, std::string_view 
     if (command == "DA") {
         return AddArcOfAngles(reader, rest);
     }
-    constexpr std::array<std::string_view, 10> kShapeless{"AL", "AH", "AT", "TO", "TC",
-                                                          "SP", "SB", "AG", "AF", "AY"};
+    constexpr std::array<std::string_view, 11> kShapeless{"AL", "AH", "AT", "TO", "TC", "SP",
+                                                          "SB", "AG", "AF", "AI", "AX"};
     return std::find(kShapeless.begin(), kShapeless.end(), command) != kShapeless.end();
 }
 
@@ -209,6 +192,10 @@ bool ReadOpenAir(LineSource& lines, const ImportContext& context, Dataset& data,
         error =
             lines.Error().empty() ? lines.Name() + ": holds no OpenAir airspace" : lines.Error();
         return false;
+    }
+    for (AirspaceOutline& outline : reader.outlines) {
+        outline.ident =
+            HasShelves(outline.airspaceClass) ? NameOfShelf(outline.label) : outline.label;
     }
     AddOutlines(std::move(reader.outlines), context, data);
     return true;
