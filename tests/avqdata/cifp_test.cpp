@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 
 #include "avqdata/arinc.h"
 #include "avqdata/import_helpers.h"
+#include "avqdata/procedure_arcs.h"
 #include "avqdata/xplane.h"
 #include "base/text.h"
 #include "navdb/procedures.h"
@@ -145,7 +147,7 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "QUAX1 09L,09R: |AAAAA|2000A|09L,09R! |BBBBB|5000B|09L,09R |BBBBB|---|--- "
          "CCCCC|CCCCC|---|---* "
          "DDDDD|DDDDD|---|---",
-         "legs to no fix (VA)"},
+         "legs that end at an altitude"},
         {"without a common route the meeting fix becomes one",
          "D QUAX2 1 RW09L AAAAA EE__ CF\nD QUAX2 1 RW09R AAAAA EE__ CF\n"
          "D QUAX2 3 CCCCC AAAAA E___ IF\nD QUAX2 3 CCCCC CCCCC EE__ TF\nD VECT1 T RW09L - ____ "
@@ -199,6 +201,83 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
         EXPECT_EQ(Load(c.legs[0], texts), c.loaded);
         if (c.dropped != nullptr) {
             EXPECT_EQ(import.report.Count(Topic::Dropped, c.dropped), 1U);
+        }
+    }
+}
+
+// Ten miles around a station: a quarter from north to east, or the rest of the circle; the same
+// place has the same name whatever approach passes it.
+TEST_F(CifpTest, ArcsAreFollowedFromPointToPoint) {
+    const std::string points = Ground() + Waypoint("NORTH", "N50100000E008000000") +
+                               Waypoint("EASTS", "N50000000E008153340") +
+                               Record("D")
+                                   .Put(14, "QVR")
+                                   .Put(20, "Q1")
+                                   .Put(23, "11300VDHW")
+                                   .Put(33, "N50000000E008000000")
+                                   .text +
+                               "\n";
+    const auto arc = [](const char* name, const char* path, char turn, const char* centre) {
+        const bool aboutStation = std::string(path) == "AF";
+        Record record("P");
+        record.Put(7, "QAAAQ1F").Put(14, name).Put(20, "VQVR").Put(27, "020").Put(30, "EASTSQ1EA");
+        record.Put(39, "0EE  ").Put(44, std::string(1, turn)).Put(48, path);
+        if (aboutStation) {
+            record.Put(51, centre).Put(55, "Q1").Put(63, "088001003580").Put(79, "D ");
+        } else {
+            record.Put(57, "010000").Put(107, centre).Put(113, "Q1D ");
+        }
+        return record.text + "\n";
+    };
+    const std::string fromNorth = "F %s V QVR NORTH E__A IF\n";
+    const std::string byHeading = "F %s V QVR - ____ VI\n";
+    const struct {
+        const char* what;
+        std::string before;
+        const char* path;
+        char turn;
+        const char* centre;
+        const char* names;  // of all fixes
+        double turnedDeg = 0;
+    } cases[] = {
+        {"clockwise", fromNorth, "AF", 'R', "QVR", "NORTH EAS01 EAS02 EAS03 EASTS", 90},
+        {"the long way", fromNorth, "AF", 'L', "QVR",
+         "NORTH EAS01 EAS02 EAS03 EAS04 EAS05 EAS06 EAS07 EAS08 EAS09 EASTS", -270},
+        {"about a fix", fromNorth, "RF", 'R', "QVR", "NORTH EAS01 EAS02 EAS03 EASTS", 90},
+        {"met on a heading, it begins at its radial", byHeading, "AF", 'R', "QVR",
+         "EAS01 EAS02 EAS03 EAS04 EASTS", 90},
+        {"nobody knows where it begins", byHeading, "RF", 'R', "QVR", "EASTS"},
+        {"its centre follows from the turn", fromNorth, "RF", 'R', "NOFIX",
+         "NORTH EAS01 EAS02 EAS03 EASTS", 90},
+        {"nobody knows its centre", fromNorth, "AF", 'R', "NOFIX", "NORTH EASTS"},
+        {"its centre is another", fromNorth, "AF", 'R', "AAAAA", "NORTH EASTS"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        import = {};
+        std::string text = points;
+        for (const char* name : {"VOR-A", "VOR-B"}) {
+            text +=
+                Legs(avq1::Format(c.before.c_str(), name)) + arc(name, c.path, c.turn, c.centre);
+        }
+        Read(text);
+        avq1::AirportProcedures loaded;
+        avq1::ReadApproaches(texts[kApproachFile], "QAAA", loaded);
+        ASSERT_EQ(loaded.approaches.size(), 1U);
+        std::map<std::string, std::string> names;
+        std::map<std::string, std::vector<LatLon>> ways;
+        for (const avq1::ProcedureLeg& leg : loaded.approaches[0].legs) {
+            names[leg.group] += (names[leg.group].empty() ? "" : " ") + leg.fix;
+            ways[leg.group].push_back({leg.latitude, leg.longitude});
+            EXPECT_NE(LineOf(texts[kFixFile], leg.fix), "");
+        }
+        EXPECT_EQ(names["VOR-A"], c.names);
+        EXPECT_EQ(names["VOR-B"], c.names);
+        const LatLon centre{50, 8};
+        EXPECT_EQ(import.report.Count(Topic::Warning), c.turnedDeg == 0 ? 2U : 0U);
+        if (c.turnedDeg != 0) {
+            EXPECT_LE(FarthestOffArcNm(ways["VOR-A"], centre, 10), kFarthestOffArcNm);
+            EXPECT_NEAR(TurnedDeg(ways["VOR-A"], centre), c.turnedDeg, 0.5);
         }
     }
 }

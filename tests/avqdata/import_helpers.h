@@ -2,12 +2,15 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
 #include "avqdata/merge.h"
+#include "avqdata/text_tools.h"
 
 namespace avqdata {
 
@@ -33,6 +36,32 @@ inline std::string LineOf(const std::string& text, std::string_view start) {
         return {};
     }
     return padded.substr(at + 1, padded.find('\n', at + 1) - at - 1);
+}
+
+// How far the way from point to point strays from the arc about a centre.
+inline double FarthestOffArcNm(const std::vector<LatLon>& way, const LatLon& centre,
+                               double radiusNm) {
+    constexpr int kSteps = 40;
+    double farthest = 0;
+    for (std::size_t i = 1; i < way.size(); ++i) {
+        for (int step = 0; step <= kSteps; ++step) {
+            const double part = static_cast<double>(step) / kSteps;
+            const LatLon at{
+                way[i - 1].latitude + part * (way[i].latitude - way[i - 1].latitude),
+                way[i - 1].longitude + part * (way[i].longitude - way[i - 1].longitude)};
+            farthest = std::max(farthest, std::abs(DistanceNm(centre, at) - radiusNm));
+        }
+    }
+    return farthest;
+}
+
+// Degrees turned about a centre on the way, clockwise positive.
+inline double TurnedDeg(const std::vector<LatLon>& way, const LatLon& centre) {
+    double turned = 0;
+    for (std::size_t i = 1; i < way.size(); ++i) {
+        turned += TurnDeg(CourseTrue(centre, way[i - 1]), CourseTrue(centre, way[i]));
+    }
+    return turned;
 }
 
 inline std::size_t CountLines(const std::string& text) {

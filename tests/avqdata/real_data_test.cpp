@@ -1,6 +1,7 @@
 // The real files, where they are at hand: counts, known places, every procedure leg by leg.
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <map>
@@ -9,6 +10,7 @@
 #include "avqdata/arinc.h"
 #include "avqdata/check.h"
 #include "avqdata/import_helpers.h"
+#include "avqdata/procedure_arcs.h"
 #include "avqdata/text_tools.h"
 #include "navdb/procedures.h"
 
@@ -129,6 +131,115 @@ TEST_F(RealData, EveryRouteOfTheExcerptLegByLeg) {
     EXPECT_EQ(compared.size(), 73U);
 }
 
+// Points along an arc: three letters and two digits.
+bool IsAlongArc(const std::string& fix) {
+    return fix.size() == 5 && std::isalpha(static_cast<unsigned char>(fix[2])) != 0 &&
+           std::isdigit(static_cast<unsigned char>(fix[3])) != 0 &&
+           std::isdigit(static_cast<unsigned char>(fix[4])) != 0;
+}
+
+// From one fix to an arc's end with nothing but points along arcs between, in whatever approach has
+// the arc's transition.
+std::vector<std::vector<Fix>> WaysBetween(const avq1::AirportProcedures& procedures,
+                                          const std::string& before,
+                                          const ProcedureLegRecord& arc) {
+    const std::string transition = arc.routeType == 'A' ? arc.transition : "";
+    std::vector<std::vector<Fix>> ways;
+    for (const avq1::Procedure& approach : procedures.approaches) {
+        for (const std::string& group : procedures.approachGroups) {
+            std::vector<Fix> way;
+            for (const avq1::ProcedureLeg& leg : approach.legs) {
+                if (leg.group != group || (!leg.qualifier.empty() && leg.qualifier != transition)) {
+                    continue;
+                }
+                const Fix fix{leg.fix, {leg.latitude, leg.longitude}};
+                if (!way.empty() && fix.ident == arc.fix) {
+                    way.push_back(fix);
+                    ways.push_back(way);
+                    way.clear();
+                } else if (fix.ident == before) {
+                    way = {fix};
+                } else if (!way.empty() && IsAlongArc(fix.ident)) {
+                    way.push_back(fix);
+                } else {
+                    way.clear();
+                }
+            }
+        }
+    }
+    return ways;
+}
+
+// Every arc of the source, found again in what the module loads: how far the way from the fix
+// before to the arc's end strays from the true arc, and that it goes the right way round.
+std::size_t ExpectArcsFollowed(const std::string& path, const FolderTexts& texts) {
+    struct Point {
+        LatLon at;
+        double variation = 0;
+    };
+    constexpr double kCoarseCourseNm = 0.05;  // courses with whole degrees of variation
+    std::map<std::string, Point> points;      // by airport and identifier
+    std::string before;
+    std::size_t arcs = 0;
+    LineSource lines = LineSource::OfFile(path, {});
+    std::string_view line;
+    while (lines.Next(line)) {
+        const bool ofAirport = line.substr(4, 2) == "P ";
+        const bool isStation = line.substr(4, 2) == "D ";
+        const std::string airport(line.substr(6, 4));
+        const std::optional<LatLon> at = ArincPosition(line, 33);
+        if (at && ((ofAirport && line[12] == 'C') || isStation)) {
+            points[(isStation ? "" : airport) + std::string(Trim(line.substr(13, 5)))] = {
+                *at, ArincVariation(line.substr(74, 5)).value_or(0)};
+        }
+        const bool isLeg = ofAirport && line[12] == 'F' && line[38] <= '1';
+        const ProcedureLegRecord leg = isLeg ? ReadLeg(line, 0) : ProcedureLegRecord{};
+        if (leg.path == "AF" || leg.path == "RF") {
+            ++arcs;
+            SCOPED_TRACE(std::string(line.substr(0, 60)));
+            avq1::AirportProcedures loaded;
+            avq1::ReadApproaches(texts[kApproachFile], Trim(airport), loaded);
+            LatLon centre;
+            if (leg.path == "AF") {
+                centre = points.at(leg.centre).at;
+            } else {  // square to the course on which the arc is left
+                const Point& end = points.at(airport + leg.fix);
+                avq1::PointAtDistance(
+                    end.at.latitude, end.at.longitude,
+                    Normalized(*leg.courseDeg + end.variation + (leg.turn == 'R' ? 90 : -90)),
+                    leg.radiusNm, centre.latitude, centre.longitude);
+            }
+            const double radiusNm = leg.path == "AF"
+                                        ? DistanceNm(centre, points.at(airport + leg.fix).at)
+                                        : leg.radiusNm;
+            bool found = false;
+            for (const std::vector<Fix>& way : WaysBetween(loaded, before, leg)) {
+                std::vector<LatLon> places;
+                for (const Fix& fix : way) {
+                    places.push_back(fix.at);
+                }
+                found = true;
+                EXPECT_LE(FarthestOffArcNm(places, centre, radiusNm),
+                          kFarthestOffArcNm + kCoarseCourseNm);
+                EXPECT_EQ(TurnedDeg(places, centre) > 0, leg.turn == 'R');
+            }
+            EXPECT_TRUE(found);
+        }
+        before = isLeg ? leg.fix : "";
+    }
+    return arcs;
+}
+
+TEST_F(RealData, EveryArcIsFollowed) {
+    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    EXPECT_EQ(ExpectArcsFollowed(kData + "cifp/self_contained_excerpt.pc", import.Texts()), 18U);
+    const char* const withArcs = "cifp/09J_vor-a_pi_af_cycle2609.pc";
+    import = {};
+    Run(ImportCifp, withArcs, Coverage::Partial);
+    EXPECT_EQ(ExpectArcsFollowed(kData + withArcs, import.Texts()), 2U);
+    EXPECT_EQ(import.report.Count(Topic::Warning), 0U);
+}
+
 // Legs as "FIX restriction!", of a route or of what a choice gives.
 using Marked = std::vector<std::string>;
 
@@ -200,12 +311,13 @@ std::map<std::string, std::map<std::string, Marked>> ReadApproachRoutes(const st
     return marked;
 }
 
-// What an approach of the module gives for a transition.
+// What an approach of the module gives for a transition, without the points along arcs.
 Marked Chosen(const avq1::Procedure& approach, const std::string& group,
               const std::string& transition) {
     Marked legs;
     for (const avq1::ProcedureLeg& leg : approach.legs) {
-        if (leg.group == group && (leg.qualifier.empty() || leg.qualifier == transition)) {
+        if (leg.group == group && !IsAlongArc(leg.fix) &&
+            (leg.qualifier.empty() || leg.qualifier == transition)) {
             legs.push_back(leg.fix + " " + leg.text1 + (leg.flyover != 0 ? "!" : ""));
         }
     }

@@ -136,8 +136,15 @@ ProcedureLegRecord ReadLeg(std::string_view record, std::size_t line) {
     leg.path = Column(record, 48, 49);
     leg.restriction = RestrictionText(Raw(record, 83, 83)[0], Column(record, 85, 89),
                                       Column(record, 90, 94), Column(record, 100, 102));
-    leg.radiusNm = WholeNumber(Column(record, 57, 62)).value_or(0) / 1000.0;
-    leg.centre = leg.path == "AF" ? Column(record, 51, 54) : Column(record, 107, 111);
+    const bool aboutStation = leg.path == "AF";
+    leg.centre = aboutStation ? Column(record, 51, 54) : Column(record, 107, 111);
+    leg.centreRegion = aboutStation ? Column(record, 55, 56) : Column(record, 113, 114);
+    leg.centreSection = aboutStation ? Column(record, 79, 80) : Column(record, 115, 116);
+    leg.radiusNm = aboutStation ? ArincTenths(Column(record, 67, 70)).value_or(0)
+                                : WholeNumber(Column(record, 57, 62)).value_or(0) / 1000.0;
+    leg.lengthNm = ArincTenths(Column(record, 75, 78)).value_or(0);
+    leg.radialDeg = ArincTenths(Column(record, 63, 66));
+    leg.courseDeg = ArincTenths(Column(record, 71, 74));
     leg.line = line;
     return leg;
 }
@@ -160,7 +167,7 @@ void PointBook::Add(std::string_view section, std::string_view airport, std::str
                     std::string_view region, const LatLon& at) {
     byReference_.insert_or_assign(Reference(section, airport, ident, region), at);
     if (section != kRunwaySection) {  // every airport has runways of the same names
-        byIdent_.emplace(std::string(ident), at);
+        byIdent_.emplace(std::string(ident), Point{at, true});
     }
 }
 
@@ -172,10 +179,10 @@ void PointBook::AddFolder(const Dataset& folder) {
         }
     }
     for (const Station& station : folder.stations) {
-        byIdent_.emplace(station.ident, station.at);
+        byIdent_.emplace(station.ident, Point{station.at, false});
     }
     for (const Fix& fix : folder.fixes) {
-        byIdent_.emplace(fix.ident, fix.at);
+        byIdent_.emplace(fix.ident, Point{fix.at, false});
     }
 }
 
@@ -191,13 +198,18 @@ std::optional<LatLon> PointBook::Find(std::string_view section, std::string_view
     double bestNm = kFarthestNm;
     const auto [first, last] = byIdent_.equal_range(ident);
     for (auto point = first; near && point != last; ++point) {
-        const double nm = DistanceNm(*near, point->second);
+        const double nm = DistanceNm(*near, point->second.at);
         if (nm < bestNm) {
-            best = point->second;
+            best = point->second.at;
             bestNm = nm;
         }
     }
     return best;
+}
+
+bool PointBook::HasOwn(std::string_view ident) const {
+    const auto [first, last] = byIdent_.equal_range(ident);
+    return std::any_of(first, last, [](const auto& point) { return point.second.isOwn; });
 }
 
 void AddFolderTo(CifpBook& book, const Dataset& folder) {

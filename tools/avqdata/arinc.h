@@ -41,7 +41,12 @@ struct ProcedureLegRecord {
     std::string path;         // "TF"
     std::string restriction;  // "250/5000A", "---"
     std::string centre;       // of an arc: the fix of an RF leg, the station of an AF leg
-    double radiusNm = 0;
+    std::string centreRegion;
+    std::string centreSection;
+    double radiusNm = 0;              // of the arc; 0 where none is given
+    double lengthNm = 0;              // of the leg; 0 where none is given
+    std::optional<double> radialDeg;  // magnetic, of the fix from the station
+    std::optional<double> courseDeg;  // magnetic; of an AF leg the radial on which it begins
     char turn = ' ';
     std::size_t line = 0;
 };
@@ -65,10 +70,16 @@ class PointBook {
                                std::string_view ident, std::string_view region,
                                const std::optional<LatLon>& near) const;
     void AddFolder(const Dataset& folder);
+    // Whether the source itself has a point of the name, wherever it is.
+    bool HasOwn(std::string_view ident) const;
 
   private:
+    struct Point {
+        LatLon at;
+        bool isOwn = true;  // else the folder's
+    };
     std::map<std::string, LatLon, std::less<>> byReference_;
-    std::multimap<std::string, LatLon, std::less<>> byIdent_;
+    std::multimap<std::string, Point, std::less<>> byIdent_;
 };
 
 using ProcedureMap = std::map<std::pair<std::string, std::string>, ProcedureRecord>;

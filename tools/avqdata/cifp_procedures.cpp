@@ -6,6 +6,7 @@
 #include "avqdata/arinc.h"
 #include "avqdata/clean.h"
 #include "avqdata/limits.h"
+#include "avqdata/procedure_arcs.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -33,16 +34,40 @@ struct Builder {
     const CifpBook& book;
     Report& report;
     Dataset& data;
+    ArcPointNames arcNames;
 };
 
-// Legs that end at no fix: at an altitude, a course, a distance, or when the pilot says so.
-bool EndsAtFix(const ProcedureLegRecord& leg) {
-    constexpr std::array<std::string_view, 12> kFixPaths{"IF", "TF", "CF", "DF", "AF", "RF",
-                                                         "HA", "HF", "HM", "PI", "FA", "FC"};
-    constexpr std::array<std::string_view, 2> kFromFix{"FD", "FM"};
-    const bool known = std::find(kFixPaths.begin(), kFixPaths.end(), leg.path) != kFixPaths.end() ||
-                       std::find(kFromFix.begin(), kFromFix.end(), leg.path) != kFromFix.end();
-    return known && !leg.fix.empty();
+// How a leg ends, and what of it a route of fixes does not carry. The legs from a fix have that.
+struct PathRow {
+    std::string_view path;
+    bool hasFix;
+    const char* lost;
+};
+constexpr const char* kHold = "holds";
+constexpr const char* kAtAltitude = "legs that end at an altitude";
+constexpr const char* kAtDistance = "legs that end at a distance";
+constexpr const char* kAtLeg = "legs that end where the next begins";
+constexpr const char* kAtRadial = "legs that end at a radial";
+constexpr const char* kVectors = "legs that end when the controller says so";
+constexpr std::array<PathRow, 23> kPaths{{
+    {"IF", true, nullptr},      {"TF", true, nullptr},
+    {"CF", true, nullptr},      {"DF", true, nullptr},
+    {"AF", true, nullptr},      {"RF", true, nullptr},
+    {"HA", true, kHold},        {"HF", true, kHold},
+    {"HM", true, kHold},        {"PI", true, "procedure turns"},
+    {"FA", true, kAtAltitude},  {"CA", false, kAtAltitude},
+    {"VA", false, kAtAltitude}, {"FC", true, kAtDistance},
+    {"FD", true, kAtDistance},  {"CD", false, kAtDistance},
+    {"VD", false, kAtDistance}, {"CI", false, kAtLeg},
+    {"VI", false, kAtLeg},      {"CR", false, kAtRadial},
+    {"VR", false, kAtRadial},   {"FM", true, kVectors},
+    {"VM", false, kVectors},
+}};
+constexpr PathRow kUnknownPath{"", false, "legs of no known kind"};
+
+const PathRow& PathOf(const ProcedureLegRecord& leg) {
+    const auto* const row = std::ranges::find(kPaths, leg.path, &PathRow::path);
+    return row != kPaths.end() ? *row : kUnknownPath;
 }
 
 std::string LegName(const ProcedureRecord& procedure, const ProcedureLegRecord& leg) {
@@ -54,11 +79,15 @@ std::string LegName(const ProcedureRecord& procedure, const ProcedureLegRecord& 
 // False when there is nothing that a route of fixes could carry.
 bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const ProcedureLegRecord& from,
                 const std::optional<LatLon>& near, Leg& leg) {
-    if (!EndsAtFix(from)) {
-        builder.report.Add(Topic::Dropped,
-                           "legs to no fix (" + (from.path.empty() ? "no path" : from.path) + ")",
+    const PathRow& path = PathOf(from);
+    if (!path.hasFix || from.fix.empty()) {
+        builder.report.Add(Topic::Dropped, path.lost != nullptr ? path.lost : kUnknownPath.lost,
                            LegName(procedure, from));
         return false;
+    }
+    if (path.lost != nullptr) {
+        builder.report.Add(Topic::Changed, std::string(path.lost) + ", whose fix stays",
+                           LegName(procedure, from));
     }
     const std::string section = from.section == "D" ? "D" : from.section;
     const std::optional<LatLon> at =
@@ -72,10 +101,6 @@ bool ConvertLeg(Builder& builder, const ProcedureRecord& procedure, const Proced
         builder.report.Add(Topic::Unresolved, "runway fixes far from their airport",
                            LegName(procedure, from));
         return false;
-    }
-    if (from.path == "AF" || from.path == "RF") {
-        builder.report.Add(Topic::Warning, "arcs, which a route of fixes flies straight",
-                           LegName(procedure, from));
     }
     leg.fix = from.fix;
     leg.at = *at;
@@ -99,12 +124,44 @@ void StayAtFix(const Leg& leg, Leg& reached) {
 void AppendLeg(Builder& builder, const ProcedureRecord& procedure, const ProcedureLegRecord& from,
                const Leg& leg, std::vector<Leg>& legs) {
     if (!legs.empty() && legs.back().fix == leg.fix && legs.back().missed == leg.missed) {
-        builder.report.Add(Topic::Changed, "legs at the fix before (holds, turns), one with it",
-                           LegName(procedure, from));
+        if (PathOf(from).lost == nullptr) {
+            builder.report.Add(Topic::Changed, "legs at the fix before, one with it",
+                               LegName(procedure, from));
+        }
         StayAtFix(leg, legs.back());
         return;
     }
     legs.push_back(leg);
+}
+
+// The points along an arc that ends with `leg`, as legs of their own that are flown by.
+void AppendArc(Builder& builder, const ProcedureRecord& procedure, const ProcedureLegRecord& from,
+               const Leg& leg, std::vector<Leg>& legs) {
+    if (from.path != "AF" && from.path != "RF") {
+        return;
+    }
+    const std::optional<LatLon> begin =
+        legs.empty() ? std::optional<LatLon>() : std::optional(legs.back().at);
+    const std::optional<std::vector<Fix>> points =
+        FollowArc(builder.book, procedure.airport, from, leg.at, begin, builder.arcNames);
+    std::string text = LegName(procedure, from);
+    if (!points) {
+        builder.report.Add(Topic::Warning,
+                           "arcs flown straight: their centre or beginning is not known",
+                           std::move(text));
+        return;
+    }
+    text += ":";
+    for (const Fix& point : *points) {
+        text += " " + point.ident;
+        Leg along;
+        along.fix = point.ident;
+        along.at = point.at;
+        along.missed = leg.missed;
+        legs.push_back(std::move(along));
+        builder.data.fixes.push_back(point);
+    }
+    builder.report.Add(Topic::Changed, "arcs, followed from point to point", std::move(text));
 }
 
 // The procedure's routes in the order of their first legs.
@@ -132,6 +189,7 @@ std::vector<Route> Routes(Builder& builder, const ProcedureRecord& procedure) {
         Leg leg;
         if (ConvertLeg(builder, procedure, record, near, leg)) {
             leg.missed = missed;
+            AppendArc(builder, procedure, record, leg, routes.back().legs);
             AppendLeg(builder, procedure, record, leg, routes.back().legs);
         }
         missed = missed || record.description[3] == 'M';
@@ -546,7 +604,7 @@ void BuildApproaches(Builder& builder) {
 }  // namespace
 
 void BuildProcedures(const CifpBook& book, Report& report, Dataset& data) {
-    Builder builder{book, report, data};
+    Builder builder{book, report, data, ArcPointNames(book)};
     for (const ProcedureKind kind : {kSids, kStars}) {
         std::map<std::string, std::size_t> counts;
         for (const auto& [key, procedure] : book.procedures[kind]) {

@@ -28,12 +28,22 @@ enum LegField : std::size_t {
     kTurn,
     kPath = 11,
     kNavaid = 13,
-    kRadius = 17,
-    kAltitudeKind = 22,
+    kNavaidRegion,
+    kNavaidSection,
+    kNavaidSubsection,
+    kRadius,
+    kRadial,
+    kDistance,
+    kCourse,
+    kLength,
+    kAltitudeKind,
     kAltitude1,
     kAltitude2,
     kSpeed = 27,
     kCentre = 30,
+    kCentreRegion,
+    kCentreSection,
+    kCentreSubsection,
     kFewestFields,  // what follows is not used
 };
 
@@ -54,6 +64,26 @@ char FirstOf(std::string_view field) {
     return field.empty() ? ' ' : field.front();
 }
 
+// "DB" of two fields, "D" where the second is blank.
+std::string SectionOf(std::string_view section, std::string_view subsection) {
+    const std::string both{FirstOf(section), FirstOf(subsection)};
+    return std::string(Trim(both));
+}
+
+// Of an arc: what it is about and how far from it.
+void SetCentre(const Fields& fields, ProcedureLegRecord& leg) {
+    const bool aboutStation = leg.path == "AF";
+    const std::size_t first = aboutStation ? kNavaid : kCentre;
+    leg.centre = Trim(fields[first]);
+    leg.centreRegion = Trim(fields[first + 1]);
+    leg.centreSection = SectionOf(fields[first + 2], fields[first + 3]);
+    leg.radiusNm = aboutStation ? ArincTenths(Trim(fields[kDistance])).value_or(0)
+                                : WholeNumber(Trim(fields[kRadius])).value_or(0) / 1000.0;
+    leg.lengthNm = ArincTenths(Trim(fields[kLength])).value_or(0);
+    leg.radialDeg = ArincTenths(Trim(fields[kRadial]));
+    leg.courseDeg = ArincTenths(Trim(fields[kCourse]));
+}
+
 ProcedureLegRecord LegOf(const Fields& fields, std::size_t line) {
     ProcedureLegRecord leg;
     leg.routeType = FirstOf(fields[kRouteType]);
@@ -61,16 +91,14 @@ ProcedureLegRecord LegOf(const Fields& fields, std::size_t line) {
     leg.sequence = WholeNumber(fields[kSequence]).value_or(0);
     leg.fix = Trim(fields[kFix]);
     leg.region = Trim(fields[kFixRegion]);
-    const std::string section{FirstOf(fields[kFixSection]), FirstOf(fields[kFixSubsection])};
-    leg.section = Trim(section);
+    leg.section = SectionOf(fields[kFixSection], fields[kFixSubsection]);
     leg.description = fields[kDescription].substr(0, 4);
     leg.description.resize(4, ' ');
     leg.turn = FirstOf(fields[kTurn]);
     leg.path = Trim(fields[kPath]);
-    leg.radiusNm = WholeNumber(fields[kRadius]).value_or(0) / 1000.0;
     leg.restriction = RestrictionText(FirstOf(fields[kAltitudeKind]), Trim(fields[kAltitude1]),
                                       Trim(fields[kAltitude2]), Trim(fields[kSpeed]));
-    leg.centre = Trim(fields[leg.path == "AF" ? kNavaid : kCentre]);
+    SetCentre(fields, leg);
     leg.line = line;
     return leg;
 }
