@@ -237,7 +237,7 @@ void ReadRoute(std::string_view element, SimWaypoint& waypoint) {
     waypoint.airway = CleanIdent(ElementText(element, "ATCAirway"));
     for (const ProcedureElement& row : kProcedureElements) {
         const std::string name = CleanIdent(ElementText(element, row.name));
-        if (!name.empty()) {
+        if (!name.empty() && waypoint.type != "APT") {
             waypoint.airway = name;
             waypoint.procedure = row.procedure;
         }
@@ -245,6 +245,24 @@ void ReadRoute(std::string_view element, SimWaypoint& waypoint) {
     const double speed = ToNumber(ElementText(element, "SpeedMaxFP"));
     constexpr double kFastest = 2000;
     waypoint.speed = speed > 0 && speed < kFastest ? speed : kUnset;
+}
+
+// What the waypoint tells of the runway and the procedures at the route's ends.
+void ReadTerminal(std::string_view element, bool isFirst, SimPlan& plan) {
+    const std::string departure = CleanIdent(ElementText(element, "DepartureFP"));
+    const std::string arrival = CleanIdent(ElementText(element, "ArrivalFP"));
+    const std::string approach = CleanIdent(ElementText(element, "ApproachTypeFP"));
+    const std::string runway = SimRunway(ElementText(element, "RunwayNumberFP"),
+                                         ElementText(element, "RunwayDesignatorFP"));
+    const bool departs = !departure.empty() || (isFirst && arrival.empty() && approach.empty());
+    SimTerminal& end = departs ? plan.departure : plan.arrival;
+    const std::string& procedure = departs ? departure : arrival;
+    end.runway = runway.empty() ? end.runway : runway;
+    end.procedure = procedure.empty() ? end.procedure : procedure;
+    if (!departs && !approach.empty()) {
+        end.approach = approach;
+        end.approachSuffix = CleanIdent(ElementText(element, "SuffixFP"));
+    }
 }
 
 bool ReadXmlWaypoint(std::string_view element, SimWaypoint& waypoint) {
@@ -267,17 +285,32 @@ bool ReadXmlWaypoint(std::string_view element, SimWaypoint& waypoint) {
     return ReadPosition(parts[0], parts[1], waypoint);
 }
 
+// The next opening tag of a waypoint, whatever its attributes; npos without one.
+std::size_t FindWaypoint(std::string_view text, std::size_t from) {
+    constexpr std::string_view kWaypoint = "<ATCWaypoint";
+    std::size_t start = text.find(kWaypoint, from);
+    while (start != kNpos) {
+        const std::size_t end = start + kWaypoint.size();
+        if (end == text.size() || text[end] == '>' || IsSpace(text[end])) {
+            return start;
+        }
+        start = text.find(kWaypoint, end);
+    }
+    return kNpos;
+}
+
 SimPlan ReadXmlPlan(std::string_view document) {
-    constexpr std::string_view kWaypoint = "<ATCWaypoint id=";
     SimPlan plan;
     const std::string text = WithoutComments(document);
     plan.cruisingAltitudeFt = ToInteger(ElementText(text, "CruisingAlt"));
-    std::size_t start = text.find(kWaypoint);
+    std::size_t start = FindWaypoint(text, 0);
     while (start != kNpos && !plan.IsFull()) {
-        const std::size_t next = text.find(kWaypoint, start + kWaypoint.size());
-        const std::string_view element = std::string_view(text).substr(start, next - start);
+        const std::size_t next = FindWaypoint(text, start + 1);
+        std::string_view element = std::string_view(text).substr(start, next - start);
+        element = element.substr(0, element.find("</ATCWaypoint>"));
         SimWaypoint waypoint;
-        if (ReadXmlWaypoint(element.substr(0, element.find("</ATCWaypoint>")), waypoint)) {
+        if (ReadXmlWaypoint(element, waypoint)) {
+            ReadTerminal(element, plan.waypoints.empty(), plan);
             plan.waypoints.push_back(waypoint);
         } else {
             plan.leftOutAt.push_back(start);
@@ -365,6 +398,18 @@ SimPlan ReadKeyPlan(std::string_view text) {
 
 bool SimPlan::IsFull() const {
     return waypoints.size() >= kMaxWaypoints;
+}
+
+std::string SimRunway(std::string_view number, std::string_view designator) {
+    constexpr std::int32_t kMostRunway = 36;
+    constexpr std::string_view kSides = "LRC";
+    const std::int32_t value = ToInteger(number);
+    if (value < 1 || value > kMostRunway) {
+        return {};
+    }
+    const std::string side = ToUpper(designator.substr(0, 1));
+    const bool isSide = !side.empty() && kSides.find(side.front()) != kNpos;
+    return Format("%02d", value) + (isSide ? side : std::string());
 }
 
 SimPlan ReadSimPlan(std::string_view text) {

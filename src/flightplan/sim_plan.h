@@ -2,6 +2,8 @@
 // format.
 //
 // Two forms are read, told apart by what they hold: XML elements, and lines of keys and values.
+// A waypoint without an id takes its code, or a name made up here. An airport is no waypoint of the
+// procedure that begins or ends there.
 // Either may have LF or CRLF line ends, a byte-order mark, and degree signs in Latin-1 or UTF-8.
 // A converted plan's coordinates are whole seconds, as in the plan's position texts: what is finer
 // is dropped. Signed decimal degrees are taken as they are.
@@ -30,15 +32,29 @@ struct SimWaypoint {
     double speed = kUnset;     // knots
 };
 
+// What later planners name at one end of the route. A runway is two digits and its letter, "07C".
+struct SimTerminal {
+    std::string runway;
+    std::string procedure;       // the departure's or arrival's name
+    std::string approach;        // its type, "ILS"
+    std::string approachSuffix;  // "Z"
+};
+
 struct SimPlan {
     std::vector<SimWaypoint> waypoints;
     std::vector<std::size_t> leftOutAt;  // where in the text: waypoints without a usable position
     std::int32_t cruisingAltitudeFt = 0;
+    SimTerminal departure;
+    SimTerminal arrival;
 
     bool IsFull() const;
 };
 
 SimPlan ReadSimPlan(std::string_view text);
+
+// "07C" of number and side as later planners write them, "7" and "CENTER"; empty without a number
+// from 1 to 36.
+std::string SimRunway(std::string_view number, std::string_view designator);
 
 struct ConvertedPlan {
     std::string text;          // "[FlightPlan]" and a line a waypoint; empty when none was found

@@ -134,6 +134,74 @@ TEST(PlanFormats, WritesEachFormAsItsProgramsDo) {
     EXPECT_THAT(PlanWriting("fms1100", plan).error, HasSubstr("only at an airport"));
 }
 
+// A later planner's plan: its departure's points, its arrival's, an approach named at the airport.
+TEST(PlanFormats, NamesProceduresWhereTheFormHasAPlaceForThem) {
+    const auto waypoint = [](const char* ident, const char* type, int latitude, const char* more) {
+        return avq1::Format(
+            "<ATCWaypoint id=\"%s\"><ATCWaypointType>%s</ATCWaypointType>"
+            "<WorldPosition>N%d* 0' 0.00\",E8* 0' 0.00\",+0</WorldPosition>%s"
+            "</ATCWaypoint>",
+            ident, type, latitude, more);
+    };
+    const std::string sid =
+        waypoint("SIDPT", "Intersection", 51, "<DepartureFP>SIDP1A</DepartureFP>");
+    const std::string rest =
+        waypoint("ROUTE", "Intersection", 52, "<ATCAirway>L12</ATCAirway>") +
+        waypoint("STARP", "Intersection", 53,
+                 "<ArrivalFP>STAR2B</ArrivalFP><RunwayNumberFP>7</RunwayNumberFP>"
+                 "<RunwayDesignatorFP>CENTER</RunwayDesignatorFP>") +
+        waypoint("Town", "Airport", 54,
+                 "<ApproachTypeFP>ILS</ApproachTypeFP><SuffixFP>Z</SuffixFP><RunwayNumberFP>7"
+                 "</RunwayNumberFP><RunwayDesignatorFP>CENTER</RunwayDesignatorFP>"
+                 "<ICAO><ICAOIdent>BBBB</ICAOIdent></ICAO>");
+    const struct {
+        const char* departure;  // what the departure airport's element adds
+        const char* block;      // of the written plan
+        const char* lines;
+        const char* lost;
+    } cases[] = {
+        {"<RunwayNumberFP>23</RunwayNumberFP>",
+         "ADEP AAAA\nDEPRWY RW23\nSID SIDP1A\nADES BBBB\nDESRWY RW07C\nSTAR STAR2B\nAPP I07CZ\n",
+         "AAAA ROUTE BBBB", "points of procedures that are named instead (2)"},
+        {"", "ADEP AAAA\nADES BBBB\nDESRWY RW07C\nSTAR STAR2B\nAPP I07CZ\n",
+         "AAAA SIDPT ROUTE BBBB", "points of procedures that are named instead (1), procedures"},
+    };
+    for (const auto& c : cases) {
+        PlanReading read(waypoint("AAAA", "Airport", 50, c.departure) + sid + rest);
+        EXPECT_EQ(read.Idents(), "AAAA SIDPT ROUTE STARP BBBB");
+        EXPECT_EQ(read.plan.entries.back().via + read.plan.entries.back().procedure, "");
+        read.plan.cycle = "2309";
+        const PlanWriting written("fms1100", read.plan);
+        EXPECT_THAT(written.text, HasSubstr(c.block)) << written.error;
+        EXPECT_EQ(PlanReading(written.text).Idents(), c.lines);
+        EXPECT_EQ(NotCarried(*FormatNamed("fms1100"), read.plan), c.lost);
+    }
+}
+
+TEST(PlanFormats, NamesOfApproaches) {
+    const struct {
+        const char* type;
+        const char* runway;
+        const char* suffix;
+        const char* name;
+        const char* back;  // type, the planner's word, runway and suffix of the name
+    } cases[] = {
+        {"ILS", "5L", "", "I05L", "ILS ILS 05L "},
+        {"LOCALIZER", "RW23", "Z", "L23-Z", "LOC LOCALIZER 23 Z"},
+        {"RNAV", "16C", "Y", "R16CY", "RNAV RNAV 16C Y"},
+        {"VORDME", "07", "", "D07", "VORDME VORDME 07 "},
+        {"CIRCLING", "07", "", "", "   "},
+        {"ILS", "37", "", "", "   "},
+    };
+    for (const auto& c : cases) {
+        const std::string name = ApproachName(c.type, c.runway, c.suffix);
+        EXPECT_EQ(name, c.name);
+        const ApproachParts parts = PartsOfApproach(name);
+        EXPECT_EQ(parts.type + " " + parts.simType + " " + parts.runway + " " + parts.suffix,
+                  c.back);
+    }
+}
+
 // ---- what is refused ----
 
 TEST(PlanFormats, RefusesWhatTheFormatsProgramsWouldNotRead) {
@@ -232,13 +300,16 @@ TEST(PlanFormats, ReadsWhatItCanAndSaysTheRest) {
         {kFmsHead + kFmsRows + "garbage here\n", "AAAA BBBB", "plan:7: begins with 'garbage'", 1},
         {kFmsHead + "1 AAAA high 50 8\n1 BBBB 0 51 8\n", "AAAA BBBB", "'high' is no altitude", 0},
         {kFmsHead + "77 AAAA 0 50 8\n1 BBBB 0 51 8\n", "AAAA BBBB", "type '77' is not known", 0},
-        {"I\n3 version\n1\n5\n" + kFmsRows, "AAAA BBBB", "ends after 2 of 6 waypoints", 0},
+        {"I\n3 version\n1\n5\n" + kFmsRows, "AAAA BBBB", "ends after 2 of 5 waypoints", 0},
+        {"I\n3 version\n1\n2\n" + kFmsRows, "AAAA BBBB", "", 0},
         {kFmsHead + "28 +13.691_+100.760X 0 50 8\n1 BBBB 0 51 8\n", "+13.691_+100.760 BBBB",
          "is cut to 16", 0},
         // Names that would mean something else here.
         {kFmsHead + "11 DISCO 0 50 8\n11 THEN 0 51 8\n", "DISCOX THENX", "", 0},
         // Nothing to be had.
-        {"", "", "no flight plan in a form that is known", 0},
+        {"", "", "is empty, no flight plan", 0},
+        {"\xEF\xBB\xBF \r\n", "", "is empty, no flight plan", 0},
+        {"garbage here", "", "no flight plan in a form that is known", 0},
         {"I\n3 version\n1\n1\n1 AAAA", "", "holds no waypoint", 1},
         {"\xFF\xFEI", "", "is UTF-16", 0},
         {"[flightplan]\nAAAA 50 8 APT ---\n", "", "must read exactly [FlightPlan]", 1},

@@ -42,6 +42,11 @@ TEST(ConvertSimPlan, WritesTheLinesOfAPlan) {
         {"an airport named in words",
          Xml("Quax", "Airport", kUtf8 + "</WorldPosition><ICAOIdent>QAAA"),
          "QAAA     54.65389 -6.21972  APT\n"},
+        {"waypoints without an id",
+         "<ATCWaypoint>\n<WorldPosition>" + kLatin1 +
+             "</WorldPosition></ATCWaypoint><ATCWaypoint\n>" + "<WorldPosition>" + kLatin1 +
+             "</WorldPosition><ICAOIdent>ABC</ICAOIdent>",
+         "WPT01    -33.00000 151.17500  WPT\nABC      -33.00000 151.17500  WPT\n"},
         {"a comment is no waypoint",
          "<!-- " + Xml("OLD", "VOR", kUtf8) + " -->" + Xml("NEW", "VOR", kUtf8) + "<!-- open",
          "NEW      54.65389 -6.21972  VOR\n"},

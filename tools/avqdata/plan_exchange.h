@@ -19,13 +19,13 @@
 
 namespace avqdata {
 
-// The departure's or arrival's side of a plan that names procedures instead of listing their
-// points.
+// The departure's or arrival's side of a plan: runway and procedures by name, whether their points
+// are among the entries or not.
 struct TerminalChoice {
-    std::string runway;
+    std::string runway;  // "RW09L"
     std::string procedure;
     std::string transition;
-    std::string approach;
+    std::string approach;  // type letter, runway and variant of coded procedures: "I05L", "R23-Z"
     std::string approachTransition;
 
     bool operator==(const TerminalChoice&) const = default;
@@ -100,6 +100,11 @@ std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan);
 bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::string& text,
                        std::string& error);
 
+// The plan as a format that only names procedures has it: without the points of procedures that are
+// named with their runway; without the names of others whose points are there. Other formats get
+// the plan as it is.
+ExchangePlan AsFormatHolds(const PlanFormat& format, const ExchangePlan& plan);
+
 // "airways (5), gaps (1)": what gets lost in a format; empty when nothing does.
 std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan);
 
@@ -109,6 +114,20 @@ std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan);
 std::string_view TypeFromName(const PlanFormat& format, std::string_view name);  // empty: unknown
 void AddWaypoint(avq1::PlanWaypoint entry, ExchangePlan& plan);
 std::size_t LineAt(std::string_view text, std::size_t offset);
+
+std::string RunwayFix(std::string_view runway);  // "RW09L" of "9L", "09L", "RW09L"; else empty
+// "I05L-Z" of "ILS", "05L" and "Z"; empty without a known type or a runway.
+std::string ApproachName(std::string_view type, std::string_view runway, std::string_view suffix);
+
+// The parts of such a name, all empty where it is none: "ILS", the planner's word for it, "05L",
+// "Z".
+struct ApproachParts {
+    std::string type;
+    std::string simType;
+    std::string runway;
+    std::string suffix;
+};
+ApproachParts PartsOfApproach(std::string_view name);
 
 // Writers. An airway is no airway when it is the name of a procedure.
 std::string_view TypeName(const PlanFormat& format, const avq1::PlanWaypoint& entry);

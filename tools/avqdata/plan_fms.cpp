@@ -162,8 +162,9 @@ void ReadLine(FmsReader& reader, std::string_view line) {
         AddFault(reader, "begins with " + Quoted(words[0]) + ", which is no type of waypoint");
         return;
     }
-    if (words.size() == 1) {  // the old version's two counts; the second one lacks the first entry
-        reader.announced = static_cast<std::size_t>(std::max(*number, 0)) + 1;
+    if (words.size() ==
+        1) {  // the old version's two counts; X-Plane's second lacks the first entry
+        reader.announced = static_cast<std::size_t>(std::max(*number, 0));
         return;
     }
     reader.inHeader = false;

@@ -218,6 +218,10 @@ bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan
     if (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
     }
+    if (Trim(text).empty()) {
+        error = std::string(name) + ": is empty, no flight plan";
+        return false;
+    }
     std::string withLines;
     if (text.find('\n') == std::string_view::npos && text.find('\r') != std::string_view::npos) {
         withLines = text;
@@ -353,11 +357,16 @@ bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::
         error = fault;
         return false;
     }
-    return format.write(format, plan, text, error);
+    return format.write(format, AsFormatHolds(format, plan), text, error);
 }
 
-std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan) {
+std::string NotCarried(const PlanFormat& format, const ExchangePlan& whole) {
+    const ExchangePlan plan = AsFormatHolds(format, whole);
     std::string lost;
+    if (plan.entries.size() < whole.entries.size()) {
+        lost = "points of procedures that are named instead (" +
+               std::to_string(whole.entries.size() - plan.entries.size()) + ")";
+    }
     for (const FeatureRow& row : kFeatures) {
         const std::size_t count = (format.carries & row.feature) != 0 ? 0 : row.count(plan);
         if (count > 0) {

@@ -36,6 +36,17 @@ bool IsSimKeys(std::string_view text) {
     return false;
 }
 
+void ReadEnds(const avq1::SimPlan& read, ExchangePlan& plan) {
+    plan.departure.runway = RunwayFix(read.departure.runway);
+    plan.departure.procedure = read.departure.procedure;
+    plan.arrival.runway = RunwayFix(read.arrival.runway);
+    plan.arrival.procedure = read.arrival.procedure;
+    if (!read.arrival.approach.empty()) {
+        plan.arrival.approach =
+            ApproachName(read.arrival.approach, read.arrival.runway, read.arrival.approachSuffix);
+    }
+}
+
 void ReadSim(const PlanSource& source, ExchangePlan& plan) {
     const avq1::SimPlan read = avq1::ReadSimPlan(source.text);
     for (const avq1::SimWaypoint& waypoint : read.waypoints) {
@@ -51,6 +62,7 @@ void ReadSim(const PlanSource& source, ExchangePlan& plan) {
         AddWaypoint(std::move(entry), plan);
     }
     plan.cruiseAltitudeFt = read.cruisingAltitudeFt;
+    ReadEnds(read, plan);
     for (const std::size_t offset : read.leftOutAt) {
         source.report.Add(Topic::Fault, "waypoints left out",
                           AtLine(source.name, LineAt(source.text, offset),
