@@ -13,23 +13,13 @@
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "support/display_checks.h"
+#include "support/press_key.h"
 
 namespace avq1 {
 namespace {
 
-enum class Half { Left, Right };
-
-void Press(std::span<const KeyArea> keys, std::string_view label, Half half = Half::Left) {
-    for (const KeyArea& key : keys) {
-        if (key.label == label) {
-            ASSERT_NE(key.action, nullptr) << label;
-            const std::int32_t middle = key.box.width / 2;
-            key.action({key, {half == Half::Left ? middle - 1 : middle, 3}});
-            return;
-        }
-    }
-    FAIL() << "no key " << label;
-}
+using test::Half;
+using test::PressKey;
 
 // Presses a key once for each of the values it must then have set.
 template <typename T>
@@ -38,7 +28,7 @@ void Walk(std::span<const KeyArea> keys, std::string_view label, T& value,
           Half half = Half::Left) {
     value = start;
     for (const auto& expected : walk) {
-        Press(keys, label, half);
+        PressKey(keys, label, half);
         EXPECT_EQ(value, expected) << label;
     }
 }
@@ -108,7 +98,7 @@ TEST_F(PanelKeys, KnobsSendCourseAndHeadingEvents) {
                                      {"CRS", Half::Right},
                                      {"HDG", Half::Right},
                                      {"HDG", Half::Left}}) {
-        Press(kEhsiPanelKeys, knob, half);
+        PressKey(kEhsiPanelKeys, knob, half);
     }
     const std::vector<std::pair<std::int32_t, std::uint32_t>> sent = {
         {65662, 0}, {65663, 0}, {65879, 0}, {65880, 0}};

@@ -1,5 +1,5 @@
-// Traffic on the displays that show it, from a traffic module in memory: read back from altitudes
-// and symbols.
+// Traffic on the displays that show it, from a traffic module in memory: and the protocol
+// it is told by. (How it looks: pictures_test.cpp.)
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,7 +11,6 @@
 #include "displays/nd/nd.h"
 #include "displays/nd/nd_panel.h"
 #include "displays/traffic/tcas.h"
-#include "drawing/palette.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
@@ -21,8 +20,6 @@
 namespace avq1 {
 namespace {
 
-using test::FakeTarget;
-using test::HasColourNear;
 using test::kNan;
 using test::Picture;
 
@@ -42,78 +39,6 @@ class Traffic : public test::DisplayTest {
 
     std::unique_ptr<test::FakeTraffic> source_;
 };
-
-TEST_F(Traffic, StandsAtItsBearingAndRangeOnEveryDisplay) {
-    source_->Tell({{0, 2.5, 5, 1, 1}, {90, 3, -12, -1, 1}});
-    const std::tuple<test::DrawDisplay, CanvasSize, int, CanvasPoint, double, double> cases[] = {
-        {DrawEhsi, kEhsiDesign, 0, kCentre, 18, 13},
-        {DrawTcas, kEhsiDesign, 0, kCentre, 18, 16},
-        {DrawNd, kNdDesign, 4, {122, 249}, 21.5, 13},
-        {DrawNd, kNdDesign, 6, {122, 171}, 11, 13}};
-    for (const auto& [draw, design, ndMode, centre, pxPerNm, labelRight] : cases) {
-        nd.ndMode = ndMode;
-        nd.showTraffic = 1;
-        const auto picture = test::DrawAt(draw, design, 2);
-        const CanvasPoint ahead{centre.x, centre.y - std::trunc(2.5 * pxPerNm)};
-        const CanvasPoint right{centre.x + std::trunc(3 * pxPerNm), centre.y};
-        EXPECT_TRUE(HasColourNear(*picture, 2, ahead, colour::Cyan)) << ndMode;
-        const test::DrawnText* const above = Picture::Find("+05");
-        ASSERT_NE(above, nullptr);
-        EXPECT_NEAR(above->x / 2, ahead.x + labelRight, 0.1);
-        EXPECT_EQ(above->argb, colour::Cyan);
-        const test::DrawnText* const below = Picture::Find("-12");
-        ASSERT_NE(below, nullptr) << ndMode;
-        EXPECT_NEAR(below->x / 2, right.x + labelRight, 1.1);
-    }
-}
-
-// Shapes by where their colour is: an open diamond has none in the middle, a square reaches its
-// corner, a circle does not but is wider beside its top than a diamond.
-TEST_F(Traffic, ShowsThreatsInTheirColoursAndShapes) {
-    const struct {
-        int threat;
-        std::uint32_t argb;
-        bool middle, beside, corner;
-    } cases[] = {{0, colour::Cyan, false, false, false}, {1, colour::Cyan, true, false, false},
-                 {2, colour::Amber, true, true, false},  {3, colour::Red, true, true, true},
-                 {4, colour::Cyan, false, false, false}, {-1, colour::Cyan, false, false, false}};
-    const std::pair<test::DrawDisplay, double> displays[] = {{DrawEhsi, 1.0}, {DrawTcas, 1.25}};
-    for (const auto& display : displays) {
-        for (const auto& row : cases) {
-            source_->Tell({{0, 3, 100, 0, row.threat}});
-            const auto picture = test::DrawAt(display.first, kEhsiDesign, 4);
-            ASSERT_NE(Picture::Find("+100"), nullptr);
-            EXPECT_EQ(Picture::Find("+100")->argb, row.argb) << row.threat;
-            const auto has = [&](double offset) {
-                const double away = offset * display.second;
-                return HasColourNear(*picture, 4, {129 + away, 114 - 54 - away}, row.argb);
-            };
-            EXPECT_EQ(has(0), row.middle) << row.threat;
-            EXPECT_EQ(has(3.6), row.beside) << row.threat;
-            EXPECT_EQ(has(4.6), row.corner) << row.threat;
-        }
-    }
-}
-
-TEST_F(Traffic, MarksClimbAndDescentBesideTheSymbol) {
-    const struct {
-        int trend;
-        bool top, bottom;  // the side that has the arrow's head
-    } cases[] = {{1, true, false},
-                 {-1, false, true},
-                 {0, false, false},
-                 {2, false, false},
-                 {-8, false, false}};
-    for (const auto& [trend, top, bottom] : cases) {
-        source_->Tell({{0, 3, 2, trend, 1}});
-        const auto picture = test::DrawAt(DrawEhsi, kEhsiDesign, 4);
-        const auto head = [&](double y) {
-            return HasColourNear(*picture, 4, {129 + 10.5, 114 - 54 + y}, colour::Cyan);
-        };
-        EXPECT_EQ(head(-2.7), top) << trend;
-        EXPECT_EQ(head(2.7), bottom) << trend;
-    }
-}
 
 TEST_F(Traffic, LeavesOutWhatIsOutsideTheBandOrNoNumber) {
     const std::tuple<double, double, double, bool> cases[] = {{10, 2, 140, true},
@@ -146,61 +71,6 @@ TEST_F(Traffic, LeavesOutWhatIsOutsideTheBandOrNoNumber) {
     test::DrawAt(DrawTcas, kEhsiDesign);
     EXPECT_TRUE(Picture::Shows("+27"));
     EXPECT_FALSE(Picture::Shows("+28"));
-}
-
-TEST_F(Traffic, DrawsNothingOutsideItsCircle) {
-    for (const test::DrawDisplay draw : {DrawEhsi, DrawTcas}) {
-        source_->Tell({});
-        const auto without = test::DrawAt(draw, kEhsiDesign);
-        source_->Tell({{0, 5.5, 5, 1, 3}, {90, 5.5, 5, 1, 3}, {180, 5.6, 5, -1, 2}, {135, 5.4, 1}});
-        const auto with = test::DrawAt(draw, kEhsiDesign);
-        int inside = 0;
-        for (int y = 0; y < with->height(); ++y) {
-            for (int x = 0; x < with->width(); ++x) {
-                const bool differs = with->At(x, y) != without->At(x, y);
-                const bool out = std::hypot(x + 0.5 - kCentre.x, y + 0.5 - kCentre.y) > 101.5;
-                EXPECT_FALSE(differs && out) << x << ' ' << y;
-                inside += differs;
-            }
-        }
-        EXPECT_GT(inside, 50);
-        source_->Tell({{45, 5.5, 5, 0, 1}});  // its altitude would stand beyond the circle
-        test::DrawAt(draw, kEhsiDesign);
-        EXPECT_FALSE(Picture::Shows("+05"));
-    }
-}
-
-TEST_F(Traffic, ShowsOnTheNavigationDisplayInItsModesWhenSwitchedOn) {
-    source_->Tell({{0, 2, 7}});
-    for (const int on : {0, 1}) {
-        for (nd.ndMode = 1; nd.ndMode <= 7; ++nd.ndMode) {
-            nd.showTraffic = on;
-            test::DrawAt(DrawNd, kNdDesign);
-            EXPECT_EQ(Picture::Shows("+07"), on == 1 && nd.ndMode >= 3 && nd.ndMode <= 6)
-                << nd.ndMode;
-        }
-    }
-    EXPECT_FALSE(Picture::Shows("OFF"));
-}
-
-TEST_F(Traffic, GaugeTakesTheRangeOfTheMapDisplaysTrafficMode) {
-    test::ExpectDrawsOnlyWhenAsked(DrawTcas);
-    const std::pair<double, double> rings[] = {{2, 0}, {5, 40}, {10, 20}, {20, 10}, {40, 0}};
-    for (const test::DrawDisplay draw : {DrawEhsi, DrawTcas}) {
-        for (const auto& [rangeNm, ring] : rings) {
-            ehsi.ehsiMode8Range = rangeNm;
-            const auto picture = test::DrawAt(draw, kEhsiDesign, 2);
-            EXPECT_TRUE(Picture::Shows(rangeNm < 10 ? (rangeNm < 5 ? " 2" : " 5")
-                                                    : std::to_string(static_cast<int>(rangeNm))));
-            const std::uint32_t argb = draw == DrawTcas ? colour::Blue : colour::White;
-            for (const double radius : {10.0, 20.0, 40.0}) {
-                const CanvasPoint right{kCentre.x + radius * std::cos(kDegToRad * 30),
-                                        kCentre.y - radius / 2};
-                EXPECT_EQ(HasColourNear(*picture, 2, right, argb), radius == ring)
-                    << radius << " at " << rangeNm;
-            }
-        }
-    }
 }
 
 std::int32_t refusedResult = 0;

@@ -132,7 +132,7 @@ inline void ExpectTextsApart(const CanvasSize& design, bool bold, const std::str
 
 // Whatever the values, the present picture shows no nonsense number.
 inline void ExpectNoNonsenseTexts() {
-    constexpr std::size_t kLongest = 14;
+    constexpr std::size_t kLongest = 21;
     for (const DrawnText& drawn : Picture::Texts()) {
         EXPECT_EQ(drawn.text.find("nan"), std::string::npos) << drawn.text;
         EXPECT_EQ(drawn.text.find("inf"), std::string::npos) << drawn.text;
