@@ -7,12 +7,13 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
-#include "cdu/formats.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"
 #include "guidance/lnav.h"
 #include "guidance/predictions.h"
+#include "guidance/progress.h"
+#include "guidance/vnav.h"
 #include "navdb/nav_database.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
@@ -80,16 +81,14 @@ class GnsTest : public ::testing::Test {
         LoadNavDatabase();
     }
 
-    // What the predictions say, as the pages write it.
-    static std::string TimeTo(std::int32_t index) {
-        return HoursMinutesText(0, PredictedMinutes(index)).c_str();
-    }
-    static std::string ClockAt(std::int32_t index) {
-        return HoursMinutesText(0, ActivePredictions().entries[index].zuluMinutes).c_str();
-    }
-    static double PredictedMinutes(std::int32_t index) {
-        EXPECT_TRUE(ActivePredictions().entries[index].known) << index;
-        return ActivePredictions().entries[index].minutes;
+    // What the per-frame update works out.
+    static void Update() {
+        SetActiveWaypoint(planBook.activeIndex);
+        UpdateDerivedState();
+        UpdateRouteDistance();
+        UpdateTimeToGo();
+        RunVerticalGuidance();
+        RefreshPredictions();
     }
 
     TempSimFolder folder;

@@ -25,13 +25,34 @@ struct Flow {
     bool withPlan;
     const char* keys;
     bool fromTheList = false;  // of stored plans
+    const char* weightUnit = "";
 };
 
 constexpr Flow kFlows[] = {
+    {"page keys", true,
+     "FPL FPL FPL FPL NEXT NEXT PREV NAV NAV NAV NAV NAV PREV VNAV VNAV VNAV FUEL FUEL FUEL FUEL "
+     "FUEL FUEL FUEL PREV NAV DIRECT DIRECT DIRECT HOLD FPL"},
+    {"what is typed leads on", true,
+     "NAV FPL L3 =NEWPT ENTER NAV FPL L3 =NOWHER ENTER NAV FPL L3 CLR =A CLR ENTER NAV FPL L3 "
+     "=TWICE* ENTER NAV FPL L3 =* ENTER NAV FPL L3 =#J9 ENTER NAV FPL L3 =#J8 ENTER NAV FPL L3 "
+     "ENTER"},
+    {"waypoints deleted", true,
+     "FPL L3 L3 CLR L3 ENTER L3 L3 CLR ENTER L1 CLR ENTER NAV FPL L2 =A CLR CLR CLR ENTER"},
+    {"a pilot's point", true,
+     "FPL L3 =QQQ ENTER =E =7 =N =3 =33750 =9 CLR L8 =S33375 CLR =W L8 =N333750W1 =11 ENTER =5430 "
+     "ENTER"},
+    {"an offset", true,
+     "FPL L3 =NEWPT* ENTER ENTER L8 =361 ENTER CLR CLR CLR =260 ENTER =10000 ENTER L8 L8 L8 ENTER "
+     "=30 ENTER L10 CLR ENTER ENTER =LATER ENTER ENTER"},
+    {"crossings", true,
+     "FPL L7 ENTER =250*10000 ENTER L7 ENTER =*8000 ENTER L7 ENTER =A50 ENTER CLR CLR CLR "
+     "=250*99999 ENTER NAV FPL L7 ENTER =*0 ENTER NAV FPL L7 ENTER =250*10*10 ENTER NAV FPL L7 "
+     "ENTER ENTER L7 ENTER =A CLR ENTER L10 CLR ENTER L10 CLR ENTER L10 CLR ENTER"},
     {"nothing yet", false,
      "FPL NEXT PREV L1 CLR NAV NAV NAV NAV VNAV VNAV FUEL FUEL FUEL FUEL FUEL FUEL HOLD DIRECT"},
     {"a plan typed", false,
-     "FPL L1 =KAAA ENTER L10 L10 CLR ENTER ENTER =TWICE ENTER NEXT PREV ENTER =NEWPT ENTER ENTER "
+     "FPL L1 CLR ENTER FPL L1 =KAAA ENTER L10 L10 CLR ENTER ENTER =TWICE ENTER NEXT PREV ENTER "
+     "=NEWPT ENTER ENTER "
      "=KBBB ENTER ENTER =NEWPT* ENTER L8 =260 ENTER =30 ENTER ENTER =QQQ ENTER =N0120 =00E "
      "=0023000 ENTER"},
     {"rows, columns and menus", true,
@@ -45,25 +66,32 @@ constexpr Flow kFlows[] = {
      "ENTER"},
     {"a departure erased", true, "FPL NEXT L4 ENTER L6 =KSID ENTER ENTER L10 ENTER"},
     {"an arrival", true, "FPL NEXT L5 ENTER L6 L6 ENTER L3 ENTER L10 L5 ENTER"},
+    {"an approach and an arrival over it", true,
+     "FPL NEXT L5 L5 ENTER ENTER ENTER L5 ENTER NAV FPL NEXT L5 ENTER ENTER L3 ENTER L5 ENTER NAV "
+     "FPL NEXT L5 ENTER ENTER L3 ENTER L10 ENTER"},
     {"an approach", true, "FPL NEXT L5 L5 ENTER L3 ENTER NEXT L2 ENTER L5 ENTER"},
     {"an airway", true,
      "FPL L3 =#J9 ENTER ENTER L7 L2 L8 L3 ENTER NAV FPL L3 =#J9 ENTER L3 FPL L3 =#J9 ENTER "
-     "ENTER L2 ENTER"},
+     "ENTER L2 ENTER NAV FPL L3 =#J9 ENTER L2 ENTER"},
     {"navigation", true,
      "NAV L7 CLR ENTER L7 CLR CLR ENTER L10 L10 ENTER L10 CLR ENTER =120 ENTER L10 CLR ENTER =361 "
      "ENTER NEXT PREV NAV NAV NAV"},
     {"the profile", true,
-     "VNAV L5 ENTER L7 =25000 ENTER L7 L7 =6000 ENTER L8 =25 ENTER L9 L2 L1 VNAV VNAV VNAV FPL "
+     "VNAV L5 ENTER L7 =25000 ENTER L7 L7 =6000 ENTER L8 =75 ENTER L8 =0 ENTER L8 =25 ENTER L7 "
+     "=ABC "
+     "ENTER L9 L2 L1 VNAV VNAV VNAV FPL "
      "NEXT L10 CLR ENTER L10 CLR ENTER"},
     {"fuel", true,
      "FUEL FUEL L7 =1500 ENTER L7 L7 CLR FUEL FUEL FUEL FUEL FUEL L2 L7 =99999 ENTER FUEL FUEL"},
+    {"fuel in kilograms", true, "FUEL FUEL FUEL FUEL FUEL FUEL L5 ENTER PREV PREV", false, "KGS"},
     {"a message goes with the next key", true,
      "FPL L3 =NOWHE* ENTER DIRECT FPL L3 =NOWHE* ENTER NAV FPL L3 =NOWHE* ENTER FUEL FPL L3 "
      "=NOWHE* "
      "ENTER VNAV FPL L3 =NOWHE* ENTER HOLD FPL L3 =NOWHE* ENTER L2 FPL L3 =NOWHE* ENTER CLR FPL L2 "
      "=AB HOLD =1"},
     {"a hold", true,
-     "FPL L1 HOLD FPL L2 L2 HOLD L7 =360 ENTER L8 CLR ENTER L9 =15 ENTER L9 L9 =125 ENTER L10 CLR "
+     "FPL L1 HOLD FPL L2 L2 HOLD L7 =361 ENTER L7 L7 =360 ENTER L8 CLR ENTER L9 =15 ENTER L9 L9 "
+     "=125 ENTER L9 =1000 ENTER L9 =1000 ENTER L9 L10 CLR "
      "ENTER L6 L5 ENTER FPL L2 L2 CLR ENTER"},
     {"more typed than there is room for", true,
      "FPL L1 HOLD L7 =12345 ENTER FPL L2 L2 HOLD L7 =12345 CLR ENTER L9 =123456 ENTER L9 L9 "
@@ -103,6 +131,8 @@ class GnsScreens : public GnsTest {
         folder.Write("avq/flightplans/STORED.RTE",
                      "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
                      "KBBB  0.0  7.0  APT  ---\n");
+        settings.WeightUnit = flow.weightUnit;
+        aircraft.radioAltitudeFt = 4000;
         aircraft.altitudeFt = 4300;
         aircraft.verticalSpeedFpm = 1200;
         aircraft.indicatedAirspeedKt = 230;
@@ -129,16 +159,6 @@ class GnsScreens : public GnsTest {
             MakePlan();
             SetCruiseAltitude(24000);
         }
-    }
-
-    // What the per-frame update works out.
-    static void Update() {
-        SetActiveWaypoint(planBook.activeIndex);
-        UpdateDerivedState();
-        UpdateRouteDistance();
-        UpdateTimeToGo();
-        RunVerticalGuidance();
-        RefreshPredictions();
     }
 
     // Writes what the key changed on the screen and in the plans.

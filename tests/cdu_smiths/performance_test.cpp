@@ -72,15 +72,10 @@ class SmithsPerformance : public SmithsTest {
                               : row.substr(bar == std::string::npos ? 0 : bar + 1);
     }
 
-    // What the per-frame update works out.
+    // What the per-frame update works out, with what a changed route asks for.
     static void Update() {
-        SetActiveWaypoint(planBook.activeIndex);
-        UpdateDerivedState();
-        UpdateRouteDistance();
-        UpdateTimeToGo();
         ReplanChangedRoute();
-        RunVerticalGuidance();
-        RefreshPredictions();
+        SmithsTest::Update();
     }
 
     // Half way up to a cruise altitude that has been planned.

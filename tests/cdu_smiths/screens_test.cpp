@@ -118,16 +118,6 @@ class SmithsScreens : public SmithsTest {
         }
     }
 
-    // What the per-frame update works out.
-    static void Update() {
-        SetActiveWaypoint(planBook.activeIndex);
-        UpdateDerivedState();
-        UpdateRouteDistance();
-        UpdateTimeToGo();
-        RunVerticalGuidance();
-        RefreshPredictions();
-    }
-
     // Writes what the key changed on the screen and in the plans.
     void Look(const std::string& key, std::ostream& out) {
         cdu.Press(key);
