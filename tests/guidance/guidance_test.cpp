@@ -28,9 +28,7 @@ namespace {
 using test::EventList;
 using test::FakeSimulator;
 using test::SetActivePlan;
-using ::testing::DoubleNear;
 using ::testing::ElementsAre;
-using ::testing::Pointwise;
 
 class GuidanceTest : public ::testing::Test {
   protected:
@@ -47,56 +45,6 @@ class GuidanceTest : public ::testing::Test {
 
     FakeSimulator& simulator = FakeSimulator::Install();
 };
-
-TEST_F(GuidanceTest, TimesToGo) {
-    const struct {
-        double distanceNm, speedKt, simRate, hours, minutes, tenths, realHours, realMinutes;
-    } rows[] = {{30, 240, 1, 0, 7.5, 5, 0, 7.5}, {30, 240, 4, 0, 7.5, 5, 0, 1.875},
-                {600, 400, 2, 1, 30, 0, 0, 45},  {240, 240, 1, 1, 0, 0, 1, 0},
-                {30, 25, 1, 0, 0, 0, 0, 0},      {30, 240, 0, 0, 7.5, 5, 0, 0},
-                {-1, 240, 1, 0, 0, 0, 0, 0}};
-    for (const auto& row : rows) {
-        guidance.distanceToGoNm = row.distanceNm;
-        progress.routeDistanceToDestination = row.distanceNm;
-        aircraft.groundSpeedKt = row.speedKt;
-        derived.simRate = row.simRate;
-        UpdateTimeToGo();
-        EXPECT_THAT((std::vector{progress.eteWaypointHours, progress.eteWaypointMinutes,
-                                 progress.eteWaypointTenths, progress.eteWaypointRealHours,
-                                 progress.eteWaypointRealMinutes, progress.eteDestinationHours,
-                                 progress.eteDestinationMinutes, progress.eteDestinationRealHours,
-                                 progress.eteDestinationRealMinutes}),
-                    Pointwise(DoubleNear(1e-9),
-                              {row.hours, row.minutes, row.tenths, row.realHours, row.realMinutes,
-                               row.hours, row.minutes, row.realHours, row.realMinutes}))
-            << row.distanceNm << " nm at " << row.speedKt;
-    }
-}
-
-TEST_F(GuidanceTest, WindAndAirspeedAreDerived) {
-    aircraft.windDirection = 30;
-    aircraft.windSpeedKt = 40;
-    aircraft.trueHeading = 330;
-    aircraft.magneticVariation = 30;
-    aircraft.simRateRaw = 512;
-    const double across = 40 * std::sin(60 * kDegToRad);
-    const struct {
-        std::int32_t simVersion;
-        double groundSpeedKt, bank;
-        double airspeedKt, driftDeg, simRate, bankAfter;
-    } rows[] = {{10, 400, -0.034, 420, across / 7, 2, 0}, {9, 25, 0.035, 0, 0, 512, 0.035}};
-    for (const auto& row : rows) {
-        SimVersion = row.simVersion;
-        aircraft.groundSpeedKt = row.groundSpeedKt;
-        aircraft.bank = row.bank;
-        UpdateDerivedState();
-        EXPECT_THAT((std::array{derived.headwindKt, derived.crosswindKt, derived.windDirectionMag,
-                                derived.trueAirspeedEstimateKt, derived.driftDeg, derived.simRate,
-                                aircraft.bank}),
-                    Pointwise(DoubleNear(1e-9), {20.0, across, 360.0, row.airspeedKt, row.driftDeg,
-                                                 row.simRate, row.bankAfter}));
-    }
-}
 
 TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
     const struct {
@@ -117,25 +65,6 @@ TEST_F(GuidanceTest, CrossTrackSidesAndLimits) {
         EXPECT_NEAR(guidance.crossTrackNm, row.crossTrackNm, 0.02) << row.latitude;
         EXPECT_EQ(guidance.crossTrackSide, row.side) << row.latitude;
     }
-}
-
-TEST_F(GuidanceTest, SidesAndAnglesAreRawDifferences) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 1, 0}});  // course 360
-    PlaceAt(0.5, -0.1);                             // left of it: bearing about 11
-    SetActiveWaypoint(1);
-    aircraft.headingMag = 10;
-    ComputeCrossTrack(CrossTrackMode::Guidance);
-    EXPECT_EQ(guidance.trackSideOfHeading, Side::Right);
-    EXPECT_NEAR(guidance.trackHeadingAngle, 350, 1e-9);
-    EXPECT_EQ(guidance.waypointSideOfTrack, Side::Right);
-    EXPECT_NEAR(guidance.waypointTrackAngle, 360 - 11.3, 0.1);
-    EXPECT_EQ(guidance.crossTrackSide, Side::Left);
-    aircraft.headingMag = 350;
-    ComputeCrossTrack(CrossTrackMode::Guidance);
-    EXPECT_EQ(guidance.trackSideOfHeading, Side::Left);
-    SetActiveWaypoint(7);
-    EXPECT_FALSE(HasActiveWaypoint());
-    EXPECT_EQ(guidance.crossTrackNm, kNoCrossTrack);
 }
 
 TEST_F(GuidanceTest, LooksAheadByCrossTrack) {
@@ -210,20 +139,6 @@ TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
                 ElementsAre(-999, -999, -999, 0, 0, 1));
 }
 
-TEST_F(GuidanceTest, PassageKeepsFuelInTheUnitAskedFor) {
-    simulator.variables[289] = 8388608;
-    simulator.variables[290] = 100;
-    simulator.variables[306] = 10;
-    for (const bool kilograms : {false, true}) {
-        settings.WeightUnit = kilograms ? "KGS" : "LBS";
-        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 0.01}, {"CCC", 0, 1}});
-        SetActiveWaypoint(1);
-        guidance.lnavEngaged = 1;
-        SequenceWaypoint();
-        EXPECT_NEAR(guidance.passedFuel, kilograms ? 2204.62262 : 1000, 1e-6);
-    }
-}
-
 TEST_F(GuidanceTest, ThePassageIsTold) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 0.01}, {"CCC", 0, 1}});
     for (const auto& [groundSpeedKt, onGround] : {std::pair{4.9, true}, {5.0, false}}) {
@@ -241,45 +156,6 @@ TEST_F(GuidanceTest, ThePassageIsTold) {
         EXPECT_EQ(test::heard[0].altitudeFt, 9000);
         EXPECT_EQ(test::heard[0].onGround, onGround);
         EXPECT_EQ(guidance.passedIdent, "BBB");
-    }
-}
-
-// However it was made active; only a first leg's preparation leaves a plain entry's as it is.
-TEST_F(GuidanceTest, TheWaypointFlownToHasItsOwnChangeDistance) {
-    SetActivePlan({{"AAA", 0, 0},
-                   {"BBB", 0, 1},
-                   {"CCC", 0, 2, "INT", "STAR", "", 1},
-                   {"DDD", 0, 3, "INT", "STAR"},
-                   {"EEE", 0, 4}});
-    const struct {
-        std::int32_t index;
-        double changeNm;
-    } rows[] = {{2, 1.5}, {1, 3}, {3, 2.5}, {4, 3}, {2, 1.5}};
-    for (const auto& row : rows) {
-        SetActiveWaypoint(row.index);
-        EXPECT_EQ(guidance.waypointChangeDistanceNm, row.changeNm) << row.index;
-    }
-    for (const auto& [flyover, changeNm] : {std::pair{0, 2.2}, {1, 1.5}}) {
-        SetActiveWaypoint(1);
-        guidance.waypointChangeDistanceNm = 2.2;
-        guidance.firstLegPrepared = 0;
-        activePlan.Edit(1).flyover = flyover;
-        PrepareFirstLeg();
-        EXPECT_EQ(guidance.waypointChangeDistanceNm, changeNm);
-    }
-}
-
-TEST_F(GuidanceTest, AWaypointLeftBehindCountsAsReached) {
-    for (const auto& [toGoNm, bearing, after] :
-         {std::array{10.0, 200.0, 10.0}, {9.99, 200, -1}, {9.99, 180.5, 9.99}}) {
-        SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}, {"DDD", 0, 3}});
-        SetActiveWaypoint(1);
-        guidance.lnavEngaged = 1;
-        aircraft.headingHoldOn = 1;
-        guidance.distanceToGoNm = toGoNm;
-        guidance.bearingToWaypointMag = bearing;
-        ApplyPassedWaypointRule();
-        EXPECT_EQ(guidance.distanceToGoNm, after) << toGoNm << ' ' << bearing;
     }
 }
 

@@ -13,6 +13,7 @@
 #include "guidance/vnav/flight_values.h"
 #include "guidance/vnav/flown.h"
 #include "settings/performance_tables.h"
+#include "settings/settings.h"
 #include "support/guidance_values.h"
 #include "support/kept_file.h"
 
@@ -21,19 +22,11 @@ namespace {
 
 using test::Changes;
 using test::Outcome;
+using test::RouteFix;
 
 constexpr auto kClimb = VerticalPhase::Climb;
 constexpr auto kCruise = VerticalPhase::Cruise;
 constexpr auto kDescent = VerticalPhase::Descent;
-
-struct Fix {
-    const char* ident;
-    double latitude, longitude;
-    double altitudeFt = kUnset;
-    std::int32_t constraint = kNoCrossing;
-    double speedKt = kUnset;
-    const char* procedure = "";
-};
 
 // Where an aircraft is: a share of the way to an entry, and a little aside.
 struct Place {
@@ -47,19 +40,19 @@ struct RecordedPlan {
     const char* name;
     const char* aircraft;  // its file; empty: none
     std::int32_t cruiseFt;
-    std::vector<Fix> fixes;
+    std::vector<RouteFix> fixes;
     std::vector<Place> places;
 };
 
-const std::vector<Fix> kRestricted = {{"KAAA", 40, -80, 20},
-                                      {"SPEED", 40.3, -79.5, 5000, 3, 230, "SID"},
-                                      {"LEVEL", 40.6, -78.9, 12000, 1, 270, "SID"},
-                                      {"CLIMB", 41.2, -77.5},
-                                      {"CRUIS", 42, -75},
-                                      {"HIGH", 42.3, -73, 24000, 2, 270, "STAR"},
-                                      {"MIDDL", 42.5, -72, 11000, 1, 250, "STAR"},
-                                      {"LOW", 42.4, -71.5, 5000, 2, kUnset, "APPR"},
-                                      {"KBBB", 42.36, -71, 700}};
+const std::vector<RouteFix> kRestricted = {{"KAAA", 40, -80, 20},
+                                           {"SPEED", 40.3, -79.5, 5000, 3, 230, "SID"},
+                                           {"LEVEL", 40.6, -78.9, 12000, 1, 270, "SID"},
+                                           {"CLIMB", 41.2, -77.5},
+                                           {"CRUIS", 42, -75},
+                                           {"HIGH", 42.3, -73, 24000, 2, 270, "STAR"},
+                                           {"MIDDL", 42.5, -72, 11000, 1, 250, "STAR"},
+                                           {"LOW", 42.4, -71.5, 5000, 2, kUnset, "APPR"},
+                                           {"KBBB", 42.36, -71, 700}};
 
 const RecordedPlan kPlans[] = {
     {"restrictions up and down",
@@ -166,7 +159,7 @@ void Settle(VerticalPhase phase) {
     vnav.descentActive = phase == kDescent ? 1 : 0;
 }
 
-void Fly(const std::vector<Fix>& fixes, const char* itsFile, std::int32_t cruiseFt) {
+void Fly(const std::vector<RouteFix>& fixes, const char* itsFile, std::int32_t cruiseFt) {
     ResetModuleState();
     test::FakeSimulator& simulator = test::FakeSimulator::Install();
     simulator.variables[289] = 8388608;  // one full tank of a pound a gallon
@@ -177,30 +170,18 @@ void Fly(const std::vector<Fix>& fixes, const char* itsFile, std::int32_t cruise
     SimFolder = AVQ1_SOURCE_DIR "/demo";
     AircraftName = itsFile;
     LoadAircraftFile();
-    activePlan.CutTo(-1);
-    for (const Fix& fix : fixes) {
-        PlanWaypoint entry;
-        entry.ident = fix.ident;
-        entry.latitude = fix.latitude;
-        entry.longitude = fix.longitude;
-        entry.altitude = fix.altitudeFt;
-        entry.altitudeConstraint = fix.constraint;
-        entry.speed = fix.speedKt;
-        entry.speedConstraint = fix.speedKt != kUnset ? 1 : 0;
-        entry.procedure = fix.procedure;
-        entry.type = fix.ident[0] == 'K' ? "APT" : "INT";
-        activePlan.Append(IsDiscontinuity(entry) ? Discontinuity() : std::move(entry));
-    }
+    test::SetActiveRoute(fixes);
     const bool gap = IsDiscontinuity(activePlan.entries[0]);
     Place(fixes[gap ? 1 : 0].latitude, fixes[gap ? 1 : 0].longitude, 400);
     planBook.cruiseAltitudeFt = cruiseFt;
     StartActivePlan();
 }
 
-void FlyTo(const struct Place& place, const std::vector<Fix>& fixes) {
+void FlyTo(const struct Place& place, const std::vector<RouteFix>& fixes) {
     const auto to = static_cast<std::size_t>(place.toIndex);
-    const Fix& from = fixes[std::string_view(fixes[to - 1].ident) == "DISCO" ? to - 2 : to - 1];
-    const Fix& fix = fixes[to];
+    const RouteFix& from =
+        fixes[std::string_view(fixes[to - 1].ident) == "DISCO" ? to - 2 : to - 1];
+    const RouteFix& fix = fixes[to];
     const double aside = place.share != 0 ? 0.02 : 0;
     Place(from.latitude + place.share * (fix.latitude - from.latitude) + aside,
           from.longitude + place.share * (fix.longitude - from.longitude), place.altitudeFt);
@@ -287,7 +268,81 @@ struct Step {
     void (*take)();
 };
 
+// The airspeed for the waypoint flown to is due, so many miles before it.
+void SpeedWanted(double toGoNm) {
+    vnav.speed.set = vnav.crossingIndex = 0;
+    guidance.distanceToGoNm = toGoNm;
+    CommandSpeed();
+}
+
 const Step kSteps[] = {
+    {"nothing to do", [] {}},
+    {"a typed speed",
+     [] { SetCrossing(activePlan, 4, {.speedKt = 233}), ReplanChangedRoute(), CommandSpeed(); }},
+    {"a typed altitude, the speed as filled in",
+     [] {
+         SetCrossing(activePlan, 4, {.altitudeFt = 9000, .keepsSpeed = true});
+         ReplanChangedRoute();
+     }},
+    {"a restriction taken away",
+     [] { SetCrossing(activePlan, planBook.activeIndex, {}), ReplanChangedRoute(); }},
+    {"restrictions above and at the cruise",
+     [] {
+         SetCrossing(activePlan, 5, {33100});
+         SetCrossing(activePlan, 6, {33000});
+         ReplanChangedRoute();
+     }},
+    {"an end that is no airport, without an altitude",
+     [] {
+         activePlan.Edit(8).type = "INT";
+         for (const std::int32_t i : {5, 6, 7, 8}) {
+             activePlan.Edit(i).altitudeConstraint = 0;
+             activePlan.Edit(i).altitude = kUnset;
+         }
+         ReplanChangedRoute();
+     }},
+    {"speeds that are suspended",
+     [] {
+         settings.VnavSetSpd = 2;
+         SpeedWanted(24);
+     }},
+    {"a speed far from the waypoint", [] { SpeedWanted(25); }},
+    {"a speed near it", [] { SpeedWanted(24.9); }},
+    {"a speed near it on a route being built",
+     [] { planBook.status = RouteStatus::AwaitsExecution, SpeedWanted(24); }},
+    {"a speed near it while a modification waits",
+     [] { planBook.status = RouteStatus::Modified, SpeedWanted(24); }},
+    {"a forced speed", [] { vnav.forceSpeed = 1, SpeedWanted(99); }},
+    {"a speed below the limits' altitudes", [] { aircraft.altitudeFt = 9999, SpeedWanted(24); }},
+    {"a speed above the least of the file",
+     [] { activePlan.Edit(planBook.activeIndex).speed = 100, SpeedWanted(24); }},
+    {"without a speed to send",
+     [] { activePlan.Edit(planBook.activeIndex).speed = kUnset, SpeedWanted(24); }},
+    {"the altitude knob turned",
+     [] {
+         settings.VnavOffOnManAltChg = 1;
+         aircraft.apAltitudeTargetFt = aircraft.previousApAltitudeTargetFt = 12000;
+         vnav.altitude.tick = kNothingSent;
+         CommandVerticalSpeed();
+     }},
+    {"the altitude knob turned where altitudes are not sent",
+     [] {
+         settings.VnavSetAlts = 0;
+         settings.VnavOffOnManAltChg = 1;
+         aircraft.apAltitudeTargetFt = aircraft.previousApAltitudeTargetFt = 12000;
+         vnav.altitude.tick = kNothingSent;
+         CommandVerticalSpeed();
+     }},
+    {"the autopilot took over what it could",
+     [] {
+         settings.VnavOffOnManAltChg = settings.VnavSetSpdOffOnManSpdChg = 1;
+         aircraft.apAltitudeTargetFt = aircraft.previousApAltitudeTargetFt = 29900;
+         aircraft.apAirspeedTargetKt = aircraft.previousApAirspeedTargetKt = 248;
+         aircraft.tick = 78;
+         ReadBackCommands();
+     }},
+    {"nobody has the throttles", [] { aircraft.apSpeed115 = 0; }},
+    {"standing", [] { aircraft.indicatedAirspeedKt = 40, aircraft.groundSpeedKt = 25; }},
     {"level reached", [] { TakeVerticalEvent(VerticalEvent::LevelReached); }},
     {"climb overdue", [] { TakeVerticalEvent(VerticalEvent::ClimbOverdue); }},
     {"descent due", [] { TakeVerticalEvent(VerticalEvent::DescentDue); }},
@@ -386,7 +441,6 @@ const Step kSteps[] = {
          derived.simRate = 1.05;
          ApplyTopOfDescentActions();
      }},
-    {"a speed to send", [] { vnav.speed.set = 0, vnav.crossingIndex = 0, CommandSpeed(); }},
     {"the knob turned",
      [] {
          settings.VnavSetSpdOffOnManSpdChg = 1;

@@ -1,4 +1,4 @@
-// Flights through the per-frame update: a point mass follows the heading events and nothing else.
+// The per-frame update, rule by rule.
 #include "host/update_frame.h"
 
 #include <gmock/gmock.h>
@@ -6,12 +6,10 @@
 
 #include <cmath>
 
-#include "base/messages.h"
 #include "base/module_state.h"
 #include "displays/mfd/mfd.h"
 #include "flightlog/flight_log.h"
 #include "flightplan/hold_pattern.h"
-#include "flightplan/plan_airports.h"
 #include "guidance/activation.h"
 #include "guidance/guidance_state.h"
 #include "guidance/vnav.h"
@@ -23,14 +21,12 @@
 namespace avq1 {
 namespace {
 
-using test::EventList;
 using test::FakeSimulator;
 using test::SetActivePlan;
 using test::StartAt;
 using test::TestAircraft;
 using ::testing::ElementsAre;
 
-constexpr double kStepSeconds = 0.25;
 constexpr std::initializer_list<test::PlanEntry> kEquator3 = {
     {"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 2}};
 constexpr std::initializer_list<test::PlanEntry> kEquator4 = {
@@ -41,12 +37,6 @@ class UpdateFrameTest : public ::testing::Test {
     UpdateFrameTest() { ResetModuleState(); }
     ~UpdateFrameTest() override { ImportTable.panel.services = nullptr; }
 
-    void FlySeconds(double seconds) {
-        for (double flown = 0; flown < seconds; flown += kStepSeconds) {
-            pilot.Fly(kStepSeconds);
-            UpdateFrame();
-        }
-    }
     void Tick() {
         simulator.NextTick();
         UpdateFrame();
@@ -64,16 +54,6 @@ class UpdateFrameTest : public ::testing::Test {
         pilot.longitude = longitude;
         StartAt(pilot, index);
     }
-    static void ExpectOnTheFirstLeg() {
-        EXPECT_STREQ(exported.activeIdent.data(), "BBB");
-        EXPECT_EQ(exported.activeIndex, 1U);
-        EXPECT_EQ(exported.lastIndex, 2U);
-        EXPECT_NEAR(exported.distanceToGoNm, 30, 0.01);
-        EXPECT_NEAR(exported.desiredTrackMag, 90, 1e-6);
-        EXPECT_NEAR(exported.bearingToWaypointMag, 91.1, 0.1);
-        EXPECT_EQ(exported.crossTrackSide, 2U);
-        EXPECT_EQ(exported.lnavEngaged, 1U);
-    }
     // One tick with the aircraft put somewhere.
     void TickAt(double latitude, double longitude) {
         pilot.latitude = latitude;
@@ -86,35 +66,6 @@ class UpdateFrameTest : public ::testing::Test {
     TestAircraft pilot;
 };
 
-TEST_F(UpdateFrameTest, AFlightFliesToItsEndAndTheSameTwice) {
-    EventList firstFlight;
-    for (int flight = 0; flight < 2; ++flight) {
-        ResetModuleState();
-        FakeSimulator::Install();
-        pilot = TestAircraft{};
-        pilot.variation = -7;
-        SetActivePlan({{"AAA", 0, 0, "APT"},
-                       {"BBB", 0.2, 0.5, "VOR", "SID", "113.90"},
-                       {"CCC", -0.1, 1, "INT", "", "", 1},
-                       {"DDD", 0, 1.5, "INT", "STAR"},
-                       {"EEE", 0.1, 2, "APT"}});
-        settings.SetWptBaro = 1;
-        settings.LnavSetEnRouteFreqs = 1;
-        StartAt(pilot, 1);
-        FlySeconds(1800);
-        EXPECT_EQ(planBook.activeIndex, 4);
-        EXPECT_EQ(guidance.lnavEngaged, 0);
-        EXPECT_EQ(simulator.CountEvents(test::kAltimeterEvent), 4);  // three passages, destination
-        EXPECT_EQ(guidance.passedIdent, "DDD");
-        EXPECT_EQ(activePlan.entries[4].ataText, "00:00");
-        if (flight == 0) {
-            firstFlight = simulator.events;
-        } else {
-            EXPECT_EQ(simulator.events, firstFlight);
-        }
-    }
-}
-
 TEST_F(UpdateFrameTest, TenGaugesInATickMakeOnePass) {
     Start({{"AAA", 0, 0}, {"BBB", 0, 1}, {"CCC", 0, 1.04}, {"DDD", 0, 1.08}}, 1, 0.96);
     simulator.NextTick();
@@ -125,38 +76,6 @@ TEST_F(UpdateFrameTest, TenGaugesInATickMakeOnePass) {
     EXPECT_EQ(planBook.activeIndex, 2);
     EXPECT_EQ(simulator.CountEvents(test::kHeadingBugEvent), 1);
     EXPECT_EQ(guidance.framesSinceStart, 1);
-}
-
-TEST_F(UpdateFrameTest, WaypointsArePassedAtTheirChangeDistance) {
-    const struct {
-        const char* procedure;
-        int flyover;
-        double keepsAtNm, passesAtNm;
-    } rows[] = {{"", 0, 3.01, 2.99},     {"STAR", 0, 2.51, 2.49}, {"SIDSTAR", 0, 2.51, 2.49},
-                {"APPR", 0, 3.01, 2.99}, {"APCH", 0, 2.51, 2.49}, {"APCH", 1, 1.51, 1.49}};
-    for (const auto& row : rows) {
-        ResetModuleState();
-        Start({{"AAA", 0, 0},
-               {"BBB", 0, 1, "INT", "", "", 1},
-               {"CCC", 0, 2, "INT", row.procedure, "", row.flyover},
-               {"DDD", 0, 3}},
-              1, 0.98);
-        TickAt(0, 0.98);  // 1.2 nm before BBB, which is overflown
-        ASSERT_EQ(planBook.activeIndex, 2) << row.procedure;
-        // A distance refreshed in one frame is acted on in the next.
-        TwoTicksAt(0, 2 - row.keepsAtNm / 60);
-        EXPECT_EQ(planBook.activeIndex, 2) << row.procedure << row.flyover;
-        TwoTicksAt(0, 2 - row.passesAtNm / 60);
-        EXPECT_EQ(planBook.activeIndex, 3) << row.procedure << row.flyover;
-    }
-}
-
-TEST_F(UpdateFrameTest, TheFirstEntryIsPassedAtItsOwnDistance) {
-    Start({{"AAA", 0, 0}, {"BBB", 0, 1, "INT", "SID"}, {"CCC", 0, 2}}, 1, 1 - 2.6 / 60);
-    TickAt(0, 1 - 2.6 / 60);
-    EXPECT_EQ(planBook.activeIndex, 1);
-    TwoTicksAt(0, 1 - 2.4 / 60);
-    EXPECT_EQ(planBook.activeIndex, 2);
 }
 
 TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
@@ -190,40 +109,6 @@ TEST_F(UpdateFrameTest, AWaypointLeftBehindIsPassed) {
     }
 }
 
-TEST_F(UpdateFrameTest, AHoldTheRouteHasPassedIsDropped) {
-    holdList.count = 1;
-    holdList.holds[1].fixIndex = 1;
-    Start(kEquator4, 2, 1.5);
-    Tick();
-    EXPECT_EQ(holdList.count, 0);
-}
-
-TEST_F(UpdateFrameTest, FarOffTheLegItIsFlownDirectUntilTheNextOne) {
-    Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 1, 9.0 / 60);
-    guidance.trackLeg = 1;
-    TickAt(9.0 / 60, 1);
-    EXPECT_EQ(guidance.trackLeg, 1);
-    EXPECT_NE(guidance.headingCommandMag, guidance.bearingToWaypointMag);
-    TickAt(10.5 / 60, 1);
-    EXPECT_EQ(guidance.trackLeg, 0);
-    EXPECT_EQ(guidance.headingCommandMag, guidance.bearingToWaypointMag);
-    TickAt(1.0 / 60, 1);
-    EXPECT_EQ(guidance.trackLeg, 0);
-    TwoTicksAt(0, 1.97);
-    EXPECT_EQ(planBook.activeIndex, 2);
-    EXPECT_EQ(guidance.trackLeg, 1);
-    guidance.joinLeg = 1;  // a leg to be joined waits until it is near
-    TickAt(10.5 / 60, 3);
-    EXPECT_EQ(guidance.trackLeg, 0);
-    EXPECT_EQ(guidance.headingCommandMag, guidance.bearingToWaypointMag);
-    TickAt(9.0 / 60, 3);
-    EXPECT_EQ(guidance.trackLeg, 1);
-    EXPECT_NE(guidance.headingCommandMag, guidance.bearingToWaypointMag);
-    DisengageLnav();
-    TickAt(9.0 / 60, 3);
-    EXPECT_EQ(guidance.trackLeg, 0);
-}
-
 TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
     Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0);
     const struct {
@@ -245,22 +130,6 @@ TEST_F(UpdateFrameTest, TheHeadingIsSentOnlyWhenItChanges) {
         }
         EXPECT_EQ(sent, row.sent) << row.variable << ' ' << row.value;
     }
-}
-
-TEST_F(UpdateFrameTest, AForcedTurnHoldsTheBugUntilTheWaypointIsOnItsSide) {
-    pilot.headingTrue = 100;  // the waypoint lies left: heading is clockwise of the bearing
-    Start({{"AAA", 0, 0}, {"BBB", 0, 2}, {"CCC", 0, 4}}, 1, 0);
-    guidance.pendingTurnSide = Side::Left;
-    guidance.directToTurn = "RIGHT";
-    TickAt(0, 0);
-    EXPECT_EQ(simulator.CountEvents(66042), 0);
-    EXPECT_EQ(guidance.pendingTurnSide, Side::Left);
-    pilot.headingTrue = 280;
-    TickAt(0, 0);
-    EXPECT_EQ(guidance.pendingTurnSide, Side::None);
-    EXPECT_EQ(guidance.directToTurn, "DEFAULT");
-    TickAt(0, 0);
-    EXPECT_EQ(simulator.CountEvents(66042), 1);
 }
 
 TEST_F(UpdateFrameTest, TheLastEntryEndsTheFlight) {
@@ -288,70 +157,6 @@ TEST_F(UpdateFrameTest, TheLastEntryEndsTheFlight) {
     }
 }
 
-TEST_F(UpdateFrameTest, ArrivalTimesAreStampedOnceAndOnlyInFlight) {
-    SetActivePlan(kEquator3);
-    simulator.variables[3] = 9;
-    simulator.variables[4] = 5;
-    simulator.variables[6] = 7;
-    simulator.variables[7] = 35;
-    simulator.variables[74] = 12000;
-    pilot.longitude = 0.97;
-    pilot.speedKt = 64;
-    StartAt(pilot, 1);
-    DisengageLnav();
-    TickAt(0, 0.97);
-    EXPECT_EQ(activePlan.entries[1].ataText, "");
-    pilot.speedKt = 66;
-    TickAt(0, 0.97);
-    simulator.variables[4] = 6;
-    EngageLnav();
-    TickAt(0, 0.97);
-    EXPECT_EQ(activePlan.entries[1].ataText, "09:05");
-    EXPECT_EQ(guidance.passedIdent, "BBB");
-    EXPECT_EQ(guidance.passedTimeZulu, " 735Z");
-    EXPECT_EQ(guidance.passedAltitude, 12000);
-}
-
-TEST_F(UpdateFrameTest, AGapInTheRouteEndsLnavWithAMessage) {
-    Start({{"AAA", 0, 0}, {"BBB", 0, 1}, {"DISCO", 0, 0, ""}, {"CCC", 0, 2}, {"DDD", 0, 3}}, 1,
-          0.97);
-    TickAt(0, 0.97);
-    EXPECT_EQ(planBook.activeIndex, 2);
-    EXPECT_EQ(guidance.lnavEngaged, 0);
-    EXPECT_EQ(messages.count, 1);
-    EXPECT_FALSE(EngageLnav());
-    const EventList before = simulator.events;
-    TickAt(0, 0.98);
-    EXPECT_EQ(simulator.events, before);
-    EXPECT_NEAR(progress.routeDistanceToDestination, (3 - 0.98) * 60, 0.01);
-
-    SetActiveWaypoint(3);  // the pilot flies on beyond the gap
-    EXPECT_TRUE(EngageLnav());
-    TickAt(0, 0.98);
-    EXPECT_NEAR(guidance.legLengthNm, guidance.distanceToGoNm, 1e-9);
-    EXPECT_NEAR(guidance.headingCommandMag, 90, 0.1);
-}
-
-TEST_F(UpdateFrameTest, PublishesWithAndWithoutAnActiveWaypoint) {
-    using Way = void (*)();
-    for (const Way endFlight :
-         {Way([] { SetActiveWaypoint(kNoWaypoint); }), Way([] { activePlan.CutTo(-1); })}) {
-        Start(kEquator3, 1, 0);
-        TwoTicksAt(0.01, 0.5);
-        ExpectOnTheFirstLeg();
-        endFlight();
-        TickAt(0.01, 0.5);
-        EXPECT_STREQ(exported.activeIdent.data(), "");
-        EXPECT_EQ(exported.activeIndex, 0U);
-        EXPECT_EQ(exported.distanceToGoNm, 0);
-        EXPECT_EQ(exported.desiredTrackMag, 0);
-        EXPECT_EQ(exported.bearingToWaypointMag, 0);
-        EXPECT_EQ(exported.crossTrackNm, -99.0);
-        EXPECT_EQ(exported.crossTrackSide, 0U);
-        EXPECT_EQ(exported.lnavEngaged, 0U);
-    }
-}
-
 // Installing any gauge is enough.
 TEST_F(UpdateFrameTest, APlanStartedOnTheGroundBeginsALog) {
     test::Placement("LNAV", nullptr).Send(PanelEvent::Install);
@@ -372,15 +177,6 @@ TEST_F(UpdateFrameTest, APlanStartedOnTheGroundBeginsALog) {
         EXPECT_EQ(guidance.elapsedSeconds, row.elapsedSeconds);
     }
     EXPECT_EQ(FlightLogStarted, 1);
-}
-
-TEST_F(UpdateFrameTest, NearTheDestinationIsSaidOnce) {
-    settings.SetWptBaro = 1;
-    Start(kEquator3, 2, 1.2);
-    for (const auto& [toGoNm, events] : {std::pair{25.1, 0}, {24.9, 1}, {24.8, 1}}) {
-        TickAt(0, 2 - toGoNm / 60);
-        EXPECT_EQ(simulator.CountEvents(test::kAltimeterEvent), events) << toGoNm;
-    }
 }
 
 TEST_F(UpdateFrameTest, SecondsAreCountedWhileTheLogIsOpen) {

@@ -24,22 +24,13 @@ namespace {
 
 constexpr double kFrameS = 0.5;
 
-struct Fix {
-    const char* ident;
-    double degrees;  // along the equator, east or west
-    double altitudeFt = kUnset;
-    std::int32_t constraint = 0;
-    double speedKt = kUnset;
-    const char* procedure = "";
-};
-
 struct RecordedFlight {
     const char* name;
     const char* aircraft;  // its file; empty: none
     std::int32_t cruiseFt;
     double tailwindKt;
     std::int32_t minutes;
-    std::vector<Fix> fixes;
+    std::vector<test::RouteFix> fixes;
     void (*atMinute)(std::int32_t minute, test::VerticalPilot& pilot);
 };
 
@@ -49,15 +40,15 @@ const RecordedFlight kFlights[] = {
      33000,
      25,
      75,
-     {{"KAAA", 0, 20},
-      {"SPEED", 0.3, 5000, 3, 230, "SID"},
-      {"LEVEL", 0.7, 12000, 1, 270, "SID"},
-      {"CLIMB", 1.5},
-      {"CRUIS", 3.0},
-      {"HIGH", 4.3, 24000, 2, 270, "STAR"},
-      {"MIDDL", 4.9, 11000, 1, 250, "STAR"},
-      {"LOW", 5.3, 5000, 2, kUnset, "APPR"},
-      {"KBBB", 5.6, 700}},
+     {{"KAAA", 0, 0, 20},
+      {"SPEED", 0, 0.3, 5000, 3, 230, "SID"},
+      {"LEVEL", 0, 0.7, 12000, 1, 270, "SID"},
+      {"CLIMB", 0, 1.5},
+      {"CRUIS", 0, 3.0},
+      {"HIGH", 0, 4.3, 24000, 2, 270, "STAR"},
+      {"MIDDL", 0, 4.9, 11000, 1, 250, "STAR"},
+      {"LOW", 0, 5.3, 5000, 2, kUnset, "APPR"},
+      {"KBBB", 0, 5.6, 700}},
      [](std::int32_t minute, test::VerticalPilot&) {
          if (minute == 24) {
              SetCruiseAltitude(35000);
@@ -71,13 +62,13 @@ const RecordedFlight kFlights[] = {
      0,
      40,
      180,
-     {{"KAAA", 0, 20},
-      {"AAA", -1},
-      {"BBB", -6},
-      {"DISCO", 0},
-      {"CCC", -9, 37000, 2},
-      {"DDD", -13, 9000, 3, 240, "STAR"},
-      {"KBBB", -14, 1200}},
+     {{"KAAA", 0, 0, 20},
+      {"AAA", 0, -1},
+      {"BBB", 0, -6},
+      {"DISCO", 0, 0},
+      {"CCC", 0, -9, 37000, 2},
+      {"DDD", 0, -13, 9000, 3, 240, "STAR"},
+      {"KBBB", 0, -14, 1200}},
      [](std::int32_t minute, test::VerticalPilot& pilot) {
          if (minute == 40) {
              SetActiveWaypoint(4);
@@ -92,12 +83,12 @@ const RecordedFlight kFlights[] = {
      17000,
      -30,
      95,
-     {{"KAAA", 0, 20},
-      {"AAA", 0.5, 6000, 3},
-      {"BBB", 2},
-      {"CCC", 2.8, 9000, 1, 200, "STAR"},
-      {"DDD", 3.2, 4000, 1, 180, "STAR"},
-      {"KBBB", 3.6, 300}},
+     {{"KAAA", 0, 0, 20},
+      {"AAA", 0, 0.5, 6000, 3},
+      {"BBB", 0, 2},
+      {"CCC", 0, 2.8, 9000, 1, 200, "STAR"},
+      {"DDD", 0, 3.2, 4000, 1, 180, "STAR"},
+      {"KBBB", 0, 3.6, 300}},
      [](std::int32_t minute, test::VerticalPilot&) {
          if (minute == 45) {
              HoldPattern hold = NewHold();
@@ -114,7 +105,7 @@ const RecordedFlight kFlights[] = {
      0,
      0,
      60,
-     {{"KAAA", 0, 20}, {"AAA", 0.6}, {"BBB", 1.9, 8000, 1, 190}, {"KBBB", 2.4, 900}},
+     {{"KAAA", 0, 0, 20}, {"AAA", 0, 0.6}, {"BBB", 0, 1.9, 8000, 1, 190}, {"KBBB", 0, 2.4, 900}},
      [](std::int32_t minute, test::VerticalPilot& pilot) {
          if (minute == 5) {
              pilot.targetKt = 150;
@@ -135,7 +126,11 @@ const RecordedFlight kFlights[] = {
      15000,
      0,
      40,
-     {{"KAAA", 0, 20}, {"AAA", 0.4}, {"BBB", 0.9, 3000, 1}, {"CCC", 1.1, 2000}, {"KBBB", 1.5, 50}},
+     {{"KAAA", 0, 0, 20},
+      {"AAA", 0, 0.4},
+      {"BBB", 0, 0.9, 3000, 1},
+      {"CCC", 0, 1.1, 2000},
+      {"KBBB", 0, 1.5, 50}},
      [](std::int32_t minute, test::VerticalPilot& pilot) {
          if (minute == 8) {
              pilot.altitudeFt += 3000;
@@ -159,19 +154,9 @@ void Depart(const RecordedFlight& flight, test::VerticalPilot& pilot) {
     if (!AircraftName.empty()) {
         LoadAircraftFile();
     }
-    for (const Fix& fix : flight.fixes) {
-        PlanWaypoint entry;
-        entry.ident = fix.ident;
-        entry.longitude = fix.degrees;
-        entry.altitude = fix.altitudeFt;
-        entry.altitudeConstraint = fix.constraint;
-        entry.speed = fix.speedKt;
-        entry.procedure = fix.procedure;
-        entry.type = fix.ident[0] == 'K' ? "APT" : "INT";
-        activePlan.Append(IsDiscontinuity(entry) ? Discontinuity() : std::move(entry));
-    }
+    test::SetActiveRoute(flight.fixes);
     planBook.cruiseAltitudeFt = flight.cruiseFt;
-    const bool west = flight.fixes[1].degrees < 0;
+    const bool west = flight.fixes[1].longitude < 0;
     pilot.headingTrue = pilot.bug = west ? 270 : 90;
     pilot.tailwindKt = west ? -flight.tailwindKt : flight.tailwindKt;
     pilot.Report();

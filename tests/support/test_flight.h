@@ -64,6 +64,33 @@ inline void SetActivePlan(std::initializer_list<PlanEntry> entries) {
     }
 }
 
+// An entry as the vertical guidance sees it: names that begin with K are airports, DISCO is a gap.
+struct RouteFix {
+    const char* ident;
+    double latitude, longitude;
+    double altitudeFt = kUnset;
+    std::int32_t constraint = kNoCrossing;
+    double speedKt = kUnset;
+    const char* procedure = "";
+};
+
+inline void SetActiveRoute(const std::vector<RouteFix>& fixes) {
+    activePlan.CutTo(-1);
+    for (const RouteFix& fix : fixes) {
+        PlanWaypoint entry;
+        entry.ident = fix.ident;
+        entry.latitude = fix.latitude;
+        entry.longitude = fix.longitude;
+        entry.altitude = fix.altitudeFt;
+        entry.altitudeConstraint = fix.constraint;
+        entry.speed = fix.speedKt;
+        entry.speedConstraint = fix.speedKt != kUnset ? 1 : 0;
+        entry.procedure = fix.procedure;
+        entry.type = fix.ident[0] == 'K' ? "APT" : "INT";
+        activePlan.Append(IsDiscontinuity(entry) ? Discontinuity() : std::move(entry));
+    }
+}
+
 struct TestAircraft {
     double latitude = 0;
     double longitude = 0;
