@@ -151,6 +151,8 @@ const OperationCase kOperations[] = {
 
     {"a gap", Disco<2>, "KJFK AAA >=BBB@ ^+KBOS", "KJFK AAA DISCO >=BBB@ ^+KBOS"},
     {"closed", CloseGap<2>, "KJFK AAA DISCO >=BBB@ ^+KBOS", "KJFK AAA >=BBB@ ^+KBOS"},
+    {"with the airway that began behind it", CloseGap<2>, "KJFK AAA DISCO J2 >^+KBOS",
+     "KJFK AAA >^+KBOS"},
     {"no gap to close", CloseGap<1>, "KJFK AAA >BBB ^+KBOS", nullptr},
     {"none there", CloseGap<4>, "KJFK AAA >BBB ^+KBOS", nullptr},
 
@@ -478,46 +480,6 @@ TEST_F(PlanEdit, HoldChangedInAModificationIsFlownSoOnceItIsExecuted) {
         EXPECT_TRUE(ReshapeHold(activePlan, 1, shape));
         EXPECT_EQ(hold.legByTime, 0);
     }
-}
-
-TEST_F(PlanEdit, DeletingAHoldMovesTheOthersUp) {
-    const struct {
-        std::int32_t fix;
-        std::int32_t count;
-        std::int32_t firstFix;
-        HoldState state;
-        std::int32_t corner;
-    } cases[] = {
-        {1, 2, 2, HoldState::RemovedWhileFlown, 0},  // the one being flown
-        {3, 2, 1, HoldState::Normal, 3},
-        {0, 3, 1, HoldState::Normal, 3},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.fix);
-        ResetModuleState();
-        SetPlan(activePlan, "KJFK AAA@ BBB@ CCC@ KBOS");
-        holdFlight.holdActive = 1;
-        holdFlight.holdTargetCorner = 3;
-        DeleteHold(c.fix);
-        EXPECT_EQ(holdList.count, c.count);
-        EXPECT_EQ(holdList.holds[1].fixIndex, c.firstFix);
-        EXPECT_EQ(holdFlight.holdState, c.state);
-        EXPECT_EQ(holdFlight.holdTargetCorner, c.corner);
-        EXPECT_EQ(holdFlight.holdActive, 1);
-    }
-    SetPlan(activePlan, "KJFK AAA KBOS");
-    DeleteHold(1);
-    DeleteHold(2);
-    EXPECT_EQ(holdList.count, 1);
-    DeleteHold(3);
-    EXPECT_EQ(holdList.count, 0);
-    EXPECT_EQ(holdFlight.holdActive, 0);
-
-    SetPlan(activePlan, "KJFK AAA@ BBB@ KBOS");
-    holdFlight.holdActive = 1;
-    DeleteAllHolds();
-    EXPECT_EQ(holdList.count + holdFlight.holdActive, 0);
-    EXPECT_TRUE(test::FlagsMatchHolds(activePlan));
 }
 
 TEST_F(PlanEdit, StatusAdvancesAndTheFirstStepOnGroundReadiesTheFlight) {

@@ -190,36 +190,6 @@ TEST_F(PlanFiles, WhatHoldsNoWaypointIsRefusedInWords) {
     }
 }
 
-TEST_F(PlanFiles, LoadSetsUpTheModifiedPlanOnly) {
-    Store("A.RTE", kBostonPlan);
-    folder_.Write("avq/navdata/avq_apts.txt", kAirports);
-    SetPlan(activePlan, "KPIT >AAA@ KBUF");
-    CopyActiveToModified();
-    LoadPlan("A.RTE");
-    EXPECT_EQ(Show(modifiedPlan), "KJFK T608 STAR(GDM) KBOS");
-    EXPECT_EQ(Show(activePlan), "KPIT >AAA@ KBUF");
-    EXPECT_EQ(activePlan.entries[0].altitude, kUnset);
-    EXPECT_EQ(planBook.editIndex, 2);
-    EXPECT_EQ(planBook.originIdent, "KJFK");
-    EXPECT_EQ(planBook.destinationIdent, "KBOS");
-    EXPECT_EQ(airportSlots[kDepartureSlot].ident, "KJFK");
-    EXPECT_EQ(airportSlots[kArrivalSlot].ident, "KBOS");
-    EXPECT_EQ(planBook.cruiseAltitudeFt, 32000);
-    EXPECT_EQ(planBook.fuelTotal, 5500);
-    EXPECT_EQ(planBook.reserveFuelInUse, 0);
-}
-
-TEST_F(PlanFiles, NewPlanStartsEmpty) {
-    for (const char* name : {"NEW FPL", "NEXT FPL"}) {
-        SetPlan(modifiedPlan, "KJFK >AAA@ KBOS");
-        planBook.fuelTotal = planBook.reserveFuel = 9000;  // of the plan before
-        planBook.cruiseAltitudeFt = 31000;
-        LoadPlan(name);
-        EXPECT_EQ(Show(modifiedPlan), "");
-        EXPECT_EQ(planBook.fuelTotal + planBook.reserveFuel + planBook.cruiseAltitudeFt, 0);
-    }
-}
-
 TEST_F(PlanFiles, LoadToActiveFillsBothPlansAndTheDestination) {
     Store("A.RTE", kBostonPlan);
     folder_.Write("avq/navdata/avq_apts.txt", kAirports);

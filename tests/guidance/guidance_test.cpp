@@ -122,23 +122,6 @@ TEST_F(GuidanceTest, TheRouteDistanceFollowsEveryChangeOfThePlan) {
               0);
 }
 
-TEST_F(GuidanceTest, ModesStartAfreshEachTime) {
-    SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 1, "VOR", "", "113.90"}});
-    SetActiveWaypoint(1);
-    settings.LnavSetEnRouteFreqs = 1;
-    guidance.blinkCounter = 5;
-    ToggleLnav();
-    EXPECT_EQ(simulator.CountEvents(test::kNavFrequencyEvent), 1);
-    EXPECT_EQ(guidance.blinkCounter, kRestartBlink);
-    vnav.altitude = {1, -999, 5000, 5000};
-    vnav.speed = {1, -999, 250, 250};
-    vnav.lastVsSent = 1500;
-    ToggleVnav();
-    EXPECT_THAT((std::array{vnav.altitude.last, vnav.speed.last, vnav.lastVsSent, vnav.altitude.set,
-                            vnav.speed.set, vnav.forceSpeed}),
-                ElementsAre(-999, -999, -999, 0, 0, 1));
-}
-
 TEST_F(GuidanceTest, ThePassageIsTold) {
     SetActivePlan({{"AAA", 0, 0}, {"BBB", 0, 0.01}, {"CCC", 0, 1}});
     for (const auto& [groundSpeedKt, onGround] : {std::pair{4.9, true}, {5.0, false}}) {

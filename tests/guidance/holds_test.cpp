@@ -96,20 +96,6 @@ TEST_F(HoldsTest, BeginsWithinAQuarterOfItsLegOrTheChangeDistance) {
     }
 }
 
-TEST_F(HoldsTest, DeletingItLetsTheFixBePassed) {
-    StartAt(pilot, 1);
-    ASSERT_TRUE(FlyToCorner(1));
-    guidance.distanceToGoNm = 1;
-    SequenceWaypoint();
-    EXPECT_EQ(planBook.activeIndex, 1);
-    DeleteHold(1);
-    EXPECT_EQ(holdFlight.holdState, HoldState::RemovedWhileFlown);
-    guidance.distanceToGoNm = 1;
-    SequenceWaypoint();
-    EXPECT_EQ(planBook.activeIndex, 2);
-    EXPECT_EQ(holdFlight.holdState, HoldState::Normal);
-}
-
 TEST_F(HoldsTest, HoldsBehindTheRouteAreDeletedAndPendingOnesKept) {
     holdList.count = 4;
     holdList.holds[1].fixIndex = 0;

@@ -33,14 +33,6 @@ namespace {
 using test::FakeSimulator;
 using test::Placement;
 
-// Panels name the gauges; their order is the order of the module's records.
-constexpr std::string_view kNames =
-    "MCU MCU_LM P1000_MFD P1000_MFD_CNTR GNSXLS GNSXLS_LM EFS50_EADI EFS50_EHSI EFS50_EADI_NB "
-    "EFS50_EHSI_NB EFS50_TCAS EFS50_EHSI_CNTR EFS50_EHSI_CNTR_LM VNAV LNAV EFIS_CTRL_OPEN "
-    "EHSI_CNTR_OPEN EHSI_CNTR_OPEN_LM EHSI_TCAS_OPEN FMS_OPEN FMS_OPEN_LM FMS2_OPEN MCU_OPEN "
-    "P1000_MFD_OPEN P1000_MFD_CNTR_OPEN HW_B737_ND HW_B737_ND_BR HW_B737_ND_NB "
-    "HW_B737_EFIS_CNTR HW_B737_EFIS_CNTR_BR SMITHS_FMS_BR SMITHS_FMS SERVER";
-
 class Module : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -51,38 +43,6 @@ class Module : public ::testing::Test {
     FakeSimulator& simulator = FakeSimulator::Install();
     test::TempSimFolder folder;
 };
-
-TEST_F(Module, OffersItsGaugesInOrderWithTheirElementTrees) {
-    EXPECT_EQ(Linkage.version, 0x800u);
-    EXPECT_TRUE(Linkage.gauges[kGaugeCount] == nullptr);
-    std::string names;
-    for (int i = 0; i < kGaugeCount; ++i) {
-        const std::string_view name = Linkage.gauges[i]->name;
-        SCOPED_TRACE(name);
-        names += (i > 0 ? " " : "") + std::string(name);
-        EXPECT_EQ(Linkage.gauges[i]->callback == nullptr, name.find("_OPEN") != name.npos);
-        Placement gauge(name, nullptr);
-        const ElementHeader& background = gauge.Element(0)->header;
-        EXPECT_EQ((background.imageFlags & image_flag::kLuminous) != 0, name.ends_with("_LM"));
-        EXPECT_EQ((background.imageFlags & image_flag::kTransparent) != 0, name.ends_with("_NB"));
-        int depth = 1;
-        if (const auto& row = GaugeTable()[i].surface; row.resource != 0) {
-            const ElementHeader& surface = gauge.Element(depth++)->header;
-            EXPECT_EQ(surface.position.x, row.box.x);
-            EXPECT_EQ(surface.position.y, row.box.y);
-            EXPECT_EQ(surface.imageFlags & 0x24u, 0x24u);
-        }
-        for (const IconRow& icon : GaugeTable()[i].icons) {
-            ASSERT_NE(gauge.Element(depth), nullptr);
-            const ElementHeader& element = gauge.Element(depth++)->header;
-            EXPECT_EQ(element.resourceNumber, icon.resource);
-            EXPECT_EQ(element.position.x, icon.box.x);
-            EXPECT_NE(element.imageFlags & image_flag::kHidden, 0u);
-        }
-        EXPECT_EQ(gauge.Element(depth), nullptr);
-    }
-    EXPECT_EQ(names, kNames);
-}
 
 TEST_F(Module, SurvivesEveryEventOfEveryGaugeInAnyOrder) {
     std::mt19937 random(7);
@@ -317,20 +277,6 @@ TEST_F(Module, ServerPublishesTheGuidanceVariables) {
     EXPECT_TRUE(simulator.named.empty());
 }
 
-TEST_F(Module, GraphicsStartOnTheFirstConnectAndStopOnTheFirstDisconnect) {
-    Placement first("EFS50_EHSI", nullptr);
-    Placement second("MCU", nullptr);
-    first.Send(PanelEvent::ConnectToWindow);
-    const std::uintptr_t token = GdiplusToken;
-    EXPECT_NE(token, 0u);
-    second.Send(PanelEvent::ConnectToWindow);
-    EXPECT_EQ(GdiplusToken, token);
-    for (Placement* gauge : {&second, &first}) {
-        gauge->Send(PanelEvent::DisconnectFromWindow);
-        EXPECT_EQ(GdiplusToken, 0u);
-    }
-}
-
 bool IconShown(Placement& gauge, int depth) {
     return (gauge.Element(depth)->header.imageFlags & image_flag::kHidden) == 0;
 }
@@ -360,33 +306,6 @@ TEST_F(Module, ModeButtonsToggleTheirModesAndLights) {
     guidance.trackLeg = 1;
     pressBoth(false);
     EXPECT_EQ(guidance.trackLeg, 0);
-}
-
-TEST_F(Module, WindowOpenersAndDisplayCentresToggleTheirWindows) {
-    const struct {
-        const char* gauge;
-        int x, y;
-        std::uint32_t ident;
-    } cases[] = {{"MCU_OPEN", 8, 8, 4001},          {"P1000_MFD_OPEN", 8, 8, 4002},
-                 {"P1000_MFD", 150, 200, 4002},     {"P1000_MFD_CNTR_OPEN", 41, 41, 4003},
-                 {"FMS_OPEN", 8, 8, 4004},          {"FMS_OPEN_LM", 8, 8, 4004},
-                 {"GNSXLS", 200, 120, 4004},        {"EFS50_EADI", 180, 180, 4005},
-                 {"EFS50_EADI_NB", 131, 131, 4005}, {"EHSI_CNTR_OPEN", 8, 8, 4007},
-                 {"EHSI_CNTR_OPEN_LM", 8, 8, 4007}, {"EFS50_EHSI", 180, 180, 4008},
-                 {"EFS50_EHSI_NB", 180, 180, 4009}, {"EHSI_TCAS_OPEN", 8, 8, 4010},
-                 {"HW_B737_ND", 140, 168, 4011},    {"HW_B737_ND_NB", 120, 150, 4011},
-                 {"FMS2_OPEN", 8, 8, 4012},         {"SMITHS_FMS", 200, 150, 4012},
-                 {"EFIS_CTRL_OPEN", 8, 8, 4013}};
-    for (const auto& row : cases) {
-        simulator.windows.clear();
-        Placement gauge(row.gauge, nullptr);
-        ASSERT_TRUE(gauge.Click(row.x, row.y)) << row.gauge;
-        EXPECT_TRUE(simulator.windows[row.ident]) << row.gauge;
-        EXPECT_EQ(simulator.windows.size(), 1u) << row.gauge;
-    }
-    Placement opener("MCU_OPEN", nullptr);
-    EXPECT_FALSE(opener.Click(6, 20));
-    EXPECT_FALSE(opener.Click(42, 20));
 }
 
 TEST_F(Module, SelectorKnobsFollowTheNavigationDisplaysModeAndRange) {
