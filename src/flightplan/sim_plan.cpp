@@ -247,6 +247,18 @@ void ReadRoute(std::string_view element, SimWaypoint& waypoint) {
     waypoint.speed = speed > 0 && speed < kFastest ? speed : kUnset;
 }
 
+// Latitude, longitude and height, separated by commas.
+bool ReadPlace(std::string_view text, SimWaypoint& waypoint) {
+    std::array<std::string_view, 3> parts;
+    for (std::string_view& part : parts) {
+        const std::size_t comma = std::min(text.find(','), text.size());
+        part = text.substr(0, comma);
+        text.remove_prefix(std::min(comma + 1, text.size()));
+    }
+    waypoint.altitude = PlannedHeight(Trimmed(parts[2]));
+    return ReadPosition(parts[0], parts[1], waypoint);
+}
+
 // What the waypoint tells of the runway and the procedures at the route's ends.
 void ReadTerminal(std::string_view element, bool isFirst, SimPlan& plan) {
     const std::string departure = CleanIdent(ElementText(element, "DepartureFP"));
@@ -274,15 +286,7 @@ bool ReadXmlWaypoint(std::string_view element, SimWaypoint& waypoint) {
         waypoint.ident = code;
     }
     ReadRoute(element, waypoint);
-    std::array<std::string_view, 3> parts;
-    std::string_view position = ElementText(element, "WorldPosition");
-    for (std::string_view& part : parts) {
-        const std::size_t comma = std::min(position.find(','), position.size());
-        part = position.substr(0, comma);
-        position.remove_prefix(std::min(comma + 1, position.size()));
-    }
-    waypoint.altitude = PlannedHeight(Trimmed(parts[2]));
-    return ReadPosition(parts[0], parts[1], waypoint);
+    return ReadPlace(ElementText(element, "WorldPosition"), waypoint);
 }
 
 // The next opening tag of a waypoint, whatever its attributes; npos without one.
@@ -398,6 +402,14 @@ SimPlan ReadKeyPlan(std::string_view text) {
 
 bool SimPlan::IsFull() const {
     return waypoints.size() >= kMaxWaypoints;
+}
+
+bool ReadSimPosition(std::string_view text, LatLon& at, double& altitude) {
+    SimWaypoint waypoint;
+    const bool isPlace = ReadPlace(text, waypoint);
+    at = waypoint.exact;
+    altitude = waypoint.altitude;
+    return isPlace;
 }
 
 std::string SimRunway(std::string_view number, std::string_view designator) {

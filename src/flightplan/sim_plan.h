@@ -52,6 +52,10 @@ struct SimPlan {
 
 SimPlan ReadSimPlan(std::string_view text);
 
+// "N54\xB0 39' 14.04\",W6\xB0 13' 11.78\",+000268.00" or the like; the height in feet, kUnset for
+// none and 0. False where it holds no position.
+bool ReadSimPosition(std::string_view text, LatLon& at, double& altitude);
+
 // "07C" of number and side as later planners write them, "7" and "CENTER"; empty without a number
 // from 1 to 36.
 std::string SimRunway(std::string_view number, std::string_view designator);

@@ -26,14 +26,23 @@ constexpr const char* kSample =
     "NAVAI -0.00001 -179.99999 VOR 114.70 J1.TR STAR\n"
     "NFFN -17.75528 177.44333 APT --- B600\n";
 
-std::string ShowRoute(const ExchangePlan& plan) {
-    std::string text =
-        avq1::Format("%d %g %g:", plan.cruiseAltitudeFt, plan.fuelTotal, plan.reserveFuel);
+// The places of a plan as data, and the airways between them.
+PlanData DataOf(const ExchangePlan& plan) {
+    Dataset data;
+    data.airways = {{"B599", {}}, {"B600", {}}};
     for (const PlanWaypoint& entry : plan.entries) {
-        text += " " + entry.ident + "/" + entry.type + "/" + entry.frequency + "/" + entry.via +
-                "/" + entry.procedure;
+        const LatLon at{entry.latitude, entry.longitude};
+        if (entry.type == "VOR" || entry.type == "NDB") {
+            data.stations.push_back({entry.ident, "-", at, entry.type == "VOR", entry.frequency});
+        } else if (entry.type == "APT") {
+            data.airports.push_back({entry.ident, "-", 0, at, {}});
+        } else if (entry.type == "INT") {
+            data.fixes.push_back({entry.ident, at});
+        }
+        const bool isEarly = entry.latitude < -25;
+        data.airways[isEarly ? 0 : 1].points.push_back({entry.ident, at});
     }
-    return text;
+    return PlanDataOf(data);
 }
 
 // What a format has no place for is gone when a plan comes back, and nothing else.
@@ -56,19 +65,38 @@ TEST(PlanFormats, RoundTrips) {
          "NFFN/APT///"},
         {"fms3", 0.6e-5,
          "0 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/// AB123/WPT/// NAVAI/VOR/// NFFN/APT///"},
+        {"fpl", 0.6e-5,
+         "0 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/// AB123/WPT/// NAVAI/VOR/// NFFN/APT///"},
+        {"lnmpln", 0.6e-5, simRoute},
+        // Forms that leave types or positions to the data, which has frequencies too.
+        {"fgfp", 0.6e-5,
+         "37000 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/322/B599/ DISCO//// AB123/WPT//B599/ "
+         "NAVAI/VOR/114.70// NFFN/APT//B600/"},
+        {"pln-efb", 0.5e-5 + 0.005 / 3600,
+         "37000 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/322/B599/ AB123/WPT//B599/ "
+         "NAVAI/VOR/114.70// NFFN/APT///"},
+        {"route", 0.5e-5 + 0.5 / 3600,
+         "0 0 0: NZAA/APT/// POINT/INT/// MOGRA/NDB/322/B599/ WPT01/WPT/// NAVAI/VOR/114.70// "
+         "NFFN/APT//B600/"},
     };
     const PlanReading original(kSample);
+    const PlanData data = DataOf(original.plan);
     for (const auto& c : cases) {
         SCOPED_TRACE(c.format);
         ExchangePlan plan = original.plan;
         plan.cycle = "2309";
-        const PlanReading abroad(PlanWriting(c.format, plan).text);
+        const PlanWriting written(c.format, plan);
+        const bool needsData = FormatNamed(c.format) == FormatNamed("fgfp") ||
+                               (FormatNamed(c.format)->carries & kCarriesPositions) == 0;
+        const PlanReading abroad(written.text, needsData ? &data : nullptr);
+        EXPECT_EQ(abroad.format, FormatNamed(c.format)) << written.error;
         EXPECT_EQ(abroad.Said(), "");
         const PlanReading back(PlanWriting("rte", abroad.plan).text);
         EXPECT_EQ(ShowRoute(back.plan), c.route);
         auto entry = back.plan.entries.begin();
         for (const PlanWaypoint& want : original.plan.entries) {
-            if (entry != back.plan.entries.end() && want.ident == entry->ident) {
+            const bool isGapped = entry != back.plan.entries.end() && avq1::HasPosition(*entry);
+            if (avq1::HasPosition(want) == isGapped) {
                 EXPECT_NEAR(entry->latitude, want.latitude, c.toleranceDeg) << want.ident;
                 EXPECT_NEAR(entry->longitude, want.longitude, c.toleranceDeg) << want.ident;
                 ++entry;
@@ -91,7 +119,7 @@ TEST(PlanFormats, RoundTripOfAnFmsPlan) {
     EXPECT_EQ(written.text, text) << written.error;
     EXPECT_THAT(read.Said(), HasSubstr("names the departure 'TRSHA1'; its points are not"));
     EXPECT_EQ(NotCarried(*FormatNamed("rte"), read.plan),
-              "altitudes (3), runway and procedure choices (8)");
+              "altitudes (3), runway and procedure choices (6), approach (2)");
     EXPECT_EQ(NotCarried(*FormatNamed("fms1100"), read.plan), "");
 }
 
@@ -144,7 +172,8 @@ TEST(PlanFormats, NamesProceduresWhereTheFormHasAPlaceForThem) {
             ident, type, latitude, more);
     };
     const std::string sid =
-        waypoint("SIDPT", "Intersection", 51, "<DepartureFP>SIDP1A</DepartureFP>");
+        waypoint("SIDPT", "Intersection", 51, "<DepartureFP>SIDP1A</DepartureFP>") +
+        waypoint("SIDEX", "Intersection", 51, "<DepartureFP>SIDP1A</DepartureFP>");
     const std::string rest =
         waypoint("ROUTE", "Intersection", 52, "<ATCAirway>L12</ATCAirway>") +
         waypoint("STARP", "Intersection", 53,
@@ -162,13 +191,13 @@ TEST(PlanFormats, NamesProceduresWhereTheFormHasAPlaceForThem) {
     } cases[] = {
         {"<RunwayNumberFP>23</RunwayNumberFP>",
          "ADEP AAAA\nDEPRWY RW23\nSID SIDP1A\nADES BBBB\nDESRWY RW07C\nSTAR STAR2B\nAPP I07CZ\n",
-         "AAAA ROUTE BBBB", "points of procedures that are named instead (2)"},
+         "AAAA SIDEX ROUTE STARP BBBB", "points of procedures that are named instead (1)"},
         {"", "ADEP AAAA\nADES BBBB\nDESRWY RW07C\nSTAR STAR2B\nAPP I07CZ\n",
-         "AAAA SIDPT ROUTE BBBB", "points of procedures that are named instead (1), procedures"},
+         "AAAA SIDPT SIDEX ROUTE STARP BBBB", "procedures (2)"},
     };
     for (const auto& c : cases) {
         PlanReading read(waypoint("AAAA", "Airport", 50, c.departure) + sid + rest);
-        EXPECT_EQ(read.Idents(), "AAAA SIDPT ROUTE STARP BBBB");
+        EXPECT_EQ(read.Idents(), "AAAA SIDPT SIDEX ROUTE STARP BBBB");
         EXPECT_EQ(read.plan.entries.back().via + read.plan.entries.back().procedure, "");
         read.plan.cycle = "2309";
         const PlanWriting written("fms1100", read.plan);

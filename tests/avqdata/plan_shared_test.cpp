@@ -52,7 +52,11 @@ TEST(SharedPlans, ReadAsTheyWereWritten) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.file);
         const PlanReading read(ContentsOf(kPlans / c.file));
-        EXPECT_EQ(read.Said(), "");
+        const bool namesApproach = std::string(c.file) == "newer/MSFS EDDH EDDF.PLN";
+        EXPECT_EQ(read.Said(),
+                  namesApproach
+                      ? "plan: names the approach 'D07C'; its points are not in the file\n"
+                      : "");
         EXPECT_TRUE((" " + read.Idents()).ends_with(c.idents)) << read.Idents();
         std::string types;
         avq1::LatLon sum{0, 0};

@@ -75,7 +75,7 @@ bool MakeKml(const LogRequest& request, const LogContents& contents, std::string
     const PlanFormat* format = nullptr;
     Report report;
     if (!ReadBoundedFile(request.plan, "a flight plan", planText, error) ||
-        !ReadExchangePlan(planText, BaseName(request.plan), plan, format, report, error)) {
+        !ReadExchangePlan(planText, BaseName(request.plan), nullptr, plan, format, report, error)) {
         return false;
     }
     text = FlightKml(contents.flight, plan);

@@ -228,9 +228,20 @@ void DescribeImportOptions(CLI::App& app, Arguments& arguments) {
 CLI::App* DescribePlan(CLI::App& app, PlanRequest& plan) {
     CLI::App* const verb =
         app.add_subcommand("plan", "show a flight plan, or write it in another format");
-    verb->add_option("FILE", plan.file, "the plan, in any format that is read")->required();
+    verb->add_option("FILE", plan.file,
+                     "the plan, in any format that is read, or a route in quotes: \"KBOS DCT GDM "
+                     "T608 ALB KBUF\"")
+        ->required();
+    verb->add_option("--data", plan.data,
+                     "a Navdata folder, for plans that give names instead of positions, for the "
+                     "points of named procedures, for frequencies");
+    CLI::Option* const check = verb->add_option(
+        "--check", plan.check,
+        "a Navdata folder: say which fixes, airways and procedures it does not have as the plan "
+        "has them, and whether it is of another cycle");
     CLI::Option* const to =
         verb->add_option("--to", plan.to, "the file to write; its extension tells the format");
+    to->excludes(check);
     verb->add_option("--as", plan.as, "the format, where an extension has two")->needs(to);
     verb->add_option("--cycle", plan.cycle,
                      "the data's cycle, as in 2309, for fms1100 (else the plan's, else today's)")

@@ -54,11 +54,16 @@ enum PlanFeature : unsigned {
     kCarriesFuel = 1U << 8U,
     kCarriesTerminal = 1U << 9U,
     kCarriesEndAirways = 1U << 10U,  // to the airports at the ends
-    kCarriesAll = (1U << 11U) - 1U,
+    kCarriesPositions = 1U << 11U,   // of what has a name in the data
+    kCarriesPointNames = 1U << 12U,  // of the pilot's own points
+    kCarriesApproaches = 1U << 13U,  // by name
+    kCarriesAll = (1U << 14U) - 1U,
+    kCarriesPlaces = kCarriesPositions | kCarriesPointNames,
 };
 
 inline constexpr std::array<std::string_view, 5> kPlanTypes{"APT", "VOR", "NDB", "INT", "WPT"};
 
+struct PlanData;
 struct PlanFormat;
 
 struct PlanSource {
@@ -66,6 +71,7 @@ struct PlanSource {
     std::string_view name;  // of the file, for messages
     const PlanFormat& format;
     Report& report;
+    const PlanData* data = nullptr;  // the module's, when it was given
 };
 
 struct PlanFormat {
@@ -74,6 +80,7 @@ struct PlanFormat {
     const char* extensions;  // lower case; the first row that has one is the extension's format
     bool (*sniff)(std::string_view text);
     void (*read)(const PlanSource& source, ExchangePlan& plan);  // null: written only
+    // Null: read only.
     bool (*write)(const PlanFormat& format, const ExchangePlan& plan, std::string& text,
                   std::string& error);
     unsigned carries;
@@ -84,16 +91,19 @@ struct PlanFormat {
     std::size_t mostEntries;
 };
 
-extern const std::array<const PlanFormat*, 7> kPlanFormats;
+extern const std::array<const PlanFormat*, 15> kPlanFormats;
 
 const PlanFormat* FormatNamed(std::string_view name);
 const PlanFormat* FormatOfText(std::string_view text);  // among those that can be read
 const PlanFormat* FormatOfFileName(std::string_view path);
 bool HasExtension(const PlanFormat& format, std::string_view path);
 
-// Reads any format. False, with `error`, when the text is no known plan or holds no waypoint.
-bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan& plan,
-                      const PlanFormat*& format, Report& report, std::string& error);
+// Reads any format. Names without a position are looked up in `data`, which also adds what the file
+// leaves out; null for none. False, with `error`, when the text is no known plan or holds no
+// waypoint.
+bool ReadExchangePlan(std::string_view text, std::string_view name, const PlanData* data,
+                      ExchangePlan& plan, const PlanFormat*& format, Report& report,
+                      std::string& error);
 
 // Why a format's programs would not take the plan; empty when they would.
 std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan);
@@ -101,8 +111,8 @@ bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::
                        std::string& error);
 
 // The plan as a format that only names procedures has it: without the points of procedures that are
-// named with their runway; without the names of others whose points are there. Other formats get
-// the plan as it is.
+// named with their runway, but those where the route on the way begins and ends; without the names
+// of others whose points are there. Other formats get the plan as it is.
 ExchangePlan AsFormatHolds(const PlanFormat& format, const ExchangePlan& plan);
 
 // "airways (5), gaps (1)": what gets lost in a format; empty when nothing does.
@@ -110,10 +120,18 @@ std::string NotCarried(const PlanFormat& format, const ExchangePlan& plan);
 
 // ---- for the formats' own files ----
 
+// The planner's XML with the newest generation's fields, or without any position.
+bool IsEfbText(std::string_view text);
+
 // Readers. A name that would stand for a gap or a placeholder here gets an X behind it.
 std::string_view TypeFromName(const PlanFormat& format, std::string_view name);  // empty: unknown
 void AddWaypoint(avq1::PlanWaypoint entry, ExchangePlan& plan);
 std::size_t LineAt(std::string_view text, std::size_t offset);
+std::string CleanWord(std::string_view text);  // what of it can be one word of a plan
+void SayIfCut(const PlanSource& source, bool isCut);
+// Gives the entry a position and marks it so. False, with nothing changed, for no position.
+bool PutPosition(std::string_view latitude, std::string_view longitude, avq1::PlanWaypoint& entry);
+double HeightOrUnset(std::string_view feet);  // 0 and what is no possible height are none
 
 std::string RunwayFix(std::string_view runway);  // "RW09L" of "9L", "09L", "RW09L"; else empty
 // "I05L-Z" of "ILS", "05L" and "Z"; empty without a known type or a runway.
@@ -135,12 +153,22 @@ std::string_view AirwayOf(const avq1::PlanWaypoint& entry);
 std::string_view IdentOfFirst(const ExchangePlan& plan);  // of the entries with a position
 std::string_view IdentOfLast(const ExchangePlan& plan);
 std::string EscapedXml(std::string_view text);
+std::string XmlLine(int indent, std::string_view name, std::string_view value);
+std::string SimPositionText(const avq1::PlanWaypoint& entry);  // as the planner's XML form has it
 // The cruise altitude, else the highest altitude of an entry, else 0.
 double PlannedCruiseFt(const ExchangePlan& plan);
 double AltitudeOrZero(const avq1::PlanWaypoint& entry);
 
 // One row for each format's file; the table is made of them.
 extern const PlanFormat kRtePlanFormat;
+extern const PlanFormat kEfbPlanFormat;
+extern const PlanFormat kGarminFplPlanFormat;
+extern const PlanFormat kGarminGfpPlanFormat;
+extern const PlanFormat kFlightGearPlanFormat;
+extern const PlanFormat kNavmapPlanFormat;
+extern const PlanFormat kSimbriefXmlPlanFormat;
+extern const PlanFormat kSimbriefJsonPlanFormat;
+extern const PlanFormat kRouteTextPlanFormat;
 extern const PlanFormat kSimXmlPlanFormat;
 extern const PlanFormat kSimKeyPlanFormat;
 extern const PlanFormat kFms1100PlanFormat;

@@ -178,16 +178,6 @@ void SayWhatLacks(FmsReader& reader) {
         AddWarning(reader, "the plan ends after " + std::to_string(reader.met) + " of " +
                                std::to_string(reader.announced) + " waypoints");
     }
-    const ExchangePlan& plan = reader.plan;
-    for (const auto& [name, what] : {std::pair(&plan.departure.procedure, "departure "),
-                                     std::pair(&plan.arrival.procedure, "arrival "),
-                                     std::pair(&plan.arrival.approach, "approach ")}) {
-        if (!name->empty()) {
-            reader.source.report.Add(Topic::Warning, "procedures",
-                                     std::string(reader.source.name) + ": names the " + what +
-                                         Quoted(*name) + "; its points are not in the file");
-        }
-    }
 }
 
 void ReadFms(const PlanSource& source, ExchangePlan& plan) {
@@ -304,7 +294,8 @@ const PlanFormat kFms1100PlanFormat{
     .sniff = IsNewFms,
     .read = ReadFms,
     .write = WriteNewFms,
-    .carries = kCarriesAirways | kCarriesAltitudes | kCarriesTerminal,
+    .carries = kCarriesPlaces | kCarriesAirways | kCarriesAltitudes | kCarriesTerminal |
+               kCarriesApproaches,
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,
@@ -319,7 +310,7 @@ const PlanFormat kFms3PlanFormat{
     .sniff = IsOldFms,
     .read = ReadFms,
     .write = WriteOldFms,
-    .carries = kCarriesAltitudes,
+    .carries = kCarriesPlaces | kCarriesAltitudes,
     .typeNames = kFmsTypes,
     .longestIdent = 7,
     .longestPointIdent = 16,

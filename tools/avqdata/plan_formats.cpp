@@ -3,14 +3,18 @@
 #include <cmath>
 
 #include "avqdata/plan_exchange.h"
+#include "avqdata/plan_resolve.h"
 #include "avqdata/text_tools.h"
 #include "base/text.h"
 
 namespace avqdata {
 
-const std::array<const PlanFormat*, 7> kPlanFormats{
-    &kSimXmlPlanFormat, &kSimKeyPlanFormat,  &kRtePlanFormat, &kFms1100PlanFormat,
-    &kFms3PlanFormat,   &kGeoJsonPlanFormat, &kKmlPlanFormat,
+const std::array<const PlanFormat*, 15> kPlanFormats{
+    &kSimXmlPlanFormat,    &kSimKeyPlanFormat, &kEfbPlanFormat,         &kRtePlanFormat,
+    &kFms1100PlanFormat,   &kFms3PlanFormat,   &kFlightGearPlanFormat,  &kGarminFplPlanFormat,
+    &kGarminGfpPlanFormat, &kNavmapPlanFormat, &kSimbriefXmlPlanFormat, &kSimbriefJsonPlanFormat,
+    &kRouteTextPlanFormat,  // what the others do not know
+    &kGeoJsonPlanFormat,   &kKmlPlanFormat,
 };
 
 namespace {
@@ -58,12 +62,16 @@ std::size_t CountEndAirways(const ExchangePlan& plan) {
 std::size_t CountChoices(const ExchangePlan& plan) {
     std::size_t count = 0;
     for (const TerminalChoice* choice : {&plan.departure, &plan.arrival}) {
-        for (const std::string* text : {&choice->runway, &choice->procedure, &choice->transition,
-                                        &choice->approach, &choice->approachTransition}) {
+        for (const std::string* text : {&choice->runway, &choice->procedure, &choice->transition}) {
             count += text->empty() ? 0 : 1;
         }
     }
     return count;
+}
+
+std::size_t CountApproaches(const ExchangePlan& plan) {
+    return (plan.arrival.approach.empty() ? 0U : 1U) +
+           (plan.arrival.approachTransition.empty() ? 0U : 1U);
 }
 
 struct FeatureRow {
@@ -72,7 +80,7 @@ struct FeatureRow {
     std::size_t (*count)(const ExchangePlan& plan);
 };
 
-constexpr std::array<FeatureRow, 11> kFeatures{{
+constexpr std::array<FeatureRow, 14> kFeatures{{
     {kCarriesAirways, "airways",
      [](const ExchangePlan& p) { return CountAirways(p) - CountEndAirways(p); }},
     {kCarriesEndAirways, "airways to the airports at the ends", CountEndAirways},
@@ -107,6 +115,17 @@ constexpr std::array<FeatureRow, 11> kFeatures{{
          return p.fuelTotal != 0 || p.reserveFuel != 0 ? 1 : 0;
      }},
     {kCarriesTerminal, "runway and procedure choices", CountChoices},
+    {kCarriesApproaches, "approach", CountApproaches},
+    {kCarriesPositions, "positions of named waypoints",
+     [](const ExchangePlan& p) {
+         return CountEntries(
+             p, [](const PlanWaypoint& e) { return avq1::HasPosition(e) && e.type != "WPT"; });
+     }},
+    {kCarriesPointNames, "names of own points",
+     [](const ExchangePlan& p) {
+         return CountEntries(
+             p, [](const PlanWaypoint& e) { return avq1::HasPosition(e) && e.type == "WPT"; });
+     }},
 }};
 
 // ---- what a format takes ----
@@ -184,9 +203,9 @@ bool HasExtension(const PlanFormat& format, std::string_view path) {
 }
 
 const PlanFormat* FormatOfFileName(std::string_view path) {
-    const auto found =
-        std::find_if(kPlanFormats.begin(), kPlanFormats.end(),
-                     [&](const PlanFormat* row) { return HasExtension(*row, path); });
+    const auto found = std::find_if(
+        kPlanFormats.begin(), kPlanFormats.end(),
+        [&](const PlanFormat* row) { return row->write != nullptr && HasExtension(*row, path); });
     return found == kPlanFormats.end() ? nullptr : *found;
 }
 
@@ -208,8 +227,9 @@ std::string ReadableForms() {
 
 }  // namespace
 
-bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan& plan,
-                      const PlanFormat*& format, Report& report, std::string& error) {
+bool ReadExchangePlan(std::string_view text, std::string_view name, const PlanData* data,
+                      ExchangePlan& plan, const PlanFormat*& format, Report& report,
+                      std::string& error) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
         error = std::string(name) + ": is UTF-16; save it as UTF-8 or Latin-1";
@@ -239,7 +259,9 @@ bool ReadExchangePlan(std::string_view text, std::string_view name, ExchangePlan
         return false;
     }
     plan = ExchangePlan{};
-    format->read({text, name, *format, report}, plan);
+    const PlanSource source{text, name, *format, report, data};
+    format->read(source, plan);
+    CompletePlan(source, plan);
     if (std::none_of(plan.entries.begin(), plan.entries.end(), avq1::HasPosition)) {
         error = std::string(name) + ": holds no waypoint that can be read (" + format->title + ")";
         return false;
@@ -268,7 +290,50 @@ std::size_t LineAt(std::string_view text, std::size_t offset) {
     return 1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
 }
 
+std::string CleanWord(std::string_view text) {
+    std::string word;
+    for (const char c : text.substr(0, 64)) {
+        if (c > ' ' && c <= '~' && word.size() < kLongestWord) {
+            word += c;
+        }
+    }
+    return word;
+}
+
+void SayIfCut(const PlanSource& source, bool isCut) {
+    if (isCut) {
+        source.report.Add(Topic::Warning, "plans cut short",
+                          std::string(source.name) +
+                              ": ends in the middle, or is larger than any "
+                              "plan");
+    }
+}
+
+bool PutPosition(std::string_view latitude, std::string_view longitude, PlanWaypoint& entry) {
+    const std::optional<avq1::LatLon> at = Position(Trim(latitude), Trim(longitude));
+    if (at) {
+        entry.latitude = at->latitude;
+        entry.longitude = at->longitude;
+    }
+    return at.has_value();
+}
+
+double HeightOrUnset(std::string_view feet) {
+    const std::optional<double> height = Number(Trim(feet));
+    const bool isHeight = height && std::abs(*height) >= 1 && std::abs(*height) <= kHighestFt;
+    return isHeight ? *height : avq1::kUnset;
+}
+
 // ---- writing ----
+
+std::string XmlLine(int indent, std::string_view name, std::string_view value) {
+    std::string line(static_cast<std::size_t>(indent), ' ');
+    line += "<";
+    line += name;
+    line += ">" + EscapedXml(value) + "</";
+    line += name;
+    return line + ">\n";
+}
 
 std::string_view TypeName(const PlanFormat& format, const PlanWaypoint& entry) {
     const auto found = std::find(kPlanTypes.begin(), kPlanTypes.end(), entry.type);
@@ -343,6 +408,15 @@ std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan) {
             return "waypoint " + std::to_string(i + 1) + " " + fault;
         }
     }
+    for (const TerminalChoice* choice : {&plan.departure, &plan.arrival}) {
+        for (const std::string* word :
+             {&choice->runway, &choice->procedure, &choice->transition, &choice->approach,
+              &choice->approachTransition}) {
+            if (word->size() > kLongestWord || !IsWord(*word)) {
+                return "a runway or procedure at the ends is no plain word";
+            }
+        }
+    }
     if (format.endsAreAirports && (plan.entries.front().type != avq1::kAirportType ||
                                    plan.entries.back().type != avq1::kAirportType)) {
         return "this format's programs want an airport at both ends of the route";
@@ -352,6 +426,10 @@ std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan) {
 
 bool WriteExchangePlan(const PlanFormat& format, const ExchangePlan& plan, std::string& text,
                        std::string& error) {
+    if (format.write == nullptr) {
+        error = "the form is only read";
+        return false;
+    }
     const std::string fault = CheckWritable(format, plan);
     if (!fault.empty()) {
         error = fault;

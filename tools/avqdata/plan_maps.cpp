@@ -191,7 +191,8 @@ const PlanFormat kKmlPlanFormat{
     .sniff = IsWrittenOnly,
     .read = nullptr,
     .write = WriteKml,
-    .carries = kCarriesAll & ~unsigned{kCarriesCruise | kCarriesFuel | kCarriesTerminal},
+    .carries = kCarriesAll &
+               ~unsigned{kCarriesCruise | kCarriesFuel | kCarriesTerminal | kCarriesApproaches},
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,

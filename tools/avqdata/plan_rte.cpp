@@ -127,8 +127,8 @@ const PlanFormat kRtePlanFormat{
     .sniff = IsRte,
     .read = ReadRte,
     .write = WriteRte,
-    .carries = kCarriesAirways | kCarriesEndAirways | kCarriesProcedures | kCarriesFrequencies |
-               kCarriesGaps | kCarriesCruise | kCarriesFuel,
+    .carries = kCarriesPlaces | kCarriesAirways | kCarriesEndAirways | kCarriesProcedures |
+               kCarriesFrequencies | kCarriesGaps | kCarriesCruise | kCarriesFuel,
     .typeNames = kPlanTypes,
     .longestIdent = 16,
     .longestPointIdent = 16,

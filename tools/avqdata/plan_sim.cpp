@@ -18,8 +18,9 @@ constexpr std::size_t kMostSimWaypoints = 1000;  // what the module's reader tak
 // ---- reading ----
 
 bool IsSimXml(std::string_view text) {
-    return text.find("<ATCWaypoint") != std::string_view::npos ||
-           text.find("<FlightPlan.FlightPlan>") != std::string_view::npos;
+    return (text.find("<ATCWaypoint") != std::string_view::npos ||
+            text.find("<FlightPlan.FlightPlan>") != std::string_view::npos) &&
+           !IsEfbText(text);
 }
 
 bool IsSimKeys(std::string_view text) {
@@ -120,11 +121,6 @@ std::string KeyPlace(const PlanWaypoint& entry) {
            Format(", %+010.2f", AltitudeOrZero(entry));
 }
 
-std::string XmlPlace(const PlanWaypoint& entry) {
-    return XmlCoordinate(entry.latitude, "NS") + "," + XmlCoordinate(entry.longitude, "EW") +
-           Format(",%+010.2f", AltitudeOrZero(entry));
-}
-
 bool WriteSimKeys(const PlanFormat& format, const ExchangePlan& plan, std::string& text,
                   std::string&) {
     const PlanWaypoint& from = plan.entries.front();
@@ -161,7 +157,7 @@ std::string Element(const char* name, std::string_view value) {
 std::string XmlWaypoint(const PlanFormat& format, const PlanWaypoint& entry) {
     std::string text = "        <ATCWaypoint id=\"" + entry.ident + "\">\r\n";
     text += "            " + Element("ATCWaypointType", TypeName(format, entry));
-    text += "            " + Element("WorldPosition", XmlPlace(entry));
+    text += "            " + Element("WorldPosition", SimPositionText(entry));
     if (!AirwayOf(entry).empty()) {
         text += "            " + Element("ATCAirway", AirwayOf(entry));
     }
@@ -187,9 +183,9 @@ bool WriteSimXml(const PlanFormat& format, const ExchangePlan& plan, std::string
     text += indent + Element("RouteType", KindOf(plan).word);
     text += indent + Element("CruisingAlt", Format("%.0f", PlannedCruiseFt(plan)));
     text += indent + Element("DepartureID", from);
-    text += indent + Element("DepartureLLA", XmlPlace(plan.entries.front()));
+    text += indent + Element("DepartureLLA", SimPositionText(plan.entries.front()));
     text += indent + Element("DestinationID", to);
-    text += indent + Element("DestinationLLA", XmlPlace(plan.entries.back()));
+    text += indent + Element("DestinationLLA", SimPositionText(plan.entries.back()));
     text += indent + Element("Descr", from + ", " + to);
     text += indent + Element("DepartureName", from);
     text += indent + Element("DestinationName", to);
@@ -205,6 +201,11 @@ bool WriteSimXml(const PlanFormat& format, const ExchangePlan& plan, std::string
 
 }  // namespace
 
+std::string SimPositionText(const PlanWaypoint& entry) {
+    return XmlCoordinate(entry.latitude, "NS") + "," + XmlCoordinate(entry.longitude, "EW") +
+           Format(",%+010.2f", AltitudeOrZero(entry));
+}
+
 const PlanFormat kSimXmlPlanFormat{
     .name = "pln-xml",
     .title = "simulator plan, XML form",
@@ -212,7 +213,8 @@ const PlanFormat kSimXmlPlanFormat{
     .sniff = IsSimXml,
     .read = ReadSim,
     .write = WriteSimXml,
-    .carries = kCarriesAirways | kCarriesEndAirways | kCarriesAltitudes | kCarriesCruise,
+    .carries =
+        kCarriesPlaces | kCarriesAirways | kCarriesEndAirways | kCarriesAltitudes | kCarriesCruise,
     .typeNames = {"Airport", "VOR", "NDB", "Intersection", "User"},
     .longestIdent = 5,
     .longestPointIdent = 10,
@@ -227,7 +229,8 @@ const PlanFormat kSimKeyPlanFormat{
     .sniff = IsSimKeys,
     .read = ReadSim,
     .write = WriteSimKeys,
-    .carries = kCarriesAirways | kCarriesEndAirways | kCarriesAltitudes | kCarriesCruise,
+    .carries =
+        kCarriesPlaces | kCarriesAirways | kCarriesEndAirways | kCarriesAltitudes | kCarriesCruise,
     .typeNames = {"A", "V", "N", "I", "U"},
     .longestIdent = 5,
     .longestPointIdent = 10,

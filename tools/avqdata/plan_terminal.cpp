@@ -92,6 +92,13 @@ void NameInstead(const NamedProcedure& row, ExchangePlan& plan) {
             point->procedure = row.tag;
         }
     }
+    const PlanWaypoint* const before = points.front() - (points.front() != &plan.entries.front());
+    const bool beginsBefore = row.tag == "STAR" && before->ident == plan.*row.end.*row.transition;
+    if (row.tag != "APPR" && !beginsBefore) {  // the airways on the way begin and end there
+        PlanWaypoint& joint = row.tag == "SID" ? *points.back() : *points.front();
+        joint.procedure.clear();
+        joint.via.clear();
+    }
     std::erase_if(plan.entries, [&](const PlanWaypoint& entry) {
         return entry.procedure == row.tag && entry.type != avq1::kAirportType;
     });
@@ -148,7 +155,9 @@ ExchangePlan AsFormatHolds(const PlanFormat& format, const ExchangePlan& plan) {
     if ((format.carries & kCarriesTerminal) != 0 && (format.carries & kCarriesProcedures) == 0 &&
         !held.entries.empty()) {
         for (const NamedProcedure& row : kNamedProcedures) {
-            NameInstead(row, held);
+            if (row.tag != "APPR" || (format.carries & kCarriesApproaches) != 0) {
+                NameInstead(row, held);
+            }
         }
     }
     return held;

@@ -2,14 +2,18 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <ostream>
 
 #include "avqdata/cycle.h"
 #include "avqdata/output_file.h"
+#include "avqdata/plan_check.h"
+#include "avqdata/plan_data.h"
 #include "avqdata/plan_exchange.h"
 #include "avqdata/plan_table.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
+#include "base/text.h"
 
 namespace avqdata {
 namespace {
@@ -73,6 +77,20 @@ bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, 
     return true;
 }
 
+// A route in place of a file name, as it is pasted: words, and no such file.
+bool IsRouteItself(const std::string& file) {
+    std::error_code code;
+    return file.find(' ') != std::string::npos && !std::filesystem::exists(file, code);
+}
+
+bool ReadPlanText(const std::string& file, std::string& text, std::string& error) {
+    if (IsRouteItself(file)) {
+        text = avq1::ToUpper(file);
+        return true;
+    }
+    return ReadBoundedFile(file, "a flight plan", text, error);
+}
+
 }  // namespace
 
 int RunPlan(const PlanRequest& request, std::ostream& out, std::ostream& err) {
@@ -80,11 +98,24 @@ int RunPlan(const PlanRequest& request, std::ostream& out, std::ostream& err) {
     std::string text;
     ExchangePlan plan;
     Report report;
+    report.keepAll = !request.check.empty();
     const PlanFormat* format = nullptr;
-    const bool read = ReadBoundedFile(request.file, "a flight plan", text, error) &&
-                      ReadExchangePlan(text, BaseName(request.file), plan, format, report, error);
+    PlanData data;
+    const std::string& folder = request.check.empty() ? request.data : request.check;
+    const std::string name = IsRouteItself(request.file) ? "route" : BaseName(request.file);
+    const bool read =
+        (folder.empty() || LoadPlanData(folder, data, error)) &&
+        ReadPlanText(request.file, text, error) &&
+        ReadExchangePlan(text, name, folder.empty() ? nullptr : &data, plan, format, report, error);
+    if (read && !request.check.empty()) {
+        CheckPlan(data, plan, name, report);
+    }
     PrintCases(report, err);
-    if (read && request.to.empty()) {
+    if (read && !request.check.empty()) {
+        out << name << ": " << report.Count(Topic::Fault) << " faults, "
+            << report.Count(Topic::Warning) << " warnings, checked against "
+            << (data.cycle.empty() ? "data of no named cycle" : "cycle " + data.cycle) << "\n";
+    } else if (read && request.to.empty()) {
         out << PlanTable(plan, *format);
     }
     if (!read || (!request.to.empty() && !Convert(request, plan, out, err, error))) {
@@ -103,7 +134,10 @@ std::string PlanFormatList() {
             line += "." + extension + " ";
         }
         line.resize(28, ' ');
-        text += line + format->title + (format->read == nullptr ? " (written only)\n" : "\n");
+        text += line + format->title +
+                (format->read == nullptr    ? " (written only)\n"
+                 : format->write == nullptr ? " (read only)\n"
+                                            : "\n");
     }
     return text;
 }

@@ -11,16 +11,20 @@ namespace avqdata {
 
 enum PlanStatus : int {
     kPlanDone = 0,
-    kPlanFaulty = 1,  // done, but the file has faults that cost waypoints or positions
+    kPlanFaulty = 1,  // done, but the file has faults that cost waypoints or positions, or does not
+                      // fit the data it was checked against
     kPlanFailed = 2,  // nothing was done
 };
 
 struct PlanRequest {
-    std::string file;
-    std::string to;     // empty: show the plan
-    std::string as;     // a format's name; empty: the extension's format
-    std::string cycle;  // four digits, for formats that name one; empty: the plan's, else today's
+    std::string file = {};  // or a route in words
+    std::string to = {};    // empty: show the plan
+    std::string as = {};    // a format's name; empty: the extension's format
+    std::string cycle =
+        {};  // four digits, for formats that name one; empty: the plan's, else today's
     bool force = false;
+    std::string data = {};   // a Navdata folder; empty: none
+    std::string check = {};  // a Navdata folder to check the plan against; it is the data too
 };
 
 int RunPlan(const PlanRequest& request, std::ostream& out, std::ostream& err);
