@@ -301,14 +301,14 @@ std::vector<std::string> RouteWords(std::string_view text) {
     return words;
 }
 
-// Capitals, digits and the marks between them, two names at least, an airport's or a fix's first.
+// Capitals, digits and the marks between them, two words at least, no number first.
 bool IsRouteText(std::string_view text) {
     if (text.size() > kLongestRoute ||
         !AllOf(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/. \t\r\n")) {
         return false;
     }
     const std::vector<std::string> words = RouteWords(text);
-    return words.size() >= 2 && words.front().size() >= 2 && !AllOf(words.front(), kDigits);
+    return words.size() >= 2 && !AllOf(words.front(), kDigits);
 }
 
 void ReadRouteText(const PlanSource& source, ExchangePlan& plan) {
@@ -330,6 +330,10 @@ std::string PositionWord(const PlanWaypoint& entry) {
                         longitude / 60 % 60, longitude % 60, entry.longitude < 0 ? 'W' : 'E');
 }
 
+std::string WordFor(const PlanWaypoint& entry) {
+    return entry.type == "WPT" ? PositionWord(entry) : entry.ident;
+}
+
 std::string RunwayTail(const TerminalChoice& choice) {
     return choice.runway.empty() ? std::string() : "/" + choice.runway.substr(2);
 }
@@ -340,8 +344,10 @@ bool WriteRouteText(const PlanFormat&, const ExchangePlan& plan, std::string& te
     for (const PlanWaypoint& entry : plan.entries) {
         if (avq1::HasPosition(entry)) {
             placed.push_back(&entry);
-            if (!IsName(entry.ident) || !IsName(AirwayOf(entry))) {
-                error = entry.ident + ": a route's words are capital letters and digits only";
+            const bool isWord =
+                entry.type == "WPT" || (IsName(entry.ident) && !IsFiller(entry.ident));
+            if (!isWord || !IsName(AirwayOf(entry))) {
+                error = entry.ident + ": is no word of a route, which are capitals and digits";
                 return false;
             }
         }
@@ -355,7 +361,7 @@ bool WriteRouteText(const PlanFormat&, const ExchangePlan& plan, std::string& te
             return false;
         }
     }
-    text = placed.front()->ident + RunwayTail(from);
+    text = WordFor(*placed.front()) + RunwayTail(from);
     text += from.procedure.empty() ? "" : " " + from.procedure;
     text +=
         from.transition.empty() || from.transition == placed[1]->ident ? "" : " " + from.transition;
@@ -374,7 +380,7 @@ bool WriteRouteText(const PlanFormat&, const ExchangePlan& plan, std::string& te
             text += (isJoint ? "" : " DCT " + to.transition) + " " + to.procedure;
         }
         text += !airway.empty() ? " " + airway : isNamed ? "" : " DCT";
-        text += " " + (isOwn ? PositionWord(*placed[i]) : placed[i]->ident);
+        text += " " + WordFor(*placed[i]);
     }
     text += RunwayTail(to) + "\n";
     return true;
