@@ -7,6 +7,7 @@
 
 #include "base/messages.h"
 #include "base/module_state.h"
+#include "cdu/formats.h"
 #include "cdu_gns/fake_unit.h"
 #include "flightplan/flight_plan.h"
 #include "guidance/guidance_state.h"

@@ -24,6 +24,36 @@ struct Flow {
 };
 
 constexpr Flow kFlows[] = {
+    {"page keys", RouteStatus::None,
+     "RTE CLB CRZ DES LEGS DEP_ARR HOLD PROG FIX INIT_REF L6 L1 =12 L1 CLR CLR CLR DEL L1 CLR L1 "
+     "DIR_INTC"},
+    {"pages called by others", RouteStatus::Active,
+     "INIT_REF DIR_INTC LEGS PROG PREV_PAGE L6 L6 L3 PROG PREV_PAGE L6 L6 L4 L5 PROG PREV_PAGE L6 "
+     "RTE R6 PROG PREV_PAGE L6 INIT_REF CLB R6 PROG R6 R6 L6 L2"},
+    {"from a cold panel to a route that is flown", RouteStatus::None,
+     "INIT_REF =KAAA L2 R2 R4 R6 =KAAA L1 =KBBB R1 NEXT_PAGE =ABCDE R1 PREV_PAGE R6 R6 =98.6 L3 "
+     "=4.2 L4 =100 L5 =240 R1 =270/45 R2 =10 R3 =9000 R5 =310 R1 =-46.4 R4 =350 R1 R6 =15 L1 =139 "
+     "R1 =142 R2 =149 R3 EXEC R6 CLB INIT_REF INIT_REF L6 L5 R1 R4 PROG R6 R6 L6 L2 NEXT_PAGE "
+     "=A12345 L3 CLR CLR CLR CLR CLR CLR CLR =A12 L3"},
+    {"reference data", RouteStatus::Active,
+     "INIT_REF L6 R1 =TWICE R1 NEXT_PAGE =KBBB L2 R2 =33 R2 CLR CLR CLR =09L R2 R6 INIT_REF L6 R1 "
+     "=KSID L2 DEP_ARR =KSID L6 DEP_ARR =KAAA R6 INIT_REF L6 R1 R2"},
+    {"a route built along an airway", RouteStatus::None,
+     "RTE =KAAA L1 =KBBB R1 =09 L3 NEXT_PAGE =ABCDE R1 =FLY R2 =J9 L3 =JTHR R3 EXEC R6 EXEC"},
+    {"a new origin over the route", RouteStatus::Active,
+     "RTE =KAAA L1 CRZ RTE EXEC CLR L6 CRZ RTE =A1 L2 CRZ EXEC CRZ"},
+    {"a new destination and none", RouteStatus::Active,
+     "RTE =KAAA R1 L6 DEL R1 DEL R1 CLR =09 L3 DEL L3 DEL L3 CLR DEL L1 CLR L6 =27 L3 DEP_ARR L1 "
+     "L6"},
+    {"restrictions on the legs", RouteStatus::Active,
+     "LEGS =250/FL240 R2 =220/ R3 =240/9000A R3 R3 CLR CLR CLR CLR CLR CLR CLR CLR CLR R4 EXEC "
+     "NEXT_PAGE NEXT_PAGE DEL R2 EXEC DEL R2 CLR CLB DES"},
+    {"one of several points", RouteStatus::Active, "LEGS =TWICE L2 L3 CLR L6 L2 L6 L2 L1 EXEC"},
+    {"four holds", RouteStatus::Active,
+     "HOLD =STARB L6 EXEC HOLD L6 =FLY L6 EXEC HOLD NEXT_PAGE NEXT_PAGE =123/L L3 L6 =123/L L3 "
+     "EXEC "
+     "LEGS R6 HOLD L6 L1 L1 EXEC L6 CLR HOLD L6 R6"},
+    {"points of a fix", RouteStatus::Active, "FIX =NEWPT L1 L2 =180 L2 L2 LEGS R6 LEGS L5"},
     {"the index", RouteStatus::None,
      "INIT_REF L6 =A L1 CLR CLR R6 CLR R2 NEXT_PAGE NEXT_PAGE PREV_PAGE L6 =X L1 CLR CLR L1 RTE"},
     {"a route built", RouteStatus::None,
@@ -97,8 +127,8 @@ class SmithsScreens : public SmithsTest {
         AppendMessage("Nav data loaded");
         for (const char* name : {"A1", "B2", "C3", "D4", "E5", "F6"}) {
             folder.Write(std::string("avq/flightplans/") + name + ".RTE",
-                         "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                         "KBBB  0.0  7.0  APT  ---\n");
+                         "CruiseAlt=31000\n[FlightPlan]\nKAAA  0.0  0.0  APT  ---\n"
+                         "NEWPT  0.5  2.5  INT  ---\nKBBB  0.0  7.0  APT  ---\n");
         }
         folder.Write("avq/flightplans/LONGNAMEOFPLAN.RTE", "[FlightPlan]\n");
         InstallSmiths();
@@ -133,6 +163,7 @@ class SmithsScreens : public SmithsTest {
                                 static_cast<int>(text.pixelSize)) +
                          text.text);
         }
+        shown.insert(SmithsExecLit() ? "EXEC    lit" : "EXEC    dark");
         changes_.Note(std::move(shown), out);
     }
 

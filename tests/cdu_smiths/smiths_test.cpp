@@ -42,69 +42,6 @@ TEST_F(SmithsTest, KeysWriteTheScratchpad) {
     }
 }
 
-TEST_F(SmithsTest, ALineWithoutAFieldTakesNothing) {
-    cdu.Press("=12 L1");
-    EXPECT_EQ(cdu.Bottom(), "INVALID ENTRY");
-    cdu.Press("CLR");
-    EXPECT_EQ(cdu.Bottom(), "12") << "what was typed is still there";
-    cdu.Press("DEL L1");
-    EXPECT_EQ(cdu.Bottom(), "INVALID DELETE");
-    cdu.Press("CLR CLR CLR L1");
-    EXPECT_EQ(cdu.Bottom(), "") << "with nothing typed nothing is said";
-}
-
-TEST_F(SmithsTest, PageKeysOpenTheirPages) {
-    const struct {
-        const char* keys;
-        std::int32_t page;
-    } kCases[] = {
-        {"RTE", kSmithsRoute},    {"CLB", kSmithsClimb},         {"CRZ", kSmithsCruise},
-        {"DES", kSmithsDescent},  {"LEGS", kSmithsLegs},         {"DEP_ARR", kSmithsDepArr},
-        {"HOLD", kSmithsLegs},    {"PROG", kSmithsProgress},     {"FIX", kSmithsFixInfo},
-        {"INIT_REF", kSmithsPos}, {"INIT_REF L6", kSmithsIndex}, {"INIT_REF L6 L1", kSmithsIdent},
-    };
-    EXPECT_EQ(smiths.page, kSmithsIdent) << "at first";
-    for (const auto& row : kCases) {
-        cdu.Press(row.keys);
-        EXPECT_EQ(smiths.page, row.page) << row.keys;
-    }
-    MakeRoute();
-    cdu.Press("INIT_REF");
-    EXPECT_EQ(smiths.page, kSmithsPerfInit);
-    cdu.Press("DIR_INTC");
-    EXPECT_EQ(smiths.page, kSmithsLegs);
-    EXPECT_EQ(smiths.legsMode, LegsMode::DirectTo);
-    cdu.Press("LEGS");
-    EXPECT_EQ(smiths.legsMode, LegsMode::Normal);
-    InstallSmiths();
-    EXPECT_EQ(smiths.page, kSmithsLegs) << "a second gauge shows what the first does";
-}
-
-TEST_F(SmithsTest, WhatIsCalledAPageOpensThatPage) {
-    const struct {
-        const char* keys;  // the last sub-page looked at is another one
-        const char* title;
-    } kCases[] = {
-        {"PROG PREV_PAGE L6", "PERF  LIMITS| 2 /  2"},
-        {"PROG PREV_PAGE L6 L6 L3", "PERF  INIT| 1 /  2"},
-        {"PROG PREV_PAGE L6 L6 L4 L5", "PERF  INIT| 1 /  2"},
-        {"PROG PREV_PAGE L6 RTE R6", "PERF  INIT| 1 /  2"},
-        {"PROG PREV_PAGE L6 INIT_REF", "PERF  INIT| 1 /  2"},
-        {"CLB R6", "RTA  PROGRESS|3 / 3"},
-        {"PROG R6 R6", "POS  SHIFT|3 / 3"},
-        {"PROG R6 R6 L6 L2", "POS   INIT|1 / 3"},
-    };
-    MakeRoute();
-    for (const auto& row : kCases) {
-        cdu.Press(row.keys);
-        EXPECT_EQ(cdu.Title(), row.title) << row.keys;
-    }
-    cdu.Press("PROG R6 R6");
-    planBook.activeIndex = kNoWaypoint;
-    cdu.Press("INIT_REF");
-    EXPECT_EQ(cdu.Title(), "POS   INIT|1 / 3");
-}
-
 TEST_F(SmithsTest, ThePageOfThePhaseIsShown) {
     const struct {
         std::int32_t page;
