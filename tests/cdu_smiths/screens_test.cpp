@@ -38,8 +38,8 @@ constexpr Flow kFlows[] = {
     {"reference data", RouteStatus::Active,
      "INIT_REF L6 R1 =TWICE R1 NEXT_PAGE =KBBB L2 R2 =33 R2 CLR CLR CLR =09L R2 R6 INIT_REF L6 R1 "
      "=KSID L2 DEP_ARR =KSID L6 DEP_ARR =KAAA R6 INIT_REF L6 R1 R2"},
-    {"a route built along an airway", RouteStatus::None,
-     "RTE =KAAA L1 =KBBB R1 =09 L3 NEXT_PAGE =ABCDE R1 =FLY R2 =J9 L3 =JTHR R3 EXEC R6 EXEC"},
+    {"an airway", RouteStatus::Active,
+     "RTE NEXT_PAGE =J9 L3 =JTHR R3 R6 EXEC =J9 L5 CLR CLR CLR L6"},
     {"a new origin over the route", RouteStatus::Active,
      "RTE =KAAA L1 CRZ RTE EXEC CLR L6 CRZ RTE =A1 L2 CRZ EXEC CRZ"},
     {"a new destination and none", RouteStatus::Active,
@@ -50,8 +50,7 @@ constexpr Flow kFlows[] = {
      "NEXT_PAGE NEXT_PAGE DEL R2 EXEC DEL R2 CLR CLB DES"},
     {"one of several points", RouteStatus::Active, "LEGS =TWICE L2 L3 CLR L6 L2 L6 L2 L1 EXEC"},
     {"four holds", RouteStatus::Active,
-     "HOLD =STARB L6 EXEC HOLD L6 =FLY L6 EXEC HOLD NEXT_PAGE NEXT_PAGE =123/L L3 L6 =123/L L3 "
-     "EXEC "
+     "HOLD L6 L4 L4 EXEC HOLD L6 L2 L2 EXEC HOLD NEXT_PAGE NEXT_PAGE =123/L L3 L6 =123/L L3 EXEC "
      "LEGS R6 HOLD L6 L1 L1 EXEC L6 CLR HOLD L6 R6"},
     {"points of a fix", RouteStatus::Active, "FIX =NEWPT L1 L2 =180 L2 L2 LEGS R6 LEGS L5"},
     {"the index", RouteStatus::None,
