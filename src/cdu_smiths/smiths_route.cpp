@@ -168,7 +168,6 @@ bool SmithsEraseShown(const FieldRow&) {
 
 EntryResult EraseSmithsModification(const FieldRow&) {
     DropModification();
-    smithsDirect = {};
     smiths.legsMode = LegsMode::Normal;
     if (Centre().plan == &modifiedPlan) {
         Centre() = {&activePlan, planBook.activeIndex};

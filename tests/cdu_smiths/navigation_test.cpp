@@ -168,6 +168,8 @@ TEST_F(SmithsNavigation, ATimeWantedIsComparedWithThePrediction) {
         EXPECT_EQ(cdu.Data(4).starts_with(std::string(row.error).substr(0, 4)), true)
             << cdu.Data(4) << " for " << late;
     }
+    EXPECT_EQ(Enter("1200", "R1"), "ok");
+    EXPECT_THAT(cdu.Data(4), ::testing::EndsWith("|- - - KT")) << "no speed takes it there by now";
     aircraft.groundSpeedKt = 20;
     cdu.Draw();
     EXPECT_EQ(cdu.Data(4), "- - : - -|- - - KT") << "no times while it stands";

@@ -240,6 +240,11 @@ TEST_F(SmithsRoute, DirectToWaitsForExecAndBeginsThere) {
         }
         aircraft.longitude = 0.52;
     }
+    MakeRoute();
+    cdu.Press("DIR_INTC L3");
+    DropModification();  // by another unit
+    cdu.Press("LEGS DEL L3 EXEC");
+    EXPECT_EQ(Active(), "KAAA >ABCDE FLY DISCO STAR(STARA,STARB) APPR(APPRA) KBBB");
 }
 
 TEST_F(SmithsRoute, ANewRouteMayBeginWithADirectLeg) {

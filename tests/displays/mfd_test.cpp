@@ -370,13 +370,14 @@ TEST_F(Mfd, LayersStandAtTheRangeInUse) {
 TEST_F(Mfd, MapModeStaysNorthUpWhereItWasSwitchedOn) {
     WithPanel();
     test::FakeTraffic source;
-    test::SetActivePlan({{"WP0", -5.0 / 60, 0}, {"WPONE", 0, 10.0 / 60}});
+    test::SetActivePlan({{"WP0", -5.0 / 60, 1}, {"WPONE", 0, 1 + 10.0 / 60}});
     planBook.activeIndex = 1;
-    guidance.activeLongitude = 10.0 / 60;
+    guidance.activeLongitude = 1 + 10.0 / 60;
+    aircraft.longitude = 1;
     aircraft.headingMag = aircraft.trueHeading = 90;
     nd.showTraffic = 1;
     PanelKey("MAP");
-    aircraft.longitude = 2.5 / 60;
+    aircraft.longitude = 1 + 2.5 / 60;
     aircraft.latitude = 1.25 / 60;
     source.Tell({{0, 1.25, 5, 0, 1}});  // east of the aircraft
     guidance.blinkCounter = 30;
@@ -389,7 +390,7 @@ TEST_F(Mfd, MapModeStaysNorthUpWhereItWasSwitchedOn) {
     EXPECT_TRUE(HasColourNear(*picture, 2, {kCentre.x + 3.75 * pxPerNm, y}, colour::Cyan));
     EXPECT_NEAR(test::MeanDirection(*picture, kCentre, 100, 104, 2, colour::Cyan, 40), 0, 6)
         << "the heading bug at north";
-    aircraft.longitude = 40.0 / 60;  // off the map
+    aircraft.longitude = 1 + 40.0 / 60;  // off the map
     Draw();
     ExpectShown({"+05"}, false);
     PanelKey("MAP");

@@ -335,7 +335,7 @@ void StandStill() {
     planBook.activeIndex = kNoWaypoint;
     planBook.status = RouteStatus::None;
     planAirports.patternRunwayOffset = kNoPatternRunway;
-    ehsi.bearingPointer1 = BearingSource::Vor;
+    ehsi.bearingPointer1 = BearingSource::Fms;
     trafficSource = TrafficSource{};
     test::FakeSimulator::Get().foreign.clear();
 }

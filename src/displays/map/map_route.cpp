@@ -125,10 +125,8 @@ CanvasPoint AtMapEdge(const MapFrame& frame, const CanvasPoint& place) {
     const TextBox& window = frame.window;
     double part = (frame.circleRadius - kMarginPx) / std::hypot(line.x, line.y);
     const auto keepWithin = [&](double start, double along, double low, double high) {
-        if (along != 0) {
-            const double limit = along > 0 ? high - kMarginPx : low + kMarginPx;
-            part = std::min(part, std::max((limit - start) / along, 0.0));
-        }
+        const double limit = along >= 0 ? high - kMarginPx : low + kMarginPx;
+        part = std::min(part, std::max((limit - start) / along, 0.0));
     };
     keepWithin(from.x, line.x, window.x, window.x + window.width);
     keepWithin(from.y, line.y, window.y, window.y + window.height);
