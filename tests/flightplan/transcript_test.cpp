@@ -1,12 +1,9 @@
-// What is done to plans and what comes of it, as a transcript: transcript.txt holds a command a
-// line, "$ gap 3 | KJFK AAA >BBB KBOS", and below it what it gave when somebody last looked. A new
-// case is a new command there; with AVQ1_RENEW_PICTURES set its result is written below it.
+// What is done to plans and what comes of it (transcript.txt): edits, splices, the walk along a
+// route, what a pilot types for a place.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -17,13 +14,15 @@
 #include "flightplan/hold_pattern.h"
 #include "flightplan/pilot_points.h"
 #include "flightplan/plan_edit.h"
+#include "flightplan/plan_files.h"
 #include "flightplan/plan_notation.h"
 #include "flightplan/procedures.h"
 #include "flightplan/route_entry.h"
 #include "flightplan/route_walk.h"
+#include "flightplan/sim_plan.h"
 #include "navdb/airport_detail.h"
 #include "simlink/aircraft_state.h"
-#include "support/kept_file.h"
+#include "support/transcript.h"
 
 namespace avq1 {
 namespace {
@@ -31,8 +30,7 @@ namespace {
 using test::SetPlan;
 using test::Show;
 using test::Without;
-
-using Words = std::vector<std::string>;
+using test::Words;
 
 double Number(const Words& words, std::size_t i) {
     return i < words.size() ? std::atof(words[i].c_str()) : 0;
@@ -273,6 +271,47 @@ std::string Airway(const Words& words) {
     return text;
 }
 
+// ---- plans as texts ----
+
+std::string SimPlanText(const std::string& text) {
+    const SimPlan plan = ReadSimPlan(text);
+    const ConvertedPlan converted = ConvertSimPlan(text);
+    std::string now = Format("cruise %d left out %zu %d\n", plan.cruisingAltitudeFt,
+                             plan.leftOutAt.size(), converted.leftOut) +
+                      converted.text;
+    for (const SimWaypoint& at : plan.waypoints) {
+        now += Format(" %.8f %.8f '%s' '%s' %g ft %g kt\n", at.exact.latitude, at.exact.longitude,
+                      at.airway.c_str(), at.procedure.c_str(), at.altitude, at.speed);
+    }
+    return now;
+}
+
+template <bool anyFuelKey>
+std::string PlanOfText(const std::string& text) {
+    planBook.cruiseAltitudeFt = 9;  // of the plan before
+    planBook.fuelTotal = planBook.reserveFuel = 9;
+    const std::int32_t dropped = ParsePlanText(text, previewPlan, &planBook, anyFuelKey);
+    std::string now = Format("dropped %d cruise %d fuel %g reserve %g: ", dropped,
+                             planBook.cruiseAltitudeFt, planBook.fuelTotal, planBook.reserveFuel) +
+                      ShownShort(previewPlan) + '\n';
+    if (previewPlan.lastIndex >= 0) {
+        const PlanWaypoint& first = previewPlan.entries[0];
+        now += Format(" %g %g '%s'\n", first.latitude, first.longitude, first.type.c_str());
+    }
+    return now;
+}
+
+struct Reader {
+    const char* name;
+    std::string (*read)(const std::string& text);
+};
+
+const Reader kReaders[] = {
+    {"sim-plan ", SimPlanText},
+    {"plan ", PlanOfText<false>},
+    {"plan-with-any-fuel ", PlanOfText<true>},
+};
+
 struct Question {
     const char* name;
     std::string (*answer)(const Words& words);  // of the preview plan
@@ -284,16 +323,17 @@ const Question kQuestions[] = {
 };
 
 std::string Answer(const std::string& command) {
+    ResetModuleState();
+    for (const Reader& reader : kReaders) {
+        if (command.starts_with(reader.name)) {
+            return reader.read(test::Unescaped(command.substr(std::strlen(reader.name))));
+        }
+    }
     const std::size_t bar = std::min(command.find('|'), command.size());
     const std::string route = Expanded(command.substr(std::min(bar + 1, command.size())));
-    std::istringstream in(command.substr(0, bar));
-    Words words;
-    for (std::string word; in >> word;) {
-        words.push_back(word);
-    }
+    const Words words = test::WordsOf(command.substr(0, bar));
     for (const Question& question : kQuestions) {
         if (question.name == words.at(0)) {
-            ResetModuleState();
             SetPlan(previewPlan, route);
             return question.answer(words) + '\n';
         }
@@ -311,19 +351,7 @@ std::string Answer(const std::string& command) {
 }
 
 TEST(Transcript, ReadsAsItDidWhenLastLookedAt) {
-    const char* const path = AVQ1_SOURCE_DIR "/tests/flightplan/transcript.txt";
-    std::ostringstream kept;
-    kept << std::ifstream(path).rdbuf();
-    std::istringstream in(kept.str());
-    std::string now;
-    for (std::string line; std::getline(in, line);) {
-        if (line.empty() || line.starts_with('#')) {
-            now += line + '\n';
-        } else if (line.starts_with("$ ")) {
-            now += line + '\n' + Answer(line.substr(2));
-        }
-    }
-    test::ExpectAsKept(now, "flightplan/transcript.txt");
+    test::ExpectTranscript("flightplan/transcript.txt", Answer);
 }
 
 }  // namespace
