@@ -152,51 +152,6 @@ TEST_F(NavDatabaseTest, ALineMayHave1699Characters) {
     EXPECT_TRUE(LoadAirportDetail("KBOS", kDepartureSlot));
 }
 
-TEST_F(NavDatabaseTest, CycleTextsComeFromTheirColumns) {
-    const struct {
-        const char *file, *cycle, *validity;
-    } cases[] = {
-        {"ABC N 1 2 VOR 113\n;AIRAC Cycle : 0801 (17-JAN-2008 to 14-FEB-2008)\n;AIRAC 1 2 3 4 5 6",
-         "AIRAC0801", "JAN17FEB14/08"},
-        {"\xEF\xBB\xBF;AIRAC cycle : 2309 (07/SEP/23 to 05/OCT/23\r\n", "AIRAC2309", "SEP07OCT05/"},
-        {";AIRAC a b c d e f", "AIRACc", "f/"},
-        {";AIRAC", "AIRAC", "/"},
-        {";AIRACX a b c d e f\n; AIRAC", "", ""},
-    };
-    for (const auto& c : cases) {
-        DatabaseCycle.clear();
-        DatabaseValidity.clear();
-        WriteNavdata("avq_navs.txt", c.file);
-        ReadDatabaseCycle();
-        EXPECT_EQ(DatabaseCycle, c.cycle) << c.file;
-        EXPECT_EQ(DatabaseValidity, c.validity) << c.file;
-    }
-}
-
-TEST_F(NavDatabaseTest, FindNavaidLooksInItsLetterGroup) {
-    WriteNavdata("avq_navs.txt",
-                 "ABC A 10.9 1 NDB 300\nABC B 10.1 2 VOR 113\nABD C -0.5 3 VOR 114\n"
-                 "BBC D 20.5 4 NDB 301\nBBC E -20.5 5 VOR 115\nZZZ F 0.5 6 VOR 116\n"
-                 "ABC G 50 7 VOR 117\n");
-    LoadNavDatabase();
-    const struct {
-        const char *ident, *kind;
-        double latitude;
-        std::int32_t index;
-    } cases[] = {{"ABC", "", 10.5, 2},     {"ABC", "INT", 10.5, 2}, {"ABC", "VOR", 10.5, 2},
-                 {"ABC", "NDB", 10.99, 1}, {"ABC", "N", 10.0, 1},   {"ABC", "I", 10.5, 0},
-                 {"ABC", "VOR", 11.0, 0},  {"ABD", "V", 0.4, 3},    {"BBC", "", 20.5, 0},
-                 {"BBC", "NDB", 20.5, 4},  {"BBC", "", -20.9, 5},   {"ZZZ", "VOR", 0.0, 6},
-                 {"ABC", "VOR", 50.0, 0},  // outside its letter's first group
-                 {"AB", "", 10.5, 0},      {"CCC", "", 10.5, 0},    {"", "", 10.5, 0}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(FindNavaid(c.ident, c.kind, c.latitude), c.index)
-            << c.ident << ' ' << c.kind << ' ' << c.latitude;
-    }
-    BuildNavaidLetterIndex();
-    EXPECT_EQ(navDatabase.letterGroupCount, 4);
-}
-
 TEST_F(NavDatabaseTest, TheLetterIndexStopsAt74Groups) {
     const auto ident = [](int group) {
         return std::string(1, static_cast<char>('<' + group - 1)) + "A";
@@ -245,17 +200,6 @@ TEST_F(NavDatabaseTest, SearchFindsEqualIdentifiersOfTheAskedCategory) {
     EXPECT_EQ(SearchKinds("SAME", SearchCategory::All).size(), 250U) << "results stop there";
     SearchIdent("SAME", SearchCategory::All, results);
     EXPECT_EQ(NearestResult(results), 1) << "the earlier of equals";
-}
-
-TEST(RunwayToken, MissingSubFieldsAreEmptyOrZero) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"09L_9000_40.1_-73.9_88_x_y_90.5", "09L|9000|40.1|-73.9|88|x|y|90.5|268"},
-        {"27_9000_40.1_-73.9_270", "27|9000|40.1|-73.9|270|||0|90"},
-        {"18_1_2_3_180", "18|1|2|3|180|||0|0"},
-        {"_", "|0|0|0|0|||0|180"}};
-    for (const auto& [token, fields] : rows) {
-        EXPECT_EQ(Text(ParseRunwayToken(token)), fields);
-    }
 }
 
 TEST_F(NavDatabaseTest, AirportDetailFillsItsSlot) {
