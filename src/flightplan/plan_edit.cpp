@@ -100,13 +100,9 @@ PlanWaypoint EntryOf(const BasicPoint<Text>& point) {
 // Turns a reference into the point at the pending bearing and distance from it.
 void ApplyPendingBearing(const FlightPlan& plan, const SearchResults& results,
                          PlanWaypoint& entry) {
-    double latitude = 0;
-    double longitude = 0;
     PointAtDistance(entry.latitude, entry.longitude,
                     results.pendingBearingMag + aircraft.magneticVariation,
-                    results.pendingDistanceNm, latitude, longitude);
-    entry.latitude = latitude;
-    entry.longitude = longitude;
+                    results.pendingDistanceNm, entry.latitude, entry.longitude);
     entry.ident = NextPilotPointName(plan, std::string_view(entry.ident).substr(0, 3));
     entry.type = kPilotPointType;
     entry.frequency.clear();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "base/module_state.h"
 #include "simlink/aircraft_state.h"
@@ -22,9 +23,8 @@ constexpr std::size_t kReceivers = 2;
 
 // The last search of a receiver.
 struct Search {
-    bool done = false;
-    LatLon estimate;
-    std::int32_t navaid = 0;  // 0 = none found
+    std::optional<LatLon> estimate;  // none before the first
+    std::int32_t navaid = 0;         // 0 = none found
 };
 
 std::array<Search, kReceivers> searches;
@@ -88,10 +88,9 @@ ReceivedStation StationReceived(NavReceiver receiver) {
     PointAtDistance(aircraft.latitude, aircraft.longitude, station.bearingTrue,
                     GroundNm(station.distanceNm), estimate.latitude, estimate.longitude);
     Search& last = searches[static_cast<std::size_t>(receiver)];
-    if (!last.done || NmBetween(last.estimate, estimate) > kSameEstimateNm ||
+    if (!last.estimate || NmBetween(*last.estimate, estimate) > kSameEstimateNm ||
         last.navaid > navDatabase.navaids.count) {
-        last = {true, estimate,
-                NearestVor(estimate, kLeastMissNm + kMissPerNm * station.distanceNm)};
+        last = {estimate, NearestVor(estimate, kLeastMissNm + kMissPerNm * station.distanceNm)};
     }
     if (last.navaid == 0) {
         return {};

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-
 #include "base/module_state.h"
 #include "settings/aircraft_performance.h"
 #include "support/temp_sim_folder.h"
@@ -17,49 +15,6 @@ Settings Read(std::string_view text) {
     Settings read;
     ApplySettingsText(text, read);
     return read;
-}
-
-TEST(Settings, NumbersFollowTheRulesOfTheirKeys) {
-    const struct {
-        double (*value)(const Settings&);
-        std::map<double, std::vector<const char*>> rows;  // texts that give the value
-    } keys[] = {{[](const Settings& s) { return 1.0 * s.WptChgDist; },
-                 {{3.0,
-                   {"", "WptChgDist=0.8", "WptChgDist=-2", "WptChgDist=far", "WptChgDist =4.5",
-                    " WptChgDist=4.5", ";WptChgDist=4.5"}},
-                  {4.5,
-                   {"WptChgDist=4.5", "wptchgdist=4.5", "WptChgDist=4.5\nWptChgDist=0.5\n",
-                    "WptChgDist= 4.5", "\xEF\xBB\xBFWptChgDist=4.5\r\n"}},
-                  {1.2, {"WptChgDist=1.2"}},
-                  {5.0, {"WptChgDist=4.5\nWptChgDist=5\n"}}}},
-                {[](const Settings& s) { return 1.0 * s.TcasVertRange; },
-                 {{27, {"TcasVertRange=2700"}},
-                  {10, {"TcasVertRange=1000", "TcasVertRange=1099"}},
-                  {140, {"TcasVertRange=900"}}}},
-                {[](const Settings& s) { return 1.0 * s.VnavSetSpd; },
-                 {{2, {"VnavSetSpd=2"}}, {1, {"VnavSetSpd=0", "VnavSetSpd = 2"}}}},
-                {[](const Settings& s) { return 1.0 * s.SetDestLoadTowerViewDist; },
-                 {{1, {"SetDestLoadTowerViewDist=25"}}, {0, {"SetDestLoadTowerViewDist=-1"}}}},
-                {[](const Settings& s) { return 1.0 * s.LnavOffAtLastWpt; },
-                 {{1, {"LnavOffAtLastWpt=1\nLnavOffAtLastWpt=0"}}}},
-                {[](const Settings& s) { return 1.0 * s.ShowTodBodIndicators; },
-                 {{0, {"ShowTodBodIndicators=0"}}}}};
-    for (const auto& [value, rows] : keys) {
-        for (const auto& [expected, texts] : rows) {
-            for (const char* const text : texts) {
-                EXPECT_DOUBLE_EQ(value(Read(text)), expected) << text;
-            }
-        }
-    }
-}
-
-TEST(Settings, TextsKeepTheirBlanks) {
-    const Settings read = Read(
-        "flightplansfolder=D:\\Flight Plans 2\\\nParkingFile=my*gates.txt\n"
-        "weightunit=kgs\n");
-    EXPECT_EQ(read.FlightPlansFolder, "D:\\Flight Plans 2\\");
-    EXPECT_EQ(read.ParkingFile, "my gates.txt");
-    EXPECT_EQ(read.WeightUnit, "KGS");
 }
 
 TEST(Settings, ALongLineIsReadInPieces) {
