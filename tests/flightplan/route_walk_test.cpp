@@ -8,8 +8,6 @@
 namespace avq1 {
 namespace {
 
-constexpr double kLegNm = 30;  // the notation's entries lie half a degree of latitude apart
-
 struct RouteWalk : testing::Test {
     RouteWalk() { ResetModuleState(); }
 };

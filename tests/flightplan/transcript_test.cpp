@@ -139,6 +139,11 @@ const Edit kEdits[] = {
     {"no-end", [](Plan p, In) { return &p == &modifiedPlan && RemoveRouteDestination(); }},
 };
 
+std::string Names(const PlanProcedures& p) {
+    return p.sid + "." + p.sidTransition + " " + p.star + "." + p.starTransition + " " +
+           p.approach + "." + p.approachTransition;
+}
+
 // The plan after it with all marks, or that it was refused; and what the status became.
 std::string Edited(const Edit& edit, FlightPlan& plan, const char* notMarked, const Words& words,
                    const std::string& route) {
@@ -148,12 +153,15 @@ std::string Edited(const Edit& edit, FlightPlan& plan, const char* notMarked, co
         planBook.editIndex = NextEntryPlace(plan);
     }
     planBook.status = RouteStatus::Active;
+    const PlanProcedures procedures = {"S1", "ST", "09", "T1", "TT", "ILS", "AT", "27"};
+    plan.EditProcedures() = procedures;
     const std::string before = Show(plan, true);
     const bool taken = edit.take(plan, {Index(words, 1), Index(words, 2), words});
     EXPECT_TRUE(taken || Show(plan, true) == before) << route;
     return (taken ? ShownShort(plan) : "refused") +
            (planBook.status == RouteStatus::Active ? "" : ", modified") +
            (test::FlagsMatchHolds(plan) ? "" : ", holds elsewhere than their entries say") +
+           (plan.procedures == procedures ? "" : ", procedures " + Names(plan.procedures)) +
            (messages.count > 0 ? ", said " + messages.lines[1] : "");
 }
 
