@@ -108,6 +108,9 @@ const Word kWords[] = {
     {"at-entry", [](const Numbers& n) { vnav.targetIsEntry = Whole(n.at(0)); }},
     {"target", [](const Numbers& n) { planBook.verticalTargetIndex = Whole(n.at(0)); }},
     {"passed", [](const Numbers&) { vnav.crossingIndex = 0; }},
+    {"crossing",
+     [](const Numbers& n) { vnav.crossingIndex = Whole(n.at(0)), vnav.crossingDistance = 99; }},
+    {"watch", [](const Numbers&) { WatchCrossing(); }},
     {"path",
      [](const Numbers& n) { vnav.descentCruiseAltitude = n.at(0), vnav.descentPathLength = 1; }},
     {"tod", [](const Numbers& n) { vnav.todNm = n.at(0); }},
@@ -144,11 +147,11 @@ std::string State() {
     const std::string outcome = test::Outcome();
     return Format(
                "phase %d cruise %d target %d%s %.0f ft; required %.1f command %d sent %d; toc "
-               "%.2f tod %.2f climb %d to %d",
+               "%.2f tod %.2f climb %d to %d crossing %d",
                static_cast<int>(vnav.Phase()), vnav.cruiseAltitude, planBook.verticalTargetIndex,
                vnav.targets[4] ? "*" : "", vnav.targetAltitude, vnav.requiredFpm,
                Whole(vnav.vsCommand), Whole(vnav.lastVsSent), vnav.tocNm, vnav.todNm,
-               vnav.predictedClimbDistance, planBook.activeIndex) +
+               vnav.predictedClimbDistance, planBook.activeIndex, vnav.crossingIndex) +
            (outcome == "\n" ? "" : '\n' + outcome);
 }
 
