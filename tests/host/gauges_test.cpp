@@ -63,7 +63,8 @@ std::string Opened(Placement& gauge, const PixelBox& box) {
 
 void WriteKeys(const GaugeRow& row, Placement& gauge, std::ostream& out) {
     Begin();
-    EXPECT_EQ(gauge.header().mouseRectangles, row.keys != nullptr ? row.keys->rectangles : nullptr);
+    const MouseRectangle* const rectangles = gauge.header().mouseRectangles;
+    EXPECT_EQ(rectangles, row.keys != nullptr ? row.keys->rectangles : nullptr);
     for (std::size_t i = 0; row.keys != nullptr && i < row.keys->rows.size(); ++i) {
         const KeyArea& key = row.keys->rows[i];
         const MouseRectangle& area = row.keys->rectangles[3 * i];
@@ -132,7 +133,8 @@ TEST(Gauges, AreAndDoWhatTheyDidWhenLastLookedAt) {
     std::ostringstream now;
     for (int i = 0; i < kGaugeCount; ++i) {
         const GaugeRow& row = GaugeTable()[static_cast<std::size_t>(i)];
-        ASSERT_EQ(Linkage.gauges[i]->name, std::string_view(row.name));
+        const std::string_view name = Linkage.gauges[i]->name;  // a copy: its record is packed
+        ASSERT_EQ(name, row.name);
         Placement gauge(row.name, nullptr);
         WriteElements(row, gauge, now);
         WriteKeys(row, gauge, now);
