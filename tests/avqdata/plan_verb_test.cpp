@@ -211,6 +211,53 @@ TEST_F(PlanFiles, WhatARunSaysAndLeavesBehind) {
     }
 }
 
+// A route in place of a file, data to place it, the plan against data.
+TEST_F(PlanFiles, RoutesAndData) {
+    folder.Write("Nav/avq_navs.txt",
+                 ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)\nBBB BEE 51 8 VOR 113.70\n");
+    folder.Write("Nav/avq_apts.txt", "AAAA A 300 50 8\nCCCC C 300 52 8\n");
+    folder.Write("Empty/readme.txt", "nothing");
+    folder.Write("empty.pln", "");
+    const std::string route = "aaaa bbb cccc";  // as somebody types it
+    const struct {
+        std::string file;
+        const char* to;
+        const char* data;
+        const char* check;
+        int status;
+        const char* out;
+        const char* err;
+    } cases[] = {
+        {route, "", "Nav", "", kPlanDone, "AAAA to CCCC (route text)", ""},
+        {route, "a.RTE", "Nav", "", kPlanDone, "3 waypoints as AVQ1 plan", ""},
+        {route, "", "", "", kPlanFailed, "",
+         "word 1, AAAA has no position in the file, and no data"},
+        {"aaaa bbb nnnn cccc", "b.RTE", "Nav", "", kPlanFaulty, "3 waypoints",
+         "route: word 3, NNNN is not in the data: left out"},
+        {route, "", "Empty", "", kPlanFailed, "", "holds none of the navigation files"},
+        {route, "", "Absent", "", kPlanFailed, "", "holds none of the navigation files"},
+        {Path("good.RTE"), "", "", "Nav", kPlanDone,
+         "good.RTE: 0 faults, 0 warnings, checked against cycle 2309", ""},
+        {Path("holed.fms"), "", "", "Nav", kPlanFaulty, "1 faults", "holed.fms:6"},
+        {Path("empty.pln"), "", "", "", kPlanFailed, "", "empty.pln: is empty, no flight plan"},
+        {route, "x.gfp", "Nav", "", kPlanFailed, "", "no format has this extension"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file + " to " + c.to);
+        out.str("");
+        err.str("");
+        PlanRequest request;
+        request.file = c.file;
+        request.to = *c.to != '\0' ? Path(c.to) : "";
+        request.data = *c.data != '\0' ? Path(c.data) : "";
+        request.check = *c.check != '\0' ? Path(c.check) : "";
+        EXPECT_EQ(RunPlan(request, out, err), c.status);
+        EXPECT_THAT(out.str(), SaysOf(c.out));
+        EXPECT_THAT(err.str(), SaysOf(c.err));
+    }
+    EXPECT_THAT(folder.Read("a.RTE"), HasSubstr("VOR 113.70"));
+}
+
 // Today's cycle, unless the plan or the user names one.
 TEST_F(PlanFiles, CycleOfAnFmsPlan) {
     const auto run = [&](const char* from, const char* to, const char* cycle) {

@@ -409,9 +409,8 @@ std::string CheckWritable(const PlanFormat& format, const ExchangePlan& plan) {
         }
     }
     for (const TerminalChoice* choice : {&plan.departure, &plan.arrival}) {
-        for (const std::string* word :
-             {&choice->runway, &choice->procedure, &choice->transition, &choice->approach,
-              &choice->approachTransition}) {
+        for (const std::string* word : {&choice->runway, &choice->procedure, &choice->transition,
+                                        &choice->approach, &choice->approachTransition}) {
             if (word->size() > kLongestWord || !IsWord(*word)) {
                 return "a runway or procedure at the ends is no plain word";
             }

@@ -226,8 +226,9 @@ void ReadSegment(std::string_view key, std::string_view value, GfpReader& reader
 
 // The arrival's airport may stand before its procedures and behind the last fix, or be the last.
 void ReadGfp(const PlanSource& source, ExchangePlan& plan) {
-    std::string_view line = Trim(source.text);
-    line = line.substr(kGfpStart.size(), line.find_first_of("\r\n") - kGfpStart.size());
+    std::string_view line = Trim(source.text);  // what follows the first line counts nothing
+    line = line.substr(0, line.find_first_of("\r\n"));
+    line.remove_prefix(std::min(kGfpStart.size(), line.size()));
     GfpReader reader{source, plan, {}, 0};
     const std::vector<std::string> words = SplitList(line, ':');
     std::string key;
