@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "avqdata/cycle.h"
@@ -31,22 +32,21 @@ void PutAt(const PlanPoint& point, RoutePart& part) {
 // ---- which of several places ----
 
 struct Resolver {
-    const PlanSource& source;
     const PlanData& data;
     std::vector<RoutePart>& parts;
+    std::vector<std::optional<LatLon>> sure;  // the next place from a part on that is beyond doubt
 };
 
-// The next part whose place is beyond doubt; null without one.
-const LatLon* NextSure(const Resolver& resolver, std::size_t from, LatLon& storage) {
-    for (std::size_t i = from; i < resolver.parts.size(); ++i) {
-        const RoutePart& part = resolver.parts[i];
-        const auto named = resolver.data.Named(part.entry.ident);
-        if (part.isPlaced || named.size() == 1) {
-            storage = part.isPlaced ? PlaceOf(part.entry) : named.front().at;
-            return &storage;
-        }
+Resolver MakeResolver(const PlanData& data, std::vector<RoutePart>& parts) {
+    Resolver resolver{data, parts, {}};
+    resolver.sure.resize(parts.size() + 1);
+    for (std::size_t i = parts.size(); i-- > 0;) {
+        const auto named = data.Named(parts[i].entry.ident);
+        resolver.sure[i] = parts[i].isPlaced   ? PlaceOf(parts[i].entry)
+                           : named.size() == 1 ? named.front().at
+                                               : resolver.sure[i + 1];
     }
-    return nullptr;
+    return resolver;
 }
 
 const RoutePart* PreviousPlaced(const Resolver& resolver, std::size_t index) {
@@ -81,12 +81,11 @@ Cost CostOf(const Resolver& resolver, std::size_t index, const PlanPoint& point)
     const std::string_view type =
         part.entry.type.empty() && isEnd ? avq1::kAirportType : std::string_view(part.entry.type);
     cost.misfits += !type.empty() && type != point.type ? 1 : 0;
-    LatLon next;
     if (const RoutePart* const previous = PreviousPlaced(resolver, index)) {
         cost.wayNm += DistanceNm(PlaceOf(previous->entry), point.at);
     }
-    if (NextSure(resolver, index + 1, next) != nullptr) {
-        cost.wayNm += DistanceNm(point.at, next);
+    if (resolver.sure[index + 1]) {
+        cost.wayNm += DistanceNm(point.at, *resolver.sure[index + 1]);
     }
     return cost;
 }
@@ -195,15 +194,18 @@ void FollowAirway(const PlanSource& source, const RoutePart& part, ExchangePlan&
 }  // namespace
 
 void PlaceRoute(const PlanSource& source, std::vector<RoutePart> parts, ExchangePlan& plan) {
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-        RoutePart& part = parts[i];
+    if (source.data != nullptr) {
+        const Resolver resolver = MakeResolver(*source.data, parts);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            if (!parts[i].isPlaced) {
+                parts[i].entry.ident.empty() ? PlaceJunction(resolver, i) : PlacePart(resolver, i);
+            }
+        }
+    }
+    for (RoutePart& part : parts) {
         if (avq1::IsDiscontinuity(part.entry)) {
             plan.entries.push_back(part.entry);
             continue;
-        }
-        if (!part.isPlaced && source.data != nullptr) {
-            const Resolver resolver{source, *source.data, parts};
-            part.entry.ident.empty() ? PlaceJunction(resolver, i) : PlacePart(resolver, i);
         }
         if (!part.isPlaced) {
             LeaveOut(source, part);

@@ -13,7 +13,7 @@ namespace {
 
 using avq1::PlanWaypoint;
 
-constexpr std::size_t kLongestRoute = 16384;
+constexpr std::size_t kLongestRoute = 4096;
 constexpr std::string_view kCapitals = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 constexpr std::string_view kDigits = "0123456789";
 
@@ -206,11 +206,12 @@ bool TakeProcedure(const std::string& word, RouteReader& reader) {
         return false;
     }
     const PlanData* const data = reader.source.data;
+    if (data != nullptr && (!data->Named(word).empty() || !data->AirwayPieces(word).empty())) {
+        return false;
+    }
     const bool isNext = reader.parts.size() == 1 && reader.plan.departure.procedure.empty();
     const bool isBeforeLast = reader.word + 2 == reader.words.size();
-    const bool isShape = data == nullptr || data->Named(word).empty()
-                             ? IsProcedureShape(word) && !IsAirwayShape(word)
-                             : false;
+    const bool isShape = IsProcedureShape(word) && !IsAirwayShape(word);
     const bool departs =
         isNext && (isShape || (data != nullptr &&
                                HasDeparture(*data, reader.parts.front().entry.ident, word)));
@@ -383,6 +384,11 @@ bool WriteRouteText(const PlanFormat&, const ExchangePlan& plan, std::string& te
         text += " " + WordFor(*placed[i]);
     }
     text += RunwayTail(to) + "\n";
+    if (text.size() > kLongestRoute) {
+        error = "is longer than any route that is read";
+        text.clear();
+        return false;
+    }
     return true;
 }
 
