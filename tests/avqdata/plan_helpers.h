@@ -60,8 +60,8 @@ inline std::string ShowChoices(const ExchangePlan& plan) {
            to.procedure + "/" + to.transition + "/" + to.approach + "/" + to.approachTransition;
 }
 
-// North along the meridian of 8 degrees from AAAA to BBBB, a degree a fix. DUP is there twice, PAN
-// a station and a fix. L12 and T9 cross at CROSS.
+// North along the meridian of 8 degrees from AAAA to BBBB, a degree a fix. DUP and TWICE are there
+// twice, ONLYL also beside its airway, PAN is a station and a fix. L12 and T9 cross at CROSS.
 inline PlanData SamplePlanData() {
     FolderTexts texts;
     texts[kNavaidFile] =
@@ -70,7 +70,8 @@ inline PlanData SamplePlanData() {
     texts[kFixFile] =
         "DUP DUP 51.00000 8.00000\nDUP DUP 10.00000 100.00000\nALPHA ALPHA 53.00000 8.00000\n"
         "CROSS CROSS 54.00000 8.00000\nPAN PAN -40.00000 8.00000\nSIDPT SIDPT 50.50000 8.00000\n"
-        "STARP STARP 57.50000 8.00000\n";
+        "STARP STARP 57.50000 8.00000\nONLYL ONLYL 54.50000 8.00000\n"
+        "TWICE TWICE 49.00000 8.00000\nTWICE TWICE 52.50000 8.00000\n";
     texts[kAirportFile] =
         "AAAA A_Airport 300 50.00000 8.00000 23_9000_50.010000_8.010000_230.0_---_---_230.0\n"
         "BBBB B_Airport 500 58.00000 8.00000 07C_9000_58.010000_7.990000_70.0_---_---_70.0\n";

@@ -82,6 +82,29 @@ TEST(PlanRoutes, WordsBecomeAPlan) {
     EXPECT_THAT(blind.Said(), HasSubstr("word 3, MID has no position in the file, and no data"));
 }
 
+TEST(PlanRoutes, OfSeveralPlacesTheOneOnTheWay) {
+    const struct {
+        const char* text;
+        std::size_t entry;
+        avq1::LatLon at;
+        const char* why;
+    } cases[] = {
+        {"AAAA ONLYL BBBB", 1, {54.5, 8}, "the shorter way"},
+        {"MID L12 ONLYL BBBB", 3, {54.5, 8.5}, "on the airway that leads there"},
+        {"AAAA ONLYL L12 MID BBBB", 1, {54.5, 8.5}, "on the airway that leads on"},
+        {"AAAA TWICE BBBB", 1, {52.5, 8}, "ahead, though farther from the point before"},
+        {"TWICE AAAA", 0, {49, 8}, "the first one by what follows"},
+        {"AAAA DUP", 1, {51, 8}, "the last one by what is before"},
+    };
+    const PlanData data = SamplePlanData();
+    for (const auto& c : cases) {
+        const PlanReading read(c.text, &data);
+        ASSERT_GT(read.plan.entries.size(), c.entry) << c.why;
+        EXPECT_EQ(read.plan.entries[c.entry].latitude, c.at.latitude) << c.why;
+        EXPECT_EQ(read.plan.entries[c.entry].longitude, c.at.longitude) << c.why;
+    }
+}
+
 TEST(PlanRoutes, PositionsAsRoutesWriteThem) {
     const struct {
         const char* word;
