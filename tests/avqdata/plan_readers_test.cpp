@@ -92,6 +92,7 @@ TEST(PlanRoutes, OfSeveralPlacesTheOneOnTheWay) {
         {"AAAA ONLYL BBBB", 1, {54.5, 8}, "the shorter way"},
         {"MID L12 ONLYL BBBB", 3, {54.5, 8.5}, "on the airway that leads there"},
         {"AAAA ONLYL L12 MID BBBB", 1, {54.5, 8.5}, "on the airway that leads on"},
+        {"AAAA ONLYL L12 MID BBBB", 2, {54, 8}, "the first fix on the way back along it"},
         {"AAAA TWICE BBBB", 1, {52.5, 8}, "ahead, though farther from the point before"},
         {"TWICE AAAA", 0, {49, 8}, "the first one by what follows"},
         {"AAAA DUP", 1, {51, 8}, "the last one by what is before"},
@@ -305,6 +306,9 @@ TEST(PlanReaders, PlansOfOtherPrograms) {
          "0 0 0: AAAA/APT/// " + sid +
              "ALPHA/INT//L12/ CROSS/INT//L12/ OWN/INT/// STARP/INT//I07CZ/APPR " + approach,
          "RW23/SIDP1A/MID RW07C///I07CZ/STARP", ""},
+        {"gfp", "FPN/RI:DA:AAAA:AA:BBBB:F:MID.L12.CROSS", true,
+         "0 0 0: AAAA/APT/// MID/VOR/113.70// ALPHA/INT//L12/ CROSS/INT//L12/ BBBB/APT///",
+         "// ////", ""},
         {"gfp", "FPN/RI:F:AAAA:F:N51000E008000:F:NIL:F:BBBB", true,
          "0 0 0: AAAA/APT/// N51000E008000/WPT/// BBBB/APT///", "// ////",
          "plan: part 3, NIL is not in the data"},
