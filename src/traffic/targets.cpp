@@ -48,7 +48,6 @@ void DrawOneTarget(Surface& surface, const TrafficView& view, TrafficLayout layo
                      : target.trendCode == 'v' ? kDescending
                                                : 0;
     symbol.style = threat.style;
-    symbol.rangeNm = view.rangeNm;
     int x = 0;
     int y = 0;
     PolarToScreen(view.upTrue.value_or(ShownAircraft().trueHeading), target.bearingTrue,

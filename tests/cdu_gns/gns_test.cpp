@@ -16,6 +16,7 @@
 #include "flightplan/plan_edit.h"
 #include "flightplan/plan_notation.h"
 #include "guidance/activation.h"
+#include "guidance/holds.h"
 #include "guidance/vnav.h"
 #include "settings/settings.h"
 #include "simlink/keyboard.h"
@@ -229,6 +230,23 @@ TEST_F(GnsTest, TheHoldPageFollowsItsWaypoint) {
     InsertBetween(activePlan, 2, activePlan.entries[1]);
     EXPECT_THAT(unit.After("L9"), Contains("AT LONGER"));
     EXPECT_EQ(holdList.holds[1].corners[0].name, "Fix");
+}
+
+TEST_F(GnsTest, TheTimeToAFlownHoldsFixGoesAroundThePattern) {
+    MakePlan();
+    SetActiveWaypoint(1);
+    HoldAt(activePlan, 1, NewHold());
+    LayOutHold(holdList.holds[1], activePlan.entries[1]);
+    holdFlight.holdActive = 1;
+    holdFlight.holdTargetCorner = 4;
+    const HoldCorner& last = holdList.holds[1].corners[4];
+    aircraft.latitude = last.latitude - 2.0 / 60;
+    aircraft.longitude = last.longitude;
+    aircraft.groundSpeedKt = 120;  // a minute to the corner, and from there to the fix
+    const double onwardNm = GreatCircleDistanceNm(last.latitude, last.longitude, 0, 1);
+    EXPECT_THAT(
+        unit.After("NAV"),
+        Contains(HasSubstr(Format("HOLDING %s", HoursMinutesText(0, 60 + 30 * onwardNm).c_str()))));
 }
 
 // ---- navigation, vertical, fuel ----

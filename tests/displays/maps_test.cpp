@@ -5,6 +5,7 @@
 #include <cmath>
 #include <string>
 #include <tuple>
+#include <utility>
 
 #include "displays/ehsi/ehsi.h"
 #include "displays/map/boundaries.h"
@@ -273,6 +274,9 @@ TEST_F(Maps, NearbyListsAreMadeAnewOnlyFarAway) {
     aircraft.latitude = 40;
     AddStation("FAR", 40 * 60 + 5, 0);
     ExpectDrawn(5, {"FAR"}, {"VVV"});
+    const PointTable before600 = std::exchange(navDatabase.navaids, {});  // and a reload
+    AddStation("NEW", 40 * 60 + 5, 0);
+    ExpectDrawn(5, {"NEW"}, {"FAR"});
 }
 
 // ---- airspace ----

@@ -88,7 +88,6 @@ void ThinSeen(const MapFrame& frame) {
 template <class StyleOf>
 void DrawSymbolsWhere(const MapFrame& frame, bool inside, SymbolCode code, StyleOf styleOf) {
     Symbol symbol{code};
-    symbol.rangeNm = frame.rangeNm;
     for (const SeenPoint& point : seen) {
         if (InsideMap(frame, PlaceOf(point, kSymbolReach)) == inside) {
             symbol.style = styleOf(*point.record);

@@ -47,7 +47,6 @@ void DrawWaypoint(const MapFrame& frame, const FlightPlan& plan, std::int32_t in
     }
     Symbol star{SymbolCode::PlanWaypoint};
     star.style = active ? SymbolStyle::Magenta : SymbolStyle::White;
-    star.rangeNm = frame.rangeNm;
     DrawSymbol(frame.surface, at.x, at.y, star);
     AddRouteName(frame, entry, at, entry.ident, active ? colour::Magenta : colour::White);
 }

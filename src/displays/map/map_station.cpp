@@ -68,7 +68,6 @@ void DrawReceivedStation(const MapFrame& frame, const MapCompass& rose,
     });
     Symbol symbol{SymbolCode::Station};
     symbol.style = SymbolStyle::Green;
-    symbol.rangeNm = frame.rangeNm;
     DrawSymbol(frame.surface, at.x, at.y, symbol);
     if (station != nullptr && NearMap(frame, at) &&
         !StandsOnMap(frame, station->ident, station->latitude, station->longitude)) {
