@@ -16,6 +16,7 @@
 #include "guidance/progress.h"
 #include "guidance/vnav.h"
 #include "navdb/nav_database.h"
+#include "settings/aircraft_performance.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
@@ -24,7 +25,10 @@ namespace avq1::test {
 
 class GnsTest : public ::testing::Test {
   protected:
-    GnsTest() {
+    GnsTest() { BeginAnew(); }
+
+    // Nothing known but where the aircraft is, on the equator, and that it moves.
+    void BeginAnew() {
         ResetModuleState();
         SimFolder = folder.root().string();
         avionicsPower = 1;
@@ -33,6 +37,33 @@ class GnsTest : public ::testing::Test {
         aircraft.groundSpeedKt = 240;
         aircraft.headingMag = 90;
         aircraft.zuluHour = 12;
+    }
+
+    // A climb with wind, weights and fuel on board.
+    void Climb() {
+        aircraft.altitudeFt = 4300;
+        aircraft.verticalSpeedFpm = 1200;
+        aircraft.indicatedAirspeedKt = 230;
+        aircraft.windSpeedKt = 25;
+        aircraft.windDirection = 40;
+        aircraft.magneticVariation = 3;
+        aircraft.trueHeading = 93;
+        aircraft.simRateRaw = 256;
+        aircraft.clockHour = aircraft.zuluHour = 12;
+        aircraft.zuluMinute = 34;
+        simulator.variables[306] = 6.7;
+        simulator.variables[291] = simulator.variables[297] = 8388608;
+        simulator.variables[292] = simulator.variables[298] = 1000;
+        simulator.variables[638] = 2000;
+        simulator.variables[657] = 2200;
+        performance.climbRate = 2000;
+    }
+
+    // Stores a plan from KAAA over NEWPT to KBBB.
+    void StorePlan(const std::string& name) const {
+        folder.Write("avq/flightplans/" + name + ".RTE",
+                     "CruiseAlt=31000\n[FlightPlan]\nKAAA  0.0  0.0  APT  ---\n"
+                     "NEWPT  0.5  2.5  INT  ---\nKBBB  0.0  7.0  APT  ---\n");
     }
 
     // Eight entries along the equator, one degree (60 nm) apart; the aircraft is half way to

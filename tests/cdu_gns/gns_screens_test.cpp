@@ -9,7 +9,6 @@
 #include "flightplan/plan_notation.h"
 #include "guidance/progress.h"
 #include "guidance/vnav.h"
-#include "settings/aircraft_performance.h"
 #include "settings/settings.h"
 #include "support/fake_data_service.h"
 #include "support/kept_file.h"
@@ -121,40 +120,18 @@ constexpr Flow kFlows[] = {
 
 class GnsScreens : public GnsTest {
   protected:
-    // A climb with wind, weights and fuel on board.
+    // A climb with all weights known.
     void Begin(const Flow& flow) {
-        ResetModuleState();
-        SimFolder = folder.root().string();
+        BeginAnew();
         MakeDatabase();
-        avionicsPower = 1;
-        aircraft.longitude = 0.52;
-        aircraft.groundSpeedKt = 240;
-        aircraft.headingMag = 90;
-        folder.Write("avq/flightplans/STORED.RTE",
-                     "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                     "KBBB  0.0  7.0  APT  ---\n");
+        StorePlan("STORED");
         settings.WeightUnit = flow.weightUnit;
         aircraft.radioAltitudeFt = 4000;
-        aircraft.altitudeFt = 4300;
-        aircraft.verticalSpeedFpm = 1200;
-        aircraft.indicatedAirspeedKt = 230;
-        aircraft.windSpeedKt = 25;
-        aircraft.windDirection = 40;
-        aircraft.magneticVariation = 3;
-        aircraft.trueHeading = 93;
-        aircraft.simRateRaw = 256;
-        aircraft.clockHour = aircraft.zuluHour = 12;
-        aircraft.zuluMinute = 34;
-        simulator.variables[306] = 6.7;
-        simulator.variables[291] = simulator.variables[297] = 8388608;
-        simulator.variables[292] = simulator.variables[298] = 1000;
-        simulator.variables[638] = 2000;
-        simulator.variables[657] = 2200;
+        Climb();
         service.Set<std::int32_t>(0x3BFC, 90000 * 256);  // zero fuel weight
         service.Set<std::int32_t>(0x13FC, 1);
         service.Set<double>(0x1400, 5000);  // payload
         RefreshAircraftWeights();
-        performance.climbRate = 2000;
         changes_ = {};
         gns.listWanted = flow.fromTheList;
         if (flow.withPlan) {

@@ -41,9 +41,7 @@ class GnsTypist : public GnsTest {
 TEST_F(GnsTypist, NoKeysInAnyOrderSpoilAPlan) {
     MakeDatabase();
     MakePlan();
-    folder.Write("avq/flightplans/ONE.RTE",
-                 "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                 "KBBB  0.0  7.0  APT  ---\n");
+    StorePlan("ONE");
     gns.listWanted = true;
     // AVQ1_TYPIST_KEYS asks for more than an everyday run has time for.
     const char* const asked = std::getenv("AVQ1_TYPIST_KEYS");

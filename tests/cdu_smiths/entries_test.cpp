@@ -218,9 +218,7 @@ class SmithsEntries : public SmithsTest {
         MakeDatabase();
         folder.Write("avq/Navdata/avq_ints.txt",
                      "NEWPT NEWPT 0.5 2.5\nLATER LATER 0.5 3.5\nFLY FLY 0.0 2.0\n");
-        folder.Write("avq/flightplans/CO1.RTE",
-                     "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                     "KBBB  0.0  7.0  APT  ---\n");
+        StorePlan("CO1");
     }
 
     static const SmithsView& ViewCalled(const std::string& name) {
@@ -229,27 +227,11 @@ class SmithsEntries : public SmithsTest {
 
     // A climb from KSID to KBBB with a hold ahead, or what is left of it.
     void Begin(const SmithsView& view, Lack lack = Lack::Nothing) {
-        ResetModuleState();
-        SimFolder = folder.root().string();
-        avionicsPower = 1;
-        aircraft.latitude = 0;
-        aircraft.longitude = 0.52;
-        aircraft.groundSpeedKt = 240;
-        aircraft.zuluHour = 12;
+        BeginAnew();
         LoadNavDatabase();
         ListStoredPlans();
-        performance.climbIas = 280;
-        performance.climbIasMin = 230;
-        performance.climbIasMax = 310;
-        performance.cruiseIas = 280;
-        performance.cruiseIasMax = 310;
-        performance.descentIas = 270;
-        performance.descentIasMin = 220;
-        performance.descentIasMax = 300;
-        performance.takeoffFlaps = 5;
+        SetJet();
         settings.ArmPauseAtTod = 1;
-        DeriveMachLimits(performance);
-        DeriveSpeeds(performance);
         if (lack != Lack::Route) {
             MakeRoute();
             activePlan.Edit(0).ident = planBook.originIdent = "KSID";

@@ -109,6 +109,21 @@ class SmithsTest : public GnsTest {
         cdu.Draw();
     }
 
+    // Speeds of a jet and their limits.
+    static void SetJet() {
+        performance.climbIas = 280;
+        performance.climbIasMin = 230;
+        performance.climbIasMax = 310;
+        performance.cruiseIas = 280;
+        performance.cruiseIasMax = 310;
+        performance.descentIas = 270;
+        performance.descentIasMin = 220;
+        performance.descentIasMax = 300;
+        performance.takeoffFlaps = 5;
+        DeriveMachLimits(performance);
+        DeriveSpeeds(performance);
+    }
+
     // The plan of MakePlan as an active route.
     void MakeRoute() {
         MakePlan();

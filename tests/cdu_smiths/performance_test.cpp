@@ -31,25 +31,9 @@ class SmithsPerformance : public SmithsTest {
         SetJet();
     }
 
-    static void SetJet() {
-        performance.climbIas = 280;
-        performance.climbIasMin = 230;
-        performance.climbIasMax = 310;
-        performance.cruiseIas = 280;
-        performance.cruiseIasMax = 310;
-        performance.descentIas = 270;
-        performance.descentIasMin = 220;
-        performance.descentIasMax = 300;
-        performance.takeoffFlaps = 5;
-        DeriveMachLimits(performance);
-        DeriveSpeeds(performance);
-    }
-
     // As it is in the morning.
     void BeginAnew() {
-        ResetModuleState();
-        SimFolder = folder.root().string();
-        avionicsPower = 1;
+        SmithsTest::BeginAnew();
         InstallSmiths();
         SetJet();
     }

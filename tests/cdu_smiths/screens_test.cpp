@@ -91,43 +91,22 @@ constexpr Flow kFlows[] = {
 
 class SmithsScreens : public SmithsTest {
   protected:
-    // A climb with wind, weights and fuel on board, and two stations received.
+    // A climb with two stations received.
     void Begin(const Flow& flow) {
-        ResetModuleState();
-        SimFolder = folder.root().string();
+        BeginAnew();
         MakeDatabase();
-        avionicsPower = 1;
-        aircraft.latitude = 0;
-        aircraft.longitude = 0.52;
-        aircraft.groundSpeedKt = 240;
+        Climb();
         aircraft.headingMag = 87;
-        aircraft.altitudeFt = 4300;
-        aircraft.verticalSpeedFpm = 1200;
-        aircraft.indicatedAirspeedKt = 230;
-        aircraft.windSpeedKt = 25;
-        aircraft.windDirection = 40;
-        aircraft.magneticVariation = 3;
         aircraft.trueHeading = 90;
-        aircraft.simRateRaw = 256;
-        aircraft.clockHour = aircraft.zuluHour = 12;
-        aircraft.zuluMinute = 34;
         aircraft.value800 = 4;
         aircraft.nav1DmeNm = 28.8;
         aircraft.nav2DmeNm = 107.3;
         aircraft.nav2RelativeBearing = -33.8;
         simulator.variables[49] = simulator.variables[58] = 1;
-        simulator.variables[306] = 6.7;
-        simulator.variables[291] = simulator.variables[297] = 8388608;
-        simulator.variables[292] = simulator.variables[298] = 1000;
-        simulator.variables[638] = 2000;
-        simulator.variables[657] = 2200;
-        performance.climbRate = 2000;
         performance.holdIas = 210;
         AppendMessage("Nav data loaded");
         for (const char* name : {"A1", "B2", "C3", "D4", "E5", "F6"}) {
-            folder.Write(std::string("avq/flightplans/") + name + ".RTE",
-                         "CruiseAlt=31000\n[FlightPlan]\nKAAA  0.0  0.0  APT  ---\n"
-                         "NEWPT  0.5  2.5  INT  ---\nKBBB  0.0  7.0  APT  ---\n");
+            StorePlan(name);
         }
         folder.Write("avq/flightplans/LONGNAMEOFPLAN.RTE", "[FlightPlan]\n");
         InstallSmiths();

@@ -117,9 +117,7 @@ class SmithsTypist : public SmithsTest {
 TEST_F(SmithsTypist, NoKeysInAnyOrderSpoilAPlan) {
     MakeDatabase();
     MakeRoute();
-    folder.Write("avq/flightplans/ONE.RTE",
-                 "[FlightPlan]\nKAAA  0.0  0.0  APT  ---\nNEWPT  0.5  2.5  INT  ---\n"
-                 "KBBB  0.0  7.0  APT  ---\n");
+    StorePlan("ONE");
     // AVQ1_TYPIST_KEYS asks for more than an everyday run has time for.
     const char* const asked = std::getenv("AVQ1_TYPIST_KEYS");
     const int keys = asked != nullptr ? std::atoi(asked) : 3000;
