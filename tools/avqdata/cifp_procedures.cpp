@@ -159,7 +159,6 @@ void AppendArc(Builder& builder, const ProcedureRecord& procedure, const Procedu
         along.at = point.at;
         along.missed = leg.missed;
         legs.push_back(std::move(along));
-        builder.data.fixes.push_back(point);
     }
     builder.report.Add(Topic::Changed, "arcs, followed from point to point", std::move(text));
 }
@@ -612,6 +611,8 @@ void BuildProcedures(const CifpBook& book, Report& report, Dataset& data) {
         }
     }
     BuildApproaches(builder);
+    const std::vector<Fix>& points = builder.arcNames.Points();
+    data.fixes.insert(data.fixes.end(), points.begin(), points.end());
 }
 
 }  // namespace avqdata

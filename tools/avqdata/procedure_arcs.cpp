@@ -70,6 +70,9 @@ std::string ArcPointNames::NameOf(const std::string& airport, const std::string&
             continue;
         }
         const auto [have, isNew] = places.try_emplace(name, place);
+        if (isNew) {
+            points_.push_back({name, place});
+        }
         if (isNew || (have->second.latitude == place.latitude &&
                       have->second.longitude == place.longitude)) {
             return name;

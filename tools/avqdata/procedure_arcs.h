@@ -22,10 +22,12 @@ class ArcPointNames {
   public:
     explicit ArcPointNames(const CifpBook& book) : book_(book) {}
     std::string NameOf(const std::string& airport, const std::string& end, const LatLon& at);
+    const std::vector<Fix>& Points() const { return points_; }  // each once
 
   private:
     const CifpBook& book_;
     std::map<std::string, std::map<std::string, LatLon>> places_;  // of airports, by name
+    std::vector<Fix> points_;
 };
 
 // What stands between `begin`, where the route has come to, and the leg's fix. An arc about a
