@@ -464,6 +464,7 @@ TEST(Airspace, ShelvesBecomeTheOutlineAroundAll) {
         {"across the date line", {Square(0, 0, 10, 179.95), Square(10, 0, 10, 179.95)}, {200}, 6},
         {"a shelf that is a line", {Square(0, 0, 10), Square(10, 5, 0.01)}, {100}},
         {"nothing", {{}, {}}, {}},
+        {"too many points", {Ring(kMostUnionPoints, {50, 8}), Square(0, 0, 10)}, {}},
         {"a line alone", {{{50, 8}, {50, 9}, {50, 8}}}, {}},
     };
     for (const auto& c : cases) {

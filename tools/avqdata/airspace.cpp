@@ -120,7 +120,11 @@ std::vector<AirspaceOutline> JoinShelves(std::vector<AirspaceOutline>&& outlines
         }
         std::vector<Ring> rings = group.size() > 1 ? OuterRings(shelves) : std::vector<Ring>{};
         if (rings.empty()) {
-            rings = std::move(shelves);  // one alone, or nothing that could be joined
+            if (group.size() > 1) {
+                report.Add(Topic::Warning, "airspaces whose shelves could not be joined",
+                           outline.airspaceClass + " " + outline.ident);
+            }
+            rings = std::move(shelves);
         }
         report.AddCount(Topic::Changed, "shelves of airspaces, in one outline with others",
                         group.size() - std::min(group.size(), rings.size()));

@@ -93,8 +93,8 @@ std::vector<Edge> CollectEdges(const std::vector<Ring>& outlines, Grid& grid) {
     return {edges.begin(), edges.end()};
 }
 
-// Gives the places where edges cross a cell of their own.
-void AddCrossings(const std::vector<Edge>& edges, Grid& grid) {
+// Gives the places where edges cross a cell of their own. False when there are too many.
+bool AddCrossings(const std::vector<Edge>& edges, Grid& grid) {
     for (std::size_t i = 0; i < edges.size(); ++i) {
         const auto& [a, b] = edges[i];
         for (std::size_t j = i + 1; j < edges.size() && edges[j].first.x <= b.x; ++j) {
@@ -115,7 +115,11 @@ void AddCrossings(const std::vector<Edge>& edges, Grid& grid) {
                 grid.Add(Cell{along(c.x, d.x), along(c.y, d.y)});
             }
         }
+        if (grid.places.size() > 2 * kMostUnionPoints) {
+            return false;
+        }
     }
+    return true;
 }
 
 // Every edge by way of all the cells that it touches: where two had touched, they now share a cell.
@@ -280,7 +284,9 @@ std::vector<Ring> OuterRings(const std::vector<Ring>& outlines) {
     }
     Grid grid(solid);
     const std::vector<Edge> edges = CollectEdges(solid, grid);
-    AddCrossings(edges, grid);
+    if (!AddCrossings(edges, grid)) {
+        return {};
+    }
     Graph graph = Link(edges, grid);
     DropLooseEnds(graph);
 

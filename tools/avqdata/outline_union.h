@@ -18,8 +18,9 @@ inline constexpr double kGridNm = 0.05;
 inline constexpr double kMouthNm = 2 * kGridNm;
 
 // One closed ring for each part that touches no other, from west to east; what lies inside a ring
-// is left out. None when the outlines enclose nothing, or have more than kMostUnionPoints points.
-inline constexpr std::size_t kMostUnionPoints = 20000;
+// is left out. None when the outlines enclose nothing, or when there are more points and crossings
+// than a file that means well has: the time goes with their square.
+inline constexpr std::size_t kMostUnionPoints = 10000;
 std::vector<Ring> OuterRings(const std::vector<Ring>& outlines);
 
 }  // namespace avqdata
