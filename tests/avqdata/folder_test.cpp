@@ -35,7 +35,7 @@ Dataset SmallWorld() {
                      {"QX", "QUIX", {50.5, 8}, false, "365"},
                      {"ABC", "ABECE", {51, 8}, true, "110.00"}};
     data.fixes = {{"BBBBB", {50, 9}}, {"AAAAA", {50, 8.5}}};
-    data.airports = {{"QAAA", "Quax", 361, {50.01, 8.01}, {End("09", 8000, {50, 8})}, true}};
+    data.airports = {{"QAAA", "Quax", 361, {50.01, 8.01}, {End("09", 8000, {50, 8})}, true, true}};
     data.airways = {{"Q1", {{"QVR", {50, 8}}, {"AAAAA", {50, 8.5}}, {"BBBBB", {50, 9}}}},
                     {"Q1", {{"FARAA", {-40, 8}}, {"FARBB", {-40, 9}}}}};
     data.boundaries = {{"CLASS_C_QAA", "QAA", {{50, 8}, {50.1, 8}, {50, 8.1}, {50, 8}}}};
@@ -104,6 +104,9 @@ TEST(Merge, LaterSourcesReplaceByRule) {
     import.Add(later, Coverage::Whole);
     EXPECT_EQ(LineOf(import.Texts()[kAirportFile], "QAAA"),
               "QAAA Longer 400 50.02000 8.02000 27_8000_50.000000_8.050000_270.0_---_---_270.0");
+    // That airlines serve QAAA is known on, from run to run.
+    EXPECT_EQ(import.Texts()[kScheduledFile], "QAAA\n");
+    EXPECT_EQ(FormatFolder(ParseFolder(import.Texts(), import.report))[kScheduledFile], "QAAA\n");
 }
 
 // Airways as texts: points a tenth of a degree apart by their letter, pieces divided by ";".

@@ -25,12 +25,13 @@ enum FileRole : std::size_t {
     kApproachFile,
     kBoundaryFile,
     kLocalizerFile,
+    kScheduledFile,  // airports with airlines, one a line: of use to a later import only
     kFileRoles
 };
 
 inline constexpr std::array<const char*, kFileRoles> kFileNames{
     "avq_navs.txt",  "avq_ints.txt", "fsb_awy2.txt", "avq_apts.txt", "avq_sids.txt",
-    "avq_stars.txt", "avq_apps.txt", "atc_bdry.txt", "ils.txt"};
+    "avq_stars.txt", "avq_apps.txt", "atc_bdry.txt", "ils.txt",      "scheduled.txt"};
 
 // Of a degree, in the files.
 inline constexpr int kPointDecimals = 5;      // about a metre

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <system_error>
 
 #include "avqdata/cycle.h"
@@ -196,6 +197,17 @@ void ParseLocalizers(const FolderTexts& texts, Report& report, Dataset& data) {
     });
 }
 
+void ParseScheduled(const FolderTexts& texts, Report& report, Dataset& data) {
+    std::set<std::string, std::less<>> scheduled;
+    ReadRows(texts, kScheduledFile, true, report, [&](const Row& words) {
+        scheduled.emplace(words[0]);
+        return true;
+    });
+    for (Airport& airport : data.airports) {
+        airport.isScheduled = scheduled.contains(airport.ident);
+    }
+}
+
 }  // namespace
 
 bool ReadFolder(const std::string& folder, FolderTexts& texts, std::string& error) {
@@ -220,6 +232,7 @@ Dataset ParseFolder(const FolderTexts& texts, Report& report) {
     ParseProcedures(texts[kApproachFile], data.procedures[kApproaches]);
     ParseBoundaries(texts, report, data);
     ParseLocalizers(texts, report, data);
+    ParseScheduled(texts, report, data);
     return data;
 }
 

@@ -117,6 +117,14 @@ std::string LocalizerText(const Dataset& data) {
     return text;
 }
 
+std::string ScheduledText(const Dataset& data) {
+    std::string text;
+    for (const Airport& airport : data.airports) {
+        text += airport.isScheduled ? airport.ident + "\n" : "";
+    }
+    return text;
+}
+
 // One file on its way into the folder.
 struct StagedFile {
     std::string staged;
@@ -143,6 +151,7 @@ FolderTexts FormatFolder(const Dataset& data) {
     texts[kApproachFile] = ProcedureText(data.procedures[kApproaches]);
     texts[kBoundaryFile] = BoundaryText(data);
     texts[kLocalizerFile] = LocalizerText(data);
+    texts[kScheduledFile] = ScheduledText(data);
     return texts;
 }
 

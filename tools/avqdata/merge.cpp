@@ -99,6 +99,7 @@ void MergeAirports(std::vector<Airport>&& incoming, Coverage coverage, std::vect
             continue;
         }
         Airport& have = target[found->second];
+        airport.isScheduled = airport.isScheduled || have.isScheduled;
         if (found->second >= known) {
             report.Add(Topic::Dropped, "airports listed twice", airport.ident);
             continue;
@@ -107,6 +108,7 @@ void MergeAirports(std::vector<Airport>&& incoming, Coverage coverage, std::vect
         if (coverage == Coverage::Partial) {
             MergeRunways(airport.runways, have.runways);
             have.paved = have.paved || airport.paved;
+            have.isScheduled = airport.isScheduled;
             continue;
         }
         if (airport.runways.empty()) {
