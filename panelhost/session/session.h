@@ -196,6 +196,8 @@ struct SessionStatus {
     RadioStatus nav1;
     RadioStatus nav2;
     RadioStatus adf;                         // frequencyMhz holds kHz / 1000
+    std::string dataCycle;                   // "2309, 07-SEP-2023 to 05-OCT-2023"; empty: not known
+    bool dataIsOver = false;                 // by the world's date
     std::vector<NamedVariable> variables;    // in the order the module registered them
     std::vector<KeyEventRecord> lastEvents;  // oldest first, at most kKeptEvents
 };

@@ -67,6 +67,11 @@ SessionStatus Session::Status() const {
     status.nav1 = StatusOf(host.world, host.world.nav1, 100);
     status.nav2 = StatusOf(host.world, host.world.nav2, 100);
     status.adf = StatusOf(host.world, host.world.adf, 1000);
+    const DataCycle& cycle = host.ground.cycle;
+    if (!cycle.number.empty()) {
+        status.dataCycle = cycle.number + ", " + cycle.begin + " to " + cycle.end;
+        status.dataIsOver = IsOver(cycle, host.world);
+    }
     for (const RegisteredVariable& variable : host.variables) {
         status.variables.push_back(ReadNamed(variable));
     }

@@ -147,6 +147,8 @@ std::string StatusMessage(const SessionStatus& status) {
                   {"windSpeed", Tenths(status.windSpeedKt)},
                   {"fuel", Tenths(status.fuelLb)},
                   {"fuelFlow", Tenths(status.fuelFlowPph)},
+                  {"navData", status.dataCycle},
+                  {"navDataIsOver", status.dataIsOver},
                   {"autopilot", AutopilotJson(status.autopilot)},
                   {"nav1", RadioJson(status.nav1)},
                   {"nav2", RadioJson(status.nav2)},

@@ -1,10 +1,12 @@
 #include "panelhost/world/radios.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <optional>
 
 #include "panelhost/base/text.h"
+#include "panelhost/world/variables.h"
 
 namespace panelhost {
 namespace {
@@ -176,10 +178,45 @@ void TuneNav(const Ground& ground, double (*variation)(const World&, const GeoPo
     }
 }
 
+DataCycle CycleOfLine(std::string_view line) {
+    const std::vector<std::string_view> words = Words(line);
+    if (words.size() < 7 || words[4].size() < 2) {
+        return {};
+    }
+    return {std::string(words[3]), std::string(words[4].substr(1)),
+            std::string(words[6].substr(0, words[6].find(')')))};
+}
+
 }  // namespace
+
+bool IsOver(const DataCycle& cycle, const World& world) {
+    namespace chrono = std::chrono;
+    constexpr int kUtcDayOfYear = 8;
+    constexpr int kUtcYear = 9;
+    constexpr std::string_view kMonths = "JANFEBMARAPRMAYJUNJULAUGSEPOCTNOVDEC";
+    const std::vector<std::string_view> parts = SplitOn(cycle.end, '-');
+    const std::size_t month =
+        parts.size() == 3 && parts[1].size() == 3 ? kMonths.find(parts[1]) : std::string_view::npos;
+    if (month == std::string_view::npos || month % 3 != 0) {
+        return false;
+    }
+    const auto number = [](std::string_view text) {
+        return static_cast<int>(std::clamp<std::int64_t>(ToInteger(text).value_or(0), 0, 9999));
+    };
+    const chrono::year_month_day end{chrono::year(number(parts[2])),
+                                     chrono::month(static_cast<unsigned>(month / 3 + 1)),
+                                     chrono::day(static_cast<unsigned>(number(parts[0])))};
+    const chrono::sys_days newYear{
+        chrono::year(static_cast<int>(ReadVariable(world, kUtcYear).value_or(0))) / 1 / 1};
+    const int dayOfYear = static_cast<int>(ReadVariable(world, kUtcDayOfYear).value_or(0));
+    return end.ok() && newYear + chrono::days(dayOfYear - 1) > chrono::sys_days(end);
+}
 
 void ParseStations(std::string_view text, Ground& ground) {
     for (const std::string_view line : Lines(text)) {
+        if (line.starts_with(";AIRAC") && ground.cycle.number.empty()) {
+            ground.cycle = CycleOfLine(line.substr(0, 300));
+        }
         if (line.empty() || line.front() == ';') {
             continue;
         }

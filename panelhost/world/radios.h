@@ -38,7 +38,18 @@ struct GroundPoint {
     double elevationFt = 0;
 };
 
+// What the navigation data say of themselves: ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)".
+struct DataCycle {
+    std::string number;  // empty: they say nothing
+    std::string begin;
+    std::string end;  // the last day
+};
+
+// Whether the world's date is behind the last day; false where that is no date.
+bool IsOver(const DataCycle& cycle, const World& world);
+
 struct Ground {
+    DataCycle cycle;
     std::unordered_map<int, std::vector<Station>> stations;      // by frequency
     std::unordered_map<int, std::vector<Localizer>> localizers;  // by frequency
     std::vector<GroundPoint> airports;

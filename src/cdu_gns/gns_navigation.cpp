@@ -17,6 +17,7 @@
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
+#include "navdb/database_cycle.h"
 #include "navdb/nav_database.h"
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
@@ -325,6 +326,9 @@ constexpr FieldRow kUnitFields[] = {
     {.show = [](const FieldRow&, UnitText& t) { t.Set(DatabaseValidity); },
      .style = kGnsData,
      .valueAt = {kDataX, 80}},
+    {.label = "EXPIRED",
+     .visible = [](const FieldRow&) { return IsDatabaseExpired(); },
+     .labelAt = {kGnsLabelX, 80}},
     {.label = "POS", .labelAt = {kGnsLabelX, 120}},
     {.show = [](const FieldRow&, UnitText& t) { t = GnsLatitudeText(ShownAircraft().latitude); },
      .style = kGnsData,

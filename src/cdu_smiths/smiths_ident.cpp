@@ -1,5 +1,6 @@
 // IDENT: aircraft, engines, navigation data and program.
 #include "cdu_smiths/smiths_pages.h"
+#include "navdb/database_cycle.h"
 #include "navdb/nav_database.h"
 #include "settings/aircraft_performance.h"
 
@@ -40,6 +41,8 @@ constexpr FieldRow kFields[] = {
            [](const FieldRow&, UnitText& text) { ShowText(DatabaseCycle, text); }),
     Fitted(kR2, "A C T I V E",
            [](const FieldRow&, UnitText& text) { ShowText(DatabaseValidity, text); }),
+    SmithsField(kR3, {.show = [](const FieldRow&, UnitText& text) { text.Set("OUT OF DATE"); },
+                      .visible = [](const FieldRow&) { return IsDatabaseExpired(); }}),
     SmithsField(kL4, {.label = "O P   P R O G R A M", .show = ShowProgram}),
     Fitted(kR5, "S U P P  D A T A",
            [](const FieldRow&, UnitText& text) { ShowText(performance.performanceData, text); }),

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "base/messages.h"
 #include "base/module_state.h"
 #include "base/panel_windows.h"
 #include "base/redraw.h"
@@ -11,6 +12,7 @@
 #include "flightplan/plan_files.h"
 #include "host/listeners.h"
 #include "host/update_frame.h"
+#include "navdb/database_cycle.h"
 #include "navdb/nav_database.h"
 #include "platform/canvas.h"
 #include "platform/services.h"
@@ -63,6 +65,9 @@ void TakeAircraft(std::string_view parameters) {
     AircraftName = parameters;
     LoadAircraftFile();
     ReadDatabaseCycle();
+    if (IsDatabaseExpired()) {
+        AppendMessage("NAV DATA OUT OF DATE");
+    }
 }
 
 // Every gauge asks for the shared loads; what is loaded already is skipped. A load that found no

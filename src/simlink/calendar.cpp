@@ -45,4 +45,9 @@ CalendarDate DayOfYearToDate(std::int32_t dayOfYear, std::int32_t year) {
     return {kMonths[month].name, day, static_cast<std::int32_t>(month) + 1};
 }
 
+std::int32_t MonthNumber(std::string_view dateMonthText) {
+    const auto* const month = std::ranges::find(kMonths, dateMonthText, &MonthRow::name);
+    return month == kMonths.end() ? 0 : static_cast<std::int32_t>(month - kMonths.begin()) + 1;
+}
+
 }  // namespace avq1

@@ -16,4 +16,6 @@ struct CalendarDate {
 // days in the leap years from 2000 to 2024.
 CalendarDate DayOfYearToDate(std::int32_t dayOfYear, std::int32_t year);
 
+std::int32_t MonthNumber(std::string_view dateMonthText);  // 0 for no month
+
 }  // namespace avq1

@@ -43,6 +43,16 @@ TEST_F(GnsTest, InstallationShowsTheListOfStoredPlans) {
     EXPECT_EQ(unit.Rows().front(), "FLIGHT PLAN LIST 1/1");
 }
 
+TEST_F(GnsTest, AnExpiredCycleIsSaid) {
+    DatabaseCycle = "AIRAC2309";
+    DatabaseValidity = "SEP07OCT05/23";
+    unit.Press("NAV NAV NAV NAV");
+    EXPECT_THAT(unit.Rows(), Contains("SEP07OCT05/23"));
+    simulator.variables[9] = 2024;
+    unit.Draw();
+    EXPECT_THAT(unit.Rows(), Contains("EXPIRED|SEP07OCT05/23"));
+}
+
 TEST_F(GnsTest, TheSelectionFollowsItsWaypointWhenTheRouteMovesOn) {
     MakeDatabase();
     MakePlan();

@@ -386,6 +386,10 @@ TEST_F(SmithsPerformance, PagesReadAsWhenLastLookedAt) {
     DatabaseCycle = "AIRAC 1401";
     DatabaseValidity = "JAN17FEB14/08";
     look("with the aircraft's file");
+    simulator.variables[9] = 2009;
+    Show(kSmithsIdent);
+    EXPECT_EQ(Value("R3"), "OUT OF DATE");
+    simulator.variables.erase(9);
     pilotEntries.zeroFuelLb = 98600;
     FlyRoute();
     Show(kSmithsRefNavData);

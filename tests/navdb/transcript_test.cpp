@@ -10,8 +10,10 @@
 #include "navdb/airport_detail.h"
 #include "navdb/airways.h"
 #include "navdb/boundaries.h"
+#include "navdb/database_cycle.h"
 #include "navdb/nav_database.h"
 #include "navdb/procedures.h"
+#include "support/fake_simulator.h"
 #include "support/temp_sim_folder.h"
 #include "support/transcript.h"
 
@@ -103,6 +105,15 @@ std::string CycleOf(const std::string& file) {
     return "'" + DatabaseCycle + "' '" + DatabaseValidity + "'";
 }
 
+// "SEP07OCT05/23 2023 279": the data's validity; the simulator's year and day of the year.
+std::string AgeOf(const std::string& validityAndDate) {
+    const Words words = test::WordsOf(validityAndDate);
+    test::FakeSimulator::Install().variables = {{9, std::stod(words.at(1))},
+                                                {8, std::stod(words.at(2))}};
+    DatabaseValidity = words[0];
+    return IsDatabaseExpired() ? "expired" : "not expired";
+}
+
 // "ABC VOR 10.5": identifier, kind ("-" for any) and latitude.
 std::string NavaidOf(const std::string& query) {
     const test::TempSimFolder folder;
@@ -130,6 +141,7 @@ const Reader kReaders[] = {
     {"boundaries ", BoundariesOf},
     {"runway ", RunwayOf},
     {"cycle ", CycleOf},
+    {"age ", AgeOf},
     {"navaid ", NavaidOf},
 };
 

@@ -21,7 +21,8 @@ Ground MakeGround() {
     Ground ground;
     std::vector<std::string> warnings;
     ParseStations(
-        ";AIRAC cycle\nALF ALFA 45.0 10.0 VOR 113.90\nFAR FARAWAY 49.0 10.0 VOR 113.90\n"
+        ";AIRAC cycle\n;AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)\nALF ALFA 45.0 10.0 VOR "
+        "113.90\nFAR FARAWAY 49.0 10.0 VOR 113.90\n"
         "NB BEACON 45.5 10.0 NDB 385\nbad line\nBAD BAD north 1 VOR 110.00\n",
         ground);
     ParseAirports("LXXX FIELD 1500 45.0 11.0\nLYYY OTHER 300 45.0 12.5\nshort line\n", ground);
@@ -110,6 +111,27 @@ TEST_F(Radios, LocalizerAndGlideslopeGiveTheSidesOfThePath) {
     EXPECT_GT(readAt(41, 8, 0, 300), 20) << "above the path: the pointer is low, counted positive";
     EXPECT_EQ(readAt(46, 40, 0, 0), 0) << "too far";
     EXPECT_EQ(readAt(354, 4.66, 0, 0), 1) << "outer marker";
+}
+
+TEST_F(Radios, TheDataAreOverBehindTheirLastDay) {
+    EXPECT_EQ(ground.cycle.number, "2309");
+    EXPECT_EQ(ground.cycle.begin, "07-SEP-2023");
+    const struct {
+        const char* end;
+        int year, dayOfYear;
+        bool over;
+    } cases[] = {{"05-OCT-2023", 2023, 278, false},
+                 {"05-OCT-2023", 2023, 279, true},
+                 {"05-OCT-2023", 2008, 366, false},
+                 {"05-OCT-2023", 2024, 1, true},
+                 {"31-FEB-2023", 2024, 1, false},
+                 {"05-ANF-2023", 2024, 1, false},
+                 {"", 2024, 1, false}};
+    for (const auto& c : cases) {
+        world.clock.year = c.year;
+        world.clock.startDayOfYear = c.dayOfYear;
+        EXPECT_EQ(IsOver({"2309", "07-SEP-2023", c.end}, world), c.over) << c.end << c.year;
+    }
 }
 
 TEST_F(Radios, FliesAnApproachToTheRunway) {

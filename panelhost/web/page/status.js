@@ -12,6 +12,7 @@ const kReadings = [
   ['Wind', (s) => `${bearing(s.windDirection)}°/${round(s.windSpeed)} kt`],
   ['Fuel', (s) => `${round(s.fuel)} lb`],
   ['Flight time', (s) => clock(s.flightTime)],
+  ['Nav data', (s) => (s.navData ? s.navData + (s.navDataIsOver ? ', out of date' : '') : '–')],
 ];
 
 const kLamps = [
