@@ -27,18 +27,25 @@ std::string_view SectionIdent(std::string_view line) {
 }
 
 std::vector<FileSection> FindSections(std::string_view text) {
+    // From bracket to bracket instead of from line to line: hardly another line has one.
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     std::vector<FileSection> sections;
-    LineReader lines(text, kNavdataLineLength);
-    std::string_view line;
-    while (lines.Next(line)) {
-        if (!line.starts_with('[')) {
-            continue;
+    std::size_t lineStart = text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+    std::size_t searched = lineStart;
+    for (std::size_t at = text.find('[', searched); at != std::string_view::npos;
+         at = text.find('[', at + 1)) {
+        const std::size_t lineFeed = text.substr(searched, at - searched).rfind('\n');
+        lineStart = lineFeed == std::string_view::npos ? lineStart : searched + lineFeed + 1;
+        searched = at;
+        if ((at - lineStart) % kNavdataLineLength != 0) {
+            continue;  // neither a line's beginning nor that of a long line's next piece
         }
-        const auto offset = static_cast<std::size_t>(line.data() - text.data());
+        std::string_view line;
+        LineReader(text.substr(at), kNavdataLineLength).Next(line);
         if (!sections.empty()) {
-            sections.back().size = offset - sections.back().offset;
+            sections.back().size = at - sections.back().offset;
         }
-        sections.push_back({std::string(SectionIdent(line)), offset, text.size() - offset});
+        sections.push_back({std::string(SectionIdent(line)), at, text.size() - at});
     }
     return sections;
 }

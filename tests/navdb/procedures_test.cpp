@@ -156,5 +156,17 @@ TEST(Procedures, AFileReplacedSinceItsIndexIsReadAnew) {
     EXPECT_EQ(Show(read.sids), "");
 }
 
+TEST(SectionIndex, SectionsBeginWithLinesAndWithThePiecesOfLongOnes) {
+    const std::string piece(1699, 'x');
+    const std::string text =
+        "\xEF\xBB\xBF[KAAA] x\nA [KNOT]\n" + piece + "[KBBB]\r\nx" + piece + "[KNOT]\n\n[KCCC";
+    std::string found;
+    for (const FileSection& section : FindSections(text)) {
+        found += section.ident + "|";
+        EXPECT_EQ(text.substr(section.offset, 5), "[" + section.ident);
+    }
+    EXPECT_EQ(found, "KAAA|KBBB|KCCC|");
+}
+
 }  // namespace
 }  // namespace avq1
