@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
 #include <cstdint>
 #include <iterator>
 #include <map>
@@ -21,7 +20,11 @@ using avq1::LatLon;
 struct Cell {
     std::int64_t x = 0;
     std::int64_t y = 0;
-    auto operator<=>(const Cell&) const = default;
+
+    friend bool operator==(const Cell& a, const Cell& b) { return a.x == b.x && a.y == b.y; }
+    friend bool operator<(const Cell& a, const Cell& b) {
+        return a.x != b.x ? a.x < b.x : a.y < b.y;
+    }
 };
 
 Cell operator-(const Cell& a, const Cell& b) {
