@@ -16,7 +16,7 @@ region=38,-84,48,-66  # the United States' north-east and the Canadian border co
 import() { "$avqdata" import "$@" --into "$folder" --region "$region" >/dev/null; }
 
 mkdir -p "$folder"
-rm -f "$folder"/{avq_navs,avq_ints,fsb_awy2,avq_apts,avq_sids,avq_stars,avq_apps,atc_bdry,ils}.txt
+rm -f "$folder"/{avq_navs,avq_ints,fsb_awy2,avq_apts,avq_sids,avq_stars,avq_apps,atc_bdry,ils,scheduled}.txt
 import ourairports "$sources/ourairports" --icao-only --min-runway 4000 --only airports
 import ourairports "$sources/ourairports" --countries CA --only navaids
 import nasr "$sources/nasr" --only navaids,fixes,airways
