@@ -9,6 +9,7 @@
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
 #include "avqdata/merge.h"
+#include "avqdata/source_formats.h"
 
 namespace avqdata {
 namespace {
@@ -29,7 +30,9 @@ bool ImportWorld(FolderTexts& texts) {
     Dataset folder;
     Dataset incoming;
     std::string error;
-    if (!ImportXplane(kWorld, {options, report, {}, &folder}, incoming, error)) {
+    SourceFiles files;
+    if (!FindFilesOf(FormatOf(SourceKind::XplaneNavaids), kWorld, files, error) ||
+        !ImportXplane(files, {options, report, {}, &folder}, incoming, error)) {
         return false;
     }
     Combine(std::move(incoming), Coverage::Whole, options, folder, report);

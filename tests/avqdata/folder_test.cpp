@@ -107,6 +107,15 @@ TEST(Merge, LaterSourcesReplaceByRule) {
     // That airlines serve QAAA is known on, from run to run.
     EXPECT_EQ(import.Texts()[kScheduledFile], "QAAA\n");
     EXPECT_EQ(FormatFolder(ParseFolder(import.Texts(), import.report))[kScheduledFile], "QAAA\n");
+    // Another airport of the identifier neither takes the runways nor adds its own.
+    Dataset elsewhere;
+    elsewhere.airports = {{"QAAA", "Elsewhere", 9, {-20, 8}, {}, true}};
+    import.Add(elsewhere, Coverage::Whole);
+    elsewhere.airports[0].runways = {End("05", 8000, {-20, 8})};
+    import.Add(elsewhere, Coverage::Partial);
+    EXPECT_EQ(LineOf(import.Texts()[kAirportFile], "QAAA").substr(0, 27),
+              "QAAA Longer 400 50.02000 8.");
+    EXPECT_EQ(import.Texts()[kAirportFile].find("05_"), std::string::npos);
 }
 
 // Airways as texts: points a tenth of a degree apart by their letter, pieces divided by ";".
@@ -274,22 +283,6 @@ TEST(Capacities, UsedFixesComeFirstThenThoseNearAirports) {
     EXPECT_EQ(report.entries.at(0).cases, (std::vector<std::string>{"AFARR", "ZPROC", "A1"}));
     EXPECT_EQ(data.fixes.at(0).ident, "ANEAR");
     EXPECT_EQ(data.fixes.back().at.latitude, 10);
-}
-
-TEST(Folder, AFolderThatCannotBeWrittenIsLeftAsItWas) {
-    TemporaryFolder folder;
-    Import import;
-    import.Add(SmallWorld());
-    ASSERT_TRUE(WriteFolder(folder.Navdata(), import.Texts(), import.error));
-    folder.Write("avq/Navdata/avq_apts.txt.new/full", "");  // no file of that name can be made
-    FolderTexts changed = import.Texts();
-    changed[kNavaidFile] += "ZZZ Z 1.0 1.0 VOR 113.00\n";
-    changed[kAirportFile] += "ZZZZ Z 1 1.0 1.0\n";
-    EXPECT_FALSE(WriteFolder(folder.Navdata(), changed, import.error));
-    FolderTexts now;
-    ASSERT_TRUE(ReadFolder(folder.Navdata(), now, import.error));
-    EXPECT_EQ(now, import.Texts());
-    EXPECT_FALSE(folder.Exists("avq/Navdata/avq_navs.txt.new"));
 }
 
 TEST(Folder, FilesAreFoundWhateverTheirLetterCase) {

@@ -10,6 +10,7 @@
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
 #include "avqdata/merge.h"
+#include "avqdata/source_formats.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -26,6 +27,19 @@ struct Import {
     }
     FolderTexts Texts() const { return FormatFolder(folder); }
 };
+
+inline const SourceFormat& FormatNamed(std::string_view name) {
+    return *std::find_if(kSourceFormats.begin(), kSourceFormats.end(),
+                         [&](const SourceFormat& format) { return format.name == name; });
+}
+
+// A source as it lies on disk into `data`; false with the import's error.
+inline bool ReadWhole(std::string_view format, const std::string& path, Import& import,
+                      Dataset& data) {
+    SourceFiles files;
+    return FindFilesOf(FormatNamed(format), path, files, import.error) &&
+           FormatNamed(format).import(files, import.Context(), data, import.error);
+}
 
 // The line of a file's text that begins with `start` and a blank; empty when there is none.
 inline std::string LineOf(const std::string& text, std::string_view start) {

@@ -27,11 +27,10 @@ struct RealData : testing::Test {
             GTEST_SKIP() << kData << " is not there: nothing to import";
         }
     }
-    template <typename ImportFunction>
-    void Run(ImportFunction function, const std::string& source, Coverage coverage) {
+    void Run(const char* format, const std::string& source) {
         Dataset data;
-        ASSERT_TRUE(function(kData + source, import.Context(), data, import.error)) << import.error;
-        import.Add(std::move(data), coverage);
+        ASSERT_TRUE(ReadWhole(format, kData + source, import, data)) << import.error;
+        import.Add(std::move(data), FormatNamed(format).coverage);
     }
     void ExpectSound() {
         Report report;
@@ -43,7 +42,7 @@ struct RealData : testing::Test {
 };
 
 TEST_F(RealData, XplaneWorld) {
-    Run(ImportXplane, "xplane", Coverage::Whole);
+    Run("xplane", "xplane");
     EXPECT_EQ(import.folder.airports.size(), 10000U);
     EXPECT_EQ(import.folder.cycle, 1310);
     EXPECT_EQ(import.folder.stations.size(), 3720U + 7072U);
@@ -54,8 +53,8 @@ TEST_F(RealData, XplaneWorld) {
 }
 
 TEST_F(RealData, OurAirportsAndThenNasr) {
-    Run(ImportOurAirports, "ourairports", Coverage::Whole);
-    Run(ImportNasr, "nasr", Coverage::Partial);
+    Run("ourairports", "ourairports");
+    Run("nasr", "nasr");
     EXPECT_EQ(import.folder.airports.size(), 10000U);
     EXPECT_EQ(import.folder.cycle, 2309);
     const FolderTexts texts = import.Texts();
@@ -104,7 +103,7 @@ bool Holds(const avq1::Procedure& procedure, const Fixes& fixes, std::size_t mis
 }
 
 TEST_F(RealData, EveryRouteOfTheExcerptLegByLeg) {
-    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    Run("cifp", "cifp/self_contained_excerpt.pc");
     EXPECT_EQ(import.report.Count(Topic::Unresolved), 0U);  // every fix resolves
     ExpectSound();
     const FolderTexts texts = import.Texts();
@@ -231,11 +230,11 @@ std::size_t ExpectArcsFollowed(const std::string& path, const FolderTexts& texts
 }
 
 TEST_F(RealData, EveryArcIsFollowed) {
-    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    Run("cifp", "cifp/self_contained_excerpt.pc");
     EXPECT_EQ(ExpectArcsFollowed(kData + "cifp/self_contained_excerpt.pc", import.Texts()), 18U);
     const char* const withArcs = "cifp/09J_vor-a_pi_af_cycle2609.pc";
     import = {};
-    Run(ImportCifp, withArcs, Coverage::Partial);
+    Run("cifp", withArcs);
     EXPECT_EQ(ExpectArcsFollowed(kData + withArcs, import.Texts()), 2U);
     EXPECT_EQ(import.report.Count(Topic::Warning), 0U);
 }
@@ -326,11 +325,10 @@ Marked Chosen(const avq1::Procedure& approach, const std::string& group,
 
 // The same records in either form: the same lines of every airport's procedures.
 TEST_F(RealData, AFileAnAirportGivesWhatTheCodedRecordsGive) {
-    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    Run("cifp", "cifp/self_contained_excerpt.pc");
     Import other;
     Dataset data;
-    ASSERT_TRUE(ImportXplane(kData + "xplane12", other.Context(), data, other.error))
-        << other.error;
+    ASSERT_TRUE(ReadWhole("xplane", kData + "xplane12", other, data)) << other.error;
     EXPECT_EQ(other.report.Count(Topic::Unresolved), 0U);
     EXPECT_EQ(other.report.Count(Topic::Fault), 0U);
     for (const ProcedureKind kind : {kSids, kStars, kApproaches}) {
@@ -346,7 +344,7 @@ TEST_F(RealData, AFileAnAirportGivesWhatTheCodedRecordsGive) {
 }
 
 TEST_F(RealData, EveryChoiceOfAnApproachKeepsItsOwnLegs) {
-    Run(ImportCifp, "cifp/self_contained_excerpt.pc", Coverage::Partial);
+    Run("cifp", "cifp/self_contained_excerpt.pc");
     const FolderTexts texts = import.Texts();
     std::size_t choices = 0;
     for (const auto& [name, routes] :
@@ -377,7 +375,7 @@ TEST_F(RealData, EveryChoiceOfAnApproachKeepsItsOwnLegs) {
 }
 
 TEST_F(RealData, ARandomSampleIsReportedNotFeared) {
-    Run(ImportCifp, "cifp/us_sample_j121_t222_cycle2101.pc.gz", Coverage::Partial);
+    Run("cifp", "cifp/us_sample_j121_t222_cycle2101.pc.gz");
     EXPECT_EQ(import.folder.cycle, 2101);
     EXPECT_GT(import.report.Count(Topic::Unresolved, "procedure fixes that are not in the source"),
               1000U);
@@ -386,7 +384,7 @@ TEST_F(RealData, ARandomSampleIsReportedNotFeared) {
 
 TEST_F(RealData, AirspacesOfBothForms) {
     import.options.classes = {"ARTCC", "CLASS_B"};
-    Run(ImportAirspace, "airspace/faa_us_airspace_2026-04-16.geojson.gz", Coverage::Partial);
+    Run("airspace", "airspace/faa_us_airspace_2026-04-16.geojson.gz");
     EXPECT_EQ(import.folder.boundaries.size(), 59U);  // 26 centres, 30 of class B, parts apart
     std::set<std::string> idents;
     for (const Boundary& boundary : import.folder.boundaries) {
@@ -397,8 +395,8 @@ TEST_F(RealData, AirspacesOfBothForms) {
     EXPECT_FALSE(idents.contains("ARTCC_ZAN_2"));  // one across the date line
     Import openAir;
     Dataset data;
-    ASSERT_TRUE(ImportAirspace(kData + "airspace/us_airspace_openair_2018-09-13.txt.gz",
-                               openAir.Context(), data, openAir.error))
+    ASSERT_TRUE(ReadWhole("airspace", kData + "airspace/us_airspace_openair_2018-09-13.txt.gz",
+                          openAir, data))
         << openAir.error;
     EXPECT_EQ(data.boundaries.size(), 2361U);
     EXPECT_EQ(openAir.report.Count(Topic::Fault), 0U);

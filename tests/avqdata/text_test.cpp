@@ -120,6 +120,9 @@ TEST(CsvTable, ColumnsComeByName) {
         "x,y\n1,2\n", {"a"}, [](const CsvRow&) { FAIL(); }, error));
     EXPECT_EQ(error, "has no column \"a\"");
     EXPECT_FALSE(ReadCsv(
+        "a\n1\n\"2\n", {"a"}, [](const CsvRow&) {}, error));
+    EXPECT_NE(error.find("a quoted field does not end"), std::string::npos) << error;
+    EXPECT_FALSE(ReadCsv(
         "", {"a"}, [](const CsvRow&) { FAIL(); }, error));
 }
 

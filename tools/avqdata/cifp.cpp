@@ -416,10 +416,15 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
     return true;
 }
 
-bool ImportCifp(const std::string& path, const ImportContext& context, Dataset& data,
+bool ImportCifp(const SourceFiles& files, const ImportContext& context, Dataset& data,
                 std::string& error) {
-    LineSource lines = LineSource::OfFile(path, context.progress);
-    return ReadCifp(lines, context, data, error);
+    for (const FoundFile& file : files) {
+        LineSource lines = LineSource::OfFile(file.file, context.progress);
+        if (file.kind == SourceKind::Cifp && !ReadCifp(lines, context, data, error)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace avqdata

@@ -58,6 +58,16 @@ std::optional<int> CycleOfDate(int year, int month, int day) {
     return NumberOf(CycleStart(sys_days{date}));
 }
 
+int CycleOfDateText(std::string_view date) {
+    if (date.size() != 10) {
+        return 0;
+    }
+    return CycleOfDate(WholeNumber(date.substr(0, 4)).value_or(0),
+                       WholeNumber(date.substr(5, 2)).value_or(0),
+                       WholeNumber(date.substr(8, 2)).value_or(0))
+        .value_or(0);
+}
+
 std::optional<int> DayOfText(std::string_view date) {
     if (date.size() != 11 || date[2] != '-' || date[6] != '-') {
         return std::nullopt;

@@ -10,6 +10,9 @@ namespace avqdata {
 // The cycle that holds a date: 2309 for 7 September 2023. Nothing for a date that is none.
 std::optional<int> CycleOfDate(int year, int month, int day);
 
+// The same for "2023/09/07"; 0 for no such date.
+int CycleOfDateText(std::string_view date);
+
 // ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)"; empty when there is no such cycle.
 std::string CycleLine(int cycle);
 

@@ -109,11 +109,14 @@ struct ImportOptions {
     Region region;
     std::vector<std::string> only;       // table names; empty = all
     std::vector<std::string> countries;  // ISO codes, of sources that tell; empty = all
-    int minRunwayFt = 0;                 // airports need a paved runway at least this long
-    bool icaoOnly = false;               // airports need a code of four letters
-    std::vector<std::string> classes;    // of airspace; empty = all
-    double simplifyNm = 0;               // how far an airspace outline may be moved
-    int cycle = 0;                       // 0 = what the source says
+    // Countries whose navaids come from their own authority: those of a list of the world are left
+    // out, as it keeps stations that have been switched off.
+    std::vector<std::string> countriesToldElsewhere = {};
+    int minRunwayFt = 0;               // airports need a paved runway at least this long
+    bool icaoOnly = false;             // airports need a code of four letters
+    std::vector<std::string> classes;  // of airspace; empty = all
+    double simplifyNm = 0;             // how far an airspace outline may be moved
+    int cycle = 0;                     // 0 = what the source says
     bool progress = false;
 };
 

@@ -1,8 +1,8 @@
 // avqdata/folder.h - a Navdata folder: its files read into a Dataset and written from one.
 //
-// All new contents are written beside the files first and renamed together at the end, so that a
-// full disk or a stop half-way leaves the folder as it was. Files that would not change, and files
-// that are not ours, are not touched.
+// A changed folder is made whole beside the old one, which it then replaces: a full disk or a stop
+// half-way leaves the folder as it was. Files that would not change, and files that are not ours,
+// are the same files in it.
 #pragma once
 
 #include <array>
@@ -46,7 +46,11 @@ Dataset ParseFolder(const FolderTexts& texts, Report& report);
 
 FolderTexts FormatFolder(const Dataset& data);
 
-// Makes the folder when it is missing.
+// Brings back the folder where a run was stopped between the two renames that replace one.
+void FinishReplacing(const std::string& folder);
+
+// Makes the folder when it is missing. False, with `error`, when that cannot be done: the folder is
+// as it was, or is not there as it was not.
 bool WriteFolder(const std::string& folder, const FolderTexts& texts, std::string& error);
 
 void CountTables(const Dataset& data, Report& report);

@@ -211,6 +211,7 @@ void ParseScheduled(const FolderTexts& texts, Report& report, Dataset& data) {
 }  // namespace
 
 bool ReadFolder(const std::string& folder, FolderTexts& texts, std::string& error) {
+    FinishReplacing(folder);
     for (std::size_t role = 0; role < kFileRoles; ++role) {
         texts[role].clear();
         const std::string path = FindSource(folder, {kFileNames[role]});

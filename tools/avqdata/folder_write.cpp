@@ -2,12 +2,14 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <system_error>
 #include <vector>
 
 #include "avqdata/cycle.h"
 #include "avqdata/folder.h"
 #include "avqdata/limits.h"
+#include "avqdata/os.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
 
@@ -125,17 +127,121 @@ std::string ScheduledText(const Dataset& data) {
     return text;
 }
 
-// One file on its way into the folder.
-struct StagedFile {
-    std::string staged;
-    std::string target;
-};
+constexpr const char* kStaged = ".avqdata-new";    // behind the folder's name: what it is to become
+constexpr const char* kReplaced = ".avqdata-old";  // what it was, where it takes two steps
 
-bool Stage(const std::string& path, const std::string& text) {
+// Where a folder really lies, whatever links lead there.
+fs::path PlaceOf(const std::string& path) {
+    std::error_code code;
+    const fs::path place = fs::weakly_canonical(fs::absolute(fs::path(path), code), code);
+    return place.has_filename() ? place : place.parent_path();
+}
+
+bool WriteText(const fs::path& path, const std::string& text) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
     return !file.fail();
+}
+
+// The same file at a second place, or a copy with its time where the disk knows no such thing.
+void KeepFile(const fs::path& from, const fs::path& to, std::error_code& code) {
+    fs::create_hard_link(from, to, code);
+    if (code) {
+        code.clear();
+        fs::copy_file(from, to, code);
+        if (!code) {
+            const fs::file_time_type time = fs::last_write_time(from, code);
+            fs::last_write_time(to, time, code);
+        }
+    }
+}
+
+// A folder's entry into another folder, with all that is below it.
+void KeepEntry(const fs::path& from, const fs::path& to, std::error_code& code) {
+    if (fs::is_symlink(from, code)) {
+        fs::copy_symlink(from, to, code);
+    } else if (fs::is_directory(from, code)) {
+        fs::create_directory(to, from, code);
+        for (fs::directory_iterator entry(from, code), end; !code && entry != end;
+             entry.increment(code)) {
+            KeepEntry(entry->path(), to / entry->path().filename(), code);
+        }
+    } else if (!code) {
+        KeepFile(from, to, code);
+    }
+}
+
+// Which of the folder's files are to be written anew, by name; those that say the same are kept.
+std::map<std::string, const std::string*> ChangedFiles(const fs::path& folder,
+                                                       const FolderTexts& texts) {
+    std::map<std::string, const std::string*> changed;
+    for (std::size_t role = 0; role < kFileRoles; ++role) {
+        const std::string path = FindSource(folder.string(), {kFileNames[role]});
+        std::string have;
+        std::string ignored;
+        const bool exists = !path.empty() && ReadSourceFile(path, have, ignored);
+        if (have != texts[role] || (!exists && !texts[role].empty())) {
+            changed[path.empty() ? kFileNames[role] : BaseName(path)] = &texts[role];
+        }
+    }
+    return changed;
+}
+
+// Makes the folder that is to take the other's place; false with the path that could not be made.
+bool StageFolder(const fs::path& folder, const fs::path& staged,
+                 const std::map<std::string, const std::string*>& changed, fs::path& failed) {
+    std::error_code code;
+    failed = staged;
+    fs::remove_all(staged, code);
+    const bool exists = fs::is_directory(folder, code);
+    code.clear();
+    if (!(exists ? fs::create_directory(staged, folder, code)
+                 : fs::create_directory(staged, code))) {
+        return false;
+    }
+    if (exists) {
+        for (fs::directory_iterator entry(folder, code), end; !code && entry != end;
+             entry.increment(code)) {
+            failed = entry->path();
+            if (!changed.contains(entry->path().filename().string())) {
+                KeepEntry(entry->path(), staged / entry->path().filename(), code);
+            }
+        }
+    }
+    for (auto file = changed.begin(); !code && file != changed.end(); ++file) {
+        failed = folder / file->first;
+        if (!WriteText(staged / file->first, *file->second)) {
+            return false;
+        }
+    }
+    return !code;
+}
+
+// Puts the staged folder into the other's place: in one step where the system can, else in two
+// renames; a stop between those leaves the old one under its other name, and the next run finds it.
+bool PutInPlace(const fs::path& folder, const fs::path& staged, const fs::path& replaced,
+                std::error_code& code) {
+    std::error_code ignored;
+    if (!fs::exists(folder, ignored)) {
+        fs::rename(staged, folder, code);
+        return !code;
+    }
+    if (ExchangeFolders(staged.string(), folder.string())) {
+        fs::remove_all(staged, ignored);
+        return true;
+    }
+    fs::rename(folder, replaced, code);
+    if (code) {
+        return false;
+    }
+    fs::rename(staged, folder, code);
+    if (code) {
+        fs::rename(replaced, folder, ignored);
+        return false;
+    }
+    fs::remove_all(replaced, ignored);
+    return true;
 }
 
 }  // namespace
@@ -155,40 +261,38 @@ FolderTexts FormatFolder(const Dataset& data) {
     return texts;
 }
 
-bool WriteFolder(const std::string& folder, const FolderTexts& texts, std::string& error) {
+void FinishReplacing(const std::string& path) {
+    const fs::path folder = PlaceOf(path);
+    const fs::path replaced = folder.string() + kReplaced;
     std::error_code code;
-    fs::create_directories(folder, code);
-    std::vector<StagedFile> staged;
-    const auto removeStaged = [&] {
-        for (const StagedFile& file : staged) {
-            fs::remove(file.staged, code);
-        }
-    };
-    for (std::size_t role = 0; role < kFileRoles; ++role) {
-        std::string path = FindSource(folder, {kFileNames[role]});
-        std::string have;
-        std::string ignored;
-        const bool exists = !path.empty() && ReadSourceFile(path, have, ignored);
-        if (have == texts[role] && (exists || texts[role].empty())) {
-            continue;
-        }
-        path = path.empty() ? (fs::path(folder) / kFileNames[role]).string() : path;
-        staged.push_back({path + ".new", path});
-        if (!Stage(staged.back().staged, texts[role])) {
-            error = staged.back().staged + ": cannot be written; the folder is as it was";
-            removeStaged();
-            return false;
-        }
+    if (fs::exists(replaced, code) && fs::exists(folder, code)) {
+        fs::remove_all(replaced, code);
+    } else if (fs::exists(replaced, code)) {
+        fs::rename(replaced, folder, code);
     }
-    for (const StagedFile& file : staged) {
-        fs::rename(file.staged, file.target, code);
-        if (code) {
-            error = file.target + ": cannot be replaced (" + code.message() + ")";
-            removeStaged();
-            return false;
-        }
+}
+
+bool WriteFolder(const std::string& path, const FolderTexts& texts, std::string& error) {
+    std::error_code code;
+    const fs::path folder = PlaceOf(path);
+    const fs::path staged = folder.string() + kStaged;
+    const fs::path replaced = folder.string() + kReplaced;
+    fs::create_directories(folder.parent_path(), code);
+    FinishReplacing(path);
+    const std::map<std::string, const std::string*> changed = ChangedFiles(folder, texts);
+    if (changed.empty() && fs::is_directory(folder, code)) {
+        return true;
     }
-    return true;
+    fs::path failed;
+    if (!StageFolder(folder, staged, changed, failed)) {
+        error = failed.string() + ": cannot be written; the folder is as it was";
+    } else if (!PutInPlace(folder, staged, replaced, code)) {
+        error = folder.string() + ": cannot be replaced (" + code.message() + ")";
+    } else {
+        return true;
+    }
+    fs::remove_all(staged, code);
+    return false;
 }
 
 void CountTables(const Dataset& data, Report& report) {

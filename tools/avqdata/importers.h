@@ -10,6 +10,7 @@
 #include "avqdata/dataset.h"
 #include "avqdata/report.h"
 #include "avqdata/source_file.h"
+#include "avqdata/source_finder.h"
 
 namespace avqdata {
 
@@ -24,16 +25,17 @@ struct ImportContext {
 inline constexpr const char* kLocalizersWithoutGlideslope =
     "localizers without a glideslope: in their runways' fields, not in ils.txt";
 
-// ---- whole sources; false with `error` when nothing can be imported ----
-bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
+// ---- whole sources: of the files those of their kinds; false with `error` when nothing can be
+// imported ----
+bool ImportXplane(const SourceFiles& files, const ImportContext& context, Dataset& data,
                   std::string& error);
-bool ImportOurAirports(const std::string& folder, const ImportContext& context, Dataset& data,
+bool ImportOurAirports(const SourceFiles& files, const ImportContext& context, Dataset& data,
                        std::string& error);
-bool ImportNasr(const std::string& folder, const ImportContext& context, Dataset& data,
+bool ImportNasr(const SourceFiles& files, const ImportContext& context, Dataset& data,
                 std::string& error);
-bool ImportCifp(const std::string& path, const ImportContext& context, Dataset& data,
+bool ImportCifp(const SourceFiles& files, const ImportContext& context, Dataset& data,
                 std::string& error);
-bool ImportAirspace(const std::string& path, const ImportContext& context, Dataset& data,
+bool ImportAirspace(const SourceFiles& files, const ImportContext& context, Dataset& data,
                     std::string& error);
 
 // ---- single formats ----
@@ -44,6 +46,9 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
                        std::string& error);
 bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const XplaneTables& tables,
                        std::string& error);
+// Counts holding patterns, for which the module's files have no place.
+bool ReadXplaneHolds(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
+                     std::string& error);
 bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error);
 
 bool ReadOurAirports(std::string_view airports, std::string_view runways,

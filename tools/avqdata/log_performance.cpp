@@ -129,11 +129,11 @@ std::string PerformanceTablesText(const std::vector<FlightSummary>& flights) {
         return {};
     }
     std::string text = Format(
-        "; Means of %zu flights. Altitudes feet, speeds knots true, rates feet per minute,\n"
+        "; Means of %lu flights. Altitudes feet, speeds knots true, rates feet per minute,\n"
         "; weights thousands of pounds, fuel flows pounds an hour. A weight that was not\n"
         "; flown at an altitude has the flow of the nearest one that was.\n\n"
         "[UNITS]\nFUEL=LBS/HR\nWEIGHT=LBS\n",
-        flights.size());
+        static_cast<unsigned long>(flights.size()));
     text += "\n[CLIMB]\n; altitude  speed   rate   fuel flow at each weight\n";
     for (const auto& [altitudeFt, level] : climb) {
         text += Format("  %8.0f %6.0f %6.0f  ", altitudeFt, level.airspeed.Value(),

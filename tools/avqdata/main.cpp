@@ -2,8 +2,6 @@
 // checks such folders; shows and converts flight plans and flight logs.
 //
 // Status: 0 done, 1 the folder (check) or the plan has faults, 2 nothing could be done.
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <array>
 #include <cstdio>
@@ -12,13 +10,16 @@
 #include <string>
 #include <vector>
 
+#include "avqdata/build_verb.h"
 #include "avqdata/check.h"
 #include "avqdata/cycle.h"
 #include "avqdata/folder.h"
 #include "avqdata/importers.h"
 #include "avqdata/log_verb.h"
 #include "avqdata/merge.h"
+#include "avqdata/os.h"
 #include "avqdata/plan_verb.h"
+#include "avqdata/source_formats.h"
 #include "avqdata/text_tools.h"
 
 namespace {
@@ -34,44 +35,17 @@ struct Arguments {
     std::string into;
     std::string folder;
     std::string region;
-    std::string only;
+    std::vector<std::string> only;
     std::string classes;
     std::string countries;
     bool verbose = false;
     bool dryRun = false;
+    bool list = false;
     ImportOptions options;
+    BuildRequest build;
     PlanRequest plan;
     LogRequest log;
 };
-
-using ImportFunction = bool (*)(const std::string&, const ImportContext&, Dataset&, std::string&);
-
-struct SourceVerb {
-    const char* name;
-    const char* argument;
-    const char* description;
-    ImportFunction import;
-    Coverage coverage;
-};
-
-const std::array<SourceVerb, 5> kSources{{
-    {"xplane", "DIR",
-     "X-Plane's or FlightGear's nav.dat, fix.dat, awy.dat and apt.dat (also earth_*.dat), plain or "
-     "gzip. Their licence is the GPL: use them for yourself, do not pass the result on.",
-     ImportXplane, Coverage::Whole},
-    {"ourairports", "DIR", "airports.csv, runways.csv and navaids.csv of ourairports.com",
-     ImportOurAirports, Coverage::Whole},
-    {"nasr", "DIR",
-     "The FAA's NAV_BASE.csv, FIX_BASE.csv, AWY_SEG.csv (or AWY_SEG_ALT.csv), APT_BASE.csv, "
-     "APT_RWY.csv and APT_RWY_END.csv (28-day subscription)",
-     ImportNasr, Coverage::Partial},
-    {"cifp", "FILE",
-     "The FAA's coded instrument flight procedures (ARINC 424-18): departures, arrivals, "
-     "approaches, and the points, runways, airways and airspaces that come with them",
-     ImportCifp, Coverage::Partial},
-    {"airspace", "FILE", "Airspace outlines as GeoJSON or OpenAir", ImportAirspace,
-     Coverage::Partial},
-}};
 
 // One line on a terminal that is written over and over.
 struct ProgressLine {
@@ -94,6 +68,14 @@ struct ProgressLine {
     }
 };
 
+// Shows how far the work is, where somebody watches.
+Progress ShowOn(ProgressLine& line, const ImportOptions& options) {
+    if (!options.progress && !IsErrorsTerminal()) {
+        return {};
+    }
+    return [&line](std::string_view what, double done) { line.Show(what, done); };
+}
+
 int Fail(const std::string& error) {
     std::cerr << "avqdata: " << error << "\n";
     return kFailed;
@@ -114,9 +96,35 @@ bool ReadRegion(const std::string& text, Region& region) {
     return true;
 }
 
-bool ReadOptions(Arguments& arguments, std::string& error) {
+// "navaids,fixes", or "nasr=navaids,fixes" for one source of several.
+bool ReadOnly(const std::string& text, Arguments& arguments, std::string& error) {
     constexpr std::array<std::string_view, 7> kTables{
         "navaids", "fixes", "airports", "airways", "procedures", "boundaries", "localizers"};
+    const std::size_t equals = text.find('=');
+    const std::string format = equals == std::string::npos ? "" : text.substr(0, equals);
+    const std::vector<std::string> tables =
+        SplitList(equals == std::string::npos ? text : text.substr(equals + 1), ',');
+    for (const std::string& table : tables) {
+        if (std::find(kTables.begin(), kTables.end(), table) == kTables.end()) {
+            error =
+                "--only knows navaids, fixes, airports, airways, procedures, boundaries, "
+                "localizers; not " +
+                table;
+            return false;
+        }
+    }
+    if (format.empty()) {
+        arguments.options.only = tables;
+        return true;
+    }
+    arguments.build.onlyOf[format] = tables;
+    const bool known = std::any_of(kSourceFormats.begin(), kSourceFormats.end(),
+                                   [&](const SourceFormat& row) { return row.name == format; });
+    error = known ? "" : "--only knows no source " + format;
+    return known;
+}
+
+bool ReadOptions(Arguments& arguments, std::string& error) {
     ImportOptions& options = arguments.options;
     if (!arguments.region.empty() && !ReadRegion(arguments.region, options.region)) {
         error = "--region wants south,west,north,east in decimal degrees";
@@ -126,37 +134,28 @@ bool ReadOptions(Arguments& arguments, std::string& error) {
         error = "--cycle wants year and number of a cycle, as in 2309";
         return false;
     }
-    options.only = SplitList(arguments.only, ',');
     options.classes = SplitList(arguments.classes, ',');
     options.countries = SplitList(arguments.countries, ',');
-    for (const std::string& table : options.only) {
-        if (std::find(kTables.begin(), kTables.end(), table) == kTables.end()) {
-            error =
-                "--only knows navaids, fixes, airports, airways, procedures, boundaries, "
-                "localizers; not " +
-                table;
-            return false;
-        }
-    }
-    return true;
+    return std::all_of(arguments.only.begin(), arguments.only.end(),
+                       [&](const std::string& text) { return ReadOnly(text, arguments, error); });
 }
 
-int RunImport(const SourceVerb& verb, Arguments& arguments) {
+int RunImport(const SourceFormat& format, Arguments& arguments) {
     std::string error;
     FolderTexts texts;
-    if (!ReadOptions(arguments, error) || !ReadFolder(arguments.into, texts, error)) {
+    SourceFiles files;
+    if (!ReadOptions(arguments, error) || !FindFilesOf(format, arguments.source, files, error) ||
+        !ReadFolder(arguments.into, texts, error)) {
         return Fail(error);
     }
     Report report;
     report.keepAll = arguments.verbose;
     Dataset folder = ParseFolder(texts, report);
     ProgressLine line;
-    ImportContext context{arguments.options, report, {}, &folder};
-    if (arguments.options.progress || isatty(STDERR_FILENO) == 1) {
-        context.progress = [&](std::string_view what, double done) { line.Show(what, done); };
-    }
+    const ImportContext context{arguments.options, report, ShowOn(line, arguments.options),
+                                &folder};
     Dataset incoming;
-    if (!verb.import(arguments.source, context, incoming, error)) {
+    if (!format.import(files, context, incoming, error)) {
         return Fail(error + "; nothing was written");
     }
     Report read;
@@ -164,7 +163,7 @@ int RunImport(const SourceVerb& verb, Arguments& arguments) {
     for (const ReportEntry& entry : read.entries) {
         report.AddCount(Topic::Read, entry.kind, entry.count);
     }
-    Combine(std::move(incoming), verb.coverage, arguments.options, folder, report);
+    Combine(std::move(incoming), format.coverage, arguments.options, folder, report);
     const FolderTexts result = FormatFolder(folder);
     if (!arguments.dryRun && !WriteFolder(arguments.into, result, error)) {
         return Fail(error);
@@ -172,6 +171,26 @@ int RunImport(const SourceVerb& verb, Arguments& arguments) {
     CountTables(folder, report);
     PrintReport(report, std::cout);
     return kDone;
+}
+
+int RunBuildVerb(Arguments& arguments) {
+    std::string error;
+    if (arguments.list) {
+        PrintSourceList(std::cout);
+        return kDone;
+    }
+    BuildRequest& build = arguments.build;
+    if (!ReadOptions(arguments, error)) {
+        return Fail(error);
+    }
+    if (build.target.empty() || build.sources.empty()) {
+        return Fail("build wants the folder to make and its sources; --list tells which there are");
+    }
+    build.options = arguments.options;
+    build.dryRun = arguments.dryRun;
+    build.verbose = arguments.verbose;
+    ProgressLine line;
+    return RunBuild(build, ShowOn(line, arguments.options), std::cout, std::cerr);
 }
 
 int RunCheck(const Arguments& arguments) {
@@ -198,15 +217,11 @@ int RunCheck(const Arguments& arguments) {
 
 void DescribeImportOptions(CLI::App& app, Arguments& arguments) {
     ImportOptions& options = arguments.options;
-    app.add_option("--into", arguments.into,
-                   "Navdata folder to fill; what it holds is kept and "
-                   "combined")
-        ->required();
     app.add_option("--region", arguments.region,
                    "only what lies in south,west,north,east (decimal degrees)");
     app.add_option("--only", arguments.only,
                    "only these tables: navaids,fixes,airports,airways,procedures,boundaries,"
-                   "localizers");
+                   "localizers; of one source of several: nasr=navaids,fixes");
     app.add_option("--min-runway", options.minRunwayFt,
                    "only airports with a paved runway this long, feet")
         ->check(CLI::Range(0, 30000));
@@ -223,6 +238,19 @@ void DescribeImportOptions(CLI::App& app, Arguments& arguments) {
     app.add_flag("--dry-run", arguments.dryRun, "report, but write nothing");
     app.add_flag("--progress", options.progress, "show progress though nobody watches");
     app.add_flag("--verbose", arguments.verbose, "list every case, not only the first ones");
+}
+
+CLI::App* DescribeBuild(CLI::App& app, Arguments& arguments) {
+    CLI::App* const verb = app.add_subcommand(
+        "build", "make a Navdata folder of what you have, in one step: folders, files, archives");
+    verb->add_option("TARGET", arguments.build.target,
+                     "the Navdata folder; its tables are replaced, other files stay");
+    verb->add_option(
+        "SOURCE", arguments.build.sources,
+        "a simulator's folder, a source's folder or file, a zip archive; in any order");
+    verb->add_flag("--list", arguments.list, "which sources there are and where people get them");
+    DescribeImportOptions(*verb, arguments);
+    return verb;
 }
 
 CLI::App* DescribePlan(CLI::App& app, PlanRequest& plan) {
@@ -269,6 +297,33 @@ CLI::App* DescribeLog(CLI::App& app, LogRequest& log) {
     return verb;
 }
 
+// The verbs of `import`, in the table's order.
+std::vector<CLI::App*> DescribeImports(CLI::App& app, Arguments& arguments) {
+    CLI::App* const import = app.add_subcommand("import", "add one source to a Navdata folder");
+    import->require_subcommand(1);
+    std::vector<CLI::App*> verbs;
+    for (const SourceFormat& format : kSourceFormats) {
+        CLI::App* const verb = verbs.emplace_back(
+            import->add_subcommand(format.name, std::string(format.title) + ": " + format.gives +
+                                                    ". Licence: " + format.licence + "."));
+        verb->add_option(format.argument, arguments.source, "what to read: folder, file or archive")
+            ->required();
+        verb->add_option("--into", arguments.into,
+                         "Navdata folder to fill; what it holds is kept and combined")
+            ->required();
+        DescribeImportOptions(*verb, arguments);
+    }
+    return verbs;
+}
+
+// The words behind the program's name, last first as the library wants them.
+std::vector<std::string> WordsOf(int argc, char** argv) {
+    std::vector<std::string> words = CommandLine(argc, argv);
+    words.erase(words.begin());
+    std::reverse(words.begin(), words.end());
+    return words;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -278,21 +333,22 @@ int main(int argc, char** argv) {
         "avqdata");
     app.require_subcommand(1);
     Arguments arguments;
-    CLI::App* import = app.add_subcommand("import", "read a source into a Navdata folder");
-    import->require_subcommand(1);
-    std::array<CLI::App*, kSources.size()> verbs{};
-    for (std::size_t i = 0; i < kSources.size(); ++i) {
-        verbs[i] = import->add_subcommand(kSources[i].name, kSources[i].description);
-        verbs[i]->add_option(kSources[i].argument, arguments.source, "what to read")->required();
-        DescribeImportOptions(*verbs[i], arguments);
-    }
+    const CLI::App* const build = DescribeBuild(app, arguments);
+    const std::vector<CLI::App*> imports = DescribeImports(app, arguments);
     CLI::App* check = app.add_subcommand("check", "judge a Navdata folder line by line");
     check->add_option("DIR", arguments.folder, "the folder with avq_navs.txt and the others")
         ->required();
     check->add_flag("--verbose", arguments.verbose, "list every case, not only the first ones");
     const CLI::App* const plan = DescribePlan(app, arguments.plan);
     const CLI::App* const log = DescribeLog(app, arguments.log);
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(WordsOf(argc, argv));
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error);
+    }
+    if (build->parsed()) {
+        return RunBuildVerb(arguments);
+    }
     if (plan->parsed()) {
         return RunPlan(arguments.plan, std::cout, std::cerr);
     }
@@ -302,9 +358,9 @@ int main(int argc, char** argv) {
     if (check->parsed()) {
         return RunCheck(arguments);
     }
-    for (std::size_t i = 0; i < kSources.size(); ++i) {
-        if (verbs[i]->parsed()) {
-            return RunImport(kSources[i], arguments);
+    for (std::size_t i = 0; i < imports.size(); ++i) {
+        if (imports[i]->parsed()) {
+            return RunImport(kSourceFormats[i], arguments);
         }
     }
     return kFailed;

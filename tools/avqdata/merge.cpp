@@ -104,6 +104,12 @@ void MergeAirports(std::vector<Airport>&& incoming, Coverage coverage, std::vect
             report.Add(Topic::Dropped, "airports listed twice", airport.ident);
             continue;
         }
+        const bool isElsewhere = DistanceNm(have.at, airport.at) > kFarthestRunwayNm;
+        if (isElsewhere && (coverage == Coverage::Partial || airport.runways.empty())) {
+            report.Add(Topic::Dropped, "airports far from the one that has their identifier",
+                       airport.ident);
+            continue;
+        }
         report.Add(Topic::Changed, "airports that were there already");
         if (coverage == Coverage::Partial) {
             MergeRunways(airport.runways, have.runways);
@@ -314,14 +320,23 @@ void SortDataset(Dataset& data) {
                      });
 }
 
-void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
-             Report& report) {
+void Add(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
+         Report& report) {
     CleanDataset(incoming, report);
     ApplyOptions(options, incoming, report);
     MergeDataset(std::move(incoming), coverage, folder, report);
     TieToTables(folder, report);
+}
+
+void Finish(Dataset& folder, Report& report) {
     FitCapacities(folder, report);
     SortDataset(folder);
+}
+
+void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
+             Report& report) {
+    Add(std::move(incoming), coverage, options, folder, report);
+    Finish(folder, report);
 }
 
 }  // namespace avqdata

@@ -30,7 +30,12 @@ void FitCapacities(Dataset& data, Report& report);
 // The tables' order in the files: navaids grouped by letter, airways in one piece.
 void SortDataset(Dataset& data);
 
-// All of it: a source's data cleaned, chosen, merged, tied together and fitted.
+// A source's data cleaned, chosen, merged and tied together; and, when the last is in, all fitted.
+void Add(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
+         Report& report);
+void Finish(Dataset& folder, Report& report);
+
+// Both, for one source.
 void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
              Report& report);
 

@@ -89,16 +89,6 @@ bool Prefixed(bool ok, std::string_view file, std::string& error) {
     return ok;
 }
 
-int CycleOfText(std::string_view date) {  // "2023/09/07"
-    if (date.size() != 10) {
-        return 0;
-    }
-    return CycleOfDate(WholeNumber(date.substr(0, 4)).value_or(0),
-                       WholeNumber(date.substr(5, 2)).value_or(0),
-                       WholeNumber(date.substr(8, 2)).value_or(0))
-        .value_or(0);
-}
-
 void AddNavaid(const CsvRow& row, Report& report, Dataset& data, Points& points) {
     constexpr std::array<std::string_view, 5> kTypes{"VOR", "VOR/DME", "VORTAC", "NDB", "NDB/DME"};
     const std::string type(Trim(row[kNavType]));
@@ -360,7 +350,7 @@ bool ReadRunways(const NasrTexts& texts, const Sites& sites, Report& report, Dat
 bool ReadNasr(const NasrTexts& texts, Report& report, Dataset& data, std::string& error) {
     Points points;
     const auto addNavaid = [&](const CsvRow& row) {
-        data.cycle = data.cycle == 0 ? CycleOfText(row[kNavDate]) : data.cycle;
+        data.cycle = data.cycle == 0 ? CycleOfDateText(row[kNavDate]) : data.cycle;
         AddNavaid(row, report, data, points);
     };
     if (!Prefixed(ReadCsv(texts.navaids, kNavColumns, addNavaid, error), "NAV_BASE.csv", error)) {
@@ -385,42 +375,43 @@ bool ReadNasr(const NasrTexts& texts, Report& report, Dataset& data, std::string
             ReadRunways(texts, sites, report, data, error));
 }
 
-bool ImportNasr(const std::string& folder, const ImportContext& context, Dataset& data,
+bool ImportNasr(const SourceFiles& files, const ImportContext& context, Dataset& data,
                 std::string& error) {
     struct SourceRow {
+        SourceKind kind;
         const char* name;
         std::string NasrTexts::*text;
         bool needed;
     };
     constexpr std::array<SourceRow, 7> kSources{{
-        {"NAV_BASE.csv", &NasrTexts::navaids, true},
-        {"FIX_BASE.csv", &NasrTexts::fixes, true},
-        {"AWY_SEG.csv", &NasrTexts::airways, false},
-        {"AWY_SEG_ALT.csv", &NasrTexts::airwayLegs, false},
-        {"APT_BASE.csv", &NasrTexts::airports, false},
-        {"APT_RWY.csv", &NasrTexts::runways, false},
-        {"APT_RWY_END.csv", &NasrTexts::runwayEnds, false},
+        {SourceKind::NasrNavaids, "NAV_BASE.csv", &NasrTexts::navaids, true},
+        {SourceKind::NasrFixes, "FIX_BASE.csv", &NasrTexts::fixes, true},
+        {SourceKind::NasrAirways, "AWY_SEG.csv", &NasrTexts::airways, false},
+        {SourceKind::NasrAirwayLegs, "AWY_SEG_ALT.csv", &NasrTexts::airwayLegs, false},
+        {SourceKind::NasrAirports, "APT_BASE.csv", &NasrTexts::airports, false},
+        {SourceKind::NasrRunways, "APT_RWY.csv", &NasrTexts::runways, false},
+        {SourceKind::NasrRunwayEnds, "APT_RWY_END.csv", &NasrTexts::runwayEnds, false},
     }};
     NasrTexts texts;
     for (const SourceRow& source : kSources) {
-        const std::string path = FindSource(folder, {source.name});
-        if (path.empty() && source.needed) {
-            error = folder + ": holds no " + source.name;
+        const FoundFile* const file = FileOf(files, source.kind);
+        if (file == nullptr && source.needed) {
+            error = std::string("NASR's data comes without ") + source.name;
             return false;
         }
-        if (path.empty()) {
+        if (file == nullptr) {
             context.report.Add(Topic::Warning, "files that are not in the folder", source.name);
             continue;
         }
         if (context.progress) {
             context.progress(source.name, 0);
         }
-        if (!ReadSourceFile(path, texts.*source.text, error)) {
+        if (!ReadSourceFile(file->file, texts.*source.text, error)) {
             return false;
         }
     }
     if (texts.airways.empty() && texts.airwayLegs.empty()) {
-        error = folder + ": holds neither AWY_SEG.csv nor AWY_SEG_ALT.csv: no airways";
+        error = "NASR's data comes with neither AWY_SEG.csv nor AWY_SEG_ALT.csv: no airways";
         return false;
     }
     if (!ReadNasr(texts, context.report, data, error)) {

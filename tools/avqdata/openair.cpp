@@ -201,20 +201,28 @@ bool ReadOpenAir(LineSource& lines, const ImportContext& context, Dataset& data,
     return true;
 }
 
-bool ImportAirspace(const std::string& path, const ImportContext& context, Dataset& data,
+bool ImportAirspace(const SourceFiles& files, const ImportContext& context, Dataset& data,
                     std::string& error) {
-    std::string text;
-    if (!ReadSourceFile(path, text, error)) {
-        return false;
+    for (const FoundFile& file : files) {
+        const bool isJson = file.kind == SourceKind::GeoJson;
+        std::string text;
+        if (!isJson && file.kind != SourceKind::OpenAir) {
+            continue;
+        }
+        if (!ReadSourceFile(file.file, text, error)) {
+            return false;
+        }
+        const std::string name = BaseName(file.file.path);
+        if (context.progress) {
+            context.progress(name, 0);
+        }
+        LineSource lines = LineSource::OfText(text, name);
+        if (!(isJson ? ReadGeoJson(text, name, context, data, error)
+                     : ReadOpenAir(lines, context, data, error))) {
+            return false;
+        }
     }
-    if (context.progress) {
-        context.progress(BaseName(path), 0);
-    }
-    if (Trim(std::string_view(text).substr(0, 100)).starts_with('{')) {
-        return ReadGeoJson(text, BaseName(path), context, data, error);
-    }
-    LineSource lines = LineSource::OfText(text, BaseName(path));
-    return ReadOpenAir(lines, context, data, error);
+    return true;
 }
 
 }  // namespace avqdata

@@ -248,6 +248,11 @@ bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Data
             report.Add(Topic::Dropped, "navaids of other countries");
             return;
         }
+        const std::vector<std::string>& told = context.options.countriesToldElsewhere;
+        if (std::find(told.begin(), told.end(), row[kNavCountry]) != told.end()) {
+            report.Add(Topic::Dropped, "navaids of countries whose own list comes along");
+            return;
+        }
         const bool isVor = type.starts_with("VOR");
         if (isVor || type.starts_with("NDB")) {
             data.stations.push_back({row[kNavIdent], avq1::ToUpper(Token(row[kNavName])), *at,
@@ -264,20 +269,26 @@ bool ReadOurNavaids(std::string_view navaids, const ImportContext& context, Data
     return true;
 }
 
-bool ImportOurAirports(const std::string& folder, const ImportContext& context, Dataset& data,
+bool ImportOurAirports(const SourceFiles& files, const ImportContext& context, Dataset& data,
                        std::string& error) {
-    std::array<std::string, 3> texts;
-    const std::array<std::string, 3> names{"airports.csv", "runways.csv", "navaids.csv"};
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const std::string path = FindSource(folder, {names[i]});
-        if (path.empty()) {
-            error = folder + ": holds no " + names[i];
+    struct SourceRow {
+        SourceKind kind;
+        const char* name;
+    };
+    constexpr std::array<SourceRow, 3> kSources{{{SourceKind::OurAirports, "airports.csv"},
+                                                 {SourceKind::OurRunways, "runways.csv"},
+                                                 {SourceKind::OurNavaids, "navaids.csv"}}};
+    std::array<std::string, kSources.size()> texts;
+    for (std::size_t i = 0; i < kSources.size(); ++i) {
+        const FoundFile* const file = FileOf(files, kSources[i].kind);
+        if (file == nullptr) {
+            error = std::string("OurAirports' data comes without ") + kSources[i].name;
             return false;
         }
         if (context.progress) {
-            context.progress(names[i], 0);
+            context.progress(kSources[i].name, 0);
         }
-        if (!ReadSourceFile(path, texts[i], error)) {
+        if (!ReadSourceFile(file->file, texts[i], error)) {
             return false;
         }
     }

@@ -1,10 +1,10 @@
 #include "avqdata/output_file.h"
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <fstream>
 #include <system_error>
+
+#include "avqdata/os.h"
 
 namespace avqdata {
 
@@ -17,8 +17,8 @@ bool WriteOutputFile(const std::string& path, const std::string& text, bool forc
         error = path + ": is there already; --force writes over it";
         return false;
     }
-    const std::string staged = path + ".new-" + std::to_string(getpid());
-    std::ofstream file(staged, std::ios::binary | std::ios::trunc);
+    const std::string staged = path + ".new-" + std::to_string(ProcessNumber());
+    std::ofstream file(fs::path(staged), std::ios::binary | std::ios::trunc);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
     if (file.fail()) {

@@ -1,7 +1,5 @@
 #include "avqdata/source_file.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -13,66 +11,42 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned kChunkSize = 1U << 18U;
-
-// Why reading stopped, empty when it stopped at the end.
-std::string StreamError(gzFile stream) {
-    int code = Z_OK;
-    const char* const text = gzerror(stream, &code);
-    if (code == Z_OK || code == Z_STREAM_END) {
-        return {};
-    }
-    if (code == Z_BUF_ERROR) {
-        return "the compressed file is cut short";
-    }
-    return code == Z_ERRNO ? "cannot be read" : std::string("is damaged (") + text + ")";
-}
-
-bool IsRegularFile(const std::string& path) {
-    std::error_code error;
-    return fs::is_regular_file(path, error);
-}
+constexpr std::size_t kChunkSize = std::size_t{1} << 18U;
 
 }  // namespace
 
-struct LineSource::File {
-    gzFile stream = nullptr;
-    double size = 1;
-    Progress progress;
-
-    File() = default;
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
-    ~File() {
-        if (stream != nullptr) {
-            gzclose(stream);
-        }
+std::uint64_t SourceFile::PackedBytes() const {
+    std::error_code code;
+    if (archive != nullptr) {
+        return archive->Members()[member].packedBytes;
     }
-};
+    const std::uintmax_t size = fs::file_size(fs::path(path), code);
+    return code ? 0 : size;
+}
 
-bool ReadSourceFile(const std::string& path, std::string& text, std::string& error,
+std::unique_ptr<ByteStream> OpenSource(const SourceFile& file) {
+    return UnpackGzip(file.archive == nullptr
+                          ? OpenFileBytes(file.path)
+                          : file.archive->Open(file.archive->Members()[file.member]));
+}
+
+bool ReadSourceFile(const SourceFile& file, std::string& text, std::string& error,
                     std::size_t most) {
     text.clear();
-    gzFile stream = IsRegularFile(path) ? gzopen(path.c_str(), "rb") : nullptr;
-    if (stream == nullptr) {
-        error = path + ": cannot be opened";
-        return false;
-    }
-    gzbuffer(stream, kChunkSize);
-    int count = 1;
-    while (count > 0 && text.size() <= most) {
+    const std::unique_ptr<ByteStream> bytes = OpenSource(file);
+    std::size_t count = kChunkSize;
+    while (count == kChunkSize && text.size() <= most) {
         const std::size_t size = text.size();
         text.resize(size + kChunkSize);
-        count = gzread(stream, text.data() + size, kChunkSize);
-        text.resize(size + static_cast<std::size_t>(std::max(count, 0)));
+        count = bytes->Read(text.data() + size, kChunkSize);
+        text.resize(size + count);
     }
     const std::string fault =
         text.size() > most
             ? "is too large (more than " + std::to_string(most >> 20U) + " MiB, unpacked)"
-            : StreamError(stream);
-    gzclose(stream);
+            : bytes->Error();
     if (!fault.empty()) {
-        error = path + ": " + fault;
+        error = file.path + ": " + fault;
         text.clear();
     }
     return fault.empty();
@@ -119,51 +93,45 @@ LineSource LineSource::OfText(std::string_view text, std::string name) {
     return source;
 }
 
-LineSource LineSource::OfFile(const std::string& path, const Progress& progress) {
+LineSource LineSource::OfFile(const SourceFile& file, const Progress& progress) {
     LineSource source;
-    source.name_ = BaseName(path);
-    source.file_ = std::make_shared<File>();
-    source.file_->progress = progress;
-    source.file_->stream = IsRegularFile(path) ? gzopen(path.c_str(), "rb") : nullptr;
-    if (source.file_->stream == nullptr) {
-        source.error_ = path + ": cannot be opened";
-        source.file_.reset();
-        return source;
+    source.name_ = BaseName(file.path);
+    source.progress_ = progress;
+    source.bytes_ = OpenSource(file);
+    if (!source.bytes_->Error().empty()) {
+        source.error_ = file.path + ": " + source.bytes_->Error();
+        source.bytes_.reset();
     }
-    std::error_code error;
-    source.file_->size = std::max(1.0, static_cast<double>(fs::file_size(path, error)));
-    gzbuffer(source.file_->stream, kChunkSize);
     return source;
 }
 
 void LineSource::Refill() {
-    buffer_ = std::string(rest_);
+    buffer_.erase(0, buffer_.size() - rest_.size());
     const std::size_t kept = buffer_.size();
     buffer_.resize(kept + kChunkSize);
-    const int count = gzread(file_->stream, buffer_.data() + kept, kChunkSize);
-    buffer_.resize(kept + static_cast<std::size_t>(std::max(count, 0)));
+    const std::size_t count = bytes_->Read(buffer_.data() + kept, kChunkSize);
+    buffer_.resize(kept + count);
     rest_ = buffer_;
-    if (file_->progress) {
-        file_->progress(name_, static_cast<double>(gzoffset(file_->stream)) / file_->size);
+    if (progress_) {
+        progress_(name_, bytes_->Done());
     }
-    if (count < static_cast<int>(kChunkSize)) {
-        const std::string fault = StreamError(file_->stream);
-        if (!fault.empty()) {
-            error_ = name_ + ": " + fault;
+    if (count < kChunkSize) {
+        if (!bytes_->Error().empty()) {
+            error_ = name_ + ": " + bytes_->Error();
             rest_ = {};
         }
-        file_.reset();
+        bytes_.reset();
     }
 }
 
 bool LineSource::Next(std::string_view& line) {
     std::size_t end = rest_.find('\n');
-    while (end == std::string_view::npos && file_ != nullptr) {
+    while (end == std::string_view::npos && bytes_ != nullptr) {
         if (rest_.size() > kLongestSourceLine) {
             error_ = name_ + ":" + std::to_string(lineNumber_ + 1) + ": a line of more than " +
                      std::to_string(kLongestSourceLine) + " characters: is no file of this kind";
             rest_ = {};
-            file_.reset();
+            bytes_.reset();
             return false;
         }
         Refill();

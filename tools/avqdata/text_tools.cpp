@@ -69,11 +69,16 @@ std::string_view Trim(std::string_view text) {
     return text;
 }
 
-std::vector<std::string_view> Words(std::string_view line) {
-    std::vector<std::string_view> words;
+void SplitWords(std::string_view line, std::vector<std::string_view>& words) {
+    words.clear();
     for (std::string_view word = avq1::NextWord(line); !word.empty(); word = avq1::NextWord(line)) {
         words.push_back(word);
     }
+}
+
+std::vector<std::string_view> Words(std::string_view line) {
+    std::vector<std::string_view> words;
+    SplitWords(line, words);
     return words;
 }
 
@@ -187,9 +192,10 @@ void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
 }
 
 std::string Fixed(double value, int decimals) {
-    std::array<char, 64> text{};
-    const int size = std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
-    std::string result(text.data(), static_cast<std::size_t>(std::clamp(size, 0, 63)));
+    std::array<char, 400> text{};  // of any double
+    const auto [end, fault] = std::to_chars(text.data(), text.data() + text.size(), value,
+                                            std::chars_format::fixed, decimals);
+    std::string result(text.data(), fault == std::errc{} ? end : text.data());
     const bool zero = result.find_first_not_of("-0.") == std::string::npos;
     return zero && result.starts_with('-') ? result.substr(1) : result;
 }

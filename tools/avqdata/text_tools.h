@@ -13,6 +13,7 @@ namespace avqdata {
 
 std::string_view Trim(std::string_view text);
 std::vector<std::string_view> Words(std::string_view line);
+void SplitWords(std::string_view line, std::vector<std::string_view>& words);  // the same
 std::vector<std::string> SplitList(std::string_view text, char separator);
 
 // The whole text as a finite number; a leading "+" is allowed. Nothing else may stand in it.

@@ -39,32 +39,31 @@ int ReadHeader(LineSource& lines, Dataset& data, std::string& error) {
         error = AtLine(lines.Name(), 2, "is no X-Plane version line");
         return 0;
     }
-    const std::size_t cycle = line.find("data cycle ");
-    const std::size_t start = cycle + 11;
-    if (cycle != std::string_view::npos && line.size() >= start + 4) {
-        std::string digits;  // "2013.10" or "1310"
-        for (std::size_t i = start; i < line.size() && digits.size() < 6; ++i) {
-            if (line[i] >= '0' && line[i] <= '9') {
-                digits += line[i];
-            } else if (line[i] != '.') {
-                break;
-            }
-        }
-        data.cycle = WholeNumber(digits.substr(digits.size() > 4 ? 2 : 0)).value_or(0);
-    }
+    const int cycle = CycleOfHeader(line);
+    data.cycle = cycle != 0 ? cycle : data.cycle;
     return *version;
 }
 
-// Walks the rows behind the header up to the line "99".
-template <typename OnRow>
-bool ReadRows(LineSource& lines, Dataset& data, std::string& error, OnRow onRow) {
+bool IsAnyRow(std::string_view) {
+    return true;
+}
+
+// Walks the rows behind the header up to the line "99". `isWanted` spares lines that it does not
+// hold for from being taken apart.
+template <typename OnRow, typename IsWanted = bool (*)(std::string_view)>
+bool ReadRows(LineSource& lines, Dataset& data, std::string& error, OnRow onRow,
+              IsWanted isWanted = IsAnyRow) {
     const int version = ReadHeader(lines, data, error);
     if (version == 0) {
         return false;
     }
     std::string_view line;
+    Row words;
     while (lines.Next(line)) {
-        const Row words = Words(line);
+        if (!isWanted(line)) {
+            continue;
+        }
+        SplitWords(line, words);
         if (words.size() == 1 && words[0] == "99") {
             break;
         }
@@ -317,7 +316,8 @@ void AddDatum(const Row& words, AirportInWork& work) {
 using Reader = bool (*)(LineSource&, Report&, Dataset&, XplaneTables&, std::string&);
 
 struct SourceRow {
-    std::vector<std::string> names;
+    SourceKind kind;
+    const char* name;  // null for one whose absence is not worth a word
     Reader read;
 };
 
@@ -340,6 +340,22 @@ const char* UnusedNavRow(int code) {
 }
 
 }  // namespace
+
+int CycleOfHeader(std::string_view line) {
+    constexpr std::string_view kLabel = "data cycle ";
+    const std::size_t label = line.find(kLabel);
+    if (label == std::string_view::npos) {
+        return 0;
+    }
+    std::string digits;  // "2013.10" or "1310"
+    for (const char c : line.substr(label + kLabel.size())) {
+        if (c != '.' && (c < '0' || c > '9' || digits.size() == 6)) {
+            break;
+        }
+        digits += c != '.' ? std::string(1, c) : "";
+    }
+    return WholeNumber(digits.substr(digits.size() > 4 ? 2 : 0)).value_or(0);
+}
 
 void XplaneTables::Add(std::string_view ident, std::string_view region, int type,
                        const XplanePoint& point) {
@@ -439,24 +455,40 @@ bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const X
 }
 
 bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error) {
+    // Most lines are pavements, lights, frequencies and taxi routes.
+    const auto isWanted = [](std::string_view line) {
+        constexpr std::array<std::string_view, 6> kCodes{"1", "16", "17", "100", "1302", "99"};
+        const std::string_view code = line.substr(0, line.find_first_of(" \t"));
+        return code.empty() || std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
+    };
     AirportInWork work;
     Dataset ignoredCycle;
-    const bool read =
-        ReadRows(lines, ignoredCycle, error, [&](const Row& words, std::string_view line, int) {
-            if (words[0] == "1" || words[0] == "16" || words[0] == "17") {
-                CloseAirport(work, report, data);
-                if (words[0] == "1") {
-                    OpenAirport(words, line, lines, report, work);
-                } else {
-                    report.Add(Topic::Dropped, "seaplane bases and heliports");
-                }
-            } else if (words[0] == "100" && work.taken) {
-                AddRunway(words, lines, report, work.airport);
-            } else if (words[0] == "1302" && work.taken) {
-                AddDatum(words, work);
+    const auto onRow = [&](const Row& words, std::string_view line, int) {
+        if (words[0] == "1" || words[0] == "16" || words[0] == "17") {
+            CloseAirport(work, report, data);
+            if (words[0] == "1") {
+                OpenAirport(words, line, lines, report, work);
+            } else {
+                report.Add(Topic::Dropped, "seaplane bases and heliports");
             }
-        });
+        } else if (words[0] == "100" && work.taken) {
+            AddRunway(words, lines, report, work.airport);
+        } else if (words[0] == "1302" && work.taken) {
+            AddDatum(words, work);
+        }
+    };
+    const bool read = ReadRows(lines, ignoredCycle, error, onRow, isWanted);
     CloseAirport(work, report, data);
+    return read;
+}
+
+bool ReadXplaneHolds(LineSource& lines, Report& report, Dataset&, XplaneTables&,
+                     std::string& error) {
+    Dataset ignoredCycle;
+    std::size_t count = 0;
+    const bool read =
+        ReadRows(lines, ignoredCycle, error, [&](const Row&, std::string_view, int) { ++count; });
+    report.AddCount(Topic::Dropped, "published holds: the files have no place for them", count);
     return read;
 }
 
@@ -494,48 +526,38 @@ void TieLocalizers(Report& report, Dataset& data) {
     data.localizers = std::move(kept);
 }
 
-// As X-Plane and FlightGear lay their folders out; what the user put in stands before the default.
-constexpr std::array<const char*, 6> kFoldersBelow{
-    "",         "/Custom Data", "/Resources/default data",
-    "/Navaids", "/Airports",    "/Resources/default scenery/default apt dat/Earth nav data"};
-
-bool ImportXplane(const std::string& folder, const ImportContext& context, Dataset& data,
+bool ImportXplane(const SourceFiles& files, const ImportContext& context, Dataset& data,
                   std::string& error) {
     // The newer airway form refers to fixes and navaids by name, so those come first.
-    const std::vector<SourceRow> sources{
-        {{"earth_nav.dat", "nav.dat"}, ReadXplaneNavaids},
-        {{"earth_fix.dat", "fix.dat"}, ReadXplaneFixes},
-        {{"earth_awy.dat", "awy.dat"}, ReadAirwaysRow},
-        {{"apt.dat"}, ReadAirportsRow},
-    };
+    constexpr std::array<SourceRow, 5> kSources{{
+        {SourceKind::XplaneNavaids, "nav.dat", ReadXplaneNavaids},
+        {SourceKind::XplaneFixes, "fix.dat", ReadXplaneFixes},
+        {SourceKind::XplaneAirways, "awy.dat", ReadAirwaysRow},
+        {SourceKind::XplaneAirports, "apt.dat", ReadAirportsRow},
+        {SourceKind::XplaneHolds, nullptr, ReadXplaneHolds},
+    }};
     XplaneTables tables;
     std::size_t found = 0;
-    std::string procedures;
-    for (const char* const below : kFoldersBelow) {
-        procedures = procedures.empty() ? FindProcedureFolder(folder + below) : procedures;
-    }
-    for (const SourceRow& source : sources) {
-        std::string path;
-        for (const char* const below : kFoldersBelow) {
-            path = path.empty() ? FindSource(folder + below, source.names) : path;
-        }
-        if (path.empty()) {
-            context.report.Add(Topic::Warning, "files that are not in the folder",
-                               source.names.back());
+    for (const SourceRow& source : kSources) {
+        const FoundFile* const file = FileOf(files, source.kind);
+        if (file == nullptr) {
+            if (source.name != nullptr) {
+                context.report.Add(Topic::Warning, "files that are not in the folder", source.name);
+            }
             continue;
         }
         ++found;
-        LineSource lines = LineSource::OfFile(path, context.progress);
+        LineSource lines = LineSource::OfFile(file->file, context.progress);
         if (!source.read(lines, context.report, data, tables, error)) {
             return false;
         }
     }
     if (found == 0) {
-        error = folder + ": holds none of nav.dat, fix.dat, awy.dat, apt.dat";
+        error = "X-Plane's data comes with none of nav.dat, fix.dat, awy.dat, apt.dat";
         return false;
     }
-    if (!procedures.empty() &&
-        !ImportXplaneProcedures(procedures, context, tables.book, data, error)) {
+    if (FileOf(files, SourceKind::XplaneProcedures) != nullptr &&
+        !ImportXplaneProcedures(files, context, tables.book, data, error)) {
         return false;
     }
     TieLocalizers(context.report, data);

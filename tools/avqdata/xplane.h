@@ -28,12 +28,14 @@ struct XplaneTables {
     void Add(std::string_view ident, std::string_view region, int type, const XplanePoint& point);
 };
 
-// Procedures, a file an airport, from a folder named CIFP: the one in `folder`, empty when there is
-// none; one airport's file into the book; the whole folder, whose fixes and navaids `book` holds.
-std::string FindProcedureFolder(const std::string& folder);
+// "... data cycle 2309 ..." or "2013.10" in a file's second line; 0 when it names none.
+int CycleOfHeader(std::string_view line);
+
+// Procedures, a file an airport, into the book; all such files, whose fixes and navaids `book`
+// holds.
 bool ReadXplaneProcedures(LineSource& lines, const std::string& airport, Report& report,
                           CifpBook& book, std::string& error);
-bool ImportXplaneProcedures(const std::string& folder, const ImportContext& context, CifpBook& book,
+bool ImportXplaneProcedures(const SourceFiles& files, const ImportContext& context, CifpBook& book,
                             Dataset& data, std::string& error);
 
 // Ties the localizers read to the runway ends read; one without its runway, or without a

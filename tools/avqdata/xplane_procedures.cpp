@@ -2,8 +2,6 @@
 // fields between commas.
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <system_error>
 
 #include "avqdata/text_tools.h"
 #include "avqdata/xplane.h"
@@ -11,8 +9,6 @@
 
 namespace avqdata {
 namespace {
-
-namespace fs = std::filesystem;
 
 // The fields of a leg.
 enum LegField : std::size_t {
@@ -144,35 +140,7 @@ bool ReadLine(std::string_view line, const LineSource& lines, const std::string&
                   LegOf(fields, lines.LineNumber()), book.procedures[row->kind]);
 }
 
-// The airports' files of a folder, by name.
-std::vector<fs::path> ProcedureFiles(const std::string& folder) {
-    std::vector<fs::path> files;
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const fs::path& path = entry->path();
-        if (avq1::EqualsIgnoreCase(path.extension().string(), ".dat") &&
-            IsIdent(path.stem().string())) {
-            files.push_back(path);
-        }
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
 }  // namespace
-
-std::string FindProcedureFolder(const std::string& folder) {
-    std::error_code error;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (avq1::EqualsIgnoreCase(entry->path().filename().string(), "CIFP") &&
-            entry->is_directory(error)) {
-            return entry->path().string();
-        }
-    }
-    return {};
-}
 
 bool ReadXplaneProcedures(LineSource& lines, const std::string& airport, Report& report,
                           CifpBook& book, std::string& error) {
@@ -189,22 +157,27 @@ bool ReadXplaneProcedures(LineSource& lines, const std::string& airport, Report&
     return error.empty();
 }
 
-bool ImportXplaneProcedures(const std::string& folder, const ImportContext& context, CifpBook& book,
+bool ImportXplaneProcedures(const SourceFiles& files, const ImportContext& context, CifpBook& book,
                             Dataset& data, std::string& error) {
-    const std::vector<fs::path> files = ProcedureFiles(folder);
     for (const Airport& airport : data.airports) {
         book.airports.try_emplace(airport.ident, airport.at);
     }
     if (context.folder != nullptr) {
         AddFolderTo(book, *context.folder);
     }
+    std::size_t count = 0;
     for (std::size_t i = 0; i < files.size(); ++i) {
+        if (files[i].kind != SourceKind::XplaneProcedures) {
+            continue;
+        }
+        ++count;
         if (context.progress) {
             context.progress("CIFP", static_cast<double>(i) / static_cast<double>(files.size()));
         }
-        const std::string airport = avq1::ToUpper(files[i].stem().string());
+        const std::string name = BaseName(files[i].file.path);
+        const std::string airport = avq1::ToUpper(name.substr(0, name.find('.')));
         book.runways[airport].clear();  // the file has them all
-        LineSource lines = LineSource::OfFile(files[i].string(), {});
+        LineSource lines = LineSource::OfFile(files[i].file, {});
         if (!ReadXplaneProcedures(lines, airport, context.report, book, error)) {
             return false;
         }
@@ -213,7 +186,7 @@ bool ImportXplaneProcedures(const std::string& folder, const ImportContext& cont
             procedures.clear();
         }
     }
-    context.report.AddCount(Topic::Read, "airports' files of procedures", files.size());
+    context.report.AddCount(Topic::Read, "airports' files of procedures", count);
     return true;
 }
 
