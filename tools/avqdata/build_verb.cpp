@@ -68,32 +68,55 @@ ImportOptions OptionsOf(const BuildRequest& request, const SourceFormat& format,
     return options;
 }
 
+// What is read and merged at a time: all files of a source that comes as several, else each by
+// itself, the newest last.
+std::vector<SourceFiles> BatchesOf(const SourceFormat& format, const SourceFiles& files) {
+    SourceFiles all = FilesOf(format, files);
+    std::vector<SourceFiles> batches;
+    if (std::string_view(format.argument) != "FILE") {
+        batches.push_back(std::move(all));
+        return batches;
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const FoundFile& a, const FoundFile& b) { return a.cycle < b.cycle; });
+    for (FoundFile& file : all) {
+        batches.push_back({std::move(file)});
+    }
+    return batches;
+}
+
+bool ImportBatch(Build& build, const SourceFormat& format, const SourceFiles& batch,
+                 const ImportOptions& options, const Progress& progress, std::string& error) {
+    Contribution part{&format, batch, 0, {}};
+    part.report.keepAll = build.request.verbose;
+    Dataset incoming;
+    if (!format.import(batch, {options, part.report, progress, &build.folder}, incoming, error)) {
+        return false;
+    }
+    part.cycle = incoming.cycle;
+    const int newest = build.folder.cycle;
+    Report read;
+    CountTables(incoming, read);
+    for (const ReportEntry& entry : read.entries) {
+        part.report.AddCount(Topic::Read, entry.kind, entry.count);
+    }
+    Add(std::move(incoming), format.coverage, options, build.folder, part.report);
+    if (options.cycle == 0) {  // an older list of one country does not make the others old
+        build.folder.cycle = std::max(build.folder.cycle, newest);
+    }
+    build.contributions.push_back(std::move(part));
+    return true;
+}
+
 bool ImportAll(Build& build, const SourceFiles& files, const Progress& progress,
                std::string& error) {
     for (const SourceFormat& format : kSourceFormats) {
-        Contribution part{&format, FilesOf(format, files), 0, {}};
-        if (part.files.empty()) {
-            continue;
-        }
-        part.report.keepAll = build.request.verbose;
         const ImportOptions options = OptionsOf(build.request, format, files);
-        Dataset incoming;
-        if (!format.import(part.files, {options, part.report, progress, &build.folder}, incoming,
-                           error)) {
-            return false;
+        for (const SourceFiles& batch : BatchesOf(format, files)) {
+            if (!batch.empty() && !ImportBatch(build, format, batch, options, progress, error)) {
+                return false;
+            }
         }
-        part.cycle = incoming.cycle;
-        const int newest = build.folder.cycle;
-        Report read;
-        CountTables(incoming, read);
-        for (const ReportEntry& entry : read.entries) {
-            part.report.AddCount(Topic::Read, entry.kind, entry.count);
-        }
-        Add(std::move(incoming), format.coverage, options, build.folder, part.report);
-        if (options.cycle == 0) {  // an older list of one country does not make the others old
-            build.folder.cycle = std::max(build.folder.cycle, newest);
-        }
-        build.contributions.push_back(std::move(part));
     }
     Finish(build.folder, build.together);
     CountTables(build.folder, build.together);

@@ -117,7 +117,8 @@ SourceKind KindOfRow(const Row& words) {
     if (words.size() == 11 && IsPointType(words[2]) && IsPointType(words[5])) {
         return SourceKind::XplaneAirways;
     }
-    if (words.size() >= 11 && IsPointType(words[3]) && (words[7] == "L" || words[7] == "R")) {
+    if (words.size() >= 11 && IsPointType(words[3]) && (words[7] == "L" || words[7] == "R") &&
+        !Number(words[2])) {
         return SourceKind::XplaneHolds;
     }
     if (words.size() >= 10 && HasPoint(words, 1) && HasPoint(words, 4)) {
@@ -453,9 +454,11 @@ SourceFiles ChooseFiles(const SourceFiles& found, std::vector<std::string>& unus
             unused.push_back(file.file.path);
             continue;
         }
-        const auto have = std::find_if(chosen.begin(), chosen.end(), [&](const FoundFile& other) {
-            return other.kind == file.kind && ComesOnce(file.kind);
-        });
+        const auto have =
+            ComesOnce(file.kind)
+                ? std::find_if(chosen.begin(), chosen.end(),
+                               [&](const FoundFile& other) { return other.kind == file.kind; })
+                : chosen.end();
         if (have == chosen.end()) {
             chosen.push_back(file);
             continue;
