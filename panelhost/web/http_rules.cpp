@@ -186,7 +186,7 @@ std::string_view FileFor(std::string_view path) {
 PageReply Route(const PageRequest& request, Pairing& pairing, double nowS) {
     const std::string_view path = request.target.substr(0, request.target.find('?'));
     const bool isGet = request.method == "GET" || request.method == "HEAD";
-    if (path.starts_with(kApi) && (isGet || request.method == "POST")) {
+    if (path.starts_with(kApi) && path != kApi && (isGet || request.method == "POST")) {
         return Api(request, path, pairing, nowS);
     }
     if (pairing.required && request.method == "POST" && path == "/pair") {

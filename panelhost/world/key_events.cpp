@@ -10,8 +10,7 @@ int Signed(std::uint32_t value) {
 }
 
 int Course(int degrees) {
-    const int turned = ((degrees - 1) % 360 + 360) % 360;
-    return turned + 1;
+    return (degrees % 360 + 359) % 360 + 1;
 }
 
 // Binary-coded decimal digits as a number; 0 when a digit is not one.
@@ -33,6 +32,13 @@ void SetNav(Receiver& receiver, std::uint32_t value) {
     const int frequency = digits < 10000 ? digits + 10000 : digits;
     if (frequency >= 10800 && frequency <= 11795) {
         receiver.frequency = frequency;
+    }
+}
+
+void SetAdf(Receiver& receiver, std::uint32_t value) {
+    const int kHz = FromBcd(value);
+    if (kHz >= 190 && kHz <= 1799) {
+        receiver.frequency = kHz;
     }
 }
 
@@ -116,7 +122,7 @@ constexpr KeyEventRow kTable[] = {
     {65709, "NAV2_RADIO_SET", "NAV2 frequency, binary-coded decimal",
      [](World& w, U v) { SetNav(w.nav2, v); }},
     {65714, "ADF_SET", "ADF frequency in kHz, binary-coded decimal",
-     [](World& w, U v) { w.adf.frequency = FromBcd(v); }},
+     [](World& w, U v) { SetAdf(w.adf, v); }},
     {65716, "VOR1_SET", "NAV1 course, degrees magnetic",
      [](World& w, U v) { w.nav1.courseMag = Course(Signed(v)); }},
     {65717, "VOR2_SET", "NAV2 course, degrees magnetic",

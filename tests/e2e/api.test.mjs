@@ -51,7 +51,7 @@ test('plain requests list, read and act', async () => {
   assert.equal(Math.round(status.adf.frequency * 1000), 344);
   assert.equal((await ask('/api/1/variables/45')).json.value, 44);
   assert.equal((await ask('/api/1/variables/avq_lnav_mode')).json.value, 0);
-  const wrong = [['/api/1/gauges/NONE', 404], ['/api/1/variables/none', 404], ['/api/1/none', 404],
+  const wrong = [['/api/1/gauges/NONE', 404], ['/api/1/variables/none', 404], ['/api/1/none', 404], ['/api/1/', 404],
     ['/api/2/gauges', 404]];
   for (const [target, code] of wrong) assert.equal((await ask(target)).status, code, target);
   for (const [message, code] of [[{ t: 'press', gauge: 'MCU', key: 'NONE' }, 409],

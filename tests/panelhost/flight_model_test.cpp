@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 #include "panelhost/world/key_events.h"
@@ -32,6 +33,46 @@ void Send(World& world, std::initializer_list<Event> events) {
     for (const Event& event : events) {
         ASSERT_NE(FindKeyEvent(event.number), nullptr) << event.number;
         FindKeyEvent(event.number)->apply(world, static_cast<std::uint32_t>(event.value));
+    }
+}
+
+TEST(KeyEvents, KeepTheirTargetsWithinLimits) {
+    using A = Autopilot;
+    const struct {
+        Event event;
+        int times;
+        int A::*target;
+        int expected;
+    } rows[] = {
+        {{65892}, 1, &A::altitudeTargetFt, 100},
+        {{65892}, 500, &A::altitudeTargetFt, 45000},
+        {{65893}, 1, &A::altitudeTargetFt, 0},
+        {{66124, 9000}, 1, &A::altitudeTargetFt, 9000},
+        {{66124, -1}, 1, &A::altitudeTargetFt, 0},
+        {{66124, INT_MAX}, 1, &A::altitudeTargetFt, 45000},
+        {{65894}, 1, &A::verticalSpeedTargetFpm, 100},
+        {{65894}, 61, &A::verticalSpeedTargetFpm, 6000},
+        {{65895}, 61, &A::verticalSpeedTargetFpm, -6000},
+        {{66036, INT_MIN}, 1, &A::verticalSpeedTargetFpm, -6000},
+        {{66036, INT_MAX}, 1, &A::verticalSpeedTargetFpm, 6000},
+        {{65896}, 1, &A::airspeedTargetKt, 1},
+        {{65896}, 401, &A::airspeedTargetKt, 400},
+        {{65897}, 1, &A::airspeedTargetKt, 0},
+        {{66037, INT_MIN}, 1, &A::airspeedTargetKt, 0},
+        {{66037, INT_MAX}, 1, &A::airspeedTargetKt, 400},
+        {{65879}, 1, &A::headingBugMag, 1},
+        {{65880}, 1, &A::headingBugMag, 359},
+        {{66042, 0}, 1, &A::headingBugMag, 360},
+        {{66042, INT_MIN}, 1, &A::headingBugMag, 232},
+        {{66042, INT_MAX}, 1, &A::headingBugMag, 127},
+    };
+    for (const auto& row : rows) {
+        World world;
+        for (int i = 0; i < row.times; ++i) {
+            Send(world, {row.event});
+        }
+        EXPECT_EQ(world.autopilot.*row.target, row.expected)
+            << row.event.number << " " << row.event.value;
     }
 }
 
@@ -155,6 +196,19 @@ TEST(FlightModel, DriftsWithTheWind) {
     Fly(world, 1);
     EXPECT_NEAR(world.aircraft.trackTrue, std::atan2(50, 200) * kDegreesPerRadian, 0.05);
     EXPECT_NEAR(world.aircraft.groundSpeedKt, std::hypot(50, 200), 0.3);
+}
+
+TEST(FlightModel, GustsAreAsStrongAsAskedFor) {
+    World world = Cruising(90, 10000, 250);
+    world.air.turbulenceKt = 8;
+    double squares = 0;
+    constexpr int kSteps = 20000;
+    for (int i = 0; i < kSteps; ++i) {
+        StepFlight(world, 0.05);
+        squares += world.air.gustEastKt * world.air.gustEastKt +
+                   world.air.gustNorthKt * world.air.gustNorthKt;
+    }
+    EXPECT_NEAR(std::sqrt(squares / (2 * kSteps)), 8, 0.6);
 }
 
 TEST(FlightModel, TakesOffAndLands) {

@@ -94,6 +94,9 @@ TEST_F(Radios, OutOfReachThereIsNoSignal) {
 TEST_F(Radios, AdfPointsToTheBeacon) {
     world.aircraft.headingTrue = 90;
     Send(65714, 0x385);
+    for (const std::uint32_t nonsense : {0U, 0x189U, 0x1800U, 0x38AU, 0x99999999U}) {
+        Send(65714, nonsense);
+    }
     ReceiveAt({45.0, 10.0}, 0);
     EXPECT_GT(Read(20), 0);
     EXPECT_NEAR(Read(39), 270, 0.01);
