@@ -74,59 +74,73 @@ double SmoothAirspeed(double raw) {
     return smoothed;
 }
 
+// The largest magnitudes that are believed, in the field's unit: wide, so that nothing a simulator
+// may mean is lost.
+constexpr double kMostDegrees = 3600;
+constexpr double kMostLatitude = 90.5;
+constexpr double kMostLongitude = 360;
+constexpr double kMostKnots = 9999;
+constexpr double kMostFeet = 999999;
+constexpr double kMostFpm = 99999;
+constexpr double kMostOfClock = 60;
+constexpr double kMostNeedle = 9999;
+constexpr double kMostNm = 9999;
+constexpr double kMostOfCounter = 2147483647;  // flags too
+
 struct SnapshotRow {
     std::int32_t variable;
     double AircraftState::*field;
+    double most;
     Conversion convert = AsRead;
 };
 
 constexpr SnapshotRow kSnapshot[] = {
-    {1, &AircraftState::tick},
-    {81, &AircraftState::headingMag},
-    {86, &AircraftState::trueHeading},
-    {kAirspeedVariable, &AircraftState::indicatedAirspeedKt, SmoothAirspeed},
-    {551, &AircraftState::groundSpeedKt, FeetPerSecondToKnots},
-    {614, &AircraftState::radioAltitudeFt, MetresToFeet},
-    {5, &AircraftState::clockSecond},
-    {106, &AircraftState::headingHoldOn},
-    {794, &AircraftState::flightDirectorBank},
-    {793, &AircraftState::flightDirectorPitch},
-    {80, &AircraftState::bank},
-    {77, &AircraftState::pitch},
-    {74, &AircraftState::altitudeFt},
-    {65, &AircraftState::verticalSpeedFpm, RawToFpm},
-    {107, &AircraftState::apHeadingBug},
-    {116, &AircraftState::apAirspeedTargetKt},
-    {109, &AircraftState::apAltitudeTargetFt},
-    {71, &AircraftState::latitude, RawToLatitude},
-    {72, &AircraftState::longitude, RawToLongitude},
-    {20, &AircraftState::adfActive},
-    {39, &AircraftState::adfRelativeBearing},
-    {336, &AircraftState::simRateRaw},
-    {82, &AircraftState::magneticVariation},
-    {3, &AircraftState::clockHour},
-    {4, &AircraftState::clockMinute},
-    {5, &AircraftState::clockSecondShown},
-    {6, &AircraftState::zuluHour},
-    {7, &AircraftState::zuluMinute},
-    {800, &AircraftState::value800},
-    {105, &AircraftState::autopilotNav1Lock},
-    {114, &AircraftState::yawDamperOn},
-    {108, &AircraftState::apAltitudeLockOn},
-    {115, &AircraftState::apSpeed115},
-    {103, &AircraftState::autopilotOn},
-    {112, &AircraftState::approachHoldOn},
-    {45, &AircraftState::nav1Course},
-    {40, &AircraftState::nav1CdiNeedle},
-    {41, &AircraftState::nav1GlideslopeNeedle},
-    {550, &AircraftState::nav1RelativeBearing},
-    {59, &AircraftState::nav2RelativeBearing},
-    {31, &AircraftState::nav1DmeNm},
-    {32, &AircraftState::nav1DmeSpeedKt},
-    {35, &AircraftState::nav2DmeNm},
-    {354, &AircraftState::markerBeacon},
-    {343, &AircraftState::windSpeedKt},
-    {344, &AircraftState::windDirection},
+    {1, &AircraftState::tick, kMostOfCounter},
+    {81, &AircraftState::headingMag, kMostDegrees},
+    {86, &AircraftState::trueHeading, kMostDegrees},
+    {kAirspeedVariable, &AircraftState::indicatedAirspeedKt, kMostKnots, SmoothAirspeed},
+    {551, &AircraftState::groundSpeedKt, kMostKnots, FeetPerSecondToKnots},
+    {614, &AircraftState::radioAltitudeFt, kMostFeet, MetresToFeet},
+    {5, &AircraftState::clockSecond, kMostOfClock},
+    {106, &AircraftState::headingHoldOn, kMostOfCounter},
+    {794, &AircraftState::flightDirectorBank, kMostDegrees},
+    {793, &AircraftState::flightDirectorPitch, kMostDegrees},
+    {80, &AircraftState::bank, kMostDegrees},
+    {77, &AircraftState::pitch, kMostDegrees},
+    {74, &AircraftState::altitudeFt, kMostFeet},
+    {65, &AircraftState::verticalSpeedFpm, kMostFpm, RawToFpm},
+    {107, &AircraftState::apHeadingBug, kMostDegrees},
+    {116, &AircraftState::apAirspeedTargetKt, kMostKnots},
+    {109, &AircraftState::apAltitudeTargetFt, kMostFeet},
+    {71, &AircraftState::latitude, kMostLatitude, RawToLatitude},
+    {72, &AircraftState::longitude, kMostLongitude, RawToLongitude},
+    {20, &AircraftState::adfActive, kMostOfCounter},
+    {39, &AircraftState::adfRelativeBearing, kMostDegrees},
+    {336, &AircraftState::simRateRaw, kMostOfCounter},
+    {82, &AircraftState::magneticVariation, kMostDegrees},
+    {3, &AircraftState::clockHour, kMostOfClock},
+    {4, &AircraftState::clockMinute, kMostOfClock},
+    {5, &AircraftState::clockSecondShown, kMostOfClock},
+    {6, &AircraftState::zuluHour, kMostOfClock},
+    {7, &AircraftState::zuluMinute, kMostOfClock},
+    {800, &AircraftState::value800, kMostNeedle},
+    {105, &AircraftState::autopilotNav1Lock, kMostOfCounter},
+    {114, &AircraftState::yawDamperOn, kMostOfCounter},
+    {108, &AircraftState::apAltitudeLockOn, kMostOfCounter},
+    {115, &AircraftState::apSpeed115, kMostKnots},
+    {103, &AircraftState::autopilotOn, kMostOfCounter},
+    {112, &AircraftState::approachHoldOn, kMostOfCounter},
+    {45, &AircraftState::nav1Course, kMostDegrees},
+    {40, &AircraftState::nav1CdiNeedle, kMostNeedle},
+    {41, &AircraftState::nav1GlideslopeNeedle, kMostNeedle},
+    {550, &AircraftState::nav1RelativeBearing, kMostDegrees},
+    {59, &AircraftState::nav2RelativeBearing, kMostDegrees},
+    {31, &AircraftState::nav1DmeNm, kMostNm},
+    {32, &AircraftState::nav1DmeSpeedKt, kMostKnots},
+    {35, &AircraftState::nav2DmeNm, kMostNm},
+    {354, &AircraftState::markerBeacon, kMostOfCounter},
+    {343, &AircraftState::windSpeedKt, kMostKnots},
+    {344, &AircraftState::windDirection, kMostDegrees},
 };
 
 struct DerivedRow {
@@ -152,8 +166,8 @@ constexpr DerivedRow kDerived[] = {
     {&DerivedState::simRate, kSimRate},
 };
 
-// A reading that is not a number leaves the field as it was: one bad sample must not carry into
-// the smoothing or the position guidance flies by.
+// A reading that is not a number, or beyond all belief, leaves the field as it was: one bad sample
+// must not carry into the smoothing or the position guidance flies by.
 void RefreshField(const SnapshotRow& row) {
     ModuleVariable onStack;
     ModuleVariable& variable = row.variable == kAirspeedVariable ? airspeedVariable : onStack;
@@ -164,7 +178,7 @@ void RefreshField(const SnapshotRow& row) {
     const double converted =
         std::isfinite(variable.value) ? row.convert(variable.value) : kNotKnown;
     double& badReadings = lost.badReadings.*row.field;
-    if (std::isfinite(converted)) {
+    if (std::fabs(converted) <= row.most) {
         aircraft.*row.field = converted;
         badReadings = 0;
     } else {

@@ -2,11 +2,11 @@
 //
 // Refreshed by the per-frame update once per simulator tick from the simulator's numbered
 // variables, converted to the units below; the update also levels a bank that is almost level, and
-// nothing else writes it. A reading that is no finite number is skipped: the field keeps its last
-// good value, so guidance never meets one, and after more than kReadingsUntilLost of them in a row
-// the field is lost until the first good one. Guidance reads `aircraft`, displays read
-// ShownAircraft(). Units: degrees, feet, knots, feet per minute; directions are magnetic where the
-// name says Mag, else as commented; flags are 0 and 1.
+// nothing else writes it. A reading that is no finite number, or larger than any simulator means,
+// is skipped: the field keeps its last good value, so guidance never meets one, and after more than
+// kReadingsUntilLost of them in a row the field is lost until the first good one. Guidance reads
+// `aircraft`, displays read ShownAircraft(). Units: degrees, feet, knots, feet per minute;
+// directions are magnetic where the name says Mag, else as commented; flags are 0 and 1.
 #pragma once
 
 #include <cstdint>

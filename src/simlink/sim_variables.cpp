@@ -62,6 +62,14 @@ const EngineFamily& FlowingFamily() {
     return ReadVariable(kPistonFlows[0]) > 0 ? kPistonFlows : kTurbineFlows;
 }
 
+// No simulator tells more than that; what lies beyond reads as 0, like what is no number.
+constexpr double kMostReading = 1e15;
+constexpr double kMostPounds = 999999;  // an hour too
+
+double Believed(double value, double most) {
+    return std::fabs(value) <= most ? value : 0;
+}
+
 double RawVariable(std::int32_t number) {
     ModuleVariable variable;
     variable.number = number;
@@ -72,8 +80,7 @@ double RawVariable(std::int32_t number) {
 }  // namespace
 
 double ReadVariable(std::int32_t number) {
-    const double value = RawVariable(number);
-    return std::isfinite(value) ? value : 0;
+    return Believed(RawVariable(number), kMostReading);
 }
 
 double ReadTick() {
@@ -81,11 +88,11 @@ double ReadTick() {
 }
 
 double ReadUtcDayOfYear() {
-    return ReadVariable(kUtcDayOfYear);
+    return Believed(ReadVariable(kUtcDayOfYear), 366);
 }
 
 double ReadUtcYear() {
-    return ReadVariable(kUtcYear);
+    return Believed(ReadVariable(kUtcYear), 9999);
 }
 
 std::uint32_t ReadNavFlagWord() {
@@ -113,7 +120,8 @@ double ReadParkingBrake() {
 }
 
 double TankCapacityLb(FuelTank tank) {
-    return ReadVariable(RowOf(tank).capacity) * ReadVariable(kFuelWeightPerGallon);
+    return Believed(ReadVariable(RowOf(tank).capacity) * ReadVariable(kFuelWeightPerGallon),
+                    kMostPounds);
 }
 
 std::uint32_t TankLevelOffset(FuelTank tank) {
@@ -127,7 +135,7 @@ double FuelOnBoard() {
         pounds += ReadVariable(tank.level) / kFullTankLevel * ReadVariable(tank.capacity) *
                   weightPerGallon;
     }
-    return pounds;
+    return Believed(pounds, kMostPounds);
 }
 
 double TotalFuelFlow() {
@@ -135,11 +143,12 @@ double TotalFuelFlow() {
     for (const std::int32_t variable : FlowingFamily()) {
         sum += ReadVariable(variable);
     }
-    return sum;
+    return Believed(sum, kMostPounds);
 }
 
 double EngineFuelFlow(std::int32_t engine) {
-    return ReadVariable(FlowingFamily()[static_cast<std::size_t>(engine - 1)]);
+    return Believed(ReadVariable(FlowingFamily()[static_cast<std::size_t>(engine - 1)]),
+                    kMostPounds);
 }
 
 }  // namespace avq1

@@ -1,7 +1,7 @@
 // simlink/sim_variables.h - values read from the simulator at the moment of use.
 //
 // For what the snapshot in aircraft_state.h does not hold. Without a host, and for a value that is
-// no finite number, a reader gives 0. Panel thread only.
+// no finite number or larger than any simulator tells, a reader gives 0. Panel thread only.
 #pragma once
 
 #include <cstdint>

@@ -172,6 +172,51 @@ TEST_F(SimlinkTest, AFieldIsLostAfterEighteenBadReadingsInARow) {
     EXPECT_TRUE(IsLost(&AircraftState::radioAltitudeFt));
 }
 
+TEST_F(SimlinkTest, ReadingsBeyondAllBeliefAreNone) {
+    using A = AircraftState;
+    const struct {
+        std::int32_t variable;
+        double A::*field;
+        double most, beyond;  // in the variable's unit
+    } rows[] = {
+        {1, &A::tick, 2147483647, 2147483648},
+        {5, &A::clockSecond, 60, 61},
+        {31, &A::nav1DmeNm, 9999, 10000},
+        {40, &A::nav1CdiNeedle, -9999, -10000},
+        {65, &A::verticalSpeedFpm, 99999 / 0.7689468504, 100000 / 0.7689468503},
+        {71, &A::latitude, -90.49 * 111130.5556, 90.51 * 111130.5556},
+        {72, &A::longitude, 281474976710656, 3e15},
+        {74, &A::altitudeFt, 999999, 1000000},
+        {81, &A::headingMag, -3600, -3601},
+        {343, &A::windSpeedKt, 9999, 1e300},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.variable);
+        simulator.variables[row.variable] = row.most;
+        RefreshAircraftState();
+        const double believed = aircraft.*row.field;
+        simulator.variables[row.variable] = row.beyond;
+        for (int reading = 0; reading < 19; ++reading) {
+            EXPECT_FALSE(IsLost(row.field));
+            RefreshAircraftState();
+        }
+        EXPECT_TRUE(IsLost(row.field));
+        EXPECT_EQ(aircraft.*row.field, believed);
+    }
+    for (const auto& [variable, value] : {std::pair{1, 1e16}, {8, 367}, {9, 10000}, {46, 1e16}}) {
+        simulator.variables[variable] = value;
+    }
+    EXPECT_EQ(ReadTick() + ReadUtcDayOfYear() + ReadUtcYear() + ReadNavFlagWord(), 0);
+    simulator.variables[289] = 8388608;
+    simulator.variables[290] = 1000;
+    simulator.variables[306] = 1000;  // pounds
+    EXPECT_EQ(TankCapacityLb(FuelTank::Centre) + FuelOnBoard(), 0);
+    simulator.variables[638] = 1e6;
+    EXPECT_EQ(TotalFuelFlow() + EngineFuelFlow(1), 0);
+    simulator.variables[638] = 999999;
+    EXPECT_EQ(TotalFuelFlow() + EngineFuelFlow(1), 2 * 999999);
+}
+
 TEST_F(SimlinkTest, FuelIsSummedOverSevenTanks) {
     simulator.variables[306] = 6.7;
     EXPECT_EQ(FuelOnBoard(), 0);
