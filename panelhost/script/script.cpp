@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 
 #include "panelhost/base/png.h"
 #include "panelhost/base/text.h"
@@ -409,6 +410,26 @@ bool DoSet(Runner& runner, const Arguments& words) {
     return runner.Fail("cannot set \"" + words[0] + "\"");
 }
 
+// override #NN VALUE, or off
+bool DoOverride(Runner& runner, const Arguments& words) {
+    constexpr std::pair<const char*, double> kNoNumbers[] = {
+        {"nan", std::numeric_limits<double>::quiet_NaN()},
+        {"inf", std::numeric_limits<double>::infinity()},
+        {"-inf", -std::numeric_limits<double>::infinity()},
+    };
+    const std::optional<std::int64_t> number =
+        words[0].starts_with('#') ? ToInteger(words[0].substr(1)) : std::nullopt;
+    std::optional<double> value = ToNumber(words[1]);
+    for (const auto& [name, noNumber] : kNoNumbers) {
+        value = words[1] == name ? noNumber : value;
+    }
+    if (!number || *number < 0 || *number > INT32_MAX || (!value && words[1] != "off")) {
+        return runner.Fail("needs #NN and a number, nan, inf, -inf or off");
+    }
+    runner.session.OverrideVariable(static_cast<std::int32_t>(*number), value);
+    return true;
+}
+
 bool DoSituation(Runner& runner, const Arguments& words) {
     const Situation* const situation = FindSituation(words[0]);
     if (situation == nullptr) {
@@ -578,6 +599,9 @@ constexpr CommandRow kCommands[] = {
     {"set", 2, 3, DoSet, "NAME VALUE...",
      "heading (magnetic), heading-true, altitude, speed, position LAT LON, wind FROM KT, "
      "turbulence KT, fuel LB, rate N, paused 0|1"},
+    {"override", 2, 2, DoOverride, "#NN VALUE|off",
+     "what the module reads as a numbered variable whatever the aircraft does, as from a broken "
+     "simulator; nan, inf and -inf too"},
     {"situation", 1, 1, DoSituation, "NAME",
      "place the aircraft with radios, autopilot and traffic: runway, en-route, approach, navaids, "
      "crossing, overtaking, climbing, head-on"},

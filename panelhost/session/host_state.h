@@ -76,6 +76,7 @@ struct HostState {
     int panelWindows = 0;                              // how many are the panel file's
     std::vector<std::unique_ptr<Placement>> placements;
     std::vector<RegisteredVariable> variables;
+    std::map<std::int32_t, double> overrides;  // of numbered variables
     std::deque<KeyEventRecord> events;
     std::uint64_t eventSerial = 0;
     std::map<std::int32_t, std::uint64_t> moduleEventCounts;

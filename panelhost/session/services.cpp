@@ -104,7 +104,7 @@ void LookupVariable(ModuleVariable* variable) {
         variable->value = Fetch(variable->type, variable->address);
         return;
     }
-    variable->value = ReadVariable(host->world, variable->number).value_or(0);
+    variable->value = ReadNumbered(*host, variable->number).value_or(0);
     variable->type = static_cast<std::int32_t>(VariableType::Float64);
 }
 
@@ -276,6 +276,11 @@ avq1::PlatformServices* PlatformServiceTable() {
     table.text_drawn = TextDrawn;
     table.vertical_profile = TakeVerticalProfile;
     return &table;
+}
+
+std::optional<double> ReadNumbered(const HostState& host, std::int32_t number) {
+    const auto found = host.overrides.find(number);
+    return found == host.overrides.end() ? ReadVariable(host.world, number) : found->second;
 }
 
 NamedVariable ReadNamed(const RegisteredVariable& variable) {

@@ -14,6 +14,8 @@ namespace panelhost {
 avq1::PanelServices* PanelServiceTable();
 avq1::PlatformServices* PlatformServiceTable();
 
+// A numbered variable as the module reads it; empty for an unknown number.
+std::optional<double> ReadNumbered(const HostState& host, std::int32_t number);
 NamedVariable ReadNamed(const RegisteredVariable& variable);
 std::optional<NamedVariable> ReadNamed(const HostState& host, std::string_view name);
 

@@ -269,6 +269,13 @@ void Session::SendKeyEvent(std::int32_t number, std::uint32_t value) {
     }
 }
 
+void Session::OverrideVariable(std::int32_t number, std::optional<double> value) {
+    state_->host.overrides.erase(number);
+    if (value) {
+        state_->host.overrides[number] = *value;
+    }
+}
+
 std::uint64_t Session::ModuleEventCount(std::int32_t number) const {
     const auto found = state_->host.moduleEventCounts.find(number);
     return found == state_->host.moduleEventCounts.end() ? 0 : found->second;

@@ -280,6 +280,9 @@ class Session {
     // nothing changed, for a name the simulator folder has no scene of.
     bool SetTraffic(std::string_view scene);
     void SetFuelPounds(double pounds);  // spread over the tanks in proportion to their capacity
+    // What the module reads as a numbered variable from now on, in the variable's own unit and
+    // whatever the aircraft does, no numbers (NaN, infinity) too; empty: the aircraft's own again.
+    void OverrideVariable(std::int32_t number, std::optional<double> value);
 
     SessionStatus Status() const;
     // As the module told it last, at most once a simulator second.

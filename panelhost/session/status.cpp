@@ -91,7 +91,7 @@ std::string Session::FlightLog() const {
 }
 
 std::optional<double> Session::NumberedVariable(int number) const {
-    return ReadVariable(state_->host.world, number);
+    return ReadNumbered(state_->host, number);
 }
 
 std::optional<NamedVariable> Session::FindVariable(std::string_view name) const {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "panelhost/base/text.h"
+#include "panelhost/script/script.h"
 #include "panelhost/session/session.h"
 #include "tests/panelhost/fake/probe_module.h"
 
@@ -42,6 +44,33 @@ class HostTest : public testing::Test {
         options_.simFolder = folder_.string();
         options_.modulePath = ProbePath();
         return session_.Open(options_);
+    }
+
+    // The real module in place of the probe.
+    void TakeRealModule() {
+        // Unloaded with the module, these would take the only pointers to their caches along.
+        dlopen("libcairo.so.2", RTLD_NOW | RTLD_NODELETE);
+        dlopen("libfontconfig.so.1", RTLD_NOW | RTLD_NODELETE);
+        options_.simFolder = folder_.string();
+        options_.modulePath = AVQ1_BINARY_DIR "/avq1.gau";
+    }
+    // The real module in a copy of the demonstration's folder, which StartDemo() flies once the
+    // session is open.
+    void CopyDemo() {
+        TakeRealModule();
+        std::filesystem::remove(folder_ / "panel.cfg");
+        std::filesystem::remove_all(folder_ / "avq");
+        std::filesystem::copy(AVQ1_SOURCE_DIR "/demo", folder_,
+                              std::filesystem::copy_options::recursive);
+    }
+    void StartDemo() {
+        for (const char* script : {"start.script", "autostart.script"}) {
+            EXPECT_EQ(Run(ReadWholeFile(script, 1U << 20U).value_or("")), "");
+        }
+    }
+    // Why the script failed, if it did.
+    std::string Run(const std::string& script) {
+        return RunScript(session_, ParseScript(script), folder_.string(), stdout).error;
     }
 
     // The probe's notes; valid while the session is open.

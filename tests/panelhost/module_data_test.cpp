@@ -1,10 +1,8 @@
 // The real module and the panel host's data service, through the same records as in the simulator:
 // a pilot's clicks on the compact unit end in the host's aircraft.
 #include <cmath>
-#include <cstdio>
 
 #include "panelhost/base/text.h"
-#include "panelhost/script/script.h"
 #include "support/leak_suppressions.h"
 #include "tests/panelhost/host_fixture.h"
 
@@ -27,14 +25,7 @@ class ModuleData : public HostTest {
             "CruiseAlt=9000\nTripFuel=15000\nResvFuel=5000\n[FlightPlan]\nKJFK 40.6 -73.8 APT ---\n"
             "KBOS 42.36 -71.00 APT ---\n");
         WriteFile("avq/Navdata/avq_apts.txt", "KBOS Logan 20 42.36 -71.00\n");
-        // Unloaded with the module, these would take the only pointers to their caches along.
-        dlopen("libcairo.so.2", RTLD_NOW | RTLD_NODELETE);
-        dlopen("libfontconfig.so.1", RTLD_NOW | RTLD_NODELETE);
-        options_.simFolder = folder_.string();
-        options_.modulePath = AVQ1_BINARY_DIR "/avq1.gau";
-    }
-    std::string Run(const std::string& text) {
-        return RunScript(session_, ParseScript(text), folder_.string(), stdout).error;
+        TakeRealModule();
     }
 };
 
@@ -107,7 +98,7 @@ TEST_F(ModuleData, TrafficOfAnOutsideModuleShowsOnTheDisplays) {
         EXPECT_EQ(Run(module ? "expect texts contains -05\nexpect texts lacks OFF\n"
                                "traffic off\nrun 2s\nexpect texts lacks -05\n"
                                "traffic HEAD-ON\nrun 5.6s\nexpect texts contains -05\n"
-                               "situation navaids\nrun 2s\nexpect texts lacks -05\n"
+                               "situation crossing\nrun 2s\nexpect texts lacks -05\n"
                              : "expect texts contains \"TCAS OFF\"\nexpect texts lacks -05\n"),
                   "");
         EXPECT_NE(Run("traffic crossing").find("no scene \"crossing\""), std::string::npos);
@@ -188,17 +179,12 @@ std::string Flown(Session& session, const Watchers& watchers) {
 }
 
 TEST_F(ModuleData, AFlightIsTheSameWhoeverWatches) {
-    std::filesystem::remove(folder_ / "panel.cfg");
-    std::filesystem::remove_all(folder_ / "avq");
-    std::filesystem::copy(AVQ1_SOURCE_DIR "/demo", folder_,
-                          std::filesystem::copy_options::recursive);
+    CopyDemo();
     std::vector<std::string> traces;
     for (const Watchers& watchers : kWatchers) {
         SCOPED_TRACE(watchers.name);
         ASSERT_TRUE(session_.Open(options_)) << session_.error();
-        for (const char* script : {"start.script", "autostart.script"}) {
-            EXPECT_EQ(Run(ReadWholeFile(script, 1U << 20U).value_or("")), "");
-        }
+        StartDemo();
         for (const WindowInfo& window : session_.Windows()) {
             session_.SetWindowVisible(window.ident, window.visible && !watchers.closesWindows);
         }

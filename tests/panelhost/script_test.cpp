@@ -56,9 +56,6 @@ class ScriptRun : public HostTest {
                  "[Window01]\nsize_mm=40,30\nident=4001\nvisible=0\n"
                  "gauge00=probe!PROBE,0,0\n"));
     }
-    std::string Run(const std::string& text) {
-        return RunScript(session_, ParseScript(text), folder_.string(), stdout).error;
-    }
 };
 
 TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
@@ -81,7 +78,12 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
         {"click PROBE 35 25", "nothing to click there"},
         {"set heading-true 90\nevent HEADING_BUG_SET 123\nexpect var heading-bug = 123", ""},
         {"event 66042 77\nexpect var heading-bug = 77", ""},
+        {"event 66042 -1\nexpect var heading-bug = 359", ""},
         {"event 66042 99999999999", "32-bit"},
+        {"override #107 -1e9\nexpect var #107 = -1e9\nevent 66042 78\nexpect var #107 = -1e9", ""},
+        {"override #107 inf\nexpect var #107 > 1e9\noverride #107 off\nexpect var #107 = 78", ""},
+        {"override 107 5", "needs #NN"},
+        {"override #107 much", "needs #NN"},
         {"run-until var time > 100000 timeout 2s", "not within 2 s"},
         {"run soon", "not a duration"},
         {"screenshot main picture.png", ""},

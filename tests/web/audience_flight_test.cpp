@@ -1,11 +1,8 @@
 // The real module flown over the socket's messages: what a pilot does there has the same effect
 // whoever watches meanwhile.
-#include <dlfcn.h>
-
 #include <cmath>
 
 #include "panelhost/base/text.h"
-#include "panelhost/script/script.h"
 #include "panelhost/web/audience.h"
 #include "support/leak_suppressions.h"
 #include "tests/panelhost/host_fixture.h"
@@ -38,22 +35,12 @@ class AudienceFlightTest : public HostTest {
   protected:
     void SetUp() override {
         HostTest::SetUp();
-        std::filesystem::remove_all(folder_ / "avq");
-        std::filesystem::copy(AVQ1_SOURCE_DIR "/demo", folder_,
-                              std::filesystem::copy_options::recursive);
-        // Unloaded with the module, these would take the only pointers to their caches along.
-        dlopen("libcairo.so.2", RTLD_NOW | RTLD_NODELETE);
-        dlopen("libfontconfig.so.1", RTLD_NOW | RTLD_NODELETE);
-        options_.simFolder = folder_.string();
-        options_.modulePath = AVQ1_BINARY_DIR "/avq1.gau";
+        CopyDemo();
     }
     // The flight with the pilot alone, or with pages that come, go and show all they get.
     std::string Flown(bool watched) {
         EXPECT_TRUE(session_.Open(options_)) << session_.error();
-        for (const char* script : {"start.script", "autostart.script"}) {
-            const std::string text = ReadWholeFile(script, 1U << 20U).value_or("");
-            EXPECT_EQ(RunScript(session_, ParseScript(text), folder_.string(), stdout).error, "");
-        }
+        StartDemo();
         Audience audience;
         Sink pilot;
         Sink page;
