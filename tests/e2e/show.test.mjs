@@ -47,9 +47,11 @@ test('each display fills the browser, by gauge, by the number or the title of it
     assert.deepEqual(problems, []);
     await close();
   }
-  const { page, close } = await openShow('show/NOSUCH');
-  await page.waitForSelector('text=There is no display "NOSUCH"');
-  await close();
+  for (const name of ['NOSUCH', '%ff']) {
+    const { page, close } = await openShow(`show/${name}`);
+    await page.waitForSelector(`text=There is no display "${name}"`);
+    await close();
+  }
 });
 
 test('several stand side by side, and a screen gets the pixels it has', async () => {

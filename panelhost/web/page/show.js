@@ -7,13 +7,22 @@ import { element, makeScreen, readPicture } from '/screen.js';
 const kMostDisplays = 12;
 const kEntryKeys = ['ENTER', 'EXEC']; // a gauge with one of them is a unit to type on
 const find = (selector) => document.querySelector(selector);
-const wanted = decodeURIComponent(location.pathname.replace(/^\/show\//, '').replace(/\/$/, ''));
+const wanted = readable(location.pathname.replace(/^\/show\//, '').replace(/\/$/, ''));
 const titles = new Map(); // of gauges
 const screens = new Map(); // by display
 let link = { send: () => false };
 const send = (message) => link.send(message);
 const takeKeyboard = makeKeyboard(find('#keyboard'), send);
 let keyboardOffered = false;
+
+// An address that is no text stands for itself.
+function readable(address) {
+  try {
+    return decodeURIComponent(address);
+  } catch {
+    return address;
+  }
+}
 
 // By gauge name, by the window's number, or by its title.
 function findDisplay(displays, name) {
