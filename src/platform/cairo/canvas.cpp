@@ -116,6 +116,15 @@ bool CutLine(const Context& context, Segment& segment) {
     return true;
 }
 
+// Adds what of a line lies in the picture's surroundings.
+void AddCutLine(cairo::Coverage& coverage, const Context& context, const CanvasPen& pen,
+                Segment segment) {
+    if (CutLine(context, segment)) {
+        const std::array<CanvasPoint, 2> line{segment.from, segment.to};
+        cairo::AddStroke(coverage, context.transform, pen, line, false);
+    }
+}
+
 void DrawArrowHead(Context& context, const CanvasPen& pen, Segment& segment) {
     std::array<CanvasPoint, 3> head;
     if (CutArrowHead(pen.widthPx, segment, head)) {
@@ -271,11 +280,7 @@ void Canvas::DrawPolyline(const CanvasPen& pen, std::span<const CanvasPoint> poi
             }
             const std::size_t segmentCount = points.size() - (closed ? 0 : 1);
             for (std::size_t i = 0; i < segmentCount; ++i) {
-                Segment segment{points[i], points[(i + 1) % points.size()]};
-                if (CutLine(context, segment)) {
-                    const std::array<CanvasPoint, 2> line{segment.from, segment.to};
-                    cairo::AddStroke(coverage, context.transform, pen, line, false);
-                }
+                AddCutLine(coverage, context, pen, {points[i], points[(i + 1) % points.size()]});
             }
         });
         return true;
@@ -289,11 +294,7 @@ void Canvas::DrawSegments(const CanvasPen& pen, std::span<const CanvasPoint> poi
         }
         StrokeWhat(context, pen, points, [&](cairo::Coverage& coverage) {
             for (std::size_t i = 0; i + 1 < points.size(); i += 2) {
-                Segment segment{points[i], points[i + 1]};
-                if (CutLine(context, segment)) {
-                    const std::array<CanvasPoint, 2> line{segment.from, segment.to};
-                    cairo::AddStroke(coverage, context.transform, pen, line, false);
-                }
+                AddCutLine(coverage, context, pen, {points[i], points[i + 1]});
             }
         });
         return true;
