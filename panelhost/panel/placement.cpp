@@ -65,8 +65,6 @@ ElementHeader* CloneElement(const ElementHeader* source, ElementHeader* previous
     copy.bitmap = FindBitmap(cloner.resources, header.resourceNumber);
     MakeImages(copy, cloner.surfaceScale);
     cloner.placement.hasScreen = cloner.placement.hasScreen || copy.context.pixels != nullptr;
-    copy.composedFlags = header.imageFlags;
-    copy.composedPlace = {header.position.x + header.offset.x, header.position.y + header.offset.y};
     if (source->children != nullptr) {
         for (ElementHeader** child = source->children; *child != nullptr; ++child) {
             if (ElementHeader* const made = CloneElement(*child, &header, cloner)) {

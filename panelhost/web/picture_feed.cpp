@@ -99,7 +99,7 @@ std::vector<std::uint8_t> EncodeTiles(const PictureFeed& feed, const std::vector
 }  // namespace
 
 bool TakePicture(PictureFeed& feed, const WindowPicture& picture) {
-    if (picture.pixels == nullptr || picture.width < 1 || picture.height < 1) {
+    if (picture.pixels == nullptr) {
         return false;
     }
     const int columns = TilesFor(picture.width);

@@ -53,7 +53,7 @@ TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
          "", 1},
         {"[Window100]\nident=5\n", "window numbers end at 99", 1},
         {"[Window00]\ngauge01=avq1!LNAV,50,50\n", "[Window00] is repeated", 2},
-        {"[Window01]\nident=5\nvisible=0\n", "has no size_mm", 1},
+        {"[Window01]\nident=5\nvisible=0\n", "has no size_mm; taken as 640,480", 1},
         {"[Window01]\nsize_mm=50,50\n", "01 \\\"Window 01\\\" overlap", 1},
         {"[Window01]\nsize_mm=50,50\nident=0\nposition=8\n", "share ident 0", 1},
     };

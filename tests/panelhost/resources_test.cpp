@@ -62,6 +62,7 @@ TEST(Compose, ResamplingKeepsMeans) {
     }
     const Picture half = Resample(board, 4, 4);
     EXPECT_NEAR(half.pixels[5] & 0xFFU, 128, 4);
+    EXPECT_EQ(Resample(board, 8, 4).pixels.size(), 32U);
 }
 
 }  // namespace

@@ -222,7 +222,8 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
         {(folder_ / "half.gau").string(), "cut short"},
         {(folder_ / "almost.gau").string(), "cut short"},
         {fake + "empty.gau", "no Linkage"},
-        {fake + "stranger.gau", "version 0x700"}};
+        {fake + "stranger.gau", "version 0x700"},
+        {fake + "newer.gau", "version 900, not 800"}};
     for (const auto& [path, message] : rows) {
         SCOPED_TRACE(path);
         const Said said = RunProgram(folder_.string(), path);

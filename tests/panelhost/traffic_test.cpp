@@ -19,10 +19,6 @@ TEST(TrafficThreats, FollowTimeAndSeparation) {
         Threat threat;
     } cases[] = {
         {{10, -480, 0, 0}, 32000, Threat::Other},
-        {{6.5, -480, 0, 0}, 32000, Threat::Traffic},     // 47 s
-        {{6.8, -480, 0, 0}, 32000, Threat::Other},       // 49 s
-        {{4.9, -480, 0, 0}, 32000, Threat::Resolution},  // 35 s
-        {{5.1, -480, 0, 0}, 32000, Threat::Traffic},
         {{4.9, -480, 690, 0}, 32000, Threat::Resolution},
         {{4.9, -480, 710, 0}, 32000, Threat::Traffic},
         {{4.9, -480, -840, 0}, 32000, Threat::Traffic},
@@ -47,6 +43,23 @@ TEST(TrafficThreats, FollowTimeAndSeparation) {
         EXPECT_EQ(ThreatOf(c.encounter, c.altitudeFt, c.altitudeFt), c.threat)
             << c.encounter.rangeNm << " nm, " << c.encounter.relativeAltitudeFt << " ft, "
             << c.encounter.relativeClimbFpm << " ft/min at " << c.altitudeFt;
+    }
+    // a mile a second
+    const struct {
+        double altitudeFt, trafficS, resolutionS;
+    } times[] = {{900, 20, 0},    {1500, 25, 15},  {3000, 30, 20}, {7000, 40, 25},
+                 {15000, 45, 30}, {32000, 48, 35}, {45000, 48, 35}};
+    for (const auto& row : times) {
+        const auto threatIn = [&row](double seconds) {
+            return ThreatOf({seconds, -3600, 0, 0}, row.altitudeFt, row.altitudeFt);
+        };
+        SCOPED_TRACE(row.altitudeFt);
+        EXPECT_EQ(threatIn(row.trafficS - 0.1), Threat::Traffic);
+        EXPECT_EQ(threatIn(row.trafficS + 0.1), Threat::Other);
+        if (row.resolutionS > 0) {
+            EXPECT_EQ(threatIn(row.resolutionS - 0.1), Threat::Resolution);
+            EXPECT_EQ(threatIn(row.resolutionS + 0.1), Threat::Traffic);
+        }
     }
     // over high ground height counts for the lowest rows, altitude for the others
     EXPECT_EQ(ThreatOf({0.6, -180, 0, 0}, 6000, 900), Threat::Traffic);

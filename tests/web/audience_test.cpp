@@ -309,6 +309,7 @@ TEST_F(AudienceTest, PlainRequestsAnswerAndAct) {
          200, "done"},
         {"POST", "do", R"({"t":"press","gauge":"PROBE","key":"x"})", true, 409, "no key"},
         {"POST", "do", R"({"t":"painted","w":0})", true, 400, "WebSocket"},
+        {"POST", "do", R"({"t":"wheel","w":0,"x":1,"y":1,"up":true})", true, 200, "done"},
         {"POST", "do", R"({"t":"wheel","w":1000,"x":1,"y":1,"up":true})", true, 409, "no such"},
         {"POST", "do", "{", true, 400, "not a JSON object"},
         {"POST", "do", R"({"t":"turn","gauge":"A","key":"B","steps":51})", true, 400, "steps"}};
@@ -333,6 +334,39 @@ TEST_F(AudienceTest, WindowsThatOpenAreTold) {
     ASSERT_TRUE(Say(two_, R"({"t":"watch","windows":[1],"scales":[2]})"));
     Frames(1);
     EXPECT_EQ(two_.pictures.size(), 1U);
+}
+
+// Rows in order: what the file holds, and what both pages are then told of it.
+TEST_F(AudienceTest, TheFlightLogIsToldOnceAndThenWhatIsNew) {
+    const struct {
+        const char *file, *told;  // empty: nothing
+        bool more;
+    } rows[] = {
+        {"A\n", "A\n", true},
+        {"A\n", "", false},
+        {"A\nB\nC\n", "B\nC\n", true},
+        {"D\nB\nC\nE\n", "D\nB\nC\nE\n", false},
+        {"D\nB\nC\nE\nF\n", "F\n", true},
+    };
+    std::filesystem::create_directories(folder_ / "avq/FlightLog");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.file);
+        WriteFile("avq/FlightLog/fpl.log", row.file);
+        for (FakeClient* client : {&one_, &two_}) {
+            client->messages.clear();
+        }
+        Frames(50);
+        for (FakeClient* client : {&one_, &two_}) {
+            std::vector<Json> logs;
+            std::ranges::copy_if(client->messages, std::back_inserter(logs),
+                                 [](const Json& message) { return message["t"] == "log"; });
+            ASSERT_EQ(logs.size(), *row.told == '\0' ? 0U : 1U);
+            if (!logs.empty()) {
+                EXPECT_EQ(logs[0]["lines"], row.told);
+                EXPECT_EQ(logs[0]["more"], row.more);
+            }
+        }
+    }
 }
 
 }  // namespace

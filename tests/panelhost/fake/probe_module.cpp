@@ -11,6 +11,9 @@
 #ifndef PROBE_LINKAGE_VERSION
 #define PROBE_LINKAGE_VERSION 0x800
 #endif
+#ifndef PROBE_GAUGE_VERSION
+#define PROBE_GAUGE_VERSION avq1::kGaugeHeaderVersion
+#endif
 #define PROBE_EXPORT __attribute__((visibility("default"), used))
 
 using avq1::ElementHeader;
@@ -190,6 +193,7 @@ ElementHeader* serverElements[] = {&nothing.header, nullptr};
 GaugeHeader MakeGauge(const char* name, ElementHeader** elements, avq1::GaugeCallback callback,
                       const MouseRectangle* rectangles) {
     GaugeHeader gauge;
+    gauge.version = PROBE_GAUGE_VERSION;
     gauge.name = name;
     gauge.elements = elements;
     gauge.callback = callback;
