@@ -30,6 +30,9 @@ struct ProgramOptions {
     std::string listenAddress = "127.0.0.1";
     int port = 8737;
     bool forget = false;
+    bool flightGear = false;  // flies, in place of the built-in model
+    bool flightGearLine = false;
+    panelhost::LiveOptions live;
 };
 
 constexpr std::size_t kMaxScriptBytes = 16U << 20U;
@@ -64,6 +67,17 @@ void DescribeOptions(CLI::App& app, ProgramOptions& options) {
     app.add_flag("--ground", start.onGround, "start parked on the ground");
     app.add_option("--rate", options.simulationRate, "simulation rate")
         ->check(CLI::Range(0.25, 64.0));
+    app.add_flag("--flightgear", options.flightGear, "FlightGear flies the aircraft");
+    app.add_option("--flightgear-host", options.live.ports.host, "address FlightGear runs at")
+        ->capture_default_str();
+    app.add_option("--flightgear-port", options.live.ports.port,
+                   "UDP port its packets come to; the next one is sent to")
+        ->check(CLI::Range(1, 65534))
+        ->capture_default_str();
+    app.add_option("--flightgear-autopilot", options.live.mappingPath,
+                   "mapping file (flightgear/generic.json of the folder)");
+    app.add_flag("--flightgear-line", options.flightGearLine,
+                 "write the protocol files, print FlightGear's options and end");
     app.add_option("--script", options.scriptPath,
                    "obey this script (- for standard input) and end");
 }
@@ -125,6 +139,27 @@ int ObeyFolderScripts(Session& session, const ProgramOptions& options, bool& qui
     return 0;
 }
 
+// The options FlightGear is started with go to standard output, for a shell to use.
+int PrintStartOptions(const ProgramOptions& options) {
+    std::string problem;
+    if (!panelhost::WriteLiveFiles(options.live, problem)) {
+        return Fail(problem);
+    }
+    const std::string line = panelhost::LiveStartOptions(options.live);
+    std::printf("%s\n", line.c_str());
+    return 0;
+}
+
+// FlightGear places its aircraft itself and is set by its pilot: no script of the folder does.
+void PrepareLive(ProgramOptions& options) {
+    const std::string line = panelhost::LiveStartOptions(options.live);
+    std::printf("Start FlightGear with: fgfs %s\n", line.c_str());
+    std::fflush(stdout);
+    options.live.realTime = !options.scriptPath.empty();
+    options.session.live = options.live;
+    options.session.start.autopilotOn = false;
+}
+
 int Serve(Session& session, const ProgramOptions& options) {
 #ifdef AVQPANEL_WEB
     panelhost::WebOptions web;
@@ -146,6 +181,15 @@ int Run(ProgramOptions& options) {
         return Fail("cannot read script \"" + options.scriptPath + "\"");
     }
     options.session.start.autopilotOn = !options.cold;
+    if (options.live.mappingPath.empty()) {
+        options.live.mappingPath = options.session.simFolder + "/flightgear/generic.json";
+    }
+    if (options.flightGearLine) {
+        return PrintStartOptions(options);
+    }
+    if (options.flightGear) {
+        PrepareLive(options);
+    }
     Session session;
     if (!session.Open(options.session)) {
         return Fail(session.error());
@@ -153,9 +197,12 @@ int Run(ProgramOptions& options) {
     for (const std::string& warning : session.warnings()) {
         Fail(warning);
     }
-    session.SetSimulationRate(options.simulationRate);
     bool quit = false;
-    const int status = ObeyFolderScripts(session, options, quit);
+    int status = 0;
+    if (!options.flightGear) {
+        session.SetSimulationRate(options.simulationRate);
+        status = ObeyFolderScripts(session, options, quit);
+    }
     if (scripted && status == 0) {
         return ObeyScript(session, options, options.scriptPath, scriptText, quit);
     }

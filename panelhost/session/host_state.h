@@ -17,6 +17,7 @@
 #include "panelhost/panel/panel_config.h"
 #include "panelhost/panel/placement.h"
 #include "panelhost/session/session.h"
+#include "panelhost/world/flight_source.h"
 #include "panelhost/world/radios.h"
 #include "panelhost/world/traffic.h"
 #include "panelhost/world/world.h"
@@ -69,6 +70,7 @@ struct HostState {
     std::vector<std::string> warnings;
     bool open = false;
     LoadedModule module;
+    std::unique_ptr<FlightSource> flight = MakeBuiltInFlight();
     World world;
     Ground ground;
     Traffic traffic;

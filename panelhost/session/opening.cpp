@@ -111,6 +111,9 @@ SessionOptions Resolved(const SessionOptions& given) {
     } else {
         options.panelPath = Absolute(given.panelPath);
     }
+    if (options.live) {
+        options.live->mappingPath = Absolute(options.live->mappingPath);
+    }
     options.surfaceScale = std::clamp(given.surfaceScale, 1, 3);
     return options;
 }
@@ -130,6 +133,12 @@ bool OpenHost(HostState& host) {
     if (chdir(options.simFolder.c_str()) != 0) {
         host.error = Format("cannot enter simulator folder \"%s\"", options.simFolder.c_str());
         return false;
+    }
+    if (options.live) {
+        host.flight = MakeLiveFlight(*options.live, host.error);
+        if (host.flight == nullptr) {
+            return false;
+        }
     }
     if (!LoadModule(options.modulePath, host.module, host.error)) {
         return false;

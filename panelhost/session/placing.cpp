@@ -8,6 +8,11 @@
 
 namespace panelhost {
 
+// A simulator beside the panel places its aircraft itself.
+static bool MayPlace(const HostState& host) {
+    return host.flight->ObeysPlacing();
+}
+
 void Session::SetPaused(bool paused) {
     state_->host.world.paused = paused;
 }
@@ -19,7 +24,7 @@ void Session::SetSimulationRate(double rate) {
 }
 
 void Session::SetPosition(double latitude, double longitude) {
-    if (std::isfinite(latitude) && std::isfinite(longitude)) {
+    if (MayPlace(state_->host) && std::isfinite(latitude) && std::isfinite(longitude)) {
         state_->host.world.aircraft.position = {std::clamp(latitude, -89.9, 89.9),
                                                 AngleDifference(0, longitude)};
         RefreshSurroundings(state_->host.ground, state_->host.world);
@@ -29,7 +34,7 @@ void Session::SetPosition(double latitude, double longitude) {
 
 void Session::SetAltitude(double altitudeFt) {
     World& world = state_->host.world;
-    if (std::isfinite(altitudeFt)) {
+    if (MayPlace(state_->host) && std::isfinite(altitudeFt)) {
         world.aircraft.altitudeFt = std::clamp(altitudeFt, world.groundElevationFt, 45000.0);
         world.aircraft.onGround = altitudeFt <= world.groundElevationFt;
         world.aircraft.verticalSpeedFpm = 0;
@@ -42,7 +47,7 @@ void Session::SetAltitude(double altitudeFt) {
 }
 
 void Session::SetHeading(double headingTrue) {
-    if (std::isfinite(headingTrue)) {
+    if (MayPlace(state_->host) && std::isfinite(headingTrue)) {
         state_->host.world.aircraft.headingTrue = Normalise360(headingTrue);
         state_->host.world.aircraft.bankRightDeg = 0;
         AfterPlacing(state_->host.world);
@@ -50,7 +55,7 @@ void Session::SetHeading(double headingTrue) {
 }
 
 void Session::SetIndicatedAirspeed(double airspeedKt) {
-    if (std::isfinite(airspeedKt)) {
+    if (MayPlace(state_->host) && std::isfinite(airspeedKt)) {
         Aircraft& aircraft = state_->host.world.aircraft;
         aircraft.indicatedAirspeedKt =
             std::clamp(airspeedKt, aircraft.onGround ? 0.0 : 115.0, 340.0);
@@ -60,14 +65,14 @@ void Session::SetIndicatedAirspeed(double airspeedKt) {
 }
 
 void Session::SetWind(double directionTrue, double speedKt) {
-    if (std::isfinite(directionTrue) && std::isfinite(speedKt)) {
+    if (MayPlace(state_->host) && std::isfinite(directionTrue) && std::isfinite(speedKt)) {
         state_->host.world.air.windDirectionTrue = Normalise360(directionTrue);
         state_->host.world.air.windSpeedKt = std::clamp(speedKt, 0.0, 200.0);
     }
 }
 
 void Session::SetTurbulence(double speedKt) {
-    if (std::isfinite(speedKt)) {
+    if (MayPlace(state_->host) && std::isfinite(speedKt)) {
         state_->host.world.air.turbulenceKt = std::clamp(speedKt, 0.0, 30.0);
     }
 }
@@ -77,7 +82,7 @@ bool Session::SetTraffic(std::string_view scene) {
     const auto found = std::ranges::find_if(traffic.scenes, [scene](const TrafficScene& candidate) {
         return EqualNoCase(candidate.name, scene);
     });
-    if (found == traffic.scenes.end() && !scene.empty()) {
+    if (!MayPlace(state_->host) || (found == traffic.scenes.end() && !scene.empty())) {
         return false;
     }
     StartTraffic(traffic, scene.empty() ? nullptr : &*found);

@@ -59,6 +59,7 @@ bool Session::Open(const SessionOptions& options) {
     }
     host.options = Resolved(options);
     if (!OpenHost(host)) {
+        host.flight = MakeBuiltInFlight();
         SetActiveHost(nullptr);
         UnloadModule(host.module);
         return false;
@@ -91,10 +92,7 @@ void Session::Step(double dtSeconds, bool draw) {
         return;
     }
     const double dtS = std::min(dtSeconds, kMaxStepCallS);
-    StepWorld(host.ground, host.world, dtS);
-    if (!host.world.paused) {
-        StepTraffic(host.world, host.traffic, dtS * host.world.simulationRate);
-    }
+    host.flight->Step(host.ground, host.world, host.traffic, dtS);
     StepPanel(host, dtS, draw);
 }
 

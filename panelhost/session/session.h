@@ -16,6 +16,7 @@
 #include <string_view>
 #include <vector>
 
+#include "panelhost/flightgear/live_flight.h"
 #include "panelhost/panel/panel_config.h"
 #include "panelhost/world/autopilot.h"
 #include "panelhost/world/start.h"
@@ -30,7 +31,8 @@ struct SessionOptions {
     int surfaceScale = 1;         // 1 to 3: pixels of a composed picture per design pixel
     std::uint32_t seed = 1;       // of the turbulence
     StartState start;
-    bool trafficModule = true;  // one stands beside the gauge module and publishes its block
+    std::optional<LiveOptions> live;  // FlightGear flies; empty: the built-in model
+    bool trafficModule = true;        // one stands beside the gauge module and publishes its block
     std::optional<double> magneticVariationDeg;  // east positive; empty: the built-in world model
 };
 
@@ -164,6 +166,7 @@ struct VerticalProfile {
 };
 
 struct SessionStatus {
+    std::string trouble;  // why nothing is heard of the aircraft; empty while all is well
     double flightTimeS = 0;
     double panelTimeS = 0;
     bool paused = false;

@@ -63,6 +63,7 @@ SessionStatus Session::Status() const {
     const HostState& host = state_->host;
     SessionStatus status;
     FillFlightStatus(host.world, status);
+    status.trouble = host.flight->Trouble();
     status.autopilot = host.world.autopilot;
     status.nav1 = StatusOf(host.world, host.world.nav1, 100);
     status.nav2 = StatusOf(host.world, host.world.nav2, 100);

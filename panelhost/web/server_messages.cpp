@@ -126,6 +126,7 @@ std::string HelloMessage(const Session& session) {
 
 std::string StatusMessage(const SessionStatus& status) {
     return Write({{"t", "status"},
+                  {"trouble", status.trouble},
                   {"flightTime", Tenths(status.flightTimeS)},
                   {"paused", status.paused},
                   {"rate", status.simulationRate},

@@ -33,17 +33,17 @@ struct ValueRow {
 
 template <std::size_t kTank>
 std::uint64_t ReadLevel(const World& world) {
-    constexpr double kCapacity = kTankCapacityGallons[kTank];
-    return kCapacity > 0 ? static_cast<std::uint64_t>(world.aircraft.fuelGallons[kTank] /
-                                                      kCapacity * kFullLevel)
-                         : 0;
+    const double capacity = world.aircraft.tankCapacityGallons[kTank];
+    return capacity > 0 ? static_cast<std::uint64_t>(world.aircraft.fuelGallons[kTank] / capacity *
+                                                     kFullLevel)
+                        : 0;
 }
 
 template <std::size_t kTank>
 void WriteLevel(World& world, std::uint64_t bits) {
     const auto level = static_cast<std::int32_t>(bits);
     world.aircraft.fuelGallons[kTank] =
-        kTankCapacityGallons[kTank] * std::clamp(level / kFullLevel, 0.0, 1.0);
+        world.aircraft.tankCapacityGallons[kTank] * std::clamp(level / kFullLevel, 0.0, 1.0);
 }
 
 std::uint64_t ReadZeroFuelWeight(const World& world) {

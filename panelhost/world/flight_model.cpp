@@ -126,30 +126,6 @@ double AltitudeFpm(const Aircraft& aircraft, const Autopilot& autopilot) {
     return Limit(errorFt * 60 / kAltitudeTimeS, bound);
 }
 
-// The selected altitude is always armed: a vertical speed flown towards it ends there.
-void CaptureAltitude(const Aircraft& aircraft, Autopilot& autopilot) {
-    const double errorFt = autopilot.altitudeTargetFt - aircraft.altitudeFt;
-    const double leadFt = std::fabs(aircraft.verticalSpeedFpm) * kAltitudeTimeS / 60;
-    if (autopilot.verticalSpeedHold && errorFt * aircraft.verticalSpeedFpm > 0 &&
-        std::fabs(errorFt) < leadFt) {
-        autopilot.verticalSpeedHold = false;
-        autopilot.altitudeHold = true;
-    }
-}
-
-void CaptureGlideslope(const World& world, Autopilot& autopilot) {
-    constexpr double kCaptureDeg = 0.1;
-    const bool committed = autopilot.glideslopeCaptured && HeightFt(world) < kCommittedFt;
-    if (!autopilot.approachHold || (!world.nav1.hasGlideslope && !committed)) {
-        autopilot.glideslopeCaptured = false;
-    } else if (!autopilot.glideslopeCaptured && std::fabs(world.nav1.glideslopeDeg) < kCaptureDeg &&
-               std::fabs(world.nav1.deviationDeg) < 1.0) {
-        autopilot.glideslopeCaptured = true;
-        autopilot.altitudeHold = false;
-        autopilot.verticalSpeedHold = false;
-    }
-}
-
 double CommandedVerticalFpm(World& world) {
     Autopilot& autopilot = world.autopilot;
     if (FuelPounds(world.aircraft) <= 0) {
@@ -184,7 +160,7 @@ void StepFuel(Aircraft& aircraft, double dtS) {
     double flow = aircraft.onGround && kt < 30 ? 1400 : 1800 + 0.028 * kt * kt;
     flow += std::max(-0.9 * (flow - 1200), 1.2 * aircraft.verticalSpeedFpm);
     aircraft.fuelFlowPph = std::max(flow, 1200.0);
-    double burnGallons = aircraft.fuelFlowPph / 3600 * dtS / kFuelPoundsPerGallon;
+    double burnGallons = aircraft.fuelFlowPph / 3600 * dtS / aircraft.fuelPoundsPerGallon;
     const double centre = std::min(burnGallons, aircraft.fuelGallons[0]);
     aircraft.fuelGallons[0] -= centre;
     burnGallons -= centre;
@@ -298,6 +274,29 @@ void StepPosition(World& world, double dtS) {
 
 }  // namespace
 
+void CaptureAltitude(const Aircraft& aircraft, Autopilot& autopilot) {
+    const double errorFt = autopilot.altitudeTargetFt - aircraft.altitudeFt;
+    const double leadFt = std::fabs(aircraft.verticalSpeedFpm) * kAltitudeTimeS / 60;
+    if (autopilot.verticalSpeedHold && errorFt * aircraft.verticalSpeedFpm > 0 &&
+        std::fabs(errorFt) < leadFt) {
+        autopilot.verticalSpeedHold = false;
+        autopilot.altitudeHold = true;
+    }
+}
+
+void CaptureGlideslope(const World& world, Autopilot& autopilot) {
+    constexpr double kCaptureDeg = 0.1;
+    const bool committed = autopilot.glideslopeCaptured && HeightFt(world) < kCommittedFt;
+    if (!autopilot.approachHold || (!world.nav1.hasGlideslope && !committed)) {
+        autopilot.glideslopeCaptured = false;
+    } else if (!autopilot.glideslopeCaptured && std::fabs(world.nav1.glideslopeDeg) < kCaptureDeg &&
+               std::fabs(world.nav1.deviationDeg) < 1.0) {
+        autopilot.glideslopeCaptured = true;
+        autopilot.altitudeHold = false;
+        autopilot.verticalSpeedHold = false;
+    }
+}
+
 double StandardTemperatureC(double altitudeFt) {
     constexpr double kTropopauseFt = 36089.24;
     return 15.0 - 0.0019812 * std::min(altitudeFt, kTropopauseFt);
@@ -324,7 +323,7 @@ double FuelPounds(const Aircraft& aircraft) {
     for (const double tank : aircraft.fuelGallons) {
         gallons += tank;
     }
-    return gallons * kFuelPoundsPerGallon;
+    return gallons * aircraft.fuelPoundsPerGallon;
 }
 
 double PayloadPounds(const Aircraft& aircraft) {
@@ -337,12 +336,13 @@ double HeadingMag(const World& world) {
 
 void FillTanks(Aircraft& aircraft, double pounds) {
     double capacity = 0;
-    for (const double tank : kTankCapacityGallons) {
+    for (const double tank : aircraft.tankCapacityGallons) {
         capacity += tank;
     }
-    const double share = std::clamp(pounds / kFuelPoundsPerGallon / capacity, 0.0, 1.0);
-    for (std::size_t i = 0; i < kTankCapacityGallons.size(); ++i) {
-        aircraft.fuelGallons[i] = kTankCapacityGallons[i] * share;
+    const double share =
+        capacity > 0 ? std::clamp(pounds / aircraft.fuelPoundsPerGallon / capacity, 0.0, 1.0) : 0;
+    for (std::size_t i = 0; i < aircraft.tankCapacityGallons.size(); ++i) {
+        aircraft.fuelGallons[i] = aircraft.tankCapacityGallons[i] * share;
     }
 }
 

@@ -18,6 +18,12 @@ inline constexpr double kMaxStepS = 0.05;  // longer steps are cut into equal pa
 // Advances the flight by dtS seconds of flight time. Reads receivers and ground elevation.
 void StepFlight(World& world, double dtS);
 
+// The selected altitude is always armed: a vertical speed flown towards it ends in altitude hold.
+void CaptureAltitude(const Aircraft& aircraft, Autopilot& autopilot);
+// In approach mode, on the path and near the course, the glideslope takes the place of the vertical
+// modes.
+void CaptureGlideslope(const World& world, Autopilot& autopilot);
+
 double TrueAirspeedKt(double indicatedKt, double altitudeFt);
 double IndicatedAirspeedKt(double trueKt, double altitudeFt);
 double StandardTemperatureC(double altitudeFt);

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "panelhost/world/flight_model.h"
+#include "panelhost/world/flight_source.h"
 
 namespace panelhost {
 namespace {
@@ -71,6 +72,26 @@ void StartWorld(const StartState& start, std::uint32_t seed, Ground& ground, Wor
     aircraft.trueAirspeedKt = TrueAirspeedKt(aircraft.indicatedAirspeedKt, aircraft.altitudeFt);
     aircraft.groundSpeedKt = aircraft.trueAirspeedKt;
     aircraft.pitchUpDeg = start.onGround ? 0 : 2;
+}
+
+namespace {
+
+class BuiltInFlight : public FlightSource {
+  public:
+    void Step(Ground& ground, World& world, Traffic& traffic, double dtS) override {
+        StepWorld(ground, world, dtS);
+        if (!world.paused) {
+            StepTraffic(world, traffic, dtS * world.simulationRate);
+        }
+    }
+    bool ObeysPlacing() const override { return true; }
+    std::string Trouble() const override { return ""; }
+};
+
+}  // namespace
+
+std::unique_ptr<FlightSource> MakeBuiltInFlight() {
+    return std::make_unique<BuiltInFlight>();
 }
 
 void StepWorld(Ground& ground, World& world, double dtS) {

@@ -41,10 +41,11 @@ TimeOfDay Utc(W w) {
     return TimeAt(w.clock.startSecondUtc + w.clock.flightTimeS);
 }
 
-// The zone's clock: whole hours by longitude.
+// The zone's clock.
 TimeOfDay Local(W w) {
-    const double zoneHours = std::round(w.aircraft.position.longitude / 15);
-    return TimeAt(w.clock.startSecondUtc + w.clock.flightTimeS + zoneHours * 3600);
+    const double zoneS = std::round(w.aircraft.position.longitude / 15) * 3600;
+    return TimeAt(w.clock.startSecondUtc + w.clock.flightTimeS +
+                  w.clock.localOffsetS.value_or(zoneS));
 }
 
 int DaysInYear(int year) {
@@ -86,13 +87,18 @@ double EastOfGreenwich(double longitude) {
 
 template <int kTank>
 double TankLevel(W w) {
-    constexpr double kCapacity = kTankCapacityGallons[kTank];
-    return kCapacity > 0 ? w.aircraft.fuelGallons[kTank] / kCapacity * kFullTank : 0;
+    const double capacity = w.aircraft.tankCapacityGallons[kTank];
+    return capacity > 0 ? w.aircraft.fuelGallons[kTank] / capacity * kFullTank : 0;
 }
 
 template <int kTank>
-double TankCapacity(W) {
-    return kTankCapacityGallons[kTank];
+double TankCapacity(W w) {
+    return w.aircraft.tankCapacityGallons[kTank];
+}
+
+template <int kEngine>
+double EngineFlow(W w) {
+    return kEngine < w.aircraft.engineCount ? w.aircraft.fuelFlowPph / w.aircraft.engineCount : 0;
 }
 
 double None(W) {
@@ -159,7 +165,7 @@ constexpr VariableRow kTable[] = {
     {300, "right auxiliary tank capacity", TankCapacity<5>},
     {301, "right tip tank level", TankLevel<6>},
     {302, "right tip tank capacity", TankCapacity<6>},
-    {306, "fuel weight per gallon", [](W) { return kFuelPoundsPerGallon; }},
+    {306, "fuel weight per gallon", [](W w) { return w.aircraft.fuelPoundsPerGallon; }},
     {323, "parking brake", [](W w) { return Flag(w.aircraft.parkingBrake); }},
     {336, "simulation rate", [](W w) { return w.simulationRate * (w.laterSimulator ? 256 : 1); }},
     {343, "wind speed", [](W w) { return w.air.windSpeedKt; }},
@@ -173,10 +179,10 @@ constexpr VariableRow kTable[] = {
     {551, "forward ground speed", [](W w) { return w.aircraft.groundSpeedKt / kKtPerFps; }},
     {614, "radio height",
      [](W w) { return (w.aircraft.altitudeFt - w.groundElevationFt) / kFeetPerMetre; }},
-    {638, "turbine engine 1 fuel flow", [](W w) { return w.aircraft.fuelFlowPph / 2; }},
-    {657, "turbine engine 2 fuel flow", [](W w) { return w.aircraft.fuelFlowPph / 2; }},
-    {676, "turbine engine 3 fuel flow", None},
-    {695, "turbine engine 4 fuel flow", None},
+    {638, "turbine engine 1 fuel flow", EngineFlow<0>},
+    {657, "turbine engine 2 fuel flow", EngineFlow<1>},
+    {676, "turbine engine 3 fuel flow", EngineFlow<2>},
+    {695, "turbine engine 4 fuel flow", EngineFlow<3>},
     {773, "avionics power", [](W w) { return Flag(w.avionicsPower); }},
     {792, "flight director on", [](W w) { return Flag(w.autopilot.flightDirector); }},
     {793, "flight director pitch", [](W w) { return -w.aircraft.commandedPitchUpDeg; }},
@@ -195,6 +201,17 @@ constexpr bool IsSorted() {
 }
 static_assert(IsSorted(), "the table is searched by halves");
 
+// The panel's own, and what a module reads only where it uses it: without the simulator they stay
+// as they were.
+constexpr int kKeptWithoutLink[] = {1,   8,   9,   46,  49,  58,  289, 290, 291, 292, 293,
+                                    294, 295, 296, 297, 298, 299, 300, 301, 302, 306, 323,
+                                    421, 460, 499, 538, 638, 657, 676, 695, 773, 792, 852};
+
+bool IsUnknown(const Unknown& unknown, int number) {
+    return (unknown.linkLost && !std::ranges::binary_search(kKeptWithoutLink, number)) ||
+           std::ranges::binary_search(unknown.variables, number);
+}
+
 }  // namespace
 
 std::optional<double> ReadVariable(const World& world, int number) {
@@ -204,7 +221,7 @@ std::optional<double> ReadVariable(const World& world, int number) {
     if (row == std::end(kTable) || row->number != number) {
         return std::nullopt;
     }
-    return row->read(world);
+    return IsUnknown(world.unknown, number) ? std::nan("") : row->read(world);
 }
 
 const VariableRow* VariableTable(int& count) {

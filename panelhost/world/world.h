@@ -22,11 +22,13 @@ namespace panelhost {
 inline constexpr int kTankCount = 7;
 inline constexpr double kFuelPoundsPerGallon = 6.7;
 
-// Centre, left main, left aux, left tip, right main, right aux, right tip: gallons.
+// Of the built-in aircraft: centre, left main, left aux, left tip, right main, right aux, right
+// tip, gallons.
 inline constexpr std::array<double, kTankCount> kTankCapacityGallons = {4299, 1288, 0, 0,
                                                                         1288, 0,    0};
 
 inline constexpr std::size_t kMostPayloadStations = 61;
+inline constexpr int kMostEngines = 4;
 
 struct Aircraft {
     GeoPoint position;
@@ -39,6 +41,9 @@ struct Aircraft {
     bool onGround = false;
     bool parkingBrake = false;
     std::array<double, kTankCount> fuelGallons{};
+    std::array<double, kTankCount> tankCapacityGallons = kTankCapacityGallons;
+    double fuelPoundsPerGallon = kFuelPoundsPerGallon;
+    int engineCount = 2;  // 0 to kMostEngines; they share the fuel flow
     double emptyWeightLb = 91300;
     // At most kMostPayloadStations.
     std::vector<double> payloadLb = {380, 4500, 6200, 6200, 4500, 1800, 2600, 900};
@@ -87,6 +92,7 @@ struct Clock {
     double startSecondUtc = 12.0 * 3600;
     int startDayOfYear = 172;
     int year = 2008;
+    std::optional<double> localOffsetS;  // local less UTC; empty: whole hours by longitude
 };
 
 // Where the tower view looks from, as the data service has it: 2^32 a metre from the equator, 2^64
@@ -99,6 +105,12 @@ struct TowerView {
     std::int64_t altitude = 0;
 };
 
+// What the simulator that flies the aircraft does not tell: it reads as not a number.
+struct Unknown {
+    bool linkLost = false;            // nothing is told any more
+    std::vector<int> variables = {};  // numbers the aircraft does not have, in order
+};
+
 struct World {
     Aircraft aircraft;
     Autopilot autopilot;
@@ -109,12 +121,14 @@ struct World {
     Air air;
     Clock clock;
     TowerView tower;
+    Unknown unknown;
     double magneticVariation = 0;             // at the aircraft, east positive
     std::optional<double> fixedVariationDeg;  // everywhere; empty: the built-in world model
     double groundElevationFt = 0;
     double simulationRate = 1;
     bool paused = false;
     bool avionicsPower = true;
+    int altimeterSettings = 0;  // how often the altimeter was told to take the present pressure
     bool laterSimulator =
         false;  // the folder is one of the later generation: rate counts in 256ths
 };

@@ -101,10 +101,18 @@ find('#place').addEventListener('submit', (event) => {
 find('#place').addEventListener('input', (event) =>
   event.currentTarget.elements.longitude.setCustomValidity(''));
 
+// Why nothing is heard of the aircraft: told while the displays flag what they lack.
+function showTrouble(text) {
+  const line = find('#trouble');
+  line.hidden = text === '';
+  if (line.textContent !== text) line.textContent = text;
+}
+
 const kHandlers = {
   hello: showHello,
   status(status) {
     showStatus(status);
+    showTrouble(status.trouble);
     showControls(status);
     profile.showAircraft(status);
   },

@@ -1,0 +1,130 @@
+// The link with its socket and its files: what FlightGear and the panel host exchange on the
+// loopback.
+#include "panelhost/flightgear/live_flight.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "panelhost/base/text.h"
+#include "panelhost/flightgear/live_link.h"
+#include "panelhost/world/key_events.h"
+
+namespace panelhost {
+namespace {
+
+namespace fs = std::filesystem;
+
+// FlightGear's end.
+class LiveFlightTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        options_.folder =
+            (fs::temp_directory_path() / Format("avq1-live-%d", static_cast<int>(getpid())))
+                .string();
+        options_.mappingPath = AVQ1_SOURCE_DIR "/demo/flightgear/generic.json";
+        options_.ports.port = 20000 + 2 * (static_cast<int>(getpid()) % 10000);
+        socket_ = socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+        const sockaddr_in own = Place(options_.ports.port + 1);
+        ASSERT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&own), sizeof own), 0);
+    }
+    void TearDown() override {
+        close(socket_);
+        fs::remove_all(options_.folder);
+    }
+
+    static sockaddr_in Place(int port) {
+        sockaddr_in place{};
+        place.sin_family = AF_INET;
+        place.sin_port = htons(static_cast<std::uint16_t>(port));
+        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        return place;
+    }
+
+    std::string Written(const char* name) const {
+        std::ifstream file(options_.folder + "/Protocol/" + name);
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+    std::string Opening() const {
+        const std::string text = Written("avq1-state.xml");
+        const std::size_t at = text.find("AVQ1-state-");
+        return text.substr(at, text.find(' ', at) - at);
+    }
+
+    void Tell(const std::string& opening, double clockS) const {
+        std::string text = opening + Format(" %.3f", clockS);
+        for (std::size_t i = 0; i < kStateFields; ++i) {
+            text += i == At(Told::Latitude) ? "\t42.5" : "\t1";
+        }
+        text += "\n";
+        const sockaddr_in panel = Place(options_.ports.port);
+        sendto(socket_, text.data(), text.size(), 0, reinterpret_cast<const sockaddr*>(&panel),
+               sizeof panel);
+    }
+    std::string Heard() const {
+        char bytes[2000];
+        const ssize_t size = recv(socket_, bytes, sizeof bytes, 0);
+        return size > 0 ? std::string(bytes, static_cast<std::size_t>(size)) : "";
+    }
+
+    LiveOptions options_;
+    Ground ground_;
+    World world_;
+    Traffic traffic_;
+    int socket_ = -1;
+};
+
+TEST_F(LiveFlightTest, FlightGearIsHeardAndSet) {
+    std::string problem;
+    const std::unique_ptr<FlightSource> flight = MakeLiveFlight(options_, problem);
+    ASSERT_NE(flight, nullptr) << problem;
+    EXPECT_FALSE(flight->ObeysPlacing());
+    flight->Step(ground_, world_, traffic_, 0.04);
+    EXPECT_EQ(flight->Trouble(), "Waiting for FlightGear");
+    EXPECT_TRUE(world_.unknown.linkLost);
+    Tell("AVQ1-state-0000000000000000", 4);
+    flight->Step(ground_, world_, traffic_, 0.04);
+    EXPECT_EQ(flight->Trouble(),
+              "FlightGear was started with other protocol files: start it again");
+    Tell(Opening(), 5);
+    flight->Step(ground_, world_, traffic_, 0.04);
+    EXPECT_EQ(flight->Trouble(), "");
+    EXPECT_EQ(world_.aircraft.position.latitude, 42.5);
+    EXPECT_EQ(Heard(), "");
+    FindKeyEvent(66042)->apply(world_, 77);
+    flight->Step(ground_, world_, traffic_, 0.04);
+    EXPECT_EQ(Heard(), "77\n");
+    const std::unique_ptr<FlightSource> second = MakeLiveFlight(options_, problem);
+    EXPECT_EQ(second, nullptr);
+    EXPECT_NE(problem.find("cannot listen on UDP port"), std::string::npos) << problem;
+}
+
+TEST_F(LiveFlightTest, TheKeyIsKeptAndTheLineNamesTheFiles) {
+    std::string problem;
+    ASSERT_TRUE(WriteLiveFiles(options_, problem)) << problem;
+    const std::string first = Opening();
+    EXPECT_EQ(first.size(), std::string("AVQ1-state-").size() + 16);
+    options_.mappingPath = AVQ1_SOURCE_DIR "/demo/flightgear/777.json";
+    ASSERT_TRUE(WriteLiveFiles(options_, problem)) << problem;
+    EXPECT_EQ(Opening(), first) << "a running FlightGear is heard again";
+    EXPECT_NE(Written("avq1-controls.xml").find("lateral-index"), std::string::npos);
+    const std::string line = LiveStartOptions(options_);
+    for (const char* const name : {"avq1-state", "avq1-traffic", "avq1-controls"}) {
+        EXPECT_NE(line.find(name), std::string::npos) << name;
+        EXPECT_TRUE(fs::exists(options_.folder + "/Protocol/" + name + ".xml")) << name;
+    }
+    EXPECT_EQ(line.find("0.0.0.0"), std::string::npos);
+    options_.mappingPath = options_.folder + "/none.json";
+    EXPECT_FALSE(WriteLiveFiles(options_, problem));
+    EXPECT_NE(problem.find("none.json"), std::string::npos) << problem;
+}
+
+}  // namespace
+}  // namespace panelhost

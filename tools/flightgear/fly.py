@@ -1,0 +1,307 @@
+#!/usr/bin/env python3
+"""Flies AVQ1 in FlightGear without a screen and in the built-in model, by the same scripts, and
+compares both with the bounds. Run by `./avq flightgear-test` in a network namespace of its own: only
+the loopback is up. Names of flights as arguments fly only those. Exit status 1: a bound was missed."""
+import math
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+BUILD = pathlib.Path(os.environ.get("AVQ1_BUILD", ROOT / "build/release"))
+WORK = pathlib.Path(os.environ.get("AVQ1_FLIGHTGEAR_WORK", ROOT / "build/flightgear"))
+PANEL_PORT = 5510  # the panel host's; FlightGear is given the relay's
+RELAY_PORT = 5610
+START_S = 400
+EARTH_NM = 3437.7468
+
+# ---- FlightGear and the relay ----
+
+
+class Relay(threading.Thread):
+    """Passes packets both ways between FlightGear and the panel host, until told to drop them."""
+
+    def __init__(self):
+        super().__init__(daemon=True)
+        self.outward, self.inward = (socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+                                     for _ in range(2))
+        self.outward.bind(("127.0.0.1", RELAY_PORT))
+        self.inward.bind(("127.0.0.1", PANEL_PORT + 1))
+        self.passed = 0
+        self.drop_until = 0
+        self.drop_from = None  # a test of a state packet's fields: the loss begins when it holds
+        self.drop_s = 5
+
+    def run(self):
+        threading.Thread(target=self.pass_controls, daemon=True).start()
+        while True:
+            packet, _ = self.outward.recvfrom(65536)
+            fields = packet.split(b"\t")
+            if self.drop_from and packet.startswith(b"AVQ1-state") and self.drop_from(fields):
+                self.drop_from = None
+                self.drop_until = time.monotonic() + self.drop_s
+            if time.monotonic() >= self.drop_until:
+                self.outward.sendto(packet, ("127.0.0.1", PANEL_PORT))
+                self.passed += 1
+
+    def pass_controls(self):
+        while True:
+            packet, _ = self.inward.recvfrom(65536)
+            if time.monotonic() >= self.drop_until:
+                self.inward.sendto(packet, ("127.0.0.1", RELAY_PORT + 1))
+
+
+def start_flightgear(home, mapping, options):
+    line = subprocess.run([BUILD / "avqpanel", "--sim", ROOT / "demo", "--flightgear-line",
+                           "--flightgear-autopilot", mapping, "--flightgear-port", str(RELAY_PORT)],
+                          check=True, capture_output=True, text=True).stdout
+    log = open(WORK / "fgfs.log", "w")
+    words = shlex.split(line)
+    return subprocess.Popen([ROOT / "tools/flightgear/fgfs.sh", home, *words, *options], stdout=log,
+                            stderr=subprocess.STDOUT, start_new_session=True)
+
+
+def stop_flightgear(process):
+    try:
+        with socket.create_connection(("127.0.0.1", 5401), timeout=5) as link:
+            link.sendall(b"run exit\r\n")
+        process.wait(timeout=30)
+    except (OSError, subprocess.TimeoutExpired):
+        os.killpg(process.pid, signal.SIGKILL)
+        process.wait()
+
+
+# ---- flights ----
+
+ENGAGE = """event HEADING_BUG_SET {bug}
+event AP_HDG_HOLD_ON
+event AP_SPD_VAR_SET {speed}
+event AP_AIRSPEED_ON
+event AP_ALT_HOLD_ON
+event AP_ALT_VAR_SET {altitude}
+run 1s
+"""
+COLUMNS = ("avq_act_wpt_id avq_act_wpt_dist avq_lnav_mode avq_vnav_mode heading-bug altitude-target "
+           "vs-target airspeed bank nav1-deviation #41 rate")
+NAMES = ("time lat lon altitude heading gs ident distance lnav vnav bug target fpm airspeed bank "
+         "deviation glideslope rate").split()
+PLAN = "click MCU FPLN\nrun 1s\nclick MCU ENTER\nrun 1s\n"
+RESTRICTIONS = (("GDM", 2, 16, "climb"), ("GEE", 13, 17, "descent"), ("WELTI", 14, 14, "descent"))
+
+
+def cross(number, thousands):
+    keys = ["CROSS", *["UP"] * thousands, *["NEXT"] * (number - 1), "ENTER"]
+    return "".join(f"click MCU {key}\nrun 0.2s\n" for key in keys)
+
+
+def route_script():
+    crossings = "".join(cross(number, thousands) for _, number, thousands, _ in RESTRICTIONS)
+    return (ENGAGE.format(bug=300, speed=280, altitude=10000) + PLAN + crossings +
+            "click LNAV 25 24\nclick VNAV 25 24\nTRACE\nset rate 8\n"
+            "run-until texts contains GRAVE timeout 60m\nset rate 16\n"
+            "run-until texts contains WARUV timeout 60m\nset rate 8\n"
+            "run-until var avq_lnav_mode = 0 timeout 2h\n")
+
+
+def turn_script():
+    return (ENGAGE.format(bug=300, speed=280, altitude=10000) + PLAN +
+            "click LNAV 25 24\nTRACE\nrun-until var avq_act_wpt_id = GDM timeout 20m\n"
+            "run-until var avq_act_wpt_id = HURLY timeout 20m\nrun 60s\n")
+
+
+def approach_script():
+    return (ENGAGE.format(bug=314, speed=150, altitude=2200) +
+            "event NAV1_RADIO_SET 0x1150\nevent VOR1_SET 314\nevent AP_APR_HOLD_ON\nTRACE\n"
+            "run-until var altitude < 210 timeout 20m\n")
+
+
+FLIGHTS = {
+    "route": (["--lat=42.3895", "--lon=-71.1381", "--altitude=10000", "--heading=286", "--vc=250",
+               "--wind=260@30"], route_script),
+    "loss": (["--lat=42.3895", "--lon=-71.1381", "--altitude=10000", "--heading=286", "--vc=250",
+              "--wind=260@30"], turn_script),
+    "approach": (["--lat=40.5554", "--lon=-73.5647", "--altitude=2200", "--heading=300.9",
+                  "--vc=160", "--wind=320@10", "--prop:/controls/flight/flaps=1",
+                  "--prop:/controls/gear/gear-down=1", "--prop:/sim/fuel-fraction=0.2",
+                  "--prop:/autopilot/settings/target-altitude-ft=2200",
+                  "--prop:/autopilot/locks/altitude=altitude-hold",
+                  "--prop:/autopilot/locks/heading=wing-leveler"], approach_script),
+}
+PLACES = {
+    "route": "set position 42.3895 -71.1381\nset heading-true 286\nset altitude 10000\n"
+             "set speed 250\nset wind 260 30\n",
+    "loss": "set position 42.3895 -71.1381\nset heading-true 286\nset altitude 10000\n"
+            "set speed 250\nset wind 260 30\n",
+    "approach": "set position 40.5554 -73.5647\nset heading-true 300.9\nset altitude 2200\n"
+                "set speed 160\nset wind 320 10\n",
+}
+
+
+def fly(name, live):
+    """Flies one script; gives its samples and what the host said."""
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="avq1-fly-", dir=WORK))
+    shutil.copytree(ROOT / "demo", folder / "sim")
+    for script in ("start.script", "autostart.script"):
+        (folder / "sim" / script).unlink()
+    text = FLIGHTS[name][1]().replace("TRACE", f"trace {folder}/flight.trace every 0.25s {COLUMNS}")
+    if live:
+        master = "" if name == "approach" else "event AP_MASTER\n"  # on with an axis
+        text = "frame-rate 25\nrun-until var time > 4 timeout 20m\n" + master + text
+    else:
+        text = "frame-rate 4\n" + PLACES[name] + re.sub(r"set rate \d+\n", "", text)
+    (folder / "flight.script").write_text(text)
+    arguments = [BUILD / "avqpanel", "--module", BUILD / "avq1.gau", "--sim", folder / "sim",
+                 "--script", folder / "flight.script"]
+    mapping = ROOT / "demo/flightgear/generic.json"
+    if live:
+        arguments += ["--flightgear", "--flightgear-autopilot", mapping]
+        home = WORK / "home"
+        home.mkdir(mode=0o700, exist_ok=True)
+        simulator = start_flightgear(home, mapping, FLIGHTS[name][0])
+    try:
+        began = time.monotonic()
+        done = subprocess.run(arguments, capture_output=True, text=True, timeout=3600)
+        print(f"   {name}, {'FlightGear' if live else 'built in'}: "
+              f"{time.monotonic() - began:.0f} s, {done.stderr.strip()}", flush=True)
+    finally:
+        if live:
+            stop_flightgear(simulator)
+    trace = folder / "flight.trace"
+    samples = []
+    for line in trace.read_text().splitlines()[1:] if trace.exists() else []:
+        row = dict(zip(NAMES, line.split(" ")))  # an empty name is one
+        samples.append({key: value if key == "ident" else float(value)
+                        for key, value in row.items()})
+    return samples, done.returncode
+
+
+# ---- judging, by this file's own great circles ----
+
+
+def distance(a, b):
+    (lat1, lon1), (lat2, lon2) = [(math.radians(p[0]), math.radians(p[1])) for p in (a, b)]
+    h = (math.sin((lat2 - lat1) / 2) ** 2 +
+         math.cos(lat1) * math.cos(lat2) * math.sin((lon2 - lon1) / 2) ** 2)
+    return 2 * math.asin(math.sqrt(h)) * EARTH_NM
+
+
+def course(a, b):
+    (lat1, lon1), (lat2, lon2) = [(math.radians(p[0]), math.radians(p[1])) for p in (a, b)]
+    return math.atan2(math.sin(lon2 - lon1) * math.cos(lat2),
+                      math.cos(lat1) * math.sin(lat2) -
+                      math.sin(lat1) * math.cos(lat2) * math.cos(lon2 - lon1))
+
+
+def cross_track(start, end, at):
+    return math.asin(math.sin(distance(start, at) / EARTH_NM) *
+                     math.sin(course(start, at) - course(start, end))) * EARTH_NM
+
+
+def plan():
+    text = (ROOT / "demo/avq/FlightPlans/KBOSKBUF.RTE").read_text("latin-1")
+    rows = [line.split() for line in text[text.index("[FlightPlan]"):].splitlines()[1:]]
+    return [(row[0], (float(row[1]), float(row[2]))) for row in rows if len(row) >= 3]
+
+
+def place(sample):
+    return (sample["lat"], sample["lon"])
+
+
+def legs_of(samples):
+    legs = []
+    for sample in samples:
+        if sample["lnav"] != 1:
+            continue
+        if not legs or legs[-1][0] != sample["ident"]:
+            legs.append((sample["ident"], []))
+        legs[-1][1].append(sample)
+    return legs
+
+
+def leg_errors(samples):
+    """(largest after capture, largest on the second half) of every leg, nm; captured in time."""
+    points = dict(plan())
+    names = [name for name, _ in plan()]
+    rows = []
+    for i, (ident, flown) in enumerate(legs_of(samples)):
+        start = place(flown[0]) if i == 0 else points[names[names.index(ident) - 1]]
+        errors = [abs(cross_track(start, points[ident], place(at))) for at in flown]
+        captured = next((k for k, error in enumerate(errors) if error < 0.2), len(errors))
+        rows.append((ident, max(errors[captured:] or [9]), max(errors[len(errors) // 2:]),
+                     captured < len(errors) / 2))
+    return rows
+
+
+def judge_route(samples):
+    rows = leg_errors(samples)
+    points = dict(plan())
+    result = [("legs flown in order", len(rows), 15, 15),
+              ("legs captured in their first half", sum(row[3] for row in rows), len(rows), 99),
+              ("largest error after capture, nm", max(row[1] for row in rows), 0, 1.0),
+              ("largest error on a second half, nm", max(row[2] for row in rows), 0, 0.45)]
+    for ident, _, thousands, kind in RESTRICTIONS:
+        towards = [sample for sample in samples if sample["ident"] == ident]
+        nearest = min(samples, key=lambda s: distance(place(s), points[ident]))
+        at = towards[-1] if kind == "climb" else nearest
+        result.append((f"{ident}, restricted to {thousands}000 ft, off by ft",
+                       abs(at["altitude"] - thousands * 1000), 0, 200))
+    return result
+
+
+def judge_loss(samples):
+    rows = {row[0]: row for row in leg_errors(samples)}
+    flags = [s for s in samples if math.isnan(s["heading"])]
+    return [("samples without a heading", len(flags), 0, 99),
+            ("error after the turn at GDM, nm", rows.get("HURLY", (0, 9, 9, 0))[2], 0, 0.45)]
+
+
+def judge_approach(samples):
+    below = [s for s in samples if s["altitude"] < 1010]
+    return [("lowest, ft above the runway", min(s["altitude"] for s in samples) - 10, 0, 205),
+            ("localizer below 1000 ft, of 127", max(abs(s["deviation"]) for s in below), 0, 32),
+            ("glideslope below 1000 ft, of 120", max(abs(s["glideslope"]) for s in below), 0, 60)]
+
+
+JUDGES = {"route": judge_route, "loss": judge_loss, "approach": judge_approach}
+
+
+def main():
+    subprocess.run(["ip", "link", "set", "lo", "up"], check=True)
+    WORK.mkdir(parents=True, exist_ok=True)
+    os.environ["XDG_DATA_HOME"] = str(WORK / "data")
+    relay = Relay()
+    relay.start()
+    missed = 0
+    lines = ["| flight | figure | FlightGear | built in | bound |", "|---|---|---|---|---|"]
+    for name in sys.argv[1:] or FLIGHTS:
+        if name == "loss":  # in the turn over GDM: roll is the eighth value of a packet
+            relay.drop_from = lambda f: abs(float(f[8])) > 12 and float(f[2]) < -71.9
+        live, status = fly(name, True)
+        built_in, _ = fly(name, False)
+        missed += status != 0
+        if not live or not built_in:
+            print(f"{name}: no samples")
+            missed += 1
+            continue
+        for mine, other in zip(JUDGES[name](live), JUDGES[name](built_in)):
+            what, value, least, most = mine
+            missed += not least <= value <= most
+            lines.append(f"| {name} | {what} | {value:.2f} | {other[1]:.2f} | "
+                         f"{least:g} to {most:g} |")
+            print(lines[-1], flush=True)
+    (WORK / "figures.md").write_text("\n".join(lines) + "\n")
+    print(f"{relay.passed} packets passed; {missed} bounds missed")
+    return 1 if missed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
