@@ -18,7 +18,7 @@ constexpr double kGapWeight = 0.1;
 constexpr double kLeastShare = 1e-4;   // an empty tank keeps the capacity it had
 constexpr double kLongestStepS = 600;  // of flight time between two packets
 
-double Between2(const StateRow& row, double from, double to, double share) {
+double ValueBetween(const StateRow& row, double from, double to, double share) {
     if (row.between == Between::Newest || !std::isfinite(from) || !std::isfinite(to)) {
         return to;
     }
@@ -217,7 +217,7 @@ ToldValues ValuesAt(const StateHistory& history, double nowS) {
         const std::size_t at = At(row.told);
         values[at] = row.between == Between::Newest
                          ? history.states[history.count - 1].values[at]
-                         : Between2(row, from.values[at], to.values[at], share);
+                         : ValueBetween(row, from.values[at], to.values[at], share);
     }
     return values;
 }

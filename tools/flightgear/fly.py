@@ -113,9 +113,8 @@ def route_script():
 
 
 def turn_script():
-    return (ENGAGE.format(bug=300, speed=280, altitude=10000) + PLAN +
-            "click LNAV 25 24\nTRACE\nrun-until var avq_act_wpt_id = GDM timeout 20m\n"
-            "run-until var avq_act_wpt_id = HURLY timeout 20m\nrun 60s\n")
+    return (ENGAGE.format(bug=210, speed=250, altitude=10000) + PLAN +
+            "TRACE\nclick LNAV 25 24\nrun 150s\n")
 
 
 def approach_script():
@@ -127,7 +126,7 @@ def approach_script():
 FLIGHTS = {
     "route": (["--lat=42.3895", "--lon=-71.1381", "--altitude=10000", "--heading=286", "--vc=250",
                "--wind=260@30"], route_script),
-    "loss": (["--lat=42.3895", "--lon=-71.1381", "--altitude=10000", "--heading=286", "--vc=250",
+    "loss": (["--lat=42.3895", "--lon=-71.1381", "--altitude=10000", "--heading=196", "--vc=250",
               "--wind=260@30"], turn_script),
     "approach": (["--lat=40.5554", "--lon=-73.5647", "--altitude=2200", "--heading=300.9",
                   "--vc=160", "--wind=320@10", "--prop:/controls/flight/flaps=1",
@@ -139,7 +138,7 @@ FLIGHTS = {
 PLACES = {
     "route": "set position 42.3895 -71.1381\nset heading-true 286\nset altitude 10000\n"
              "set speed 250\nset wind 260 30\n",
-    "loss": "set position 42.3895 -71.1381\nset heading-true 286\nset altitude 10000\n"
+    "loss": "set position 42.3895 -71.1381\nset heading-true 196\nset altitude 10000\n"
             "set speed 250\nset wind 260 30\n",
     "approach": "set position 40.5554 -73.5647\nset heading-true 300.9\nset altitude 2200\n"
                 "set speed 160\nset wind 320 10\n",
@@ -259,9 +258,12 @@ def judge_route(samples):
 
 def judge_loss(samples):
     rows = {row[0]: row for row in leg_errors(samples)}
-    flags = [s for s in samples if math.isnan(s["heading"])]
-    return [("samples without a heading", len(flags), 0, 99),
-            ("error after the turn at GDM, nm", rows.get("HURLY", (0, 9, 9, 0))[2], 0, 0.45)]
+    silent = [b for a, b in zip(samples, samples[1:]) if b["time"] - a["time"] > 3]
+    bank = max((abs(sample["bank"]) for sample in silent), default=0)
+    gap = max(b["time"] - a["time"] for a, b in zip(samples, samples[1:]))
+    return [("longest silence, s of flight", gap, 4, 8),
+            ("bank when the link came back, degrees", bank, 5, 30),
+            ("error on the second half after it, nm", rows["BRONC"][2], 0, 0.45)]
 
 
 def judge_approach(samples):
@@ -283,8 +285,8 @@ def main():
     missed = 0
     lines = ["| flight | figure | FlightGear | built in | bound |", "|---|---|---|---|---|"]
     for name in sys.argv[1:] or FLIGHTS:
-        if name == "loss":  # in the turn over GDM: roll is the eighth value of a packet
-            relay.drop_from = lambda f: abs(float(f[8])) > 12 and float(f[2]) < -71.9
+        if name == "loss":  # in LNAV's turn to the right: roll is the eighth value of a packet
+            relay.drop_from = lambda f: float(f[8]) > 15
         live, status = fly(name, True)
         built_in, _ = fly(name, False)
         missed += status != 0
