@@ -257,13 +257,13 @@ def judge_route(samples):
 
 
 def judge_loss(samples):
-    rows = {row[0]: row for row in leg_errors(samples)}
     silent = [b for a, b in zip(samples, samples[1:]) if b["time"] - a["time"] > 3]
     bank = max((abs(sample["bank"]) for sample in silent), default=0)
     gap = max(b["time"] - a["time"] for a, b in zip(samples, samples[1:]))
     return [("longest silence, s of flight", gap, 4, 8),
             ("bank when the link came back, degrees", bank, 5, 30),
-            ("error on the second half after it, nm", rows["BRONC"][2], 0, 0.45)]
+            ("heading off LNAV's command two minutes later, degrees",
+             abs(samples[-1]["heading"] - samples[-1]["bug"]), 0, 3)]
 
 
 def judge_approach(samples):
