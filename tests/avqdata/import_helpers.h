@@ -28,7 +28,7 @@ struct Import {
     FolderTexts Texts() const { return FormatFolder(folder); }
 };
 
-inline const SourceFormat& FormatNamed(std::string_view name) {
+inline const SourceFormat& SourceNamed(std::string_view name) {
     return *std::find_if(kSourceFormats.begin(), kSourceFormats.end(),
                          [&](const SourceFormat& format) { return format.name == name; });
 }
@@ -37,8 +37,8 @@ inline const SourceFormat& FormatNamed(std::string_view name) {
 inline bool ReadWhole(std::string_view format, const std::string& path, Import& import,
                       Dataset& data) {
     SourceFiles files;
-    return FindFilesOf(FormatNamed(format), path, files, import.error) &&
-           FormatNamed(format).import(files, import.Context(), data, import.error);
+    return FindFilesOf(SourceNamed(format), path, files, import.error) &&
+           SourceNamed(format).import(files, import.Context(), data, import.error);
 }
 
 // The line of a file's text that begins with `start` and a blank; empty when there is none.

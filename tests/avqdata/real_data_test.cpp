@@ -30,7 +30,7 @@ struct RealData : testing::Test {
     void Run(const char* format, const std::string& source) {
         Dataset data;
         ASSERT_TRUE(ReadWhole(format, kData + source, import, data)) << import.error;
-        import.Add(std::move(data), FormatNamed(format).coverage);
+        import.Add(std::move(data), SourceNamed(format).coverage);
     }
     void ExpectSound() {
         Report report;
