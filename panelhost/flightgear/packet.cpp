@@ -7,7 +7,7 @@
 namespace panelhost {
 namespace {
 
-constexpr double kMostClockS = 1e9;
+constexpr double kMostNumber = 1e9;  // in any unit; a clock's seconds too
 
 bool IsText(std::string_view bytes) {
     for (const char c : bytes) {
@@ -31,7 +31,7 @@ double NumberIn(std::string_view field) {
     double number = 0;
     const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), number);
     const bool whole = error == std::errc() && end == field.data() + field.size();
-    return whole && std::isfinite(number) ? number : kNone;
+    return whole && std::fabs(number) <= kMostNumber ? number : kNone;
 }
 
 PacketFault ReadPacket(std::string_view bytes, std::string_view opening, std::size_t fieldCount,
@@ -51,7 +51,7 @@ PacketFault ReadPacket(std::string_view bytes, std::string_view opening, std::si
     }
     const std::size_t clockEnd = rest.find('\t');
     packet.clockS = NumberIn(rest.substr(0, clockEnd));
-    if (!(packet.clockS >= 0 && packet.clockS < kMostClockS)) {
+    if (!(packet.clockS >= 0 && packet.clockS < kMostNumber)) {
         return PacketFault::Malformed;
     }
     std::size_t at = clockEnd;

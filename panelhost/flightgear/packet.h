@@ -43,7 +43,8 @@ struct PacketOrder {
 // taken: the simulator was started again.
 bool TakeInOrder(PacketOrder& order, double clockS, double arrivalS);
 
-// A value as a number; "true" is 1 and "false" 0. Not a number for an empty value or another text.
+// A value as a number; "true" is 1 and "false" 0. Not a number for an empty value, another text and
+// what is larger than any value told (1e9).
 double NumberIn(std::string_view field);
 
 }  // namespace panelhost
