@@ -140,7 +140,7 @@ void GoOnBehind(Merge& merge, Airway& stretch) {
 
 void MergeAirways(std::vector<Airway>&& incoming, std::vector<Airway>& target, Report& report) {
     Merge merge{incoming, {}, {}, report};
-    for (std::size_t i = 0; i < incoming.size(); ++i) {
+    for (std::size_t i = 0; i < incoming.size() && !target.empty(); ++i) {
         merge.byName.emplace(incoming[i].name, i);
     }
     std::vector<Airway> others;

@@ -2,12 +2,12 @@
 #include <cmath>
 #include <map>
 #include <tuple>
-#include <unordered_map>
 
 #include "avqdata/airspace.h"
 #include "avqdata/clean.h"
 #include "avqdata/limits.h"
 #include "avqdata/merge.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -41,33 +41,24 @@ bool IsFiveLetters(const std::string& ident) {
            std::all_of(ident.begin(), ident.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-using Points = std::unordered_multimap<std::string, LatLon>;
-
 // What airways and procedures run over.
-Points UsedPoints(const Dataset& data) {
-    Points used;
+PointsByName UsedPoints(const Dataset& data) {
+    PointsByName used;
     for (const Airway& airway : data.airways) {
         for (const Fix& point : airway.points) {
-            used.emplace(point.ident, point.at);
+            used.Add(point.ident, point.at);
         }
     }
     for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
         for (const auto& [airport, lines] : data.procedures[kind]) {
             for (const std::string& line : lines) {
                 if (const std::optional<Fix> fix = FixOfLine(line, kind == kApproaches)) {
-                    used.emplace(fix->ident, fix->at);
+                    used.Add(fix->ident, fix->at);
                 }
             }
         }
     }
     return used;
-}
-
-bool IsUsed(const Points& used, const Fix& fix) {
-    const auto [first, last] = used.equal_range(fix.ident);
-    return std::any_of(first, last, [&](const auto& point) {
-        return DistanceNm(point.second, fix.at) < kSamePointNm;
-    });
 }
 
 // Airports by whole degrees, to find the nearest of a place.
@@ -106,10 +97,11 @@ void FitFixes(Dataset& data, Report& report) {
     if (data.fixes.size() <= kMostFixes) {
         return;
     }
-    const Points used = UsedPoints(data);
+    const PointsByName used = UsedPoints(data);
     const AirportGrid airports(data.airports);
     const auto rankOf = [&](const Fix& fix) {
-        const int use = IsUsed(used, fix) ? 0 : IsFiveLetters(fix.ident) ? 1 : 2;
+        const bool isUsed = Nearest(used, fix.ident, fix.at, kSamePointNm) != nullptr;
+        const int use = isUsed ? 0 : IsFiveLetters(fix.ident) ? 1 : 2;
         return std::pair(use, use == 0 ? 0 : airports.NearestNm(fix.at));
     };
     KeepBest(
@@ -156,7 +148,6 @@ std::size_t TableFixes(const Airway& airway) {
 
 // Short pieces go first when an airway, or the table of airway fixes, is too long.
 void FitAirways(Dataset& data, Report& report) {
-    SortDataset(data);
     std::size_t linesOfName = 0;
     const std::string* name = nullptr;
     std::erase_if(data.airways, [&](const Airway& airway) {
@@ -197,6 +188,7 @@ void FitCapacities(Dataset& data, Report& report) {
         data.stations, kMostStations, "stations beyond the table: NDBs first",
         [](const Station& station) { return !station.isVor; },
         [](const Station& station) { return station.ident; }, report);
+    SortDataset(data);
     FitAirways(data, report);
     FitAirports(data, report);
     FitFixes(data, report);

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <map>
 #include <set>
-#include <unordered_map>
 
 #include "avqdata/clean.h"
 #include "avqdata/cycle.h"
 #include "avqdata/limits.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
 
@@ -20,7 +20,6 @@ constexpr double kRoundingNm = 0.01;  // of positions in the files
 constexpr double kResolveNm = 1.0;    // a table's point this near is the one a file means
 
 using Row = std::vector<std::string_view>;
-using Points = std::unordered_multimap<std::string, LatLon>;
 
 struct CheckedAirport {
     LatLon at;
@@ -30,7 +29,7 @@ struct CheckedAirport {
 struct Checker {
     const FolderTexts& texts;
     Report& report;
-    Points points;  // stations, fixes and airports
+    PointsByName points;  // stations, fixes and airports
     std::map<std::string, CheckedAirport, std::less<>> airports;
 };
 
@@ -67,7 +66,7 @@ void WalkLines(Checker& checker, const FileForm& form, OnLine onLine) {
                   std::to_string(line.text.size()) + " characters");
             continue;
         }
-        line.words = Words(line.text);
+        SplitWords(line.text, line.words);
         const bool comment =
             !line.text.empty() && form.comments.find(line.text.front()) != std::string_view::npos;
         if (!line.words.empty() && !comment) {
@@ -134,7 +133,7 @@ void CheckNavaidLine(Checker& checker, const Line& line) {
     if (!at) {
         return;
     }
-    checker.points.emplace(std::string(line.words[0]), *at);
+    checker.points.Add(line.words[0], *at);
     const std::optional<double> frequency =
         line.words.size() > 5 ? Number(line.words[5]) : std::nullopt;
     if (!frequency) {
@@ -179,7 +178,7 @@ void CheckFixes(Checker& checker) {
     WalkLines(checker, {kFixFile, kLongestLine, ";"}, [&](const Line& line) {
         ++count;
         if (const std::optional<LatLon> at = CheckPosition(checker, line, 2)) {
-            checker.points.emplace(std::string(line.words[0]), *at);
+            checker.points.Add(line.words[0], *at);
         }
     });
     CheckCapacity(checker, kFixFile, "tables that are too long", count, kMostFixes);
@@ -237,7 +236,7 @@ void CheckAirports(Checker& checker) {
         if (!elevation || *elevation < kLowestAirportFt || *elevation > kHighestAirportFt) {
             Fault(checker, line, "airports without an elevation", ident);
         }
-        checker.points.emplace(ident, *at);
+        checker.points.Add(ident, *at);
         const auto [airport, isNew] = checker.airports.try_emplace(ident);
         if (!isNew) {
             Fault(checker, line, "airports listed twice: only the first is loaded", ident);
@@ -257,9 +256,7 @@ void CheckAirports(Checker& checker) {
 // ---- what refers to points ----
 
 bool IsKnown(const Checker& checker, std::string_view ident, const LatLon& at, double withinNm) {
-    const auto [first, last] = checker.points.equal_range(std::string(ident));
-    return std::any_of(first, last,
-                       [&](const auto& point) { return DistanceNm(point.second, at) < withinNm; });
+    return Nearest(checker.points, ident, at, withinNm) != nullptr;
 }
 
 void CheckAirways(Checker& checker) {
@@ -284,15 +281,17 @@ void CheckAirways(Checker& checker) {
         }
         const int sequence = WholeNumber(line.words[1]).value_or(previousSequence + 1);
         const bool samePiece = sameAirway && sequence > previousSequence;
-        const std::string what = std::string(line.words[0]) + " " + std::string(line.words[2]);
+        const auto what = [&] {
+            return std::string(line.words[0]) + " " + std::string(line.words[2]);
+        };
         if (samePiece && previous && DistanceNm(*previous, *at) > kLongestLegNm) {
-            Warn(checker, line, "airway legs of more than 1500 nm", what);
+            Warn(checker, line, "airway legs of more than 1500 nm", what());
         }
         previousSequence = sequence;
         previous = at;
         tableFixes += line.words[2].size() >= kShortestFix ? 1 : 0;
         if (!IsKnown(checker, line.words[2], *at, kResolveNm)) {
-            Fault(checker, line, "airway fixes that are not in the tables", what);
+            Fault(checker, line, "airway fixes that are not in the tables", what());
         }
     });
     CheckCapacity(checker, kAirwayFile, "tables that are too long", tableFixes, kMostAirwayFixes);
@@ -471,7 +470,11 @@ void CheckFolder(const FolderTexts& texts, Report& report) {
         {kStarFile, kMostStars, 6},
         {kApproachFile, kMostApproaches, 7},
     }};
-    Checker checker{texts, report, {}, {}};
+    std::size_t lines = 0;
+    for (const FileRole role : {kNavaidFile, kFixFile, kAirportFile}) {
+        lines += static_cast<std::size_t>(std::count(texts[role].begin(), texts[role].end(), '\n'));
+    }
+    Checker checker{texts, report, PointsByName(lines), {}};
     CheckNavaids(checker);
     CheckFixes(checker);
     CheckAirports(checker);

@@ -1,31 +1,17 @@
 #include "avqdata/clean.h"
 
 #include <algorithm>
-#include <unordered_map>
+#include <array>
 
 #include "avqdata/folder.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/text_tools.h"
+#include "base/text.h"
 
 namespace avqdata {
 namespace {
 
 constexpr double kSameRecordNm = 10.0;
-
-using Points = std::unordered_multimap<std::string, LatLon>;
-
-// The nearest point of that identifier within reach, null when there is none.
-const LatLon* Nearest(const Points& points, const Fix& fix, double withinNm) {
-    const LatLon* best = nullptr;
-    const auto [first, last] = points.equal_range(fix.ident);
-    for (auto candidate = first; candidate != last; ++candidate) {
-        const double nm = DistanceNm(candidate->second, fix.at);
-        if (nm < withinNm) {
-            withinNm = nm;
-            best = &candidate->second;
-        }
-    }
-    return best;
-}
 
 void RoundPoints(Dataset& data) {
     for (Station& station : data.stations) {
@@ -41,15 +27,15 @@ void RoundPoints(Dataset& data) {
     }
 }
 
-void AddFix(const Fix& fix, Points& points, Dataset& data) {
-    points.emplace(fix.ident, fix.at);
+void AddFix(const Fix& fix, PointsByName& points, Dataset& data) {
+    points.Add(fix.ident, fix.at);
     data.fixes.push_back(fix);
 }
 
-void TieAirways(Points& points, Dataset& data, Report& report) {
+void TieAirways(PointsByName& points, Dataset& data, Report& report) {
     for (Airway& airway : data.airways) {
         for (Fix& point : airway.points) {
-            if (const LatLon* at = Nearest(points, point, kSameRecordNm)) {
+            if (const LatLon* at = Nearest(points, point.ident, point.at, kSameRecordNm)) {
                 point.at = *at;
                 continue;
             }
@@ -60,12 +46,12 @@ void TieAirways(Points& points, Dataset& data, Report& report) {
     }
 }
 
-void TieProcedures(Points& points, Dataset& data, Report& report) {
+void TieProcedures(PointsByName& points, Dataset& data, Report& report) {
     for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
         for (const auto& [airport, lines] : data.procedures[kind]) {
             for (const std::string& line : lines) {
                 const std::optional<Fix> fix = FixOfLine(line, kind == kApproaches);
-                if (fix && Nearest(points, *fix, kSamePointNm) == nullptr) {
+                if (fix && Nearest(points, fix->ident, fix->at, kSamePointNm) == nullptr) {
                     report.Add(Topic::Unresolved,
                                "procedure fixes that no table had, added as fixes",
                                airport + " " + fix->ident);
@@ -104,10 +90,11 @@ void CleanRunways(Airport& airport, Report& report) {
 }  // namespace
 
 std::optional<Fix> FixOfLine(std::string_view line, bool isApproach) {
-    const std::vector<std::string_view> words = Words(line);
+    std::array<std::string_view, 7> words;
+    const std::size_t count = avq1::SplitWords(line, words);
     const std::size_t fixAt = isApproach ? 2 : 1;
     const std::size_t positionAt = isApproach ? 5 : 4;
-    if (words.size() <= positionAt + 1 || line.starts_with(';') || line.starts_with('*') ||
+    if (count <= positionAt + 1 || line.starts_with(';') || line.starts_with('*') ||
         IsRunwayFix(words[fixAt])) {
         return std::nullopt;
     }
@@ -145,16 +132,15 @@ void CleanDataset(Dataset& data, Report& report) {
 }
 
 void TieToTables(Dataset& data, Report& report) {
-    Points points;
-    points.reserve(data.stations.size() + data.fixes.size() + data.airports.size());
+    PointsByName points(data.stations.size() + data.fixes.size() + data.airports.size());
     for (const Station& station : data.stations) {
-        points.emplace(station.ident, station.at);
+        points.Add(station.ident, station.at);
     }
     for (const Fix& fix : data.fixes) {
-        points.emplace(fix.ident, fix.at);
+        points.Add(fix.ident, fix.at);
     }
     for (const Airport& airport : data.airports) {
-        points.emplace(airport.ident, airport.at);
+        points.Add(airport.ident, airport.at);
     }
     TieAirways(points, data, report);
     TieProcedures(points, data, report);

@@ -18,23 +18,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string PositionText(const LatLon& at, int decimals) {
-    return Fixed(at.latitude, decimals) + " " + Fixed(at.longitude, decimals);
+void AppendPosition(std::string& text, const LatLon& at, int decimals, char between = ' ') {
+    AppendFixed(text, at.latitude, decimals);
+    text += between;
+    AppendFixed(text, at.longitude, decimals);
+}
+
+// Words, numbers and all, one behind the other.
+template <typename... Parts>
+void Append(std::string& text, const Parts&... parts) {
+    (text.append(parts), ...);
 }
 
 // Tenths of a degree in (0, 360].
-std::string HeadingText(double heading) {
+void AppendHeading(std::string& text, double heading) {
     const double rounded = Normalized(std::round(heading * 10) / 10);
-    return Fixed(rounded < 0.05 ? 360.0 : rounded, 1);
+    AppendFixed(text, rounded < 0.05 ? 360.0 : rounded, 1);
 }
 
 std::string NavaidText(const Dataset& data) {
-    const std::string line = data.cycle != 0 ? CycleLine(data.cycle) : data.cycleLine;
-    std::string text = line.empty() ? "" : line + "\n";
+    std::string text = data.cycle != 0 ? CycleLine(data.cycle) : data.cycleLine;
+    text += text.empty() ? "" : "\n";
     for (const Station& station : data.stations) {
-        text += station.ident + " " + station.name + " " +
-                PositionText(station.at, kPointDecimals) + (station.isVor ? " VOR " : " NDB ") +
-                station.frequency + "\n";
+        Append(text, station.ident, " ", station.name, " ");
+        AppendPosition(text, station.at, kPointDecimals);
+        Append(text, station.isVor ? " VOR " : " NDB ", station.frequency, "\n");
     }
     return text;
 }
@@ -42,7 +50,9 @@ std::string NavaidText(const Dataset& data) {
 std::string FixText(const Dataset& data) {
     std::string text;
     for (const Fix& fix : data.fixes) {
-        text += fix.ident + " " + fix.ident + " " + PositionText(fix.at, kPointDecimals) + "\n";
+        Append(text, fix.ident, " ", fix.ident, " ");
+        AppendPosition(text, fix.at, kPointDecimals);
+        text += '\n';
     }
     return text;
 }
@@ -53,10 +63,12 @@ std::string AirwayText(const Dataset& data) {
     for (const Airway& airway : data.airways) {
         int sequence = 0;
         for (const Fix& point : airway.points) {
-            std::string number = std::to_string(sequence += kStep);
-            number.insert(0, number.size() < 4 ? 4 - number.size() : 0, '0');
-            text += airway.name + " " + number + " " + point.ident + " " +
-                    PositionText(point.at, kPointDecimals) + "\n";
+            const std::string number = std::to_string(sequence += kStep);
+            Append(text, airway.name, " ");
+            text.append(number.size() < 4 ? 4 - number.size() : 0, '0');
+            Append(text, number, " ", point.ident, " ");
+            AppendPosition(text, point.at, kPointDecimals);
+            text += '\n';
         }
     }
     return text;
@@ -65,17 +77,18 @@ std::string AirwayText(const Dataset& data) {
 std::string AirportText(const Dataset& data) {
     std::string text;
     for (const Airport& airport : data.airports) {
-        std::string line = airport.ident + " " + airport.name + " " +
-                           std::to_string(airport.elevationFt) + " " +
-                           PositionText(airport.at, kPointDecimals);
+        Append(text, airport.ident, " ", airport.name, " ", std::to_string(airport.elevationFt),
+               " ");
+        AppendPosition(text, airport.at, kPointDecimals);
         for (const RunwayEnd& end : airport.runways) {
-            line += " " + end.ident + "_" + std::to_string(end.lengthFt) + "_" +
-                    Fixed(end.at.latitude, kThresholdDecimals) + "_" +
-                    Fixed(end.at.longitude, kThresholdDecimals) + "_" +
-                    HeadingText(end.headingMag) + "_" + end.ilsFrequency + "_" + end.ils + "_" +
-                    HeadingText(end.courseMag);
+            Append(text, " ", end.ident, "_", std::to_string(end.lengthFt), "_");
+            AppendPosition(text, end.at, kThresholdDecimals, '_');
+            text += '_';
+            AppendHeading(text, end.headingMag);
+            Append(text, "_", end.ilsFrequency, "_", end.ils, "_");
+            AppendHeading(text, end.courseMag);
         }
-        text += line + "\n";
+        text += '\n';
     }
     return text;
 }
@@ -83,9 +96,9 @@ std::string AirportText(const Dataset& data) {
 std::string ProcedureText(const ProcedureFile& file) {
     std::string text;
     for (const auto& [airport, lines] : file) {
-        text += "[" + airport + "]\n";
+        Append(text, "[", airport, "]\n");
         for (const std::string& line : lines) {
-            text += line + "\n";
+            Append(text, line, "\n");
         }
     }
     return text;
@@ -95,8 +108,9 @@ std::string BoundaryText(const Dataset& data) {
     std::string text;
     for (const Boundary& boundary : data.boundaries) {
         for (const LatLon& at : boundary.points) {
-            text += boundary.ident + " " + boundary.name + " " + PositionText(at, kPointDecimals) +
-                    "\n";
+            Append(text, boundary.ident, " ", boundary.name, " ");
+            AppendPosition(text, at, kPointDecimals);
+            text += '\n';
         }
     }
     return text;
@@ -110,11 +124,13 @@ std::string LocalizerText(const Dataset& data) {
         ";ident freq lat lon course_true glide_deg elevation_ft airport runway antenna_lat "
         "antenna_lon\n";
     for (const Localizer& localizer : data.localizers) {
-        text += localizer.ident + " " + localizer.frequency + " " +
-                PositionText(localizer.at, kThresholdDecimals) + " " +
-                Fixed(localizer.courseTrue, 2) + " " + Fixed(localizer.glideDeg, 2) + " " +
-                std::to_string(localizer.elevationFt) + " " + localizer.airport + " " +
-                localizer.runway + " " + PositionText(localizer.antenna, kThresholdDecimals) + "\n";
+        Append(text, localizer.ident, " ", localizer.frequency, " ");
+        AppendPosition(text, localizer.at, kThresholdDecimals);
+        Append(text, " ", Fixed(localizer.courseTrue, 2), " ", Fixed(localizer.glideDeg, 2), " ",
+               std::to_string(localizer.elevationFt), " ", localizer.airport, " ", localizer.runway,
+               " ");
+        AppendPosition(text, localizer.antenna, kThresholdDecimals);
+        text += '\n';
     }
     return text;
 }

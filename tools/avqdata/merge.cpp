@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
+#include <numeric>
 #include <set>
 #include <tuple>
 #include <unordered_map>
@@ -10,6 +12,7 @@
 #include "avqdata/airspace.h"
 #include "avqdata/airway_pieces.h"
 #include "avqdata/clean.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/text_tools.h"
 
 namespace avqdata {
@@ -18,14 +21,12 @@ namespace {
 constexpr double kSamePlaceNm = 0.05;
 constexpr double kSameRecordNm = 10.0;
 
-using IdentIndex = std::unordered_multimap<std::string, std::size_t>;
-
-std::string KeyOf(const Fix& fix) {
-    return fix.ident;
+bool IsOneKind(const Fix&, const Fix&) {
+    return true;
 }
 
-std::string KeyOf(const Station& station) {
-    return station.ident + (station.isVor ? "|V" : "|N");
+bool IsOneKind(const Station& a, const Station& b) {
+    return a.isVor == b.isVor;
 }
 
 // Puts points in by the rule of identifiers and distances.
@@ -33,28 +34,31 @@ template <typename Record>
 void MergePoints(std::vector<Record>&& incoming, const char* kind, std::vector<Record>& target,
                  Report& report) {
     const std::size_t known = target.size();
-    IdentIndex index;
-    index.reserve(known + incoming.size());
+    ByName<std::size_t> index(known + incoming.size());
     for (std::size_t i = 0; i < known; ++i) {
-        index.emplace(KeyOf(target[i]), i);
+        index.Add(target[i].ident, i);
     }
+    target.reserve(known + incoming.size());
     std::vector<bool> replaced(known, false);
     for (Record& record : incoming) {
         std::size_t best = target.size();
         double bestNm = kSameRecordNm;
-        const std::string key = KeyOf(record);
-        const auto [first, last] = index.equal_range(key);
-        for (auto candidate = first; candidate != last; ++candidate) {
-            const double nm = DistanceNm(target[candidate->second].at, record.at);
+        index.ForEach(record.ident, [&](std::size_t candidate) {
+            if (!IsOneKind(target[candidate], record) ||
+                LieFarApart(target[candidate].at, record.at, kSameRecordNm)) {
+                return true;
+            }
+            const double nm = DistanceNm(target[candidate].at, record.at);
             // Of one source, two records are one only at the very place.
-            const bool fresh = candidate->second >= known || replaced[candidate->second];
+            const bool fresh = candidate >= known || replaced[candidate];
             if (nm < (fresh ? kSamePlaceNm : bestNm)) {
-                best = candidate->second;
+                best = candidate;
                 bestNm = nm;
             }
-        }
+            return true;
+        });
         if (best == target.size()) {
-            index.emplace(key, best);
+            index.Add(record.ident, best);
             target.push_back(std::move(record));
             continue;
         }
@@ -216,6 +220,9 @@ void KeepProcedures(const ImportOptions& options, Dataset& data, Report& report)
 }
 
 void KeepRegion(const ImportOptions& options, Dataset& data, Report& report) {
+    if (options.region.IsWorld()) {
+        return;
+    }
     const auto outside = [&](const auto& record) { return !options.region.Contains(record.at); };
     report.AddCount(Topic::Dropped, "stations outside the region",
                     std::erase_if(data.stations, outside));
@@ -237,6 +244,25 @@ void KeepRegion(const ImportOptions& options, Dataset& data, Report& report) {
         cut.insert(cut.end(), parts.begin(), parts.end());
     }
     data.airways = std::move(cut);
+}
+
+// Equals keep their order. Records are large: their numbers are sorted, and each moves once.
+template <typename Record, typename Less>
+void SortRecords(std::vector<Record>& records, Less less) {
+    if (std::is_sorted(records.begin(), records.end(), less)) {
+        return;
+    }
+    std::vector<std::uint32_t> order(records.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::stable_sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+        return less(records[a], records[b]);
+    });
+    std::vector<Record> sorted;
+    sorted.reserve(records.size());
+    for (const std::uint32_t number : order) {
+        sorted.push_back(std::move(records[number]));
+    }
+    records = std::move(sorted);
 }
 
 }  // namespace
@@ -294,30 +320,28 @@ void MergeDataset(Dataset incoming, Coverage coverage, Dataset& target, Report& 
 }
 
 void SortDataset(Dataset& data) {
-    std::stable_sort(data.stations.begin(), data.stations.end(),
-                     [](const Station& a, const Station& b) {
-                         return std::tie(a.ident, b.isVor, a.at.latitude, a.at.longitude) <
-                                std::tie(b.ident, a.isVor, b.at.latitude, b.at.longitude);
-                     });
-    std::stable_sort(data.fixes.begin(), data.fixes.end(), [](const Fix& a, const Fix& b) {
+    SortRecords(data.stations, [](const Station& a, const Station& b) {
+        return std::tie(a.ident, b.isVor, a.at.latitude, a.at.longitude) <
+               std::tie(b.ident, a.isVor, b.at.latitude, b.at.longitude);
+    });
+    SortRecords(data.fixes, [](const Fix& a, const Fix& b) {
         return std::tie(a.ident, a.at.latitude, a.at.longitude) <
                std::tie(b.ident, b.at.latitude, b.at.longitude);
     });
-    std::stable_sort(data.airports.begin(), data.airports.end(),
-                     [](const Airport& a, const Airport& b) { return a.ident < b.ident; });
+    SortRecords(data.airports,
+                [](const Airport& a, const Airport& b) { return a.ident < b.ident; });
     for (Airport& airport : data.airports) {
-        std::stable_sort(airport.runways.begin(), airport.runways.end(),
-                         [](const RunwayEnd& a, const RunwayEnd& b) { return a.ident < b.ident; });
+        SortRecords(airport.runways,
+                    [](const RunwayEnd& a, const RunwayEnd& b) { return a.ident < b.ident; });
     }
     // Longer pieces of one name first: the one a pilot most likely means.
-    std::stable_sort(
-        data.airways.begin(), data.airways.end(), [](const Airway& a, const Airway& b) {
-            return a.name != b.name ? a.name < b.name : a.points.size() > b.points.size();
-        });
-    std::stable_sort(data.boundaries.begin(), data.boundaries.end(),
-                     [](const Boundary& a, const Boundary& b) {
-                         return RankOfBoundary(a.ident) < RankOfBoundary(b.ident);
-                     });
+    SortRecords(data.airways, [](const Airway& a, const Airway& b) {
+        const int order = a.name.compare(b.name);
+        return order != 0 ? order < 0 : a.points.size() > b.points.size();
+    });
+    SortRecords(data.boundaries, [](const Boundary& a, const Boundary& b) {
+        return RankOfBoundary(a.ident) < RankOfBoundary(b.ident);
+    });
 }
 
 void Add(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,
@@ -330,7 +354,6 @@ void Add(Dataset incoming, Coverage coverage, const ImportOptions& options, Data
 
 void Finish(Dataset& folder, Report& report) {
     FitCapacities(folder, report);
-    SortDataset(folder);
 }
 
 void Combine(Dataset incoming, Coverage coverage, const ImportOptions& options, Dataset& folder,

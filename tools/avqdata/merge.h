@@ -24,7 +24,8 @@ void ApplyOptions(const ImportOptions& options, Dataset& data, Report& report);
 
 void MergeDataset(Dataset incoming, Coverage coverage, Dataset& target, Report& report);
 
-// Leaves in the tables what the module can hold, the most useful first; says what goes.
+// Leaves in the tables what the module can hold, the most useful first, and sorts them; says what
+// goes.
 void FitCapacities(Dataset& data, Report& report);
 
 // The tables' order in the files: navaids grouped by letter, airways in one piece.

@@ -43,6 +43,29 @@ char NextPlain(std::string_view& rest) {
     return code >= 0xC0 ? kPlainLatin[code - 0xC0] : '?';
 }
 
+constexpr std::array<std::uint64_t, 7> kPowers{1, 10, 100, 1000, 10000, 100000, 1000000};
+
+// How many units of the last decimal a value is, where that is beyond doubt: the number is small
+// and no half, so that multiplying and rounding give what writing it in decimals does.
+std::optional<std::int64_t> UnitsOf(double value, int decimals) {
+    constexpr double kMost = 1e12;  // where a product is off by less than kDoubt
+    constexpr double kDoubt = 0.001;
+    if (decimals < 0 || decimals >= static_cast<int>(kPowers.size())) {
+        return std::nullopt;
+    }
+    const double units = std::abs(value) * static_cast<double>(kPowers[decimals]);
+    if (!(units < kMost)) {
+        return std::nullopt;
+    }
+    const auto whole = static_cast<std::int64_t>(units);
+    const double rest = units - static_cast<double>(whole);
+    if (std::abs(rest - 0.5) < kDoubt) {
+        return std::nullopt;
+    }
+    const std::int64_t nearest = whole + (rest > 0.5 ? 1 : 0);
+    return value < 0 ? -nearest : nearest;
+}
+
 template <typename Value>
 std::optional<Value> Parse(std::string_view text) {
     if (text.starts_with('+')) {
@@ -82,12 +105,17 @@ std::vector<std::string_view> Words(std::string_view line) {
     return words;
 }
 
+std::string_view NextPart(std::string_view& rest, char separator) {
+    const std::size_t end = std::min(rest.find(separator), rest.size());
+    const std::string_view part = Trim(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    return part;
+}
+
 std::vector<std::string> SplitList(std::string_view text, char separator) {
     std::vector<std::string> parts;
     while (!text.empty()) {
-        const std::size_t end = std::min(text.find(separator), text.size());
-        parts.emplace_back(Trim(text.substr(0, end)));
-        text.remove_prefix(std::min(end + 1, text.size()));
+        parts.emplace_back(NextPart(text, separator));
     }
     return parts;
 }
@@ -115,8 +143,12 @@ std::optional<avq1::LatLon> Position(std::string_view latitude, std::string_view
 }
 
 avq1::LatLon RoundedAsWritten(const avq1::LatLon& at, int decimals) {
-    return {Number(Fixed(at.latitude, decimals)).value_or(0),
-            Number(Fixed(at.longitude, decimals)).value_or(0)};
+    const auto rounded = [&](double value) {
+        const std::optional<std::int64_t> units = UnitsOf(value, decimals);
+        return units ? static_cast<double>(*units) / static_cast<double>(kPowers[decimals])
+                     : Number(Fixed(value, decimals)).value_or(0);
+    };
+    return {rounded(at.latitude), rounded(at.longitude)};
 }
 
 std::string Token(std::string_view text) {
@@ -191,13 +223,33 @@ void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
     }
 }
 
+void AppendFixed(std::string& text, double value, int decimals) {
+    std::array<char, 400> room{};  // for any double
+    char* const first = room.data();
+    const std::optional<std::int64_t> units = UnitsOf(value, decimals);
+    if (units) {
+        const std::uint64_t size = static_cast<std::uint64_t>(std::abs(*units));
+        const std::uint64_t power = kPowers[decimals];
+        text.append(*units < 0 ? "-" : "");
+        text.append(first, std::to_chars(first, first + room.size(), size / power).ptr);
+        if (decimals > 0) {  // a one in front keeps the zeros behind the point
+            char* const end = std::to_chars(first, first + room.size(), power + size % power).ptr;
+            *first = '.';
+            text.append(first, end);
+        }
+        return;
+    }
+    const char* const end =
+        std::to_chars(first, first + room.size(), value, std::chars_format::fixed, decimals).ptr;
+    const std::string_view result(first, static_cast<std::size_t>(end - first));
+    const bool zero = result.find_first_not_of("-0.") == std::string_view::npos;
+    text.append(result.substr(zero && result.starts_with('-') ? 1 : 0));
+}
+
 std::string Fixed(double value, int decimals) {
-    std::array<char, 400> text{};  // of any double
-    const auto [end, fault] = std::to_chars(text.data(), text.data() + text.size(), value,
-                                            std::chars_format::fixed, decimals);
-    std::string result(text.data(), fault == std::errc{} ? end : text.data());
-    const bool zero = result.find_first_not_of("-0.") == std::string::npos;
-    return zero && result.starts_with('-') ? result.substr(1) : result;
+    std::string text;
+    AppendFixed(text, value, decimals);
+    return text;
 }
 
 std::string Megahertz(double megahertz) {

@@ -15,6 +15,8 @@ std::string_view Trim(std::string_view text);
 std::vector<std::string_view> Words(std::string_view line);
 void SplitWords(std::string_view line, std::vector<std::string_view>& words);  // the same
 std::vector<std::string> SplitList(std::string_view text, char separator);
+// Takes the part up to the separator off the front of `rest`, trimmed.
+std::string_view NextPart(std::string_view& rest, char separator);
 
 // The whole text as a finite number; a leading "+" is allowed. Nothing else may stand in it.
 std::optional<double> Number(std::string_view text);
@@ -46,7 +48,9 @@ std::string Printable(std::string_view text);
 void AppendCells(const std::vector<std::string>& cells, bool toTheRight,
                  std::vector<std::string>& lines);
 
+// With so many decimals, never as minus zero. Of any finite number, rounded as printf does.
 std::string Fixed(double value, int decimals);
+void AppendFixed(std::string& text, double value, int decimals);
 std::string Megahertz(double megahertz);  // "113.70"
 std::string Kilohertz(double kilohertz);  // "365", "365.5"
 

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <unordered_map>
 
 #include "avqdata/airway_pieces.h"
 #include "avqdata/importers.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/text_tools.h"
 #include "avqdata/variation.h"
 
@@ -89,7 +91,14 @@ std::string_view AfterWords(std::string_view line, std::size_t count) {
     return Trim(line);
 }
 
-void AddLocalizer(const Row& words, Dataset& data) {
+// Localizers by airport and runway.
+using LocalizerIndex = ByName<std::size_t>;
+
+std::string LocalizerKey(const Row& words) {
+    return std::string(words[8]) + ' ' + RunwayName(words[9]);
+}
+
+void AddLocalizer(const Row& words, Dataset& data, LocalizerIndex& index) {
     Localizer localizer;
     localizer.ident = words[7];
     localizer.frequency = Megahertz(Number(words[4]).value_or(0) / 100.0);
@@ -97,22 +106,22 @@ void AddLocalizer(const Row& words, Dataset& data) {
     localizer.courseTrue = Normalized(Number(words[6]).value_or(0));
     localizer.airport = words[8];
     localizer.runway = RunwayName(words[9]);
+    index.Add(LocalizerKey(words), data.localizers.size());
     data.localizers.push_back(std::move(localizer));
 }
 
 // Angle and course stand in one number: 300281.700 is 3.00 degrees along 281.7. False when its
 // localizer does not stand before it.
-bool AddGlideslope(const Row& words, Dataset& data) {
-    const std::string key = RunwayName(words[9]);
-    for (auto localizer = data.localizers.rbegin(); localizer != data.localizers.rend();
-         ++localizer) {
-        if (localizer->airport == words[8] && localizer->runway == key) {
-            localizer->glideDeg = std::floor(Number(words[6]).value_or(0) / 1000.0) / 100.0;
-            localizer->elevationFt = Rounded(Number(words[3]).value_or(0));
-            return true;
-        }
-    }
-    return false;
+bool AddGlideslope(const Row& words, const LocalizerIndex& index, Dataset& data) {
+    bool found = false;
+    index.ForEach(LocalizerKey(words), [&](std::size_t number) {
+        Localizer& localizer = data.localizers[number];
+        localizer.glideDeg = std::floor(Number(words[6]).value_or(0) / 1000.0) / 100.0;
+        localizer.elevationFt = Rounded(Number(words[3]).value_or(0));
+        found = true;
+        return false;  // the latest of the runway
+    });
+    return found;
 }
 
 struct NavRow {
@@ -192,8 +201,10 @@ void AddNavRow(const NavRow& row, Report& report, Dataset& data, XplaneTables& t
     } else {  // a DME that stands alone gives no bearing
         data.fixes.push_back({row.ident, row.at});
     }
-    tables.Add(row.ident, row.region, row.code == kNdb ? kNdb : kVor,
-               {row.at, row.area == kEnRoute});
+    if (!row.region.empty()) {  // the older form's airways have their points in them
+        tables.Add(row.ident, row.region, row.code == kNdb ? kNdb : kVor,
+                   {row.at, row.area == kEnRoute});
+    }
 }
 
 Fix AirwayFix(const Row& words, std::size_t first, int version, const XplaneTables& tables,
@@ -331,6 +342,27 @@ bool ReadAirportsRow(LineSource& lines, Report& report, Dataset& data, XplaneTab
     return ReadXplaneAirports(lines, report, data, error);
 }
 
+// Whether a line of the airport file can say anything here: most lines are pavements, lights,
+// frequencies and taxi routes.
+bool MayBeOfAirport(std::string_view line) {
+    constexpr auto kNumber = [](std::string_view code) {
+        std::uint32_t number = 0;
+        for (const char c : code) {
+            number = (number << 8U) | static_cast<unsigned char>(c);
+        }
+        return number;
+    };
+    constexpr std::array<std::uint32_t, 6> kCodes{kNumber("1"),   kNumber("16"),   kNumber("17"),
+                                                  kNumber("100"), kNumber("1302"), kNumber("99")};
+    std::size_t size = 0;
+    while (size < std::min<std::size_t>(line.size(), 5) && line[size] != ' ' &&
+           line[size] != '\t') {
+        ++size;
+    }
+    const std::uint32_t code = kNumber(line.substr(0, size));
+    return size == 0 || (size < 5 && std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end());
+}
+
 // Rows of the navaid file that make no station; null for a code that the file has not.
 const char* UnusedNavRow(int code) {
     if (code >= 7 && code <= 9) {
@@ -387,6 +419,7 @@ bool ReadXplaneFixes(LineSource& lines, Report& report, Dataset& data, XplaneTab
 
 bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneTables& tables,
                        std::string& error) {
+    LocalizerIndex localizers;
     return ReadRows(lines, data, error, [&](const Row& words, std::string_view line, int version) {
         const int code = WholeNumber(words[0]).value_or(0);
         const bool station = code == kNdb || code == kVor || code == kPairedDme || code == 13;
@@ -413,8 +446,8 @@ bool ReadXplaneNavaids(LineSource& lines, Report& report, Dataset& data, XplaneT
                 fields[9] = words[10];  // airport, region, runway
             }
             if (code != 6) {
-                AddLocalizer(fields, data);
-            } else if (!AddGlideslope(fields, data)) {
+                AddLocalizer(fields, data, localizers);
+            } else if (!AddGlideslope(fields, localizers, data)) {
                 report.Add(Topic::Unresolved, "glideslopes without their localizer",
                            AtLine(lines.Name(), lines.LineNumber(), words[7]));
             }
@@ -442,25 +475,21 @@ bool ReadXplaneAirways(LineSource& lines, Report& report, Dataset& data, const X
                     AtLine(lines.Name(), lines.LineNumber(), hasFrom ? to.ident : from.ident));
                 return;
             }
-            for (const std::string& name : SplitList(words[size - 1], '-')) {
+            for (std::string_view names = words[size - 1]; !names.empty();) {
+                const std::string_view name = NextPart(names, '-');
                 if (IsIdent(name)) {
-                    segments.push_back({name, from, to});
+                    segments.push_back({std::string(name), from, to});
                 }
             }
         });
     report.AddCount(Topic::Read, "airway segments", segments.size());
-    const std::vector<Airway> pieces = JoinSegments(segments);
-    data.airways.insert(data.airways.end(), pieces.begin(), pieces.end());
+    std::vector<Airway> pieces = JoinSegments(segments);
+    data.airways.insert(data.airways.end(), std::make_move_iterator(pieces.begin()),
+                        std::make_move_iterator(pieces.end()));
     return read;
 }
 
 bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::string& error) {
-    // Most lines are pavements, lights, frequencies and taxi routes.
-    const auto isWanted = [](std::string_view line) {
-        constexpr std::array<std::string_view, 6> kCodes{"1", "16", "17", "100", "1302", "99"};
-        const std::string_view code = line.substr(0, line.find_first_of(" \t"));
-        return code.empty() || std::find(kCodes.begin(), kCodes.end(), code) != kCodes.end();
-    };
     AirportInWork work;
     Dataset ignoredCycle;
     const auto onRow = [&](const Row& words, std::string_view line, int) {
@@ -477,7 +506,7 @@ bool ReadXplaneAirports(LineSource& lines, Report& report, Dataset& data, std::s
             AddDatum(words, work);
         }
     };
-    const bool read = ReadRows(lines, ignoredCycle, error, onRow, isWanted);
+    const bool read = ReadRows(lines, ignoredCycle, error, onRow, MayBeOfAirport);
     CloseAirport(work, report, data);
     return read;
 }
