@@ -9,7 +9,7 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -71,16 +71,32 @@ struct Controls {
 
 using ControlTexts = std::array<std::string, kControlCount>;
 
+// What was told for a control.
+struct ToldText {
+    std::string_view text = {};
+    double value = 0;      // not a number for another text
+    std::size_t tank = 0;  // the simulator's number of it, of a tank's level
+};
+
 struct ControlRow {
     Control control = Control::Count;
     const char* unit = "";
     const char* sentBy = "";  // numbers of key events, or in words
     std::array<int, kMostVariablesOfRow> variables = {};
+    const char* property = "";  // empty: the mapping names it; a number of a tank for %zu
+    const std::string& (*mapped)(const AutopilotMapping&) = nullptr;
+    // What the world asks for, and what becomes of it when the simulator tells otherwise.
+    std::string (*wanted)(const Controls&, const World&, std::size_t tank) = nullptr;
+    void (*take)(const ToldText&, Controls&, World&) = nullptr;
 };
 
+// One row a control, in their order; the last one serves every tank.
 std::span<const ControlRow> ControlTable();
+std::string ControlNumber(double value);     // as it is sent and told
+double AltitudeErrorFt(const World& world);  // to the selected altitude, up positive
 // The property of a control; one of this program's own when the mapping has none.
-std::string PropertyOf(const AutopilotMapping& mapping, Control control, int number = 0);
+std::string PropertyOf(const AutopilotMapping& mapping, const ControlRow& row,
+                       std::size_t tank = 0);
 std::array<std::string, kControlCount> ControlProperties(const AutopilotMapping& mapping);
 
 // Takes what the simulator told; the first time everything. `nowS`: steady clock, seconds.

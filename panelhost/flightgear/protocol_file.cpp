@@ -173,7 +173,7 @@ std::string PropertyTables(const AutopilotMapping& mapping) {
     }
     text += "\n| AVQ1 variable | property | unit | sent by key event |\n|---|---|---|---|\n";
     for (const ControlRow& row : ControlTable()) {
-        const std::string property = PropertyOf(mapping, row.control);
+        const std::string property = PropertyOf(mapping, row);
         text += Format("| %s | `%s` | %s | %s |\n", NumbersOf(row.variables).c_str(),
                        property.c_str(), row.unit, row.sentBy);
     }
