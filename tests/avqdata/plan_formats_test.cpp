@@ -319,6 +319,7 @@ TEST(PlanFormats, ReadsWhatItCanAndSaysTheRest) {
          "", 0},
         {kFmsHead + kFmsRows + "0 ---- 0.000000 0.000000 0.000000\n", "AAAA BBBB", "", 0},
         {kNewHead + "FUTURE KEY\n" + kNewRows, "AAAA BBBB", "", 0},
+        {kNewHead + "DEPRWY R\n" + kNewRows, "AAAA BBBB", "plan: R is no runway, left out", 0},
         {"I\n1200 Version\n" + kNewRows, "AAAA BBBB", "plan:2: version 1200 is not known", 0},
         // A waypoint that cannot be used is left out, and the line named.
         {kFmsHead + "1 AAAA 0 5O.1 8\n" + kFmsRows, "AAAA BBBB", "plan:5: '5O.1' '8' is no pos", 1},

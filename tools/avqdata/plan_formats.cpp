@@ -225,6 +225,19 @@ std::string ReadableForms() {
     return list;
 }
 
+// A runway is "RW" and its designator from here on, or none.
+void CheckRunways(const PlanSource& source, ExchangePlan& plan) {
+    for (TerminalChoice* choice : {&plan.departure, &plan.arrival}) {
+        std::string runway = RunwayFix(choice->runway);
+        if (runway.empty() && !choice->runway.empty()) {
+            source.report.Add(Topic::Warning, "runways that are none",
+                              std::string(source.name) + ": " + CleanWord(choice->runway) +
+                                  " is no runway, left out");
+        }
+        choice->runway = std::move(runway);
+    }
+}
+
 }  // namespace
 
 bool ReadExchangePlan(std::string_view text, std::string_view name, const PlanData* data,
@@ -261,6 +274,7 @@ bool ReadExchangePlan(std::string_view text, std::string_view name, const PlanDa
     plan = ExchangePlan{};
     const PlanSource source{text, name, *format, report, data};
     format->read(source, plan);
+    CheckRunways(source, plan);
     CompletePlan(source, plan);
     if (std::none_of(plan.entries.begin(), plan.entries.end(), avq1::HasPosition)) {
         error = std::string(name) + ": holds no waypoint that can be read (" + format->title + ")";
