@@ -26,6 +26,7 @@
 #include "simlink/aircraft_state.h"
 #include "tests/support/fake_simulator.h"
 #include "tests/support/fake_traffic.h"
+#include "tests/support/nav_points.h"
 
 namespace avq1 {
 namespace {
@@ -132,20 +133,16 @@ BENCHMARK(DrawEadiBanked)->ArgName("scale")->Arg(1)->Arg(2)->Unit(benchmark::kMi
 void FillDatabase() {
     static constexpr struct {
         PointTable NavDatabase::*table;
-        PointKind kind;
         int count;
-    } kTables[] = {{&NavDatabase::navaids, PointKind::Vor, 600},
-                   {&NavDatabase::airports, PointKind::Airport, 500},
-                   {&NavDatabase::airwayFixes, PointKind::Intersection, 3000}};
+    } kTables[] = {{&NavDatabase::navaids, 600},
+                   {&NavDatabase::airports, 500},
+                   {&NavDatabase::airwayFixes, 3000}};
     navDatabase = NavDatabase{};
     for (const auto& row : kTables) {
         for (int i = 0; i < row.count; ++i) {
-            PointRecord record;
-            record.ident = "IDENT";
-            record.kind = row.kind;
-            record.latitude = 42.6 + std::fmod(i * 0.61803, 1.0) * 8 - 4;
-            record.longitude = -71.6 + std::fmod(i * 0.75487, 1.0) * 10 - 5;
-            (navDatabase.*row.table).Append(record);
+            test::AddPoint(navDatabase.*row.table, "IDENT",
+                           42.6 + std::fmod(i * 0.61803, 1.0) * 8 - 4,
+                           -71.6 + std::fmod(i * 0.75487, 1.0) * 10 - 5);
         }
     }
     nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = 1;

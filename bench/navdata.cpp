@@ -48,7 +48,12 @@ void LoadDatabase(benchmark::State& state) {
     if (!UseDataSet(state)) {
         return;
     }
+    const std::string folder = SimFolder;
     for (auto _ : state) {
+        state.PauseTiming();
+        ResetModuleState();  // a module loads once
+        SimFolder = folder;
+        state.ResumeTiming();
         LoadNavDatabase();
     }
     state.counters["records"] = navDatabase.navaids.count + navDatabase.intersections.count +
@@ -140,14 +145,13 @@ void GreatCirclesOverTheTables(benchmark::State& state) {
     if (!LoadDataSet(state)) {
         return;
     }
-    const PointTable* tables[] = {&navDatabase.airports, &navDatabase.navaids,
-                                  &navDatabase.airwayFixes};
+    PointTable* tables[] = {&navDatabase.airports, &navDatabase.navaids, &navDatabase.airwayFixes};
     for (auto _ : state) {
         double sum = 0;
-        for (const PointTable* table : tables) {
-            for (std::int32_t i = 1; i <= table->count; ++i) {
-                sum += GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
-                                             (*table)[i].latitude, (*table)[i].longitude);
+        for (PointTable* table : tables) {
+            for (const LatLon& at : table->Positions()) {
+                sum += GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude, at.latitude,
+                                             at.longitude);
             }
         }
         benchmark::DoNotOptimize(sum);

@@ -177,29 +177,15 @@ bool LineReader::Next(std::string_view& line) {
         return false;
     }
     const char* const start = rest_.data();
-    line = std::string_view(start, EndLine(0));
+    line = std::string_view(start, EndLine());
     return true;
 }
 
-std::size_t LineReader::EndLine(std::size_t read) {
-    // Only as far as a whole line could reach, so that a huge line is searched once, not once for
-    // each of its pieces.
-    const std::size_t window = std::min(rest_.size(), maxLineLength_ + 2);
-    const void* const lineFeed = std::memchr(rest_.data() + read, '\n', window - read);
-    std::size_t length = rest_.size();
-    std::size_t taken = rest_.size();
-    if (lineFeed != nullptr) {
-        length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - rest_.data());
-        taken = length + 1;
-        if (length > 0 && rest_[length - 1] == '\r') {
-            --length;
-        }
-    }
-    if (length > maxLineLength_) {
-        length = maxLineLength_;
-        taken = maxLineLength_;
-    }
-    rest_.remove_prefix(taken);
+std::size_t LineReader::EndUnusualLine() {
+    // A line that fills the limit may still be followed by a carriage return and a line feed.
+    std::size_t length = std::min(rest_.size(), maxLineLength_);
+    const bool ends = rest_.substr(length).starts_with("\r\n");
+    rest_.remove_prefix(length + (ends ? 2 : 0));
     return length;
 }
 

@@ -4,6 +4,7 @@
 // malformed one reads as 0; results are always finite. Letter case means ASCII letters only.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -96,18 +97,31 @@ class LineReader {
     LineReader(std::string_view text, std::size_t maxLineLength);
     bool Next(std::string_view& line);  // false at the end
 
-    // For readers that find the line's end themselves: what lies ahead, the next line and beyond,
-    // cut to a line's greatest length (empty at the end), and the step over that line, whose end
-    // is not among its first `read` characters.
+    // For readers that look beyond the line: what lies ahead, the next line and more, cut to a
+    // line's greatest length (empty at the end), and the step over that line.
     std::string_view Ahead() const { return rest_.substr(0, maxLineLength_); }
-    void Skip(std::size_t read) { EndLine(read); }
+    void Skip() { EndLine(); }
 
   private:
-    std::size_t EndLine(std::size_t read);  // steps over a line and returns its length
+    std::size_t EndLine();         // steps over a line and returns its length
+    std::size_t EndUnusualLine();  // the same for a line without end or with a longer one
 
     std::string_view rest_;
     std::size_t maxLineLength_;
 };
+
+// Inline: a world database is two hundred thousand lines.
+inline std::size_t LineReader::EndLine() {
+    const std::size_t reach = std::min(rest_.size(), maxLineLength_ + 1);
+    const void* const lineFeed = std::memchr(rest_.data(), '\n', reach);
+    if (lineFeed == nullptr) {
+        return EndUnusualLine();
+    }
+    const char* const start = rest_.data();
+    const auto length = static_cast<std::size_t>(static_cast<const char*>(lineFeed) - start);
+    rest_.remove_prefix(length + 1);
+    return length - (length > 0 && start[length - 1] == '\r' ? 1 : 0);
+}
 
 // "key=value" as the settings and aircraft files write it: blanks do not separate, the first "="
 // does. `key` keeps a blank before "=" (so such a line matches no key). False for comments (";"

@@ -50,7 +50,7 @@ ClosestAirports closestAirports;
 const StateReset closestReset([] { closestAirports = ClosestAirports{}; });
 
 ClosestAirport MeasuredFromHere(std::int32_t index) {
-    const Airport& airport = navDatabase.airports[index];
+    const LatLon& airport = navDatabase.airports.Positions()[index];
     ClosestAirport slot{index};
     double courseTrue = 0;
     DistanceAndCourse(aircraft.latitude, aircraft.longitude, airport.latitude, airport.longitude,
@@ -69,9 +69,10 @@ void SearchClosest() {
     closestAirports.searchedFrom = {aircraft.latitude, aircraft.longitude};
     closestAirports.tableCount = navDatabase.airports.count;
     auto& slots = closestAirports.slots;
+    const std::vector<LatLon>& positions = navDatabase.airports.Positions();
     for (std::int32_t i = 1; i <= navDatabase.airports.count; ++i) {
         const double northNm =
-            std::abs(navDatabase.airports[i].latitude - aircraft.latitude) * kMilesPerDegree;
+            std::abs(positions[i].latitude - aircraft.latitude) * kMilesPerDegree;
         if (slots.back().index != 0 && northNm > slots.back().distanceNm) {
             continue;
         }
@@ -174,7 +175,7 @@ EntryResult FlyToSlot(const LineRow& row) {
 
 EntryResult FlyToAirport(const LineRow& row) {
     const ClosestAirport& slot = closestAirports.slots[static_cast<std::size_t>(row.item)];
-    const std::string ident(navDatabase.airports[slot.index].ident);
+    const std::string ident(navDatabase.airports.Ident(slot.index));
     FlyDirectToPoint(EntryFrom(navDatabase.airports[slot.index]), false);
     SetPlanAirport(ident, PlanAirportMode::LoadedDestination);
     ShowFlownPlan();
@@ -226,7 +227,7 @@ bool HasAirport(const LineRow& row) {
 
 void ShowAirport(const LineRow& row, UnitText& text) {
     const ClosestAirport& slot = closestAirports.slots[static_cast<std::size_t>(row.item)];
-    const std::string_view ident = navDatabase.airports[slot.index].ident;
+    const std::string_view ident = navDatabase.airports.Ident(slot.index);
     text.Put("%-8.*s %03.0f/%4.0f", static_cast<int>(ident.size()), ident.data(),
              WholeCourse(slot.bearingMag), slot.distanceNm);
 }

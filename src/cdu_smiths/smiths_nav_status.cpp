@@ -27,18 +27,20 @@ ReceivedStation StationOf(const FieldRow& field) {
 
 void ShowVor(const FieldRow& field, UnitText& text) {
     text.Set("- - - - -");
-    if (const Navaid* navaid = StationOf(field).navaid) {
-        text.Put("%-5.5s %-3.2f", UnitText(navaid->ident).c_str(), ToNumber(navaid->frequency));
+    if (const std::int32_t index = StationOf(field).navaid) {
+        const Navaid navaid = navDatabase.navaids[index];
+        text.Put("%-5.5s %-3.2f", UnitText(navaid.ident).c_str(), ToNumber(navaid.frequency));
     }
 }
 
 void ShowDme(const FieldRow& field, UnitText& text) {
     const ReceivedStation station = StationOf(field);
     text.Set("- - - - -");
-    if (station.navaid != nullptr) {
+    if (station.navaid != 0) {
         UnitText distance;
         distance.Put("%.1f", station.distanceNm);
-        text.Put("%-5.5s %6s", UnitText(station.navaid->ident).c_str(), distance.c_str());
+        text.Put("%-5.5s %6s", UnitText(navDatabase.navaids.Ident(station.navaid)).c_str(),
+                 distance.c_str());
     }
 }
 
@@ -46,7 +48,7 @@ void ShowDme(const FieldRow& field, UnitText& text) {
 void ShowRadial(const FieldRow& field, UnitText& text) {
     const ReceivedStation station = StationOf(field);
     text.Set("- - -");
-    if (station.navaid != nullptr) {
+    if (station.navaid != 0) {
         text = CourseText(TrueToMagnetic(PositiveModulo(station.bearingTrue + 180, 360),
                                          ShownAircraft().magneticVariation));
     }

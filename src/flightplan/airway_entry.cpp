@@ -33,7 +33,7 @@ bool TieToNavaid(PlanWaypoint& entry) {
     if (found == 0) {
         return false;
     }
-    const Navaid& navaid = navDatabase.navaids[found];
+    const Navaid navaid = navDatabase.navaids[found];
     entry.type = PlanTypeOf(navaid.kind);
     entry.frequency = navaid.frequency;
     return true;

@@ -37,20 +37,16 @@ double NmBetween(const LatLon& a, const LatLon& b) {
     return GreatCircleDistanceNm(a.latitude, a.longitude, b.latitude, b.longitude);
 }
 
-LatLon PositionOf(const Navaid& navaid) {
-    return {navaid.latitude, navaid.longitude};
-}
-
 std::int32_t NearestVor(const LatLon& estimate, double withinNm) {
     std::int32_t nearest = 0;
     double nearestNm = withinNm;
+    const std::vector<LatLon>& positions = navDatabase.navaids.Positions();
     for (std::int32_t i = 1; i <= navDatabase.navaids.count; ++i) {
-        const Navaid& navaid = navDatabase.navaids[i];
-        if (std::abs(navaid.latitude - estimate.latitude) * kNmPerDegree > nearestNm ||
-            navaid.kind != PointKind::Vor) {
+        if (std::abs(positions[i].latitude - estimate.latitude) * kNmPerDegree > nearestNm ||
+            navDatabase.navaids[i].kind != PointKind::Vor) {
             continue;
         }
-        if (const double nm = NmBetween(PositionOf(navaid), estimate); nm <= nearestNm) {
+        if (const double nm = NmBetween(positions[i], estimate); nm <= nearestNm) {
             nearestNm = nm;
             nearest = i;
         }
@@ -95,7 +91,7 @@ ReceivedStation StationReceived(NavReceiver receiver) {
     if (last.navaid == 0) {
         return {};
     }
-    station.navaid = &navDatabase.navaids[last.navaid];
+    station.navaid = last.navaid;
     return station;
 }
 
@@ -105,12 +101,13 @@ bool RadioPosition(LatLon& position) {
     }
     for (const NavReceiver receiver : {NavReceiver::Left, NavReceiver::Right}) {
         const ReceivedStation station = StationReceived(receiver);
-        if (station.navaid == nullptr ||
-            IsInhibited(navOptions.inhibitedDme, station.navaid->ident) ||
-            IsInhibited(navOptions.inhibitedVor, station.navaid->ident)) {
+        const std::string_view ident = navDatabase.navaids.Ident(station.navaid);
+        if (station.navaid == 0 || IsInhibited(navOptions.inhibitedDme, ident) ||
+            IsInhibited(navOptions.inhibitedVor, ident)) {
             continue;
         }
-        PointAtDistance(station.navaid->latitude, station.navaid->longitude,
+        const LatLon& from = navDatabase.navaids.Positions()[station.navaid];
+        PointAtDistance(from.latitude, from.longitude,
                         PositiveModulo(station.bearingTrue + 180, 360),
                         GroundNm(station.distanceNm), position.latitude, position.longitude);
         return true;

@@ -27,9 +27,9 @@ extern NavOptions navOptions;
 enum class NavReceiver : std::size_t { Left, Right };
 
 struct ReceivedStation {
-    const Navaid* navaid = nullptr;  // null: unknown; valid until the database is loaded again
-    double bearingTrue = 0;          // from the aircraft
-    double distanceNm = 0;           // as measured, on the slant
+    std::int32_t navaid = 0;  // its index in the database; 0: unknown
+    double bearingTrue = 0;   // from the aircraft
+    double distanceNm = 0;    // as measured, on the slant
 };
 
 ReceivedStation StationReceived(NavReceiver receiver);

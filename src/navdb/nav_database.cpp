@@ -34,7 +34,7 @@ void ClearTables() {
     navDatabase.airwayFixes.Clear();
     navDatabase.airports.Clear();
     navDatabase.letterGroupCount = 0;
-    // Lists made from the tables hold views of contents that are about to go.
+    // Lists hold views of contents that are about to go.
     nearby = {};
 }
 
@@ -48,7 +48,7 @@ const StateReset kReset([] {
 
 void AppendMatches(const PointTable& table, std::string_view ident, SearchResults& results) {
     for (std::int32_t i = 1; i <= table.count && results.count < kSearchResultCapacity; ++i) {
-        if (table[i].ident == ident) {
+        if (table.Ident(i) == ident) {
             FoundPoint result(table[i]);
             result.name.clear();
             results.Append(result);
@@ -120,7 +120,7 @@ void LoadNavDatabase() {
 void BuildNavaidLetterIndex() {
     navDatabase.letterGroupCount = 0;
     for (std::int32_t i = 1; i <= navDatabase.navaids.count; ++i) {
-        const std::string_view ident = navDatabase.navaids[i].ident;
+        const std::string_view ident = navDatabase.navaids.Ident(i);
         const char letter = ident.empty() ? '\0' : ident.front();
         std::int32_t& groups = navDatabase.letterGroupCount;
         if (groups > 0 &&
@@ -185,9 +185,12 @@ std::int32_t FindNavaid(std::string_view ident, std::string_view kind, double la
     const PointTable& navaids = navDatabase.navaids;
     const std::int32_t wholeDegrees = TruncateToInteger(latitude);
     for (std::int32_t i = navDatabase.letterIndex[static_cast<std::size_t>(group)].firstIndex;
-         i <= navaids.count && navaids[i].ident.starts_with(ident.front()); ++i) {
-        if (navaids[i].ident == ident && KindMatches(navaids[i], kind) &&
-            TruncateToInteger(navaids[i].latitude) == wholeDegrees) {
+         i <= navaids.count && navaids.Ident(i).starts_with(ident.front()); ++i) {
+        if (navaids.Ident(i) != ident) {
+            continue;
+        }
+        const Navaid navaid = navaids[i];
+        if (KindMatches(navaid, kind) && TruncateToInteger(navaid.latitude) == wholeDegrees) {
             return i;
         }
     }

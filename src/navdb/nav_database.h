@@ -2,7 +2,8 @@
 // from the text files in \avq\Navdata\ and kept while the module is loaded.
 //
 // Tables are indexed from 1; a count is the index of the last record, 0 when empty. Latitudes and
-// longitudes are decimal degrees. Texts are views into the files' contents, which the database
+// longitudes are decimal degrees. A load finds where the records stand; a record is read from its
+// line by whoever asks for it. Its texts are views into the files' contents, which the database
 // keeps until the next LoadNavDatabase; what a search finds has texts of its own. A file that
 // cannot be opened leaves its table empty; lines beyond a table's capacity are dropped, with one
 // message near the limit. Panel thread only.
@@ -14,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "geometry/geometry.h"
+
 namespace avq1 {
 
 // "V" a VOR, "N" any other navaid, "I" an intersection or airway fix and a point the pilot made up,
@@ -21,7 +24,7 @@ namespace avq1 {
 enum class PointKind : std::uint8_t { None, Vor, Navaid, Intersection, Airport, PilotPoint };
 std::string_view KindText(PointKind kind);
 
-// Text is a view in the tables and in lists made from them.
+// Text is a view in records of the tables and in lists of them.
 template <typename Text>
 struct BasicPoint {
     Text ident{};
@@ -61,7 +64,43 @@ struct RecordTable {
     bool Holds(std::int32_t index) const { return index >= 1 && index <= count; }
     const Record& operator[](std::int32_t index) const { return records[index]; }
 };
-using PointTable = RecordTable<PointRecord>;
+using PointList = RecordTable<PointRecord>;
+
+// What stands on a line behind the identifier.
+enum class LineForm : std::uint8_t { Intersection, AirwayFix, Airport, Navaid };
+
+// Where a record stands in its file.
+struct PointLine {
+    const char* ident = nullptr;
+    std::uint16_t identLength = 0;
+    std::uint16_t restLength = 0;  // of the line behind the identifier, or beyond its end
+    LineForm form = LineForm::Intersection;
+};
+
+// Records 1..count of one file; slot 0 exists and holds nothing.
+class PointTable {
+  public:
+    std::int32_t count = 0;
+
+    void Clear() { *this = {}; }
+    void Reserve(std::size_t more) { lines_.reserve(lines_.size() + more); }
+    void Append(const PointLine& line) {
+        lines_.push_back(line);
+        ++count;
+    }
+    PointRecord operator[](std::int32_t index) const;  // read anew by each call
+    PointRecord Listed(std::int32_t index);            // without name and elevation, quicker
+    std::string_view Ident(std::int32_t index) const {
+        return {lines_[index].ident, lines_[index].identLength};
+    }
+    // Of every record, by their indexes; read by the first call since the table was filled. For
+    // those who go through the table by position.
+    const std::vector<LatLon>& Positions();
+
+  private:
+    std::vector<PointLine> lines_{1};
+    std::vector<LatLon> positions_;
+};
 
 // A point found or made up; valid for as long as its owner keeps it.
 struct FoundPoint : BasicPoint<std::string> {

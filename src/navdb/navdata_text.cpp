@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <limits>
 
 #include "base/messages.h"
 #include "base/text.h"
@@ -31,53 +33,97 @@ constexpr TableLimit kAirportLimit{kAirportCapacity, kAirportCapacity - 2,
 // The navaids' warning comes well before their table is full.
 constexpr TableLimit kNavaidLimit{kNavaidCapacity, 9998, "Navs '%d' approaching struct_limit"};
 
-// Steps to the next field, or to the line feed when the line has no more: `rest` reaches beyond the
-// line. Walking on from field to field finds most line ends for nothing.
-void SkipToField(std::string_view& rest) {
-    std::size_t blanks = 0;
-    while (blanks < rest.size() && IsSpace(rest[blanks]) && rest[blanks] != '\n') {
-        ++blanks;
+// The next field of the line at the front of `rest`, which reaches beyond the line: empty when the
+// line has no more. Walking on from field to field finds most line ends for nothing.
+[[gnu::always_inline]] inline std::string_view NextField(std::string_view& rest) {
+    const char* start = rest.data();
+    const char* const end = start + rest.size();
+    while (start != end && IsSpace(*start) && *start != '\n') {
+        ++start;
     }
-    rest.remove_prefix(blanks);
-}
-
-// The next field of the line at the front of `rest`: empty or 0 when the line has no more.
-std::string_view NextField(std::string_view& rest) {
-    SkipToField(rest);
-    return rest.starts_with('\n') ? std::string_view{} : NextWord(rest);
+    const char* const fieldEnd = WordEnd(start, end);  // none at a line feed
+    rest = std::string_view(fieldEnd, static_cast<std::size_t>(end - fieldEnd));
+    return {start, static_cast<std::size_t>(fieldEnd - start)};
 }
 
 double NextNumberField(std::string_view& rest) {
-    SkipToField(rest);
+    while (!rest.empty() && IsSpace(rest.front()) && rest.front() != '\n') {
+        rest.remove_prefix(1);
+    }
     return rest.starts_with('\n') ? 0.0 : NextNumber(rest);
 }
 
-// Walks the lines of `text` and appends what `readLine` makes of each; `readLine` takes its
-// fields off the front of what it is given and returns false for a line that is no record.
-template <typename ReadLine>
-void ReadRecords(std::string_view text, PointTable& table, const TableLimit& limit,
-                 ReadLine readLine) {
-    const auto capacity = static_cast<std::size_t>(limit.capacity);
-    table.records.reserve(std::min(capacity, text.size() / kShortLineLength) + 2);
+// Appends the lines of `text` to `table`. `takeIdent` takes the identifier, and what stands before
+// it, off the front of what it is given, and returns none for a line that is no record.
+template <typename TakeIdent>
+void ReadLines(std::string_view text, LineForm form, const TableLimit& limit, PointTable& table,
+               TakeIdent takeIdent) {
+    static_assert(kNavdataLineLength <= std::numeric_limits<std::uint16_t>::max());
+    table.Reserve(
+        std::min(static_cast<std::size_t>(limit.capacity), text.size() / kShortLineLength) + 1);
     LineReader lines(text, kNavdataLineLength);
     while (table.count < limit.capacity) {
-        const std::string_view ahead = lines.Ahead();
-        if (ahead.empty()) {
+        std::string_view rest = lines.Ahead();
+        if (rest.empty()) {
             break;
         }
-        std::string_view rest = ahead;
-        // Written in place: a world's records are tens of megabytes to copy.
-        const bool isRecord = readLine(rest, table.records.emplace_back());
-        lines.Skip(ahead.size() - rest.size());
-        if (!isRecord) {
-            table.records.pop_back();
+        // The line's end is sought first, not from its last field on: a processor then begins with
+        // the next line while it is still at this one's fields.
+        lines.Skip();
+        const std::string_view ident = takeIdent(rest);
+        if (ident.empty()) {
             continue;
         }
-        ++table.count;
+        table.Append({ident.data(), static_cast<std::uint16_t>(ident.size()),
+                      static_cast<std::uint16_t>(rest.size()), form});
         if (table.count == limit.warningCount) {
             AppendMessage(Format(limit.warningFormat, table.count));
         }
     }
+}
+
+// The first field, but for comments.
+std::string_view TakeFirst(std::string_view& rest) {
+    return rest.starts_with(kComment) ? std::string_view{} : NextField(rest);
+}
+
+// The third field, but for comments and short identifiers: those are navaids and airports, which
+// have tables of their own.
+std::string_view TakeAirwayFix(std::string_view& rest) {
+    constexpr std::size_t kShortestFixIdent = 4;
+    if (rest.starts_with(kComment)) {
+        return {};
+    }
+    NextField(rest);  // the airway
+    NextField(rest);  // its sequence
+    const std::string_view ident = NextField(rest);
+    return ident.size() < kShortestFixIdent ? std::string_view{} : ident;
+}
+
+LatLon ReadPosition(std::string_view& rest) {
+    LatLon position;
+    position.latitude = NextNumberField(rest);
+    position.longitude = NextNumberField(rest);
+    return position;
+}
+
+void SkipFields(std::string_view& rest, int count) {
+    for (; count > 0; --count) {
+        NextField(rest);
+    }
+}
+
+PointKind KindOf(LineForm form) {
+    return form == LineForm::Airport ? PointKind::Airport : PointKind::Intersection;
+}
+
+void ReadStation(std::string_view& rest, PointRecord& record) {
+    record.kind = NextField(rest) == "VOR" ? PointKind::Vor : PointKind::Navaid;
+    record.frequency = NextField(rest);
+}
+
+std::string_view BehindIdent(const PointLine& line) {
+    return {line.ident + line.identLength, line.restLength};
 }
 
 // The `count` characters of a word from the one numbered `first`, counted from 1.
@@ -116,73 +162,73 @@ void FillAirportDetail(std::string_view line, std::string_view ident, AirportDet
     }
 }
 
-// What the lines of fixes and navaids begin with; false for a comment.
-bool ReadNamedPlace(std::string_view& rest, PointRecord& record) {
-    if (rest.starts_with(kComment)) {
-        return false;
-    }
-    record.ident = NextField(rest);
-    record.name = NextField(rest);
-    record.latitude = NextNumberField(rest);
-    record.longitude = NextNumberField(rest);
-    return true;
-}
-
 }  // namespace
 
+PointRecord PointTable::operator[](std::int32_t index) const {
+    const PointLine& line = lines_[index];
+    std::string_view rest = BehindIdent(line);
+    PointRecord record;
+    record.ident = Ident(index);
+    record.kind = KindOf(line.form);
+    record.name = line.form == LineForm::AirwayFix ? record.ident : NextField(rest);
+    if (line.form == LineForm::Airport) {
+        record.elevation = NextField(rest);
+    }
+    const LatLon position = ReadPosition(rest);
+    record.latitude = position.latitude;
+    record.longitude = position.longitude;
+    if (line.form == LineForm::Navaid) {
+        ReadStation(rest, record);
+    }
+    return record;
+}
+
+PointRecord PointTable::Listed(std::int32_t index) {
+    const PointLine& line = lines_[index];
+    const LatLon& position = Positions()[index];
+    PointRecord record;
+    record.ident = Ident(index);
+    record.latitude = position.latitude;
+    record.longitude = position.longitude;
+    record.kind = KindOf(line.form);
+    if (line.form == LineForm::Navaid) {
+        std::string_view rest = BehindIdent(line);
+        SkipFields(rest, 3);  // the name and the position
+        ReadStation(rest, record);
+    }
+    return record;
+}
+
+const std::vector<LatLon>& PointTable::Positions() {
+    positions_.reserve(lines_.size());
+    for (std::size_t i = positions_.size(); i < lines_.size(); ++i) {
+        const LineForm form = lines_[i].form;
+        std::string_view rest = BehindIdent(lines_[i]);
+        SkipFields(rest, form == LineForm::Airport ? 2 : form == LineForm::AirwayFix ? 0 : 1);
+        positions_.push_back(ReadPosition(rest));
+    }
+    return positions_;
+}
+
 void ReadIntersections(std::string_view text, PointTable& table) {
-    ReadRecords(text, table, kIntersectionLimit, [](std::string_view& rest, PointRecord& record) {
-        if (!ReadNamedPlace(rest, record)) {
-            return false;
-        }
-        record.kind = PointKind::Intersection;
-        return !record.ident.empty();
-    });
+    ReadLines(text, LineForm::Intersection, kIntersectionLimit, table,
+              [](std::string_view& rest) { return TakeFirst(rest); });
 }
 
 void ReadAirwayFixes(std::string_view text, PointTable& table) {
-    // Shorter identifiers are navaids and airports, which have tables of their own.
-    constexpr std::size_t kShortestFixIdent = 4;
-    ReadRecords(text, table, kAirwayFixLimit, [](std::string_view& rest, PointRecord& record) {
-        if (rest.starts_with(kComment)) {
-            return false;
-        }
-        NextField(rest);  // the airway
-        NextField(rest);  // its sequence
-        record.ident = NextField(rest);
-        if (record.ident.size() < kShortestFixIdent) {
-            return false;
-        }
-        record.name = record.ident;
-        record.latitude = NextNumberField(rest);
-        record.longitude = NextNumberField(rest);
-        record.kind = PointKind::Intersection;
-        return true;
-    });
+    ReadLines(text, LineForm::AirwayFix, kAirwayFixLimit, table,
+              [](std::string_view& rest) { return TakeAirwayFix(rest); });
 }
 
 void ReadAirports(std::string_view text, PointTable& table) {
     // This file has no comments: a leading semicolon belongs to the identifier.
-    ReadRecords(text, table, kAirportLimit, [](std::string_view& rest, PointRecord& record) {
-        record.ident = NextField(rest);
-        record.name = NextField(rest);
-        record.elevation = NextField(rest);
-        record.latitude = NextNumberField(rest);
-        record.longitude = NextNumberField(rest);
-        record.kind = PointKind::Airport;
-        return !record.ident.empty();
-    });
+    ReadLines(text, LineForm::Airport, kAirportLimit, table,
+              [](std::string_view& rest) { return NextField(rest); });
 }
 
 void ReadNavaids(std::string_view text, PointTable& table) {
-    ReadRecords(text, table, kNavaidLimit, [](std::string_view& rest, PointRecord& record) {
-        if (!ReadNamedPlace(rest, record)) {
-            return false;
-        }
-        record.kind = NextField(rest) == "VOR" ? PointKind::Vor : PointKind::Navaid;
-        record.frequency = NextField(rest);
-        return !record.ident.empty();
-    });
+    ReadLines(text, LineForm::Navaid, kNavaidLimit, table,
+              [](std::string_view& rest) { return TakeFirst(rest); });
 }
 
 void ReadCycleText(std::string_view text, std::string& cycle, std::string& validity) {

@@ -48,7 +48,7 @@ class RadiusFilter {
         }
     }
 
-    bool Holds(const PointRecord& point) const {
+    bool Holds(const LatLon& point) const {
         const bool onGlobe =
             std::fabs(point.latitude) <= 90.0 && std::fabs(point.longitude) <= 180.0;
         if (onGlobe && (std::fabs(point.latitude - centre_.latitude) > latitudeLimit_ ||
@@ -72,19 +72,34 @@ struct NearbyRule {
     const char* warningFormat;  // null: fills up silently
 };
 
-void FillNearby(const PointTable& source, const NearbyRule& rule, PointTable& list) {
-    list.Clear();
+void TakePoint(const PointRecord& point, const NearbyRule& rule, PointList& list) {
+    list.Append(point);
+    if (rule.warningFormat != nullptr && list.count == rule.limit - kWarningMargin) {
+        AppendMessage(Format(rule.warningFormat, list.count));
+    }
+}
+
+void Build(PointTable& table, const NearbyRule& rule, const LatLon& mapCentre, NearbyList& list) {
+    list.points.Clear();
+    list.reference = mapCentre;
+    list.madeAt = PresentPosition();
     const RadiusFilter filter(PresentPosition(), rule.radiusNm);
-    for (std::int32_t i = 1; i <= source.count && list.count < rule.limit; ++i) {
-        if (!filter.Holds(source[i])) {
-            continue;
+    const std::vector<LatLon>& positions = table.Positions();
+    for (std::int32_t i = 1; i <= table.count && list.points.count < rule.limit; ++i) {
+        if (filter.Holds(positions[i])) {
+            TakePoint(table.Listed(i), rule, list.points);
         }
-        PointRecord point = source[i];
-        point.name = {};
-        point.elevation = {};
-        list.Append(point);
-        if (rule.warningFormat != nullptr && list.count == rule.limit - kWarningMargin) {
-            AppendMessage(Format(rule.warningFormat, list.count));
+    }
+}
+
+void Narrow(const NearbyList& built, const NearbyRule& rule, NearbyList& list) {
+    list.points.Clear();
+    list.madeAt = PresentPosition();
+    const RadiusFilter filter(PresentPosition(), rule.radiusNm);
+    for (std::int32_t i = 1; i <= built.points.count && list.points.count < rule.limit; ++i) {
+        const PointRecord& point = built.points[i];
+        if (filter.Holds({point.latitude, point.longitude})) {
+            TakePoint(point, rule, list.points);
         }
     }
 }
@@ -95,36 +110,33 @@ NearbyLists nearby;
 std::int32_t NearbyFixLimit = kNearbyFixLimit;
 
 void BuildNearbyAirports(const LatLon& mapCentre) {
-    FillNearby(navDatabase.airports, {kBuildRadiusNm, kBuildLimit, "Apts May exceed %d"},
-               nearby.airports600.points);
-    nearby.airports600.reference = mapCentre;
+    Build(navDatabase.airports, {kBuildRadiusNm, kBuildLimit, "Apts May exceed %d"}, mapCentre,
+          nearby.airports600);
 }
 
 void NarrowNearbyAirports() {
-    FillNearby(nearby.airports600.points, {kNarrowRadiusNm, kNarrowLimit, "Apts May exceed %d"},
-               nearby.airports180.points);
+    Narrow(nearby.airports600, {kNarrowRadiusNm, kNarrowLimit, "Apts May exceed %d"},
+           nearby.airports180);
 }
 
 void BuildNearbyNavaids(const LatLon& mapCentre) {
-    FillNearby(navDatabase.navaids, {kBuildRadiusNm, kBuildLimit, "Navs May exceed %d"},
-               nearby.navaids600.points);
-    nearby.navaids600.reference = mapCentre;
+    Build(navDatabase.navaids, {kBuildRadiusNm, kBuildLimit, "Navs May exceed %d"}, mapCentre,
+          nearby.navaids600);
 }
 
 void NarrowNearbyNavaids() {
-    FillNearby(nearby.navaids600.points, {kNarrowRadiusNm, kNarrowLimit, "Navs May exceed %d"},
-               nearby.navaids180.points);
+    Narrow(nearby.navaids600, {kNarrowRadiusNm, kNarrowLimit, "Navs May exceed %d"},
+           nearby.navaids180);
 }
 
 void BuildNearbyFixes(const LatLon& mapCentre) {
-    FillNearby(navDatabase.airwayFixes, {kBuildRadiusNm, kBuildLimit, nullptr},
-               nearby.fixes600.points);
-    nearby.fixes600.reference = mapCentre;
+    Build(navDatabase.airwayFixes, {kBuildRadiusNm, kBuildLimit, nullptr}, mapCentre,
+          nearby.fixes600);
 }
 
 void NarrowNearbyFixes() {
-    FillNearby(nearby.fixes600.points, {kNarrowFixRadiusNm, NearbyFixLimit, "Ints May exceed %d"},
-               nearby.fixes200.points);
+    Narrow(nearby.fixes600, {kNarrowFixRadiusNm, NearbyFixLimit, "Ints May exceed %d"},
+           nearby.fixes200);
     nearby.fixes200.reference = PresentPosition();
 }
 

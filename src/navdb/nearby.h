@@ -2,11 +2,12 @@
 //
 // Two stages: a build scans the whole table (600 nm), a narrowing scans the build's list. Order
 // is table order; limits drop the rest, with one message but for the fixes within 600 nm. Lists
-// keep their contents until the next call; their records have no name and no elevation. Distances
-// are great-circle nm from the aircraft's present position.
+// keep their contents until the next call or load; their records have no name and no elevation.
+// Distances are great-circle nm from the aircraft's present position.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "geometry/geometry.h"
 #include "navdb/nav_database.h"
@@ -14,8 +15,9 @@
 namespace avq1 {
 
 struct NearbyList {
-    PointTable points;
+    PointList points;
     LatLon reference;  // 600 nm: where the map was centred; fixes200: the aircraft; else unused
+    std::optional<LatLon> madeAt;  // the aircraft's position; none since the last load
 };
 
 struct NearbyLists {

@@ -26,6 +26,7 @@
 #include "support/fake_keyboard.h"
 #include "support/kept_file.h"
 #include "support/leak_suppressions.h"
+#include "support/nav_points.h"
 #include "support/screen_changes.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
@@ -178,7 +179,7 @@ TEST_F(McuTest, AGapHasNoCrossing) {
 // ---- DIRTO and typing ----
 
 TEST_F(McuTest, DirectToStartsAPlanOfItsOwn) {
-    navDatabase.navaids.Append({"KBBB", "NDB", 0, 2.5, PointKind::Navaid, "385", ""});
+    test::AddPoint(navDatabase.navaids, "KBBB", 0, 2.5, PointKind::Navaid, "385");
     MakePlan();
     activePlan.Edit(4).via = "V252";
     planBook.verticalTargetIndex = 4;
@@ -304,12 +305,9 @@ class McuScreens : public McuTypingTest {
         aircraft.apHeadingBug = 95;
         changes_ = {};
         simulator.events.clear();
-        for (const PointRecord& place :
-             {PointRecord{"KX", "FAR", 40, 60, PointKind::Vor, "113.90", ""},
-              PointRecord{"ZZ", "ONLY", 0, 9, PointKind::Navaid, "385", ""}}) {
-            navDatabase.navaids.Append(place);
-        }
-        navDatabase.intersections.Append({"KX", "NEAR", 1, 2.5, PointKind::Intersection, "", ""});
+        test::AddPoint(navDatabase.navaids, "KX", 40, 60, PointKind::Vor, "113.90");
+        test::AddPoint(navDatabase.navaids, "ZZ", 0, 9, PointKind::Navaid, "385");
+        test::AddPoint(navDatabase.intersections, "KX", 1, 2.5);
         if (flow.withPlan) {
             MakePlan();
         }

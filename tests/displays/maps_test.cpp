@@ -22,6 +22,7 @@
 #include "settings/settings.h"
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
+#include "support/nav_points.h"
 #include "support/temp_sim_folder.h"
 #include "support/test_flight.h"
 
@@ -47,7 +48,7 @@ class Maps : public test::DisplayTest {
     }
     static void AddStation(const char* ident, double northNm, double eastNm,
                            PointKind kind = PointKind::Vor) {
-        navDatabase.navaids.Append({ident, "", northNm / 60, eastNm / 60, kind, "113.40", ""});
+        test::AddPoint(navDatabase.navaids, ident, northNm / 60, eastNm / 60, kind);
     }
     static std::unique_ptr<Picture> Draw(int mode, int scale = 1) {
         nd.ndMode = mode;
@@ -253,7 +254,7 @@ TEST_F(Maps, NearbyListsAreMadeAnewOnlyFarAway) {
     AddStation("VVV", 3, -3);
     AddStation("NN", 5, -2, PointKind::Navaid);
     AddStation("EDGE", 189, 0);
-    navDatabase.airports.Append({"KAPT", "", 0.1, 0, PointKind::Airport, "", ""});
+    test::AddPoint(navDatabase.airports, "KAPT", 0.1, 0);
     nd.ndShowStations = 1;
     Draw(5);
     EXPECT_EQ(nearby.navaids600.points.count, 3);
@@ -274,7 +275,8 @@ TEST_F(Maps, NearbyListsAreMadeAnewOnlyFarAway) {
     aircraft.latitude = 40;
     AddStation("FAR", 40 * 60 + 5, 0);
     ExpectDrawn(5, {"FAR"}, {"VVV"});
-    const PointTable before600 = std::exchange(navDatabase.navaids, {});  // and a reload
+    navDatabase = {};  // and a reload
+    nearby = {};
     AddStation("NEW", 40 * 60 + 5, 0);
     ExpectDrawn(5, {"NEW"}, {"FAR"});
 }

@@ -20,6 +20,7 @@
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
 #include "support/fake_traffic.h"
+#include "support/nav_points.h"
 #include "support/press_key.h"
 #include "support/test_flight.h"
 
@@ -343,8 +344,8 @@ TEST_F(Mfd, IsBlankForTwoFramesOfTheRefreshCycle) {
 TEST_F(Mfd, LayersStandAtTheRangeInUse) {
     test::FakeTraffic source;
     source.Tell({{0, 4, 5, 0, 1}});
-    navDatabase.airports.Append({"KAPT", "", 0, 7.0 / 60, PointKind::Airport, "", ""});
-    navDatabase.navaids.Append({"VVV", "", 0, 18.0 / 60, PointKind::Vor, "113.40", ""});
+    test::AddPoint(navDatabase.airports, "KAPT", 0, 7.0 / 60);
+    test::AddPoint(navDatabase.navaids, "VVV", 0, 18.0 / 60);
     aircraft.headingMag = aircraft.trueHeading = 90;
     const struct {
         double mapRange;

@@ -34,6 +34,7 @@
 #include "simlink/aircraft_state.h"
 #include "support/display_checks.h"
 #include "support/fake_traffic.h"
+#include "support/nav_points.h"
 #include "support/test_flight.h"
 #include "traffic/targets.h"
 
@@ -200,15 +201,11 @@ void LookAround() {
     nd.ndShowStations = nd.ndShowAirports = nd.ndShowWaypoints = nd.ndShowAdf = 1;
     nd.showTraffic = 1;
     atcBoundaries.items = {{"X1", "BDY", {4.0 / 60, 0}, {{0.1, 0}, {0.1, 0.1}, {0, 0.1}}}};
-    const auto add = [](PointTable& table, PointKind kind, const char* ident, double northNm,
-                        double eastNm) {
-        table.Append({ident, "", northNm / 60, eastNm / 60, kind, "113.40", ""});
-    };
-    add(navDatabase.navaids, PointKind::Vor, "VVV", 1, -6);
-    add(navDatabase.navaids, PointKind::Navaid, "NN", 5, -2);
-    add(navDatabase.airports, PointKind::Airport, "KAPT", 3, 3);
-    add(navDatabase.airwayFixes, PointKind::Intersection, "FIXXX", 3, -3);
-    add(navDatabase.airwayFixes, PointKind::Intersection, "FARFX", 18, 12);
+    test::AddPoint(navDatabase.navaids, "VVV", 1.0 / 60, -6.0 / 60);
+    test::AddPoint(navDatabase.navaids, "NN", 5.0 / 60, -2.0 / 60, PointKind::Navaid);
+    test::AddPoint(navDatabase.airports, "KAPT", 3.0 / 60, 3.0 / 60);
+    test::AddPoint(navDatabase.airwayFixes, "FIXXX", 3.0 / 60, -3.0 / 60);
+    test::AddPoint(navDatabase.airwayFixes, "FARFX", 18.0 / 60, 12.0 / 60);
     HoldPattern& hold = holdList.holds[1];
     hold.fixIndex = 1;
     hold.inboundCourseMag = 30;
@@ -286,16 +283,14 @@ void FlyAnApproach() {
 // Far away, with everything as wide as it gets and records all around, closer than a map can show
 // them.
 void FlyAmongCrowds() {
-    static std::array<std::string, 300> idents;
-    for (std::size_t i = 0; i < idents.size(); ++i) {
-        idents[i] = "P" + std::to_string(i);
-        const double northDeg = (std::fmod(static_cast<double>(i) * 0.61803, 1.0) * 42 - 21) / 60;
-        const double eastDeg = (std::fmod(static_cast<double>(i) * 0.75487, 1.0) * 42 - 21) / 60;
+    for (int i = 0; i < 300; ++i) {
+        const std::string ident = "P" + std::to_string(i);
+        const double northDeg = (std::fmod(i * 0.61803, 1.0) * 42 - 21) / 60;
+        const double eastDeg = (std::fmod(i * 0.75487, 1.0) * 42 - 21) / 60;
         const PointKind kind = i % 2 == 0 ? PointKind::Vor : PointKind::Navaid;
-        const char* const ident = idents[i].c_str();
-        navDatabase.navaids.Append({ident, "", northDeg, eastDeg, kind, "113.40", ""});
-        navDatabase.airports.Append({ident, "", northDeg + 0.01, eastDeg, kind, "", ""});
-        navDatabase.airwayFixes.Append({ident, "", northDeg + 0.01, eastDeg + 0.013, kind, "", ""});
+        test::AddPoint(navDatabase.navaids, ident, northDeg, eastDeg, kind);
+        test::AddPoint(navDatabase.airports, ident, northDeg + 0.01, eastDeg);
+        test::AddPoint(navDatabase.airwayFixes, ident, northDeg + 0.01, eastDeg + 0.013);
     }
     for (const double eastDeg : {-0.043, -0.053, 0.0, 0.005}) {  // in each other's way
         PlanWaypoint entry = activePlan.entries[1];
@@ -322,7 +317,7 @@ void FlyAcrossTheDateLine() {
     aircraft.longitude = 179.99;
     aircraft.magneticVariation = 15;
     test::SetActivePlan({{"WEST", 0, 179.9}, {"EAST", 0.02, -179.9}, {"NORTH", 0.2, -179.9}});
-    navDatabase.airports.Append({"KDLN", "", 0.05, -179.95, PointKind::Airport, "", ""});
+    test::AddPoint(navDatabase.airports, "KDLN", 0.05, -179.95);
     planBook.status = RouteStatus::Active;
 }
 

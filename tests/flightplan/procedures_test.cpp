@@ -7,6 +7,7 @@
 #include "flightplan/airway_entry.h"
 #include "flightplan/plan_notation.h"
 #include "navdb/airport_detail.h"
+#include "support/nav_points.h"
 
 namespace avq1 {
 namespace {
@@ -90,8 +91,8 @@ TEST(Splices, TakeTheAirportBeingChosenForAPlanWithoutOne) {
 
 TEST(ProcedureEntries, AreTiedToTheDatabase) {
     SetAirports();
-    navDatabase.navaids.Append({"XX", "", 42.9, -71, PointKind::Vor, "112.7", ""});
-    navDatabase.navaids.Append({"YY", "", 42.1, -71, PointKind::Navaid, "345.0", ""});
+    test::AddPoint(navDatabase.navaids, "XX", 42.9, -71, PointKind::Vor, "112.7");
+    test::AddPoint(navDatabase.navaids, "YY", 42.1, -71, PointKind::Navaid, "345.0");
     BuildNavaidLetterIndex();
     SetPlan(modifiedPlan, "KJFK >AAA KBOS");
     for (const char* ident : {"XX", "YY", "ZZ"}) {

@@ -22,6 +22,7 @@
 #include "flightplan/sim_plan.h"
 #include "navdb/airport_detail.h"
 #include "simlink/aircraft_state.h"
+#include "support/nav_points.h"
 #include "support/transcript.h"
 
 namespace avq1 {
@@ -217,8 +218,8 @@ std::string Resolve(const Words& words) {
     const std::pair<const char*, LatLon> navaids[] = {
         {"BOS", {10, 10}}, {"BOS", {42, -71}}, {"JFK", {40.6, -73.8}}, {"2Q", {46, -75}}};
     for (const auto& [ident, at] : navaids) {
-        navDatabase.navaids.Append(
-            {ident, "", at.latitude, at.longitude, PointKind::Vor, "112.70", ""});
+        test::AddPoint(navDatabase.navaids, ident, at.latitude, at.longitude, PointKind::Vor,
+                       "112.70");
     }
     modifiedPlan = previewPlan;
     SearchResults results;

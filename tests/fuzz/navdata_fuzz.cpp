@@ -8,12 +8,15 @@
 
 namespace {
 
-void CheckTable(const avq1::PointTable& table, std::int32_t capacity) {
+void CheckTable(avq1::PointTable& table, std::int32_t capacity) {
     Require(table.count >= 0 && table.count <= capacity);
-    Require(table.records.size() > static_cast<std::size_t>(table.count));
+    Require(table.Positions().size() == static_cast<std::size_t>(table.count) + 1);
     for (std::int32_t i = 1; i <= table.count; ++i) {
-        Require(!table[i].ident.empty());
-        Require(std::isfinite(table[i].latitude) && std::isfinite(table[i].longitude));
+        const avq1::PointRecord record = table[i];
+        const avq1::LatLon& position = table.Positions()[static_cast<std::size_t>(i)];
+        Require(!record.ident.empty());
+        Require(std::isfinite(record.latitude) && std::isfinite(record.longitude));
+        Require(record.latitude == position.latitude && record.longitude == position.longitude);
     }
 }
 

@@ -55,8 +55,8 @@ TEST(RadioPosition, IsThatOfTheStationWhereBearingAndDistancePoint) {
         simulator.variables[kFlags] = row.flags;
         simulator.variables[kSignal2] = 0;
         const ReceivedStation left = StationReceived(NavReceiver::Left);
-        EXPECT_EQ(left.navaid != nullptr ? left.navaid->ident : "", row.left);
-        EXPECT_EQ(StationReceived(NavReceiver::Right).navaid, nullptr);
+        EXPECT_EQ(navDatabase.navaids.Ident(left.navaid), row.left);
+        EXPECT_EQ(StationReceived(NavReceiver::Right).navaid, 0);
         LatLon position{9, 9};
         const bool known = row.left[0] != '\0';
         EXPECT_NEAR(left.bearingTrue, known ? PositiveModulo(90 + row.relativeBearing, 360) : 0,

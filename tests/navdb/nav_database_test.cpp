@@ -9,6 +9,7 @@
 #include "base/module_state.h"
 #include "base/text.h"
 #include "navdb/airport_detail.h"
+#include "navdb/nearby.h"
 #include "simlink/aircraft_state.h"
 #include "support/temp_sim_folder.h"
 
@@ -19,11 +20,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 // A table's records, the fields of each with bars between them.
-template <typename Record>
-std::vector<std::string> Texts(const RecordTable<Record>& table) {
+template <typename Table>
+std::vector<std::string> Texts(const Table& table) {
     std::vector<std::string> texts;
     for (std::int32_t i = 1; i <= table.count; ++i) {
-        const Record& point = table[i];
+        const auto& point = table[i];
         std::ostringstream text;
         text << point.ident << '|' << point.name << '|' << point.latitude << '|' << point.longitude
              << '|' << KindText(point.kind) << '|' << point.frequency << '|' << point.elevation;
@@ -82,6 +83,18 @@ TEST_F(NavDatabaseTest, ReadsEveryFieldOfEveryFile) {
                             "KSHORT||0|0|APT||"));
     EXPECT_THAT(Texts(navDatabase.navaids),  // only the exact word is a VOR
                 ElementsAre("ABC|ALPHA|1.5|2.5|V|113.40|", "ABD|B|1|2|N|110|", "XY|C|0|2|N||"));
+    // What lists take of a record, read another way.
+    for (PointTable* table : {&navDatabase.intersections, &navDatabase.airwayFixes,
+                              &navDatabase.airports, &navDatabase.navaids}) {
+        PointList listed;
+        PointList expected;
+        for (std::int32_t i = 1; i <= table->count; ++i) {
+            listed.Append(table->Listed(i));
+            expected.Append((*table)[i]);
+            expected.records.back().name = expected.records.back().elevation = "";
+        }
+        EXPECT_EQ(Texts(listed), Texts(expected));
+    }
     EXPECT_THAT(Messages(), IsEmpty());
 }
 
@@ -95,11 +108,15 @@ TEST_F(NavDatabaseTest, MissingFilesLeaveTheirTablesEmpty) {
     // A second load starts again; what was found keeps its texts.
     SearchResults results;
     SearchIdent("AALAN", SearchCategory::All, results);
+    BuildNearbyFixes({});
+    NarrowNearbyFixes();
     WriteNavdata("avq_ints.txt", "BBBBB X 3 4\nCCCCC Y 5 6\n");
     LoadNavDatabase();
     EXPECT_THAT(Texts(navDatabase.intersections),
                 ElementsAre("BBBBB|X|3|4|I||", "CCCCC|Y|5|6|I||"));
     EXPECT_THAT(Texts(results), ElementsAre("AALAN||1|2|I||"));
+    EXPECT_FALSE(nearby.fixes600.madeAt);
+    EXPECT_FALSE(nearby.fixes200.madeAt);
 }
 
 TEST_F(NavDatabaseTest, TablesFillToTheirLimitsWithOneMessageEach) {

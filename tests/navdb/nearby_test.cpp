@@ -6,6 +6,7 @@
 #include "base/messages.h"
 #include "base/module_state.h"
 #include "simlink/aircraft_state.h"
+#include "support/nav_points.h"
 
 namespace avq1 {
 namespace {
@@ -54,7 +55,7 @@ class NearbyTest : public testing::Test {
     ~NearbyTest() override { ResetModuleState(); }
 
     static void Add(PointTable& table, double latitude, double longitude) {
-        table.Append({"FIX", "NAME", latitude, longitude, PointKind::Navaid, "113.40", ""});
+        test::AddPoint(table, "FIX", latitude, longitude, PointKind::Navaid);
     }
     static std::vector<std::string> Messages() {
         return {messages.lines.begin() + 1, messages.lines.begin() + 1 + messages.count};

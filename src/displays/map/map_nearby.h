@@ -14,8 +14,8 @@ namespace avq1 {
 // may be. `mapCentre` is what the map is centred on; the list that is built keeps it as reference.
 inline constexpr double kMapReachNm = 540;
 
-const PointTable& AirportsAround(const LatLon& mapCentre, double rangeNm);
-const PointTable& NavaidsAround(const LatLon& mapCentre, double rangeNm);
-const PointTable& FixesAround(const LatLon& mapCentre, double rangeNm);
+const PointList& AirportsAround(const LatLon& mapCentre, double rangeNm);
+const PointList& NavaidsAround(const LatLon& mapCentre, double rangeNm);
+const PointList& FixesAround(const LatLon& mapCentre, double rangeNm);
 
 }  // namespace avq1

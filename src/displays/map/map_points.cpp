@@ -36,7 +36,7 @@ TextBox PlaceOf(const SeenPoint& point, double halfWidth) {
 }
 
 // Finds what of the list stands on the map, nearest first.
-void FindSeen(const MapFrame& frame, const PointTable& list) {
+void FindSeen(const MapFrame& frame, const PointList& list) {
     seen.clear();
     if (!IsUsable(frame.view)) {
         return;
@@ -119,10 +119,10 @@ void DrawSeen(const MapFrame& frame, SymbolCode code, std::uint32_t identColour,
     }
 }
 
-using ListAround = const PointTable& (*)(const LatLon& mapCentre, double rangeNm);
+using ListAround = const PointList& (*)(const LatLon& mapCentre, double rangeNm);
 
 // The lists are those around the aircraft, which a map may be centred away from.
-const PointTable& ListFor(const MapFrame& frame, ListAround around) {
+const PointList& ListFor(const MapFrame& frame, ListAround around) {
     const LatLon centre{frame.view.latitude, frame.view.longitude};
     const double awayNm = GreatCircleDistanceNm(aircraft.latitude, aircraft.longitude,
                                                 centre.latitude, centre.longitude);

@@ -23,7 +23,7 @@ const PointRecord* ReceivedStation(const ReceiverState& receivers) {
     const LatLon here{shown.latitude, shown.longitude};
     const double bearingTrue =
         shown.headingMag + shown.nav1RelativeBearing + shown.magneticVariation;
-    const PointTable& list = NavaidsAround(here, kSearchNm);
+    const PointList& list = NavaidsAround(here, kSearchNm);
     const PointRecord* best = nullptr;
     double bestErrorNm = 0.5 + 0.01 * dmeNm;
     for (std::int32_t i = 1; i <= list.count; ++i) {

@@ -127,7 +127,7 @@ double EntryAltitude(const FlightPlan& plan, std::int32_t index) {
     }
     const PointTable& airports = navDatabase.airports;
     for (std::int32_t i = 1; i <= airports.count; ++i) {
-        if (airports[i].ident == entry.ident) {
+        if (airports.Ident(i) == entry.ident) {
             return ToNumber(airports[i].elevation);
         }
     }
