@@ -1,6 +1,7 @@
 // Displays on screens of their own, in a real browser: sharp, alone, and nobody else's business.
 import assert from 'node:assert/strict';
-import { mkdtempSync, rmSync } from 'node:fs';
+import dgram from 'node:dgram';
+import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
 import { after, before, test } from 'node:test';
@@ -193,5 +194,44 @@ test('a camera that reads the code pairs, and the page asked for is shown', asyn
     await network.stop();
     delete process.env.XDG_STATE_HOME;
     rmSync(state, { recursive: true });
+  }
+});
+
+test('every page says whether FlightGear is heard', async () => {
+  const folder = mkdtempSync(path.join(os.tmpdir(), 'avq1-live-'));
+  process.env.XDG_DATA_HOME = folder;
+  const kPort = 5710;
+  const live = await startHost({ extra: ['--cold', '--flightgear', '--flightgear-port', String(kPort)] });
+  const socket = dgram.createSocket('udp4');
+  let telling = 0;
+  try {
+    const protocol = readFileSync(path.join(folder, 'avqpanel/flightgear/Protocol/avq1-state.xml'), 'utf8');
+    const opening = /AVQ1-state-\w+/.exec(protocol)[0];
+    const values = '\t1'.repeat(protocol.match(/<chunk>/g).length - 1);
+    const tell = () => socket.send(`${opening} ${performance.now()}${values}\n`, kPort, '127.0.0.1');
+    const pages = [];
+    for (const address of ['', 'show/EFS50_EADI']) {
+      const context = await browser.newContext();
+      pages.push(await context.newPage());
+      await pages.at(-1).goto(live.url + address);
+    }
+    const says = async (text) => {
+      for (const page of pages) {
+        await until(() => page.locator('#trouble').evaluate((line) => (line.hidden ? '' : line.textContent)),
+          (now) => now === text, `"${text}" at ${page.url()}`);
+      }
+    };
+    await says('Waiting for FlightGear');
+    telling = setInterval(tell, 30);
+    await says('');
+    clearInterval(telling);
+    await says('Link to FlightGear lost');
+    await Promise.all(pages.map((page) => page.context().close()));
+  } finally {
+    clearInterval(telling);
+    socket.close();
+    await live.stop();
+    rmSync(folder, { recursive: true, force: true });
+    delete process.env.XDG_DATA_HOME;
   }
 });

@@ -2,7 +2,7 @@ import { makeComfort } from '/comfort.js';
 import { makeDesk } from '/desk.js';
 import { listDisplays } from '/displays.js';
 import { makeKeyboard } from '/keyboard.js';
-import { openLink } from '/link.js';
+import { openLink, showTrouble } from '/link.js';
 import { makeLog } from '/log.js';
 import { makeProfile } from '/profile.js';
 import { makeStatus } from '/status.js';
@@ -101,18 +101,11 @@ find('#place').addEventListener('submit', (event) => {
 find('#place').addEventListener('input', (event) =>
   event.currentTarget.elements.longitude.setCustomValidity(''));
 
-// Why nothing is heard of the aircraft: told while the displays flag what they lack.
-function showTrouble(text) {
-  const line = find('#trouble');
-  line.hidden = text === '';
-  if (line.textContent !== text) line.textContent = text;
-}
-
 const kHandlers = {
   hello: showHello,
   status(status) {
     showStatus(status);
-    showTrouble(status.trouble);
+    showTrouble(find('#trouble'), status.trouble);
     showControls(status);
     profile.showAircraft(status);
   },

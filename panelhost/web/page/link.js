@@ -4,6 +4,12 @@ const kFirstPauseMs = 500;
 const kLongestPauseMs = 8000;
 const kSilenceMs = 6000; // status comes several times a second; a silent link is a dead one
 
+// Why nothing is heard of the aircraft: told while the displays flag what they lack.
+export function showTrouble(line, text) {
+  line.hidden = text === '';
+  if (line.textContent !== text) line.textContent = text;
+}
+
 export function openLink({ onMessage, onPicture, onState }) {
   let socket = null;
   let pauseMs = kFirstPauseMs;

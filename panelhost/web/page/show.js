@@ -1,7 +1,7 @@
 // One display on one screen, or several: whatever the address names, as large as it goes.
 import { makeComfort } from '/comfort.js';
 import { makeKeyboard } from '/keyboard.js';
-import { openLink } from '/link.js';
+import { openLink, showTrouble } from '/link.js';
 import { element, makeScreen, readPicture } from '/screen.js';
 
 const kMostDisplays = 12;
@@ -108,6 +108,7 @@ function offerKeyboard(areas) {
 
 const kHandlers = {
   hello: start,
+  status: ({ trouble }) => showTrouble(find('#trouble'), trouble),
   areas(message) {
     screens.get(message.w)?.screen.setAreas(message);
     offerKeyboard(message.areas);
