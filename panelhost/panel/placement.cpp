@@ -127,7 +127,7 @@ void FreeSurfaces(Placement& placement) {
     for (const auto& copy : placement.elements) {
         copy->element.deviceContext = nullptr;
         copy->context = {};
-        copy->pixels = {};
+        copy->pixels = std::vector<std::uint32_t>();  // `{}` would keep the memory
         copy->shown = {};
         copy->fitted = {};
         copy->texts.clear();

@@ -220,7 +220,7 @@ void CloseView(HostState& host, int index) {
     }
     HostWindow& view = *host.windows[static_cast<std::size_t>(index)];
     view.asleep = true;
-    view.picture.picture.pixels = {};
+    view.picture.picture.pixels = std::vector<std::uint32_t>();  // `{}` would keep the memory
     view.picture.background = {};
     for (Placement* placement : view.placements) {
         FreeSurfaces(*placement);

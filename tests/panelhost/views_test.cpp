@@ -1,12 +1,15 @@
 // Displays on screens of their own: views with surfaces of their own that the module does not know
 // as windows.
 #include <gmock/gmock.h>
+#include <malloc.h>
 
 #include <algorithm>
 
 #include "panelhost/base/text.h"
 #include "panelhost/session/session.h"
 #include "tests/panelhost/host_fixture.h"
+
+extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace panelhost {
 namespace {
@@ -21,6 +24,14 @@ constexpr const char* kPanel =
     "[Window01]\nsize_mm=40,30\nident=4001\nvisible=0\n"
     "gauge00=probe!PROBE, 0,0\n";
 enum : int { kMain, kPopUp, kMainAlone, kPopUpAlone, kGauge, kDisplayCount };
+
+std::size_t AllocatedBytes() {
+    if (__sanitizer_get_current_allocated_bytes != nullptr) {
+        return __sanitizer_get_current_allocated_bytes();
+    }
+    const auto info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
 
 class ViewsTest : public HostTest {
   protected:
@@ -155,8 +166,14 @@ TEST_F(ViewsTest, MemoryIsBounded) {
              "[Window02]\nsize_mm=3000,3000\nident=2\n"
              "[Window03]\nsize_mm=3000,3000\nident=3\n"));
     EXPECT_EQ(session_.View(0, 3), 0) << "its picture is as large as one may be";
+    const std::size_t before = AllocatedBytes();
     const int large = session_.View(4, 3);
     EXPECT_EQ(session_.Window(large).scale, 1);
+    session_.Picture(large);
+    EXPECT_GE(AllocatedBytes(), before + (64U << 20U));
+    session_.Release(large);
+    EXPECT_LT(AllocatedBytes(), before + (1U << 20U)) << "asleep it has no picture";
+    EXPECT_EQ(session_.View(4, 3), large);
     std::vector<int> views;
     for (int display = 5; display < 8; ++display) {
         views.push_back(session_.View(display, 3));
