@@ -45,6 +45,7 @@ TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
         {"gauge01=avq1!MCU,1\n", "has no place", 1},
         {"gauge01=avq1!MCU,one,2\n", "one\\\" is no usable number", 1},
         {"gauge01=avq1!MCU,1,2,-3,4\n", "-3\\\" is no usable number", 1},
+        {"gauge01=avq1!MCU,1,2,0,0\n", "", 2},
         {"just words\n", "line 4: no key=value", 1},
         {"size_mm=0,5\n", "size_mm cannot be", 1},
         // Closed windows do not overlap, and touching is not overlapping.

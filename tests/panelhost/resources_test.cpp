@@ -65,5 +65,54 @@ TEST(Compose, ResamplingKeepsMeans) {
     EXPECT_EQ(Resample(board, 8, 4).pixels.size(), 32U);
 }
 
+// A gauge of one element, as large as its bitmap.
+std::unique_ptr<Placement> OneElement(const Picture& bitmap) {
+    auto placement = std::make_unique<Placement>();
+    placement->width = placement->bitmapWidth = bitmap.width;
+    placement->height = placement->bitmapHeight = bitmap.height;
+    placement->elements.push_back(std::make_unique<ElementCopy>());
+    ElementCopy& copy = *placement->elements.front();
+    copy.bitmap = &bitmap;
+    copy.sourceImage.width = bitmap.width;
+    copy.sourceImage.height = bitmap.height;
+    return placement;
+}
+
+TEST(Compose, WhatIsHalfTransparentLiesOverWhatIsBelow) {
+    const Picture glass{3, 1, {0x80400000U, 0xFF102030U, 0x00000000U}};
+    const auto placement = OneElement(glass);
+    PanelPicture target;
+    target.picture = {3, 1, {}};
+    target.background = {3, 1, {0xFF0000FFU, 0xFF0000FFU, 0xFF0000FFU}};
+    target.stale = {0, 0, 3, 1};
+    PaintStale(target, {placement.get()});
+    EXPECT_EQ(target.picture.pixels,
+              (std::vector<std::uint32_t>{0xFF40007FU, 0xFF102030U, 0xFF0000FFU}));
+}
+
+// Where a surface is drawn on, and whether a text of 8 letters at its top left still stands there.
+TEST(Compose, ATextGoesWhenItsPixelsChange) {
+    const struct {
+        std::size_t x, y;
+        bool stays;
+    } rows[] = {{0, 0, false}, {40, 9, false}, {47, 4, false}, {60, 4, true}, {20, 12, true}};
+    for (const auto& row : rows) {
+        const Picture surface{80, 20, std::vector<std::uint32_t>(1600, 0)};
+        const auto placement = OneElement(surface);
+        ElementCopy& copy = *placement->elements.front();
+        copy.context.width = 80;
+        copy.context.height = 20;
+        copy.element.deviceContext = &copy.context;
+        copy.shown = surface;
+        copy.shown.pixels[85] = 0xFFFFFFFFU;  // its ink
+        copy.pixels = copy.shown.pixels;
+        copy.pixels[row.y * 80 + row.x] = 0xFF00FF00U;
+        copy.texts = {{"ABCDEFGH", 0, 0, 10, 0xFFFFFFFFU}};
+        PixelArea stale;
+        EXPECT_TRUE(SettlePlacement(*placement, 1, stale));
+        EXPECT_EQ(copy.texts.size(), row.stays ? 1U : 0U) << row.x << " " << row.y;
+    }
+}
+
 }  // namespace
 }  // namespace panelhost

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "panelhost/base/text.h"
+#include "panelhost/module/module_loader.h"
 #include "panelhost/script/script.h"
 #include "tests/panelhost/host_fixture.h"
 
@@ -87,6 +88,7 @@ TEST_F(SessionTest, ComposesBitmapsSurfacesAndIconsAtScale) {
     ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
     session_.Step(0.01);
     EXPECT_EQ(session_.Windows()[0].width, 400);
+    EXPECT_EQ(session_.Windows()[0].shownWidth, 200);
     constexpr std::uint32_t kPanel = 0xFF0A14C8;
     struct Row {
         int x, y;  // gauge pixels of the unscaled first placement at 10,20
@@ -226,12 +228,16 @@ TEST_F(SessionTest, RefusesWhatIsNoModuleWithOneLine) {
         {fake + "newer.gau", "version 900, not 800"}};
     for (const auto& [path, message] : rows) {
         SCOPED_TRACE(path);
-        const Said said = RunProgram(folder_.string(), path);
-        EXPECT_EQ(said.status, 1);
-        EXPECT_EQ(std::ranges::count(said.text, '\n'), 1) << said.text;
-        EXPECT_THAT(said.text, HasSubstr("cannot load module \"" + path + "\": "));
-        EXPECT_THAT(said.text, HasSubstr(message));
+        LoadedModule module;
+        std::string error;
+        EXPECT_FALSE(LoadModule(path, module, error));
+        EXPECT_THAT(error, testing::StartsWith("cannot load module \"" + path + "\": "));
+        EXPECT_THAT(error, HasSubstr(message));
     }
+    const Said said = RunProgram(folder_.string(), rows[3].first);
+    EXPECT_EQ(said.status, 1);
+    EXPECT_EQ(std::ranges::count(said.text, '\n'), 1) << said.text;
+    EXPECT_THAT(said.text, HasSubstr("half.gau"));
 }
 
 TEST_F(SessionTest, TellsItsWeightsAndTheGroundFarFromAnyAirport) {

@@ -6,6 +6,8 @@
 
 #include <array>
 
+#include "panelhost/base/text.h"
+
 namespace panelhost {
 namespace {
 
@@ -29,6 +31,42 @@ TEST(ClientMessage, FieldsArrive) {
                 testing::ElementsAre(2, 0));
     EXPECT_EQ(ParseClientMessage(R"({"t":"event","number":65725,"value":4294967295})").value,
               4294967295.0);
+}
+
+// The ends of each number's range: both are taken, what lies beyond them is not.
+TEST(ClientMessage, RangesAreClosed) {
+    const struct {
+        const char *before, *after;
+        double low, high;
+    } rows[] = {{R"({"t":"set","longitude":0,"latitude":)", "}", -89.9, 89.9},
+                {R"({"t":"set","latitude":0,"longitude":)", "}", -180, 180},
+                {R"({"t":"set","altitude":)", "}", -2000, 45000},
+                {R"({"t":"set","heading":)", "}", 0, 360},
+                {R"({"t":"set","speed":)", "}", 0, 400},
+                {R"({"t":"set","windDirection":)", "}", 0, 360},
+                {R"({"t":"set","windSpeed":)", "}", 0, 200},
+                {R"({"t":"radio","nav1":)", "}", 108, 117.95},
+                {R"({"t":"radio","nav2":)", "}", 108, 117.95},
+                {R"({"t":"radio","adf":)", "}", 190, 1799},
+                {R"({"t":"radio","course1":)", "}", 0, 360},
+                {R"({"t":"radio","course2":)", "}", 0, 360},
+                {R"({"t":"rate","v":)", "}", 0.25, 64},
+                {R"({"t":"turn","gauge":"A","key":"B","steps":)", "}", -50, 50},
+                {R"({"t":"toggle","ident":)", "}", 0, 4294967295.0},
+                {R"({"t":"event","value":0,"number":)", "}", 0, 2147483647},
+                {R"({"t":"event","number":1,"value":)", "}", 0, 4294967295.0},
+                {R"({"t":"key","vk":1,"down":true,"scan":)", "}", 0, 255},
+                {R"({"t":"key","scan":1,"down":true,"vk":)", "}", 0, 255},
+                {R"({"t":"watch","windows":[)", "]}", 0, 1023},
+                {R"({"t":"watch","windows":[1],"scales":[)", "]}", 1, 3}};
+    for (const auto& row : rows) {
+        for (const double value : {row.low, row.high, row.low - 1, row.high + 1}) {
+            const std::string text = row.before + Format("%.10g", value) + row.after;
+            EXPECT_EQ(ParseClientMessage(text).problem.empty(),
+                      value >= row.low && value <= row.high)
+                << text;
+        }
+    }
 }
 
 TEST(ClientMessage, BadOnesAreRefusedWithAReason) {
