@@ -32,7 +32,7 @@ struct HostWindow {
     bool visible = true;
     bool watched = true;  // its gauges get surfaces to draw on
     bool asleep = false;  // a view nobody looks at: no surfaces, no events
-    int display = 0;      // what it shows, of ListDisplays
+    int display = 0;      // what it shows, of the displays
     int mirrors = -1;     // a view of this panel window: seen while that one is open
     std::uint64_t revision = 1;
     Picture background;  // as the panel file's bitmap has it; empty without
@@ -76,6 +76,7 @@ struct HostState {
     Traffic traffic;
     std::vector<std::unique_ptr<HostWindow>> windows;  // the panel file's, then views
     int panelWindows = 0;                              // how many are the panel file's
+    std::vector<Display> displays;                     // what can be shown, listed once
     std::vector<std::unique_ptr<Placement>> placements;
     std::vector<RegisteredVariable> variables;
     std::map<std::int32_t, double> overrides;  // of numbered variables

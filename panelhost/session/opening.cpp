@@ -163,6 +163,7 @@ bool OpenHost(HostState& host) {
     }
     host.open = true;
     SendStartEvents(host);
+    host.displays = ListDisplays(host);
     return true;
 }
 
@@ -174,6 +175,7 @@ void CloseHost(HostState& host) {
     host.open = false;
     host.windows.clear();
     host.panelWindows = 0;
+    host.displays.clear();
     host.placements.clear();
     host.variables.clear();
     host.mouse = HeldMouse{};

@@ -125,7 +125,7 @@ WindowInfo Session::Window(int index) const {
 }
 
 std::vector<Display> Session::Displays() const {
-    return state_->host.open ? ListDisplays(state_->host) : std::vector<Display>{};
+    return state_->host.displays;
 }
 
 int Session::View(int display, int scale) {

@@ -288,6 +288,8 @@ class Session {
     void OverrideVariable(std::int32_t number, std::optional<double> value);
 
     SessionStatus Status() const;
+    // Of the kept key events those with a greater serial, oldest first.
+    std::vector<KeyEventRecord> EventsSince(std::uint64_t serial) const;
     // As the module told it last, at most once a simulator second.
     const VerticalProfile& Profile() const;
     // The flight log's records as the module has written them so far, at most a megabyte; empty

@@ -80,6 +80,12 @@ SessionStatus Session::Status() const {
     return status;
 }
 
+std::vector<KeyEventRecord> Session::EventsSince(std::uint64_t serial) const {
+    const auto& events = state_->host.events;
+    const auto first = std::ranges::upper_bound(events, serial, {}, &KeyEventRecord::serial);
+    return {first, events.end()};
+}
+
 const VerticalProfile& Session::Profile() const {
     return state_->host.profile;
 }

@@ -172,11 +172,10 @@ std::vector<Display> ListDisplays(const HostState& host) {
 }
 
 int OpenView(HostState& host, int index, int scale) {
-    const std::vector<Display> displays = ListDisplays(host);
-    if (index < 0 || index >= static_cast<int>(displays.size())) {
+    if (index < 0 || index >= static_cast<int>(host.displays.size())) {
         return -1;
     }
-    const Display& display = displays[static_cast<std::size_t>(index)];
+    const Display& display = host.displays[static_cast<std::size_t>(index)];
     scale = std::clamp(scale, 1, kMaxScale);
     while (scale > 1 && PixelsAt(display, scale) > kMaxViewPixels) {
         --scale;
@@ -202,9 +201,8 @@ int OpenView(HostState& host, int index, int scale) {
 }
 
 void MakeUnseenScreen(HostState& host) {
-    const std::vector<Display> displays = ListDisplays(host);
     for (const bool withKeys : {false, true}) {
-        for (const Display& display : displays) {
+        for (const Display& display : host.displays) {
             if (IsScreen(host, display, withKeys)) {
                 host.unseenScreen = MakeView(host, display, 1);
                 CloseView(host, host.unseenScreen);

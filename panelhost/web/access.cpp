@@ -9,9 +9,6 @@
 namespace panelhost {
 namespace {
 
-constexpr double kPairingBurst = 5;
-constexpr double kPairingPerSecond = 0.1;
-
 std::string RandomText(std::string_view alphabet, std::size_t length) {
     std::random_device source;
     std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1);
@@ -53,40 +50,38 @@ void MakeCodes(Pairing& pairing) {
     ++pairing.codesMade;
 }
 
-// A peer not heard of lately starts afresh; the one that has tried least makes room for a new one.
-TokenBucket& AttemptsOf(Pairing& pairing, std::string_view peer, double nowS) {
-    const auto known = pairing.attempts.find(std::string(peer));
-    if (known != pairing.attempts.end()) {
-        return known->second;
-    }
-    if (pairing.attempts.size() >= kMaxPairingPeers) {
-        pairing.attempts.erase(std::max_element(
-            pairing.attempts.begin(), pairing.attempts.end(), [](const auto& a, const auto& b) {
-                // What it holds by now, but for what all have gained alike.
-                return a.second.level - a.second.lastS * kPairingPerSecond <
-                       b.second.level - b.second.lastS * kPairingPerSecond;
-            }));
-    }
-    return pairing.attempts
-        .emplace(std::string(peer), MakeBucket(kPairingBurst, kPairingPerSecond, nowS))
-        .first->second;
-}
-
 }  // namespace
 
 TokenBucket MakeBucket(double capacity, double perSecond, double nowS) {
     return {capacity, perSecond, capacity, nowS};
 }
 
-bool TakeToken(TokenBucket& bucket, double nowS) {
+bool TakeToken(TokenBucket& bucket, double nowS, double count) {
     const double gained = std::max(0.0, nowS - bucket.lastS) * bucket.perSecond;
     bucket.level = std::min(bucket.capacity, bucket.level + gained);
     bucket.lastS = nowS;
-    if (bucket.level < 1) {
+    if (bucket.level < count) {
         return false;
     }
-    bucket.level -= 1;
+    bucket.level -= count;
     return true;
+}
+
+TokenBucket& BucketOf(PeerBuckets& peers, std::string_view peer, double nowS) {
+    const auto known = peers.buckets.find(std::string(peer));
+    if (known != peers.buckets.end()) {
+        return known->second;
+    }
+    if (peers.buckets.size() >= kMostPeers) {
+        // What it holds by now, but for what all have gained alike.
+        const auto held = [&peers](const auto& each) {
+            return each.second.level - each.second.lastS * peers.perSecond;
+        };
+        peers.buckets.erase(std::ranges::max_element(peers.buckets, {}, held));
+    }
+    return peers.buckets
+        .emplace(std::string(peer), MakeBucket(peers.capacity, peers.perSecond, nowS))
+        .first->second;
 }
 
 bool IsPlainHost(std::string_view host) {
@@ -131,7 +126,7 @@ Pairing MakePairing(bool required) {
 
 PairingAnswer TryPairing(Pairing& pairing, std::string_view typed, std::string_view peer,
                          double nowS) {
-    if (!TakeToken(AttemptsOf(pairing, peer, nowS), nowS)) {
+    if (!TakeToken(BucketOf(pairing.attempts, peer, nowS), nowS)) {
         return PairingAnswer::TooManyAttempts;
     }
     std::string code;

@@ -21,7 +21,17 @@ struct TokenBucket {
 };
 
 TokenBucket MakeBucket(double capacity, double perSecond, double nowS);
-bool TakeToken(TokenBucket& bucket, double nowS);
+bool TakeToken(TokenBucket& bucket, double nowS, double count = 1);
+
+// One for each peer heard of lately: a new one is full, the fullest makes room for it.
+struct PeerBuckets {
+    double capacity = 1;
+    double perSecond = 1;
+    std::map<std::string, TokenBucket> buckets = {};
+};
+inline constexpr std::size_t kMostPeers = 64;
+
+TokenBucket& BucketOf(PeerBuckets& peers, std::string_view peer, double nowS);
 
 // "name" or "name:port" with a plain DNS name, IPv4 or bracketed IPv6 address.
 bool IsPlainHost(std::string_view host);
@@ -38,18 +48,17 @@ struct Token {  // what a paired browser or program shows
 
 struct Pairing {
     bool required = false;
-    std::string code;                             // what the pilot types: digits
-    std::string lookCode;                         // the same for those who may only look
-    std::vector<Token> tokens;                    // given out, oldest first
-    std::map<std::string, TokenBucket> attempts;  // by peer
-    int failures = 0;                             // since the codes were made
-    int codesMade = 0;                            // so that new ones are told
+    std::string code;           // what the pilot types: digits
+    std::string lookCode;       // the same for those who may only look
+    std::vector<Token> tokens;  // given out, oldest first
+    PeerBuckets attempts{5, 0.1};
+    int failures = 0;   // since the codes were made
+    int codesMade = 0;  // so that new ones are told
 };
 
 inline constexpr std::size_t kPairingDigits = 8;
 inline constexpr int kMaxPairingFailures = 1000;  // then there are new codes
 inline constexpr std::size_t kMaxPairedBrowsers = 64;
-inline constexpr std::size_t kMaxPairingPeers = 64;
 inline constexpr std::size_t kTokenCharacters = 32;
 inline constexpr int kPairingDays = 90;
 inline constexpr const char* kPairingCookie = "avqpanel_pair";

@@ -109,6 +109,21 @@ Json GaugeJson(const Session& session, const Display& display, int view) {
             {"lamps", LampsJson(session, view)}};
 }
 
+// What subscribers of the gauge are told, made once for all of them.
+void RefreshGauge(const Audience& audience, Feed& feed) {
+    if (feed.gauge && feed.gaugeRevision == feed.info.revision) {
+        return;
+    }
+    feed.gaugeRevision = feed.info.revision;
+    Json json = GaugeJson(*audience.session,
+                          audience.displays[static_cast<std::size_t>(feed.display)], feed.view);
+    json["t"] = "gauge";
+    std::string text = Write(json);
+    if (!feed.gauge || *feed.gauge != text) {
+        feed.gauge = Shared(std::move(text));
+    }
+}
+
 Json KeysJson(const Session& session, int view) {
     Json keys = Json::array();
     const std::vector<ClickArea> areas = session.ClickAreas(view);
@@ -199,7 +214,7 @@ ApiReply Do(Audience& audience, std::string_view body) {
 std::string Subscribe(Audience& audience, Watcher& watcher, const ClientMessage& message) {
     Subscription subscription;
     subscription.events = message.on;
-    const auto events = audience.session->Status().lastEvents;
+    const auto events = audience.session->EventsSince(0);
     subscription.eventSerial = events.empty() ? 0 : events.back().serial;
     for (const std::string& name : message.gauges) {
         const Display* const display = FindGaugeDisplay(audience, name);
@@ -210,7 +225,10 @@ std::string Subscribe(Audience& audience, Watcher& watcher, const ClientMessage&
         if (!feed) {
             return "too much is shown already";
         }
-        subscription.gauges.push_back({feed, display->name, ""});
+        if (std::ranges::find(subscription.gauges, feed, &Subscription::Gauge::feed) ==
+            subscription.gauges.end()) {
+            subscription.gauges.push_back({feed, nullptr});
+        }
     }
     for (const std::string& name : message.variables) {
         subscription.variables.push_back({name, ""});
@@ -294,14 +312,10 @@ void SendSubscribed(Audience& audience, Watcher& watcher) {
     }
     const Session& session = *audience.session;
     for (Subscription::Gauge& gauge : wanted->gauges) {
-        Json json =
-            GaugeJson(session, audience.displays[static_cast<std::size_t>(gauge.feed->display)],
-                      gauge.feed->view);
-        json["t"] = "gauge";
-        std::string text = Write(json);
-        if (text != gauge.last) {
-            gauge.last = text;
-            watcher.outlet->Send(false, Shared(std::move(text)));
+        RefreshGauge(audience, *gauge.feed);
+        if (gauge.told != gauge.feed->gauge) {
+            gauge.told = gauge.feed->gauge;
+            watcher.outlet->Send(false, gauge.told);
         }
     }
     Json changed = Json::object();
@@ -317,9 +331,10 @@ void SendSubscribed(Audience& audience, Watcher& watcher) {
         watcher.outlet->Send(false, Shared(Write({{"t", "values"}, {"values", changed}})));
     }
     if (wanted->events) {
-        const std::string text = EventsMessage(session.Status().lastEvents, wanted->eventSerial);
-        if (!text.empty()) {
-            watcher.outlet->Send(false, Shared(text));
+        const std::vector<KeyEventRecord> fresh = session.EventsSince(wanted->eventSerial);
+        if (!fresh.empty()) {
+            wanted->eventSerial = fresh.back().serial;
+            watcher.outlet->Send(false, Shared(EventsMessage(fresh)));
         }
     }
 }

@@ -26,8 +26,7 @@ inline constexpr int kMostSteps = 50;  // of a knob, in one message
 struct Subscription {
     struct Gauge {
         std::shared_ptr<Feed> feed;
-        std::string name;
-        std::string last;  // the message sent
+        std::shared_ptr<const std::string> told;
     };
     struct Variable {
         std::string name;  // as asked for: a named variable, or # and a number

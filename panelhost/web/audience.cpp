@@ -44,7 +44,7 @@ void Glance(Audience& audience) {
     audience.touched = false;
     audience.freshFrames = kFreshFrames;
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
-        if (feed->isPictured && feed->info.visible) {
+        if (feed->isPictured && feed->info.visible && !audience.isOverloaded) {
             audience.session->Look(feed->view);
         }
     }

@@ -1,4 +1,6 @@
 // What is drawn for whom: each display once for all who watch it at one scale.
+#include <malloc.h>
+
 #include <algorithm>
 
 #include "panelhost/web/audience.h"
@@ -14,6 +16,10 @@ constexpr double kKeptUnwatchedS = 5;  // a page loaded anew finds its pictures 
 
 bool IsWatched(const std::shared_ptr<Feed>& feed) {
     return feed.use_count() > 1;  // beside the server's own list
+}
+
+bool IsDue(const std::shared_ptr<Feed>& feed) {
+    return IsWatched(feed) && feed->info.visible;
 }
 
 bool IsSame(const WindowInfo& a, const WindowInfo& b) {
@@ -59,6 +65,7 @@ void RefreshAreas(Audience& audience, Feed& feed) {
 }
 
 void ForgetUnwatched(Audience& audience, double nowS) {
+    bool released = false;
     std::erase_if(audience.feeds, [&](const std::shared_ptr<Feed>& feed) {
         if (IsWatched(feed) || feed->wantedS <= kJustWanted) {
             feed->wantedS = nowS;
@@ -71,12 +78,33 @@ void ForgetUnwatched(Audience& audience, double nowS) {
         };
         if (old && std::none_of(audience.feeds.begin(), audience.feeds.end(), sharesView)) {
             audience.session->Release(feed->view);
+            released = true;
         }
         return old;
     });
+    if (released) {
+        malloc_trim(0);  // pictures lie between what is kept: the system gets none back by itself
+    }
+}
+
+// What the other pages of its address are shown.
+std::set<const Feed*> ShownBeside(const Audience& audience, const Watcher& watcher) {
+    std::set<const Feed*> shown;
+    for (const Watcher* other : audience.watchers) {
+        for (const WatchedDisplay& display : other->displays) {
+            if (display.feed && other != &watcher && other->peer == watcher.peer) {
+                shown.insert(display.feed.get());
+            }
+        }
+    }
+    return shown;
 }
 
 }  // namespace
+
+double PixelsOf(const Feed& feed) {
+    return 1.0 * feed.info.width * feed.info.height;
+}
 
 std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale) {
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
@@ -103,10 +131,12 @@ std::shared_ptr<Feed> FindFeed(Audience& audience, int display, int scale) {
 
 bool MarkWatched(Audience& audience, double nowS) {
     ForgetUnwatched(audience, nowS);
-    bool any = false;
+    double watchedPixels = 0;
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
         audience.session->SetWatched(feed->view, false);
         feed->isPictured = false;
+        feed->isDrawn = false;
+        watchedPixels += IsDue(feed) ? PixelsOf(*feed) : 0;
     }
     for (const Watcher* watcher : audience.watchers) {
         for (const WatchedDisplay& display : watcher->displays) {
@@ -115,13 +145,18 @@ bool MarkWatched(Audience& audience, double nowS) {
             }
         }
     }
+    audience.drawnPixels = 0;
+    audience.isOverloaded = watchedPixels > audience.pixelsAFrame;
+    if (audience.isOverloaded) {
+        TakeTurns(audience);
+    }
     for (const std::shared_ptr<Feed>& feed : audience.feeds) {
-        if (IsWatched(feed) && feed->info.visible) {
+        if (feed->isDrawn || (!audience.isOverloaded && IsDue(feed))) {
             audience.session->SetWatched(feed->view, true);
-            any = true;
+            audience.drawnPixels += PixelsOf(*feed);
         }
     }
-    return any;
+    return audience.drawnPixels > 0;
 }
 
 void RefreshFeeds(Audience& audience) {
@@ -148,14 +183,27 @@ void RefreshFeeds(Audience& audience) {
 bool Watch(Audience& audience, Watcher& watcher, const std::vector<int>& displays,
            const std::vector<int>& scales) {
     std::vector<std::shared_ptr<Feed>> wanted(watcher.displays.size());
+    std::set<const Feed*> shown = ShownBeside(audience, watcher);
+    double pixels = 0;
+    for (const Feed* feed : shown) {
+        pixels += PixelsOf(*feed);
+    }
     for (std::size_t i = 0; i < displays.size(); ++i) {
         const auto display = static_cast<std::size_t>(displays[i]);
         if (display >= wanted.size()) {
             return false;
         }
-        wanted[display] = FindFeed(audience, displays[i], scales.empty() ? 1 : scales[i]);
+        const double atOne =
+            1.0 * audience.displays[display].width * audience.displays[display].height;
+        int scale = scales.empty() ? 1 : scales[i];
+        while (scale > 1 && pixels + atOne * scale * scale > kMostPixelsOfPeer) {
+            --scale;
+        }
+        wanted[display] = FindFeed(audience, displays[i], scale);
         if (!wanted[display]) {
             watcher.outlet->Send(false, Shared(RefusalMessage(displays[i])));
+        } else if (shown.insert(wanted[display].get()).second) {
+            pixels += PixelsOf(*wanted[display]);
         }
     }
     for (std::size_t i = 0; i < wanted.size(); ++i) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 
 #include "panelhost/web/server_state.h"
 
@@ -13,13 +14,24 @@ constexpr auto kGlanceGap = std::chrono::milliseconds(20);
 constexpr double kStepS = 0.04;
 constexpr double kMaxCatchUpS = 0.5;  // a stall longer than this is lost flight time
 
+// Seconds this thread has had of a core: other programs do not count as work.
+double WorkedS() {
+    timespec spent{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
+    return static_cast<double>(spent.tv_sec) + static_cast<double>(spent.tv_nsec) * 1e-9;
+}
+
 void RunFrames(Server& server) {
     const double nowS = SteadyNowS();
     server.lastFrameS = std::max(server.lastFrameS, nowS - kMaxCatchUpS);
     // Whole steps of one length: who watches, and how busy the machine is, changes no flight.
     const int steps = static_cast<int>((nowS - server.lastFrameS) / kStepS + 0.5);
     server.lastFrameS += steps * kStepS;
+    const double beganS = WorkedS();
     RunFrame(server.audience, steps, kStepS, nowS);
+    Audience& audience = server.audience;
+    audience.pixelsAFrame =
+        NextPixelsAFrame(audience.pixelsAFrame, audience.drawnPixels, WorkedS() - beganS);
 }
 
 void ScheduleFrame(Server& server) {

@@ -29,16 +29,11 @@ constexpr auto kFirstWordTime = std::chrono::seconds(8);  // a new connection sa
 constexpr auto kIdleTime = std::chrono::seconds(20);
 constexpr auto kKeptOpenTime = std::chrono::seconds(5);  // between two requests
 constexpr auto kLingerTime = std::chrono::seconds(2);
-constexpr double kRequestBurst = 60;
-constexpr double kRequestsPerSecond = 20;
+constexpr double kPictureRequests = 10;  // a picture of a window counts as so many
 
 struct HttpConnection {
     HttpConnection(Server& owner, net::ip::tcp::socket socket, std::string from)
-        : server(owner),
-          peer(std::move(from)),
-          id(++owner.lastGuest),
-          stream(std::move(socket)),
-          bucket(MakeBucket(kRequestBurst, kRequestsPerSecond, SteadyNowS())) {
+        : server(owner), peer(std::move(from)), id(++owner.lastGuest), stream(std::move(socket)) {
         server.guests.push_back({id, peer});
         server.closers[id] = [this] { stream.close(); };
     }
@@ -64,7 +59,6 @@ struct HttpConnection {
     std::optional<http::request_parser<http::string_body>> parser;
     http::response<http::string_body> response;
     http::response<http::empty_body> headResponse;
-    TokenBucket bucket;
 };
 
 using Connection = std::shared_ptr<HttpConnection>;
@@ -158,6 +152,12 @@ void Refuse(const Connection& connection, ErrorCode error) {
     Reply(connection, std::move(reply), false, false);
 }
 
+void Hush(PageReply& reply) {
+    reply.status = 429;
+    reply.contentType = "text/plain; charset=utf-8";
+    reply.body = "too many requests\n";
+}
+
 // What was given out outlives this program, and new codes are told.
 void KeepPairing(Server& server, const PageReply& reply, std::size_t pairedBefore) {
     const bool isNew = server.pairing.tokens.size() != pairedBefore || reply.status == 303;
@@ -185,10 +185,10 @@ void AnswerParsed(const Connection& connection) {
     Server& server = connection->server;
     const double nowS = SteadyNowS();
     connection->SetWaits(false);
-    if (!TakeToken(connection->bucket, nowS)) {
+    TokenBucket& requests = BucketOf(server.requests, connection->peer, nowS);
+    if (!TakeToken(requests, nowS)) {
         PageReply reply;
-        reply.status = 429;
-        reply.body = "too many requests\n";
+        Hush(reply);
         Reply(connection, std::move(reply), method == "HEAD", false);
         return;
     }
@@ -212,8 +212,10 @@ void AnswerParsed(const Connection& connection) {
         reply.body = std::move(answer.json) + "\n";
         GlanceSoon(server);
     }
-    if (reply.pictureWindow >= 0) {
+    if (reply.pictureWindow >= 0 && TakeToken(requests, nowS, kPictureRequests)) {
         FillPicture(server, reply);
+    } else if (reply.pictureWindow >= 0) {
+        Hush(reply);
     }
     const bool keeps = request.keep_alive() && reply.status < 400;
     Reply(connection, std::move(reply), method == "HEAD", keeps);

@@ -172,6 +172,12 @@ bool ObeyMessage(Audience& audience, Watcher& watcher, const ClientMessage& mess
     return false;
 }
 
+bool AwaitsPainted(const Watcher& watcher, const ClientMessage& message) {
+    const auto display = static_cast<std::size_t>(message.window);
+    return message.action == ClientAction::Painted && display < watcher.displays.size() &&
+           watcher.displays[display].picturesUnshown > 0;
+}
+
 void LetGoOfEverything(Audience& audience, Watcher& watcher) {
     LetGo(audience, watcher);
     ReleaseKeys(audience, watcher);

@@ -232,18 +232,8 @@ std::string KeyMessage(int scanCode, int virtualKey, bool swallowed) {
     return Write({{"t", "key"}, {"scan", scanCode}, {"vk", virtualKey}, {"swallowed", swallowed}});
 }
 
-std::string EventsMessage(const std::vector<KeyEventRecord>& events, std::uint64_t& serial) {
-    std::vector<KeyEventRecord> fresh;
-    for (const KeyEventRecord& event : events) {
-        if (event.serial > serial) {
-            fresh.push_back(event);
-        }
-    }
-    if (fresh.empty()) {
-        return "";
-    }
-    serial = fresh.back().serial;
-    return Write({{"t", "events"}, {"events", EventsJson(fresh)}});
+std::string EventsMessage(const std::vector<KeyEventRecord>& events) {
+    return Write({{"t", "events"}, {"events", EventsJson(events)}});
 }
 
 std::string ProblemMessage(std::string_view problem) {

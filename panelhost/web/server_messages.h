@@ -24,8 +24,7 @@ std::string LogMessage(std::string_view lines, bool more);
 std::string ProfileMessage(const VerticalProfile& profile);
 std::string RefusalMessage(int display);  // too much is shown already
 std::string KeyMessage(int scanCode, int virtualKey, bool swallowed);
-// The key events after `serial`, which is brought up to date; empty without new ones.
-std::string EventsMessage(const std::vector<KeyEventRecord>& events, std::uint64_t& serial);
+std::string EventsMessage(const std::vector<KeyEventRecord>& events);
 std::string ProblemMessage(std::string_view problem);
 
 }  // namespace panelhost

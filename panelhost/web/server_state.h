@@ -31,6 +31,7 @@ struct Server {
     std::map<std::uint64_t, std::function<void()>> closers;  // of guests, by id
     std::vector<std::string> socketPeers;                    // one for each open WebSocket
     std::uint64_t lastGuest = 0;
+    PeerBuckets requests{400, 100};  // plain ones
     net::io_context io{1};
     net::ip::tcp::acceptor acceptor{io};
     net::steady_timer frameTimer{io};

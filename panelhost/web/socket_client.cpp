@@ -35,6 +35,7 @@ struct Channel : Outlet, std::enable_shared_from_this<Channel> {
           stream(std::move(tcp)),
           bucket(MakeBucket(kMessageBurst, kMessagesPerSecond, SteadyNowS())) {
         watcher.outlet = this;
+        watcher.peer = peer;
         watcher.mayTouch = mayTouch;
         server.socketPeers.push_back(peer);
     }
@@ -119,13 +120,14 @@ void OnMessage(const ChannelPointer& channel, ErrorCode error) {
         End(channel, "only text messages");
         return;
     }
-    if (!TakeToken(channel->bucket, SteadyNowS())) {
-        End(channel, "too many messages");
-        return;
-    }
     const ClientMessage message =
         ParseClientMessage(beast::buffers_to_string(channel->buffer.data()));
     channel->buffer.clear();
+    // Word of a picture sent is as frequent as pictures are.
+    if (!AwaitsPainted(channel->watcher, message) && !TakeToken(channel->bucket, SteadyNowS())) {
+        End(channel, "too many messages");
+        return;
+    }
     if (message.action == ClientAction::Bad) {
         End(channel, message.problem);
         return;

@@ -54,7 +54,15 @@ TEST(Access, BucketGivesItsCapacityThenItsRate) {
     }
     EXPECT_TRUE(TakeToken(bucket, 100.6));
     EXPECT_FALSE(TakeToken(bucket, 100.6));
+    EXPECT_FALSE(TakeToken(bucket, 101.5, 3));
+    EXPECT_TRUE(TakeToken(bucket, 102.1, 3));
+    EXPECT_FALSE(TakeToken(bucket, 102.1));
     EXPECT_FALSE(TakeToken(bucket, 90));  // a clock that stepped back gives nothing
+    PeerBuckets peers{2, 1};
+    for (const bool expected : {true, true, false}) {
+        EXPECT_EQ(TakeToken(BucketOf(peers, "a", 5), 5), expected);
+    }
+    EXPECT_TRUE(TakeToken(BucketOf(peers, "b", 5), 5));
 }
 
 std::string CookieOf(const Token& token) {
@@ -109,7 +117,7 @@ TEST(Pairing, WrongCodesCountAgainstTheirOwnPeerOnly) {
     for (int i = 0; i < 200; ++i) {
         TryPairing(pairing, wrong, std::to_string(i), 20);
     }
-    EXPECT_LE(pairing.attempts.size(), kMaxPairingPeers);
+    EXPECT_LE(pairing.attempts.buckets.size(), kMostPeers);
     EXPECT_EQ(TryPairing(pairing, pairing.code, "a", 20), PairingAnswer::TooManyAttempts);
 }
 

@@ -251,6 +251,13 @@ TEST_F(AudienceTest, SubscribersAreToldWhatChanges) {
     Frames(1);
     EXPECT_TRUE(one_.Last("events").is_null());
     EXPECT_TRUE(one_.Last("values").is_null());
+    one_.messages.clear();
+    EXPECT_TRUE(Say(two_, R"({"t":"subscribe","gauges":["PROBE","PROBE"]})"));
+    Frames(1);
+    EXPECT_EQ(two_.Last("gauge"), one_.Last("gauge"));
+    EXPECT_EQ(std::ranges::count_if(two_.messages, [](const Json& m) { return m["t"] == "gauge"; }),
+              1)
+        << "named twice, told once";
     EXPECT_TRUE(Say(one_, R"({"t":"subscribe"})"));
     one_.messages.clear();
     Frames(4);
@@ -324,6 +331,101 @@ TEST_F(AudienceTest, PlainRequestsAnswerAndAct) {
     EXPECT_THAT((std::array{status.nav1.frequencyMhz, status.nav2.frequencyMhz,
                             status.adf.frequencyMhz * 1000}),
                 testing::Pointwise(testing::DoubleNear(1e-6), {110.95, 108.1, 1234.0}));
+}
+
+// Five pages and more than there is time to draw: which displays each frame draws.
+TEST_F(AudienceTest, WithoutTimeForAllEveryAddressGetsItsTurns) {
+    std::vector<FakeClient> crowd(3);
+    one_.watcher.peer = "a";
+    two_.watcher.peer = "b";
+    ASSERT_TRUE(Say(one_, R"({"t":"watch","windows":[4],"scales":[1]})"));
+    ASSERT_TRUE(Say(two_, R"({"t":"watch","windows":[0,2,3,4],"scales":[2,2,2,2]})"));
+    for (FakeClient& client : crowd) {
+        client.watcher.peer = "b";
+        Join(audience_, client.watcher);
+        ASSERT_TRUE(Say(client, R"({"t":"watch","windows":[0,2,3,4],"scales":[3,3,3,3]})"));
+    }
+    const auto drawn = [this](double pixels) {
+        std::map<std::string, int> counts;
+        for (int frame = 0; frame < 40; ++frame) {
+            audience_.pixelsAFrame = pixels;
+            Frames(1);
+            for (const auto& feed : audience_.feeds) {
+                counts[std::to_string(feed->display) + "x" + std::to_string(feed->scale)] +=
+                    feed->isDrawn ? 1 : 0;
+            }
+        }
+        EXPECT_EQ(audience_.isOverloaded, pixels < 1e6);
+        return counts;
+    };
+    drawn(1e6);
+    EXPECT_EQ(session_.Texts(audience_.feeds[0]->view)[0].text, "drawn 40");
+    auto counts = drawn(200000);
+    EXPECT_GE(counts["4x1"], 38) << "the one display of an address, nearly always";
+    for (const char* feed : {"0x2", "2x2", "3x2", "4x2", "0x3", "2x3", "3x3", "4x3"}) {
+        EXPECT_GE(counts[feed], 1) << feed;
+    }
+    const std::size_t pictures = one_.pictures.size();
+    const std::string text = session_.Texts(audience_.feeds[0]->view)[0].text;
+    Glance(audience_);
+    EXPECT_EQ(session_.Texts(audience_.feeds[0]->view)[0].text, text);
+    EXPECT_EQ(one_.pictures.size(), pictures) << "nothing between frames while they are too short";
+    for (FakeClient& client : crowd) {
+        Leave(audience_, client.watcher);
+    }
+}
+
+TEST(Turns, AFrameIsGivenWhatThePastOnesHadTimeFor) {
+    constexpr double kMany = 5 * kLeastPixelsAFrame;
+    const struct {
+        double pixels, drawn, tookS, next;
+    } rows[] = {{kMany, kMany, 0.03, 1.1 * kMany},
+                {kMany, kMany, 0.06, kMany / 2},
+                {kMany, kMany / 2, 0.03001, kMany / 2 * 0.03 / 0.03001},
+                {kMany, 100 * kMany, 0.06, kMany},
+                {kMany, 0, 0.06, kLeastPixelsAFrame},
+                {kMany, kMany, 5, kLeastPixelsAFrame},
+                {1e9, 0, 0.01, 1U << 28U}};
+    for (const auto& row : rows) {
+        EXPECT_DOUBLE_EQ(NextPixelsAFrame(row.pixels, row.drawn, row.tookS), row.next) << row.tookS;
+    }
+}
+
+TEST_F(AudienceTest, AnAddressLeavesOthersAThirdOfWhatMayBeShown) {
+    session_.Close();
+    for (FakeClient* client : {&one_, &two_}) {
+        Leave(audience_, client->watcher);
+    }
+    audience_ = {};
+    ASSERT_TRUE(
+        Open("[Window00]\nsize_mm=1100,1100\nident=0\n[Window01]\nsize_mm=1100,1100\n"
+             "ident=1\n[Window02]\nsize_mm=1100,1100\nident=2\n"
+             "[Window03]\nsize_mm=1100,1100\nident=3\n"));
+    OpenAudience(session_, audience_);
+    FakeClient other;
+    for (FakeClient* client : {&one_, &two_, &other}) {
+        client->watcher.peer = client == &other ? "b" : "a";
+        Join(audience_, client->watcher);
+    }
+    const auto scales = [](const FakeClient& client) {
+        std::vector<int> list;
+        for (const WatchedDisplay& display : client.watcher.displays) {
+            if (display.feed) {
+                list.push_back(display.feed->info.scale);
+            }
+        }
+        return list;
+    };
+    constexpr const char* kThree = R"({"t":"watch","windows":[4,5,6],"scales":[3,3,3]})";
+    for (int again = 0; again < 2; ++again) {  // its own displays do not stand in its way
+        ASSERT_TRUE(Say(one_, kThree));
+        EXPECT_THAT(scales(one_), ElementsAre(3, 3, 3));
+    }
+    ASSERT_TRUE(Say(two_, R"({"t":"watch","windows":[7],"scales":[3]})"));
+    EXPECT_THAT(scales(two_), ElementsAre(1)) << "the same address";
+    ASSERT_TRUE(Say(other, R"({"t":"watch","windows":[7],"scales":[3]})"));
+    EXPECT_THAT(scales(other), ElementsAre(3));
+    Leave(audience_, other.watcher);
 }
 
 TEST_F(AudienceTest, WindowsThatOpenAreTold) {
