@@ -171,9 +171,13 @@ TEST(FlightModel, HoldsAirspeedAndStopsAtMach) {
     Send(world, {{65858}});
     Fly(world, 90);
     EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1);
+    Send(world, {{66037, 250}});
+    Fly(world, 20);
+    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300 - 20 * 1.2, 0.1);
     Send(world, {{65859}});
+    const double letGoKt = world.aircraft.indicatedAirspeedKt;
     Fly(world, 60);
-    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, 300, 0.1) << "what it had when let go";
+    EXPECT_NEAR(world.aircraft.indicatedAirspeedKt, letGoKt, 0.1) << "what it had when let go";
     World high = Cruising(90, 36000, 250);
     Send(high, {{66037, 330}, {65858}});
     Fly(high, 200);

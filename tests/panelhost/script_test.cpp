@@ -90,6 +90,9 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
         {"screenshot main no/such/folder.png", "cannot write"},
         {"key nokey", "no key"},
         {"type AB9\nkey enter", ""},
+        {"key a down\nkey a up", ""},
+        {"key a away", "usage: key NAME"},
+        {"texts main", ""},
         {"quit\nexpect var nothing = 1", ""},
     };
     for (const auto& [text, expected] : rows) {

@@ -43,9 +43,11 @@ TEST(Variables, UnitsInvertTheReadersConversions) {
     world.magneticVariation = 5;
     world.aircraft.position.longitude = -71;
     world.clock.flightTimeS = 13 * 3600 + 62;
+    aircraft.fuelFlowPph = 5000;
     const std::pair<int, double> rows[] = {
-        {74, 12500}, {77, -5},  {80, -20}, {81, 357}, {86, 2}, {82, 5},    {6, 1},       {7, 1},
-        {8, 173},    {9, 2008}, {3, 20},   {4, 1},    {5, 2},  {306, 6.7}, {800, -9.765}};
+        {638, 2500}, {657, 2500}, {676, 0}, {695, 0},   {74, 12500},  {77, -5}, {80, -20},
+        {81, 357},   {86, 2},     {82, 5},  {6, 1},     {7, 1},       {8, 173}, {9, 2008},
+        {3, 20},     {4, 1},      {5, 2},   {306, 6.7}, {800, -9.765}};
     for (const auto& [number, expected] : rows) {
         EXPECT_NEAR(Read(world, number), expected, 1e-6) << number;
     }
