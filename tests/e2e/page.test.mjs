@@ -277,8 +277,11 @@ test('the keyboard reaches the panel only when asked for', async () => {
   await page.keyboard.press('a');
   await until(keys, (list) => list.length === 2, 'press and release are sent');
   assert.deepEqual(JSON.parse(keys()[0]), { t: 'key', scan: 30, vk: 65, down: true });
+  const releases = () => sent.filter((text) => text.includes('"keysup"')).length;
+  assert.equal(releases(), 0);
   await page.keyboard.press('Shift+Escape');
   await page.waitForSelector('#keyboard[aria-pressed="false"]');
+  await until(releases, (count) => count === 1, 'what is held is let go');
   await close();
 });
 

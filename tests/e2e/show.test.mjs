@@ -116,6 +116,10 @@ test('keys work, and a unit takes the keyboard without being asked', async () =>
   await page.tap('[data-label="FPLN"]');
   await until(text, (now) => now !== first, 'another page of the unit');
   await page.waitForFunction(() => document.body.classList.contains('typing'));
+  const focused = () => page.evaluate(() => document.activeElement.dataset.label);
+  const before = await focused();
+  await page.keyboard.press('Tab');
+  assert.notEqual(await focused(), before, 'Tab stays the browser\'s');
   const display = await openShow('show/EFS50_EADI');
   await until(() => shown(display.page), (count) => count > 0, 'a picture');
   assert.equal(await display.page.evaluate(() => document.body.classList.contains('typing')), false);
@@ -133,6 +137,9 @@ test('the list names everything, opens several, and the page can be kept as an a
     assert.ok(names.includes(name), name);
   }
   for (const label of ['Mark Attitude Display', 'Mark EHSI']) await page.getByLabel(label, { exact: true }).last().check();
+  assert.equal(await page.getAttribute('.together', 'href'), '/show/EFS50_EADI+EFS50_EHSI');
+  await page.getByLabel('Mark MCU', { exact: false }).last().check();
+  await page.getByLabel('Mark MCU', { exact: false }).last().uncheck();
   assert.equal(await page.getAttribute('.together', 'href'), '/show/EFS50_EADI+EFS50_EHSI');
   await page.click('.together');
   await until(() => shown(page, 1), (count) => count > 0, 'both');

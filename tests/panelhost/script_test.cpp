@@ -92,6 +92,7 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
         {"type AB9\nkey enter", ""},
         {"key a down\nkey a up", ""},
         {"key a away", "usage: key NAME"},
+        {"window nosuch open", "there is no window \"nosuch\""},
         {"texts main", ""},
         {"quit\nexpect var nothing = 1", ""},
     };

@@ -250,6 +250,15 @@ TEST_F(SessionTest, TellsItsWeightsAndTheGroundFarFromAnyAirport) {
     EXPECT_EQ(session_.Status().radioAltitudeFt, session_.Status().altitudeFt);
 }
 
+TEST_F(SessionTest, StartsAtTheSpeedAskedForWithinItsLimits) {
+    for (const auto& [asked, flown] : {std::pair{90.0, 115.0}, {250.0, 250.0}, {500.0, 340.0}}) {
+        options_.start.indicatedAirspeedKt = asked;
+        ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+        EXPECT_EQ(session_.Status().indicatedAirspeedKt, flown);
+        session_.Close();
+    }
+}
+
 TEST_F(SessionTest, ASeedGivesItsOwnTurbulenceAgain) {
     std::vector<double> banks;
     for (const std::uint32_t seed : {1U, 1U, 2U}) {
