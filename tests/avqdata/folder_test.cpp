@@ -249,13 +249,16 @@ TEST(Capacities, ChooseTheUsefulAndSayWhatWent) {
         }
         data.airways.push_back(airway);
     }
+    data.airways.push_back({"Q8", {{"S5999", {10, 10}}, {name('N', 17001), {10, 80.01}}}});
     import.Add(std::move(data));
     EXPECT_EQ(import.folder.airports.size(), kMostAirports);
+    EXPECT_EQ(LineOf(import.Texts()[kAirportFile], "S5999"), "");
+    EXPECT_EQ(LineOf(import.Texts()[kFixFile], "S5999"), "S5999 S5999 10.00000 10.00000");
     EXPECT_EQ(std::ranges::count(import.folder.airports, true, &Airport::paved), 6000);
     EXPECT_NE(LineOf(import.Texts()[kAirportFile], "ZZ-1"), "");
     EXPECT_EQ(import.folder.stations.size(), kMostStations);
     EXPECT_EQ(std::ranges::count(import.folder.stations, true, &Station::isVor), 9000);
-    EXPECT_EQ(import.folder.airways.size(), 2U);  // 250 points of one name are listed
+    EXPECT_EQ(import.folder.airways.size(), 3U);  // 250 points of one name are listed
     EXPECT_EQ(import.report.Count(Topic::Dropped), 2001U + 1000U + 1U);
     Report check;
     CheckFolder(import.Texts(), check);

@@ -2,10 +2,16 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <array>
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <tuple>
+#include <vector>
 
 #include "avqdata/csv_table.h"
 #include "avqdata/cycle.h"
+#include "avqdata/points_by_name.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
 #include "support/temp_sim_folder.h"
@@ -32,11 +38,43 @@ TEST(TextTools, TokensAreOnePlainWord) {
     EXPECT_EQ(Token(std::string(500, 'A')).size(), 60U);
 }
 
-TEST(TextTools, FixedNeverWritesMinusZero) {
+TEST(TextTools, FixedWritesAsPrintfDoesButNoMinusZero) {
     EXPECT_EQ(Fixed(-0.0000001, 5), "0.00000");
     EXPECT_EQ(Fixed(-0.00001, 5), "-0.00001");
+    for (const double whole : {0.0, 7.0, -77.0, 1e15}) {
+        for (const double part :
+             {0.0, 0.0000005, 0.0499995, 0.05, 0.095, 0.1234565, 0.5, 0.99995}) {
+            const double value = whole + part;
+            for (int decimals = 0; decimals < 8; ++decimals) {
+                std::array<char, 100> text{};
+                std::snprintf(text.data(), text.size(), "%.*f", decimals, value);
+                const double rounded = std::strtod(text.data(), nullptr);
+                EXPECT_EQ(Fixed(value, decimals), text.data());
+                EXPECT_EQ(RoundedAsWritten({value, 0}, decimals).latitude, rounded);
+            }
+        }
+    }
     EXPECT_EQ(Kilohertz(365.0), "365");
     EXPECT_EQ(Kilohertz(365.5), "365.5");
+}
+
+TEST(PointsByName, OneNameStandsForManyPlaces) {
+    PointsByName points;  // grows while they come in
+    for (int i = 0; i < 300; ++i) {
+        points.Add("P" + std::to_string(i % 100), {0.1 * i, 5});
+    }
+    std::vector<double> latitudes;
+    points.ForEach("P30", [&](const LatLon& at) {
+        latitudes.push_back(at.latitude);
+        return latitudes.size() < 2;
+    });
+    EXPECT_EQ(latitudes, (std::vector{0.1 * 230, 0.1 * 130}));  // the latest first, until told
+    for (const auto& [latitude, withinNm, nearest] :
+         {std::tuple(12.9, 7.0, 13.0), {12.9, 5.0, 0.0}, {17.9, 400.0, 13.0}, {23.0, 1.0, 23.0}}) {
+        const LatLon* const found = Nearest(points, "P30", {latitude, 5}, withinNm);
+        EXPECT_NEAR(found == nullptr ? 0 : found->latitude, nearest, 1e-9) << latitude;
+    }
+    EXPECT_EQ(Nearest(points, "P300", {0, 5}, 9999), nullptr);
 }
 
 TEST(Cycle, DatesAndCyclesBelongTogether) {

@@ -13,12 +13,14 @@
 namespace avqdata {
 namespace {
 
-// Keeps the `most` records of the lowest rank, the earlier ones of equals; order stays.
+// Keeps the `most` records of the lowest rank, the earlier ones of equals; order stays. Returns the
+// others.
 template <typename Record, typename RankOf, typename NameOf>
-void KeepBest(std::vector<Record>& records, std::size_t most, const char* reason, RankOf rankOf,
-              NameOf nameOf, Report& report) {
+std::vector<Record> KeepBest(std::vector<Record>& records, std::size_t most, const char* reason,
+                             RankOf rankOf, NameOf nameOf, Report& report) {
+    std::vector<Record> others;
     if (records.size() <= most) {
-        return;
+        return others;
     }
     using Rank = decltype(rankOf(records.front()));
     std::vector<std::pair<Rank, std::size_t>> ranked;
@@ -29,11 +31,14 @@ void KeepBest(std::vector<Record>& records, std::size_t most, const char* reason
     std::sort(ranked.begin(), ranked.end());
     std::vector<bool> dropped(records.size(), false);
     for (std::size_t i = most; i < ranked.size(); ++i) {
+        Record& record = records[ranked[i].second];
         dropped[ranked[i].second] = true;
-        report.Add(Topic::Dropped, reason, nameOf(records[ranked[i].second]));
+        report.Add(Topic::Dropped, reason, nameOf(record));
+        others.push_back(std::move(record));
     }
     std::size_t index = 0;
     std::erase_if(records, [&](const Record&) { return dropped[index++]; });
+    return others;
 }
 
 bool IsFiveLetters(const std::string& ident) {
@@ -41,24 +46,45 @@ bool IsFiveLetters(const std::string& ident) {
            std::all_of(ident.begin(), ident.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
 }
 
-// What airways and procedures run over.
-PointsByName UsedPoints(const Dataset& data) {
-    PointsByName used;
+// Calls `onPoint` with what airways and procedures run over.
+template <typename OnPoint>
+void WalkUsedPoints(const Dataset& data, OnPoint onPoint) {
     for (const Airway& airway : data.airways) {
         for (const Fix& point : airway.points) {
-            used.Add(point.ident, point.at);
+            onPoint(point);
         }
     }
     for (std::size_t kind = 0; kind < kProcedureKinds; ++kind) {
         for (const auto& [airport, lines] : data.procedures[kind]) {
             for (const std::string& line : lines) {
                 if (const std::optional<Fix> fix = FixOfLine(line, kind == kApproaches)) {
-                    used.Add(fix->ident, fix->at);
+                    onPoint(*fix);
                 }
             }
         }
     }
-    return used;
+}
+
+// Of what went out of its table stays a fix where an airway or a procedure runs over it.
+template <typename Record>
+void KeepAsFixes(std::vector<Record> others, Dataset& data, Report& report) {
+    if (others.empty()) {
+        return;
+    }
+    PointsByName points(others.size());
+    for (const Record& record : others) {
+        points.Add(record.ident, record.at);
+    }
+    PointsByName fixes;
+    WalkUsedPoints(data, [&](const Fix& used) {
+        if (Nearest(points, used.ident, used.at, kSamePointNm) != nullptr &&
+            Nearest(fixes, used.ident, used.at, kSamePointNm) == nullptr) {
+            fixes.Add(used.ident, used.at);
+            data.fixes.push_back(used);
+            report.Add(Topic::Changed, "points of airways and procedures kept as fixes",
+                       used.ident);
+        }
+    });
 }
 
 // Airports by whole degrees, to find the nearest of a place.
@@ -97,7 +123,8 @@ void FitFixes(Dataset& data, Report& report) {
     if (data.fixes.size() <= kMostFixes) {
         return;
     }
-    const PointsByName used = UsedPoints(data);
+    PointsByName used;
+    WalkUsedPoints(data, [&](const Fix& point) { used.Add(point.ident, point.at); });
     const AirportGrid airports(data.airports);
     const auto rankOf = [&](const Fix& fix) {
         const bool isUsed = Nearest(used, fix.ident, fix.at, kSamePointNm) != nullptr;
@@ -124,11 +151,12 @@ void FitAirports(Dataset& data, Report& report) {
         return std::tuple(!hasProcedures, !airport.isScheduled, airport.runways.empty(),
                           !IsIcaoCode(airport.ident), !airport.paved, -longestFt);
     };
-    KeepBest(
+    std::vector<Airport> others = KeepBest(
         data.airports, kMostAirports,
         "airports beyond the table: without procedures, airlines, runways or a code of four "
         "letters, unpaved, short ones first",
         rankOf, [](const Airport& airport) { return airport.ident + " " + airport.name; }, report);
+    KeepAsFixes(std::move(others), data, report);
 }
 
 void FitRunways(Dataset& data, Report& report) {
@@ -184,10 +212,11 @@ void FitAirways(Dataset& data, Report& report) {
 }  // namespace
 
 void FitCapacities(Dataset& data, Report& report) {
-    KeepBest(
+    std::vector<Station> others = KeepBest(
         data.stations, kMostStations, "stations beyond the table: NDBs first",
         [](const Station& station) { return !station.isVor; },
         [](const Station& station) { return station.ident; }, report);
+    KeepAsFixes(std::move(others), data, report);
     SortDataset(data);
     FitAirways(data, report);
     FitAirports(data, report);
@@ -197,6 +226,7 @@ void FitCapacities(Dataset& data, Report& report) {
         data.boundaries, kMostBoundaries, "boundaries beyond the table: the lesser classes first",
         [](const Boundary& boundary) { return RankOfBoundary(boundary.ident); },
         [](const Boundary& boundary) { return boundary.ident; }, report);
+    SortDataset(data);
 }
 
 }  // namespace avqdata
