@@ -9,8 +9,10 @@
 #include <sstream>
 
 #include "avqdata/build_verb.h"
+#include "avqdata/cycle.h"
 #include "avqdata/import_helpers.h"
 #include "avqdata/zip_helpers.h"
+#include "magneticfield/magnetic_field.h"
 #include "support/temp_sim_folder.h"
 
 namespace avqdata {
@@ -176,6 +178,25 @@ TEST(Build, TheOrderIsTheSourcesNotTheCommandLines) {
     FolderTexts other;
     ASSERT_TRUE(ReadFolder(folder.At("out/Navdata"), other, error));
     EXPECT_EQ(other, texts);
+}
+
+TEST(Build, AListWithoutACycleTakesTheDateOfTheOthers) {
+    const TemporaryFolder folder;
+    WriteSources(folder);
+    folder.Write("lists/my runways.txt",
+                 std::string(kOurRunways) + "2,8000,ASP,0,09,41,8,0,27,41,8.04,0\n");
+    for (const int cycle : {601, 2501}) {
+        folder.Write("sim/Custom Data/earth_nav.dat", "I\n810 Version - data cycle 20" +
+                                                          std::string(cycle < 1000 ? "0" : "") +
+                                                          std::to_string(cycle) + "\n\n" + kNavRow);
+        const BuildRun run = BuildOf(folder, {"lists", "sim/Custom Data/earth_nav.dat"});
+        ASSERT_EQ(run.status, 0) << run.report << run.error;
+        const double heading = 90 - magneticfield::Variation(41, 8, YearOfCycle(cycle).value_or(0));
+        EXPECT_NE(LineOf(folder.Read("out/Navdata/avq_apts.txt"), "QBBB")
+                      .find("09_8000_41.000000_8.000000_" + Fixed(heading, 1) + "_"),
+                  std::string::npos)
+            << folder.Read("out/Navdata/avq_apts.txt");
+    }
 }
 
 TEST(Build, AnArchiveThatCannotBeReadIsRefusedInWords) {

@@ -87,6 +87,9 @@ TEST(Cycle, DatesAndCyclesBelongTogether) {
     EXPECT_EQ(CycleLine(801), ";AIRAC cycle : 0801 (17-JAN-2008 to 14-FEB-2008)");
     EXPECT_EQ(CycleLine(2014), ";AIRAC cycle : 2014 (31-DEC-2020 to 28-JAN-2021)");
     EXPECT_EQ(CycleLine(2314), "");  // 2023 has thirteen
+    EXPECT_EQ(CycleOfLine(CycleLine(2309)), 2309);
+    EXPECT_EQ(CycleOfLine(";AIRAC cycle : 2314 (07-SEP-2023 to 05-OCT-2023)"), 0);
+    EXPECT_EQ(CycleOfLine(";AIRAC cycle :"), 0);
 }
 
 TEST(SourceFile, CompressedLinesComeWholeAndACutFileIsAnError) {

@@ -29,6 +29,7 @@ struct Build {
     std::vector<std::string> refused = {};
     Dataset folder = {};
     Report together = {};
+    int newestCycle = 0;  // of all files
 };
 
 // "2309 (07-SEP-2023 to 05-OCT-2023)"
@@ -53,6 +54,9 @@ bool FindAll(Build& build, SourceFiles& files, std::string& error) {
         build.refused.insert(build.refused.end(), found.refused.begin(), found.refused.end());
     }
     files = ChooseFiles(files, build.unused);
+    for (const FoundFile& file : files) {
+        build.newestCycle = std::max(build.newestCycle, YearOfCycle(file.cycle) ? file.cycle : 0);
+    }
     return true;
 }
 
@@ -90,7 +94,8 @@ bool ImportBatch(Build& build, const SourceFormat& format, const SourceFiles& ba
     Contribution part{&format, batch, 0, {}};
     part.report.keepAll = build.request.verbose;
     Dataset incoming;
-    if (!format.import(batch, {options, part.report, progress, &build.folder}, incoming, error)) {
+    if (!format.import(batch, {options, part.report, progress, &build.folder, build.newestCycle},
+                       incoming, error)) {
         return false;
     }
     part.cycle = incoming.cycle;

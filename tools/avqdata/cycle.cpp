@@ -99,6 +99,13 @@ std::optional<double> YearOfCycle(int cycle) {
                                         static_cast<double>((next - newYear).count());
 }
 
+int CycleOfLine(std::string_view line) {
+    constexpr std::size_t kNumberAt = 3;
+    const std::vector<std::string_view> words = Words(line);
+    const int cycle = words.size() > kNumberAt ? WholeNumber(words[kNumberAt]).value_or(0) : 0;
+    return StartOf(cycle) ? cycle : 0;
+}
+
 std::string CycleLine(int cycle) {
     const std::optional<sys_days> start = StartOf(cycle);
     if (!start) {

@@ -16,6 +16,9 @@ int CycleOfDateText(std::string_view date);
 // ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)"; empty when there is no such cycle.
 std::string CycleLine(int cycle);
 
+// The cycle of such a line; 0 where it names none.
+int CycleOfLine(std::string_view line);
+
 // The year, with its fraction, in which a cycle begins: 2023.68 for 2309. Nothing for no cycle.
 std::optional<double> YearOfCycle(int cycle);
 

@@ -19,6 +19,13 @@ struct ImportContext {
     Report& report;
     Progress progress;
     const Dataset* folder = nullptr;  // what is there already: a last place to look up fixes
+    int otherCycle = 0;               // the newest of what the source is combined with
+
+    // The cycle that dates a source which tells `own`; 0 where none is known.
+    int CycleFor(int own) const {
+        const int told = options.cycle != 0 ? options.cycle : own;
+        return told != 0 ? told : otherCycle;
+    }
 };
 
 // In the runways' fields they are; the panel host's radios take localizers with a glideslope only.

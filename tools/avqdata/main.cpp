@@ -153,7 +153,7 @@ int RunImport(const SourceFormat& format, Arguments& arguments) {
     Dataset folder = ParseFolder(texts, report);
     ProgressLine line;
     const ImportContext context{arguments.options, report, ShowOn(line, arguments.options),
-                                &folder};
+                                &folder, CycleOfLine(folder.cycleLine)};
     Dataset incoming;
     if (!format.import(files, context, incoming, error)) {
         return Fail(error + "; nothing was written");

@@ -417,8 +417,7 @@ bool ImportNasr(const SourceFiles& files, const ImportContext& context, Dataset&
     if (!ReadNasr(texts, context.report, data, error)) {
         return false;
     }
-    FillHeadings(context.options.cycle != 0 ? context.options.cycle : data.cycle, data,
-                 context.report);
+    FillHeadings(context.CycleFor(data.cycle), data, context.report);
     return true;
 }
 

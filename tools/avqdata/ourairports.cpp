@@ -203,7 +203,7 @@ void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
 bool ReadOurAirports(std::string_view airports, std::string_view runways,
                      const ImportContext& context, Dataset& data, std::string& error) {
     Report& report = context.report;
-    const double year = YearOfCycle(context.options.cycle).value_or(magneticfield::kModelEpoch);
+    const double year = YearOfCycle(context.CycleFor(0)).value_or(magneticfield::kModelEpoch);
     std::unordered_map<std::string, std::size_t> byId;
     std::string fault;
     if (!ReadCsv(
@@ -296,7 +296,7 @@ bool ImportOurAirports(const SourceFiles& files, const ImportContext& context, D
         !ReadOurAirports(texts[0], texts[1], context, data, error)) {
         return false;
     }
-    FillHeadings(context.options.cycle, data, context.report);
+    FillHeadings(context.CycleFor(0), data, context.report);
     return true;
 }
 

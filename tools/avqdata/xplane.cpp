@@ -590,8 +590,7 @@ bool ImportXplane(const SourceFiles& files, const ImportContext& context, Datase
         return false;
     }
     TieLocalizers(context.report, data);
-    FillHeadings(context.options.cycle != 0 ? context.options.cycle : data.cycle, data,
-                 context.report);
+    FillHeadings(context.CycleFor(data.cycle), data, context.report);
     return true;
 }
 
