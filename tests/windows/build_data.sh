@@ -3,7 +3,7 @@
 # Usage: build_data.sh LINUX_BUILD WINDOWS_BUILD WORK_FOLDER [WINE]
 #
 # The sources are those below ../shared/data where they are at hand, and always a small folder of our
-# own.
+# own, whose name is not of ASCII letters.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/../.." && pwd)
 linux=$(readlink -f "$1")
@@ -27,18 +27,20 @@ compare() {
     local program=("$linux/avqdata")
     [ "$system" = linux ] || program=("$wine" "$windows/avqdata.exe")
     status=0
-    "${program[@]}" build "Navdata-$system" "$@" >"$system.log" 2>&1 || status=$?
+    "${program[@]}" build "Données-$system" "$@" >"$system.log" 2>&1 || status=$?
     [ "$status" -eq "$wanted" ] ||
       { tail -n 20 "$system.log"; echo "avqdata on $system: status $status"; exit 1; }
   done
   if [ "$wanted" -ne 2 ]; then
-    diff -r "Navdata-linux" "Navdata-windows" || { echo "$name: the folders differ"; exit 1; }
+    diff -r "Données-linux" "Données-windows" || { echo "$name: the folders differ"; exit 1; }
+    diff <(sed 's/linux/windows/g' linux.log) <(tr -d '\r' <windows.log | tr '\\' /) ||
+      { echo "$name: the reports differ"; exit 1; }
     [ "$(find . -mindepth 1 -maxdepth 1 -type d | wc -l)" -eq 2 ] || { ls; exit 1; }
   fi
-  echo "$name: the same on both systems, $(find "Navdata-linux" -type f 2>/dev/null | wc -l) files"
+  echo "$name: the same on both systems, $(find "Données-linux" -type f 2>/dev/null | wc -l) files"
 }
 
-own=$work/sources/mine
+own="$work/sources/Données ü 東"
 rm -rf "$work/sources"
 mkdir -p "$own"
 python3 - "$own" <<'END'
@@ -52,7 +54,7 @@ with zipfile.ZipFile(sys.argv[1] + '/28 days.zip', 'w', zipfile.ZIP_DEFLATED) as
     for name, text in (('NAV_BASE.csv', nav), ('FIX_BASE.csv', fix), ('AWY_SEG.csv', awy)):
         archive.writestr(name, text)
 END
-compare own 0 "../sources/mine"
+compare own 0 "../sources/Données ü 東"
 compare nothing 2 "../sources/none"
 data=$root/../shared/data
 if [ -d "$data/nasr" ]; then

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "avqdata/os.h"
+
 namespace avqdata {
 namespace {
 
@@ -23,7 +25,7 @@ class FileBytes : public ByteStream {
   public:
     FileBytes(const std::string& path, std::uint64_t offset, std::uint64_t size) {
         std::error_code code;
-        const fs::path file = fs::path(path);
+        const fs::path file = PathOf(path);
         const std::uintmax_t total =
             fs::is_regular_file(file, code) ? fs::file_size(file, code) : 0;
         file_.open(file, std::ios::binary);

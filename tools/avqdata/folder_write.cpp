@@ -149,8 +149,12 @@ constexpr const char* kReplaced = ".avqdata-old";  // what it was, where it take
 // Where a folder really lies, whatever links lead there.
 fs::path PlaceOf(const std::string& path) {
     std::error_code code;
-    const fs::path place = fs::weakly_canonical(fs::absolute(fs::path(path), code), code);
+    const fs::path place = fs::weakly_canonical(fs::absolute(PathOf(path), code), code);
     return place.has_filename() ? place : place.parent_path();
+}
+
+fs::path Beside(const fs::path& folder, const char* extension) {
+    return fs::path(folder) += extension;
 }
 
 bool WriteText(const fs::path& path, const std::string& text) {
@@ -193,7 +197,7 @@ std::map<std::string, const std::string*> ChangedFiles(const fs::path& folder,
                                                        const FolderTexts& texts) {
     std::map<std::string, const std::string*> changed;
     for (std::size_t role = 0; role < kFileRoles; ++role) {
-        const std::string path = FindSource(folder.string(), {kFileNames[role]});
+        const std::string path = FindSource(TextOf(folder), {kFileNames[role]});
         std::string have;
         std::string ignored;
         const bool exists = !path.empty() && ReadSourceFile(path, have, ignored);
@@ -220,14 +224,14 @@ bool StageFolder(const fs::path& folder, const fs::path& staged,
         for (fs::directory_iterator entry(folder, code), end; !code && entry != end;
              entry.increment(code)) {
             failed = entry->path();
-            if (!changed.contains(entry->path().filename().string())) {
+            if (!changed.contains(TextOf(entry->path().filename()))) {
                 KeepEntry(entry->path(), staged / entry->path().filename(), code);
             }
         }
     }
     for (auto file = changed.begin(); !code && file != changed.end(); ++file) {
-        failed = folder / file->first;
-        if (!WriteText(staged / file->first, *file->second)) {
+        failed = folder / PathOf(file->first);
+        if (!WriteText(staged / PathOf(file->first), *file->second)) {
             return false;
         }
     }
@@ -243,7 +247,7 @@ bool PutInPlace(const fs::path& folder, const fs::path& staged, const fs::path& 
         fs::rename(staged, folder, code);
         return !code;
     }
-    if (ExchangeFolders(staged.string(), folder.string())) {
+    if (ExchangeFolders(staged, folder)) {
         fs::remove_all(staged, ignored);
         return true;
     }
@@ -279,7 +283,7 @@ FolderTexts FormatFolder(const Dataset& data) {
 
 void FinishReplacing(const std::string& path) {
     const fs::path folder = PlaceOf(path);
-    const fs::path replaced = folder.string() + kReplaced;
+    const fs::path replaced = Beside(folder, kReplaced);
     std::error_code code;
     if (fs::exists(replaced, code) && fs::exists(folder, code)) {
         fs::remove_all(replaced, code);
@@ -291,8 +295,8 @@ void FinishReplacing(const std::string& path) {
 bool WriteFolder(const std::string& path, const FolderTexts& texts, std::string& error) {
     std::error_code code;
     const fs::path folder = PlaceOf(path);
-    const fs::path staged = folder.string() + kStaged;
-    const fs::path replaced = folder.string() + kReplaced;
+    const fs::path staged = Beside(folder, kStaged);
+    const fs::path replaced = Beside(folder, kReplaced);
     fs::create_directories(folder.parent_path(), code);
     FinishReplacing(path);
     const std::map<std::string, const std::string*> changed = ChangedFiles(folder, texts);
@@ -301,9 +305,9 @@ bool WriteFolder(const std::string& path, const FolderTexts& texts, std::string&
     }
     fs::path failed;
     if (!StageFolder(folder, staged, changed, failed)) {
-        error = failed.string() + ": cannot be written; the folder is as it was";
+        error = TextOf(failed) + ": cannot be written; the folder is as it was";
     } else if (!PutInPlace(folder, staged, replaced, code)) {
-        error = folder.string() + ": cannot be replaced (" + code.message() + ")";
+        error = TextOf(folder) + ": cannot be replaced (" + code.message() + ")";
     } else {
         return true;
     }

@@ -8,6 +8,7 @@
 
 #include "avqdata/log_formats.h"
 #include "avqdata/log_performance.h"
+#include "avqdata/os.h"
 #include "avqdata/output_file.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
@@ -27,7 +28,7 @@ bool ReadContents(const LogRequest& request, LogContents& contents, Report& repo
                   std::string& error) {
     std::error_code code;
     std::string path = request.source;
-    if (fs::is_directory(path, code)) {
+    if (fs::is_directory(PathOf(path), code)) {
         path = FindSource(path, {"Flight.log"});
         if (path.empty()) {
             error = request.source + ": holds no Flight.log";

@@ -152,8 +152,8 @@ int RunImport(const SourceFormat& format, Arguments& arguments) {
     report.keepAll = arguments.verbose;
     Dataset folder = ParseFolder(texts, report);
     ProgressLine line;
-    const ImportContext context{arguments.options, report, ShowOn(line, arguments.options),
-                                &folder, CycleOfLine(folder.cycleLine)};
+    const ImportContext context{arguments.options, report, ShowOn(line, arguments.options), &folder,
+                                CycleOfLine(folder.cycleLine)};
     Dataset incoming;
     if (!format.import(files, context, incoming, error)) {
         return Fail(error + "; nothing was written");
@@ -195,7 +195,7 @@ int RunBuildVerb(Arguments& arguments) {
 
 int RunCheck(const Arguments& arguments) {
     std::error_code code;
-    if (!std::filesystem::is_directory(arguments.folder, code)) {
+    if (!std::filesystem::is_directory(PathOf(arguments.folder), code)) {
         return Fail(arguments.folder + ": is no folder");
     }
     std::string error;
@@ -327,6 +327,7 @@ std::vector<std::string> WordsOf(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    PrintUtf8();
     CLI::App app(
         "Turns public navigation data into the module's text files, and checks them; converts "
         "flight plans and flight logs.",

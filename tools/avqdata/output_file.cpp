@@ -13,12 +13,12 @@ namespace fs = std::filesystem;
 bool WriteOutputFile(const std::string& path, const std::string& text, bool force,
                      std::string& error) {
     std::error_code code;
-    if (!force && fs::exists(fs::symlink_status(path, code))) {
+    if (!force && fs::exists(fs::symlink_status(PathOf(path), code))) {
         error = path + ": is there already; --force writes over it";
         return false;
     }
-    const std::string staged = path + ".new-" + std::to_string(ProcessNumber());
-    std::ofstream file(fs::path(staged), std::ios::binary | std::ios::trunc);
+    const fs::path staged = PathOf(path + ".new-" + std::to_string(ProcessNumber()));
+    std::ofstream file(staged, std::ios::binary | std::ios::trunc);
     file.write(text.data(), static_cast<std::streamsize>(text.size()));
     file.close();
     if (file.fail()) {
@@ -26,7 +26,7 @@ bool WriteOutputFile(const std::string& path, const std::string& text, bool forc
         error = path + ": cannot be written";
         return false;
     }
-    fs::rename(staged, path, code);
+    fs::rename(staged, PathOf(path), code);
     if (code) {
         error = path + ": cannot be written (" + code.message() + ")";
         fs::remove(staged, code);

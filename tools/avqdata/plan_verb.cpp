@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "avqdata/cycle.h"
+#include "avqdata/os.h"
 #include "avqdata/output_file.h"
 #include "avqdata/plan_check.h"
 #include "avqdata/plan_data.h"
@@ -80,7 +81,7 @@ bool Convert(const PlanRequest& request, ExchangePlan& plan, std::ostream& out, 
 // A route in place of a file name, as it is pasted: words, and no such file.
 bool IsRouteItself(const std::string& file) {
     std::error_code code;
-    return file.find(' ') != std::string::npos && !std::filesystem::exists(file, code);
+    return file.find(' ') != std::string::npos && !std::filesystem::exists(PathOf(file), code);
 }
 
 bool ReadPlanText(const std::string& file, std::string& text, std::string& error) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "avqdata/os.h"
 #include "base/text.h"
 
 namespace avqdata {
@@ -20,7 +21,7 @@ std::uint64_t SourceFile::PackedBytes() const {
     if (archive != nullptr) {
         return archive->Members()[member].packedBytes;
     }
-    const std::uintmax_t size = fs::file_size(fs::path(path), code);
+    const std::uintmax_t size = fs::file_size(PathOf(path), code);
     return code ? 0 : size;
 }
 
@@ -53,14 +54,14 @@ bool ReadSourceFile(const SourceFile& file, std::string& text, std::string& erro
 }
 
 std::string BaseName(const std::string& path) {
-    return fs::path(path).filename().string();
+    return TextOf(PathOf(path).filename());
 }
 
 bool ReadBoundedFile(const std::string& path, const char* what, std::string& text,
                      std::string& error) {
     constexpr std::size_t kLargestBytes = std::size_t{16} << 20U;
     std::error_code code;
-    const std::uintmax_t size = std::filesystem::file_size(path, code);
+    const std::uintmax_t size = fs::file_size(PathOf(path), code);
     if (!code && size > kLargestBytes) {
         error = path + ": is too large for " + what;
         return false;
@@ -71,15 +72,15 @@ bool ReadBoundedFile(const std::string& path, const char* what, std::string& tex
 std::string FindSource(const std::string& folder, const std::vector<std::string>& names) {
     std::error_code error;
     std::vector<std::string> present;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+    for (fs::directory_iterator entry(PathOf(folder), error), end; !error && entry != end;
          entry.increment(error)) {
-        present.push_back(entry->path().filename().string());
+        present.push_back(TextOf(entry->path().filename()));
     }
     std::sort(present.begin(), present.end());
     for (const std::string& name : names) {
         for (const std::string& have : present) {
             if (avq1::EqualsIgnoreCase(have, name) || avq1::EqualsIgnoreCase(have, name + ".gz")) {
-                return (fs::path(folder) / have).string();
+                return TextOf(PathOf(folder) / PathOf(have));
             }
         }
     }

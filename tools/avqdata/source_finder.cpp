@@ -9,6 +9,7 @@
 
 #include "avqdata/arinc.h"
 #include "avqdata/cycle.h"
+#include "avqdata/os.h"
 #include "avqdata/text_tools.h"
 #include "avqdata/xplane.h"
 #include "base/text.h"
@@ -216,22 +217,25 @@ std::string LowerName(const std::string& path) {
     return name;
 }
 
+std::string FolderOf(const std::string& path) {
+    return TextOf(PathOf(path).parent_path());
+}
+
 std::string FolderName(const std::string& path) {
-    return fs::path(path).parent_path().filename().string();
+    return TextOf(PathOf(path).parent_path().filename());
 }
 
 // A whole folder of them need not be opened twice.
 bool IsInProcedureFolder(const std::string& path) {
-    const fs::path file(path);
+    const fs::path file = PathOf(path);
     return avq1::EqualsIgnoreCase(FolderName(path), "CIFP") &&
-           avq1::EqualsIgnoreCase(file.extension().string(), ".dat") &&
-           IsIdent(file.stem().string());
+           avq1::EqualsIgnoreCase(TextOf(file.extension()), ".dat") && IsIdent(TextOf(file.stem()));
 }
 
 bool MayBeSource(const std::string& path) {
     constexpr std::array<std::string_view, 11> kExtensions{
         "", ".dat", ".csv", ".txt", ".gz", ".zip", ".json", ".geojson", ".pc", ".air", ".openair"};
-    const std::string extension = fs::path(LowerName(path)).extension().string();
+    const std::string extension = TextOf(PathOf(LowerName(path)).extension());
     return std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end();
 }
 
@@ -298,8 +302,9 @@ void Finder::LookIntoFolder(const fs::path& folder, int down) {
     const std::vector<fs::path> parts = DataFolders(folder);
     for (const fs::path& entry : entries) {
         if (!fs::is_directory(entry, code)) {
-            if (MayBeSource(entry.string())) {
-                Consider(entry.string(), 0);
+            const std::string path = TextOf(entry);
+            if (MayBeSource(path)) {
+                Consider(path, 0);
             }
         } else if (parts.empty() && down < kMostFoldersDown) {
             LookIntoFolder(entry, down + 1);
@@ -387,7 +392,7 @@ std::string ProcedurePlace(const SourceFiles& found) {
     std::map<std::string, std::size_t> places;
     for (const FoundFile& file : found) {
         if (file.kind == SourceKind::XplaneProcedures) {
-            ++places[fs::path(file.file.path).parent_path().string()];
+            ++places[FolderOf(file.file.path)];
         }
     }
     const auto best =
@@ -432,9 +437,9 @@ FoundFile Recognise(std::string_view start, const SourceFile& file) {
 bool FindSources(const std::string& path, FoundSources& found, std::string& error) {
     std::error_code code;
     Finder finder{found};
-    if (fs::is_directory(path, code)) {
-        finder.LookIntoFolder(path, 0);
-    } else if (fs::is_regular_file(path, code)) {
+    if (fs::is_directory(PathOf(path), code)) {
+        finder.LookIntoFolder(PathOf(path), 0);
+    } else if (fs::is_regular_file(PathOf(path), code)) {
         finder.Consider(path, 0);
     } else {
         finder.error = "is no file or folder";
@@ -449,8 +454,7 @@ SourceFiles ChooseFiles(const SourceFiles& found, std::vector<std::string>& unus
     SourceFiles chosen;
     const std::string place = ProcedurePlace(found);
     for (const FoundFile& file : found) {
-        if (file.kind == SourceKind::XplaneProcedures &&
-            fs::path(file.file.path).parent_path().string() != place) {
+        if (file.kind == SourceKind::XplaneProcedures && FolderOf(file.file.path) != place) {
             unused.push_back(file.file.path);
             continue;
         }

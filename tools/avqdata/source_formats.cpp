@@ -5,6 +5,8 @@
 #include <iterator>
 #include <system_error>
 
+#include "avqdata/os.h"
+
 namespace avqdata {
 
 const std::array<SourceFormat, 5> kSourceFormats{{
@@ -63,7 +65,7 @@ bool FindFilesOf(const SourceFormat& format, const std::string& path, SourceFile
     }
     files = ChooseFiles(FilesOf(format, found.files), unused);
     std::error_code code;
-    const bool isFile = std::filesystem::is_regular_file(path, code);
+    const bool isFile = std::filesystem::is_regular_file(PathOf(path), code);
     if (files.empty() && isFile && found.refused.empty() && found.files.empty() &&
         std::string_view(format.argument) == "FILE") {
         files.push_back({format.last, path, 0});  // its reader says what is wrong with it

@@ -7,6 +7,8 @@
 #include <system_error>
 #include <utility>
 
+#include "avqdata/os.h"
+
 namespace avqdata {
 namespace {
 
@@ -82,7 +84,7 @@ std::shared_ptr<const ZipArchive> ZipArchive::OfFile(const std::string& path, st
     auto archive = std::make_shared<ZipArchive>();
     std::error_code code;
     archive->path_ = path;
-    archive->size_ = std::filesystem::file_size(std::filesystem::path(path), code);
+    archive->size_ = std::filesystem::file_size(PathOf(path), code);
     if (code) {
         error = "cannot be opened";
         return nullptr;
