@@ -130,11 +130,11 @@ std::string PlanFormatList() {
     std::string text;
     for (const PlanFormat* format : kPlanFormats) {
         std::string line = "  " + std::string(format->name);
-        line.resize(12, ' ');
+        line.resize(17, ' ');
         for (const std::string& extension : SplitList(format->extensions, ' ')) {
             line += "." + extension + " ";
         }
-        line.resize(28, ' ');
+        line.resize(35, ' ');
         text += line + format->title +
                 (format->read == nullptr    ? " (written only)\n"
                  : format->write == nullptr ? " (read only)\n"
