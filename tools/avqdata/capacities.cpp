@@ -13,14 +13,13 @@
 namespace avqdata {
 namespace {
 
-// Keeps the `most` records of the lowest rank, the earlier ones of equals; order stays. Returns the
-// others.
-template <typename Record, typename RankOf, typename NameOf>
-std::vector<Record> KeepBest(std::vector<Record>& records, std::size_t most, const char* reason,
-                             RankOf rankOf, NameOf nameOf, Report& report) {
-    std::vector<Record> others;
+// Keeps the `most` records of the lowest rank, the earlier ones of equals; order stays. `onDropped`
+// is called with each of the others and returns what the report calls it.
+template <typename Record, typename RankOf, typename OnDropped>
+void KeepBest(std::vector<Record>& records, std::size_t most, const char* reason, RankOf rankOf,
+              OnDropped onDropped, Report& report) {
     if (records.size() <= most) {
-        return others;
+        return;
     }
     using Rank = decltype(rankOf(records.front()));
     std::vector<std::pair<Rank, std::size_t>> ranked;
@@ -31,14 +30,11 @@ std::vector<Record> KeepBest(std::vector<Record>& records, std::size_t most, con
     std::sort(ranked.begin(), ranked.end());
     std::vector<bool> dropped(records.size(), false);
     for (std::size_t i = most; i < ranked.size(); ++i) {
-        Record& record = records[ranked[i].second];
         dropped[ranked[i].second] = true;
-        report.Add(Topic::Dropped, reason, nameOf(record));
-        others.push_back(std::move(record));
+        report.Add(Topic::Dropped, reason, onDropped(records[ranked[i].second]));
     }
     std::size_t index = 0;
     std::erase_if(records, [&](const Record&) { return dropped[index++]; });
-    return others;
 }
 
 bool IsFiveLetters(const std::string& ident) {
@@ -66,18 +62,13 @@ void WalkUsedPoints(const Dataset& data, OnPoint onPoint) {
 }
 
 // Of what went out of its table stays a fix where an airway or a procedure runs over it.
-template <typename Record>
-void KeepAsFixes(std::vector<Record> others, Dataset& data, Report& report) {
-    if (others.empty()) {
+void KeepAsFixes(const PointsByName& dropped, Dataset& data, Report& report) {
+    if (dropped.Size() == 0) {
         return;
-    }
-    PointsByName points(others.size());
-    for (const Record& record : others) {
-        points.Add(record.ident, record.at);
     }
     PointsByName fixes;
     WalkUsedPoints(data, [&](const Fix& used) {
-        if (Nearest(points, used.ident, used.at, kSamePointNm) != nullptr &&
+        if (Nearest(dropped, used.ident, used.at, kSamePointNm) != nullptr &&
             Nearest(fixes, used.ident, used.at, kSamePointNm) == nullptr) {
             fixes.Add(used.ident, used.at);
             data.fixes.push_back(used);
@@ -151,12 +142,18 @@ void FitAirports(Dataset& data, Report& report) {
         return std::tuple(!hasProcedures, !airport.isScheduled, airport.runways.empty(),
                           !IsIcaoCode(airport.ident), !airport.paved, -longestFt);
     };
-    std::vector<Airport> others = KeepBest(
+    PointsByName dropped;
+    KeepBest(
         data.airports, kMostAirports,
         "airports beyond the table: without procedures, airlines, runways or a code of four "
         "letters, unpaved, short ones first",
-        rankOf, [](const Airport& airport) { return airport.ident + " " + airport.name; }, report);
-    KeepAsFixes(std::move(others), data, report);
+        rankOf,
+        [&](const Airport& airport) {
+            dropped.Add(airport.ident, airport.at);
+            return airport.ident + " " + airport.name;
+        },
+        report);
+    KeepAsFixes(dropped, data, report);
 }
 
 void FitRunways(Dataset& data, Report& report) {
@@ -212,11 +209,16 @@ void FitAirways(Dataset& data, Report& report) {
 }  // namespace
 
 void FitCapacities(Dataset& data, Report& report) {
-    std::vector<Station> others = KeepBest(
+    PointsByName dropped;
+    KeepBest(
         data.stations, kMostStations, "stations beyond the table: NDBs first",
         [](const Station& station) { return !station.isVor; },
-        [](const Station& station) { return station.ident; }, report);
-    KeepAsFixes(std::move(others), data, report);
+        [&](const Station& station) {
+            dropped.Add(station.ident, station.at);
+            return station.ident;
+        },
+        report);
+    KeepAsFixes(dropped, data, report);
     SortDataset(data);
     FitAirways(data, report);
     FitAirports(data, report);

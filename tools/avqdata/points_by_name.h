@@ -34,6 +34,8 @@ class ByName {
         Chain(static_cast<std::uint32_t>(entries_.size() - 1));
     }
 
+    std::size_t Size() const { return entries_.size(); }
+
     // Calls `onValue` with each value of the name, the latest first, until it returns false.
     template <typename OnValue>
     void ForEach(std::string_view name, OnValue onValue) const {
