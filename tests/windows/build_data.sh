@@ -27,9 +27,9 @@ compare() {
     local program=("$linux/avqdata")
     [ "$system" = linux ] || program=("$wine" "$windows/avqdata.exe")
     status=0
-    "${program[@]}" build "Données-$system" "$@" >"$system.log" 2>&1 || status=$?
+    "${program[@]}" build "Données-$system" "$@" >"$system.log" 2>"$system.errors" || status=$?
     [ "$status" -eq "$wanted" ] ||
-      { tail -n 20 "$system.log"; echo "avqdata on $system: status $status"; exit 1; }
+      { tail -n 20 "$system.log" "$system.errors"; echo "avqdata on $system: status $status"; exit 1; }
   done
   if [ "$wanted" -ne 2 ]; then
     diff -r "Données-linux" "Données-windows" || { echo "$name: the folders differ"; exit 1; }
