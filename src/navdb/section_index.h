@@ -1,9 +1,10 @@
 // navdb/section_index.h - finds one airport's section in a file of "[IDENT]" sections without
 // reading the rest.
 //
-// The index remembers where each section begins. It is built by one pass over the file, at the
-// database load or at the first look-up, and again when the file's size or time says that it was
-// written since. Of several sections of one airport the first counts.
+// The index remembers where each section begins. It is built by one pass over the file, which is
+// never in memory as a whole, at the database load or at the first look-up, and again when the
+// file's size or time says that it was written since. Of several sections of one airport the first
+// counts.
 #pragma once
 
 #include <cstddef>
@@ -30,8 +31,8 @@ struct SectionIndex {
 // The identifier of a section line: the text between its brackets.
 std::string_view SectionIdent(std::string_view line);
 
-// Sections of a file's text, in file order.
-std::vector<FileSection> FindSections(std::string_view text);
+// Sections of a file's text, in file order. It is gone through in pieces of this size.
+std::vector<FileSection> FindSections(std::string_view text, std::size_t pieceSize);
 
 // Builds the index of the file. A file that cannot be opened has no sections.
 void BuildSectionIndex(std::string_view path, SectionIndex& index);

@@ -34,7 +34,7 @@ void FuzzText(std::string_view text) {
     AirportProcedures whole;
     AirportProcedures part;
     std::string_view previous;
-    for (const FileSection& section : FindSections(text)) {
+    for (const FileSection& section : FindSections(text, 16)) {
         Require(section.offset + section.size <= text.size() && text[section.offset] == '[');
         ReadSids(text, section.ident, whole.sids);
         ReadStars(text, section.ident, whole.stars);

@@ -160,12 +160,15 @@ TEST(SectionIndex, SectionsBeginWithLinesAndWithThePiecesOfLongOnes) {
     const std::string piece(1699, 'x');
     const std::string text =
         "\xEF\xBB\xBF[KAAA] x\nA [KNOT]\n" + piece + "[KBBB]\r\nx" + piece + "[KNOT]\n\n[KCCC";
-    std::string found;
-    for (const FileSection& section : FindSections(text)) {
-        found += section.ident + "|";
-        EXPECT_EQ(text.substr(section.offset, 5), "[" + section.ident);
+    // However the text is cut into pieces: in a section's name, a mark, a line end.
+    for (const std::size_t pieceSize : {1, 2, 5, 1700, 1 << 20}) {
+        std::string found;
+        for (const FileSection& section : FindSections(text, pieceSize)) {
+            found += section.ident + Format("+%zu|", section.size);
+            EXPECT_EQ(text.substr(section.offset, 5), "[" + section.ident);
+        }
+        EXPECT_EQ(found, "KAAA+1717|KBBB+1716|KCCC+5|") << pieceSize;
     }
-    EXPECT_EQ(found, "KAAA|KBBB|KCCC|");
 }
 
 }  // namespace

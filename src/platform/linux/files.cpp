@@ -190,17 +190,15 @@ bool ReadWholeFile(std::string_view path, std::string& contents) {
 
 bool ReadFilePart(std::string_view path, std::size_t offset, std::size_t size,
                   std::string& contents) {
-    contents.clear();
     off_t fileSize = 0;
     const Descriptor file(OpenRegularFile(path, fileSize));
     if (!file.valid()) {
+        contents.clear();
         return false;
     }
-    const auto available = static_cast<std::size_t>(fileSize);
-    if (offset >= available) {
-        return true;
-    }
-    contents.resize(std::min(size, available - offset));
+    // not cleared first: what held a part before would be written twice
+    const std::size_t available = std::max(static_cast<std::size_t>(fileSize), offset) - offset;
+    contents.resize(std::min(size, available));
     std::size_t filled = 0;
     while (filled < contents.size()) {
         const ssize_t count = pread(file.number(), contents.data() + filled,
