@@ -62,7 +62,7 @@ void WriteProcedureFiles(const fs::path& folder) {
     std::ofstream stars(folder / "avq_stars.txt");
     std::ofstream approaches(folder / "avq_apps.txt");
     for (std::int32_t i = 1; i <= navDatabase.airports.count; ++i) {
-        const std::string section = "[" + std::string(navDatabase.airports[i].ident) + "]\n";
+        const std::string section = "[" + std::string(navDatabase.airports.Ident(i)) + "]\n";
         const bool busy = i % 40 == 0 || i == navDatabase.airports.count;
         sids << section;
         stars << section;
@@ -96,7 +96,7 @@ bool LoadWorld(benchmark::State& state) {
 std::string BusyAirport(std::int64_t which) {
     const std::int32_t count = navDatabase.airports.count;
     const std::int32_t numbers[] = {40, count / 80 * 40, count};
-    return std::string(navDatabase.airports[numbers[which]].ident);
+    return std::string(navDatabase.airports.Ident(numbers[which]));
 }
 
 void LoadAirportWithProcedures(benchmark::State& state) {
