@@ -374,7 +374,7 @@ class Tests:
     def that_link(self, source):
         """Programs whose link line names the source's library: its folder's own, then the fastest."""
         target = self.target_of(source)
-        own = 'test_' + target.removeprefix('avq1_')
+        own = 'test_' + target.removeprefix('avq1_').removeprefix('panelhost_')
         if self.own_only and own in self.links:
             return [own]
         return sorted((name for name, link in self.links.items() if f'lib{target}.a' in link),
