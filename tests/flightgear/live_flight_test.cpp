@@ -7,9 +7,12 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <thread>
 
 #include "panelhost/base/text.h"
 #include "panelhost/flightgear/live_link.h"
@@ -58,10 +61,10 @@ class LiveFlightTest : public testing::Test {
         return text.substr(at, text.find(' ', at) - at);
     }
 
-    void Tell(const std::string& opening, double clockS) const {
+    void Tell(const std::string& opening, double clockS, const char* latitude = "42.5") const {
         std::string text = opening + Format(" %.3f", clockS);
         for (std::size_t i = 0; i < kStateFields; ++i) {
-            text += i == At(Told::Latitude) ? "\t42.5" : "\t1";
+            text += "\t" + std::string(i == At(Told::Latitude) ? latitude : "1");
         }
         text += "\n";
         const sockaddr_in panel = Place(options_.ports.port);
@@ -101,9 +104,34 @@ TEST_F(LiveFlightTest, FlightGearIsHeardAndSet) {
     FindKeyEvent(66042)->apply(world_, 77);
     flight->Step(ground_, world_, traffic_, 0.04);
     EXPECT_EQ(Heard(), "77\n");
+    Tell(Opening(), 6, "43.5");
+    std::this_thread::sleep_for(std::chrono::milliseconds(45));
+    flight->Step(ground_, world_, traffic_, 0.04);
+    EXPECT_EQ(world_.aircraft.position.latitude, 43.5) << "a packet that came a while ago";
     const std::unique_ptr<FlightSource> second = MakeLiveFlight(options_, problem);
     EXPECT_EQ(second, nullptr);
     EXPECT_NE(problem.find("cannot listen on UDP port"), std::string::npos) << problem;
+    options_.ports.host = "simulator.local";
+    EXPECT_EQ(MakeLiveFlight(options_, problem), nullptr);
+    EXPECT_NE(problem.find("numeric address"), std::string::npos) << problem;
+}
+
+TEST(LiveFiles, LieWhereTheirUserKeepsHisData) {
+    const char* const names[] = {"XDG_DATA_HOME", "HOME"};
+    std::string before[2];
+    for (int i = 0; i < 2; ++i) {
+        before[i] = std::getenv(names[i]) != nullptr ? std::getenv(names[i]) : "";
+    }
+    setenv("HOME", "/home/pilot", 1);
+    setenv("XDG_DATA_HOME", "/data", 1);
+    EXPECT_EQ(ProtocolFolder(), "/data/avqpanel/flightgear");
+    setenv("XDG_DATA_HOME", "", 1);
+    EXPECT_EQ(ProtocolFolder(), "/home/pilot/.local/share/avqpanel/flightgear");
+    unsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(ProtocolFolder(), "/home/pilot/.local/share/avqpanel/flightgear");
+    for (int i = 0; i < 2; ++i) {
+        setenv(names[i], before[i].c_str(), 1);
+    }
 }
 
 TEST_F(LiveFlightTest, TheKeyIsKeptAndTheLineNamesTheFiles) {

@@ -57,7 +57,7 @@ Properties InFlight() {
             {"/sim/time/utc/year", "2024"},
             {"/sim/time/utc/month", "3"},
             {"/sim/time/utc/day", "1"},
-            {"/sim/time/local-offset", "-18000"},
+            {"/sim/time/local-offset", "-14400"},
             {"/sim/speed-up", "1"},
             {"/sim/freeze/clock", "false"},
             {"/sim/freeze/master", "false"},
@@ -188,7 +188,7 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
                                            {61, 250},
                                            {343, 30},
                                            {344, 280},
-                                           {3, 7},
+                                           {3, 8},
                                            {4, 34},
                                            {5, 56},
                                            {6, 12},
@@ -228,6 +228,15 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
     EXPECT_NEAR(world_.aircraft.emptyWeightLb, 90000 - 750 * 6.5, 1e-6);
     EXPECT_EQ(world_.nav1.ident, "IBUF");
     EXPECT_EQ(sends_, 0) << "what was only told is not sent back";
+    simulator_["/sim/time/utc/day"] = "40";
+    simulator_["/consumables/fuel/tank[0]/level-gal_us"] = "0.102";
+    simulator_["/consumables/fuel/tank[0]/level-norm"] = "0.000102";
+    Run(0.12);
+    EXPECT_EQ(Read(8), 91) << "no month has a fortieth";
+    EXPECT_NEAR(Read(292), 1000, 1e-6);
+    simulator_["/consumables/fuel/tank[0]/level-norm"] = "0.00009";
+    Run(0.12);
+    EXPECT_NEAR(Read(292), 1000, 1e-6) << "nearly empty: as large as it was";
 }
 
 TEST_F(LiveLinkTest, WhatTheAircraftDoesNotHaveIsNotZero) {
@@ -241,6 +250,8 @@ TEST_F(LiveLinkTest, WhatTheAircraftDoesNotHaveIsNotZero) {
                         {"/instrumentation/dme[0]/indicated-distance-nm", {31}},
                         {"/instrumentation/adf[0]/indicated-bearing-deg", {39}},
                         {"/autopilot/settings/target-speed-kt", {116}},
+                        {"/consumables/fuel/tank[0]/level-norm",
+                         {289, 290, 291, 292, 293, 294, 295, 296, 299, 300, 301, 302}},
                         {"/consumables/fuel/tank[1]/level-norm", {297, 298}},
                         {"/engines/engine[1]/fuel-flow-gph", {657}}};
     for (const Row& row : rows) {
@@ -320,6 +331,10 @@ TEST_F(LiveLinkTest, ThePilotsOwnChangesComeBack) {
     EXPECT_TRUE(world_.autopilot.verticalSpeedHold);
     EXPECT_TRUE(world_.paused);
     EXPECT_EQ(world_.nav1.frequency, 11350);
+    EXPECT_FALSE(world_.autopilot.glideslopeCaptured);
+    simulator_["/autopilot/locks/altitude"] = "gs1-hold";
+    Run(0.2);
+    EXPECT_TRUE(world_.autopilot.glideslopeCaptured);
     simulator_["/autopilot/locks/heading"] = "";
     simulator_["/autopilot/locks/altitude"] = "";
     Run(0.2);
