@@ -105,9 +105,9 @@ TEST_F(LiveFlightTest, FlightGearIsHeardAndSet) {
     flight->Step(ground_, world_, traffic_, 0.04);
     EXPECT_EQ(Heard(), "77\n");
     Tell(Opening(), 6, "43.5");
-    std::this_thread::sleep_for(std::chrono::milliseconds(45));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
     flight->Step(ground_, world_, traffic_, 0.04);
-    EXPECT_EQ(world_.aircraft.position.latitude, 43.5) << "a packet that came a while ago";
+    EXPECT_GT(world_.aircraft.position.latitude, 42.5) << "on the way to the second packet";
     const std::unique_ptr<FlightSource> second = MakeLiveFlight(options_, problem);
     EXPECT_EQ(second, nullptr);
     EXPECT_NE(problem.find("cannot listen on UDP port"), std::string::npos) << problem;
