@@ -331,10 +331,6 @@ TEST_F(LiveLinkTest, ThePilotsOwnChangesComeBack) {
     EXPECT_TRUE(world_.autopilot.verticalSpeedHold);
     EXPECT_TRUE(world_.paused);
     EXPECT_EQ(world_.nav1.frequency, 11350);
-    EXPECT_FALSE(world_.autopilot.glideslopeCaptured);
-    simulator_["/autopilot/locks/altitude"] = "gs1-hold";
-    Run(0.2);
-    EXPECT_TRUE(world_.autopilot.glideslopeCaptured);
     simulator_["/autopilot/locks/heading"] = "";
     simulator_["/autopilot/locks/altitude"] = "";
     Run(0.2);
