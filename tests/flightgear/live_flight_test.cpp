@@ -151,6 +151,7 @@ TEST_F(LiveFlightTest, TheKeyIsKeptAndTheLineNamesTheFiles) {
     EXPECT_EQ(line.find("0.0.0.0"), std::string::npos);
     options_.mappingPath = options_.folder + "/none.json";
     EXPECT_FALSE(WriteLiveFiles(options_, problem));
+    EXPECT_EQ(MakeLiveFlight(options_, problem), nullptr);
     EXPECT_NE(problem.find("none.json"), std::string::npos) << problem;
 }
 

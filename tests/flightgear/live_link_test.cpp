@@ -324,6 +324,7 @@ TEST_F(LiveLinkTest, ThePilotsOwnChangesComeBack) {
     simulator_["/autopilot/locks/altitude"] = "vertical-speed-hold";
     simulator_["/sim/freeze/master"] = "true";
     simulator_["/instrumentation/nav[0]/frequencies/selected-mhz"] = "113.5";
+    simulator_["/instrumentation/adf[0]/frequencies/selected-khz"] = "379";
     Run(0.2);
     EXPECT_EQ(Read(107), 45);
     EXPECT_EQ(Read(106), 1);
@@ -331,6 +332,7 @@ TEST_F(LiveLinkTest, ThePilotsOwnChangesComeBack) {
     EXPECT_TRUE(world_.autopilot.verticalSpeedHold);
     EXPECT_TRUE(world_.paused);
     EXPECT_EQ(world_.nav1.frequency, 11350);
+    EXPECT_EQ(world_.adf.frequency, 379);
     simulator_["/autopilot/locks/heading"] = "";
     simulator_["/autopilot/locks/altitude"] = "";
     Run(0.2);
@@ -405,6 +407,9 @@ TEST_F(LiveLinkTest, AnApproachCapturesItsGlideslope) {
     simulator_["/instrumentation/nav[0]/gs-needle-deflection-norm"] = "0.1";
     Run(0.2);
     EXPECT_EQ(simulator_["/autopilot/locks/altitude"], "gs1-hold");
+    simulator_["/autopilot/locks/heading"] = "dg-heading-hold";
+    Run(0.2);
+    EXPECT_EQ(Read(112), 0) << "the pilot has left the approach";
 }
 
 TEST_F(LiveLinkTest, AnAirlinersModesAreItsOwnNumbers) {
