@@ -233,6 +233,9 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
     simulator_["/consumables/fuel/tank[0]/level-norm"] = "0.000102";
     Run(0.12);
     EXPECT_EQ(Read(8), 91) << "no month has a fortieth";
+    simulator_["/instrumentation/marker-beacon/outer"] = "true";
+    Step();
+    EXPECT_EQ(Read(354), 1);
     EXPECT_NEAR(Read(292), 1000, 1e-6);
     simulator_["/consumables/fuel/tank[0]/level-norm"] = "0.00009";
     Run(0.12);
@@ -537,6 +540,7 @@ TEST(FlightGearFiles, AMappingFileIsReadWholeOrNotAtAll) {
         {R"({"lateral": {"property": "autopilot/locks"}})", "lateral.property is not a property"},
         {R"({"targets": {"altitude": "/a<b"}})", "targets.altitude is not a property"},
         {R"({"speed": {"airspeed": 5}})", "speed.airspeed is not a text"},
+        {R"({"speed": {"property": "speed"}})", "speed.property is not a property"},
         {R"({"tanks": {"centre": 9}})", "tanks: whole numbers from -1 to 6"},
         {R"({"engines": 0})", "engines: a whole number from 1 to 4"},
     };
@@ -545,6 +549,10 @@ TEST(FlightGearFiles, AMappingFileIsReadWholeOrNotAtAll) {
         EXPECT_FALSE(ReadMapping(json, problem).has_value()) << json;
         EXPECT_EQ(problem, expected) << json;
     }
+    std::string problem;
+    const auto nothing = ReadMapping("{}", problem);
+    ASSERT_TRUE(nothing.has_value()) << problem;
+    EXPECT_EQ(nothing->engines, 2);
 }
 
 TEST(FlightGearFiles, TheDocumentedTablesAreTheOnesFlownWith) {
