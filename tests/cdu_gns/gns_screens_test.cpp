@@ -12,6 +12,7 @@
 #include "settings/settings.h"
 #include "support/fake_data_service.h"
 #include "support/kept_file.h"
+#include "support/mixed_flows.h"
 #include "support/screen_changes.h"
 
 namespace avq1::test {
@@ -167,6 +168,15 @@ TEST_F(GnsScreens, ReadAsTheyDidWhenLastLookedAt) {
         WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
     }
     ExpectAsKept(now.str(), "cdu_gns/screens.txt");
+}
+
+TEST_F(GnsScreens, ReadAsTheyDidAfterFlowsInAnyOrder) {
+    const std::string sums = MixFlows(
+        std::span<const Flow>(kFlows),
+        "L1 L2 L3 L4 L5 L6 L7 L8 L9 L10 ENTER ENTER CLR NEXT PREV FPL NAV VNAV FUEL DIRECT HOLD",
+        [&](const Flow& flow) { Begin(flow); },
+        [&](const std::string& word, std::ostream& out) { Look(word, out); });
+    ExpectAsKept(sums, "cdu_gns/mixed.txt");
 }
 
 }  // namespace

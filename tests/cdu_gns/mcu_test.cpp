@@ -26,6 +26,7 @@
 #include "support/fake_keyboard.h"
 #include "support/kept_file.h"
 #include "support/leak_suppressions.h"
+#include "support/mixed_flows.h"
 #include "support/nav_points.h"
 #include "support/screen_changes.h"
 #include "support/temp_sim_folder.h"
@@ -293,6 +294,21 @@ constexpr Flow kFlows[] = {
 
 class McuScreens : public McuTypingTest {
   protected:
+    McuScreens() {
+        folder.Write("avq/Navdata/avq_apts.txt",
+                     "KZZ NAME 1234 40.0 -73.0 09L_9000_40.1_-73.9_88_ILS_110.30_90 "
+                     "09R_8000_40.1_-73.9_88_x_y_90 18_12079_40.1_-73.9_180_110.30_LOC_180 "
+                     "27L_9000_40.1_-73.9_88_x_y_270 27R_9000_40.1_-73.9_88_x_y_270\n");
+        for (const char digit : {'1', '2', '3', '4', '5'}) {
+            folder.Write(
+                std::string("avq/flightplans/P") + digit + ".RTE",
+                std::string("[FlightPlan]\nKA") + digit +
+                    "A  10.0  20.0  APT  ---\nMID  10.0  21.0  WPT  ---\nKBBB  10.0  22.0  "
+                    "APT  ---\n");
+        }
+        folder.Write("avq/flightplans/ALONGNAMEOFAPLAN.RTE", "[FlightPlan]\n");
+    }
+
     void Begin(const Flow& flow) {
         ResetModuleState();
         SimFolder = folder.root().string();
@@ -352,23 +368,21 @@ class McuScreens : public McuTypingTest {
 };
 
 TEST_F(McuScreens, ReadAsTheyDidWhenLastLookedAt) {
-    folder.Write("avq/Navdata/avq_apts.txt",
-                 "KZZ NAME 1234 40.0 -73.0 09L_9000_40.1_-73.9_88_ILS_110.30_90 "
-                 "09R_8000_40.1_-73.9_88_x_y_90 18_12079_40.1_-73.9_180_110.30_LOC_180 "
-                 "27L_9000_40.1_-73.9_88_x_y_270 27R_9000_40.1_-73.9_88_x_y_270\n");
-    for (const char digit : {'1', '2', '3', '4', '5'}) {
-        folder.Write(std::string("avq/flightplans/P") + digit + ".RTE",
-                     std::string("[FlightPlan]\nKA") + digit +
-                         "A  10.0  20.0  APT  ---\nMID  10.0  21.0  WPT  ---\nKBBB  10.0  22.0  "
-                         "APT  ---\n");
-    }
-    folder.Write("avq/flightplans/ALONGNAMEOFAPLAN.RTE", "[FlightPlan]\n");
     std::ostringstream now;
     for (const Flow& flow : kFlows) {
         Begin(flow);
         WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
     }
     ExpectAsKept(now.str(), "cdu_gns/mcu_screens.txt");
+}
+
+TEST_F(McuScreens, ReadAsTheyDidAfterFlowsInAnyOrder) {
+    const std::string sums = MixFlows(
+        std::span<const Flow>(kFlows),
+        "TO LEGS FPLN APT DIRTO ALT CROSS ENTER ENTER NEXT PREV UP DOWN LEFT RIGHT HOLD LNAV EDIT",
+        [&](const Flow& flow) { Begin(flow); },
+        [&](const std::string& word, std::ostream& out) { Look(word, out); });
+    ExpectAsKept(sums, "cdu_gns/mcu_mixed.txt");
 }
 
 // ---- painting ----

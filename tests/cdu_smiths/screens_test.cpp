@@ -11,6 +11,7 @@
 #include "guidance/vnav.h"
 #include "settings/aircraft_performance.h"
 #include "support/kept_file.h"
+#include "support/mixed_flows.h"
 #include "support/screen_changes.h"
 
 namespace avq1::test {
@@ -156,6 +157,16 @@ TEST_F(SmithsScreens, ReadAsTheyDidWhenLastLookedAt) {
         WalkFlow(flow.name, flow.keys, now, [&](const std::string& word) { Look(word, now); });
     }
     ExpectAsKept(now.str(), "cdu_smiths/screens.txt");
+}
+
+TEST_F(SmithsScreens, ReadAsTheyDidAfterFlowsInAnyOrder) {
+    const std::string sums = MixFlows(
+        std::span<const Flow>(kFlows),
+        "L1 L2 L3 L4 L5 L6 R1 R2 R3 R4 R5 R6 CLR DEL EXEC EXEC NEXT_PAGE PREV_PAGE RTE CLB CRZ DES "
+        "LEGS DEP_ARR HOLD PROG FIX INIT_REF DIR_INTC",
+        [&](const Flow& flow) { Begin(flow); },
+        [&](const std::string& word, std::ostream& out) { Look(word, out); });
+    ExpectAsKept(sums, "cdu_smiths/mixed.txt");
 }
 
 }  // namespace
