@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -164,6 +165,39 @@ std::string Edited(const Edit& edit, FlightPlan& plan, const char* notMarked, co
            (test::FlagsMatchHolds(plan) ? "" : ", holds elsewhere than their entries say") +
            (plan.procedures == procedures ? "" : ", procedures " + Names(plan.procedures)) +
            (messages.count > 0 ? ", said " + messages.lines[1] : "");
+}
+
+// "mixed 7 | route": twelve edits in an order of that seed, of the active plan and of its copy;
+// then everything is carried on from one plan to the other as a unit's EXEC and ERASE do.
+std::string Mixed(const Words& words, const std::string& route) {
+    static const char* const kProcedures[] = {"SID:N2(XX,AAA)", "STAR:T1(YY,BBB)", "APPR(IAF,FAF)",
+                                              "DISCO APPR(FAF)", "STAR(ZZ)"};
+    std::mt19937 random(static_cast<unsigned>(Index(words, 1)));
+    SetPlan(activePlan, Without(route, "+"));
+    CopyActiveToModified();
+    planBook.status = RouteStatus::Active;
+    std::string text;
+    for (int step = 0; step < 12; ++step) {
+        FlightPlan& plan = random() % 3 == 0 ? activePlan : modifiedPlan;
+        const Edit& edit = kEdits[random() % std::size(kEdits)];
+        const auto places = static_cast<unsigned>(plan.lastIndex + 3);
+        const auto a = static_cast<std::int32_t>(random() % places) - 1;
+        const auto b = static_cast<std::int32_t>(random() % places);
+        const std::string name = edit.name;
+        const std::string procedure = name == "remove-procedure"
+                                          ? (random() % 2 == 0 ? "SID" : "STAR")
+                                          : kProcedures[random() % std::size(kProcedures)];
+        const bool taken = edit.take(plan, {a, b, test::WordsOf(name + ' ' + procedure)});
+        if (random() % 6 == 0) {
+            CopyActiveToModified();
+        }
+        text += Format("%s %d %d of the %s%s%s: ", edit.name, a, b,
+                       &plan == &activePlan ? "active" : "modified",
+                       name == "splice" ? (' ' + procedure).c_str() : "", taken ? "" : ", refused");
+        text += ShownShort(activePlan) + " / " + ShownShort(modifiedPlan) +
+                Format(" status %d holds %d\n", static_cast<int>(planBook.status), holdList.count);
+    }
+    return text;
 }
 
 std::string Cross(const Words& w) {
@@ -341,6 +375,9 @@ std::string Answer(const std::string& command) {
     const std::size_t bar = std::min(command.find('|'), command.size());
     const std::string route = Expanded(command.substr(std::min(bar + 1, command.size())));
     const Words words = test::WordsOf(command.substr(0, bar));
+    if (words.at(0) == "mixed") {
+        return Mixed(words, route);
+    }
     for (const Question& question : kQuestions) {
         if (question.name == words.at(0)) {
             SetPlan(previewPlan, route);
