@@ -47,8 +47,7 @@ void OpenLegs(bool crossingEntry) {
     mcu.crossingEntry = crossingEntry;
     mcu.secondEntryText.clear();
     mcu.takenText.clear();
-    const bool flying = HasActiveWaypoint() && activePlan.Holds(planBook.activeIndex);
-    mcu.legs.row = flying ? planBook.activeIndex - 1 : 0;
+    mcu.legs.row = HasActiveWaypoint() ? planBook.activeIndex - 1 : 0;
     mcu.legs.first = mcu.legs.row;
     ShowPage(kMcuLegs);
 }

@@ -417,9 +417,6 @@ bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold) {
 }
 
 bool ReshapeHold(FlightPlan& plan, std::int32_t number, const HoldShape& shape) {
-    if (number < 1 || number > holdList.count) {
-        return false;
-    }
     HoldPattern& hold = holdList.holds[static_cast<std::size_t>(number)];
     const bool active = IsActivePlan(plan);
     const std::int32_t fix = active ? hold.fixIndex : hold.pendingFixIndex;

@@ -135,9 +135,6 @@ bool ReadPosition(std::string_view latitudeText, std::string_view longitudeText,
         waypoint.exact = {waypoint.latitude, waypoint.longitude};
         return isDecimal;
     }
-    if (north.degrees > 90 || east.degrees > 180) {
-        return false;
-    }
     ParseLatLon(Format("N%02d:%02d:%02d", north.degrees, north.minutes, north.seconds),
                 Format("E%03d:%02d:%02d", east.degrees, east.minutes, east.seconds),
                 waypoint.latitude, waypoint.longitude);

@@ -126,7 +126,6 @@ DsError DsOpen(std::int32_t simulatorWanted, void* buffer, std::size_t size) {
     if (window == nullptr) {
         return DsError::NoService;
     }
-    client = Client{};
     client.window = window;
     client.buffer = static_cast<std::byte*>(buffer);
     client.capacity = std::min(size, kMostSize);

@@ -72,6 +72,9 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
     runway.latitude = 10;
     runway.longitude = 20;
     runway.heading = 5;  // the course is 0: due north of the threshold
+    PlanRunway first = runway;
+    first.latitude = 30;
+    first.longitude = 40;
     const struct {
         const char* info;
         std::int32_t patternRunway;  // an offset to runway 1
@@ -81,6 +84,9 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
     } cases[] = {
         {"", kNoPatternRunway, 45, -90, 120},
         {"", 0, 10 + 0.21 / 60, 20, 0},
+        {"", -1, 30 + 0.21 / 60, 40, 0},  // the first
+        {"", -2, 45, -90, 120},           // none
+        {"", 1, 45, -90, 120},
         {"[KBOS]\ntowerviewLAT=42.5\nTowerViewLon = -71.5\nTowerViewAlt=250.9\n", 0, 42.5, -71.5,
          250},
         {"[KJFK]\nTowerViewLat=1\n\n[kbos]\r\nTowerViewLat=-42.5\r\nTowerViewLon=180\r\n\r\n"
@@ -93,7 +99,7 @@ TEST_F(DataUses, TowerViewStandsWhereTheAirportSays) {
         SCOPED_TRACE(c.info);
         folder.Write("avq/Navdata/apt_additional_info.txt", c.info);
         planAirports.lastAirportIdent = "KBOS";
-        planAirports.runways = {PlanRunway{}, runway};
+        planAirports.runways = {first, runway};
         planAirports.patternRunwayOffset = c.patternRunway;
         messages = {};
         EXPECT_TRUE(SendTowerView());
