@@ -176,6 +176,12 @@ const LateralFlight kFlights[] = {
      400,
      {.latitude = -0.1, .headingTrue = 360, .speedKt = 200},
      {{0, [](TestAircraft&) { PlanHold(2, {.inboundCourseMag = 360}); }}}},
+    {"hours to go",
+     "AAA 0 0 INT\nBBB 0 3 INT\nCCC 0 6 INT\n",
+     1,
+     60,
+     {.speedKt = 100},
+     {{10, [](TestAircraft&) { ToggleLnav(); }}, {30, [](TestAircraft&) { ToggleLnav(); }}}},
 };
 
 NamedValues AllValues() {
