@@ -116,6 +116,24 @@ TEST_F(LiveFlightTest, FlightGearIsHeardAndSet) {
     EXPECT_NE(problem.find("numeric address"), std::string::npos) << problem;
 }
 
+TEST_F(LiveFlightTest, OnlyARemoteSimulatorIsListenedForOnEveryAddress) {
+    const std::pair<const char*, bool> rows[] = {
+        {"127.0.0.1", true}, {"127.0.0.3", true}, {"126.0.0.1", false}, {"192.0.2.1", false}};
+    for (const auto& [host, othersAreFree] : rows) {
+        options_.ports.host = host;
+        std::string problem;
+        const std::unique_ptr<FlightSource> flight = MakeLiveFlight(options_, problem);
+        ASSERT_NE(flight, nullptr) << problem;
+        sockaddr_in other = Place(options_.ports.port);
+        other.sin_addr.s_addr = htonl(INADDR_LOOPBACK + 1);
+        const int probe = socket(AF_INET, SOCK_DGRAM, 0);
+        EXPECT_EQ(bind(probe, reinterpret_cast<const sockaddr*>(&other), sizeof other) == 0,
+                  othersAreFree)
+            << host;
+        close(probe);
+    }
+}
+
 TEST(LiveFiles, LieWhereTheirUserKeepsHisData) {
     const char* const names[] = {"XDG_DATA_HOME", "HOME"};
     std::string before[2];

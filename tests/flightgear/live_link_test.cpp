@@ -78,9 +78,22 @@ Properties InFlight() {
             {"/instrumentation/nav[0]/heading-deg", "20"},
             {"/instrumentation/nav[0]/heading-needle-deflection-norm", "0.5"},
             {"/instrumentation/nav[0]/gs-needle-deflection-norm", "-0.5"},
+            {"/instrumentation/nav[0]/to-flag", "true"},
             {"/instrumentation/nav[0]/nav-id", "IBUF"},
+            {"/instrumentation/nav[1]/in-range", "true"},
+            {"/instrumentation/nav[1]/nav-loc", "false"},
+            {"/instrumentation/nav[1]/gs-in-range", "true"},
+            {"/instrumentation/nav[1]/heading-deg", "80"},
+            {"/instrumentation/nav[1]/heading-needle-deflection-norm", "-0.2"},
+            {"/instrumentation/nav[1]/gs-needle-deflection-norm", "0.4"},
+            {"/instrumentation/nav[1]/from-flag", "true"},
+            {"/instrumentation/nav[1]/nav-id", "BUF"},
             {"/instrumentation/dme[0]/in-range", "true"},
             {"/instrumentation/dme[0]/indicated-distance-nm", "12.5"},
+            {"/instrumentation/dme[0]/indicated-ground-speed-kt", "150"},
+            {"/instrumentation/dme[1]/in-range", "true"},
+            {"/instrumentation/dme[1]/indicated-distance-nm", "7.5"},
+            {"/instrumentation/dme[1]/indicated-ground-speed-kt", "140"},
             {"/instrumentation/adf[0]/in-range", "true"},
             {"/instrumentation/adf[0]/indicated-bearing-deg", "30"},
             {"/instrumentation/marker-beacon/outer", "false"},
@@ -209,7 +222,11 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
                                            {46, 0xC1},
                                            {49, 256},
                                            {550, 30},
+                                           {58, 256},
+                                           {59, 90},
                                            {31, 12.5},
+                                           {32, 150},
+                                           {35, 7.5},
                                            {20, 256},
                                            {39, 30},
                                            {354, 2},
@@ -226,7 +243,23 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
     EXPECT_NEAR(Read(65) * 0.7689468503937007, -600, 1e-6);
     EXPECT_NEAR(Read(614) * 3.2808399, 9500, 1e-6);
     EXPECT_NEAR(world_.aircraft.emptyWeightLb, 90000 - 750 * 6.5, 1e-6);
-    EXPECT_EQ(world_.nav1.ident, "IBUF");
+    const struct {
+        const Receiver& nav;
+        const char* ident;
+        double deviationDeg, glideslopeDeg, dmeSpeedKt;
+        int toFrom;
+        bool isLocalizer, hasGlideslope;
+    } receivers[] = {{world_.nav1, "IBUF", 1.25, 0.35, 150, 1, true, true},
+                     {world_.nav2, "BUF", -2, -0.28, 140, 2, false, true}};
+    for (const auto& row : receivers) {
+        EXPECT_EQ(row.nav.ident, row.ident);
+        EXPECT_NEAR(row.nav.deviationDeg, row.deviationDeg, 1e-9) << row.ident;
+        EXPECT_NEAR(row.nav.glideslopeDeg, row.glideslopeDeg, 1e-9) << row.ident;
+        EXPECT_EQ(row.nav.dmeSpeedKt, row.dmeSpeedKt) << row.ident;
+        EXPECT_EQ(row.nav.toFrom, row.toFrom) << row.ident;
+        EXPECT_EQ(row.nav.isLocalizer, row.isLocalizer) << row.ident;
+        EXPECT_EQ(row.nav.hasGlideslope, row.hasGlideslope) << row.ident;
+    }
     EXPECT_EQ(sends_, 0) << "what was only told is not sent back";
     simulator_["/sim/time/utc/day"] = "40";
     simulator_["/consumables/fuel/tank[0]/level-gal_us"] = "0.102";
@@ -322,20 +355,58 @@ TEST_F(LiveLinkTest, KeyEventsSetTheSimulator) {
 }
 
 TEST_F(LiveLinkTest, ThePilotsOwnChangesComeBack) {
-    simulator_["/autopilot/settings/heading-bug-deg"] = "45.4";
+    const struct {
+        const char* property;
+        const char* text;
+        double (*read)(const World& world);
+        double expected;
+    } rows[] = {
+        {"/autopilot/settings/heading-bug-deg", "45.4",
+         [](const World& w) { return 1.0 * w.autopilot.headingBugMag; }, 45},
+        {"/autopilot/settings/heading-bug-deg", "359.7",
+         [](const World& w) { return 1.0 * w.autopilot.headingBugMag; }, 360},
+        {"/autopilot/settings/target-altitude-ft", "60001",
+         [](const World& w) { return 1.0 * w.autopilot.altitudeTargetFt; }, 60000},
+        {"/autopilot/settings/target-altitude-ft", "-1",
+         [](const World& w) { return 1.0 * w.autopilot.altitudeTargetFt; }, 0},
+        {"/autopilot/settings/vertical-speed-fpm", "6001",
+         [](const World& w) { return 1.0 * w.autopilot.verticalSpeedTargetFpm; }, 6000},
+        {"/autopilot/settings/vertical-speed-fpm", "-6001",
+         [](const World& w) { return 1.0 * w.autopilot.verticalSpeedTargetFpm; }, -6000},
+        {"/autopilot/settings/target-speed-kt", "402",
+         [](const World& w) { return 1.0 * w.autopilot.airspeedTargetKt; }, 400},
+        {"/instrumentation/nav[0]/frequencies/selected-mhz", "113.5",
+         [](const World& w) { return 1.0 * w.nav1.frequency; }, 11350},
+        {"/instrumentation/nav[1]/frequencies/selected-mhz", "200.02",
+         [](const World& w) { return 1.0 * w.nav2.frequency; }, 20000},
+        {"/instrumentation/nav[1]/radials/selected-deg", "0",
+         [](const World& w) { return 1.0 * w.nav2.courseMag; }, 360},
+        {"/instrumentation/adf[0]/frequencies/selected-khz", "379",
+         [](const World& w) { return 1.0 * w.adf.frequency; }, 379},
+        {"/instrumentation/adf[0]/frequencies/selected-khz", "2002",
+         [](const World& w) { return 1.0 * w.adf.frequency; }, 2000},
+        {"/sim/speed-up", "66", [](const World& w) { return w.simulationRate; }, 64},
+        {"/sim/speed-up", "0.2", [](const World& w) { return w.simulationRate; }, 0.25},
+        {"/sim/speed-up", "0", [](const World& w) { return w.simulationRate; }, 1},
+        {"/sim/freeze/master", "true", [](const World& w) { return w.paused ? 1.0 : 0; }, 1},
+        {"/controls/gear/brake-parking", "1",
+         [](const World& w) { return w.aircraft.parkingBrake ? 1.0 : 0; }, 1},
+        {"/consumables/fuel/tank[0]/level-gal_us", "-3",
+         [](const World& w) { return w.aircraft.fuelGallons[1]; }, 0},
+    };
+    for (const auto& row : rows) {
+        simulator_ = InFlight();
+        simulator_[row.property] = row.text;
+        Run(0.2);
+        EXPECT_EQ(row.read(world_), row.expected) << row.property << " " << row.text;
+    }
+    simulator_ = InFlight();
     simulator_["/autopilot/locks/heading"] = "dg-heading-hold";
     simulator_["/autopilot/locks/altitude"] = "vertical-speed-hold";
-    simulator_["/sim/freeze/master"] = "true";
-    simulator_["/instrumentation/nav[0]/frequencies/selected-mhz"] = "113.5";
-    simulator_["/instrumentation/adf[0]/frequencies/selected-khz"] = "379";
     Run(0.2);
-    EXPECT_EQ(Read(107), 45);
     EXPECT_EQ(Read(106), 1);
     EXPECT_EQ(Read(103), 1);
     EXPECT_TRUE(world_.autopilot.verticalSpeedHold);
-    EXPECT_TRUE(world_.paused);
-    EXPECT_EQ(world_.nav1.frequency, 11350);
-    EXPECT_EQ(world_.adf.frequency, 379);
     simulator_["/autopilot/locks/heading"] = "";
     simulator_["/autopilot/locks/altitude"] = "";
     Run(0.2);
@@ -357,12 +428,14 @@ TEST_F(LiveLinkTest, AnAutopilotThatFliesAlreadyIsTakenOver) {
 TEST_F(LiveLinkTest, AnOldValueOnItsWayIsNoPilot) {
     obeys_ = false;
     Event(66042, 120);
-    Run(0.3);
+    Run(0.52);
     EXPECT_EQ(Read(107), 120) << "the old value is still told";
     EXPECT_EQ(sends_, 1);
-    Run(0.3);
+    Step();
     EXPECT_EQ(sends_, 2) << "lost on the way: once more";
-    Run(0.8);
+    Run(0.48);
+    EXPECT_EQ(Read(107), 120);
+    Step();
     EXPECT_EQ(sends_, 2);
     EXPECT_EQ(Read(107), 350) << "the simulator does not take it";
 }
@@ -385,16 +458,24 @@ TEST_F(LiveLinkTest, ASelectedAltitudeIsClimbedToAndHeld) {
     EXPECT_EQ(simulator_["/autopilot/locks/altitude"], "vertical-speed-hold");
     EXPECT_EQ(simulator_["/autopilot/settings/vertical-speed-fpm"], "1500");
     EXPECT_EQ(Read(108), 1) << "for the module it is altitude hold";
-    simulator_["/position/altitude-ft"] = "11900";
-    Run(0.2);
-    EXPECT_EQ(simulator_["/autopilot/settings/vertical-speed-fpm"], "400");
-    simulator_["/position/altitude-ft"] = "11950";
-    Run(0.2);
-    EXPECT_EQ(simulator_["/autopilot/locks/altitude"], "altitude-hold");
-    Event(66124, 8000);
-    Run(0.2);
-    EXPECT_EQ(simulator_["/autopilot/locks/altitude"], "vertical-speed-hold");
-    EXPECT_EQ(simulator_["/autopilot/settings/vertical-speed-fpm"], "-1500");
+    const struct {
+        int selectedFt;
+        const char* altitudeFt;
+        const char* mode;
+        const char* fpm;
+    } rows[] = {{12000, "11800", "vertical-speed-hold", "800"},
+                {12000, "11925", "vertical-speed-hold", "300"},
+                {12000, "11926", "altitude-hold", "1500"},
+                {12176, "11926", "altitude-hold", "1500"},
+                {12177, "11926", "vertical-speed-hold", "1000"},
+                {8000, "11926", "vertical-speed-hold", "-1500"}};
+    for (const auto& row : rows) {
+        Event(66124, row.selectedFt);
+        simulator_["/position/altitude-ft"] = row.altitudeFt;
+        Run(0.2);
+        EXPECT_EQ(simulator_["/autopilot/locks/altitude"], row.mode) << row.altitudeFt;
+        EXPECT_EQ(simulator_["/autopilot/settings/vertical-speed-fpm"], row.fpm) << row.altitudeFt;
+    }
 }
 
 TEST_F(LiveLinkTest, AnApproachCapturesItsGlideslope) {
@@ -541,8 +622,11 @@ TEST(FlightGearFiles, AMappingFileIsReadWholeOrNotAtAll) {
         {R"({"targets": {"altitude": "/a<b"}})", "targets.altitude is not a property"},
         {R"({"speed": {"airspeed": 5}})", "speed.airspeed is not a text"},
         {R"({"speed": {"property": "speed"}})", "speed.property is not a property"},
-        {R"({"tanks": {"centre": 9}})", "tanks: whole numbers from -1 to 6"},
+        {R"({"tanks": {"centre": 7}})", "tanks: whole numbers from -1 to 6"},
+        {R"({"tanks": {"leftTip": -2}})", "tanks: whole numbers from -1 to 6"},
+        {R"({"tanks": 1})", "tanks: whole numbers from -1 to 6"},
         {R"({"engines": 0})", "engines: a whole number from 1 to 4"},
+        {R"({"engines": 5})", "engines: a whole number from 1 to 4"},
     };
     for (const auto& [json, expected] : rows) {
         std::string problem;
@@ -553,6 +637,11 @@ TEST(FlightGearFiles, AMappingFileIsReadWholeOrNotAtAll) {
     const auto nothing = ReadMapping("{}", problem);
     ASSERT_TRUE(nothing.has_value()) << problem;
     EXPECT_EQ(nothing->engines, 2);
+    const auto most =
+        ReadMapping(R"({"engines": 4, "tanks": {"centre": -1, "rightTip": 6}})", problem);
+    ASSERT_TRUE(most.has_value()) << problem;
+    EXPECT_EQ(most->engines, 4);
+    EXPECT_EQ(most->tanks, (std::array<int, kTankCount>{-1, -1, -1, -1, -1, -1, 6}));
 }
 
 TEST(FlightGearFiles, TheDocumentedTablesAreTheOnesFlownWith) {
