@@ -5,6 +5,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstring>
@@ -24,17 +25,29 @@ double Seconds(const timespec& time) {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * kNanosecond;
 }
 
-double NowS() {
+double ReadS(clockid_t clock) {
     timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
+    clock_gettime(clock, &now);
     return Seconds(now);
 }
 
-// The kernel stamps datagrams by the clock of the day.
-double SteadyLessDayS() {
-    timespec day{};
-    clock_gettime(CLOCK_REALTIME, &day);
-    return NowS() - Seconds(day);
+double NowS() {
+    return ReadS(CLOCK_MONOTONIC);
+}
+
+// How long before `dayS` a datagram came; 0 for one without a stamp. The kernel stamps by the clock
+// of the day alone, which may be set in flight: the link's own times are of a clock that never
+// jumps.
+double AgeS(msghdr& message, double dayS) {
+    for (cmsghdr* each = CMSG_FIRSTHDR(&message); each != nullptr;
+         each = CMSG_NXTHDR(&message, each)) {
+        if (each->cmsg_level == SOL_SOCKET && each->cmsg_type == SCM_TIMESTAMPNS) {
+            timespec stamp{};
+            std::memcpy(&stamp, CMSG_DATA(each), sizeof stamp);
+            return std::max(dayS - Seconds(stamp), 0.0);
+        }
+    }
+    return 0;
 }
 
 std::string FolderOf(const LiveOptions& options) {
@@ -126,7 +139,8 @@ bool LiveFlight::Open(const LiveOptions& options, std::string& problem) {
 }
 
 void LiveFlight::Receive() {
-    const double steadyLessDayS = SteadyLessDayS();
+    const double nowS = NowS();
+    const double dayS = ReadS(CLOCK_REALTIME);
     for (int i = 0; i < kMostDatagramsPerStep; ++i) {
         sockaddr_in from{};
         alignas(cmsghdr) std::array<char, 256> control{};
@@ -146,16 +160,7 @@ void LiveFlight::Receive() {
             ++link_.counts.alien;
             continue;
         }
-        double arrivalS = NowS();
-        for (cmsghdr* each = CMSG_FIRSTHDR(&message); each != nullptr;
-             each = CMSG_NXTHDR(&message, each)) {
-            if (each->cmsg_level == SOL_SOCKET && each->cmsg_type == SCM_TIMESTAMPNS) {
-                timespec stamp{};
-                std::memcpy(&stamp, CMSG_DATA(each), sizeof stamp);
-                arrivalS = Seconds(stamp) + steadyLessDayS;
-            }
-        }
-        Hear(link_, {buffer_.data(), static_cast<std::size_t>(size)}, arrivalS);
+        Hear(link_, {buffer_.data(), static_cast<std::size_t>(size)}, nowS - AgeS(message, dayS));
     }
 }
 

@@ -19,7 +19,7 @@ std::vector<StateRow> FlightRows() {
     return {
         {Latitude, "/position/latitude-deg", kDegrees, "north positive", "%.9f", Between::Line, {71}},
         {Longitude, "/position/longitude-deg", kDegrees, "east positive", "%.9f", Between::Turn, {72}},
-        {Altitude, "/position/altitude-ft", kFeet, "above sea level: what the autopilots there hold", "%.3f", Between::Line, {74, 800}},
+        {Altitude, "/position/altitude-ft", kFeet, "above sea level: what the autopilots there hold; 800 is the standard temperature at that height, not that of the weather", "%.3f", Between::Line, {74, 800}},
         {Height, "/position/altitude-agl-ft", kFeet, "above the ground", "", Between::Line, {614}},
         {Heading, "/orientation/heading-deg", kDegrees, "true", "%.5f", Between::Turn, {86, 81}},
         {Track, "/orientation/track-deg", kDegrees, "true; for DME speed and the page", "", Between::Turn, {}},
