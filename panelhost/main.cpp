@@ -41,7 +41,9 @@ void DescribeOptions(CLI::App& app, ProgramOptions& options) {
     SessionOptions& session = options.session;
     auto& start = session.start;
     app.add_option("--module", session.modulePath, "gauge module (gauges/avq1.gau of the folder)");
-    app.add_option("--sim", session.simFolder, "simulator folder")->capture_default_str();
+    app.add_option("--sim", session.simFolder, "simulator folder")
+        ->capture_default_str()
+        ->take_last();  // behind the folder that a script names
     app.add_option("--panel", session.panelPath, "panel file (panel.cfg of the folder)");
     app.add_flag("--cold", options.cold, "start with nothing set: skip autostart.script");
     app.add_option("--scale", session.surfaceScale, "picture pixels per panel pixel")

@@ -14,7 +14,6 @@ import signal
 import socket
 import subprocess
 import sys
-import tempfile
 import threading
 import time
 
@@ -267,7 +266,8 @@ PLACES = {
 def fly(name, relay):
     """Flies one script, in FlightGear behind the relay or, without one, in the built-in model; gives
     its samples and the host's exit status."""
-    folder = pathlib.Path(tempfile.mkdtemp(prefix="avq1-fly-", dir=WORK))
+    folder = WORK / f"{name}-{'flightgear' if relay else 'built-in'}"  # its trace stays there
+    shutil.rmtree(folder, ignore_errors=True)
     shutil.copytree(ROOT / "demo", folder / "sim")
     for script in ("start.script", "autostart.script"):
         (folder / "sim" / script).unlink()
