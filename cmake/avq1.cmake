@@ -10,7 +10,7 @@ function(avq1_library name)
   endif()
   if(NOT sources)  # a folder of headers only
     set(sources ${CMAKE_CURRENT_BINARY_DIR}/headers_only.cpp)
-    file(WRITE ${sources} "")
+    file(CONFIGURE OUTPUT ${sources} CONTENT "")  # unchanged while it stays the same
   endif()
   add_library(avq1_${name} STATIC ${sources})
   target_include_directories(avq1_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
