@@ -20,13 +20,17 @@ namespace avq1 {
 namespace {
 
 constexpr const char* kFiles[] = {"\\avq\\navdata\\avq_ints.txt", "\\avq\\navdata\\fsb_awy2.txt",
-                                  "\\avq\\navdata\\avq_apts.txt", "\\avq\\navdata\\avq_navs.txt"};
+                                  "\\avq\\navdata\\avq_apts.txt", "\\avq\\navdata\\avq_navs.txt",
+                                  "\\avq\\navdata\\avq_sids.txt", "\\avq\\navdata\\avq_stars.txt",
+                                  "\\avq\\navdata\\avq_apps.txt"};
 
-enum DataSet { kDemo, kWorld };
+enum DataSet { kDemo, kWorld, kWorldWithProcedures };
 
 bool UseDataSet(benchmark::State& state) {
     ResetModuleState();
-    SimFolder = state.range(0) == kDemo ? AVQ1_SOURCE_DIR "/demo" : bench::WorldSimFolder();
+    SimFolder = state.range(0) == kDemo    ? AVQ1_SOURCE_DIR "/demo"
+                : state.range(0) == kWorld ? bench::WorldSimFolder()
+                                           : bench::WorldWithProceduresSimFolder();
     if (SimFolder.empty()) {
         state.SkipWithError("../shared/data/xplane is not there");
         return false;
@@ -54,7 +58,7 @@ void PlaceAircraft() {
     aircraft.longitude = -71.01;
 }
 
-// A first load, as a module makes one; with the first lists of a map, which read the positions.
+// A load, as a module makes one; with the first lists of a map, which read the positions.
 void LoadAnew(benchmark::State& state, bool withLists) {
     malloc_trim(0);
     const double before = ResidentMegabytes();
@@ -82,15 +86,17 @@ void LoadAnew(benchmark::State& state, bool withLists) {
 void LoadDatabase(benchmark::State& state) {
     LoadAnew(state, false);
 }
-BENCHMARK(LoadDatabase)->ArgName("world")->Arg(kDemo)->Arg(kWorld)->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadDatabase)
+    ->ArgName("world")
+    ->DenseRange(kDemo, kWorldWithProcedures)
+    ->Unit(benchmark::kMillisecond);
 
 void LoadDatabaseAndFirstLists(benchmark::State& state) {
     LoadAnew(state, true);
 }
 BENCHMARK(LoadDatabaseAndFirstLists)
     ->ArgName("world")
-    ->Arg(kDemo)
-    ->Arg(kWorld)
+    ->DenseRange(kDemo, kWorldWithProcedures)
     ->Unit(benchmark::kMillisecond);
 
 // The lower bound of a load: the same files read whole and their line ends found.
@@ -119,8 +125,7 @@ void ReadBytesAndFindLineEnds(benchmark::State& state) {
 }
 BENCHMARK(ReadBytesAndFindLineEnds)
     ->ArgName("world")
-    ->Arg(kDemo)
-    ->Arg(kWorld)
+    ->DenseRange(kDemo, kWorldWithProcedures)
     ->Unit(benchmark::kMillisecond);
 
 bool LoadDataSet(benchmark::State& state) {

@@ -1,14 +1,8 @@
 // Loading one airport with its procedures, and one airway, from world-size files, against reading
 // the same bytes. A pilot waits for either: 10 ms are the budget.
-//
-// The procedure files are made up for every airport of the world's airport file: up to 60
-// departures and arrivals and 30 approaches, the busiest first in the alphabet and last alike.
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "base/module_state.h"
@@ -27,68 +21,18 @@
 namespace avq1 {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr const char* kProcedureFiles[] = {"\\avq\\navdata\\avq_sids.txt",
                                            "\\avq\\navdata\\avq_stars.txt",
                                            "\\avq\\navdata\\avq_apps.txt"};
-constexpr int kLegs = 9;
-
-void WriteRoutes(std::ofstream& out, int procedures) {
-    for (int p = 0; p < procedures; ++p) {
-        out << Format("T PROC%d header 04L,04R,22L,22R\n", p);
-        for (int leg = 0; leg < kLegs; ++leg) {
-            out << Format("PROC%d%s FX%03d A%05d --- %.6f %.6f FO\n", p, leg < 6 ? "" : ".TRANS",
-                          leg, leg * 1000, 40 + 0.01 * leg, -70 - 0.01 * p);
-        }
-        out << "*\n";
-    }
-}
-
-void WriteApproaches(std::ofstream& out, int approaches) {
-    for (int a = 0; a < approaches; ++a) {
-        for (int leg = 0; leg < kLegs; ++leg) {
-            out << Format("%02d ILS FX%03d %s A%05d %.6f %.6f 65.000 66.000 --\n", a + 1, leg,
-                          leg == 0   ? "IAF"
-                          : leg == 7 ? "FAF"
-                                     : "---",
-                          leg * 1000, 40 + 0.01 * leg, -70 - 0.01 * a);
-        }
-    }
-}
-
-void WriteProcedureFiles(const fs::path& folder) {
-    std::ofstream sids(folder / "avq_sids.txt");
-    std::ofstream stars(folder / "avq_stars.txt");
-    std::ofstream approaches(folder / "avq_apps.txt");
-    for (std::int32_t i = 1; i <= navDatabase.airports.count; ++i) {
-        const std::string section = "[" + std::string(navDatabase.airports.Ident(i)) + "]\n";
-        const bool busy = i % 40 == 0 || i == navDatabase.airports.count;
-        sids << section;
-        stars << section;
-        approaches << section;
-        WriteRoutes(sids, busy ? 60 : i % 6);
-        WriteRoutes(stars, busy ? 60 : i % 6);
-        WriteApproaches(approaches, busy ? 30 : i % 8);
-    }
-}
-
 // The world's files with procedures beside them, loaded.
 bool LoadWorld(benchmark::State& state) {
     ResetModuleState();
-    SimFolder = bench::WorldSimFolder();
+    SimFolder = bench::WorldWithProceduresSimFolder();
     if (SimFolder.empty()) {
         state.SkipWithError("../shared/data/xplane is not there");
         return false;
     }
     LoadNavDatabase();
-    const fs::path folder = fs::path(SimFolder) / "avq" / "navdata";
-    const fs::path done = folder / "procedures-done";
-    if (!fs::exists(done)) {
-        WriteProcedureFiles(folder);
-        std::ofstream(done) << "1\n";
-        LoadNavDatabase();
-    }
     return true;
 }
 
