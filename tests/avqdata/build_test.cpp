@@ -44,7 +44,7 @@ constexpr const char* kNasrFixes =
 constexpr const char* kNasrAirways =
     "AWY_LOCATION,AWY_ID,POINT_SEQ,SEG_VALUE,SEG_TYPE,AWY_SEG_GAP_FLAG\n"
     "C,V1,10,QUS,VOR,N\nC,V1,20,QUT,VOR,N\n";
-constexpr const char* kRecord =
+const std::string kRecord =
     "SUSAD        BTV   K6011750VDLW N44234958W073105749    N44234958W073105749W0150004171     "
     "NARBURLINGTON                    250341911\n";
 constexpr const char* kOpenAir = "* by hand\nAC R\nAN Danger\nDP 10:00:00 N 020:00:00 E\n";
@@ -84,6 +84,9 @@ std::string NasrZip() {
 void WriteSources(const TemporaryFolder& folder) {
     folder.Write("sim/Custom Data/earth_nav.dat", std::string(kNav) + kNavRow);
     folder.Write("sim/Custom Data/earth_fix.dat", kFixes);
+    folder.Write(
+        "sim/Custom Data/user_nav.dat",
+        "I\n1150 Version - data cycle 2401\n\n3 12.0 20.0 57 11370 100 1.5 QMY MINE VOR\n");
     folder.Write("sim/Resources/default data/earth_nav.dat",
                  "I\n1150 Version - data cycle 2312\n\n99\n");
     folder.Write("sim/Global Scenery/Global Airports/Earth nav data/apt.dat", kAirports);
@@ -125,8 +128,10 @@ TEST(Recognise, TellsFilesByTheirContent) {
         {"a", kNasrAirways, SourceKind::NasrAirways, 0},
         {"a", "\xEF\xBB\xBF\"EFF_DATE\",\"AWY_ID\",\"FROM_POINT\",\"TO_POINT\"\n\"2023/09/07\"\n",
          SourceKind::NasrAirwayLegs, 2309},
-        {"a", "HDR01FAACIFP18      001P013203974602309  16-AUG-2023\n" + std::string(kRecord),
-         SourceKind::Cifp, 2309},
+        {"a", "HDR01FAACIFP18      001P013203974602309  16-AUG-2023\n" + kRecord, SourceKind::Cifp,
+         2309},
+        {"a", kRecord + kRecord.substr(0, 128) + "2013\n" + kRecord.substr(0, 128) + "9913\n",
+         SourceKind::Cifp, 2013},
         {"a", "HDR01FAACIFP18      001P013203974602309  16-AUG-2023\n" + std::string(kNav),
          SourceKind::None, 0},
         {"a", "{\"type\": \"FeatureCollection\", \"features\": []}", SourceKind::GeoJson, 0},
@@ -154,8 +159,9 @@ TEST(Build, TheOrderIsTheSourcesNotTheCommandLines) {
     FolderTexts texts;
     std::string error;
     ASSERT_TRUE(ReadFolder(folder.At("out/Navdata"), texts, error));
-    // The simulator's airport stands in place of the list's, the user's own stations in place of
-    // the newer ones that came with it; the authority's country is not the list's.
+    // The simulator's airport stands in place of the list's, the stations of the user's cycle in
+    // place of the newer ones that came with it or that the user made up; the authority's country
+    // is not the list's.
     EXPECT_EQ(LineOf(texts[kAirportFile], "QAAA").substr(0, 18), "QAAA Quax_Intl 130");
     EXPECT_NE(LineOf(texts[kNavaidFile], "QVR"), "");
     EXPECT_NE(LineOf(texts[kNavaidFile], "QUS"), "");

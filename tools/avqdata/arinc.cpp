@@ -64,6 +64,13 @@ bool IsArincRecord(std::string_view line) {
            std::all_of(line.begin(), line.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
+int CycleOfRecord(std::string_view record) {
+    // Those of the last century would stand before all others.
+    const std::optional<int> cycle = WholeNumber(Raw(record, 129, 132));
+    const bool isCycle = cycle && *cycle / 100 < 70 && *cycle % 100 >= 1 && *cycle % 100 <= 14;
+    return isCycle ? *cycle : 0;
+}
+
 std::string_view Raw(std::string_view record, std::size_t first, std::size_t last) {
     constexpr std::string_view kBlank = "                                ";
     return first <= record.size() && last <= record.size() && first <= last

@@ -21,6 +21,9 @@ inline constexpr std::size_t kArincColumns = 123;  // what follows is numbering,
 // section where they belong.
 bool IsArincRecord(std::string_view line);
 
+// The cycle in which a record was last changed: 2309; 0 where it tells none of this century.
+int CycleOfRecord(std::string_view record);
+
 // Columns `first` to `last`, trimmed or as they are.
 std::string_view Raw(std::string_view record, std::size_t first, std::size_t last);
 std::string_view Column(std::string_view record, std::size_t first, std::size_t last);

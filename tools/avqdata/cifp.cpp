@@ -362,14 +362,6 @@ void TieRunways(CifpReader& reader, const RunwayEnds& ends) {
     }
 }
 
-// "2309" of the record's columns; records of the last century sort before all others.
-void TakeCycle(std::string_view record, int& cycle) {
-    const std::optional<int> value = WholeNumber(Raw(record, 129, 132));
-    if (value && *value / 100 < 70 && *value % 100 >= 1 && *value % 100 <= 14) {
-        cycle = std::max(cycle, *value);
-    }
-}
-
 }  // namespace
 
 bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, std::string& error) {
@@ -390,7 +382,7 @@ bool ReadCifp(LineSource& lines, const ImportContext& context, Dataset& data, st
             continue;
         }
         ++records;
-        TakeCycle(line, data.cycle);
+        data.cycle = std::max(data.cycle, CycleOfRecord(line));
         ReadRecord(reader, line);
     }
     if (!lines.Error().empty() || records <= others) {

@@ -190,6 +190,10 @@ void RecogniseLines(const std::vector<std::string_view>& lines, FoundFile& found
     }
     if (found.kind == SourceKind::Cifp && lines[0].starts_with("HDR01")) {
         found.cycle = WholeNumber(Column(lines[0], 36, 39)).value_or(0);
+    } else if (found.kind == SourceKind::Cifp) {
+        for (const std::string_view line : lines) {
+            found.cycle = std::max(found.cycle, CycleOfRecord(line));
+        }
     }
     for (const std::string_view whole : lines) {
         const std::string_view line = Trim(whole);
@@ -380,9 +384,16 @@ bool IsUsersOwn(const std::string& path) {
     return path.find("Custom Data") != std::string::npos;
 }
 
+// The user's few points beside the world's, which stand there as user_fix.dat and user_nav.dat.
+bool IsAddition(const std::string& path) {
+    return LowerName(path).starts_with("user_");
+}
+
 bool IsBetter(const FoundFile& one, const FoundFile& other) {
     const auto rank = [](const FoundFile& found) {
-        return std::tuple(IsUsersOwn(found.file.path), found.cycle, found.file.PackedBytes());
+        const std::string& path = found.file.path;
+        return std::tuple(!IsAddition(path), IsUsersOwn(path), found.cycle,
+                          found.file.PackedBytes());
     };
     return rank(one) > rank(other);
 }
