@@ -223,6 +223,12 @@ TEST(OurAirports, RunwaysJoinTheirAirports) {
         "1,QAAA,large_airport,\"Quax, the \"\"Great\"\"\",50.0,8.0,361,QAAB,DE,yes\n"
         "2,X1,small_airport,Strip,51.0,8.0,,,DE,no\n3,QHHH,heliport,H,50,8,1,,DE\n"
         "4,QBAD,small_airport,Bad,95,8,1,,DE\n";
+    // Of those with one code: with runways, then with airlines, then the first.
+    const char* twins =
+        "5,A1,medium_airport,New,50,8,361,QAAB,DE,yes\n6,QCCC,small_airport,Old,52,8,0,,DE,no\n"
+        "7,A2,medium_airport,Used,52,8.1,0,QCCC,DE,yes\n8,A3,medium_airport,Other,52,8.2,0,QCCC,"
+        "DE,yes\n9,A4,small_airport,Grass,51,8.1,,X1,DE,no\n10,A5,small_airport,Town,51,8.2,,X1,"
+        "DE,yes\n";
     const char* runways =
         "airport_ref,length_ft,surface,closed,le_ident,le_latitude_deg,le_longitude_deg,"
         "le_displaced_threshold_ft,le_heading_degT,he_ident,he_latitude_deg,he_longitude_deg,"
@@ -231,9 +237,12 @@ TEST(OurAirports, RunwaysJoinTheirAirports) {
         "1,3000,CON,0,H1,50,8,,,H2,50,8.1,,\n2,6076,GRS,0,02,,,,,20,,,608,\n"
         "2,6076,GRS,0,09,51,8,,90,27,,,,\n2,6076,GRS,0,18,,,,,36,51,8,,0\n"
         "2,,GRS,0,04,,,,40,22,,,,\n";
-    ASSERT_TRUE(ReadOurAirports(airports, runways, import.Context(), data, import.error))
+    ASSERT_TRUE(ReadOurAirports(std::string(airports) + twins, runways, import.Context(), data,
+                                import.error))
         << import.error;
-    ASSERT_EQ(data.airports.size(), 2U);
+    ASSERT_EQ(data.airports.size(), 3U);
+    EXPECT_EQ(data.airports[2].name, "Used");
+    EXPECT_EQ(import.report.Count(Topic::Dropped, "airports listed twice"), 5U);
     EXPECT_EQ(data.airports[0].ident, "QAAB");
     EXPECT_EQ(data.airports[0].name, "Quax_the_Great");
     ASSERT_EQ(data.airports[0].runways.size(), 2U);

@@ -2,6 +2,7 @@
 #include <array>
 #include <cmath>
 #include <unordered_map>
+#include <utility>
 
 #include "avqdata/clean.h"
 #include "avqdata/csv_table.h"
@@ -198,6 +199,33 @@ void AddAirport(const CsvRow& row, const ImportContext& context, Dataset& data,
         {ident, Token(row[kName]), Rounded(elevation), *at, {}, false, row[kScheduled] == "yes"});
 }
 
+// Of several with one code: the one with runways, then with airlines, then the first of the list.
+void DropTwins(std::vector<Airport>& airports, Report& report) {
+    const auto rank = [](const Airport& airport) {
+        return std::pair(!airport.runways.empty(), airport.isScheduled);
+    };
+    std::unordered_map<std::string_view, std::size_t> best;
+    for (std::size_t i = 0; i < airports.size(); ++i) {
+        const auto [found, isNew] = best.emplace(airports[i].ident, i);
+        if (!isNew) {
+            report.Add(Topic::Dropped, "airports listed twice", airports[i].ident);
+            found->second = rank(airports[i]) > rank(airports[found->second]) ? i : found->second;
+        }
+    }
+    std::vector<bool> isBest(airports.size());
+    for (const auto& [ident, i] : best) {
+        isBest[i] = true;
+    }
+    std::vector<Airport> kept;
+    kept.reserve(best.size());
+    for (std::size_t i = 0; i < airports.size(); ++i) {
+        if (isBest[i]) {
+            kept.push_back(std::move(airports[i]));
+        }
+    }
+    airports = std::move(kept);
+}
+
 }  // namespace
 
 bool ReadOurAirports(std::string_view airports, std::string_view runways,
@@ -230,6 +258,7 @@ bool ReadOurAirports(std::string_view airports, std::string_view runways,
         error = "runways.csv: " + fault;
         return false;
     }
+    DropTwins(data.airports, report);
     return true;
 }
 
