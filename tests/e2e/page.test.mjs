@@ -126,13 +126,17 @@ test('pop-ups open from the list and from the panel and close', async () => {
 test('a phone gets one column without sideways scrolling, and taps work', async () => {
   const { page, close } = await openPage({ viewport: { width: 390, height: 844 }, hasTouch: true,
     isMobile: true });
-  assert.ok(await page.evaluate(() =>
-    document.documentElement.scrollWidth <= document.documentElement.clientWidth));
+  const fits = () => page.evaluate(() => window.innerWidth === 390 &&
+    document.documentElement.scrollWidth <= document.documentElement.clientWidth);
+  assert.ok(await fits());
   const box = await page.locator(unitKey('FPLN')).boundingBox();
   assert.ok(box.width >= 40 && box.height >= 18, `a key of ${box.width} by ${box.height} pixels`);
   await page.locator(unitKey('FPLN')).scrollIntoViewIfNeeded();
   await clickUntilChanged(page, () => page.tap(unitKey('FPLN')));
   await clickUntilChanged(page, () => page.tap(unitKey('TO')));
+  await page.goto(`${host.url}show/4012`); // whose keys lie at its edges
+  await page.waitForSelector('.key[data-label="EXEC"]');
+  assert.ok(await fits());
   await close();
 });
 
@@ -212,6 +216,8 @@ test('missing navigation data is said on the page and on the console', async () 
   try {
     const { page, close } = await openPage({}, bare.url);
     await until(() => page.innerText('#warnings'), (text) => text.startsWith('no navigation data'), 'on the page');
+    const top = (what) => page.locator(what).boundingBox().then(({ y }) => y);
+    assert.ok(await top('#warnings') < await top('#desk'), 'above the panel, where it is seen');
     assert.match(bare.said(), /^avqpanel: no navigation data: the simulator folder has no avq\/Navdata/m);
     await close();
   } finally {

@@ -229,6 +229,8 @@ test('every page says whether FlightGear is heard', async () => {
       }
     };
     await says('Waiting for FlightGear');
+    assert.notEqual(await pages[0].locator('.readings').evaluate((list) => getComputedStyle(list).opacity),
+      '1', 'figures that nobody told are not shown as if they were');
     telling = setInterval(tell, 30);
     await says('');
     clearInterval(telling);

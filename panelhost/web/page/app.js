@@ -50,6 +50,20 @@ function showControls(status) {
   if (find('#otherRate').textContent !== other) find('#otherRate').textContent = other;
 }
 
+// The first one stands there; a click on it shows the others.
+function showWarnings([first = '', ...others]) {
+  const warnings = find('#warnings');
+  const summary = warnings.querySelector('summary');
+  warnings.hidden = first === '';
+  summary.textContent = others.length > 0 ? `${first} (and ${others.length} more)` : first;
+  summary.classList.toggle('only', others.length === 0);
+  warnings.querySelector('div').replaceChildren(...others.map((warning) => {
+    const line = document.createElement('p');
+    line.textContent = warning;
+    return line;
+  }));
+}
+
 function showHello(hello) {
   asked = null;
   desk.start(hello);
@@ -67,13 +81,7 @@ function showHello(hello) {
     option.textContent = title;
     return option;
   }));
-  const warnings = find('#warnings');
-  warnings.hidden = hello.warnings.length === 0;
-  warnings.replaceChildren(...hello.warnings.map((warning) => {
-    const line = document.createElement('p');
-    line.textContent = warning;
-    return line;
-  }));
+  showWarnings(hello.warnings);
 }
 
 find('#sendEvent').addEventListener('submit', (event) => {
@@ -106,6 +114,7 @@ const kHandlers = {
   status(status) {
     showStatus(status);
     showTrouble(find('#trouble'), status.trouble);
+    document.body.classList.toggle('unheard', status.trouble !== '');
     showControls(status);
     profile.showAircraft(status);
   },

@@ -70,12 +70,15 @@ export function makeStatus(find) {
       event.module ? 'module' : 'pilot']));
     variables(status.variables.map(([name, value]) => [name,
       typeof value === 'number' ? String(Math.round(value * 1e4) / 1e4) : String(value ?? '–')]));
-    radios([['NAV 1', status.nav1, 2], ['NAV 2', status.nav2, 2], ['ADF', status.adf, 4]]
-      .map(([name, radio, digits]) => [name,
-        digits === 4 ? `${round(radio.frequency * 1000)} kHz` : radio.frequency.toFixed(digits),
-        radio.ident || '–', digits === 4 ? '–' : `${bearing(radio.course)}°`,
-        radio.ident ? `${bearing(radio.bearing)}°` : '–',
-        radio.dme > 0 ? `${radio.dme.toFixed(1)} nm` : '–']));
+    radios([['NAV 1', status.nav1], ['NAV 2', status.nav2], ['ADF', status.adf]]
+      .map(([name, radio]) => {
+        const isAdf = name === 'ADF';
+        const frequency = isAdf ? `${round(radio.frequency * 1000)} kHz` : radio.frequency.toFixed(2);
+        return [name, radio.frequency > 0 ? frequency : '–',
+          radio.ident || '–', isAdf ? '–' : `${bearing(radio.course)}°`,
+          radio.ident ? `${bearing(radio.bearing)}°` : '–',
+          radio.dme > 0 ? `${radio.dme.toFixed(1)} nm` : '–'];
+      }));
   };
 }
 
