@@ -113,20 +113,18 @@ bool IsSurface(const ElementCopy& copy) {
     return copy.element.deviceContext != nullptr;
 }
 
+// Makes an element as large as its area. It keeps that size; a surface that changes is fitted anew.
 void Fit(ElementCopy& copy, const PixelArea& area) {
     const int width = area.right - area.left;
     const int height = area.bottom - area.top;
-    const bool fits = copy.fitted.width == width && copy.fitted.height == height;
-    if (IsSurface(copy)) {
-        if (copy.shown.width == width && copy.shown.height == height) {
-            copy.fitted = Picture{};
-        } else if (!fits || copy.fittedStale) {
-            copy.fitted = Resample(copy.shown, width, height);
-        }
-        copy.fittedStale = false;
-    } else if (!fits) {
+    if (!copy.fitted.pixels.empty()) {
+        return;
+    }
+    if (!IsSurface(copy)) {
         const bool keyed = (copy.element.header.imageFlags & kTransparent) != 0;
         copy.fitted = Resample(keyed ? KeyOutBlack(*copy.bitmap) : *copy.bitmap, width, height);
+    } else if (copy.shown.width != width || copy.shown.height != height) {
+        copy.fitted = Resample(copy.shown, width, height);
     }
 }
 
@@ -231,7 +229,7 @@ bool SettleSurface(ElementCopy& copy, bool& textsChanged) {
     textsChanged = SettleTexts(copy, changed) || textsChanged;
     if (changed) {
         copy.shown.pixels = copy.pixels;
-        copy.fittedStale = true;
+        copy.fitted = {};
     }
     copy.element.header.imageFlags |= kOnScreen;
     return changed;

@@ -125,7 +125,6 @@ void MakeSurfaces(Placement& placement, int surfaceScale) {
 
 void FreeSurfaces(Placement& placement) {
     for (const auto& copy : placement.elements) {
-        copy->element.deviceContext = nullptr;
         copy->context = {};
         copy->pixels = std::vector<std::uint32_t>();  // `{}` would keep the memory
         copy->shown = {};

@@ -31,12 +31,11 @@ struct ElementCopy {
     avq1::ImageRecord finalImage;
     avq1::ImageRecord sourceImage;
     const Picture* bitmap = nullptr;  // of the module's resources; null without
-    Picture fitted;                   // bitmap or surface at its size in the window
+    Picture fitted;  // at its size in the window; empty: to be made, or `shown` has it
     // Surfaces only.
     avq1::PixelDeviceContext context;
     std::vector<std::uint32_t> pixels;  // the module draws here
     Picture shown;                      // the last copy taken for the window
-    bool fittedStale = false;           // `shown` changed after `fitted` was made
     std::vector<SurfaceText> texts;     // on the shown copy
     std::vector<SurfaceText> newTexts;  // drawn since the copy was taken
     // What the window shows, to find out what changed.

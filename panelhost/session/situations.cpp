@@ -11,23 +11,24 @@ namespace {
 constexpr double kOnGround = -2000;
 
 // clang-format off
+// Where the scenes of other aircraft are seen from.
+constexpr Situation EnRoute(const char* name, const char* title, const char* traffic) {
+    return {name, title, 42.6, -72.35, 32000, 285, 280,
+            11530, 283, 11510, 272, true, SituationHold::Heading, traffic};
+}
+
 constexpr Situation kSituations[] = {
     {"runway", "On the runway", 40.632578, -73.781883, kOnGround, 300.86, 0,
      11135, 301, 11590, 407, false, SituationHold::None},
-    {"en-route", "En route, high", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading, "airways"},
+    EnRoute("en-route", "En route, high", "airways"),
     {"approach", "On an approach", 40.5642, -73.6311, 2200, 300.86, 160,
      11135, 301, 11590, 407, true, SituationHold::Approach, "approach"},
     {"navaids", "Among many navaids", 40.75, -73.40, 9000, 260, 250,
      11590, 245, 11310, 407, true, SituationHold::Heading},
-    {"crossing", "Traffic crosses", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading, "crossing"},
-    {"overtaking", "Traffic overtakes", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading, "overtaking"},
-    {"climbing", "Traffic climbs through", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading, "climbing"},
-    {"head-on", "Traffic head-on", 42.6, -72.35, 32000, 285, 280,
-     11530, 283, 11510, 272, true, SituationHold::Heading, "head-on"},
+    EnRoute("crossing", "Traffic crosses", "crossing"),
+    EnRoute("overtaking", "Traffic overtakes", "overtaking"),
+    EnRoute("climbing", "Traffic climbs through", "climbing"),
+    EnRoute("head-on", "Traffic head-on", "head-on"),
 };
 // clang-format on
 

@@ -12,6 +12,7 @@
 #include "panelhost/base/text.h"
 #include "panelhost/script/script.h"
 #include "panelhost/session/session.h"
+#include "platform/panel_interface.h"
 #include "tests/panelhost/fake/probe_module.h"
 
 namespace panelhost {
@@ -82,6 +83,15 @@ class HostTest : public testing::Test {
             dlclose(handle);
         }
         return log;
+    }
+
+    // What the host offers the probe.
+    static const avq1::PlatformServices& Services() {
+        void* const handle = dlopen(ProbePath().c_str(), RTLD_NOW | RTLD_NOLOAD);
+        const auto* const table =
+            static_cast<avq1::PlatformTableRecord*>(dlsym(handle, "PlatformTable"));
+        dlclose(handle);
+        return *table->services;
     }
 
     static std::vector<int> EventsOf(const void* gauge) {

@@ -66,6 +66,11 @@ TEST(PanelConfig, NamesWhatItCannotUseAndKeepsTheRest) {
     }
 }
 
+TEST(PanelConfig, SaysThatAFileHasNoWindow) {
+    EXPECT_THAT(ParsePanelConfig("[Window Titles]\nWindow00=Main\n").warnings,
+                testing::ElementsAre("panel file: no [WindowNN] section"));
+}
+
 TEST(PanelConfig, SurvivesLongLinesAndEndsItsComplaints) {
     std::string text = "[Window00]\nsize_mm=10,10\ngauge00=avq1!MCU,1,2\n";
     text += std::string(10 << 20, 'x') + "\n";

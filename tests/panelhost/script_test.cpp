@@ -92,6 +92,7 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
         {"type AB9\nkey enter", ""},
         {"key a down\nkey a up", ""},
         {"key a away", "usage: key NAME"},
+        {"trace t every soon", "not a duration: soon"},
         {"window nosuch open", "there is no window \"nosuch\""},
         {"texts main", ""},
         {"quit\nexpect var nothing = 1", ""},
@@ -102,6 +103,69 @@ TEST_F(ScriptRun, ObeysAndFailsWithTheLine) {
         EXPECT_EQ(error.empty(), *expected == '\0') << text << error;
     }
     EXPECT_GT(std::filesystem::file_size(folder_ / "picture.png"), 100U);
+}
+
+TEST_F(ScriptRun, PrintsWhatIsAskedFor) {
+    const avq1::VerticalProfilePoint points[] = {
+        {.name = "BRONC",
+         .restriction = 2,
+         .distanceNm = 26.04,
+         .altitudeFt = 18139,
+         .restrictionFt = 17000},
+        {.name = "T/C", .distanceNm = 171.8, .altitudeFt = 32000}};
+    avq1::VerticalProfileRecord profile;
+    profile.phase = 0;
+    profile.engaged = 1;
+    profile.count = 2;
+    profile.cruiseAltitudeFt = 32000;
+    profile.targetAltitudeFt = 17000;
+    profile.points = points;
+    EXPECT_THAT(Run("profile"), HasSubstr("no vertical profile is planned"));
+    EXPECT_THAT(Run("log"), HasSubstr("there is no flight log"));
+    Services().vertical_profile(&profile);
+    std::filesystem::create_directories(folder_ / "avq/FlightLog");
+    WriteFile("avq/FlightLog/fpl.log", "00:00:00 InitLoad\n");
+    const std::pair<const char*, const char*> rows[] = {
+        {"say one \"two  three\"", "one two  three\n"},
+        {"print probe_number probe_text\nprint probe_distance",
+         "probe_number 42\nprobe_text INIT\nprobe_distance 12.5\n"},
+        {"keys unit", "PROBE 2 3 6 6 LINE KEY 1\nPROBE 22 22 4 4 \n"},
+        {"window unit open\nrun 0.1s\ntexts unit\nwindow unit close", "PROBE 14 9 drawn 2\n"},
+        {"profile",
+         "climb by VNAV, cruise 32000 ft, target 17000 ft\n"
+         "  26.0 nm  18139 ft BRONC at or above 17000 ft\n 171.8 nm  32000 ft T/C\n"},
+        {"log", "00:00:00 InitLoad\n"},
+    };
+    for (const auto& [script, printed] : rows) {
+        char* text = nullptr;
+        std::size_t size = 0;
+        std::FILE* const out = open_memstream(&text, &size);
+        EXPECT_EQ(RunScript(session_, ParseScript(script), folder_.string(), out).error, "");
+        std::fclose(out);
+        EXPECT_EQ(std::string(text, size), printed);
+        std::free(text);
+    }
+}
+
+TEST_F(ScriptRun, HoldsAndLetsGoTheKeysTheModuleReads) {
+    const struct {
+        const char* script;
+        int scanCode, virtualKey;
+        bool isDown;
+    } rows[] = {
+        {"key a down", 0x1E, 'A', true}, {"key Enter down", 0x1C, 0x0D, true},
+        {"key 0 down", 0x0B, '0', true}, {"key 9 down", 0x0A, '9', true},
+        {"key a up", 0x1E, 'A', false},  {"key enter", 0x1C, 0x0D, false},
+        {"type 90", 0x0A, '9', false},   {"key pageup down", 0xC9, 0x21, true},
+        {"key q down", 0x10, 'Q', true},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(Run(row.script), "");
+        std::uint8_t keys[256] = {};
+        EXPECT_EQ(Services().read_keyboard(keys), 0);
+        EXPECT_EQ(keys[row.scanCode] == 0x80, row.isDown) << row.script;
+        EXPECT_EQ(Services().key_state(row.virtualKey) == 0x80, row.isDown) << row.script;
+    }
 }
 
 TEST_F(ScriptRun, AClickNeverRepeatsAndAPressDoes) {

@@ -40,5 +40,41 @@ TEST_F(SituationTest, PlaceTuneAndEngageFromAnyOther) {
     }
 }
 
+// Among the demonstration's stations: what the pilot finds tuned, and how far off course.
+TEST_F(SituationTest, FindTheirStations) {
+    std::filesystem::remove(folder_ / "avq/NavData");
+    std::filesystem::copy(AVQ1_SOURCE_DIR "/demo/avq/Navdata", folder_ / "avq/Navdata",
+                          std::filesystem::copy_options::recursive);
+    ASSERT_TRUE(Open("[Window00]\nsize_mm=100,100\nident=0\n"));
+    const struct {
+        const char *name, *nav1, *nav2, *adf;
+        int courseMag;
+        double deviation;  // -127 to 127
+        double altitudeFt, headingTrue, indicatedAirspeedKt;
+    } rows[] = {
+        {"runway", "IMOH", "JFK", "FR", 314, -1.4, 13, 300.86, 0},
+        {"en-route", "ALB", "CTR", "PFH", 297, -84.2, 32000, 285, 280},
+        {"approach", "IMOH", "JFK", "FR", 314, -3.8, 2200, 300.86, 160},
+        {"navaids", "JFK", "LGA", "FR", 258, 24.4, 9000, 260, 250},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ApplySituation(session_, *FindSituation(row.name));
+        session_.Step(0.05);
+        const SessionStatus status = session_.Status();
+        EXPECT_EQ((std::array{status.nav1.ident, status.nav2.ident, status.adf.ident}),
+                  (std::array<std::string, 3>{row.nav1, row.nav2, row.adf}));
+        EXPECT_EQ(status.nav1.courseMag, row.courseMag);
+        EXPECT_NEAR(status.nav1.deviation, row.deviation, 0.1);
+        EXPECT_NEAR(status.altitudeFt, row.altitudeFt, 1);
+        EXPECT_NEAR(status.headingTrue, row.headingTrue, 0.01);
+        EXPECT_NEAR(status.indicatedAirspeedKt, row.indicatedAirspeedKt, 0.1);
+    }
+    for (const char* name : {"crossing", "overtaking", "climbing", "head-on"}) {
+        const Situation& row = *FindSituation(name);
+        EXPECT_EQ(std::string(row.traffic), name);
+    }
+}
+
 }  // namespace
 }  // namespace panelhost

@@ -173,6 +173,12 @@ TEST(TrafficScenes, FlyTheirRoutesRoundAndRound) {
     EXPECT_GT(second.position.longitude, 10.1);  // round its corner
     StepTraffic(world, traffic, 36000);
     EXPECT_LE(first.position.latitude, 45.51);
+    // an hour's leg east ends to the second, then it goes north
+    Traffic hours = Reading("[s]\nC flies 300 0 0,10,30000 0,15,30000 5,15,30000");
+    StartTraffic(hours, &hours.scenes[0]);
+    StepTraffic(world, hours, 0);
+    StepTraffic(world, hours, DistanceNm({0, 10}, {0, 15}) / 300 * 3600 + 0.5);
+    EXPECT_NEAR(hours.aircraft[0].trackTrue, 0, 0.01);
 }
 
 TEST(TrafficScenes, TellTheMostThreateningLast) {

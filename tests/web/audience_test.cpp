@@ -124,6 +124,8 @@ TEST_F(AudienceTest, PlacesAreDesignPixelsAtEveryScale) {
     }
     EXPECT_EQ(one_.Last("texts")["texts"][0][1], 24) << "drawn at 2 of the surface's own pixels";
     EXPECT_EQ(two_.Last("texts")["texts"][0][1], 22.7);
+    EXPECT_EQ(one_.Last("texts")["texts"][0][2], 29);
+    EXPECT_EQ(two_.Last("texts")["texts"][0][2], 28.3);
     for (FakeClient* client : {&one_, &two_}) {
         ASSERT_TRUE(Say(*client, R"({"t":"down","w":0,"x":13,"y":25})"));
         ASSERT_TRUE(Say(*client, R"({"t":"up"})"));
@@ -167,11 +169,47 @@ TEST_F(AudienceTest, WhoLeavesLetsGoOfPointerAndKeys) {
     EXPECT_NE(Clicks().back().flags, avq1::mouse_flag::kLeftRelease) << "not the other's to let go";
     Leave(audience_, one_.watcher);
     EXPECT_EQ(Clicks().back().flags, avq1::mouse_flag::kLeftRelease);
-    Frames(10);
+    for (FakeClient* client : {&one_, &two_}) {  // only what it still holds
+        ASSERT_TRUE(Say(*client, R"({"t":"key","scan":30,"vk":65,"down":true})"));
+        ASSERT_TRUE(Say(one_, R"({"t":"keysup"})"));
+        EXPECT_EQ(Services().key_state(65) != 0, client == &two_);
+    }
+    Join(audience_, one_.watcher);
+    ASSERT_TRUE(Say(one_, R"({"t":"subscribe","gauges":["PROBE"]})"));
+    Leave(audience_, one_.watcher);
+    EXPECT_NE(Services().key_state(65), 0) << "the other's key";
+    Frames(150);
+    EXPECT_TRUE(audience_.feeds.empty());
     EXPECT_EQ(two_.Last("status")["paused"], false);
     ASSERT_TRUE(Say(two_, R"({"t":"pause","on":true})"));
     Frames(6);
     EXPECT_EQ(two_.Last("status")["paused"], true);
+}
+
+TEST_F(AudienceTest, OnlyWhatIsNamedIsSet) {
+    using S = SessionStatus;
+    const struct {
+        const char* field;
+        double S::*value;
+        double set;
+    } rows[] = {{"altitude", &S::altitudeFt, 9000},
+                {"heading", &S::headingTrue, 123},
+                {"speed", &S::indicatedAirspeedKt, 210},
+                {"windDirection", &S::windDirectionTrue, 77},
+                {"windSpeed", &S::windSpeedKt, 33}};
+    for (const auto& row : rows) {
+        const SessionStatus before = session_.Status();
+        ASSERT_TRUE(Say(one_, Json({{"t", "set"}, {row.field, row.set}}).dump()));
+        const SessionStatus after = session_.Status();
+        for (const auto& other : rows) {
+            EXPECT_EQ(after.*other.value, &other == &row ? row.set : before.*other.value)
+                << row.field << " and " << other.field;
+        }
+    }
+    ASSERT_TRUE(Say(one_, R"({"t":"set","latitude":12.5,"longitude":-34.5})"));
+    EXPECT_EQ(session_.Status().latitude, 12.5);
+    EXPECT_EQ(session_.Status().longitude, -34.5);
+    EXPECT_EQ(session_.Status().altitudeFt, 9000);
 }
 
 TEST_F(AudienceTest, WhatIsPressedIsShownBeforeTheNextFrame) {

@@ -78,6 +78,7 @@ struct Page {
         pixels.resize(feed.pixels.size());
         const int columns = static_cast<int>(image.width) / side;
         const int across = (width + side - 1) / side;
+        EXPECT_LE(columns, across) << "no empty tiles beside the changed ones";
         int place = 0;
         for (int tile = 0; at < end;) {
             tile += Short(*message);
