@@ -115,6 +115,14 @@ TEST_F(SessionTest, ComposesBitmapsSurfacesAndIconsAtScale) {
     check({{2, 26, 0xFF00FF00, "shown icon"},
            {2, 24, kPanel, "black of a transparent icon"},
            {94, 52, kPanel, "the other placement's icon stays hidden"}});
+    const auto cornerOfTheSecond = [this] {  // twice its own size
+        return PixelAt(session_, 0, (100 + (kProbeSurfaceX + kProbeSurfaceWidth) * 2) * 2 - 1,
+                       (20 + (kProbeSurfaceY + kProbeSurfaceHeight) * 2) * 2 - 1);
+    };
+    const std::uint32_t level = cornerOfTheSecond();
+    EXPECT_LT(level, 0xFF050505);
+    session_.Step(0.01);
+    EXPECT_EQ(cornerOfTheSecond(), level + 0x00010101) << "drawn anew, fitted anew";
 }
 
 TEST_F(SessionTest, RoutesClicksInTheGaugesOwnPixels) {
