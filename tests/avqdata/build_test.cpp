@@ -279,7 +279,10 @@ int WriteInChild(const std::string& folder, const FolderTexts& texts, bool isKil
         std::signal(SIGXFSZ, isKilled ? SIG_DFL : SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &little);
         std::string error;
-        _exit(WriteFolder(folder, texts, error) ? 0 : error.empty() ? 3 : 2);
+        const bool isWritten = WriteFolder(folder, texts, error);
+        const bool isSaid =
+            error.ends_with("cannot be written (File too large); the folder is as it was");
+        _exit(isWritten ? 0 : isSaid ? 2 : 3);
     }
     int status = 0;
     waitpid(child, &status, 0);

@@ -319,6 +319,42 @@ TEST(XplaneProcedures, FieldsBecomeTheLegsOfTheirColumns) {
                             "09L VORDMEZ RW09L MAF 150 50.00000 8.00000 0 0 FO", ";"}));
 }
 
+// A leg that is not as long as its record says has lost points: it is none.
+TEST_F(CifpTest, AirwaysBreakAtTheirEndsAndWhereRecordsAreMissing) {
+    const struct {
+        const char* legs[3];    // tenths of a mile; true are 6.4, 11.9 and 10.0
+        const char* lastPoint;  // marked as an airway's last
+        const char* pieces;
+    } rows[] = {
+        {{"0064", "0119", "0100"}, "", "AAAAA BBBBB CCCCC DDDDD"},
+        {{"", "0000", ""}, "", "AAAAA BBBBB CCCCC DDDDD"},
+        {{"", "", ""}, "BBBBB", "AAAAA BBBBB | CCCCC DDDDD"},
+        {{"", "0105", "0114"}, "", "AAAAA BBBBB CCCCC DDDDD"},
+        {{"", "0102", ""}, "", "AAAAA BBBBB | CCCCC DDDDD"},
+        {{"", "0137", ""}, "", "AAAAA BBBBB | CCCCC DDDDD"},
+        {{"0150", "", "0060"}, "", "BBBBB CCCCC"},
+    };
+    for (const auto& row : rows) {
+        std::string text = Ground();
+        const char* const fixes[] = {"AAAAA", "BBBBB", "CCCCC", "DDDDD"};
+        for (std::size_t i = 4; i-- > 0;) {  // their numbers order them
+            Record record("ER");
+            record.Put(14, "V1").Put(26, "0" + std::to_string(i + 1) + "00").Put(30, fixes[i]);
+            record.Put(35, "Q1EA0").Put(75, i < 3 ? row.legs[i] : "");
+            text += record.Put(41, row.lastPoint == std::string(fixes[i]) ? "E" : " ").text + "\n";
+        }
+        import = {};
+        Read(text);
+        std::string pieces;
+        avq1::LineReader lines(texts[kAirwayFile], 200);
+        for (std::string_view line; lines.Next(line);) {
+            pieces += (pieces.empty() ? "" : line.substr(3, 4) == "0010" ? " | " : " ");
+            pieces += line.substr(8, 5);
+        }
+        EXPECT_EQ(pieces, row.pieces) << row.legs[0] << row.legs[1] << row.legs[2];
+    }
+}
+
 TEST_F(CifpTest, WhatDoesNotResolveIsNamedWithItsLine) {
     Read(Ground() + Legs("D QUAX3 5 - NOFIX E___ IF\nD QUAX3 5 - CCCCC EE__ TF\n") + "short\n" +
          Record("EA").Put(7, "ENRT").Put(14, "BADLA").Put(33, "N95000000E008000000").text + "\n" +

@@ -27,6 +27,7 @@ struct AirwayRecord {
     std::string fix;
     std::string region;
     std::string section;
+    double legNm = 0;  // to the next; 0 where it is not told
     bool isEnd = false;
     std::size_t line = 0;
 };
@@ -186,8 +187,8 @@ void ReadAirway(CifpReader& reader, std::string_view record) {
     }
     reader.airways[{std::string(Raw(record, 2, 4)), name}].push_back(
         {*sequence, std::string(Column(record, 30, 34)), std::string(Column(record, 35, 36)),
-         std::string(Column(record, 37, 38)), Raw(record, 41, 41) == "E",
-         reader.lines.LineNumber()});
+         std::string(Column(record, 37, 38)), ArincTenths(Column(record, 75, 78)).value_or(0),
+         Raw(record, 41, 41) == "E", reader.lines.LineNumber()});
 }
 
 void ReadProcedureLeg(CifpReader& reader, std::string_view record, ProcedureKind kind) {
@@ -255,6 +256,14 @@ void ReadRecord(CifpReader& reader, std::string_view record) {
     }
 }
 
+// Whether a leg is as long as the file says; where it is not, points between are missing.
+bool IsLegWhole(const AirwayRecord& from, const LatLon& fromAt, const LatLon& toAt) {
+    constexpr double kRoundingNm = 1;
+    constexpr double kPart = 0.05;
+    return from.legNm == 0 ||
+           std::fabs(DistanceNm(fromAt, toAt) - from.legNm) <= kRoundingNm + kPart * from.legNm;
+}
+
 void BuildAirway(CifpReader& reader, const std::string& name, std::vector<AirwayRecord>& points) {
     std::stable_sort(
         points.begin(), points.end(),
@@ -267,6 +276,7 @@ void BuildAirway(CifpReader& reader, const std::string& name, std::vector<Airway
         piece.points.clear();
     };
     std::optional<LatLon> previous;
+    const AirwayRecord* before = nullptr;  // of the last point of the piece
     for (const AirwayRecord& point : points) {
         const std::optional<LatLon> at =
             reader.book.points.Find(point.section, "", point.fix, point.region, previous);
@@ -277,8 +287,15 @@ void BuildAirway(CifpReader& reader, const std::string& name, std::vector<Airway
             close();
             continue;
         }
+        if (!piece.points.empty() && !IsLegWhole(*before, *previous, *at)) {
+            reader.context.report.Add(Topic::Unresolved, "legs of airways without points between",
+                                      AtLine(reader.lines.Name(), before->line,
+                                             name + " " + before->fix + " to " + point.fix));
+            close();
+        }
         piece.points.push_back({point.fix, *at});
         previous = at;
+        before = &point;
         if (point.isEnd) {
             close();
         }

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <system_error>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "avqdata/folder.h"
 #include "avqdata/limits.h"
 #include "avqdata/os.h"
+#include "avqdata/output_file.h"
 #include "avqdata/source_file.h"
 #include "avqdata/text_tools.h"
 
@@ -157,13 +157,6 @@ fs::path Beside(const fs::path& folder, const char* extension) {
     return fs::path(folder) += extension;
 }
 
-bool WriteText(const fs::path& path, const std::string& text) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(text.data(), static_cast<std::streamsize>(text.size()));
-    file.close();
-    return !file.fail();
-}
-
 // The same file at a second place, or a copy with its time where the disk knows no such thing.
 void KeepFile(const fs::path& from, const fs::path& to, std::error_code& code) {
     fs::create_hard_link(from, to, code);
@@ -208,16 +201,18 @@ std::map<std::string, const std::string*> ChangedFiles(const fs::path& folder,
     return changed;
 }
 
-// Makes the folder that is to take the other's place; false with the path that could not be made.
+// Makes the folder that is to take the other's place; false with the path that could not be made
+// and the reason.
 bool StageFolder(const fs::path& folder, const fs::path& staged,
-                 const std::map<std::string, const std::string*>& changed, fs::path& failed) {
-    std::error_code code;
+                 const std::map<std::string, const std::string*>& changed, fs::path& failed,
+                 std::error_code& code) {
     failed = staged;
     fs::remove_all(staged, code);
     const bool exists = fs::is_directory(folder, code);
     code.clear();
     if (!(exists ? fs::create_directory(staged, folder, code)
                  : fs::create_directory(staged, code))) {
+        code = code ? code : std::make_error_code(std::errc::file_exists);
         return false;
     }
     if (exists) {
@@ -231,9 +226,7 @@ bool StageFolder(const fs::path& folder, const fs::path& staged,
     }
     for (auto file = changed.begin(); !code && file != changed.end(); ++file) {
         failed = folder / PathOf(file->first);
-        if (!WriteText(staged / PathOf(file->first), *file->second)) {
-            return false;
-        }
+        WriteWhole(staged / PathOf(file->first), *file->second, code);
     }
     return !code;
 }
@@ -304,8 +297,9 @@ bool WriteFolder(const std::string& path, const FolderTexts& texts, std::string&
         return true;
     }
     fs::path failed;
-    if (!StageFolder(folder, staged, changed, failed)) {
-        error = TextOf(failed) + ": cannot be written; the folder is as it was";
+    if (!StageFolder(folder, staged, changed, failed, code)) {
+        error = TextOf(failed) + ": cannot be written (" + code.message() +
+                "); the folder is as it was";
     } else if (!PutInPlace(folder, staged, replaced, code)) {
         error = TextOf(folder) + ": cannot be replaced (" + code.message() + ")";
     } else {
