@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Makes navigation data of the same sources on Linux and under Wine: the same files byte for byte.
+# Makes navigation data of the same sources on Linux and under Wine: the same files byte for byte; and
+# the demo's anew, which must be what lies in demo/.
 # Usage: build_data.sh LINUX_BUILD WINDOWS_BUILD WORK_FOLDER [WINE]
 #
 # The sources are those below ../shared/data where they are at hand, and always a small folder of our
@@ -63,6 +64,10 @@ if [ -d "$data/nasr" ]; then
   cp "$data/cifp/self_contained_excerpt.pc" "$work/sources/"
   compare world 0 ../sources/xplane12 ../sources/nasr ../sources/ourairports \
     ../sources/airspace ../sources/self_contained_excerpt.pc
+  rm -rf "$work/demo"
+  AVQDATA=$linux/avqdata "$root/tools/build_demo.sh" "$data" "$work/demo" >"$work/demo.log"
+  diff -rq "$root/demo/avq/Navdata" "$work/demo" || { echo "demo: no more what its script makes"; exit 1; }
+  echo "demo: as its script makes it"
 else
   echo "world: ../shared/data is not there, not compared"
 fi
