@@ -61,12 +61,15 @@ inline std::string ShowChoices(const ExchangePlan& plan) {
 }
 
 // North along the meridian of 8 degrees from AAAA to BBBB, a degree a fix. DUP and TWICE are there
-// twice, ONLYL also beside its airway, PAN is a station and a fix. L12 and T9 cross at CROSS.
+// twice, ONLYL also beside its airway, PAN is a station and a fix, QB and QF a beacon and a VOR.
+// L12 and T9 cross at CROSS.
 inline PlanData SamplePlanData() {
     FolderTexts texts;
     texts[kNavaidFile] =
         ";AIRAC cycle : 2309 (07-SEP-2023 to 05-OCT-2023)\n"
-        "MID MIDDLE 52.00000 8.00000 VOR 113.70\nPAN PANTHER 55.00000 8.00000 NDB 365\n";
+        "MID MIDDLE 52.00000 8.00000 VOR 113.70\nPAN PANTHER 55.00000 8.00000 NDB 365\n"
+        "QB BESIDE 56.00000 8.00000 NDB 301\nQB BESIDE 56.00000 8.00100 VOR 112.00\n"
+        "QF FAR 56.00000 8.00000 NDB 302\nQF FAR 56.00000 9.50000 VOR 112.10\n";
     texts[kFixFile] =
         "DUP DUP 51.00000 8.00000\nDUP DUP 10.00000 100.00000\nALPHA ALPHA 53.00000 8.00000\n"
         "CROSS CROSS 54.00000 8.00000\nPAN PAN -40.00000 8.00000\nSIDPT SIDPT 50.50000 8.00000\n"

@@ -35,6 +35,8 @@ TEST(PlanRoutes, WordsBecomeAPlan) {
         {"AAAA DUP CROSS T9 PAN BBBB",
          "AAAA/APT/// DUP/INT/// CROSS/INT/// PAN/NDB/365/T9/ BBBB/APT///", "", ""},
         {"AAAA PAN BBBB", "AAAA/APT/// PAN/NDB/365// BBBB/APT///", "", ""},
+        {"AAAA QB BBBB", "AAAA/APT/// QB/VOR/112.00// BBBB/APT///", "", ""},
+        {"AAAA QF BBBB", "AAAA/APT/// QF/NDB/302// BBBB/APT///", "", ""},
         // A fix that only an airway has.
         {"WESTF T9 CROSS", "WESTF/INT/// CROSS/INT//T9/", "", ""},
         // Positions, and places beside a place: 8 degrees east has less than four degrees of

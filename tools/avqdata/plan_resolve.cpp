@@ -87,6 +87,8 @@ Cost CostOf(const Resolver& resolver, std::size_t index, const PlanPoint& point)
     if (resolver.sure[index + 1]) {
         cost.wayNm += DistanceNm(point.at, *resolver.sure[index + 1]);
     }
+    constexpr double kBeaconNm = 1;  // a VOR stands for the beacon of its name at the same place
+    cost.wayNm -= point.type == "VOR" ? kBeaconNm : 0;
     return cost;
 }
 
