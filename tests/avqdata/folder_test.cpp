@@ -57,6 +57,16 @@ TEST(Folder, RoundTripThroughTheModule) {
     Report report;
     CheckFolder(import.Texts(), report);
     EXPECT_EQ(report.Count(Topic::Fault), 0U);
+    CountTables(import.folder, report);
+    const std::pair<const char*, std::size_t> counts[] = {
+        {"VORs", 2},        {"NDBs", 1},
+        {"fixes", 4},       {"airways", 1},
+        {"boundaries", 1},  {"unbroken pieces of airways", 2},
+        {"airports", 1},    {"points of airways", 5},
+        {"runway ends", 1}, {"airports with departures", 1}};
+    for (const auto& [kind, count] : counts) {
+        EXPECT_EQ(report.Count(Topic::Written, kind), count) << kind;
+    }
 
     avq1::ResetModuleState();
     avq1::SimFolder = folder.root().string();

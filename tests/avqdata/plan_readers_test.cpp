@@ -323,6 +323,9 @@ TEST(PlanReaders, PlansOfOtherPrograms) {
         EXPECT_STREQ(read.format->name, c.format);
         EXPECT_EQ(ShowRoute(read.plan), c.route);
         EXPECT_EQ(ShowChoices(read.plan), c.choices);
+        for (const avq1::PlanWaypoint& entry : read.plan.entries) {
+            EXPECT_NEAR(entry.longitude, 8, 1) << entry.ident;
+        }
         EXPECT_THAT(read.Said(),
                     *c.said == '\0' ? testing::Matcher<const std::string&>("") : HasSubstr(c.said));
     }
