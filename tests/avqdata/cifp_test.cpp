@@ -358,7 +358,7 @@ TEST_F(CifpTest, AirwaysBreakAtTheirEndsAndWhereRecordsAreMissing) {
 TEST_F(CifpTest, WhatDoesNotResolveIsNamedWithItsLine) {
     Read(Ground() + Legs("D QUAX3 5 - NOFIX E___ IF\nD QUAX3 5 - CCCCC EE__ TF\n") + "short\n" +
          Record("EA").Put(7, "ENRT").Put(14, "BADLA").Put(33, "N95000000E008000000").text + "\n" +
-         Record("ZZ").text + "\n" +
+         Record("ZZ").text + "\n" + Record("UC").Put(25, "0").text + "\n" +
          Record("EA").Put(14, "MINUT").Put(33, "N10600000E008000000").text);
     EXPECT_EQ(import.report.Count(Topic::Unresolved), 1U);
     for (const ReportEntry& entry : import.report.entries) {
@@ -366,7 +366,7 @@ TEST_F(CifpTest, WhatDoesNotResolveIsNamedWithItsLine) {
             EXPECT_EQ(entry.cases.at(0), "test.pc:8: QAAA QUAX3  IF NOFIX");
         }
     }
-    EXPECT_EQ(import.report.Count(Topic::Fault), 3U);
+    EXPECT_EQ(import.report.Count(Topic::Fault), 4U);
     EXPECT_EQ(LineOf(texts[kFixFile], "BADLA"), "");
 }
 

@@ -289,6 +289,7 @@ TEST(OurAirports, RunwaysJoinTheirAirports) {
                        import.Context(), none, import.error));
     ASSERT_EQ(none.stations.size(), 1U);
     EXPECT_EQ(none.stations[0].name, "QUW");
+    EXPECT_EQ(import.report.Count(Topic::Dropped, "navaids of other countries"), 1U);
     EXPECT_FALSE(ReadOurAirports(runways, airports, import.Context(), none, import.error));
 }
 

@@ -55,6 +55,8 @@ TEST(PlanRoutes, WordsBecomeAPlan) {
          "plan: word 2, NOWHR is not in the data"},
         {"AAAA MID J99 CROSS BBBB", "AAAA/APT/// MID/VOR/113.70// CROSS/INT//J99/ BBBB/APT///", "",
          "word 4, the data has no airway J99"},
+        {"AAAA MID FB350 CROSS BBBB", "AAAA/APT/// MID/VOR/113.70// CROSS/INT//FB350/ BBBB/APT///",
+         "", "word 4, the data has no airway FB350"},
         {"AAAA MID T9 PAN BBBB", "AAAA/APT/// MID/VOR/113.70// PAN/NDB/365/T9/ BBBB/APT///", "",
          "word 4, T9 does not lead from MID to PAN"},
         {"AAAA MID L12 J99 PAN BBBB", "AAAA/APT/// MID/VOR/113.70// PAN/NDB/365/J99/ BBBB/APT///",

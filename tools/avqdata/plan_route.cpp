@@ -25,13 +25,11 @@ bool IsName(std::string_view word) {
     return AllOf(word, "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789");
 }
 
-// Matches "LLDDD": L a capital, D a digit, other characters themselves.
+// Matches "FLDDD": D a digit, other characters themselves.
 bool HasShape(std::string_view word, std::string_view shape) {
     return word.size() == shape.size() &&
            std::equal(word.begin(), word.end(), shape.begin(), [](char c, char s) {
-               return s == 'L'   ? kCapitals.find(c) != std::string_view::npos
-                      : s == 'D' ? kDigits.find(c) != std::string_view::npos
-                                 : c == s;
+               return s == 'D' ? kDigits.find(c) != std::string_view::npos : c == s;
            });
 }
 
