@@ -250,6 +250,7 @@ TEST(Build, SaysWhatASourceLacks) {
     folder.Write("text/airports.csv", "name,city\nA,B\n");
     folder.Write("half/NAV_BASE.csv", kNasrNavaids);
     folder.Write("half/FIX_BASE.csv", kNasrFixes);
+    folder.Write("legs/CIFP/QAAA.dat", "SID:010,4,QUAX1\n");
     const struct {
         const char* source;
         const char* why;
@@ -258,6 +259,7 @@ TEST(Build, SaysWhatASourceLacks) {
         {"out", "nothing in it is known"},
         {"text", "airports.csv: is not what its name says"},
         {"half", "neither AWY_SEG.csv nor AWY_SEG_ALT.csv"},
+        {"legs", "comes with none of nav.dat, fix.dat, awy.dat, apt.dat"},
     };
     std::filesystem::create_directories(folder.At("out"));
     for (const auto& row : rows) {

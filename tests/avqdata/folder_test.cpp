@@ -391,21 +391,37 @@ TEST(Check, RunwayFixesLieAtTheirRunways) {
     }
 }
 
-TEST(Check, FullTablesAreFaults) {
+TEST(Check, TablesBeyondTheirRoomAreFaults) {
+    for (const std::size_t beyond : {0U, 1U}) {
+        FolderTexts texts;
+        for (std::size_t i = 1; i < kMostBoundaries + beyond; ++i) {
+            texts[kBoundaryFile] += "B" + std::to_string(i) + " B 1 1\n";
+        }
+        for (std::size_t i = 0; i < kMostBoundaryPoints + beyond; ++i) {
+            texts[kBoundaryFile] += "LONG L 1 1\n";
+        }
+        for (std::size_t i = 0; i < kMostStations + beyond; ++i) {
+            texts[kNavaidFile] += "A A 1 1 VOR 113\n";
+        }
+        for (std::size_t i = 0; i < kMostFixes + beyond; ++i) {
+            texts[kFixFile] += "A A 1 1\n";
+        }
+        Report report;
+        CheckFolder(texts, report);
+        EXPECT_EQ(report.Count(Topic::Fault, "tables that are too long"), 3 * beyond);
+        EXPECT_EQ(report.Count(Topic::Fault, "boundaries with more points than are read"), beyond);
+    }
+}
+
+TEST(Check, ABoundaryThatComesAgainIsNamed) {
     FolderTexts texts;
-    for (std::size_t i = 0; i < kMostBoundaries + 1; ++i) {
-        texts[kBoundaryFile] += "B" + std::to_string(i) + " B 1 1\n";
-    }
-    for (std::size_t i = 0; i < kMostBoundaryPoints + 1; ++i) {
-        texts[kBoundaryFile] += "LONG L 1 1\n";
-    }
-    for (std::size_t i = 0; i < kMostStations + 1; ++i) {
-        texts[kNavaidFile] += "A A 1 1 VOR 113\n";
-    }
+    texts[kBoundaryFile] = "B1 X 1 1\nB2 X 1 1\nB1 X 1 1\n";
     Report report;
     CheckFolder(texts, report);
-    EXPECT_EQ(report.Count(Topic::Fault, "tables that are too long"), 2U);
-    EXPECT_EQ(report.Count(Topic::Fault, "boundaries with more points than are read"), 1U);
+    const auto found = std::ranges::find(
+        report.entries, "boundaries that come again and are drawn as others", &ReportEntry::kind);
+    ASSERT_NE(found, report.entries.end());
+    EXPECT_EQ(found->cases, std::vector<std::string>{"atc_bdry.txt:3: B1"});
 }
 
 TEST(Check, FindsTheDemosDataSound) {
