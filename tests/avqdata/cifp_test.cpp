@@ -188,6 +188,10 @@ TEST_F(CifpTest, ProceduresReadBackThroughTheModule) {
          "D QUAX4 3 CCCCC AAAAA EY__ IF\nD QUAX4 3 CCCCC CCCCC EE__ TF\n",
          "QUAX4 09L,09R: |AAAAA|4000A|09L AAAAA|AAAAA|---|09R* CCCCC|AAAAA|---|---! "
          "CCCCC|CCCCC|---|---"},
+        {"a runway without a letter",
+         "D QUAX5 4 RW27 AAAAA EY__ CF\nD QUAX5 4 RW27 BBBBB EE__ TF\nD QUAX5 5 - BBBBB E___ IF\n"
+         "D QUAX5 5 - CCCCC EE__ TF\n",
+         "QUAX5 27: |AAAAA|---|27! |BBBBB|---|--- CCCCC|CCCCC|---|---*"},
         {"a transition of one fix keeps it",
          "F R09RZ A AAAAA AAAAA E__A IF\nF R09RZ A AAAAA BBBBB E__D TF\n"
          "F R09RZ A CCCCC CCCCC E__A IF\nF R09RZ R - CCCCC E__I IF\nF R09RZ R - RW09R E__M TF\n",
