@@ -95,8 +95,8 @@ bool HoldAt(FlightPlan& plan, std::int32_t index, HoldPattern hold);
 // What a pilot may ask of a crossing.
 inline constexpr std::int32_t kFastestCrossingKt = 999;
 inline constexpr std::int32_t kHighestCrossingFt = 60000;
-// Flies hold `number`, 1 to the list's count, as `shape`, in the active or, once it is executed, the modified
-// plan. Refused where that plan does not have the hold.
+// Flies hold `number`, 1 to the list's count, as `shape`, in the active or, once it is executed,
+// the modified plan. Refused where that plan does not have the hold.
 bool ReshapeHold(FlightPlan& plan, std::int32_t number, const HoldShape& shape);
 
 struct Crossing {
