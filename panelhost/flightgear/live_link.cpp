@@ -31,12 +31,11 @@ OtherAircraft OtherIn(const Packet& packet, std::size_t first) {
         return NumberIn(packet.fields[first + i]);
     };
     OtherAircraft other;
-    other.callsign.assign(packet.fields[first + 1]);
-    other.position = {number(2), number(3)};
-    other.altitudeFt = number(4);
-    other.trackTrue = number(5);
-    other.groundSpeedKt = number(6);
-    other.climbFpm = number(7) / kFpsPerFpm;
+    other.position = {number(1), number(2)};
+    other.altitudeFt = number(3);
+    other.trackTrue = number(4);
+    other.groundSpeedKt = number(5);
+    other.climbFpm = number(6) / kFpsPerFpm;
     return other;
 }
 

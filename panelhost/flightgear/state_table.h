@@ -112,8 +112,7 @@ inline constexpr std::array<const char*, 3> kToldIdents = {"/instrumentation/nav
 inline constexpr int kToldAircraft = 20;
 inline constexpr std::array<const char*, 2> kTrafficNodes = {"/ai/models/aircraft",
                                                              "/ai/models/multiplayer"};
-inline constexpr std::array<const char*, 8> kTrafficProperties = {"valid",
-                                                                  "callsign",
+inline constexpr std::array<const char*, 7> kTrafficProperties = {"valid",
                                                                   "position/latitude-deg",
                                                                   "position/longitude-deg",
                                                                   "position/altitude-ft",

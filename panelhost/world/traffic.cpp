@@ -17,7 +17,6 @@ OtherAircraft BeginEncounter(const Aircraft& own, const TrafficPlan& plan) {
     const double hours = plan.secondsAhead / 3600;
     const GeoPoint meeting = Destination(own.position, own.trackTrue, own.groundSpeedKt * hours);
     OtherAircraft other;
-    other.callsign = plan.callsign;
     other.trackTrue = Normalise360(own.trackTrue + plan.turnDeg);
     other.groundSpeedKt = std::max(own.groundSpeedKt + plan.speedKt, 0.0);
     other.climbFpm = plan.climbFpm;
@@ -75,7 +74,6 @@ void FlyRoute(OtherAircraft& other, double dtS) {
 
 OtherAircraft BeginRoute(const TrafficPlan& plan) {
     OtherAircraft other;
-    other.callsign = plan.callsign;
     other.groundSpeedKt = plan.speedKt;
     other.route = plan.route;
     StartAgain(other);

@@ -35,7 +35,6 @@ struct RoutePoint {
 
 // A row of a scene; an empty route stands for an encounter.
 struct TrafficPlan {
-    std::string callsign;
     double secondsAhead = 0;
     double turnDeg = 0;
     double speedKt = 0;  // of an encounter: more than the own aircraft's
@@ -51,7 +50,6 @@ struct TrafficScene {
 };
 
 struct OtherAircraft {
-    std::string callsign;
     GeoPoint position;
     double altitudeFt = 0;
     double trackTrue = 0;

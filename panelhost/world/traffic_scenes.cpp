@@ -71,7 +71,6 @@ bool ReadPlan(const WordList& words, TrafficPlan& plan) {
     if (words.size() < 2) {
         return false;
     }
-    plan.callsign = std::string(words[0].substr(0, 16));
     return EqualNoCase(words[1], "meets")   ? ReadEncounter(words, plan)
            : EqualNoCase(words[1], "flies") ? ReadRoute(words, plan)
                                             : false;
