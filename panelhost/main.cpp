@@ -155,7 +155,7 @@ int PrintStartOptions(const ProgramOptions& options) {
 // FlightGear places its aircraft itself and is set by its pilot: no script of the folder does.
 void PrepareLive(ProgramOptions& options) {
     const std::string line = panelhost::LiveStartOptions(options.live);
-    std::printf("Start FlightGear with: fgfs %s\n", line.c_str());
+    std::printf("FlightGear is heard when it is started with: fgfs %s\n", line.c_str());
     std::fflush(stdout);
     options.live.realTime = !options.scriptPath.empty();
     options.session.live = options.live;
