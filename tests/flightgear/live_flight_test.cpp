@@ -172,16 +172,17 @@ TEST_F(LiveFlightTest, TheKeyIsKeptAndTheLineNamesTheFiles) {
     ASSERT_TRUE(WriteLiveFiles(options_, problem)) << problem;
     EXPECT_EQ(Opening(), first) << "a running FlightGear is heard again";
     EXPECT_NE(Written("avq1-controls.xml").find("lateral-index"), std::string::npos);
-    const std::string line = LiveStartOptions(options_);
+    EXPECT_EQ(LiveStartOptions(options_), StartOptions(options_.folder, options_.ports));
     for (const char* const name : {"avq1-state", "avq1-traffic", "avq1-controls"}) {
-        EXPECT_NE(line.find(name), std::string::npos) << name;
         EXPECT_TRUE(fs::exists(options_.folder + "/Protocol/" + name + ".xml")) << name;
     }
-    EXPECT_EQ(line.find("0.0.0.0"), std::string::npos);
     options_.mappingPath = options_.folder + "/none.json";
     EXPECT_FALSE(WriteLiveFiles(options_, problem));
     EXPECT_EQ(MakeLiveFlight(options_, problem), nullptr);
     EXPECT_NE(problem.find("none.json"), std::string::npos) << problem;
+    std::ofstream(options_.mappingPath) << "[]";
+    EXPECT_EQ(MakeLiveFlight(options_, problem), nullptr);
+    EXPECT_NE(problem.find("not a JSON object"), std::string::npos) << problem;
 }
 
 }  // namespace

@@ -96,6 +96,7 @@ Properties InFlight() {
             {"/instrumentation/dme[1]/indicated-ground-speed-kt", "140"},
             {"/instrumentation/adf[0]/in-range", "true"},
             {"/instrumentation/adf[0]/indicated-bearing-deg", "30"},
+            {"/instrumentation/adf[0]/ident", "LO"},
             {"/instrumentation/marker-beacon/outer", "false"},
             {"/instrumentation/marker-beacon/middle", "true"},
             {"/autopilot/locks/heading", ""},
@@ -261,6 +262,7 @@ TEST_F(LiveLinkTest, EveryVariableComesInItsUnitAndSign) {
         EXPECT_EQ(row.nav.isLocalizer, row.isLocalizer) << row.ident;
         EXPECT_EQ(row.nav.hasGlideslope, row.hasGlideslope) << row.ident;
     }
+    EXPECT_EQ(world_.adf.ident, "LO");
     EXPECT_EQ(sends_, 0) << "what was only told is not sent back";
     simulator_["/sim/time/utc/day"] = "40";
     simulator_["/consumables/fuel/tank[0]/level-gal_us"] = "0.102";
@@ -537,6 +539,12 @@ TEST_F(LiveLinkTest, AnApproachModeOfItsOwnIsNoNavHold) {
         EXPECT_EQ(Read(105), row.nav) << row.mode;
         EXPECT_EQ(Read(112), row.approach) << row.mode;
     }
+    const std::pair<int, const char*> events[] = {{65807, "nav1-hold"}, {65802, "loc-hold"}};
+    for (const auto& [number, mode] : events) {
+        Event(number);
+        Run(0.12);
+        EXPECT_EQ(simulator_["/autopilot/locks/heading"], mode);
+    }
 }
 
 TEST(FlightGearPackets, ValuesAreNumbersOrNone) {
@@ -617,6 +625,7 @@ TEST_F(LiveLinkTest, FramesLieBetweenPackets) {
     EXPECT_NEAR(AngleDifference(values[At(Told::Longitude)], 179.99 + 0.0384), 0, 1e-4);
     EXPECT_NEAR(AngleDifference(values[At(Told::Heading)], 359.8 + 0.384), 0, 1e-3);
     EXPECT_NEAR(ValuesAt(history, 2)[At(Told::Altitude)], 1039, 1e-9) << "never beyond the last";
+    EXPECT_TRUE(std::isnan(ValuesAt({}, 2)[At(Told::Altitude)]));
 }
 
 TEST_F(LiveLinkTest, OtherAircraftBecomeTargets) {
@@ -707,6 +716,17 @@ TEST(FlightGearFiles, AMappingFileIsReadWholeOrNotAtAll) {
         ASSERT_TRUE(mapping.has_value()) << problem;
         EXPECT_EQ(row.read(*mapping), "x") << row.json;
     }
+}
+
+TEST(FlightGearFiles, TheLineToStartWithNamesAddressesAndPorts) {
+    EXPECT_EQ(StartOptions("/a b", {}),
+              "--data='/a b' --generic=socket,out,60,127.0.0.1,5510,udp,avq1-state"
+              " --generic=socket,out,5,127.0.0.1,5510,udp,avq1-traffic"
+              " --generic=socket,in,60,127.0.0.1,5511,udp,avq1-controls");
+    EXPECT_EQ(StartOptions("/a", {"192.0.2.1", 6000}),
+              "--data='/a' --generic=socket,out,60,ADDRESS_OF_THIS_MACHINE,6000,udp,avq1-state"
+              " --generic=socket,out,5,ADDRESS_OF_THIS_MACHINE,6000,udp,avq1-traffic"
+              " --generic=socket,in,60,,6001,udp,avq1-controls");
 }
 
 TEST(FlightGearFiles, TheDocumentedTablesAreTheOnesFlownWith) {
