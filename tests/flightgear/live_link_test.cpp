@@ -482,6 +482,7 @@ TEST_F(LiveLinkTest, ASelectedAltitudeIsClimbedToAndHeld) {
                 {12000, "11926", "altitude-hold", "1500"},
                 {12176, "11926", "altitude-hold", "1500"},
                 {12177, "11926", "vertical-speed-hold", "1000"},
+                {12282, "11926", "vertical-speed-hold", "1400"},
                 {8000, "11926", "vertical-speed-hold", "-1500"}};
     for (const auto& row : rows) {
         Event(66124, row.selectedFt);
