@@ -103,6 +103,11 @@ void SendConnect(HostState& host, Placement& placement) {
     SendTimed(host, placement, kStartEvents[std::size(kStartEvents) - 1]);
 }
 
+void SendUpdate(Placement& placement) {
+    Send(placement, avq1::PanelEvent::Update);
+    Send(placement, avq1::PanelEvent::AfterUpdate);
+}
+
 void SendEndEvents(HostState& host) {
     for (const auto& placement : host.placements) {
         for (const TimedEvent& timed : kEndEvents) {
@@ -130,8 +135,7 @@ void StepPanel(HostState& host, double dtS, bool draw) {
         RepeatMouse(host);
         for (const auto& placement : host.placements) {
             if (!WindowOf(host, *placement).asleep) {
-                Send(*placement, avq1::PanelEvent::Update);
-                Send(*placement, avq1::PanelEvent::AfterUpdate);
+                SendUpdate(*placement);
             }
         }
     }

@@ -12,6 +12,7 @@ namespace panelhost {
 void SendStartEvents(HostState& host);                        // to every placed gauge
 void SendStartEvents(HostState& host, Placement& placement);  // to one placed later
 void SendConnect(HostState& host, Placement& placement);      // its surfaces are new
+void SendUpdate(Placement& placement);
 void SendEndEvents(HostState& host);
 // Without `draw`, or in a window not watched, the gauges of visible windows get their draw events
 // all the same, for the module flies on them, but no surface to draw on; only after an input and

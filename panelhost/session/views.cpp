@@ -193,11 +193,16 @@ int OpenView(HostState& host, int index, int scale) {
     if (AwakePixels(host) + PixelsAt(display, scale) > kMaxAwakePixels) {
         return -1;
     }
-    if (known != host.windows.end()) {
-        Wake(host, **known);
-        return static_cast<int>(known - host.windows.begin());
+    const int view = known == host.windows.end() ? MakeView(host, display, scale)
+                                                 : static_cast<int>(known - host.windows.begin());
+    HostWindow& window = *host.windows[static_cast<std::size_t>(view)];
+    if (window.asleep) {
+        Wake(host, window);
     }
-    return MakeView(host, display, scale);
+    for (Placement* placement : window.placements) {
+        SendUpdate(*placement);  // its lights are those of now
+    }
+    return view;
 }
 
 void MakeUnseenScreen(HostState& host) {
