@@ -180,9 +180,8 @@ std::vector<Lamp> ListLamps(const HostState& host, const HostWindow& window) {
             if (copy.bitmap == nullptr || isSurface) {
                 continue;
             }
-            std::string name =
-                LabelAt(names, header.position.x + header.offset.x + copy.bitmap->width / 2,
-                        header.position.y + header.offset.y + copy.bitmap->height / 2);
+            std::string name = LabelAt(names, header.position.x + copy.bitmap->width / 2,
+                                       header.position.y + copy.bitmap->height / 2);
             const int count = ++counts[name];
             name += count > 1 ? " " + std::to_string(count) : "";
             lamps.push_back({name, (header.imageFlags & avq1::image_flag::kHidden) == 0});

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -160,6 +161,28 @@ TEST(Pairing, OutlivesTheProgramInAFileOfItsOwnersOnly) {
     EXPECT_TRUE(none.tokens.empty());
     EXPECT_FALSE(SavePaired("/proc/none/paired", pairing));
     std::filesystem::remove_all(folder);
+}
+
+TEST(Pairing, IsKeptInTheStateFolderElseInTheHomeFolder) {
+    const struct {
+        const char *state, *home, *path;  // null: not set
+    } rows[] = {{"/state", "/home/a", "/state/avqpanel/paired"},
+                {"state", "/home/a", "/home/a/.local/state/avqpanel/paired"},
+                {nullptr, "/home/a", "/home/a/.local/state/avqpanel/paired"},
+                {nullptr, "home", ""},
+                {nullptr, nullptr, ""}};
+    const auto set = [](const char* name, const char* value) {
+        return value != nullptr ? setenv(name, value, 1) : unsetenv(name);
+    };
+    const char* const home = std::getenv("HOME");
+    const std::string before = home != nullptr ? home : "/";
+    for (const auto& row : rows) {
+        set("XDG_STATE_HOME", row.state);
+        set("HOME", row.home);
+        EXPECT_EQ(PairedFilePath(), row.path);
+    }
+    unsetenv("XDG_STATE_HOME");
+    set("HOME", before.c_str());
 }
 
 TEST(Guests, SilentOnesMakeRoomAndPeersHaveTheirOwnLimits) {
