@@ -256,12 +256,17 @@ TEST_F(SessionTest, TellsItsWeightsAndTheGroundFarFromAnyAirport) {
     session_.SetAltitude(9000);
     session_.SetPosition(0, -150);
     EXPECT_EQ(session_.Status().radioAltitudeFt, session_.Status().altitudeFt);
+    session_.SetPosition(95, 190);
+    EXPECT_EQ(session_.Status().latitude, 89.9);
+    EXPECT_EQ(session_.Status().longitude, -170);
 }
 
 TEST_F(SessionTest, StartsAtTheSpeedAskedForWithinItsLimits) {
     for (const auto& [asked, flown] : {std::pair{90.0, 115.0}, {250.0, 250.0}, {500.0, 340.0}}) {
         options_.start.indicatedAirspeedKt = asked;
+        options_.start.windDirectionTrue = 440;
         ASSERT_TRUE(Open(kTwoWindows)) << session_.error();
+        EXPECT_EQ(session_.Status().windDirectionTrue, 80);
         EXPECT_EQ(session_.Status().indicatedAirspeedKt, flown);
         session_.Close();
     }

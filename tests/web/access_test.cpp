@@ -274,6 +274,17 @@ TEST(Pairing, AfterPairingABrowserGetsThePageItAskedFor) {
     }
 }
 
+TEST(Access, FilesOfThePageAreToldForWhatTheyAre) {
+    Pairing pairing = MakePairing(false);
+    const std::pair<const char*, const char*> rows[] = {{"/", "text/html; charset=utf-8"},
+                                                        {"/app.css", "text/css; charset=utf-8"},
+                                                        {"/icon-192.png", "image/png"}};
+    for (const auto& [path, type] : rows) {
+        EXPECT_STREQ(Ask(pairing, {"GET", path, "localhost:8737", "", "", "", false}).contentType,
+                     type);
+    }
+}
+
 TEST(Pairing, ProgramsPairWithoutAPageAndMayBeToldToLookOnly) {
     Pairing pairing = MakePairing(true);
     PageRequest request{"GET", "/api/1/gauges", "panel:8737", "", "", "", false};
