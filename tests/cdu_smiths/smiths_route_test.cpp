@@ -334,6 +334,27 @@ TEST_F(SmithsRoute, AWaypointPassedWhileThePilotChoosesKeepsThePlace) {
     EXPECT_EQ(Modified(), "KAAA >ABCDE TWICE DISCO LONGER STAR(STARA,STARB) APPR(APPRA) KBBB");
 }
 
+TEST_F(SmithsRoute, TheSixthPointOfANameIsTheFirstOfASecondPage) {
+    std::string stations;
+    for (int i = 1; i <= 7; ++i) {
+        stations +=
+            "MANY STATION 0." + std::to_string(i) + " 1.0 NDB " + std::to_string(380 + i) + "\n";
+    }
+    folder.Write("avq/Navdata/avq_navs.txt", stations);
+    LoadNavDatabase();
+    MakeRoute();
+    cdu.Press("LEGS =MANY L3");
+    EXPECT_EQ(cdu.Title(), "SELECT WAYPOINT| 1/ 2");
+    cdu.Press("NEXT_PAGE");
+    EXPECT_EQ(cdu.Title(), "SELECT WAYPOINT| 2/ 2");
+    EXPECT_THAT(cdu.Label(1), testing::HasSubstr("386")) << "the nearest come first";
+    EXPECT_THAT(cdu.Label(2), testing::HasSubstr("387"));
+    EXPECT_EQ(cdu.Label(3), "");
+    cdu.Press("L3 L1");
+    ASSERT_EQ(modifiedPlan.entries[3].ident, "MANY");
+    EXPECT_NEAR(modifiedPlan.entries[3].latitude, 0.6, 1e-9);
+}
+
 // ---- map ----
 TEST_F(SmithsRoute, StepMovesTheMapCentre) {
     MakeRoute();
