@@ -94,7 +94,8 @@ const Row kRows[] = {
     {kNdMap, 72, "NO MAP"},     {kNdMap, 86, "TRK ---"},
     {kNdMap, 71, "--.- NM"},    {kMfdHeld, 71, "NO POSITION"},
     {kMfdHeld, 86, "TCAS OFF"}, {kMfdPath, 74, "---- --"},
-    {kMfdPath, 343, "----"},
+    {kMfdPath, 343, "----"},    {kEhsiNav, 41, "GS"},
+    {kNdVor, 41, "GS"},
 };
 
 class LostValues : public test::DisplayTest {

@@ -236,6 +236,7 @@ void FlyOtherwise() {
     aircraft.radioAltitudeFt = 1450;
     aircraft.nav1CdiNeedle = -127;
     aircraft.nav1GlideslopeNeedle = 100;
+    aircraft.nav1DmeNm = 0.4;
     aircraft.markerBeacon = 1;
     aircraft.flightDirectorPitch = -9;
     aircraft.flightDirectorBank = 25;
